@@ -1,0 +1,31 @@
+# One place for what every target is compiled and linked with.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+
+# Everything of ours links to this: warnings, Qt without its implicit conversions, our headers.
+add_library(kel_settings INTERFACE)
+target_compile_options(kel_settings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+                       -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wundef)
+target_compile_definitions(kel_settings INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
+                           QT_NO_FOREACH QT_NO_KEYWORDS QT_DEPRECATED_WARNINGS)
+target_include_directories(kel_settings INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
+
+# A sanitizer applies to everything or to nothing: "address,undefined", "thread", ...
+set(KEL_SANITIZE "" CACHE STRING "Sanitizers to build with")
+if(KEL_SANITIZE)
+  add_compile_options(-fsanitize=${KEL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${KEL_SANITIZE})
+endif()
+
+# Leaves no symbol for a caller to miss. Clang's sanitizers resolve their runtime at load time.
+if(NOT (KEL_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
+  set(KEL_NO_UNDEFINED -Wl,--no-undefined)
+endif()

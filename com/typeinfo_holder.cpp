@@ -1,0 +1,110 @@
+// Loads an interface's type information from the registered type library and answers names from a cache.
+
+#include "KelComWrapper/typelib.h"
+#include "KelXmlLib/dispatch_impl.h"
+
+#include <array>
+#include <cwchar>
+#include <new>
+
+HRESULT CComTypeInfoHolder::GetTI(LCID)
+{
+    if (m_pInfo)
+        return S_OK;
+
+    std::array<wchar_t, KelTypelib::PathCapacity> path{};
+    if (const HRESULT found = KelTypelib::GetTlbFilePath(*m_plibid, path.data()); FAILED(found))
+        return found;
+    ITypeLib* library = nullptr; // borrowed: the service owns it
+    if (const HRESULT loaded = KelTypelib::LoadTypeLib(path.data(), &library); FAILED(loaded))
+        return loaded;
+    const HRESULT obtained = library->GetTypeInfoOfGuid(*m_pguid, m_pInfo.put());
+    if (FAILED(obtained) || !m_pInfo || m_pMap)
+        return obtained;
+    return LoadNameCache(m_pInfo.get());
+}
+
+HRESULT CComTypeInfoHolder::LoadNameCache(ITypeInfo* typeInfo)
+{
+    TYPEATTR* attributes = nullptr;
+    if (FAILED(typeInfo->GetTypeAttr(&attributes)))
+        return S_OK;
+    const int count = attributes->cFuncs;
+    typeInfo->ReleaseTypeAttr(attributes);
+
+    m_pMap.reset();
+    m_nCount = count;
+    if (count == 0)
+        return S_OK;
+    std::unique_ptr<NameEntry[]> map(new (std::nothrow) NameEntry[static_cast<std::size_t>(count)]);
+    if (!map)
+        return E_OUTOFMEMORY;
+
+    for (int index = 0; index < count; ++index) {
+        FUNCDESC* function = nullptr;
+        if (FAILED(typeInfo->GetFuncDesc(static_cast<UINT>(index), &function)))
+            continue;
+        kel::Bstr name;
+        if (SUCCEEDED(typeInfo->GetDocumentation(function->memid, name.put(), nullptr, nullptr, nullptr))) {
+            NameEntry& entry = map[static_cast<std::size_t>(index)];
+            entry.length = static_cast<std::int32_t>(name.length());
+            entry.identifier = function->memid;
+            entry.name = std::move(name);
+        }
+        typeInfo->ReleaseFuncDesc(function);
+    }
+    m_pMap = std::move(map);
+    return S_OK;
+}
+
+HRESULT CComTypeInfoHolder::GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo)
+{
+    if (index != 0)
+        return DISP_E_BADINDEX;
+    if (!typeInfo)
+        return E_POINTER;
+    const HRESULT loaded = GetTI(locale);
+    *typeInfo = kel::ComPtr<ITypeInfo>(m_pInfo).detach();
+    return m_pInfo ? S_OK : loaded;
+}
+
+HRESULT CComTypeInfoHolder::GetIDsOfNames(wchar_t** names, UINT count, LCID locale, DISPID* identifiers)
+{
+    if (const HRESULT loaded = ensureLoaded(locale); !m_pInfo)
+        return loaded;
+    if (count == 1 && names && names[0] && identifiers) {
+        if (const NameEntry* const entry = findName(names[0])) {
+            *identifiers = entry->identifier;
+            return S_OK;
+        }
+    }
+    return m_pInfo->GetIDsOfNames(names, count, identifiers);
+}
+
+HRESULT CComTypeInfoHolder::Invoke(IDispatch* object, DISPID member, LCID locale, WORD flags,
+                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                   UINT* badArgument)
+{
+    if (const HRESULT loaded = ensureLoaded(locale); !m_pInfo)
+        return loaded;
+    return m_pInfo->Invoke(object, member, flags, parameters, result, exception, badArgument);
+}
+
+HRESULT CComTypeInfoHolder::ensureLoaded(LCID locale)
+{
+    return m_pInfo && m_pMap ? S_OK : GetTI(locale);
+}
+
+const CComTypeInfoHolder::NameEntry* CComTypeInfoHolder::findName(const wchar_t* name) const noexcept
+{
+    if (!m_pMap)
+        return nullptr;
+    const std::int32_t length = lstrlenW(name);
+    for (std::int32_t index = m_nCount - 1; index >= 0; --index) {
+        const NameEntry& entry = m_pMap[static_cast<std::size_t>(index)];
+        if (entry.name && entry.length == length &&
+            std::wmemcmp(entry.name.get(), name, static_cast<std::size_t>(length)) == 0)
+            return &entry;
+    }
+    return nullptr;
+}

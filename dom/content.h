@@ -1,0 +1,14 @@
+// Names and values: what the node-like classes have in common.
+
+#pragma once
+
+#include "dom/inside.h"
+
+namespace kelxml
+{
+
+HRESULT nodeName(const Place& self, BSTR* name);
+HRESULT nodeValue(const QString& value, VARIANT* out);
+HRESULT setNodeValue(const Place& self, const wchar_t* text);
+
+} // namespace kelxml

@@ -1,0 +1,88 @@
+// The one door to the members of the six classes, and the layouts that other binaries rely on.
+
+#pragma once
+
+#include "KelXmlLib/attribute.h"
+#include "KelXmlLib/document.h"
+#include "KelXmlLib/element.h"
+#include "KelXmlLib/named_node_map.h"
+#include "KelXmlLib/node.h"
+#include "KelXmlLib/node_list.h"
+
+namespace kelxml
+{
+
+/// A node as an object of ours presents it: the Qt node, and the document handle that every object reached
+/// from it carries on.
+struct Place
+{
+    const QDomNode& node;
+    const QDomDocument& document;
+};
+
+// The classes are not of standard layout; GCC and Clang define offsetof for them all the same.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"
+struct Inside
+{
+    template <class Wrapper>
+    static Place placeOf(const Wrapper& wrapper)
+    {
+        return {wrapper.m_node, wrapper.m_document};
+    }
+    static Place placeOf(const CMorvXMLDOMDocument& document)
+    {
+        return {document.m_document, document.m_document};
+    }
+
+    template <class Wrapper>
+    static ULONG& countOf(Wrapper& wrapper)
+    {
+        return wrapper.m_refCount;
+    }
+
+    /// Takes a wrapper apart in the promised order; the holder follows with the base class. The keeper goes
+    /// after all that may still point into the element it keeps.
+    template <class Handle>
+    static void takeApart(kel::ComPtr<CMorvXMLDOMDocument>& owner, QDomDocument& document, Handle& handle,
+                          QDomNode& keeper)
+    {
+        owner.reset();
+        document = QDomDocument();
+        handle = Handle();
+        keeper = QDomNode();
+    }
+
+    template <class Wrapper>
+    static constexpr bool layoutHolds()
+    {
+        return offsetof(Wrapper, m_refCount) == 64 && offsetof(Wrapper, m_node) == 72 &&
+               offsetof(Wrapper, m_ownerDocument) == 80 && offsetof(Wrapper, m_document) == 88;
+    }
+    static constexpr bool documentLayoutHolds()
+    {
+        using T = CMorvXMLDOMDocument;
+        return offsetof(T, m_refCount) == 64 && offsetof(T, m_document) == 72 &&
+               offsetof(T, m_documentElement) == 80 && sizeof(T) == 88;
+    }
+    static constexpr bool listLayoutHolds()
+    {
+        using T = CMorvXMLDOMNodeList;
+        return offsetof(T, m_refCount) == 64 && offsetof(T, m_list) == 72 && offsetof(T, m_cursor) == 80 &&
+               offsetof(T, m_ownerDocument) == 88 && offsetof(T, m_document) == 96;
+    }
+    static constexpr bool mapLayoutHolds()
+    {
+        using T = CMorvXMLDOMNamedNodeMap;
+        return offsetof(T, m_refCount) == 64 && offsetof(T, m_map) == 72 &&
+               offsetof(T, m_ownerDocument) == 80 && offsetof(T, m_document) == 88;
+    }
+};
+
+static_assert(Inside::layoutHolds<CMorvXMLDOMNode>() && Inside::layoutHolds<CMorvXMLDOMElement>() &&
+                  Inside::layoutHolds<CMorvXMLDOMAttribute>() && Inside::documentLayoutHolds(),
+              "the Qt handle stands in the same place in all four node-like classes");
+static_assert(Inside::listLayoutHolds() && Inside::mapLayoutHolds(), "member order of the collections");
+#pragma GCC diagnostic pop
+
+} // namespace kelxml

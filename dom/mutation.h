@@ -1,0 +1,17 @@
+// Changing the tree: what the four node-like classes have in common.
+
+#pragma once
+
+#include "dom/inside.h"
+
+namespace kelxml
+{
+
+HRESULT appendChild(const Place& self, IXMLDOMNode* child, IXMLDOMNode** result);
+HRESULT removeChild(const Place& self, IXMLDOMNode* child, IXMLDOMNode** result);
+
+/// The element's own: of an element child, the result wraps what Qt took out, which is nothing when it was
+/// no child of this element.
+HRESULT removeChildOfElement(const Place& self, IXMLDOMNode* child, IXMLDOMNode** result);
+
+} // namespace kelxml

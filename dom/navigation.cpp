@@ -1,0 +1,92 @@
+// Each rule asks Qt and hands the answer out by the one way of wrapping.
+
+#include "dom/navigation.h"
+
+#include "dom/text.h"
+#include "dom/tree_guards.h"
+#include "dom/wrap.h"
+
+namespace kelxml
+{
+
+namespace
+{
+
+HRESULT handOutIfAny(const QDomNode& node, const QDomDocument& document, IXMLDOMNode** out)
+{
+    if (!out || node.isNull())
+        return S_FALSE;
+    wrapForReturn(node, document, out);
+    return S_OK;
+}
+
+HRESULT handOutList(const CMorvXMLDOMNodeListOrigin& origin, const QDomDocument& document,
+                    IXMLDOMNodeList** list)
+{
+    if (!list)
+        return S_FALSE;
+    handOut<CMorvXMLDOMNodeList>(origin, document, list);
+    return S_OK;
+}
+
+} // namespace
+
+HRESULT parentNode(const Place& self, IXMLDOMNode** parent)
+{
+    return handOutIfAny(self.node.parentNode(), self.document, parent);
+}
+
+HRESULT firstChild(const Place& self, IXMLDOMNode** child)
+{
+    return handOutIfAny(self.node.firstChild(), self.document, child);
+}
+
+HRESULT hasChildNodes(const Place& self, VARIANT_BOOL* hasChildren)
+{
+    if (!hasChildren)
+        return S_FALSE;
+    *hasChildren = self.node.hasChildNodes() ? 1 : 0; // 1, not VARIANT_TRUE
+    return S_OK;
+}
+
+HRESULT childNodes(const Place& self, IXMLDOMNodeList** children)
+{
+    return handOutList({self.node, false, QString()}, self.document, children);
+}
+
+HRESULT attributes(const Place& self, IXMLDOMNamedNodeMap** attributes)
+{
+    if (!attributes)
+        return S_FALSE;
+    handOut<CMorvXMLDOMNamedNodeMap>(self.node, self.document, attributes);
+    return S_OK;
+}
+
+HRESULT elementsByTagName(const Place& self, const wchar_t* name, IXMLDOMNodeList** list)
+{
+    return handOutList({self.node, true, fromWide(name)}, self.document, list);
+}
+
+HRESULT reportType(DOMNodeType type, DOMNodeType* out)
+{
+    if (!out)
+        return S_FALSE;
+    *out = type;
+    return S_OK;
+}
+
+HRESULT ownerDocument(const Place& self, kel::ComPtr<CMorvXMLDOMDocument>& owner, IXMLDOMDocument** document)
+{
+    if (!document)
+        return S_FALSE;
+    if (!owner) {
+        settle(self);
+        const QDomDocument found = self.node.ownerDocument();
+        if (!found.isNull())
+            owner = makeOwnerDocument(found);
+    }
+    *document = kel::ComPtr<CMorvXMLDOMDocument>(owner).detach();
+    return owner ? S_OK : S_FALSE;
+}
+
+} // namespace kelxml

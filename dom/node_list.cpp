@@ -1,0 +1,102 @@
+// The working methods of the list of nodes, in interface order. The list is live; its cursor is an index that
+// only grows.
+
+#include "KelXmlLib/node_list.h"
+
+#include "com/identity.h"
+#include "dom/inside.h"
+#include "dom/tree_guards.h"
+#include "dom/wrap.h"
+
+using kelxml::Inside;
+
+namespace
+{
+
+QDomNodeList makeList(const CMorvXMLDOMNodeListOrigin& origin)
+{
+    if (!origin.byTagName)
+        return origin.node.childNodes();
+    if (origin.node.isDocument())
+        return origin.node.toDocument().elementsByTagName(origin.tagName);
+    return origin.node.toElement().elementsByTagName(origin.tagName);
+}
+
+} // namespace
+
+CMorvXMLDOMNodeList::CMorvXMLDOMNodeList(const CMorvXMLDOMNodeListOrigin& origin,
+                                         const QDomDocument& document)
+    : m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document), m_origin(origin),
+      m_keeper(kelxml::keeperOf(origin.node))
+{
+    kelxml::settle({m_origin.node, m_document});
+    m_list = makeList(m_origin);
+    m_madeIn = m_origin.node.ownerDocument();
+}
+
+CMorvXMLDOMNodeList::~CMorvXMLDOMNodeList()
+{
+    m_madeIn = QDomDocument();
+    m_origin = {};
+    Inside::takeApart(m_ownerDocument, m_document, m_list, m_keeper);
+}
+
+const QDomNodeList& CMorvXMLDOMNodeList::current()
+{
+    if (!kelxml::documentsHaveMet())
+        return m_list;
+    kelxml::settle({m_origin.node, m_document});
+    if (const QDomDocument document = m_origin.node.ownerDocument(); document != m_madeIn) {
+        m_list = makeList(m_origin);
+        m_madeIn = document;
+    }
+    return m_list;
+}
+
+HRESULT CMorvXMLDOMNodeList::QueryInterface(const GUID& riid, void** ppv)
+{
+    return kelxml::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMNodeList}, riid, ppv);
+}
+
+ULONG CMorvXMLDOMNodeList::AddRef()
+{
+    return kelxml::addReference(m_refCount);
+}
+
+ULONG CMorvXMLDOMNodeList::Release()
+{
+    return kelxml::releaseReference(*this, m_refCount);
+}
+
+HRESULT CMorvXMLDOMNodeList::get_item(LONG index, IXMLDOMNode** node)
+{
+    if (!node || index < 0)
+        return S_FALSE;
+    const QDomNode item = current().item(index);
+    if (item.isNull())
+        return S_FALSE;
+    kelxml::wrapForReturn(item, m_document, node);
+    return S_OK;
+}
+
+HRESULT CMorvXMLDOMNodeList::get_length(LONG* length)
+{
+    if (!length)
+        return S_FALSE;
+    *length = current().length();
+    return S_OK;
+}
+
+HRESULT CMorvXMLDOMNodeList::nextNode(IXMLDOMNode** node)
+{
+    if (!node)
+        return S_FALSE;
+    const QDomNodeList& list = current();
+    if (m_cursor >= static_cast<std::uint32_t>(list.length())) {
+        *node = nullptr;
+        return S_FALSE;
+    }
+    const QDomNode item = list.item(static_cast<int>(m_cursor++));
+    kelxml::wrapForReturn(item, m_document, node);
+    return S_OK;
+}

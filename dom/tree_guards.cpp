@@ -1,0 +1,109 @@
+// The guards. They wait for their cause where they can: a host that keeps its documents apart pays for none
+// but the look at an appended node.
+
+#include "dom/tree_guards.h"
+
+#include "dom/tree_depth.h"
+
+#include <atomic>
+
+namespace kelxml
+{
+
+namespace
+{
+
+std::atomic<bool> documentsMet{false};
+
+QDomNode topOf(QDomNode node)
+{
+    for (QDomNode parent = node.parentNode(); !parent.isNull(); parent = node.parentNode())
+        node = parent;
+    return node;
+}
+
+/// Puts a node without a parent in the place of a fresh child of a fresh element and takes it out again:
+/// `replaceChild` overwrites its links without following them, and it comes out belonging to `home`.
+void adopt(const QDomNode& top, QDomDocument home)
+{
+    QDomElement cradle = home.createElement(QStringLiteral("cradle"));
+    const QDomElement placeholder = home.createElement(QStringLiteral("placeholder"));
+    cradle.appendChild(placeholder);
+    cradle.replaceChild(top, placeholder);
+    cradle.removeChild(top);
+}
+
+/// `appendChild` for a node without a parent. Its links to siblings may be those of an earlier place, whose
+/// nodes are freed; Qt would follow them, where `replaceChild` overwrites them.
+void appendOutsider(const Place& parent, const QDomNode& child)
+{
+    QDomDocument home = parent.document;
+    QDomNode place = parent.node;
+    const QDomNode placeholder = place.appendChild(home.createTextNode(QString()));
+    place.replaceChild(child, placeholder);
+}
+
+bool standsOnElement(const QDomNode& node)
+{
+    if (!node.isAttr())
+        return false;
+    QDomElement element = node.parentNode().toElement();
+    return !element.isNull() && element.attributeNode(node.nodeName()) == node;
+}
+
+/// Notes that nodes of two documents meet, and makes both trees fit to be touched.
+void prepareMeeting(const Place& parent, const Place& child)
+{
+    if (parent.document != child.document)
+        documentsMet.store(true, std::memory_order_relaxed);
+    settle(parent);
+    settle(child);
+}
+
+} // namespace
+
+QDomNode keeperOf(const QDomNode& node)
+{
+    return node.isAttr() ? node.parentNode() : QDomNode();
+}
+
+bool documentsHaveMet() noexcept
+{
+    return documentsMet.load(std::memory_order_relaxed);
+}
+
+void settle(const Place& place)
+{
+    if (!documentsHaveMet())
+        return;
+    const QDomNode top = topOf(place.node);
+    if (!top.isNull() && !top.isDocument())
+        adopt(top, place.document);
+}
+
+void appendSafely(const Place& parent, const Place& child)
+{
+    prepareMeeting(parent, child);
+    if (parent.node.isNull() || child.node.isNull())
+        return;
+    if (child.node.isDocument() || standsOnElement(child.node) || !fitsBelow(parent.node, child.node))
+        return;
+    if (child.node.parentNode().isNull())
+        appendOutsider(parent, child.node);
+    else
+        QDomNode(parent.node).appendChild(child.node);
+}
+
+QDomNode removeSafely(const Place& parent, const Place& child)
+{
+    prepareMeeting(parent, child);
+    return QDomNode(parent.node).removeChild(child.node);
+}
+
+void clearBeforeSetContent(QDomDocument& document)
+{
+    for (QDomNode node = document.firstChild(); !node.isNull(); node = document.firstChild())
+        document.removeChild(node);
+}
+
+} // namespace kelxml

@@ -1,0 +1,36 @@
+// What stands between the callers and Qt's tree. Qt keeps raw pointers between nodes, lists and documents
+// and trusts that they are good; after ordinary calls in an unlucky order they are not. Each rule here keeps
+// one kind of bad pointer, or one kind of ring, from Qt.
+
+#pragma once
+
+#include "dom/inside.h"
+
+namespace kelxml
+{
+
+/// Against a dangling parent: an attribute points to its element without holding it. Who holds an attribute,
+/// or a list of its children, holds the answer as well and lets go of it last. Null for any other node.
+QDomNode keeperOf(const QDomNode& node);
+
+/// Against a dangling document: a tree outside any document remembers one that may be gone once nodes of two
+/// documents have met in one call. Gives the top of such a tree a living document, that of `place`, before Qt
+/// touches the tree. Until documents have met, this is one comparison.
+void settle(const Place& place);
+
+/// Whether nodes of two documents have ever met in this process. Only then can a list's change count be that
+/// of another document, or a tree's document be gone.
+bool documentsHaveMet() noexcept;
+
+/// `QDomNode::appendChild`, except that what would tie a ring, put a node into two places or nest too deep
+/// is left undone.
+void appendSafely(const Place& parent, const Place& child);
+
+/// `QDomNode::removeChild`. \return what Qt returns
+QDomNode removeSafely(const Place& parent, const Place& child);
+
+/// Against siblings that are freed: `QDomDocument::setContent` lets held top-level nodes keep their links.
+/// Takes them out one by one beforehand.
+void clearBeforeSetContent(QDomDocument& document);
+
+} // namespace kelxml

@@ -1,0 +1,201 @@
+// `call`: members reached by name alone, through `IDispatch`, as a script host does.
+
+#include "commands.h"
+#include "expression.h"
+#include "text.h"
+
+#include <array>
+#include <charconv>
+#include <iostream>
+
+namespace host
+{
+namespace
+{
+
+constexpr GUID kNoInterface{};
+constexpr LCID kNeutral = 0;
+
+/// A step failed: which one, and why.
+[[noreturn]] void failStep(const std::wstring& step, const std::string& reason)
+{
+    throw Failure("'" + toUtf8(step) + "': " + reason);
+}
+
+/// What the member itself had to say. The texts are freed here.
+std::string describeException(const EXCEPINFO& exception)
+{
+    kel::Bstr source;
+    kel::Bstr description;
+    kel::Bstr helpFile;
+    source.reset(exception.bstrSource);
+    description.reset(exception.bstrDescription);
+    helpFile.reset(exception.bstrHelpFile);
+    const std::string words = describe(DISP_E_EXCEPTION) + ", " + describe(exception.scode);
+    return description ? words + ", " + toUtf8(description.c_str()) : words;
+}
+
+DISPID identifierOf(IDispatch& object, const std::wstring& name, const std::wstring& step)
+{
+    const kel::Bstr text(name.c_str());
+    wchar_t* names = text.get();
+    DISPID identifier = DISPID_UNKNOWN;
+    const HRESULT code = object.GetIDsOfNames(kNoInterface, &names, 1, kNeutral, &identifier);
+    if (FAILED(code))
+        failStep(step, describe(code));
+    return identifier;
+}
+
+/// Calls one member. `values` are in the order in which they are written; an assigned value comes last.
+Value invoke(IDispatch& object, const Step& step, const std::vector<Value>& values, bool isAssignment)
+{
+    const DISPID member = identifierOf(object, step.name, step.source);
+    std::vector<VARIANT> reversed;
+    for (auto value = values.rbegin(); value != values.rend(); ++value)
+        reversed.push_back(value->get());
+
+    DISPPARAMS parameters{};
+    parameters.rgvarg = reversed.data();
+    parameters.cArgs = static_cast<UINT>(reversed.size());
+    DISPID assigned = DISPID_PROPERTYPUT;
+    WORD flags = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+    if (isAssignment) {
+        parameters.rgdispidNamedArgs = &assigned;
+        parameters.cNamedArgs = 1;
+        flags = DISPATCH_PROPERTYPUT;
+        if (reversed.front().vt == VT_DISPATCH)
+            flags |= DISPATCH_PROPERTYPUTREF;
+    }
+
+    Value result;
+    EXCEPINFO exception{};
+    UINT badArgument = parameters.cArgs;
+    const HRESULT code = object.Invoke(member, kNoInterface, kNeutral, flags, &parameters, result.put(),
+                                       &exception, &badArgument);
+    if (code == DISP_E_EXCEPTION)
+        failStep(step.source, describeException(exception));
+    if (FAILED(code)) {
+        const bool isKnown = badArgument < parameters.cArgs;
+        failStep(step.source,
+                 describe(code) + (isKnown ? ", argument " + std::to_string(parameters.cArgs - badArgument)
+                                           : std::string()));
+    }
+    return result;
+}
+
+/// Evaluates paths, each of which starts at the document.
+class Evaluator
+{
+public:
+    explicit Evaluator(IDispatch& document) : m_document(document) {}
+
+    Value evaluate(const Expression& expression) const
+    {
+        return follow(expression.path, expression.assigned);
+    }
+
+private:
+    Value follow(const Path& path, const std::vector<Argument>& assigned) const
+    {
+        kel::ComPtr<IDispatch> object(&m_document);
+        Value result;
+        for (std::size_t index = 0; index < path.size(); ++index) {
+            const Step& step = path[index];
+            if (!object)
+                failStep(path[index - 1].source,
+                         "gave no object that '" + toUtf8(step.name) + "' could be of");
+            const bool isAssignment = index + 1 == path.size() && !assigned.empty();
+            std::vector<Value> values = valuesOf(step.arguments);
+            if (isAssignment)
+                values.push_back(valueOf(assigned.front()));
+            result = invoke(*object, step, values, isAssignment);
+            object = result.object();
+        }
+        return result;
+    }
+
+    std::vector<Value> valuesOf(const std::vector<Argument>& arguments) const
+    {
+        std::vector<Value> values;
+        for (const Argument& argument : arguments)
+            values.push_back(valueOf(argument));
+        return values;
+    }
+
+    Value valueOf(const Argument& argument) const
+    {
+        return std::visit(
+            [this](const auto& value) {
+                if constexpr (std::is_same_v<std::decay_t<decltype(value)>, Path>)
+                    return follow(value, {});
+                else
+                    return Value(value);
+            },
+            argument.value);
+    }
+
+    IDispatch& m_document;
+};
+
+/// Lists and maps have no name of their own.
+std::string objectText(IDispatch& object)
+{
+    try {
+        const Value name = invoke(object, {L"nodeName", {}, L"nodeName"}, {}, false);
+        return name.get().vt == VT_BSTR ? toUtf8(name.text()) : "(object)";
+    } catch (const Failure&) {
+        return "(object)";
+    }
+}
+
+template <class Number>
+std::string numberText(Number number)
+{
+    std::array<char, 64> digits;
+    const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+    return {digits.data(), written.ptr};
+}
+
+std::string resultText(const Value& result)
+{
+    const VARIANT& value = result.get();
+    switch (value.vt) {
+    case VT_EMPTY:
+    case VT_NULL:
+        return "(empty)";
+    case VT_BSTR:
+        return toUtf8(result.text());
+    case VT_BOOL:
+        return value.boolVal ? "true" : "false";
+    case VT_I2:
+        return numberText(value.iVal);
+    case VT_I4:
+    case VT_INT:
+        return numberText(value.lVal);
+    case VT_I8:
+        return numberText(value.llVal);
+    case VT_R8:
+        return numberText(value.dblVal);
+    case VT_DISPATCH:
+        return value.pdispVal ? objectText(*value.pdispVal) : "(empty)";
+    case VT_UNKNOWN:
+        return value.punkVal ? "(object)" : "(empty)";
+    default:
+        return "(a value of type " + std::to_string(value.vt) + ')';
+    }
+}
+
+} // namespace
+
+void runCall(const Library& library, const Arguments& arguments)
+{
+    const Expression expression = parseExpression(arguments.values[1]);
+    const auto document = loadDocument(library, arguments.values[0]);
+    const Value result = Evaluator(*document).evaluate(expression);
+    const std::string text = resultText(result);
+    if (arguments.output)
+        saveDocument(library, *document, *arguments.output);
+    std::cout << text << '\n';
+}
+
+} // namespace host

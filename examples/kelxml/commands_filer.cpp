@@ -1,0 +1,173 @@
+// Writing with the filer: `write`, a catalogue with every kind of content, and `export`, a document copied
+// node by node.
+
+#include "KelXmlLib/filer.h"
+
+#include "commands.h"
+#include "nodes.h"
+#include "text.h"
+
+#include <iostream>
+
+namespace host
+{
+namespace
+{
+
+/// A filer on a file, by the export that makes it; what it answers is checked.
+class Filer
+{
+public:
+    Filer(const Library& library, const std::wstring& path, bool isPlain)
+    {
+        requireWritable(path);
+        m_filer.reset(library.symbol<decltype(morvCreateXmlFiler)>("morvCreateXmlFiler")(
+            path.c_str(), KelXmlLib::eEncodingUtf8, 0, !isPlain, false, nullptr, nullptr));
+        if (!m_filer)
+            throw Failure("cannot write '" + toUtf8(path) + "': the library made no filer");
+    }
+
+    void begin() { check(m_filer->writeDocBegin()); }
+    void end()
+    {
+        check(m_filer->writeDocEnd());
+        check(m_filer->flush());
+        check(m_filer->close());
+    }
+    void beginElement(const std::wstring& name) { check(m_filer->writeElmBegin(name.c_str())); }
+    void endElement() { check(m_filer->writeElmEnd()); }
+    void element(const std::wstring& name, const std::wstring& text)
+    {
+        check(m_filer->writeElmBegin(name.c_str(), text.c_str()));
+    }
+    void attribute(const std::wstring& name, const std::wstring& value)
+    {
+        check(m_filer->writeAttribute(name.c_str(), value.c_str()));
+    }
+    void text(const std::wstring& text) { check(m_filer->writeText(text.c_str())); }
+    void rawText(const std::wstring& text) { check(m_filer->writeRawText(text.c_str())); }
+    void cdata(const std::wstring& text) { check(m_filer->writeCData(text.c_str())); }
+    void comment(const std::wstring& text) { check(m_filer->writeComment(text.c_str())); }
+
+private:
+    static void check(KelXmlLib::eStatus status)
+    {
+        if (status != KelXmlLib::eStatusAccepted)
+            throw Failure("the filer refused an argument");
+    }
+
+    std::unique_ptr<IKelXmlFiler> m_filer;
+};
+
+/// Copies a document, and counts.
+class Exporter
+{
+public:
+    Exporter(const Library& library, Filer& filer) : m_library(library), m_filer(filer) {}
+
+    void writeChildren(IXMLDOMNode& parent)
+    {
+        for (const Node& child : childrenOf(parent))
+            if (write(*child))
+                ++m_written;
+            else
+                ++m_leftOut;
+    }
+    std::size_t written() const { return m_written; }
+    std::size_t leftOut() const { return m_leftOut; }
+
+private:
+    /// \return whether the filer has an operation for the node
+    bool write(IXMLDOMNode& node)
+    {
+        switch (typeOf(node)) {
+        case NODE_ELEMENT:
+            writeElement(node);
+            return true;
+        case NODE_TEXT:
+            return writeContent(node, &Filer::text);
+        case NODE_CDATA_SECTION:
+            return writeContent(node, &Filer::cdata);
+        case NODE_COMMENT:
+            return writeContent(node, &Filer::comment);
+        case NODE_PROCESSING_INSTRUCTION:
+            return writeDeclaration(node);
+        default:
+            return false;
+        }
+    }
+
+    void writeElement(IXMLDOMNode& node)
+    {
+        m_filer.beginElement(nameOf(node));
+        for (const AttributeText& attribute : attributesOf(m_library, node))
+            m_filer.attribute(attribute.name, attribute.value);
+        writeChildren(node);
+        m_filer.endElement();
+    }
+
+    /// The filer refuses empty content.
+    bool writeContent(IXMLDOMNode& node, void (Filer::*operation)(const std::wstring&))
+    {
+        const std::wstring value = valueOf(node);
+        if (value.empty())
+            return false;
+        (m_filer.*operation)(value);
+        return true;
+    }
+
+    /// The declaration is an instruction named "xml"; the filer writes its own, and no other instruction.
+    bool writeDeclaration(IXMLDOMNode& node)
+    {
+        if (nameOf(node) != L"xml")
+            return false;
+        m_filer.begin();
+        return true;
+    }
+
+    const Library& m_library;
+    Filer& m_filer;
+    std::size_t m_written = 0;
+    std::size_t m_leftOut = 0;
+};
+
+} // namespace
+
+void runWrite(const Library& library, const Arguments& arguments)
+{
+    Filer filer(library, arguments.values[0], arguments.isPlain);
+    filer.begin();
+    filer.comment(L" every kind of content that the filer writes ");
+    filer.beginElement(L"catalogue");
+    filer.attribute(L"name", L"Gr\u00FC\u00DFe & \"quotes\" <here>");
+    filer.attribute(L"remark", L"");
+    filer.element(L"title", L"a whole element, 1 < 2");
+    filer.beginElement(L"entry");
+    filer.attribute(L"id", L"1");
+    filer.text(L"text & markup, escaped: <b>");
+    filer.beginElement(L"empty");
+    filer.endElement();
+    filer.rawText(L"<raw/> is escaped as well");
+    filer.endElement();
+    filer.beginElement(L"entry");
+    filer.attribute(L"id", L"2");
+    filer.cdata(L"if (a < b && c > d) { }");
+    filer.comment(L" beyond the basic plane follows ");
+    filer.element(L"sign", L"\U0001F333\U0001D11E");
+    filer.end();
+    requireWritten(library, arguments.values[0]);
+}
+
+void runExport(const Library& library, const Arguments& arguments)
+{
+    const auto document = loadDocument(library, arguments.values[0]);
+    Filer filer(library, arguments.values[1], arguments.isPlain);
+    Exporter exporter(library, filer);
+    exporter.writeChildren(*document);
+    filer.end();
+    requireWritten(library, arguments.values[1]);
+    std::cout << exporter.written() << " nodes written, " << exporter.leftOut()
+              << " left out, for which the filer has no operation\n";
+}
+
+} // namespace host

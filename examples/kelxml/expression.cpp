@@ -1,0 +1,207 @@
+// A recursive-descent reader of expressions.
+
+#include "expression.h"
+
+#include "text.h"
+
+#include <charconv>
+#include <limits>
+
+namespace host
+{
+namespace
+{
+
+/// Arguments within arguments; more is a mistake, or an attempt on the stack.
+constexpr int kMaxNesting = 100;
+
+bool isDigit(wchar_t c)
+{
+    return c >= L'0' && c <= L'9';
+}
+
+bool isNameStart(wchar_t c)
+{
+    return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z') || c == L'_';
+}
+
+class Parser
+{
+public:
+    explicit Parser(const std::wstring& text) : m_text(text) {}
+
+    Expression parse()
+    {
+        Expression expression;
+        expression.path = path();
+        if (accept(L'='))
+            expression.assigned.push_back(argument());
+        skipSpace();
+        if (m_place != m_text.size())
+            fail("end of the expression");
+        return expression;
+    }
+
+private:
+    [[noreturn]] void fail(const char* expected) const
+    {
+        throw UsageError("the expression, character " + std::to_string(m_place + 1) + ": expected " +
+                         expected);
+    }
+
+    wchar_t peek() const { return m_place < m_text.size() ? m_text[m_place] : L'\0'; }
+
+    void skipSpace()
+    {
+        while (peek() == L' ' || peek() == L'\t' || peek() == L'\n')
+            ++m_place;
+    }
+
+    bool accept(wchar_t sign)
+    {
+        skipSpace();
+        if (m_place == m_text.size() || m_text[m_place] != sign)
+            return false;
+        ++m_place;
+        return true;
+    }
+
+    std::wstring name()
+    {
+        skipSpace();
+        const std::size_t start = m_place;
+        if (!isNameStart(peek()))
+            fail("the name of a member");
+        while (isNameStart(peek()) || isDigit(peek()))
+            ++m_place;
+        return m_text.substr(start, m_place - start);
+    }
+
+    Path path()
+    {
+        skipSpace();
+        const std::size_t start = m_place;
+        Path steps;
+        do {
+            Step step;
+            step.name = name();
+            std::size_t end = m_place;
+            if (accept(L'(')) {
+                step.arguments = argumentList();
+                end = m_place;
+            }
+            step.source = m_text.substr(start, end - start);
+            steps.push_back(std::move(step));
+        } while (accept(L'.'));
+        return steps;
+    }
+
+    /// Behind the opening parenthesis.
+    std::vector<Argument> argumentList()
+    {
+        std::vector<Argument> arguments;
+        if (accept(L')'))
+            return arguments;
+        if (++m_nesting > kMaxNesting)
+            fail("less nesting");
+        do
+            arguments.push_back(argument());
+        while (accept(L','));
+        if (!accept(L')'))
+            fail("',' or ')'");
+        --m_nesting;
+        return arguments;
+    }
+
+    Argument argument()
+    {
+        skipSpace();
+        if (peek() == L'"')
+            return {string()};
+        if (isDigit(peek()) || peek() == L'-' || peek() == L'+')
+            return number();
+        if (!isNameStart(peek()))
+            fail("a string, a number, true, false or a member");
+        Path steps = path();
+        const Step& only = steps.front();
+        if (only.source == L"true" || only.source == L"false")
+            if (steps.size() == 1)
+                return {only.source == L"true"};
+        return {std::move(steps)};
+    }
+
+    std::wstring string()
+    {
+        std::wstring text;
+        for (++m_place; peek() != L'"'; ++m_place) {
+            if (m_place == m_text.size())
+                fail("the closing quote");
+            if (peek() == L'\\') {
+                ++m_place;
+                text += escaped();
+            } else
+                text += peek();
+        }
+        ++m_place;
+        return text;
+    }
+
+    /// Behind the backslash; stays on the last character of the escape.
+    wchar_t escaped()
+    {
+        switch (peek()) {
+        case L'n':
+            return L'\n';
+        case L't':
+            return L'\t';
+        case L'r':
+            return L'\r';
+        case L'"':
+        case L'\\':
+            return peek();
+        default:
+            fail("one of \\\" \\\\ \\n \\t \\r");
+        }
+    }
+
+    /// Whole numbers take the smallest type that holds them.
+    Argument number()
+    {
+        const std::size_t start = m_place;
+        while (isDigit(peek()) || peek() == L'.' || peek() == L'e' || peek() == L'E' || peek() == L'-' ||
+               peek() == L'+')
+            ++m_place;
+        std::string digits = toUtf8(m_text.substr(start, m_place - start));
+        if (digits.front() == '+')
+            digits.erase(0, 1);
+        const char* const last = digits.data() + digits.size();
+        std::int64_t whole = 0;
+        if (const auto read = std::from_chars(digits.data(), last, whole);
+            read.ec == std::errc() && read.ptr == last) {
+            using Small = std::numeric_limits<std::int32_t>;
+            if (whole >= Small::min() && whole <= Small::max())
+                return {static_cast<std::int32_t>(whole)};
+            return {whole};
+        }
+        double decimal = 0;
+        if (const auto read = std::from_chars(digits.data(), last, decimal);
+            read.ec != std::errc() || read.ptr != last) {
+            m_place = start;
+            fail("a number");
+        }
+        return {decimal};
+    }
+
+    const std::wstring& m_text;
+    std::size_t m_place = 0;
+    int m_nesting = 0;
+};
+
+} // namespace
+
+Expression parseExpression(const std::wstring& text)
+{
+    return Parser(text).parse();
+}
+
+} // namespace host

@@ -1,0 +1,47 @@
+// What `call` understands: a dotted path of members with arguments, and an assignment to its last member.
+//
+//   expression = path [ "=" argument ]
+//   path       = member { "." member }
+//   member     = name [ "(" [ argument { "," argument } ] ")" ]
+//   argument   = string | number | "true" | "false" | path
+
+#pragma once
+
+#include "host.h"
+
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace host
+{
+
+struct Argument;
+
+/// One member of a path.
+struct Step
+{
+    std::wstring name;
+    std::vector<Argument> arguments;
+    /// The path up to here as it was written, for messages.
+    std::wstring source;
+};
+
+using Path = std::vector<Step>;
+
+struct Argument
+{
+    std::variant<std::wstring, std::int32_t, std::int64_t, double, bool, Path> value;
+};
+
+struct Expression
+{
+    Path path;
+    /// The value assigned to the last member; none for a mere call.
+    std::vector<Argument> assigned;
+};
+
+/// \throw UsageError with the place of the mistake
+Expression parseExpression(const std::wstring& text);
+
+} // namespace host

@@ -1,0 +1,203 @@
+// The writer's only implementation. Every write operation has one shape: check the required arguments,
+// convert them, forward to Qt's writer, accept.
+
+#include "KelXmlLib/filer.h"
+
+#include "dom/text.h"
+
+#include <QtCore/QFile>
+
+using kelxml::fromWide;
+using KelXmlLib::eStatus;
+
+namespace
+{
+
+static_assert(sizeof(eStatus) == 4 && sizeof(KelXmlLib::eState) == 4 && sizeof(KelXmlLib::eEncoding) == 4,
+              "statuses, states and encodings cross the boundary as 32-bit integers");
+static_assert(sizeof(KelXmlFilerWrapper) == 4 * sizeof(void*),
+              "callers may construct the class themselves: table, file, writer, two flags");
+
+bool isMissing(const wchar_t* text)
+{
+    return !text || *text == L'\0';
+}
+
+/// The check that all operations share: `write` runs when every one of `required` is present.
+template <class Write>
+eStatus whenPresent(std::initializer_list<const wchar_t*> required, Write write)
+{
+    for (const wchar_t* const text : required)
+        if (isMissing(text))
+            return KelXmlLib::eStatusInvalidArgument;
+    write();
+    return KelXmlLib::eStatusAccepted;
+}
+
+/// What is accepted and not carried out.
+void writeNothing() {}
+
+} // namespace
+
+IKelXmlFiler::~IKelXmlFiler() = default;
+
+KelXmlFilerWrapper::KelXmlFilerWrapper(const wchar_t* path, KelXmlLib::eEncoding, int, bool autoFormat,
+                                       bool secondFlag, const wchar_t*, const wchar_t*)
+{
+    if (isMissing(path))
+        return;
+    m_autoFormat = autoFormat;
+    m_secondFlag = secondFlag;
+    m_file = std::make_unique<QFile>(fromWide(path));
+    if (m_file->open(QIODevice::WriteOnly | QIODevice::Text)) {
+        m_writer.setDevice(m_file.get());
+        m_writer.setAutoFormatting(m_autoFormat);
+    }
+}
+
+KelXmlFilerWrapper::~KelXmlFilerWrapper()
+{
+    if (m_file)
+        m_file->close();
+    m_file.reset();
+}
+
+template <class Write>
+eStatus KelXmlFilerWrapper::forward(std::initializer_list<const wchar_t*> required, Write write)
+{
+    return whenPresent(required, [&] {
+        if (m_file && m_file->isOpen())
+            write(m_writer);
+    });
+}
+
+KelXmlLib::eState KelXmlFilerWrapper::state() const
+{
+    return KelXmlLib::eStateReady;
+}
+
+KelXmlLib::eEncoding KelXmlFilerWrapper::encoding() const
+{
+    return KelXmlLib::eEncodingUtf8;
+}
+
+int KelXmlFilerWrapper::indent() const
+{
+    return m_autoFormat ? 1 : 0;
+}
+
+eStatus KelXmlFilerWrapper::writeDocBegin()
+{
+    return forward({}, [](QXmlStreamWriter& writer) { writer.writeStartDocument(); });
+}
+
+eStatus KelXmlFilerWrapper::writeDocEnd()
+{
+    return forward({}, [](QXmlStreamWriter& writer) { writer.writeEndDocument(); });
+}
+
+eStatus KelXmlFilerWrapper::writeElmBegin(const wchar_t* name)
+{
+    return forward({name}, [=](QXmlStreamWriter& writer) { writer.writeStartElement(fromWide(name)); });
+}
+
+eStatus KelXmlFilerWrapper::writeElmBegin(const wchar_t* name, const wchar_t* text)
+{
+    return forward({name, text}, [=](QXmlStreamWriter& writer) {
+        writer.writeTextElement(fromWide(name), fromWide(text));
+    });
+}
+
+eStatus KelXmlFilerWrapper::writeElmEnd()
+{
+    return forward({}, [](QXmlStreamWriter& writer) { writer.writeEndElement(); });
+}
+
+eStatus KelXmlFilerWrapper::writeElmFullEnd()
+{
+    return writeElmEnd();
+}
+
+eStatus KelXmlFilerWrapper::writeAttribute(const wchar_t* name, const wchar_t* value)
+{
+    return forward({name},
+                   [=](QXmlStreamWriter& writer) { writer.writeAttribute(fromWide(name), fromWide(value)); });
+}
+
+eStatus KelXmlFilerWrapper::writeText(const wchar_t* text)
+{
+    return forward({text}, [=](QXmlStreamWriter& writer) { writer.writeCharacters(fromWide(text)); });
+}
+
+eStatus KelXmlFilerWrapper::writeRawText(const wchar_t* text)
+{
+    return writeText(text);
+}
+
+eStatus KelXmlFilerWrapper::writeCData(const wchar_t* text)
+{
+    return forward({text}, [=](QXmlStreamWriter& writer) { writer.writeCDATA(fromWide(text)); });
+}
+
+eStatus KelXmlFilerWrapper::writeComment(const wchar_t* text)
+{
+    return forward({text}, [=](QXmlStreamWriter& writer) { writer.writeComment(fromWide(text)); });
+}
+
+eStatus KelXmlFilerWrapper::close()
+{
+    if (m_file)
+        m_file->close();
+    return KelXmlLib::eStatusAccepted;
+}
+
+eStatus KelXmlFilerWrapper::flush()
+{
+    if (m_file)
+        m_file->flush();
+    return KelXmlLib::eStatusAccepted;
+}
+
+// Accepted and not carried out: what is required is checked, nothing is written.
+
+void KelXmlFilerWrapper::newlineChars(wchar_t*, int) const {}
+
+eStatus KelXmlFilerWrapper::writeAttrBegin(const wchar_t* name)
+{
+    return whenPresent({name}, writeNothing);
+}
+
+// One line each:
+// clang-format off
+eStatus KelXmlFilerWrapper::writeAttrEnd() { return KelXmlLib::eStatusAccepted; }
+eStatus KelXmlFilerWrapper::writeValue(bool) { return KelXmlLib::eStatusAccepted; }
+eStatus KelXmlFilerWrapper::writeValue(int) { return KelXmlLib::eStatusAccepted; }
+eStatus KelXmlFilerWrapper::writeValue(long) { return KelXmlLib::eStatusAccepted; }
+eStatus KelXmlFilerWrapper::writeValue(float) { return KelXmlLib::eStatusAccepted; }
+eStatus KelXmlFilerWrapper::writeValue(double) { return KelXmlLib::eStatusAccepted; }
+// clang-format on
+
+eStatus KelXmlFilerWrapper::writeValue(const wchar_t* text)
+{
+    return whenPresent({text}, writeNothing);
+}
+
+eStatus KelXmlFilerWrapper::writeDocType(const wchar_t* name, const wchar_t*, const wchar_t*)
+{
+    return whenPresent({name}, writeNothing);
+}
+
+eStatus KelXmlFilerWrapper::writeBinary(const unsigned char* data, int first, int second)
+{
+    return data && first >= 0 && second > 0 ? KelXmlLib::eStatusAccepted : KelXmlLib::eStatusInvalidArgument;
+}
+
+IKelXmlFiler* morvCreateXmlFiler(const wchar_t* path, KelXmlLib::eEncoding encoding, int indentation,
+                                 bool autoFormat, bool secondFlag, const wchar_t* text1, const wchar_t* text2)
+{
+    if (isMissing(path))
+        return nullptr;
+    return std::make_unique<KelXmlFilerWrapper>(path, encoding, indentation, autoFormat, secondFlag, text1,
+                                                text2)
+        .release();
+}

@@ -1,0 +1,68 @@
+// BSTRs on 32-bit wide characters, and an owner for one.
+
+#pragma once
+
+#include "types.h"
+
+#include <utility>
+
+extern "C" {
+/// Copies a zero-ended wide string into a new BSTR.
+/// \return a BSTR that the caller frees with `SysFreeString`; null for null, or when memory is out
+[[gnu::visibility("default")]] BSTR SysAllocString(const wchar_t* text);
+/// Makes a BSTR of `length` characters, copied from `text`, or all zero where `text` is null.
+/// \return a BSTR that the caller frees with `SysFreeString`; null when memory is out
+[[gnu::visibility("default")]] BSTR SysAllocStringLen(const wchar_t* text, UINT length);
+/// Frees a BSTR. Null is allowed.
+[[gnu::visibility("default")]] void SysFreeString(BSTR text);
+/// \return the number of characters in the length prefix; 0 for null
+[[gnu::visibility("default")]] UINT SysStringLen(BSTR text);
+/// \return the number of characters before the ending zero; 0 for null
+[[gnu::visibility("default")]] INT lstrlenW(const wchar_t* text);
+}
+
+namespace kel
+{
+
+/// Owns one BSTR and frees it. Moves, does not copy.
+class Bstr
+{
+public:
+    Bstr() = default;
+    /// Copies `text`; empty when `text` is null.
+    explicit Bstr(const wchar_t* text) : m_text(SysAllocString(text)) {}
+    Bstr(Bstr&& other) noexcept : m_text(other.detach()) {}
+    Bstr& operator=(Bstr&& other) noexcept
+    {
+        reset(other.detach());
+        return *this;
+    }
+    Bstr(const Bstr&) = delete;
+    Bstr& operator=(const Bstr&) = delete;
+    ~Bstr() { SysFreeString(m_text); }
+
+    /// Lends the BSTR, to read or to pass as an argument; it stays owned here.
+    BSTR get() const noexcept { return m_text; }
+    UINT length() const noexcept { return SysStringLen(m_text); }
+    /// The text as a zero-ended string, never null.
+    const wchar_t* c_str() const noexcept { return m_text ? m_text : L""; }
+    explicit operator bool() const noexcept { return m_text != nullptr; }
+
+    /// Frees the held BSTR and takes over `text`.
+    void reset(BSTR text = nullptr) noexcept { SysFreeString(std::exchange(m_text, text)); }
+    /// Gives the BSTR up to the caller, who frees it.
+    [[nodiscard]] BSTR detach() noexcept { return std::exchange(m_text, nullptr); }
+    /// Frees the held BSTR and lends the empty place as an out-parameter.
+    BSTR* put() noexcept
+    {
+        reset();
+        return &m_text;
+    }
+
+private:
+    BSTR m_text = nullptr;
+};
+
+static_assert(sizeof(Bstr) == sizeof(BSTR), "takes the place of a BSTR in a structure");
+
+} // namespace kel

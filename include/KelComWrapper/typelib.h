@@ -1,0 +1,34 @@
+// The type-library service: a registry of the process's own, and the loading of libraries.
+
+#pragma once
+
+#include "typeinfo.h"
+
+/// Registry and cache may be used from several threads at once.
+namespace KelTypelib
+{
+
+/// The room of a path buffer, in wide characters, the ending zero included.
+constexpr unsigned PathCapacity = 1024;
+
+/// Finds the path of a registered type library.
+/// \param path receives the zero-ended path; holds `PathCapacity` characters
+/// \return `S_OK`; `E_POINTER`; `TYPE_E_LIBNOTREGISTERED`, `path` untouched
+[[gnu::visibility("default")]] HRESULT GetTlbFilePath(const GUID& library, wchar_t* path);
+
+/// Loads a type library. An unchanged file is parsed once in the life of the process.
+/// \param library receives the library, borrowed: the service owns it and the caller does not release
+///        it; an `ITypeInfo` obtained from it keeps what it needs alive by itself. Written on success only
+/// \return `S_OK`; `E_POINTER`; `TYPE_E_CANTLOADLIBRARY` for a file that is missing or unreadable;
+///         `TYPE_E_INVDATAREAD` for one that is no valid type library
+[[gnu::visibility("default")]] HRESULT LoadTypeLib(const wchar_t* path, ITypeLib** library);
+
+/// Registers a path under an identifier, in place of any earlier one. The file is not looked at.
+/// \return `S_OK`; `E_INVALIDARG` for a path that is null, empty or too long for `PathCapacity`
+[[gnu::visibility("default")]] HRESULT RegisterTypeLib(const GUID& library, const wchar_t* path);
+
+/// Takes a registration back; libraries that are loaded stay loaded.
+/// \return `S_OK`; `TYPE_E_LIBNOTREGISTERED`
+[[gnu::visibility("default")]] HRESULT UnRegisterTypeLib(const GUID& library);
+
+} // namespace KelTypelib

@@ -1,0 +1,27 @@
+// IUnknown: identity and reference counting, the root of every interface.
+
+#pragma once
+
+#include "types.h"
+
+/// Counts are per object and not atomic: an object is used by one thread at a time.
+class IUnknown
+{
+public:
+    /// Asks the object for one of its interfaces.
+    /// \param riid the identifier of the interface
+    /// \param ppv receives the interface pointer with one reference, which the caller releases;
+    ///        null when the interface is not answered
+    /// \return `S_OK`; `E_POINTER` when `ppv` is null; `E_NOINTERFACE`
+    virtual HRESULT QueryInterface(const GUID& riid, void** ppv) = 0;
+    /// Takes a reference. \return the new count
+    virtual ULONG AddRef() = 0;
+    /// Gives a reference back; the last one destroys the object. Lets no exception out.
+    /// \return the new count, 0 when the object was destroyed
+    virtual ULONG Release() = 0;
+
+protected:
+    ~IUnknown() = default;
+};
+
+extern "C" [[gnu::visibility("default")]] const GUID IID_IUnknown;

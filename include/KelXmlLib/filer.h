@@ -1,0 +1,165 @@
+// The XML filer: a forward-only writer of one XML file. The caller makes one with `morvCreateXmlFiler`,
+// calls its write operations in document order and deletes it.
+//
+// Conventions. A status of 0 says that the arguments were accepted, not that they reached the disk: errors
+// of the file are never reported. Strings are read up to their first zero. "Missing" means null or empty.
+// A filer is used by one thread at a time.
+
+#pragma once
+
+#include <initializer_list>
+#include <memory>
+
+#include <QtCore/QXmlStreamWriter>
+
+class QFile;
+
+namespace KelXmlLib
+{
+
+/// The encoding of a filer's file. What is asked for is not applied: every file is UTF-8.
+enum eEncoding : int {
+    eEncodingDefault = 0,
+    eEncodingUtf16 = 1,
+    eEncodingUtf8 = 2,
+};
+
+/// What a write operation answers.
+enum eStatus : int {
+    eStatusAccepted = 0,
+    eStatusInvalidArgument = 2, ///< a required argument is missing or out of range; nothing was written
+};
+
+/// What `state()` answers; it never changes.
+enum eState : int {
+    eStateReady = 6,
+};
+
+} // namespace KelXmlLib
+
+/// The writer's interface. Delete a filer through it.
+class [[gnu::visibility("default")]] IKelXmlFiler
+{
+public:
+    virtual ~IKelXmlFiler();
+
+    /// \return `eStateReady`, whatever has become of the file
+    virtual KelXmlLib::eState state() const = 0;
+    /// \return `eEncodingUtf8`, whatever was asked for
+    virtual KelXmlLib::eEncoding encoding() const = 0;
+    /// \return 1 when the file is written indented, else 0
+    virtual int indent() const = 0;
+    /// Not carried out: `buffer` is not touched.
+    virtual void newlineChars(wchar_t * buffer, int size) const = 0;
+
+    /// Writes the XML declaration.
+    virtual KelXmlLib::eStatus writeDocBegin() = 0;
+    /// Ends every element that is open.
+    virtual KelXmlLib::eStatus writeDocEnd() = 0;
+    /// Begins an element. \param name must not be missing
+    virtual KelXmlLib::eStatus writeElmBegin(const wchar_t* name) = 0;
+    /// Writes a whole element, its end tag included. \param name, text must not be missing
+    virtual KelXmlLib::eStatus writeElmBegin(const wchar_t* name, const wchar_t* text) = 0;
+    /// Ends the innermost open element.
+    virtual KelXmlLib::eStatus writeElmEnd() = 0;
+    /// The same as `writeElmEnd`.
+    virtual KelXmlLib::eStatus writeElmFullEnd() = 0;
+    /// Accepted, nothing is written; use `writeAttribute`. \param name must not be missing
+    virtual KelXmlLib::eStatus writeAttrBegin(const wchar_t* name) = 0;
+    /// Accepted, nothing is written.
+    virtual KelXmlLib::eStatus writeAttrEnd() = 0;
+    /// Writes an attribute of the element just begun.
+    /// \param name must not be missing
+    /// \param value may be null or empty, which gives an empty attribute
+    virtual KelXmlLib::eStatus writeAttribute(const wchar_t* name, const wchar_t* value) = 0;
+    /// Writes character data, its markup escaped. \param text must not be missing
+    virtual KelXmlLib::eStatus writeText(const wchar_t* text) = 0;
+    /// The same as `writeText`: markup is escaped here as well.
+    virtual KelXmlLib::eStatus writeRawText(const wchar_t* text) = 0;
+    /// Accepted, nothing is written; use `writeText`.
+    virtual KelXmlLib::eStatus writeValue(bool value) = 0;
+    virtual KelXmlLib::eStatus writeValue(int value) = 0;
+    virtual KelXmlLib::eStatus writeValue(long value) = 0;
+    virtual KelXmlLib::eStatus writeValue(float value) = 0;
+    virtual KelXmlLib::eStatus writeValue(double value) = 0;
+    /// Accepted, nothing is written; use `writeText`. \param text must not be missing
+    virtual KelXmlLib::eStatus writeValue(const wchar_t* text) = 0;
+    /// Accepted, nothing is written. \param name must not be missing; the others may be
+    virtual KelXmlLib::eStatus writeDocType(const wchar_t* name, const wchar_t* publicId,
+                                            const wchar_t* systemId) = 0;
+    /// Writes a CDATA section. \param text must not be missing
+    virtual KelXmlLib::eStatus writeCData(const wchar_t* text) = 0;
+    /// Writes a comment. \param text must not be missing
+    virtual KelXmlLib::eStatus writeComment(const wchar_t* text) = 0;
+    /// Accepted, nothing is written. \param data not null \param first at least 0 \param second at least 1
+    virtual KelXmlLib::eStatus writeBinary(const unsigned char* data, int first, int second) = 0;
+    /// Closes the file; what is written later reaches no disk. May be called again.
+    virtual KelXmlLib::eStatus close() = 0;
+    /// Hands what was written to the system.
+    virtual KelXmlLib::eStatus flush() = 0;
+};
+
+/// The one implementation. See `IKelXmlFiler` for what each method does.
+class [[gnu::visibility("default")]] KelXmlFilerWrapper final : public IKelXmlFiler
+{
+public:
+    /// Opens `path` for writing, an existing file being emptied; failure to open is not reported and every
+    /// write is then accepted to no effect. Only `path` and the two flags count.
+    /// \param path null or empty: the filer has no file
+    /// \param autoFormat indents by four spaces a level
+    /// \param secondFlag recorded, used by nothing
+    KelXmlFilerWrapper(const wchar_t* path, KelXmlLib::eEncoding encoding, int indentation, bool autoFormat,
+                       bool secondFlag, const wchar_t* text1, const wchar_t* text2);
+    KelXmlFilerWrapper(const KelXmlFilerWrapper&) = delete;
+    KelXmlFilerWrapper& operator=(const KelXmlFilerWrapper&) = delete;
+    /// Closes the file. Elements that are open stay unended.
+    ~KelXmlFilerWrapper() override;
+
+    KelXmlLib::eState state() const override;
+    KelXmlLib::eEncoding encoding() const override;
+    int indent() const override;
+    void newlineChars(wchar_t * buffer, int size) const override;
+    KelXmlLib::eStatus writeDocBegin() override;
+    KelXmlLib::eStatus writeDocEnd() override;
+    KelXmlLib::eStatus writeElmBegin(const wchar_t* name) override;
+    KelXmlLib::eStatus writeElmBegin(const wchar_t* name, const wchar_t* text) override;
+    KelXmlLib::eStatus writeElmEnd() override;
+    KelXmlLib::eStatus writeElmFullEnd() override;
+    KelXmlLib::eStatus writeAttrBegin(const wchar_t* name) override;
+    KelXmlLib::eStatus writeAttrEnd() override;
+    KelXmlLib::eStatus writeAttribute(const wchar_t* name, const wchar_t* value) override;
+    KelXmlLib::eStatus writeText(const wchar_t* text) override;
+    KelXmlLib::eStatus writeRawText(const wchar_t* text) override;
+    KelXmlLib::eStatus writeValue(bool value) override;
+    KelXmlLib::eStatus writeValue(int value) override;
+    KelXmlLib::eStatus writeValue(long value) override;
+    KelXmlLib::eStatus writeValue(float value) override;
+    KelXmlLib::eStatus writeValue(double value) override;
+    KelXmlLib::eStatus writeValue(const wchar_t* text) override;
+    KelXmlLib::eStatus writeDocType(const wchar_t* name, const wchar_t* publicId, const wchar_t* systemId)
+        override;
+    KelXmlLib::eStatus writeCData(const wchar_t* text) override;
+    KelXmlLib::eStatus writeComment(const wchar_t* text) override;
+    KelXmlLib::eStatus writeBinary(const unsigned char* data, int first, int second) override;
+    KelXmlLib::eStatus close() override;
+    KelXmlLib::eStatus flush() override;
+
+private:
+    /// Lets `write` loose on the writer when the required arguments are present and the file is open. A
+    /// writer whose file is not would only complain on the console.
+    template <class Write>
+    KelXmlLib::eStatus forward(std::initializer_list<const wchar_t*> required, Write write);
+
+    std::unique_ptr<QFile> m_file;
+    QXmlStreamWriter m_writer;
+    bool m_autoFormat = false;
+    bool m_secondFlag = false;
+};
+
+/// Makes a filer for a file.
+/// \param path where to write; see the constructor of `KelXmlFilerWrapper` for all arguments
+/// \return a filer that the caller deletes through `IKelXmlFiler`; null for a missing `path`. Whether the
+///         file could be opened does not show
+extern "C" [[gnu::visibility("default")]] IKelXmlFiler*
+morvCreateXmlFiler(const wchar_t* path, KelXmlLib::eEncoding encoding, int indentation, bool autoFormat,
+                   bool secondFlag, const wchar_t* text1, const wchar_t* text2);

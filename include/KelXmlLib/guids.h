@@ -1,0 +1,50 @@
+// The identifiers of the published XML type library, exported under these names.
+
+#pragma once
+
+#include "KelComWrapper/types.h"
+
+#pragma GCC visibility push(default)
+extern "C" {
+/// The type library, version 1.0.
+extern const GUID LIBID_MSXML;
+/// Creatable classes; `DllGetClassObject` serves the first.
+extern const GUID CLSID_DOMDocument;
+extern const GUID CLSID_DOMFreeThreadedDocument;
+/// The XML DOM interfaces.
+extern const GUID IID_IXMLDOMNode;
+extern const GUID IID_IXMLDOMDocument;
+extern const GUID IID_IXMLDOMNodeList;
+extern const GUID IID_IXMLDOMNamedNodeMap;
+extern const GUID IID_IXMLDOMCharacterData;
+extern const GUID IID_IXMLDOMAttribute;
+extern const GUID IID_IXMLDOMElement;
+extern const GUID IID_IXMLDOMText;
+extern const GUID IID_IXMLDOMComment;
+extern const GUID IID_IXMLDOMProcessingInstruction;
+extern const GUID IID_IXMLDOMCDATASection;
+extern const GUID IID_IXMLDOMDocumentType;
+extern const GUID IID_IXMLDOMNotation;
+extern const GUID IID_IXMLDOMEntity;
+extern const GUID IID_IXMLDOMEntityReference;
+extern const GUID IID_IXMLDOMImplementation;
+extern const GUID IID_IXMLDOMDocumentFragment;
+extern const GUID IID_IXMLDOMParseError;
+extern const GUID IID_IXTLRuntime;
+extern const GUID DIID_XMLDOMDocumentEvents;
+/// The rest of the published library; nothing here answers to them.
+extern const GUID IID_IXMLHttpRequest;
+extern const GUID CLSID_XMLHTTPRequest;
+extern const GUID IID_IXMLDSOControl;
+extern const GUID CLSID_XMLDSOControl;
+extern const GUID IID_IXMLElementCollection;
+extern const GUID IID_IXMLDocument;
+extern const GUID IID_IXMLDocument2;
+extern const GUID IID_IXMLElement;
+extern const GUID IID_IXMLElement2;
+extern const GUID IID_IXMLAttribute;
+extern const GUID IID_IXMLError;
+extern const GUID IID_IXMLElementNotificationSink;
+extern const GUID CLSID_XMLDocument;
+}
+#pragma GCC visibility pop

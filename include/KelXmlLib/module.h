@@ -1,0 +1,44 @@
+// The entries that the host's module loader and its COM-style callers use, with C linkage.
+
+#pragma once
+
+#include "KelComWrapper/types.h"
+
+/// One creatable class. The map that `_xmlModule` points to ends with an entry without a creator.
+struct ObjectMapEntry
+{
+    /// Makes an object with one reference, which the caller releases.
+    using Creator = HRESULT (*)(void* outer, const GUID& riid, void** object);
+
+    const GUID* classId;
+    void* reserved1[2];
+    Creator creator;
+    void* reserved2[5];
+};
+static_assert(sizeof(ObjectMapEntry) == 9 * sizeof(void*), "the stride of the map is nine pointers");
+
+#pragma GCC visibility push(default)
+extern "C" {
+
+/// The object map: null until `DllMain` is called with reason 1, never reset afterwards.
+extern const ObjectMapEntry* _xmlModule;
+
+/// Tells the library of its loading; reason 1 (process attach) makes `DllGetClassObject` usable.
+/// \return 1 for every reason
+int DllMain(void* module, unsigned int reason, void* reserved);
+
+/// Makes a new object of a class; there is no class factory.
+/// \param classId `CLSID_DOMDocument`
+/// \param riid an interface of the object itself, such as `IID_IXMLDOMDocument`
+/// \param object receives the object with one reference, which the caller releases
+/// \return `S_OK`; `E_FAIL` when `object` is null or `DllMain` was not called; `E_NOTIMPL` for an unknown
+///         class; `E_OUTOFMEMORY`; with these, `object` is untouched. `E_NOINTERFACE`, `object` null
+HRESULT DllGetClassObject(const GUID& classId, const GUID& riid, void** object);
+
+/// The module loader's load entry. \return 1
+int ylrxDelegatedLoadEntry(void);
+
+/// The module loader's unload entry. Objects that are alive are not touched.
+void ylrxDelegatedUnloadEntry(void);
+}
+#pragma GCC visibility pop

@@ -1,0 +1,53 @@
+// The object over an element's live map of attributes.
+
+#pragma once
+
+#include "KelComWrapper/com_ptr.h"
+#include "KelXmlLib/dispatch_impl.h"
+#include "KelXmlLib/guids.h"
+#include "KelXmlLib/xmldom.h"
+
+#include <QtXml/QDomDocument>
+
+class CMorvXMLDOMDocument;
+
+namespace kelxml
+{
+struct Inside;
+}
+
+/// See `IXMLDOMNamedNodeMap` for what each method does.
+class [[gnu::visibility("default")]] CMorvXMLDOMNamedNodeMap final
+    : public IDispatchImpl<IXMLDOMNamedNodeMap, &IID_IXMLDOMNamedNodeMap, &LIBID_MSXML, 1, 0,
+                           CComTypeInfoHolder>
+{
+public:
+    HRESULT QueryInterface(const GUID& riid, void** ppv) override;
+    ULONG AddRef() override;
+    ULONG Release() override;
+
+    HRESULT getNamedItem(BSTR name, IXMLDOMNode * *node) override;
+    HRESULT setNamedItem(IXMLDOMNode * item, IXMLDOMNode * *result) override;
+    HRESULT removeNamedItem(BSTR name, IXMLDOMNode * *node) override;
+    HRESULT get_item(LONG index, IXMLDOMNode * *node) override;
+    HRESULT get_length(LONG * length) override;
+    HRESULT getQualifiedItem(BSTR name, BSTR namespaceURI, IXMLDOMNode * *node) override;
+    HRESULT removeQualifiedItem(BSTR name, BSTR namespaceURI, IXMLDOMNode * *node) override;
+    HRESULT nextNode(IXMLDOMNode * *node) override;
+    HRESULT reset() override;
+    HRESULT _newEnum(IUnknown * *enumerator) override;
+
+    virtual ~CMorvXMLDOMNamedNodeMap();
+
+    /// For the library itself: the attributes of `node`, none where it is no element.
+    [[gnu::visibility("hidden")]] CMorvXMLDOMNamedNodeMap(const QDomNode& node, const QDomDocument& document);
+
+private:
+    friend struct kelxml::Inside;
+
+    ULONG m_refCount = 0;
+    QDomNamedNodeMap m_map;
+    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
+    QDomDocument m_document;                          ///< keeps the Qt document alive
+    QDomNode m_keeper;                                ///< the element itself; let go of last
+};

@@ -1,0 +1,62 @@
+// The object over a live list of nodes: children, or elements by tag name.
+
+#pragma once
+
+#include "KelComWrapper/com_ptr.h"
+#include "KelXmlLib/dispatch_impl.h"
+#include "KelXmlLib/guids.h"
+#include "KelXmlLib/xmldom.h"
+
+#include <QtXml/QDomDocument>
+
+class CMorvXMLDOMDocument;
+
+namespace kelxml
+{
+struct Inside;
+}
+
+/// What a list was made from, so that it can be made anew.
+struct CMorvXMLDOMNodeListOrigin
+{
+    QDomNode node;
+    bool byTagName = false;
+    QString tagName;
+};
+
+/// See `IXMLDOMNodeList` for what each method does.
+class [[gnu::visibility("default")]] CMorvXMLDOMNodeList final
+    : public IDispatchImpl<IXMLDOMNodeList, &IID_IXMLDOMNodeList, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>
+{
+public:
+    HRESULT QueryInterface(const GUID& riid, void** ppv) override;
+    ULONG AddRef() override;
+    ULONG Release() override;
+
+    HRESULT get_item(LONG index, IXMLDOMNode * *node) override;
+    HRESULT get_length(LONG * length) override;
+    HRESULT nextNode(IXMLDOMNode * *node) override;
+    HRESULT reset() override;
+    HRESULT _newEnum(IUnknown * *enumerator) override;
+
+    virtual ~CMorvXMLDOMNodeList();
+
+    /// For the library itself: the list that `origin` describes.
+    [[gnu::visibility("hidden")]] CMorvXMLDOMNodeList(const CMorvXMLDOMNodeListOrigin& origin,
+                                                      const QDomDocument& document);
+
+private:
+    friend struct kelxml::Inside;
+
+    /// The list, made anew where its node has come into another document.
+    [[gnu::visibility("hidden")]] const QDomNodeList& current();
+
+    ULONG m_refCount = 0;
+    QDomNodeList m_list;
+    std::uint32_t m_cursor = 0;
+    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
+    QDomDocument m_document;                          ///< keeps the Qt document alive
+    CMorvXMLDOMNodeListOrigin m_origin;               ///< to make the list anew
+    QDomDocument m_madeIn; ///< the document whose count of changes `m_list` goes by
+    QDomNode m_keeper;     ///< the element of an attribute whose children are listed; let go of last
+};

@@ -1,0 +1,374 @@
+// The published XML DOM interfaces, in the published slot order, with what this library makes of them.
+//
+// Conventions. Strings go in as `wchar_t*` and are read up to their first zero character; a BSTR that comes
+// out belongs to the caller, who frees it with `SysFreeString`. An object that comes out carries one
+// reference, which the caller releases. Out-parameters are written last and, unless said otherwise, only
+// with `S_OK`. A null out-pointer is answered `S_FALSE` and nothing is done. The methods return no error
+// codes; running out of memory leaves a method as `std::bad_alloc`, out-parameters untouched. A document
+// and everything reached from it is used by one thread at a time.
+
+#pragma once
+
+#include "KelComWrapper/dispatch.h"
+
+class IXMLDOMAttribute;
+class IXMLDOMCDATASection;
+class IXMLDOMComment;
+class IXMLDOMDocument;
+class IXMLDOMDocumentFragment;
+class IXMLDOMDocumentType;
+class IXMLDOMElement;
+class IXMLDOMEntityReference;
+class IXMLDOMImplementation;
+class IXMLDOMNamedNodeMap;
+class IXMLDOMNodeList;
+class IXMLDOMParseError;
+class IXMLDOMProcessingInstruction;
+class IXMLDOMText;
+
+/// What a node is; Qt's numbers are the same.
+enum tagDOMNodeType : std::int32_t {
+    NODE_INVALID = 0,
+    NODE_ELEMENT = 1,
+    NODE_ATTRIBUTE = 2,
+    NODE_TEXT = 3,
+    NODE_CDATA_SECTION = 4,
+    NODE_ENTITY_REFERENCE = 5,
+    NODE_ENTITY = 6,
+    NODE_PROCESSING_INSTRUCTION = 7,
+    NODE_COMMENT = 8,
+    NODE_DOCUMENT = 9,
+    NODE_DOCUMENT_TYPE = 10,
+    NODE_DOCUMENT_FRAGMENT = 11,
+    NODE_NOTATION = 12,
+};
+using DOMNodeType = tagDOMNodeType;
+
+/// A node of the tree. Two requests for one node give two objects over it; a change made through one
+/// is seen through the other.
+class IXMLDOMNode : public IDispatch
+{
+public:
+    /// The node's name as Qt gives it ("#text", "#document", a tag or attribute name).
+    /// \param name receives a new BSTR, which the caller frees
+    /// \return `S_OK`; `S_FALSE` when `name` is null
+    virtual HRESULT get_nodeName(BSTR* name) = 0;
+    /// The node's value; carried out by the document and the generic node.
+    /// \param value receives `VT_BSTR` with a new BSTR, which the caller frees; what it held is not freed
+    /// \return `S_OK`; `S_FALSE` when `value` is null. Elements and attributes: `S_OK`, nothing written
+    virtual HRESULT get_nodeValue(VARIANT* value) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `put_text`.
+    virtual HRESULT put_nodeValue(VARIANT value) = 0;
+    /// \param type receives the node type; 21 for a generic node that holds no node
+    /// \return `S_OK`; `S_FALSE` when `type` is null
+    virtual HRESULT get_nodeType(DOMNodeType* type) = 0;
+    /// The parent; of an attribute, its element.
+    /// \param parent receives a new object with one reference, which the caller releases
+    /// \return `S_OK`; `S_FALSE` with `parent` untouched when there is none or `parent` is null
+    virtual HRESULT get_parentNode(IXMLDOMNode** parent) = 0;
+    /// The children, as a live list; empty for a node without children.
+    /// \param children receives a new list with one reference, which the caller releases
+    /// \return `S_OK`; `S_FALSE` when `children` is null
+    virtual HRESULT get_childNodes(IXMLDOMNodeList** children) = 0;
+    /// The first child.
+    /// \param child receives a new object with one reference, which the caller releases
+    /// \return `S_OK`; `S_FALSE` with `child` untouched when there is none or `child` is null
+    virtual HRESULT get_firstChild(IXMLDOMNode** child) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use the list of `get_childNodes`.
+    virtual HRESULT get_lastChild(IXMLDOMNode** child) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use the parent's `get_childNodes`.
+    virtual HRESULT get_previousSibling(IXMLDOMNode** sibling) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use the parent's `get_childNodes`.
+    virtual HRESULT get_nextSibling(IXMLDOMNode** sibling) = 0;
+    /// The attributes, as the element's own live map; empty for anything but an element.
+    /// \param attributes receives a new map with one reference, which the caller releases
+    /// \return `S_OK`; `S_FALSE` when `attributes` is null
+    virtual HRESULT get_attributes(IXMLDOMNamedNodeMap** attributes) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `appendChild`.
+    virtual HRESULT insertBefore(IXMLDOMNode* child, VARIANT reference, IXMLDOMNode** result) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `removeChild` and `appendChild`.
+    virtual HRESULT replaceChild(IXMLDOMNode* child, IXMLDOMNode* replaced, IXMLDOMNode** result) = 0;
+    /// Takes a child out of this node. What is no child of this node stays where it is.
+    /// \param child one of this library's own nodes; its reference count is not touched
+    /// \param result receives a new object for the child with one reference, which the caller releases; may
+    /// be
+    ///        null. Of an element asked to remove an element that is not its child: an element that holds
+    ///        none
+    /// \return `S_OK`, also for a null `child` (nothing done, nothing written);
+    ///         `S_FALSE` for an object that is not this library's
+    virtual HRESULT removeChild(IXMLDOMNode* child, IXMLDOMNode** result) = 0;
+    /// Makes a node the last child of this one, taking it from its present place. Refused without a
+    /// word, the tree unchanged and `result` made as ever: a node below itself, a document, an attribute that
+    /// stands on an element, and what would nest deeper than the library allows.
+    /// \param child one of this library's own nodes; its reference count is not touched
+    /// \param result receives a new object for the child with one reference, which the caller releases; may
+    /// be null \return `S_OK`, also for a null `child` (nothing done, nothing written);
+    ///         `S_FALSE` for an object that is not this library's
+    virtual HRESULT appendChild(IXMLDOMNode* child, IXMLDOMNode** result) = 0;
+    /// \param hasChildren receives 1 (not -1) when there are children, else 0
+    /// \return `S_OK`; `S_FALSE` when `hasChildren` is null
+    virtual HRESULT hasChildNodes(VARIANT_BOOL* hasChildren) = 0;
+    /// The document that the node belongs to; of a document, the object itself.
+    /// \param document receives the object with one reference, which the caller releases. A node's is an
+    /// object
+    ///        of its own over the same document, the same one at every call
+    /// \return `S_OK`; `S_FALSE` when there is none (`document` null) or `document` is null
+    virtual HRESULT get_ownerDocument(IXMLDOMDocument** document) = 0;
+    /// Copies the node; carried out by the element. The copy has no parent until it is appended.
+    /// \param deep any value but 0 copies all descendants
+    /// \param result receives a new element with one reference, which the caller releases; may be null
+    /// \return `S_OK`, also when the element holds no node (nothing written)
+    virtual HRESULT cloneNode(VARIANT_BOOL deep, IXMLDOMNode** result) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_nodeType`.
+    virtual HRESULT get_nodeTypeString(BSTR* type) = 0;
+    /// The text: of an element that of all its descendants, of a text node its data.
+    /// \param text receives a new BSTR, which the caller frees
+    /// \return `S_OK`; `S_FALSE` with `text` untouched for any other node, an attribute included, or when
+    /// `text` is
+    ///         null. Documents: `S_OK`, nothing written
+    virtual HRESULT get_text(BSTR* text) = 0;
+    /// Sets the text: of an element by taking its first child out (only that one) and appending a text
+    /// node, of any other node by setting its value.
+    /// \param text read up to its first zero character; null reads as empty
+    /// \return `S_OK`; `S_FALSE` for an element without an owner document
+    virtual HRESULT put_text(BSTR text) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT get_specified(VARIANT_BOOL* specified) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT get_definition(IXMLDOMNode** definition) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_nodeValue`.
+    virtual HRESULT get_nodeTypedValue(VARIANT* value) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `put_text`.
+    virtual HRESULT put_nodeTypedValue(VARIANT value) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT get_dataType(VARIANT* type) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT put_dataType(BSTR type) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use the document's `save`.
+    virtual HRESULT get_xml(BSTR* xml) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT transformNode(IXMLDOMNode* stylesheet, BSTR* xml) = 0;
+    /// The descendant elements with a tag name, in document order, as a live list; carried out by the
+    /// document and the element.
+    /// \param query a tag name, not an expression
+    /// \param list receives a new list with one reference, which the caller releases
+    /// \return `S_OK`; `S_FALSE` when `list` is null. Attributes and generic nodes: `S_OK`, nothing written
+    virtual HRESULT selectNodes(BSTR query, IXMLDOMNodeList** list) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `selectNodes`.
+    virtual HRESULT selectSingleNode(BSTR query, IXMLDOMNode** node) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT get_parsed(VARIANT_BOOL* parsed) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT get_namespaceURI(BSTR* uri) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT get_prefix(BSTR* prefix) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_nodeName`.
+    virtual HRESULT get_baseName(BSTR* name) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT transformNodeToObject(IXMLDOMNode* stylesheet, VARIANT output) = 0;
+
+protected:
+    ~IXMLDOMNode() = default;
+};
+
+/// A document, which is its tree's topmost node as well.
+class IXMLDOMDocument : public IXMLDOMNode
+{
+public:
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT get_doctype(IXMLDOMDocumentType** type) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT get_implementation(IXMLDOMImplementation** implementation) = 0;
+    /// The document element. The first call decides: every later call gives the same object, also after
+    /// another load, and on an empty document an element that holds no node.
+    /// \param element receives the object with one reference, which the caller releases
+    /// \return `S_OK`; `S_FALSE` when `element` is null
+    virtual HRESULT get_documentElement(IXMLDOMElement** element) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `appendChild`.
+    virtual HRESULT putref_documentElement(IXMLDOMElement* element) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `createNode`.
+    virtual HRESULT createElement(BSTR name, IXMLDOMElement** element) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT createDocumentFragment(IXMLDOMDocumentFragment** fragment) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use the element's `put_text`.
+    virtual HRESULT createTextNode(BSTR data, IXMLDOMText** text) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT createComment(BSTR data, IXMLDOMComment** comment) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT createCDATASection(BSTR data, IXMLDOMCDATASection** section) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT createProcessingInstruction(BSTR target, BSTR data,
+                                                IXMLDOMProcessingInstruction** instruction) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `setAttribute` or `createNode`.
+    virtual HRESULT createAttribute(BSTR name, IXMLDOMAttribute** attribute) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT createEntityReference(BSTR name, IXMLDOMEntityReference** reference) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `selectNodes`.
+    virtual HRESULT getElementsByTagName(BSTR name, IXMLDOMNodeList** list) = 0;
+    /// Makes an element or an attribute that belongs to this document and stands nowhere yet.
+    /// \param type `VT_I2`, `VT_I4` or `VT_INT` holding 1 (element) or 2 (attribute); for anything else
+    /// nothing is made \param name the qualified name \param namespaceURI may be null \param node receives a
+    /// new object with one reference, which the caller releases \return `S_OK`, also when nothing is made
+    /// (`node` untouched); `S_FALSE` for a null `name`, or for a null `node`
+    ///         when one would be made
+    virtual HRESULT createNode(VARIANT type, BSTR name, BSTR namespaceURI, IXMLDOMNode** node) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `selectNodes`.
+    virtual HRESULT nodeFromID(BSTR id, IXMLDOMNode** node) = 0;
+    /// Reads a local file into this document; when it returns, parsing has finished.
+    /// \param source a file path as `VT_BSTR`; nothing else is accepted
+    /// \param success receives 0 on entry and -1 when the file was parsed; may be null
+    /// \return `S_OK` when parsed; else `S_FALSE`. The earlier tree survives what fails before parsing begins
+    virtual HRESULT load(VARIANT source, VARIANT_BOOL* success) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Loading is synchronous.
+    virtual HRESULT get_readyState(LONG* state) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT get_parseError(IXMLDOMParseError** error) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT get_url(BSTR* url) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT get_async(VARIANT_BOOL* async) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Loading is synchronous.
+    virtual HRESULT put_async(VARIANT_BOOL async) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT abort() = 0;
+    /// Reads a text into this document.
+    /// \param xml the text, read up to its first zero character
+    /// \param success receives 0 on entry and -1 when the text was parsed; may be null
+    /// \return `S_OK` when parsed; else `S_FALSE`. The earlier tree survives a null or empty text
+    virtual HRESULT loadXML(BSTR xml, VARIANT_BOOL* success) = 0;
+    /// Writes the document to a local file, indented by four spaces a level, in the encoding that its XML
+    /// declaration names, or UTF-8.
+    /// \param destination a file path as `VT_BSTR`; nothing else is accepted
+    /// \return `S_OK` once the file was opened, whatever becomes of the writing; else `S_FALSE`
+    virtual HRESULT save(VARIANT destination) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT get_validateOnParse(VARIANT_BOOL* validate) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT put_validateOnParse(VARIANT_BOOL validate) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT get_resolveExternals(VARIANT_BOOL* resolve) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT put_resolveExternals(VARIANT_BOOL resolve) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT get_preserveWhiteSpace(VARIANT_BOOL* preserve) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT put_preserveWhiteSpace(VARIANT_BOOL preserve) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT put_onreadystatechange(VARIANT handler) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT put_ondataavailable(VARIANT handler) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT put_ontransformnode(VARIANT handler) = 0;
+
+protected:
+    ~IXMLDOMDocument() = default;
+};
+
+/// An element.
+class IXMLDOMElement : public IXMLDOMNode
+{
+public:
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_nodeName`.
+    virtual HRESULT get_tagName(BSTR* name) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_attributes` and
+    /// `getNamedItem`.
+    virtual HRESULT getAttribute(BSTR name, VARIANT* value) = 0;
+    /// Sets an attribute, which is made when it is not there. Numbers are written as Qt writes them.
+    /// \param name the attribute's name
+    /// \param value `VT_BSTR`, `VT_I2`, `VT_I4`, `VT_INT`, `VT_I8`, `VT_UI2`, `VT_UI4`, `VT_UINT`, `VT_UI8`,
+    /// `VT_R4`, `VT_R8`
+    ///        or `VT_DATE`; any other type leaves the attribute as it was
+    /// \return `S_OK`; `S_FALSE` for a null `name`
+    virtual HRESULT setAttribute(BSTR name, VARIANT value) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT removeAttribute(BSTR name) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_attributes` and
+    /// `getNamedItem`.
+    virtual HRESULT getAttributeNode(BSTR name, IXMLDOMAttribute** attribute) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `setAttribute`.
+    virtual HRESULT setAttributeNode(IXMLDOMAttribute* attribute, IXMLDOMAttribute** replaced) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT removeAttributeNode(IXMLDOMAttribute* attribute, IXMLDOMAttribute** removed) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `selectNodes`.
+    virtual HRESULT getElementsByTagName(BSTR name, IXMLDOMNodeList** list) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT normalize() = 0;
+
+protected:
+    ~IXMLDOMElement() = default;
+};
+
+/// An attribute. Its value is its text: `get_value` reads it, `put_text` sets it.
+class IXMLDOMAttribute : public IXMLDOMNode
+{
+public:
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_nodeName`.
+    virtual HRESULT get_name(BSTR* name) = 0;
+    /// The attribute's value.
+    /// \param value receives `VT_BSTR` with a new BSTR, which the caller frees; what it held is not freed
+    /// \return `S_OK`; `S_FALSE` when `value` is null
+    virtual HRESULT get_value(VARIANT* value) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `put_text`.
+    virtual HRESULT put_value(VARIANT value) = 0;
+
+protected:
+    ~IXMLDOMAttribute() = default;
+};
+
+/// A live list of nodes: it answers for the tree as it is at the time of the call.
+class IXMLDOMNodeList : public IDispatch
+{
+public:
+    /// \param index from 0; live, as the tree is at the call
+    /// \param node receives a new object with one reference, which the caller releases
+    /// \return `S_OK`; `S_FALSE` with `node` untouched out of range or when `node` is null
+    virtual HRESULT get_item(LONG index, IXMLDOMNode** node) = 0;
+    /// \param length receives the number of nodes at the time of the call
+    /// \return `S_OK`; `S_FALSE` when `length` is null
+    virtual HRESULT get_length(LONG* length) = 0;
+    /// The node at the list's cursor, an index that only grows.
+    /// \param node receives a new object with one reference, which the caller releases; null at the end
+    /// \return `S_OK`; `S_FALSE` at the end, or when `node` is null (the cursor stays)
+    virtual HRESULT nextNode(IXMLDOMNode** node) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Ask for a new list to walk again.
+    virtual HRESULT reset() = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT _newEnum(IUnknown** enumerator) = 0;
+
+protected:
+    ~IXMLDOMNodeList() = default;
+};
+
+/// The live map of an element's attributes.
+class IXMLDOMNamedNodeMap : public IDispatch
+{
+public:
+    /// \param name the attribute's name
+    /// \param node receives a new object with one reference, which the caller releases
+    /// \return `S_OK`; `S_FALSE` with `node` untouched for a null or unknown name or when `node` is null
+    virtual HRESULT getNamedItem(BSTR name, IXMLDOMNode** node) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use the element's `setAttribute`.
+    virtual HRESULT setNamedItem(IXMLDOMNode* item, IXMLDOMNode** result) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT removeNamedItem(BSTR name, IXMLDOMNode** node) = 0;
+    /// \param index from 0, in an order that is Qt's
+    /// \param node receives a new object with one reference, which the caller releases; null out of range
+    /// \return `S_OK`, also out of range; `S_FALSE` when `node` is null
+    virtual HRESULT get_item(LONG index, IXMLDOMNode** node) = 0;
+    /// \param length receives the number of nodes at the time of the call
+    /// \return `S_OK`; `S_FALSE` when `length` is null
+    virtual HRESULT get_length(LONG* length) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `getNamedItem`.
+    virtual HRESULT getQualifiedItem(BSTR name, BSTR namespaceURI, IXMLDOMNode** node) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT removeQualifiedItem(BSTR name, BSTR namespaceURI, IXMLDOMNode** node) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_item`.
+    virtual HRESULT nextNode(IXMLDOMNode** node) = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT reset() = 0;
+    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    virtual HRESULT _newEnum(IUnknown** enumerator) = 0;
+
+protected:
+    ~IXMLDOMNamedNodeMap() = default;
+};

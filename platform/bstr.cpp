@@ -1,0 +1,68 @@
+// BSTRs: a length in characters, then the characters, then a zero. `malloc` hands the memory out, so that
+// a lack of it is a null and never an exception.
+
+#include "KelComWrapper/bstr.h"
+
+#include <cstddef>
+#include <cstdlib>
+#include <cwchar>
+#include <limits>
+
+namespace
+{
+
+/// Stands before the text; as large as keeps the text aligned for everything that `malloc` aligns for.
+constexpr std::size_t kHeaderSize = alignof(std::max_align_t);
+
+BYTE* blockOf(BSTR text)
+{
+    return reinterpret_cast<BYTE*>(text) - kHeaderSize;
+}
+
+} // namespace
+
+BSTR SysAllocString(const wchar_t* text)
+{
+    if (!text)
+        return nullptr;
+    const std::size_t length = std::wcslen(text);
+    if (length > std::numeric_limits<UINT>::max())
+        return nullptr;
+    return SysAllocStringLen(text, static_cast<UINT>(length));
+}
+
+BSTR SysAllocStringLen(const wchar_t* text, UINT length)
+{
+    static_assert(sizeof(std::size_t) > sizeof(UINT), "the size below does not overflow");
+    const std::size_t size = kHeaderSize + (std::size_t{length} + 1) * sizeof(wchar_t);
+    void* const block = text ? std::malloc(size) : std::calloc(size, 1);
+    if (!block)
+        return nullptr;
+    BYTE* const start = static_cast<BYTE*>(block) + kHeaderSize;
+    std::memcpy(start - sizeof length, &length, sizeof length);
+    const BSTR made = reinterpret_cast<BSTR>(start);
+    if (text) {
+        std::memcpy(made, text, std::size_t{length} * sizeof(wchar_t));
+        made[length] = L'\0';
+    }
+    return made;
+}
+
+void SysFreeString(BSTR text)
+{
+    if (text)
+        std::free(blockOf(text));
+}
+
+UINT SysStringLen(BSTR text)
+{
+    UINT length = 0;
+    if (text)
+        std::memcpy(&length, blockOf(text) + kHeaderSize - sizeof length, sizeof length);
+    return length;
+}
+
+INT lstrlenW(const wchar_t* text)
+{
+    return text ? static_cast<INT>(std::wcslen(text)) : 0;
+}

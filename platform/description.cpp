@@ -1,0 +1,197 @@
+// Works the published descriptions, the look-up tables and the call descriptions out of what was read.
+
+#include "description.h"
+
+#include <algorithm>
+
+namespace kelcom
+{
+namespace
+{
+
+constexpr wchar_t foldedLetter(wchar_t letter)
+{
+    return letter >= L'A' && letter <= L'Z' ? letter - L'A' + L'a' : letter;
+}
+
+/// A VARIANT by value. Its size is given, not left for libffi to find out: then libffi writes nothing here,
+/// and descriptions may be prepared by several threads.
+ffi_type* variantType()
+{
+    static ffi_type* members[] = {&ffi_type_uint64, &ffi_type_uint64, &ffi_type_uint64, nullptr};
+    static ffi_type type = {sizeof(VARIANT), alignof(VARIANT), FFI_TYPE_STRUCT, members};
+    return &type;
+}
+
+ffi_type* ffiTypeOf(const ValueType& type)
+{
+    switch (type.tag) {
+    case VT_VARIANT:
+        return variantType();
+    case VT_BOOL:
+        return &ffi_type_sint16;
+    case VT_I4:
+        return &ffi_type_sint32;
+    default:
+        return &ffi_type_pointer;
+    }
+}
+
+TYPEDESC pointerTo(const TYPEDESC& target)
+{
+    TYPEDESC pointer{};
+    pointer.lptdesc = lend(target);
+    pointer.vt = VT_PTR;
+    return pointer;
+}
+
+ELEMDESC elementOf(const Parameter& parameter, bool isResult)
+{
+    const ValueType& type = *parameter.type;
+    const TYPEDESC& passed = type.isInterface() && type.isDeclared() ? type.pointer : type.description;
+    ELEMDESC element{};
+    element.tdesc = isResult ? pointerTo(passed) : passed;
+    const int flags = isResult ? PARAMFLAG_FOUT | PARAMFLAG_FRETVAL
+                               : PARAMFLAG_FIN | (parameter.isOptional ? PARAMFLAG_FOPT : 0);
+    element.paramdesc.wParamFlags = static_cast<USHORT>(flags);
+    return element;
+}
+
+/// `cParams` counts the slot's parameters, the result's place included, as the table view of a dual interface
+/// does; the function's own type is therefore HRESULT.
+void describe(Function& function, std::size_t slot)
+{
+    for (const Parameter& argument : function.arguments)
+        function.elements.push_back(elementOf(argument, false));
+    if (function.result)
+        function.elements.push_back(elementOf(*function.result, true));
+    function.required = static_cast<std::size_t>(
+        std::count_if(function.arguments.begin(), function.arguments.end(),
+                      [](const Parameter& argument) { return !argument.isOptional; }));
+
+    FUNCDESC& description = function.description;
+    description.memid = function.id;
+    description.lprgelemdescParam = function.elements.empty() ? nullptr : function.elements.data();
+    description.funckind = FUNC_PUREVIRTUAL;
+    description.invkind = function.kind;
+    description.callconv = CC_CDECL;
+    description.cParams = static_cast<SHORT>(function.elements.size());
+    description.cParamsOpt = static_cast<SHORT>(function.arguments.size() - function.required);
+    description.oVft = static_cast<SHORT>(slot * kSlotSize);
+    description.elemdescFunc.tdesc.vt = VT_HRESULT;
+}
+
+bool prepareCall(Function& function)
+{
+    std::size_t count = 0;
+    function.ffiTypes[count++] = &ffi_type_pointer;
+    for (const Parameter& argument : function.arguments)
+        function.ffiTypes[count++] = ffiTypeOf(*argument.type);
+    if (function.result)
+        function.ffiTypes[count++] = &ffi_type_pointer;
+    return ffi_prep_cif(&function.cif, FFI_DEFAULT_ABI, static_cast<unsigned>(count), &ffi_type_sint32,
+                        function.ffiTypes.data()) == FFI_OK;
+}
+
+void index(InterfaceDescription& interface)
+{
+    interface.byId.assign(interface.functions.begin(), interface.functions.end());
+    std::stable_sort(interface.byId.begin(), interface.byId.end(),
+                     [](const Function* left, const Function* right) { return left->id < right->id; });
+
+    for (const Function* function : interface.functions)
+        if (interface.firstOf(function->id) == function)
+            interface.byName.emplace_back(folded(function->name), function);
+    std::sort(interface.byName.begin(), interface.byName.end());
+}
+
+TYPEATTR attributesOf(const InterfaceDescription& interface, const TLIBATTR& library)
+{
+    TYPEATTR attributes{};
+    attributes.guid = interface.type->iid;
+    attributes.memidConstructor = MEMBERID_NIL;
+    attributes.memidDestructor = MEMBERID_NIL;
+    attributes.cbSizeInstance = sizeof(void*);
+    attributes.typekind = TKIND_DISPATCH;
+    attributes.cFuncs = static_cast<WORD>(interface.functions.size());
+    attributes.cbSizeVft = static_cast<WORD>((kDispatchSlots + interface.functions.size()) * kSlotSize);
+    attributes.cbAlignment = alignof(void*);
+    attributes.wTypeFlags = TYPEFLAG_FDUAL | TYPEFLAG_FDISPATCHABLE;
+    attributes.wMajorVerNum = library.wMajorVerNum;
+    attributes.wMinorVerNum = library.wMinorVerNum;
+    return attributes;
+}
+
+/// Interfaces are numbered as `ITypeLib::GetTypeInfo` counts them, whatever else is declared after them.
+void numberTypes(LibraryDescription& library)
+{
+    auto next = static_cast<HREFTYPE>(library.interfaces.size());
+    for (ValueType& type : library.types)
+        if (type.isDeclared())
+            type.description.hreftype = next++;
+    for (std::size_t place = 0; place < library.interfaces.size(); ++place)
+        library.interfaces[place].type->description.hreftype = static_cast<HREFTYPE>(place);
+}
+
+} // namespace
+
+std::wstring folded(std::wstring_view name)
+{
+    std::wstring result(name);
+    std::transform(result.begin(), result.end(), result.begin(), foldedLetter);
+    return result;
+}
+
+bool isSameName(std::wstring_view left, std::wstring_view right)
+{
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](wchar_t a, wchar_t b) { return foldedLetter(a) == foldedLetter(b); });
+}
+
+std::pair<InterfaceDescription::Functions, InterfaceDescription::Functions>
+InterfaceDescription::member(MEMBERID id) const
+{
+    const auto first =
+        std::lower_bound(byId.begin(), byId.end(), id,
+                         [](const Function* function, MEMBERID sought) { return function->id < sought; });
+    const auto last =
+        std::find_if(first, byId.end(), [id](const Function* function) { return function->id != id; });
+    return {first, last};
+}
+
+const Function* InterfaceDescription::firstOf(MEMBERID id) const
+{
+    const auto [first, last] = member(id);
+    return first == last ? nullptr : *first;
+}
+
+const Function* InterfaceDescription::firstNamed(std::wstring_view name) const
+{
+    const std::wstring sought = folded(name);
+    const auto place =
+        std::lower_bound(byName.begin(), byName.end(), sought,
+                         [](const auto& entry, const std::wstring& key) { return entry.first < key; });
+    return place == byName.end() || place->first != sought ? nullptr : place->second;
+}
+
+bool complete(LibraryDescription& library)
+{
+    numberTypes(library);
+    for (ValueType& type : library.types)
+        type.pointer = pointerTo(type.description);
+    for (InterfaceDescription& interface : library.interfaces) {
+        for (std::size_t place = 0; place < interface.functions.size(); ++place) {
+            Function& function = *interface.functions[place];
+            if (function.description.oVft != 0)
+                continue; // inherited, and described with its own interface
+            describe(function, kDispatchSlots + place);
+            if (!prepareCall(function))
+                return false;
+        }
+        index(interface);
+        interface.attributes = attributesOf(interface, library.attributes);
+    }
+    return true;
+}
+
+} // namespace kelcom

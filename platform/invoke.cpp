@@ -1,0 +1,306 @@
+// Calls by identifier: find the function, bring the arguments into its types, call its slot, deliver its
+// result.
+
+#include "invoke.h"
+
+#include "KelComWrapper/bstr.h"
+#include "KelComWrapper/com_ptr.h"
+#include "coerce.h"
+
+#include <algorithm>
+#include <climits>
+
+namespace kelcom
+{
+namespace
+{
+
+/// In place of an index in `rgvarg`.
+constexpr UINT kNone = UINT_MAX;
+
+/// Which element of `rgvarg` each parameter takes, or `kNone`.
+using Sources = std::array<UINT, kMaxArguments>;
+
+/// A place that one argument or a result of any kind has room in.
+union Storage {
+    VARIANT variant;
+    void* pointer;
+    BSTR text;
+    IUnknown* object;
+    IDispatch* dispatch;
+    std::int32_t integer;
+    VARIANT_BOOL boolean;
+};
+
+/// The kinds of function that a call may mean, the preferred one first; `INVOKE_FUNC` twice means only that.
+bool kindsOf(WORD flags, std::array<INVOKEKIND, 2>& kinds)
+{
+    switch (flags) {
+    case DISPATCH_METHOD:
+        kinds = {INVOKE_FUNC, INVOKE_FUNC};
+        return true;
+    case DISPATCH_PROPERTYGET:
+        kinds = {INVOKE_PROPERTYGET, INVOKE_PROPERTYGET};
+        return true;
+    case DISPATCH_METHOD | DISPATCH_PROPERTYGET:
+        kinds = {INVOKE_FUNC, INVOKE_PROPERTYGET};
+        return true;
+    case DISPATCH_PROPERTYPUT:
+        kinds = {INVOKE_PROPERTYPUT, INVOKE_PROPERTYPUT};
+        return true;
+    case DISPATCH_PROPERTYPUTREF:
+        kinds = {INVOKE_PROPERTYPUTREF, INVOKE_PROPERTYPUTREF};
+        return true;
+    case DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF:
+        kinds = {INVOKE_PROPERTYPUT, INVOKE_PROPERTYPUTREF};
+        return true;
+    default:
+        return false;
+    }
+}
+
+const Function* functionFor(const InterfaceDescription& interface, MEMBERID member, WORD flags)
+{
+    std::array<INVOKEKIND, 2> kinds{};
+    if (!kindsOf(flags, kinds))
+        return nullptr;
+    const auto [first, last] = interface.member(member);
+    for (const INVOKEKIND kind : kinds)
+        for (auto function = first; function != last; ++function)
+            if ((*function)->kind == kind)
+                return *function;
+    return nullptr;
+}
+
+HRESULT failAt(UINT index, HRESULT failure, UINT* badArgument)
+{
+    if (badArgument)
+        *badArgument = index;
+    return failure;
+}
+
+HRESULT checkCounts(const Function& function, const DISPPARAMS& parameters)
+{
+    if ((parameters.cArgs != 0 && !parameters.rgvarg) ||
+        (parameters.cNamedArgs != 0 && !parameters.rgdispidNamedArgs))
+        return E_INVALIDARG;
+    if (parameters.cArgs < function.required || parameters.cArgs > function.arguments.size() ||
+        parameters.cNamedArgs > parameters.cArgs)
+        return DISP_E_BADPARAMCOUNT;
+    return S_OK;
+}
+
+/// Gives each argument to its parameter. The named ones come first, whatever their order; then the others,
+/// the first parameter's last. The value of a put has the name `DISPID_PROPERTYPUT` and no other.
+HRESULT assignSources(const Function& function, const DISPPARAMS& parameters, Sources& sources,
+                      UINT* badArgument)
+{
+    sources.fill(kNone);
+    const auto count = static_cast<UINT>(function.arguments.size());
+    for (UINT index = parameters.cNamedArgs; index < parameters.cArgs; ++index)
+        sources[parameters.cArgs - 1 - index] = index;
+    for (UINT index = 0; index < parameters.cNamedArgs; ++index) {
+        const DISPID name = parameters.rgdispidNamedArgs[index];
+        const bool isValue = function.isPut() && name == DISPID_PROPERTYPUT;
+        const UINT place = isValue ? count - 1 : static_cast<UINT>(name);
+        const UINT end = function.isPut() && !isValue ? count - 1 : count;
+        if (place >= end || sources[place] != kNone)
+            return failAt(index, DISP_E_PARAMNOTFOUND, badArgument);
+        sources[place] = index;
+    }
+    // A value without its name is what a put was given last, in the parameters' order.
+    if (function.isPut() && (sources[count - 1] == kNone || sources[count - 1] >= parameters.cNamedArgs))
+        return DISP_E_PARAMNOTFOUND;
+    return S_OK;
+}
+
+bool isOmitted(const VARIANT& plain)
+{
+    return plain.vt == VT_ERROR && plain.scode == DISP_E_PARAMNOTFOUND;
+}
+
+/// One argument in the type that its parameter has, with what had to be made for it.
+class Argument
+{
+public:
+    HRESULT set(const Parameter& parameter, const VARIANT* given)
+    {
+        VARIANT plain{};
+        plain.vt = VT_ERROR;
+        plain.scode = DISP_E_PARAMNOTFOUND;
+        if (given) {
+            const HRESULT isPlain = dereference(*given, plain);
+            if (FAILED(isPlain))
+                return isPlain;
+        }
+        if (!isOmitted(plain))
+            return convert(*parameter.type, plain);
+        if (!parameter.isOptional)
+            return DISP_E_PARAMNOTOPTIONAL;
+        m_storage.variant = parameter.type->tag == VT_VARIANT ? plain : VARIANT{};
+        return S_OK;
+    }
+    void* place() { return &m_storage; }
+
+private:
+    HRESULT convert(const ValueType& type, const VARIANT& plain)
+    {
+        switch (type.tag) {
+        case VT_VARIANT:
+            m_storage.variant = plain;
+            return S_OK;
+        case VT_BSTR:
+            return toText(plain, m_storage.text, m_text);
+        case VT_BOOL:
+            return toBoolean(plain, m_storage.boolean);
+        case VT_I4:
+            return toInteger(plain, m_storage.integer);
+        default: {
+            const HRESULT isConverted = toObject(plain, type.iid, m_object);
+            m_storage.object = m_object.get();
+            return isConverted;
+        }
+        }
+    }
+
+    Storage m_storage;
+    kel::Bstr m_text;
+    kel::ComPtr<IUnknown> m_object;
+};
+
+using Arguments = std::array<Argument, kMaxArguments>;
+
+HRESULT setArguments(const Function& function, const DISPPARAMS& parameters, Arguments& arguments,
+                     UINT* badArgument)
+{
+    Sources sources;
+    const HRESULT isAssigned = assignSources(function, parameters, sources, badArgument);
+    if (FAILED(isAssigned))
+        return isAssigned;
+    for (std::size_t place = 0; place < function.arguments.size(); ++place) {
+        const UINT source = sources[place];
+        const HRESULT isSet = arguments[place].set(function.arguments[place],
+                                                   source == kNone ? nullptr : &parameters.rgvarg[source]);
+        if (FAILED(isSet))
+            return source == kNone ? isSet : failAt(source, isSet, badArgument);
+    }
+    return S_OK;
+}
+
+/// Takes what a member gives out. A member that writes nothing is known by the pattern that stays: as a
+/// pointer it is no address, as a number none that members give.
+class Result
+{
+public:
+    explicit Result(VARTYPE tag) : m_tag(tag)
+    {
+        std::memset(&m_storage, kPattern, sizeof m_storage);
+        if (tag == VT_VARIANT)
+            m_storage.variant = VARIANT{};
+    }
+    void* place() { return &m_storage; }
+
+    /// The value, which whoever takes it has to free.
+    VARIANT value() const
+    {
+        VARIANT value{};
+        if (m_tag == VT_VARIANT)
+            return m_storage.variant;
+        if (!isWritten())
+            return value;
+        value.vt = m_tag;
+        if (m_tag == VT_BOOL)
+            value.boolVal = m_storage.boolean;
+        else if (m_tag == VT_I4)
+            value.lVal = m_storage.integer;
+        else
+            value.byref = m_storage.pointer;
+        return value;
+    }
+
+private:
+    static constexpr int kPattern = 0xA7;
+
+    bool isWritten() const
+    {
+        Storage untouched;
+        std::memset(&untouched, kPattern, sizeof untouched);
+        const std::size_t size = m_tag == VT_BOOL ? sizeof m_storage.boolean
+                                 : m_tag == VT_I4 ? sizeof m_storage.integer
+                                                  : sizeof m_storage.pointer;
+        return std::memcmp(&m_storage, &untouched, size) != 0;
+    }
+
+    const VARTYPE m_tag;
+    Storage m_storage;
+};
+
+void discard(const VARIANT& value)
+{
+    if (value.vt == VT_BSTR)
+        SysFreeString(value.bstrVal);
+    else if ((value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN) && value.punkVal)
+        value.punkVal->Release();
+}
+
+HRESULT callSlot(const Function& function, void* instance, Arguments& arguments, void* resultPlace)
+{
+    std::array<void*, kMaxArguments + 2> values;
+    std::size_t count = 0;
+    values[count++] = &instance;
+    for (std::size_t place = 0; place < function.arguments.size(); ++place)
+        values[count++] = arguments[place].place();
+    values[count] = &resultPlace;
+
+    using Slot = void (*)();
+    const Slot* const table = *static_cast<const Slot* const*>(instance);
+    ffi_cif cif = function.cif;
+    ffi_arg returned = 0;
+    ffi_call(&cif, table[static_cast<std::size_t>(function.description.oVft) / kSlotSize], &returned,
+             values.data());
+    return static_cast<HRESULT>(returned);
+}
+
+HRESULT reportFailure(HRESULT failure, EXCEPINFO* exception)
+{
+    if (exception) {
+        *exception = EXCEPINFO{};
+        exception->scode = failure;
+    }
+    return DISP_E_EXCEPTION;
+}
+
+} // namespace
+
+HRESULT invoke(const InterfaceDescription& interface, void* instance, MEMBERID member, WORD flags,
+               const DISPPARAMS* parameters, const CallOutputs& outputs)
+{
+    if (!instance || !parameters)
+        return E_INVALIDARG;
+    const Function* const function = functionFor(interface, member, flags);
+    if (!function)
+        return DISP_E_MEMBERNOTFOUND;
+    const HRESULT areCountsRight = checkCounts(*function, *parameters);
+    if (FAILED(areCountsRight))
+        return areCountsRight;
+    Arguments arguments;
+    const HRESULT areSet = setArguments(*function, *parameters, arguments, outputs.badArgument);
+    if (FAILED(areSet))
+        return areSet;
+
+    if (outputs.result)
+        *outputs.result = VARIANT{};
+    Result result(function->result ? function->result->type->tag : VARTYPE{VT_EMPTY});
+    const HRESULT answer = callSlot(*function, instance, arguments, result.place());
+    if (FAILED(answer))
+        return reportFailure(answer, outputs.exception);
+    if (!function->result)
+        return answer;
+    if (outputs.result)
+        *outputs.result = result.value();
+    else
+        discard(result.value());
+    return answer;
+}
+
+} // namespace kelcom

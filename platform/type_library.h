@@ -1,0 +1,65 @@
+// A loaded type library as callers see it.
+
+#pragma once
+
+#include "description.h"
+
+#include <atomic>
+#include <memory>
+
+namespace kelcom
+{
+
+/// The service holds one reference for good, each `ITypeInfo` another. May be used by several threads.
+class TypeLibrary final : public ITypeLib
+{
+public:
+    explicit TypeLibrary(std::unique_ptr<const LibraryDescription> description)
+        : m_description(std::move(description))
+    {}
+
+    HRESULT QueryInterface(const GUID& riid, void** ppv) override;
+    ULONG AddRef() override { return ++m_count; }
+    ULONG Release() override;
+
+    UINT GetTypeInfoCount() override;
+    HRESULT GetTypeInfo(UINT index, ITypeInfo** typeInfo) override;
+    HRESULT GetTypeInfoType(UINT index, TYPEKIND* kind) override;
+    HRESULT GetTypeInfoOfGuid(const GUID& guid, ITypeInfo** typeInfo) override;
+    HRESULT GetLibAttr(TLIBATTR** attributes) override;
+    HRESULT GetTypeComp(ITypeComp** comp) override;
+    HRESULT GetDocumentation(INT index, BSTR* name, BSTR* documentation, DWORD* helpContext,
+                             BSTR* helpFile) override;
+    HRESULT IsName(wchar_t* name, ULONG hash, INT* isName) override;
+    HRESULT FindName(wchar_t* name, ULONG hash, ITypeInfo** typeInfos, MEMBERID* members,
+                     USHORT* count) override;
+    void ReleaseTLibAttr(TLIBATTR* attributes) override;
+
+    const std::vector<InterfaceDescription>& interfaces() const { return m_description->interfaces; }
+
+private:
+    ~TypeLibrary() = default;
+
+    const std::unique_ptr<const LibraryDescription> m_description;
+    std::atomic<ULONG> m_count{0};
+};
+
+/// Answers a documentation request: a library tells names, and nothing else. Any output may be null.
+HRESULT giveDocumentation(const std::wstring* name, BSTR* nameOut, BSTR* documentation, DWORD* helpContext,
+                          BSTR* helpFile);
+
+/// Hands out an interface of an object that is either `IUnknown` or its one other interface.
+template <class Interface>
+HRESULT answerInterface(Interface* object, const GUID& own, const GUID& riid, void** ppv)
+{
+    if (!ppv)
+        return E_POINTER;
+    *ppv = nullptr;
+    if (riid != IID_IUnknown && riid != own)
+        return E_NOINTERFACE;
+    object->AddRef();
+    *ppv = object;
+    return S_OK;
+}
+
+} // namespace kelcom

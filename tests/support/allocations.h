@@ -1,0 +1,29 @@
+// Counting live allocations, and making them fail.
+
+#pragma once
+
+#include <cstddef>
+
+namespace allocations
+{
+
+/// What is live in the process: a number that is the same again when everything made since has been freed.
+std::size_t live();
+
+/// Fails the `nth` allocation of this thread, counted from 1, while it lives. Only builds without a sanitizer
+/// can do so; `kCanFail` tells.
+class FailAt
+{
+public:
+    explicit FailAt(std::size_t nth);
+    ~FailAt();
+    FailAt(const FailAt&) = delete;
+    FailAt& operator=(const FailAt&) = delete;
+
+    /// Whether that allocation was reached.
+    bool failed() const;
+};
+
+extern const bool kCanFail;
+
+} // namespace allocations

@@ -1,0 +1,77 @@
+// Type libraries made by tests: stamped like the real one, and put into files that go with the test.
+
+#pragma once
+
+#include "KelComWrapper/bstr.h"
+#include "KelComWrapper/com_ptr.h"
+#include "KelComWrapper/typelib.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QTemporaryDir>
+#include <string>
+
+namespace keltest
+{
+
+inline QByteArray stamped(const QByteArray& body)
+{
+    const QByteArray digest = QCryptographicHash::hash(body, QCryptographicHash::Sha256).toHex();
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<library format=\"1\" digest=\"" + digest + "\">" +
+           body;
+}
+
+/// A file of its own, over which any contents can be written.
+class TypeLibraryFile
+{
+public:
+    TypeLibraryFile()
+        : m_path(m_directory.filePath(QStringLiteral("test.tlb"))), m_widePath(m_path.toStdWString())
+    {}
+    explicit TypeLibraryFile(const QByteArray& contents) : TypeLibraryFile() { write(contents); }
+
+    void write(const QByteArray& contents)
+    {
+        QFile file(m_path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size())
+            qFatal("no place for test files");
+    }
+    const QString& path() const { return m_path; }
+    const wchar_t* widePath() const { return m_widePath.c_str(); }
+    HRESULT load(ITypeLib** library) const { return KelTypelib::LoadTypeLib(widePath(), library); }
+    HRESULT load() const
+    {
+        ITypeLib* library = nullptr;
+        return load(&library);
+    }
+
+private:
+    QTemporaryDir m_directory;
+    QString m_path;
+    std::wstring m_widePath;
+};
+
+/// The type information of one interface; null when it cannot be had.
+inline kel::ComPtr<ITypeInfo> typeInfo(const wchar_t* path, const GUID& iid)
+{
+    ITypeLib* library = nullptr;
+    kel::ComPtr<ITypeInfo> found;
+    if (KelTypelib::LoadTypeLib(path, &library) == S_OK)
+        library->GetTypeInfoOfGuid(iid, found.put());
+    return found;
+}
+
+inline std::wstring nameOf(ITypeInfo& info, MEMBERID member)
+{
+    kel::Bstr name;
+    return info.GetDocumentation(member, name.put(), nullptr, nullptr, nullptr) == S_OK ? name.c_str() : L"?";
+}
+
+inline MEMBERID idOf(ITypeInfo& info, std::wstring name)
+{
+    wchar_t* names[] = {name.data()};
+    MEMBERID id = 12345;
+    return info.GetIDsOfNames(names, 1, &id) == S_OK ? id : DISPID_UNKNOWN;
+}
+
+} // namespace keltest

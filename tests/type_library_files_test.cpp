@@ -1,0 +1,295 @@
+// Loading type libraries: the cache, files that are no libraries, libraries that contradict themselves,
+// threads.
+
+#include "support/type_library_file.h"
+
+#include <gtest/gtest.h>
+#include <random>
+#include <sys/stat.h>
+#include <thread>
+#include <vector>
+
+using keltest::stamped;
+using keltest::TypeLibraryFile;
+
+namespace
+{
+
+const std::wstring kDomPath = QStringLiteral(KEL_TYPE_LIBRARY).toStdWString();
+constexpr GUID kDocument{0x2933BF81, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
+
+/// Uses every description of a library, so that a wrong pointer in one does not stay unnoticed.
+std::size_t walk(ITypeLib& library)
+{
+    std::size_t seen = 0;
+    for (UINT place = 0; place < library.GetTypeInfoCount(); ++place) {
+        kel::ComPtr<ITypeInfo> info;
+        TYPEATTR* attributes = nullptr;
+        EXPECT_EQ(library.GetTypeInfo(place, info.put()), S_OK);
+        EXPECT_EQ(info->GetTypeAttr(&attributes), S_OK);
+        for (UINT index = 0; index < attributes->cFuncs; ++index, ++seen) {
+            FUNCDESC* function = nullptr;
+            EXPECT_EQ(info->GetFuncDesc(index, &function), S_OK);
+            EXPECT_EQ(keltest::idOf(*info, keltest::nameOf(*info, function->memid)), function->memid);
+            for (SHORT parameter = 0; parameter < function->cParams; ++parameter) {
+                const TYPEDESC* type = &function->lprgelemdescParam[parameter].tdesc;
+                while (type->vt == VT_PTR)
+                    type = type->lptdesc;
+                EXPECT_NE(type->vt, VT_EMPTY);
+            }
+        }
+    }
+    return seen;
+}
+
+const QByteArray kSmallBody = R"(
+  <identity name='Small' uuid='00000000-0000-0000-0000-000000000001' version='2.5'/>
+  <!-- here -->
+  <external name='IOther' uuid='00000000-0000-0000-0000-000000000002'/>
+  <enum name='Kind'/>
+  <interface name='IFirst' uuid='00000000-0000-0000-0000-000000000003' base='IDispatch'>
+    <member name='size' id='1' kind='propget'><param name='size' type='int' dir='retval'/></member>
+    <member name='size' id='1' kind='propput'><param name='size' type='int' dir='in'/></member>
+    <member name='find' id='2' kind='method'><param name='what' type='BSTR' dir='in'/><param name='kind' type='Kind' dir='in' optional='true'/><param name='found' type='ISecond' dir='retval'/></member>
+  </interface>
+  <interface name='ISecond' uuid='00000000-0000-0000-0000-000000000004' base='IFirst'>
+    <member name='other' id='3' kind='propputref'><param name='other' type='IOther' dir='in'/></member>
+  </interface>
+</library>
+)";
+
+} // namespace
+
+TEST(TypeLibraryCache, ParsesAnUnchangedFileOnceAndNoticesEveryChange)
+{
+    TypeLibraryFile file(stamped(kSmallBody));
+    ITypeLib* first = nullptr;
+    ITypeLib* again = nullptr;
+    ASSERT_EQ(file.load(&first), S_OK);
+    ASSERT_EQ(file.load(&again), S_OK);
+    EXPECT_EQ(again, first);
+    file.write(stamped(kSmallBody));
+    ASSERT_EQ(file.load(&again), S_OK);
+    EXPECT_EQ(again, first) << "written anew with the same contents";
+
+    kel::ComPtr<ITypeInfo> info;
+    ASSERT_EQ(first->GetTypeInfo(0, info.put()), S_OK);
+    file.write(stamped(QByteArray(kSmallBody).replace("'find'", "'look'")));
+    ITypeLib* changed = nullptr;
+    ASSERT_EQ(file.load(&changed), S_OK) << "same size, within the same tick of the clock";
+    EXPECT_NE(changed, first);
+    EXPECT_EQ(walk(*first), 7U) << "a borrowed library stays usable";
+    EXPECT_EQ(keltest::idOf(*info, L"find"), 2);
+    EXPECT_EQ(
+        keltest::idOf(*keltest::typeInfo(file.widePath(), {0, 0, 0, {0, 0, 0, 0, 0, 0, 0, 3}}), L"look"), 2);
+
+    file.write("damaged");
+    EXPECT_EQ(file.load(&again), TYPE_E_INVDATAREAD);
+    QFile::remove(file.path());
+    EXPECT_EQ(file.load(&again), TYPE_E_CANTLOADLIBRARY);
+    EXPECT_EQ(again, first) << "written on success only";
+    EXPECT_EQ(walk(*changed), 7U);
+}
+
+TEST(TypeLibraryFiles, WhatIsNoReadableRegularFileOfSensibleSizeIsRefused)
+{
+    const QTemporaryDir directory;
+    const QString pipe = directory.filePath(QStringLiteral("pipe"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const QString enormous = directory.filePath(QStringLiteral("enormous"));
+    QFile sparse(enormous);
+    ASSERT_TRUE(sparse.open(QIODevice::WriteOnly) && sparse.resize(qint64{1} << 40));
+    const QString empty = directory.filePath(QStringLiteral("empty"));
+    ASSERT_TRUE(QFile(empty).open(QIODevice::WriteOnly));
+    const std::pair<QString, HRESULT> cases[] = {
+        {directory.filePath(QStringLiteral("missing")), TYPE_E_CANTLOADLIBRARY},
+        {directory.path(), TYPE_E_CANTLOADLIBRARY},
+        {QStringLiteral("/dev/zero"), TYPE_E_CANTLOADLIBRARY},
+        {pipe, TYPE_E_CANTLOADLIBRARY},
+        {QString(), TYPE_E_CANTLOADLIBRARY},
+        {QString(5000, QLatin1Char('x')), TYPE_E_CANTLOADLIBRARY},
+        {empty, TYPE_E_INVDATAREAD},
+        {enormous, TYPE_E_INVDATAREAD},
+    };
+    for (const auto& [path, expected] : cases) {
+        ITypeLib* library = nullptr;
+        EXPECT_EQ(KelTypelib::LoadTypeLib(path.toStdWString().c_str(), &library), expected)
+            << path.toStdString();
+        EXPECT_EQ(library, nullptr);
+    }
+    ITypeLib* library = nullptr;
+    EXPECT_EQ(KelTypelib::LoadTypeLib(nullptr, &library), E_POINTER);
+    EXPECT_EQ(KelTypelib::LoadTypeLib(L"x", nullptr), E_POINTER);
+    EXPECT_EQ(KelTypelib::LoadTypeLib(kDomPath.c_str(), &library), S_OK) << "none the worse for it";
+}
+
+TEST(TypeLibraryFiles, CutShortOrChangedInOneByteIsRefused)
+{
+    TypeLibraryFile file;
+    QFile original(QStringLiteral(KEL_TYPE_LIBRARY));
+    ASSERT_TRUE(original.open(QIODevice::ReadOnly));
+    const QByteArray whole = original.readAll();
+    for (int length = 0; length < whole.size(); length += length < 300 ? 1 : 37) {
+        file.write(whole.left(length));
+        ASSERT_EQ(file.load(), TYPE_E_INVDATAREAD) << length;
+    }
+    std::mt19937 random(20);
+    for (int round = 0; round < 2000; ++round) {
+        QByteArray changed = whole;
+        // The head is not under the digest, so each of them has its turn.
+        const int place =
+            round < 200 ? round : static_cast<int>(random() % static_cast<unsigned>(whole.size()));
+        changed[place] = static_cast<char>(changed[place] ^ static_cast<char>(1 + random() % 255));
+        file.write(changed);
+        ASSERT_EQ(file.load(), TYPE_E_INVDATAREAD) << place;
+    }
+    file.write(whole);
+    EXPECT_EQ(file.load(), S_OK);
+}
+
+TEST(TypeLibraryFiles, StampedNonsenseIsRefusedOrUsableButNeverHarmful)
+{
+    TypeLibraryFile file;
+    std::mt19937 random(21);
+    const auto below = [&random](int bound) {
+        return static_cast<int>(random() % static_cast<unsigned>(bound));
+    };
+    int loadedCount = 0;
+    for (int round = 0; round < 2000; ++round) {
+        QByteArray body = kSmallBody;
+        for (int change = below(3); change >= 0; --change) {
+            const int from = below(body.size());
+            const int to = below(body.size());
+            switch (below(3)) {
+            case 0:
+                body[from] = "<>/&\"'=-0a\0\x80 ]!"[below(15)];
+                break;
+            case 1:
+                body.remove(from, below(40));
+                break;
+            default:
+                body.insert(to, body.mid(from, below(60)));
+            }
+        }
+        file.write(stamped(body));
+        ITypeLib* library = nullptr;
+        const HRESULT answer = file.load(&library);
+        ASSERT_TRUE(answer == S_OK || answer == TYPE_E_INVDATAREAD) << body.toStdString();
+        if (answer == S_OK) {
+            ++loadedCount;
+            walk(*library);
+        }
+    }
+    EXPECT_GT(loadedCount, 10) << "some changes hit comments and names";
+}
+
+TEST(TypeLibraryFiles, ContradictionsAndUnknownsAreRefused)
+{
+    const QByteArray get = "<member name='size' id='1' kind='propget'>";
+    const QByteArray got = "<param name='size' type='int' dir='retval'/>";
+    const QByteArray put = "<param name='size' type='int' dir='in'/>";
+    const QByteArray what = "<param name='what' type='BSTR' dir='in'/>";
+    const QByteArray found = "<param name='found' type='ISecond' dir='retval'/>";
+    const QByteArray last = "</interface>\n</library>";
+    const auto repeated = [](int from, int to, const char* pattern) {
+        QString all;
+        for (int number = from; number < to; ++number)
+            all += QString::fromLatin1(pattern).arg(number);
+        return all.toLatin1();
+    };
+    const std::pair<QByteArray, std::vector<QByteArray>> changes[] = {
+        {"<enum name='Kind'/>",
+         {"", "<enum/>", "<enum name='Kind' more='1'/>", "<enum xmlns='x' name='Kind'/>",
+          "<enum name='Kind'><enum name='Inner'/></enum>", "<enum name='K&#xE4;nd'/>",
+          "<enum name='BSTR'/>"}},
+        {"<!-- here -->",
+         {"<other/>", "text", "&amp;", "<![CDATA[ ]]>", "<?do it?>", "<!DOCTYPE library>",
+          "<enum name='Kind'/>", "<enum name='BSTR'/>", repeated(0, 300, "<enum name='E%1'/>"),
+          "<!-- " + QByteArray(10000, '=') + " -->"}},
+        {"version='2.5'", {"", "version='2'", "version='2.70000'", "version='2.5' lang='en'"}},
+        {"</library>", {"</library><library/>", "</library>text"}},
+        {"uuid='00000000-0000-0000-0000-000000000002'",
+         {"uuid='00000000-0000-0000-0000-00000000002'", "uuid='00000000-0000-0000-0000-0000000000zz'",
+          "uuid='{00000000-0000-0000-0000-000000000002}'", "uuid='00000000-0000-0000-0000-000000000003'",
+          "uuid='00020400-0000-0000-C000-000000000046'", ""}},
+        {"name='ISecond' uuid", {"name='IFirst' uuid", "name='IOther' uuid"}},
+        {"base='IFirst'", {"", "base='INone'", "base='ISecond'", "base='IOther'", "base='IUnknown'"}},
+        {"type='IOther'", {"", "type='INone'", "type='iother'"}},
+        {get,
+         {"<member name='size' id='7' kind='propget'>", "<member name='size' id='1' kind='propput'>",
+          "<member name='size' id='1' kind='method'>", "<member name='size' id='1' kind='get'>"}},
+        {got,
+         {"", got + "<param name='more' type='int' dir='retval'/>",
+          got + "<param name='more' type='int' dir='in'/>"}},
+        {put, {"", put + got, "<param name='size' type='int' dir='in' optional='true'/>"}},
+        {what,
+         {what + what, what + "<param name='WHAT' type='int' dir='in'/>", "<param name='what' dir='in'/>",
+          "<param name='what' type='BSTR' dir='in' optional='yes'/>",
+          "<param name='what' type='BSTR' dir='out'/>",
+          "<param name='o' type='int' dir='in' optional='true'/>" + what,
+          repeated(0, 8, "<param name='p%1' type='int' dir='in'/>")}},
+        {found,
+         {"<param name='found' type='ISecond' dir='retval' optional='true'/>",
+          "<param name='found' type='ISecond' dir='retval'><enum name='E'/></param>"}},
+        {last,
+         {"<member name='another' id='2' kind='method'/>" + last,
+          "<member name='FIND' id='20' kind='method'/>" + last,
+          "<member name='find' id='2' kind='method'/>" + last,
+          "<member name='m' id='-1' kind='method'/>" + last,
+          "<member name='m' id='one' kind='method'/>" + last,
+          "<member name='m' id='99999999999' kind='method'/>" + last,
+          "<member name='m m' id='20' kind='method'/>" + last,
+          "<member name='" + QByteArray(200, 'n') + "' id='20' kind='method'/>" + last,
+          repeated(1000, 1509, "<member name='m%1' id='%1' kind='method'/>") + last}},
+    };
+    TypeLibraryFile file;
+    const auto load = [&file](const QByteArray& from, const QByteArray& to) {
+        EXPECT_TRUE(kSmallBody.contains(from)) << from.toStdString();
+        file.write(stamped(QByteArray(kSmallBody).replace(from, to)));
+        return file.load();
+    };
+    for (const auto& [from, replacements] : changes)
+        for (const QByteArray& to : replacements)
+            EXPECT_EQ(load(from, to), TYPE_E_INVDATAREAD)
+                << from.toStdString() << " -> " << to.left(100).toStdString();
+
+    // Changes of the same kinds that leave the library whole.
+    const std::pair<QByteArray, QByteArray> harmless[] = {
+        {"<!-- here -->", "<enum name='More'></enum><!-- " + QByteArray(1000, '=') + " -->"},
+        {found, ""},
+        {what, repeated(0, 7, "<param name='p%1' type='int' dir='in'/>")},
+        {last, repeated(1000, 1508, "<member name='m%1' id='%1' kind='method'/>") + last},
+        {last,
+         "<member name='OTHER' id='3' kind='propput'><param name='o' type='int' dir='in'/></member>" + last},
+    };
+    for (const auto& [from, to] : harmless)
+        EXPECT_EQ(load(from, to), S_OK) << from.toStdString() << " -> " << to.left(100).toStdString();
+}
+
+TEST(TypeLibraryService, ServesSeveralThreadsAtOnce)
+{
+    TypeLibraryFile file(stamped(kSmallBody));
+    const kel::ComPtr<ITypeInfo> shared = keltest::typeInfo(kDomPath.c_str(), kDocument);
+    const auto work = [&](std::uint8_t number) {
+        GUID own{};
+        own.Data4[0] = number;
+        for (int round = 0; round < 200; ++round) {
+            EXPECT_EQ(KelTypelib::RegisterTypeLib(own, file.widePath()), S_OK);
+            wchar_t path[KelTypelib::PathCapacity];
+            EXPECT_EQ(KelTypelib::GetTlbFilePath(own, path), S_OK);
+            ITypeLib* library = nullptr;
+            EXPECT_EQ(KelTypelib::LoadTypeLib(path, &library), S_OK);
+            EXPECT_EQ(walk(*library), 7U);
+            const kel::ComPtr<ITypeInfo> mine = shared;
+            EXPECT_EQ(keltest::idOf(*mine, L"loadxml"), 63);
+            EXPECT_EQ(KelTypelib::UnRegisterTypeLib(own), S_OK);
+        }
+    };
+    std::vector<std::thread> threads;
+    for (std::uint8_t number = 0; number < 4; ++number)
+        threads.emplace_back(work, number);
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(shared->AddRef(), 2U);
+    shared->Release();
+}

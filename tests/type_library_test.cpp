@@ -1,0 +1,298 @@
+// The type-library service's registry, and what the XML DOM's library says of the six interfaces.
+
+#include "support/type_library_file.h"
+
+#include <gtest/gtest.h>
+#include <sstream>
+
+using keltest::idOf;
+using keltest::nameOf;
+
+namespace
+{
+
+constexpr GUID domGuid(std::uint32_t first)
+{
+    return {first, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
+}
+constexpr GUID kNode = domGuid(0x2933BF80);
+constexpr GUID kDocument = domGuid(0x2933BF81);
+constexpr GUID kList = domGuid(0x2933BF82);
+constexpr GUID kMap = domGuid(0x2933BF83);
+constexpr GUID kAttribute = domGuid(0x2933BF85);
+constexpr GUID kElement = domGuid(0x2933BF86);
+constexpr GUID kUnknownGuid = domGuid(0x12345678);
+
+kel::ComPtr<ITypeInfo> domInfo(const GUID& iid)
+{
+    return keltest::typeInfo(QStringLiteral(KEL_TYPE_LIBRARY).toStdWString().c_str(), iid);
+}
+const FUNCDESC& functionAt(ITypeInfo& info, UINT index)
+{
+    FUNCDESC* description = nullptr;
+    EXPECT_EQ(info.GetFuncDesc(index, &description), S_OK);
+    return *description;
+}
+
+const std::string kNodeIds =
+    R"(nodeName 2 nodeValue 3 nodeType 4 parentNode 6 childNodes 7 firstChild 8 lastChild 9
+    previousSibling 10 nextSibling 11 attributes 12 insertBefore 13 replaceChild 14 removeChild 15 appendChild 16
+    hasChildNodes 17 ownerDocument 18 cloneNode 19 nodeTypeString 21 specified 22 definition 23 text 24
+    nodeTypedValue 25 dataType 26 xml 27 transformNode 28 selectNodes 29 selectSingleNode 30 parsed 31
+    namespaceURI 32 prefix 33 baseName 34 transformNodeToObject 35 )";
+
+struct Described
+{
+    GUID iid;
+    const wchar_t* name;
+    WORD functions;
+    WORD tableSize;
+    const char* slots; ///< index, name, kind, parameters and offset of some of them
+    std::string ids;   ///< name and identifier of every member
+};
+const Described kDescribed[] = {
+    {kNode, L"IXMLDOMNode", 36, 344, R"(0 nodeName 2 1 56 2 nodeValue 4 1 72 11 insertBefore 1 3 144
+        21 specified 2 1 224 35 transformNodeToObject 1 2 336)",
+     kNodeIds},
+    {kDocument, L"IXMLDOMDocument", 69, 608,
+     R"(0 nodeName 2 1 56 35 transformNodeToObject 1 2 336 36 doctype 2 1 344
+        39 documentElement 8 1 368 49 createNode 1 4 448 52 readyState 2 1 472 57 abort 1 0 512
+        68 ontransformnode 4 1 600)",
+     kNodeIds + R"(doctype 38 implementation 39 documentElement 40 createElement 41 createDocumentFragment 42
+        createTextNode 43 createComment 44 createCDATASection 45 createProcessingInstruction 46 createAttribute 47
+        createEntityReference 49 getElementsByTagName 50 createNode 54 nodeFromID 56 load 58 readyState -525
+        parseError 59 url 60 async 61 abort 62 loadXML 63 save 64 validateOnParse 65 resolveExternals 66
+        preserveWhiteSpace 67 onreadystatechange 68 ondataavailable 69 ontransformnode 70)"},
+    {kElement, L"IXMLDOMElement", 45, 416, "36 tagName 2 1 344 38 setAttribute 1 2 360 44 normalize 1 0 408",
+     kNodeIds + R"(tagName 97 getAttribute 99 setAttribute 100 removeAttribute 101 getAttributeNode 102
+        setAttributeNode 103 removeAttributeNode 104 getElementsByTagName 105 normalize 106)"},
+    {kAttribute, L"IXMLDOMAttribute", 39, 368, "36 name 2 1 344 38 value 4 1 360",
+     kNodeIds + "name 118 value 120"},
+    {kList, L"IXMLDOMNodeList", 5, 96, "0 item 2 2 56 4 _newEnum 1 1 88",
+     "item 0 length 74 nextNode 76 reset 77 _newEnum -4"},
+    {kMap, L"IXMLDOMNamedNodeMap", 10, 136, "0 getNamedItem 1 2 56 4 length 2 1 88 9 _newEnum 1 1 128",
+     R"(getNamedItem 83 setNamedItem 84 removeNamedItem 85 item 0 length 74 getQualifiedItem 87
+        removeQualifiedItem 88 nextNode 89 reset 90 _newEnum -4)"},
+};
+
+} // namespace
+
+TEST(TypeLibraryRegistry, KeepsOnePathPerIdentifierUntilItIsTakenBack)
+{
+    using namespace KelTypelib;
+    std::wstring buffer(PathCapacity + 1, L'#');
+    const auto stored = [&] {
+        buffer.assign(buffer.size(), L'#');
+        return GetTlbFilePath(kUnknownGuid, buffer.data());
+    };
+    EXPECT_EQ(stored(), TYPE_E_LIBNOTREGISTERED);
+    EXPECT_EQ(buffer, std::wstring(PathCapacity + 1, L'#'));
+    EXPECT_EQ(GetTlbFilePath(kUnknownGuid, nullptr), E_POINTER);
+    EXPECT_EQ(UnRegisterTypeLib(kUnknownGuid), TYPE_E_LIBNOTREGISTERED);
+
+    EXPECT_EQ(RegisterTypeLib(kUnknownGuid, L"/no/such/file"), S_OK);
+    for (const std::wstring& refused : {std::wstring(), std::wstring(PathCapacity, L'x')})
+        EXPECT_EQ(RegisterTypeLib(kUnknownGuid, refused.c_str()), E_INVALIDARG);
+    EXPECT_EQ(RegisterTypeLib(kUnknownGuid, nullptr), E_INVALIDARG);
+    EXPECT_EQ(stored(), S_OK);
+    EXPECT_STREQ(buffer.c_str(), L"/no/such/file") << "a refused path replaces nothing";
+
+    const std::wstring longest(PathCapacity - 1, L'y');
+    EXPECT_EQ(RegisterTypeLib(kUnknownGuid, longest.c_str()), S_OK);
+    EXPECT_EQ(stored(), S_OK);
+    EXPECT_STREQ(buffer.c_str(), longest.c_str());
+    EXPECT_EQ(buffer[PathCapacity], L'#') << "nothing is written past the buffer";
+
+    EXPECT_EQ(UnRegisterTypeLib(kUnknownGuid), S_OK);
+    EXPECT_EQ(stored(), TYPE_E_LIBNOTREGISTERED);
+}
+
+TEST(XmlDomLibrary, ListsEveryFunctionInSlotOrderUnderItsPublishedIdentifier)
+{
+    for (const Described& expected : kDescribed) {
+        SCOPED_TRACE(::testing::Message() << expected.name);
+        const auto info = domInfo(expected.iid);
+        ASSERT_TRUE(info);
+        TYPEATTR* attributes = nullptr;
+        ASSERT_EQ(info->GetTypeAttr(&attributes), S_OK);
+        EXPECT_EQ(attributes->guid, expected.iid);
+        EXPECT_EQ(attributes->typekind, TKIND_DISPATCH);
+        EXPECT_EQ(attributes->cFuncs, expected.functions);
+        EXPECT_EQ(attributes->cbSizeVft, expected.tableSize);
+        EXPECT_EQ(attributes->wTypeFlags, 0x1040);
+        EXPECT_EQ(attributes->wMajorVerNum * 10 + attributes->wMinorVerNum, 10);
+        info->ReleaseTypeAttr(attributes);
+        EXPECT_EQ(nameOf(*info, MEMBERID_NIL), expected.name);
+
+        std::istringstream slots(expected.slots);
+        std::string name;
+        UINT index = 0;
+        for (int kind = 0, parameters = 0, offset = 0;
+             slots >> index >> name >> kind >> parameters >> offset;) {
+            const FUNCDESC& function = functionAt(*info, index);
+            EXPECT_EQ(nameOf(*info, function.memid), std::wstring(name.begin(), name.end()));
+            EXPECT_EQ(function.invkind, kind) << name;
+            EXPECT_EQ(function.cParams, parameters) << name;
+            EXPECT_EQ(function.oVft, offset) << name;
+        }
+        std::istringstream ids(expected.ids);
+        for (MEMBERID id = 0; ids >> name >> id;) {
+            EXPECT_EQ(idOf(*info, {name.begin(), name.end()}), id) << name;
+            EXPECT_EQ(nameOf(*info, id), std::wstring(name.begin(), name.end()));
+        }
+        FUNCDESC* none = nullptr;
+        EXPECT_EQ(info->GetFuncDesc(expected.functions, &none), TYPE_E_ELEMENTNOTFOUND);
+    }
+}
+
+TEST(XmlDomLibrary, DescribesParametersByTheirPublishedTypes)
+{
+    const auto node = domInfo(kNode);
+    const FUNCDESC& insertBefore = functionAt(*node, 11);
+    EXPECT_EQ(insertBefore.elemdescFunc.tdesc.vt, VT_HRESULT);
+    const ELEMDESC* parameters = insertBefore.lprgelemdescParam;
+    ASSERT_EQ(parameters[0].tdesc.vt, VT_PTR);
+    ASSERT_EQ(parameters[0].tdesc.lptdesc->vt, VT_USERDEFINED);
+    EXPECT_EQ(parameters[0].tdesc.lptdesc->hreftype, 0U) << "IXMLDOMNode is the first interface";
+    EXPECT_EQ(parameters[0].paramdesc.wParamFlags, PARAMFLAG_FIN);
+    EXPECT_EQ(parameters[1].tdesc.vt, VT_VARIANT);
+    ASSERT_EQ(parameters[2].tdesc.vt, VT_PTR);
+    ASSERT_EQ(parameters[2].tdesc.lptdesc->vt, VT_PTR);
+    EXPECT_EQ(parameters[2].tdesc.lptdesc->lptdesc->vt, VT_USERDEFINED);
+    EXPECT_EQ(parameters[2].paramdesc.wParamFlags, PARAMFLAG_FOUT | PARAMFLAG_FRETVAL);
+
+    const auto resultType = [](ITypeInfo& info, UINT index) -> const TYPEDESC& {
+        const FUNCDESC& function = functionAt(info, index);
+        return *function.lprgelemdescParam[function.cParams - 1].tdesc.lptdesc;
+    };
+    const auto list = domInfo(kList);
+    EXPECT_EQ(resultType(*node, 0).vt, VT_BSTR);
+    EXPECT_EQ(resultType(*node, 3).vt, VT_USERDEFINED);
+    EXPECT_GE(resultType(*node, 3).hreftype, 6U) << "an enumeration is none of the six interfaces";
+    EXPECT_EQ(resultType(*node, 15).vt, VT_BOOL);
+    EXPECT_EQ(resultType(*list, 1).vt, VT_INT);
+    EXPECT_EQ(resultType(*list, 4).vt, VT_UNKNOWN);
+}
+
+TEST(TypeInfo, MapsNamesInAnyCapitalsAndTellsEachUnknownOne)
+{
+    const auto document = domInfo(kDocument);
+    const auto ids = [&](std::vector<std::wstring> names, HRESULT expected) {
+        std::vector<wchar_t*> pointers;
+        for (std::wstring& name : names)
+            pointers.push_back(name.data());
+        std::vector<MEMBERID> found(names.size(), 777);
+        EXPECT_EQ(document->GetIDsOfNames(pointers.data(), static_cast<UINT>(found.size()), found.data()),
+                  expected);
+        return found;
+    };
+    using Ids = std::vector<MEMBERID>;
+    EXPECT_EQ(ids({L"LOADxml"}, S_OK), Ids{63});
+    EXPECT_EQ(ids({L"createNode", L"NAMESPACEuri", L"type", L"name"}, S_OK), (Ids{54, 2, 0, 1}));
+    EXPECT_EQ(ids({L"createNode", L"none", L"name", L"node"}, DISP_E_UNKNOWNNAME), (Ids{54, -1, 1, -1}));
+    EXPECT_EQ(ids({L"async", L"async"}, DISP_E_UNKNOWNNAME), (Ids{61, -1})) << "a put's value has no name";
+    for (const std::wstring& unknown : {std::wstring(L"none"), std::wstring(), std::wstring(L"loadXM"),
+                                        std::wstring(L"lo\u00E4d"), std::wstring(100000, L'x')})
+        EXPECT_EQ(ids({unknown, L"type"}, DISP_E_UNKNOWNNAME), (Ids{-1, -1}));
+
+    MEMBERID id = 777;
+    wchar_t* names[] = {nullptr};
+    EXPECT_EQ(document->GetIDsOfNames(names, 1, &id), DISP_E_UNKNOWNNAME);
+    EXPECT_EQ(document->GetIDsOfNames(names, 0, &id), E_INVALIDARG);
+    EXPECT_EQ(document->GetIDsOfNames(nullptr, 1, &id), E_POINTER);
+    EXPECT_EQ(document->GetIDsOfNames(names, 1, nullptr), E_POINTER);
+}
+
+TEST(TypeInfo, GivesNamesOfMembersAndParametersAndNothingOfWhatItLacks)
+{
+    const auto document = domInfo(kDocument);
+    const auto names = [&](MEMBERID member, UINT room) {
+        std::vector<kel::Bstr> given(room + 1);
+        UINT count = 99;
+        EXPECT_EQ(document->GetNames(member, reinterpret_cast<BSTR*>(given.data()), room, &count), S_OK);
+        std::wstring all;
+        for (const kel::Bstr& name : given)
+            all += name ? std::wstring(name.c_str()) + L"," : L"";
+        return all + std::to_wstring(count);
+    };
+    EXPECT_EQ(names(54, 9), L"createNode,type,name,namespaceURI,node,5");
+    EXPECT_EQ(names(54, 2), L"createNode,type,2");
+    EXPECT_EQ(names(54, 0), L"0");
+    EXPECT_EQ(names(68, 9), L"onreadystatechange,1") << "a put's value has no name";
+    EXPECT_EQ(names(62, 9), L"abort,1");
+
+    BSTR name = nullptr;
+    UINT count = 99;
+    EXPECT_EQ(document->GetNames(9999, &name, 1, &count), TYPE_E_ELEMENTNOTFOUND);
+    EXPECT_EQ(count, 0U);
+    EXPECT_EQ(document->GetNames(54, nullptr, 1, &count), E_POINTER);
+    EXPECT_EQ(document->GetNames(54, &name, 1, nullptr), E_POINTER);
+
+    DWORD context = 9;
+    kel::Bstr text(L"before");
+    BSTR help = text.get();
+    EXPECT_EQ(document->GetDocumentation(54, nullptr, nullptr, &context, &help), S_OK);
+    EXPECT_EQ(context, 0U);
+    EXPECT_EQ(help, nullptr);
+    EXPECT_EQ(document->GetDocumentation(9999, &name, nullptr, nullptr, nullptr), TYPE_E_ELEMENTNOTFOUND);
+    EXPECT_EQ(document->GetTypeAttr(nullptr), E_POINTER);
+    EXPECT_EQ(document->GetFuncDesc(0, nullptr), E_POINTER);
+    EXPECT_EQ(document->GetContainingTypeLib(nullptr, nullptr), E_POINTER);
+    EXPECT_EQ(document->GetVarDesc(0, nullptr), E_NOTIMPL);
+}
+
+TEST(TypeLibrary, HandsOutWhatItHoldsWithBalancedReferences)
+{
+    ITypeLib* library = nullptr;
+    ASSERT_EQ(KelTypelib::LoadTypeLib(QStringLiteral(KEL_TYPE_LIBRARY).toStdWString().c_str(), &library),
+              S_OK);
+    const auto count = [library] {
+        library->AddRef();
+        return library->Release();
+    };
+    const ULONG before = count();
+    {
+        kel::ComPtr<ITypeInfo> info;
+        ASSERT_EQ(library->GetTypeInfo(1, info.put()), S_OK);
+        EXPECT_EQ(nameOf(*info, MEMBERID_NIL), L"IXMLDOMDocument");
+        kel::ComPtr<ITypeLib> containing;
+        UINT index = 99;
+        EXPECT_EQ(info->GetContainingTypeLib(containing.put(), &index), S_OK);
+        EXPECT_EQ(containing.get(), library);
+        EXPECT_EQ(index, 1U);
+        for (const GUID& iid : {IID_IUnknown, IID_ITypeInfo}) {
+            void* same = nullptr;
+            EXPECT_EQ(info->QueryInterface(iid, &same), S_OK);
+            EXPECT_EQ(same, info.get());
+            EXPECT_EQ(info->Release(), 1U);
+        }
+        void* none = &index;
+        EXPECT_EQ(info->QueryInterface(IID_IDispatch, &none), E_NOINTERFACE);
+        EXPECT_EQ(none, nullptr);
+        EXPECT_EQ(info->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
+        EXPECT_EQ(library->QueryInterface(IID_ITypeLib, &none), S_OK);
+        EXPECT_EQ(library->Release(), before + 2);
+    }
+    EXPECT_EQ(count(), before);
+
+    kel::ComPtr<ITypeInfo> info;
+    EXPECT_EQ(library->GetTypeInfoOfGuid(kUnknownGuid, info.put()), TYPE_E_ELEMENTNOTFOUND);
+    EXPECT_EQ(library->GetTypeInfo(6, info.put()), TYPE_E_ELEMENTNOTFOUND);
+    EXPECT_FALSE(info);
+    TLIBATTR* attributes = nullptr;
+    EXPECT_EQ(library->GetLibAttr(&attributes), S_OK);
+    EXPECT_EQ(attributes->wMajorVerNum * 10 + attributes->wMinorVerNum, 10);
+    EXPECT_EQ(attributes->guid.Data1, 0xD63E0CE2);
+    TYPEKIND kind{};
+    EXPECT_EQ(library->GetTypeInfoType(0, &kind), S_OK);
+    EXPECT_EQ(kind, TKIND_DISPATCH);
+    for (const auto& [index, name] :
+         {std::pair{-1, L"MSXML"}, {0, L"IXMLDOMNode"}, {5, L"IXMLDOMNamedNodeMap"}}) {
+        kel::Bstr text;
+        EXPECT_EQ(library->GetDocumentation(index, text.put(), nullptr, nullptr, nullptr), S_OK);
+        EXPECT_STREQ(text.c_str(), name);
+    }
+    for (const INT index : {-2, 6})
+        EXPECT_EQ(library->GetDocumentation(index, nullptr, nullptr, nullptr, nullptr),
+                  TYPE_E_ELEMENTNOTFOUND);
+}
