@@ -4,33 +4,13 @@
 
 #include "KelXmlLib/named_node_map.h"
 
-// clang-format off: one line each
-HRESULT CMorvXMLDOMNamedNodeMap::setNamedItem(IXMLDOMNode*, IXMLDOMNode**)
-{
-    return S_OK;
-}
-HRESULT CMorvXMLDOMNamedNodeMap::removeNamedItem(BSTR, IXMLDOMNode**)
-{
-    return S_OK;
-}
-HRESULT CMorvXMLDOMNamedNodeMap::getQualifiedItem(BSTR, BSTR, IXMLDOMNode**)
-{
-    return S_OK;
-}
-HRESULT CMorvXMLDOMNamedNodeMap::removeQualifiedItem(BSTR, BSTR, IXMLDOMNode**)
-{
-    return S_OK;
-}
-HRESULT CMorvXMLDOMNamedNodeMap::nextNode(IXMLDOMNode**)
-{
-    return S_OK;
-}
-HRESULT CMorvXMLDOMNamedNodeMap::reset()
-{
-    return S_OK;
-}
-HRESULT CMorvXMLDOMNamedNodeMap::_newEnum(IUnknown**)
-{
-    return S_OK;
-}
+// One line each.
+// clang-format off
+HRESULT CMorvXMLDOMNamedNodeMap::setNamedItem(IXMLDOMNode*, IXMLDOMNode**) { return S_OK; }
+HRESULT CMorvXMLDOMNamedNodeMap::removeNamedItem(BSTR, IXMLDOMNode**) { return S_OK; }
+HRESULT CMorvXMLDOMNamedNodeMap::getQualifiedItem(BSTR, BSTR, IXMLDOMNode**) { return S_OK; }
+HRESULT CMorvXMLDOMNamedNodeMap::removeQualifiedItem(BSTR, BSTR, IXMLDOMNode**) { return S_OK; }
+HRESULT CMorvXMLDOMNamedNodeMap::nextNode(IXMLDOMNode**) { return S_OK; }
+HRESULT CMorvXMLDOMNamedNodeMap::reset() { return S_OK; }
+HRESULT CMorvXMLDOMNamedNodeMap::_newEnum(IUnknown**) { return S_OK; }
 // clang-format on

@@ -4,13 +4,8 @@
 
 #include "KelXmlLib/node_list.h"
 
-// clang-format off: one line each
-HRESULT CMorvXMLDOMNodeList::reset()
-{
-    return S_OK;
-}
-HRESULT CMorvXMLDOMNodeList::_newEnum(IUnknown**)
-{
-    return S_OK;
-}
+// One line each.
+// clang-format off
+HRESULT CMorvXMLDOMNodeList::reset() { return S_OK; }
+HRESULT CMorvXMLDOMNodeList::_newEnum(IUnknown**) { return S_OK; }
 // clang-format on

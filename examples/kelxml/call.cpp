@@ -156,6 +156,13 @@ std::string numberText(Number number)
     return {digits.data(), written.ptr};
 }
 
+Value callWithPath(IDispatch& document, const wchar_t* member, const std::wstring& path)
+{
+    std::vector<Value> values;
+    values.emplace_back(path);
+    return invoke(document, {member, {}, member}, values, false);
+}
+
 std::string resultText(const Value& result)
 {
     const VARIANT& value = result.get();
@@ -190,11 +197,19 @@ std::string resultText(const Value& result)
 void runCall(const Library& library, const Arguments& arguments)
 {
     const Expression expression = parseExpression(arguments.values[1]);
-    const auto document = loadDocument(library, arguments.values[0]);
+    const auto document = library.newLateBoundDocument();
+    loadBy(arguments.values[0], [&](const std::wstring& path) {
+        const Value parsed = callWithPath(*document, L"load", path);
+        return parsed.get().vt == VT_BOOL && parsed.get().boolVal;
+    });
     const Value result = Evaluator(*document).evaluate(expression);
     const std::string text = resultText(result);
-    if (arguments.output)
-        saveDocument(library, *document, *arguments.output);
+    if (arguments.output) {
+        saveBy(library, *arguments.output, [&](const std::wstring& path) {
+            callWithPath(*document, L"save", path);
+            return fileSize(path) > 0;
+        });
+    }
     std::cout << text << '\n';
 }
 

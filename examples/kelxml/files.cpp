@@ -44,22 +44,33 @@ bool load(IXMLDOMDocument& document, const std::wstring& path)
 
 } // namespace
 
-kel::ComPtr<IXMLDOMDocument> loadDocument(const Library& library, const std::wstring& path)
+void loadBy(const std::wstring& path, const std::function<bool(const std::wstring& path)>& load)
 {
     requireReadable(toUtf8(path));
-    auto document = library.newDocument();
-    if (!load(*document, path))
+    if (!load(path))
         failWithFile("cannot read", toUtf8(path), "not well-formed XML, or beyond the limits of the library");
+}
+
+kel::ComPtr<IXMLDOMDocument> loadDocument(const Library& library, const std::wstring& path)
+{
+    auto document = library.newDocument();
+    loadBy(path, [&](const std::wstring& name) { return load(*document, name); });
     return document;
+}
+
+void saveBy(const Library& library, const std::wstring& path,
+            const std::function<bool(const std::wstring& path)>& save)
+{
+    requireWritable(path);
+    if (!save(path))
+        failWithFile("cannot write", toUtf8(path),
+                     "the library could not open it or write so deep a document");
+    requireWritten(library, path);
 }
 
 void saveDocument(const Library& library, IXMLDOMDocument& document, const std::wstring& path)
 {
-    requireWritable(path);
-    if (document.save(Value(path).get()) != S_OK)
-        failWithFile("cannot write", toUtf8(path),
-                     "the library could not open it or write so deep a document");
-    requireWritten(library, path);
+    saveBy(library, path, [&](const std::wstring& name) { return document.save(Value(name).get()) == S_OK; });
 }
 
 std::uintmax_t fileSize(const std::wstring& path)

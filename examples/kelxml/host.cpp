@@ -94,14 +94,24 @@ void Library::registerTypeLibrary() const
             "registering the type library");
 }
 
-kel::ComPtr<IXMLDOMDocument> Library::newDocument() const
+void* Library::newObject(const GUID& interfaceId) const
 {
     void* object = nullptr;
-    require(
-        symbol<decltype(DllGetClassObject)>("DllGetClassObject")(
-            *symbol<const GUID>("CLSID_DOMDocument"), *symbol<const GUID>("IID_IXMLDOMDocument"), &object),
-        "making a document");
-    return kel::ComPtr<IXMLDOMDocument>::adopt(static_cast<IXMLDOMDocument*>(object));
+    require(symbol<decltype(DllGetClassObject)>("DllGetClassObject")(*symbol<const GUID>("CLSID_DOMDocument"),
+                                                                     interfaceId, &object),
+            "making a document");
+    return object;
+}
+
+kel::ComPtr<IXMLDOMDocument> Library::newDocument() const
+{
+    return kel::ComPtr<IXMLDOMDocument>::adopt(
+        static_cast<IXMLDOMDocument*>(newObject(*symbol<const GUID>("IID_IXMLDOMDocument"))));
+}
+
+kel::ComPtr<IDispatch> Library::newLateBoundDocument() const
+{
+    return kel::ComPtr<IDispatch>::adopt(static_cast<IDispatch*>(newObject(IID_IDispatch)));
 }
 
 template <class Interface>

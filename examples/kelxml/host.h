@@ -7,6 +7,7 @@
 
 #include "value.h"
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -47,6 +48,8 @@ public:
     }
 
     kel::ComPtr<IXMLDOMDocument> newDocument() const;
+    /// A document for a caller that knows nothing but names.
+    kel::ComPtr<IDispatch> newLateBoundDocument() const;
     /// The node by the interface of its kind; null when it is of another kind.
     kel::ComPtr<IXMLDOMElement> asElement(IXMLDOMNode& node) const;
     kel::ComPtr<IXMLDOMAttribute> asAttribute(IXMLDOMNode& node) const;
@@ -58,6 +61,7 @@ private:
     };
 
     void* address(const char* name) const;
+    void* newObject(const GUID& interfaceId) const;
     void registerTypeLibrary() const;
     template <class Interface>
     kel::ComPtr<Interface> as(IXMLDOMNode& node, const char* identifier) const;
@@ -70,7 +74,12 @@ std::string describe(HRESULT code);
 /// \throw Failure that says what was being done, unless `code` is `S_OK`
 void require(HRESULT code, const char* action);
 
-/// \throw Failure that says what is wrong with the file
+/// Loads a document by `load(path)`, which answers whether it could. \throw Failure that says what is wrong
+/// with the file
+void loadBy(const std::wstring& path, const std::function<bool(const std::wstring& path)>& load);
+/// Saves a document by `save(path)`, which answers whether it could. \throw Failure that says what is wrong
+void saveBy(const Library& library, const std::wstring& path,
+            const std::function<bool(const std::wstring& path)>& save);
 kel::ComPtr<IXMLDOMDocument> loadDocument(const Library& library, const std::wstring& path);
 void saveDocument(const Library& library, IXMLDOMDocument& document, const std::wstring& path);
 std::uintmax_t fileSize(const std::wstring& path);

@@ -46,7 +46,14 @@ struct CY
     std::int64_t int64;
 };
 
-/// A tagged value. It is a plain structure: who holds one clears it (`kel::Variant` does it for you).
+/// What `VT_RECORD` carries; no member of this library takes or gives one.
+struct VARIANT_RECORD
+{
+    void* pvRecord;
+    void* pRecInfo;
+};
+
+/// A tagged value. It is a plain structure: who holds one frees what it carries.
 /// The library reads the `VARIANT`s it is given and never changes or frees them.
 struct VARIANT
 {
@@ -95,11 +102,7 @@ struct VARIANT
         INT* pintVal;
         UINT* puintVal;
         void* byref;
-        struct
-        {
-            void* pvRecord;
-            void* pRecInfo;
-        } record;
+        VARIANT_RECORD record;
     };
 };
 
