@@ -2,7 +2,10 @@
 
 #include "KelXmlLib/document.h"
 
+#include "dom/replay_device.h"
+#include "dom/stack_room.h"
 #include "dom/text.h"
+#include "dom/text_bounds.h"
 #include "dom/tree_depth.h"
 #include "dom/tree_guards.h"
 #include "dom/values.h"
@@ -21,16 +24,25 @@ void setFlag(VARIANT_BOOL* flag, VARIANT_BOOL value)
         *flag = value;
 }
 
-/// Hands `content`, a device or a text, to Qt's parser.
+/// Hands `content`, a device or a text, to Qt's parser if that survives what `look` saw.
 template <class Content>
-HRESULT parseInto(QDomDocument& document, Content&& content, VARIANT_BOOL* success)
+HRESULT parseInto(QDomDocument& document, const kelxml::bounds::Look& look, Content&& content,
+                  VARIANT_BOOL* success)
 {
+    if (!look.within || !kelxml::hasRoomToParse(look.nesting))
+        return S_FALSE;
     kelxml::clearBeforeSetContent(document);
     kelxml::forgetHeights();
     if (!document.setContent(content))
         return S_FALSE;
     setFlag(success, VARIANT_TRUE);
     return S_OK;
+}
+
+/// A tree of any depth can be saved on a usual stack; only on a small one is the depth looked at.
+bool canBeSaved(const QDomDocument& document)
+{
+    return kelxml::hasRoomToSave(kelxml::kMaxNodeDepth) || kelxml::hasRoomToSave(kelxml::depthOf(document));
 }
 
 } // namespace
@@ -44,7 +56,10 @@ HRESULT CMorvXMLDOMDocument::load(VARIANT source, VARIANT_BOOL* success)
     QFile file(*path);
     if (!file.exists() || !file.open(QIODevice::ReadOnly))
         return S_FALSE;
-    return parseInto(m_document, &file, success);
+    // The parser gets what was looked at, even if the file changes meanwhile or is a pipe.
+    kelxml::ReplayDevice replay(file);
+    const kelxml::bounds::Look look = kelxml::bounds::lookAt(replay);
+    return parseInto(m_document, look, &replay, success);
 }
 
 HRESULT CMorvXMLDOMDocument::loadXML(BSTR xml, VARIANT_BOOL* success)
@@ -53,13 +68,13 @@ HRESULT CMorvXMLDOMDocument::loadXML(BSTR xml, VARIANT_BOOL* success)
     const QString text = kelxml::fromWide(xml);
     if (text.isEmpty())
         return S_FALSE;
-    return parseInto(m_document, text, success);
+    return parseInto(m_document, kelxml::bounds::lookAt(text), text, success);
 }
 
 HRESULT CMorvXMLDOMDocument::save(VARIANT destination)
 {
     const std::optional<QString> path = kelxml::readPath(destination);
-    if (!path || path->isEmpty())
+    if (!path || path->isEmpty() || !canBeSaved(m_document))
         return S_FALSE;
     QFile file(*path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))

@@ -31,24 +31,22 @@ CMorvXMLDOMNodeList::CMorvXMLDOMNodeList(const CMorvXMLDOMNodeListOrigin& origin
 {
     kelxml::settle({m_origin.node, m_document});
     m_list = makeList(m_origin);
-    m_madeIn = m_origin.node.ownerDocument();
+    m_madeAt = kelxml::documentChanges();
 }
 
 CMorvXMLDOMNodeList::~CMorvXMLDOMNodeList()
 {
-    m_madeIn = QDomDocument();
+    m_ownerDocument.reset();
     m_origin = {};
     Inside::takeApart(m_ownerDocument, m_document, m_list, m_keeper);
 }
 
 const QDomNodeList& CMorvXMLDOMNodeList::current()
 {
-    if (!kelxml::documentsHaveMet())
-        return m_list;
     kelxml::settle({m_origin.node, m_document});
-    if (const QDomDocument document = m_origin.node.ownerDocument(); document != m_madeIn) {
+    if (m_madeAt != kelxml::documentChanges()) {
         m_list = makeList(m_origin);
-        m_madeIn = document;
+        m_madeAt = kelxml::documentChanges();
     }
     return m_list;
 }

@@ -3,6 +3,9 @@
 #include "dom/text.h"
 
 #include <array>
+#include <cwchar>
+#include <limits>
+#include <new>
 #include <vector>
 
 namespace kelxml
@@ -13,11 +16,19 @@ namespace
 
 constexpr int kScratchLength = 1024;
 
+/// Qt counts the bytes of a text in an `int`; longer text cannot be held and counts as out of memory.
+constexpr std::size_t kLongestText = std::numeric_limits<int>::max() / sizeof(wchar_t) - 16;
+
 } // namespace
 
 QString fromWide(const wchar_t* text)
 {
-    return QString::fromUcs4(reinterpret_cast<const char32_t*>(text), -1);
+    if (!text)
+        return {};
+    const std::size_t length = std::wcslen(text);
+    if (length > kLongestText)
+        throw std::bad_alloc();
+    return QString::fromUcs4(reinterpret_cast<const char32_t*>(text), static_cast<int>(length));
 }
 
 BSTR toBstr(const QString& text)

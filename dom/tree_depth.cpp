@@ -204,6 +204,11 @@ bool fitsBelow(const QDomNode& parent, const QDomNode& child)
     return true;
 }
 
+int depthOf(const QDomNode& root)
+{
+    return measure(root).nodes;
+}
+
 void forgetHeights() noexcept
 {
     HeightMemo::ofThisThread().forget();

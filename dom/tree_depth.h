@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "dom/text_bounds.h"
+
 #include <QtXml/QDomNode>
 
 namespace kelxml
@@ -10,7 +12,7 @@ namespace kelxml
 
 /// Elements in a row from the top of a tree down. The same number as for the nesting of a text, so that what
 /// was built can be saved and loaded again.
-constexpr int kMaxElementDepth = 2048;
+constexpr int kMaxElementDepth = bounds::kMaxNesting;
 
 /// Nodes of any kind in a row: below the deepest element there is room for an attribute and its text.
 constexpr int kMaxNodeDepth = kMaxElementDepth + 2;
@@ -19,6 +21,9 @@ constexpr int kMaxNodeDepth = kMaxElementDepth + 2;
 /// become too long. Takes time in the depth of `parent`, and for a subtree that was not looked at just before
 /// in the size of `child`.
 bool fitsBelow(const QDomNode& parent, const QDomNode& child);
+
+/// Nodes in a row from `root` down, itself included.
+int depthOf(const QDomNode& root);
 
 /// To be called when nodes with children come to be by another road (parsing, copying).
 void forgetHeights() noexcept;

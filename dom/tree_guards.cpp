@@ -13,7 +13,7 @@ namespace kelxml
 namespace
 {
 
-std::atomic<bool> documentsMet{false};
+std::atomic<std::uint64_t> changes{0};
 
 QDomNode topOf(QDomNode node)
 {
@@ -51,13 +51,22 @@ bool standsOnElement(const QDomNode& node)
     return !element.isNull() && element.attributeNode(node.nodeName()) == node;
 }
 
-/// Notes that nodes of two documents meet, and makes both trees fit to be touched.
+void countDocumentChange() noexcept
+{
+    changes.fetch_add(1, std::memory_order_relaxed);
+}
+
+/// Makes both trees fit to be touched, and counts when their documents differ.
 void prepareMeeting(const Place& parent, const Place& child)
 {
     if (parent.document != child.document)
-        documentsMet.store(true, std::memory_order_relaxed);
+        countDocumentChange();
+    if (documentChanges() == 0)
+        return;
     settle(parent);
     settle(child);
+    if (parent.node.ownerDocument() != child.node.ownerDocument())
+        countDocumentChange();
 }
 
 } // namespace
@@ -67,18 +76,20 @@ QDomNode keeperOf(const QDomNode& node)
     return node.isAttr() ? node.parentNode() : QDomNode();
 }
 
-bool documentsHaveMet() noexcept
+std::uint64_t documentChanges() noexcept
 {
-    return documentsMet.load(std::memory_order_relaxed);
+    return changes.load(std::memory_order_relaxed);
 }
 
 void settle(const Place& place)
 {
-    if (!documentsHaveMet())
+    if (documentChanges() == 0)
         return;
     const QDomNode top = topOf(place.node);
-    if (!top.isNull() && !top.isDocument())
-        adopt(top, place.document);
+    if (top.isNull() || top.isDocument())
+        return;
+    adopt(top, place.document);
+    countDocumentChange();
 }
 
 void appendSafely(const Place& parent, const Place& child)

@@ -18,9 +18,11 @@ QDomNode keeperOf(const QDomNode& node);
 /// touches the tree. Until documents have met, this is one comparison.
 void settle(const Place& place);
 
-/// Whether nodes of two documents have ever met in this process. Only then can a list's change count be that
-/// of another document, or a tree's document be gone.
-bool documentsHaveMet() noexcept;
+/// Against lists that remember freed nodes: a list goes by its document's count of changes, and once its node
+/// has come into another document, that one's count can be the same by chance. This counts what may bring a
+/// node into another document; a list made before the last change of it is made anew. 0 until nodes of two
+/// documents have met in one call.
+std::uint64_t documentChanges() noexcept;
 
 /// `QDomNode::appendChild`, except that what would tie a ring, put a node into two places or nest too deep
 /// is left undone.

@@ -46,8 +46,15 @@ DISPID identifierOf(IDispatch& object, const std::wstring& name, const std::wstr
     return identifier;
 }
 
+/// What a member that did not fail answered.
+struct Answer
+{
+    Value value;
+    HRESULT code;
+};
+
 /// Calls one member. `values` are in the order in which they are written; an assigned value comes last.
-Value invoke(IDispatch& object, const Step& step, const std::vector<Value>& values, bool isAssignment)
+Answer invoke(IDispatch& object, const Step& step, const std::vector<Value>& values, bool isAssignment)
 {
     const DISPID member = identifierOf(object, step.name, step.source);
     std::vector<VARIANT> reversed;
@@ -80,7 +87,7 @@ Value invoke(IDispatch& object, const Step& step, const std::vector<Value>& valu
                  describe(code) + (isKnown ? ", argument " + std::to_string(parameters.cArgs - badArgument)
                                            : std::string()));
     }
-    return result;
+    return {std::move(result), code};
 }
 
 /// Evaluates paths, each of which starts at the document.
@@ -108,7 +115,7 @@ private:
             std::vector<Value> values = valuesOf(step.arguments);
             if (isAssignment)
                 values.push_back(valueOf(assigned.front()));
-            result = invoke(*object, step, values, isAssignment);
+            result = invoke(*object, step, values, isAssignment).value;
             object = result.object();
         }
         return result;
@@ -141,7 +148,7 @@ private:
 std::string objectText(IDispatch& object)
 {
     try {
-        const Value name = invoke(object, {L"nodeName", {}, L"nodeName"}, {}, false);
+        const Value name = invoke(object, {L"nodeName", {}, L"nodeName"}, {}, false).value;
         return name.get().vt == VT_BSTR ? toUtf8(name.text()) : "(object)";
     } catch (const Failure&) {
         return "(object)";
@@ -156,11 +163,12 @@ std::string numberText(Number number)
     return {digits.data(), written.ptr};
 }
 
-Value callWithPath(IDispatch& document, const wchar_t* member, const std::wstring& path)
+/// \return whether the member did its work
+bool callWithPath(IDispatch& document, const wchar_t* member, const std::wstring& path)
 {
     std::vector<Value> values;
     values.emplace_back(path);
-    return invoke(document, {member, {}, member}, values, false);
+    return invoke(document, {member, {}, member}, values, false).code == S_OK;
 }
 
 std::string resultText(const Value& result)
@@ -198,17 +206,13 @@ void runCall(const Library& library, const Arguments& arguments)
 {
     const Expression expression = parseExpression(arguments.values[1]);
     const auto document = library.newLateBoundDocument();
-    loadBy(arguments.values[0], [&](const std::wstring& path) {
-        const Value parsed = callWithPath(*document, L"load", path);
-        return parsed.get().vt == VT_BOOL && parsed.get().boolVal;
-    });
+    loadBy(arguments.values[0],
+           [&](const std::wstring& path) { return callWithPath(*document, L"load", path); });
     const Value result = Evaluator(*document).evaluate(expression);
     const std::string text = resultText(result);
     if (arguments.output) {
-        saveBy(library, *arguments.output, [&](const std::wstring& path) {
-            callWithPath(*document, L"save", path);
-            return fileSize(path) > 0;
-        });
+        saveBy(library, *arguments.output,
+               [&](const std::wstring& path) { return callWithPath(*document, L"save", path); });
     }
     std::cout << text << '\n';
 }

@@ -57,6 +57,6 @@ private:
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
     CMorvXMLDOMNodeListOrigin m_origin;               ///< to make the list anew
-    QDomDocument m_madeIn; ///< the document whose count of changes `m_list` goes by
-    QDomNode m_keeper;     ///< the element of an attribute whose children are listed; let go of last
+    std::uint64_t m_madeAt = 0; ///< the count of nodes that came into other documents when `m_list` was made
+    QDomNode m_keeper;          ///< the element of an attribute whose children are listed; let go of last
 };

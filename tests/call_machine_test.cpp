@@ -1,0 +1,43 @@
+// Sequences of random calls: no death, no leak, no difference from what is promised.
+
+#include "support/call_machine.h"
+#include "support/dom_fixture.h"
+
+#include <cstdlib>
+#include <random>
+
+namespace
+{
+
+using CallSequences = DomTest;
+
+/// How many sequences; the environment asks for more, or for fewer under valgrind.
+unsigned sequences()
+{
+    const char* const asked = std::getenv("KEL_SEQUENCES");
+    return asked ? static_cast<unsigned>(std::atoi(asked)) : 3000;
+}
+
+void run(unsigned seed)
+{
+    std::mt19937 random(seed);
+    CallMachine machine([&](unsigned limit) { return static_cast<unsigned>(random() % limit); });
+    for (int call = 0; call < 100; ++call) {
+        const std::string difference = machine.step();
+        ASSERT_EQ("", difference) << "seed " << seed << ", call " << call;
+    }
+}
+
+TEST_F(CallSequences, NeverKillLeakOrDifferFromTheModel)
+{
+    for (unsigned seed = 0; seed < sequences(); ++seed) {
+        if (seed % 100 == 0)
+            expectNothingLeft([seed] { run(seed); });
+        else
+            run(seed);
+        if (HasFatalFailure())
+            return;
+    }
+}
+
+} // namespace

@@ -1,0 +1,134 @@
+// Documents at every depth on threads with small stacks: the result or a refusal, never an overrun. A crash
+// here ends the test program.
+
+#include "support/dom_fixture.h"
+
+#include <functional>
+#include <pthread.h>
+#include <ucontext.h>
+#include <vector>
+
+namespace
+{
+
+class StackRoom : public DomTest
+{
+protected:
+    static void onStackOf(std::size_t bytes, std::function<void()> work)
+    {
+        pthread_attr_t attributes;
+        pthread_attr_init(&attributes);
+        ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, bytes));
+        pthread_t thread{};
+        const auto run = [](void* argument) -> void* {
+            (*static_cast<std::function<void()>*>(argument))();
+            return nullptr;
+        };
+        ASSERT_EQ(0, pthread_create(&thread, &attributes, run, &work));
+        pthread_join(thread, nullptr);
+        pthread_attr_destroy(&attributes);
+    }
+
+    static std::wstring nested(int depth)
+    {
+        std::wstring text;
+        for (int level = 0; level < depth; ++level)
+            text += L"<a>";
+        text += L"t";
+        for (int level = 0; level < depth; ++level)
+            text += L"</a>";
+        return text;
+    }
+
+    /// Loads, copies, reads, saves and frees; what is refused must leave an existing file as it was.
+    void useDocument(int depth, bool& loaded, bool& stored)
+    {
+        const QString path = pathOf("there.xml");
+        write(path, "there");
+        auto document = newDocument();
+        VARIANT_BOOL success = 7;
+        loaded = document->loadXML(Bstr(nested(depth).c_str()).get(), &success) == S_OK;
+        EXPECT_EQ(loaded ? VARIANT_TRUE : VARIANT_FALSE, success);
+        if (loaded) {
+            ComPtr<IXMLDOMNode> copy;
+            EXPECT_EQ(S_OK, rootOf(document)->cloneNode(1, copy.put()));
+            EXPECT_EQ(L"t", textOf(copy, &IXMLDOMNode::get_text));
+        }
+        stored = document->save(variantOf(Bstr(path.toStdWString().c_str()))) == S_OK;
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_EQ(stored, file.readAll() != "there");
+    }
+};
+
+TEST_F(StackRoom, SmallStacksGetTheResultOrARefusalAtEveryDepth)
+{
+    for (const std::size_t kib : {512, 1024}) {
+        onStackOf(kib * 1024, [&] {
+            int deepestLoaded = 0;
+            int deepestStored = 0;
+            for (int depth = 1; depth <= 2048; depth += depth < 64 ? 1 : 31) {
+                bool loaded = false;
+                bool stored = false;
+                useDocument(depth, loaded, stored);
+                deepestLoaded = loaded ? depth : deepestLoaded;
+                deepestStored = stored && loaded ? depth : deepestStored;
+            }
+            EXPECT_GT(deepestLoaded, kib == 512 ? 700 : 1500) << "on " << kib << " KiB";
+            EXPECT_GT(deepestStored, kib == 512 ? 200 : 450);
+        });
+    }
+}
+
+TEST_F(StackRoom, AUsualStackTakesTheBoundAndOneMoreIsRefused)
+{
+    onStackOf(8 << 20, [&] {
+        bool loaded = false;
+        bool stored = false;
+        useDocument(2048, loaded, stored);
+        EXPECT_TRUE(loaded && stored);
+        useDocument(2049, loaded, stored);
+        EXPECT_FALSE(loaded);
+    });
+}
+
+TEST_F(StackRoom, WhatWasBuiltOnALargeStackCanBeFreedOnASmallOne)
+{
+    auto document = documentOf(nested(2048).c_str());
+    const std::wstring text = textOf(rootOf(document), &IXMLDOMNode::get_text);
+    EXPECT_EQ(L"t", text);
+    const Bstr path(pathOf("new.xml").toStdWString().c_str());
+    onStackOf(512 * 1024, [&] {
+        EXPECT_EQ(S_FALSE, document->save(variantOf(path)));
+        EXPECT_FALSE(QFile::exists(pathOf("new.xml")));
+        ComPtr<IXMLDOMNode> copy;
+        EXPECT_EQ(S_OK, rootOf(document)->cloneNode(1, copy.put()));
+        document.reset();
+    });
+}
+
+TEST_F(StackRoom, AStackTheSystemDoesNotKnowCountsAsSmall)
+{
+    static ucontext_t caller;
+    static ucontext_t coroutine;
+    static HRESULT shallow;
+    static HRESULT deep;
+    static const std::wstring texts[] = {nested(10), nested(300)};
+    std::vector<char> stack(256 * 1024);
+    getcontext(&coroutine);
+    coroutine.uc_stack.ss_sp = stack.data();
+    coroutine.uc_stack.ss_size = stack.size();
+    coroutine.uc_link = &caller;
+    makecontext(
+        &coroutine,
+        [] {
+            shallow = newDocument()->loadXML(Bstr(texts[0].c_str()).get(), nullptr);
+            deep = newDocument()->loadXML(Bstr(texts[1].c_str()).get(), nullptr);
+        },
+        0);
+    swapcontext(&caller, &coroutine);
+    EXPECT_EQ(S_OK, shallow);
+    EXPECT_EQ(S_FALSE, deep);
+}
+
+} // namespace

@@ -1,0 +1,150 @@
+// The rules of the model.
+
+#include "support/model_tree.h"
+
+#include <algorithm>
+
+namespace model
+{
+
+namespace
+{
+
+enum { kElement = 1, kAttribute = 2, kText = 3, kCData = 4, kDocument = 9 };
+
+void adopt(const NodePtr& parent, const NodePtr& child, std::vector<NodePtr>& place)
+{
+    child->parent = parent;
+    place.push_back(child);
+}
+
+} // namespace
+
+NodePtr Node::attribute(const std::wstring& wanted) const
+{
+    for (const NodePtr& item : attributes)
+        if (item->name == wanted)
+            return item;
+    return nullptr;
+}
+
+std::wstring Node::text() const
+{
+    std::wstring all;
+    for (const NodePtr& child : children) {
+        if (child->type == kText || child->type == kCData)
+            all += child->value;
+        else if (child->type == kElement)
+            all += child->text();
+    }
+    return all;
+}
+
+NodePtr make(int type, const std::wstring& name, const std::wstring& value)
+{
+    auto node = std::make_shared<Node>();
+    node->type = type;
+    node->name = name;
+    node->value = value;
+    if (type == kAttribute && !value.empty())
+        adopt(node, make(kText, L"#text", value), node->children);
+    return node;
+}
+
+NodePtr fromQt(const QDomNode& node)
+{
+    auto copy = std::make_shared<Node>();
+    copy->type = node.nodeType();
+    copy->name = node.nodeName().toStdWString();
+    copy->value = node.nodeValue().toStdWString();
+    for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
+        adopt(copy, fromQt(child), copy->children);
+    const QDomNamedNodeMap attributes = node.attributes();
+    for (int index = 0; index < attributes.length(); ++index)
+        adopt(copy, fromQt(attributes.item(index)), copy->attributes);
+    return copy;
+}
+
+NodePtr copyOf(const Node& node, bool deep)
+{
+    auto copy = std::make_shared<Node>();
+    copy->type = node.type;
+    copy->name = node.name;
+    copy->value = node.value;
+    for (const NodePtr& attribute : node.attributes)
+        adopt(copy, copyOf(*attribute, true), copy->attributes);
+    if (deep)
+        for (const NodePtr& child : node.children)
+            adopt(copy, copyOf(*child, true), copy->children);
+    return copy;
+}
+
+bool append(const NodePtr& parent, const NodePtr& child)
+{
+    if (!parent || !child || child->type == kDocument)
+        return false;
+    for (NodePtr node = parent; node; node = node->parent.lock())
+        if (node == child)
+            return false;
+    if (const NodePtr from = child->parent.lock()) {
+        if (child->type == kAttribute && from->attribute(child->name) == child)
+            return false;
+        remove(from, child);
+    }
+    adopt(parent, child, parent->children);
+    return true;
+}
+
+bool remove(const NodePtr& parent, const NodePtr& child)
+{
+    if (!parent || !child || child->parent.lock() != parent)
+        return false;
+    const auto place = std::find(parent->children.begin(), parent->children.end(), child);
+    if (place == parent->children.end())
+        return false;
+    child->parent.reset();
+    parent->children.erase(place);
+    return true;
+}
+
+void setValue(const NodePtr& node, const std::wstring& value)
+{
+    if (!node)
+        return;
+    node->value = value;
+    if (node->type != kAttribute)
+        return;
+    if (!node->children.empty())
+        remove(node, node->children.front());
+    adopt(node, make(kText, L"#text", value), node->children);
+}
+
+void setText(const NodePtr& element, const std::wstring& text)
+{
+    if (!element)
+        return;
+    if (!element->children.empty())
+        remove(element, element->children.front());
+    adopt(element, make(kText, L"#text", text), element->children);
+}
+
+void setAttribute(const NodePtr& element, const std::wstring& name, const std::wstring& value)
+{
+    if (!element)
+        return;
+    if (const NodePtr existing = element->attribute(name))
+        setValue(existing, value);
+    else
+        adopt(element, make(kAttribute, name, value), element->attributes);
+}
+
+void collect(const NodePtr& top, const std::wstring& tag, std::vector<NodePtr>& found)
+{
+    for (const NodePtr& child : top->children) {
+        if (child->type == kElement && child->name == tag)
+            found.push_back(child);
+        collect(child, tag, found);
+    }
+}
+
+} // namespace model
