@@ -1,0 +1,194 @@
+// The first, the second, ... allocation of a call fails until the call succeeds: what comes out stays
+// untouched, nothing is left behind, and the objects go on working.
+
+#include "support/dom_fixture.h"
+
+#include "KelXmlLib/filer.h"
+
+#include <QtXml/QDomDocument>
+#include <functional>
+#include <new>
+#include <vector>
+
+namespace
+{
+
+/// What a call can work on, made afresh for each failure.
+struct Objects
+{
+    ComPtr<IXMLDOMDocument> document;
+    ComPtr<IXMLDOMElement> root;
+    ComPtr<IXMLDOMNode> text, attribute, spare;
+    ComPtr<IXMLDOMNodeList> list;
+    ComPtr<IXMLDOMNamedNodeMap> map;
+};
+
+struct Call
+{
+    const char* name;
+    /// Makes the call with `out` as its only output.
+    std::function<HRESULT(Objects&, void** out)> make;
+    /// The part of the call in which Qt itself leaks; none for most.
+    std::function<void(QDomDocument&, const QString& name)> qtAlone = nullptr;
+};
+
+template <class Interface>
+Interface** as(void** out)
+{
+    return reinterpret_cast<Interface**>(out);
+}
+
+class OutOfMemory : public DomTest
+{
+protected:
+    static Objects prepare()
+    {
+        Objects made;
+        made.document = documentOf(L"<a x='1'>t<b><c/></b></a>");
+        made.root = rootOf(made.document);
+        made.text = firstChildOf(*made.root);
+        made.root->get_attributes(made.map.put());
+        made.map->get_item(0, made.attribute.put());
+        made.root->get_childNodes(made.list.put());
+        made.spare = create(*made.document, NODE_ELEMENT, L"spare");
+        return made;
+    }
+
+    /// Fails each allocation of the call in turn. \return how many there were
+    static int failEach(const Call& call)
+    {
+        static int untouched = 0;
+        for (int nth = 1; nth < 5000; ++nth) {
+            Objects objects = prepare();
+            void* out = &untouched;
+            bool failed = false;
+            bool thrown = false;
+            {
+                allocations::FailAt at(static_cast<std::size_t>(nth));
+                try {
+                    call.make(objects, &out);
+                } catch (const std::bad_alloc&) {
+                    thrown = true;
+                }
+                failed = at.failed();
+            }
+            if (thrown) {
+                EXPECT_EQ(&untouched, out) << call.name << ", allocation " << nth;
+            }
+            EXPECT_EQ(L"a", textOf(objects.root, &IXMLDOMNode::get_nodeName));
+            ComPtr<IXMLDOMNode> result;
+            EXPECT_EQ(S_OK, objects.root->appendChild(objects.spare.get(), result.put()));
+            if (out && out != &untouched && !thrown)
+                free(call, out);
+            if (!failed)
+                return nth - 1;
+        }
+        ADD_FAILURE() << call.name << " does not come to an end";
+        return 0;
+    }
+
+    /// What Qt alone leaves behind when each allocation of its part of the call fails in turn.
+    static std::size_t leftByQt(const Call& call)
+    {
+        if (!call.qtAlone)
+            return 0;
+        const std::size_t before = allocations::live();
+        for (std::size_t nth = 1;; ++nth) {
+            QDomDocument document;
+            document.setContent(QStringLiteral("<a x='1'>t<b><c/></b></a>"));
+            const QString name = QString::fromUtf8("name");
+            allocations::FailAt at(nth);
+            try {
+                call.qtAlone(document, name);
+            } catch (const std::bad_alloc&) {
+                continue;
+            }
+            if (!at.failed())
+                break;
+        }
+        return allocations::live() - before;
+    }
+
+    static void free(const Call& call, void* out)
+    {
+        if (call.name[0] == '"')
+            SysFreeString(static_cast<BSTR>(out));
+        else
+            static_cast<IUnknown*>(out)->Release();
+    }
+};
+
+TEST_F(OutOfMemory, LeavesOutputsUntouchedAndNothingBehind)
+{
+    if (!allocations::kCanFail)
+        GTEST_SKIP() << "a sanitizer's allocator cannot be made to fail";
+    const Bstr name(L"name"), x(L"x"), tag(L"b"), words(L"text"), xml(L"<n y='2'>u<!--k--></n>");
+    const VARIANT one = variantOf(1), two = variantOf(2), string = variantOf(words);
+    // A name in quotes says that the output is a string.
+    const std::vector<Call> calls = {
+        {"DllGetClassObject",
+         [](Objects&, void** out) { return DllGetClassObject(CLSID_DOMDocument, IID_IUnknown, out); }},
+        {"\"get_nodeName", [](Objects& o, void** out) { return o.root->get_nodeName(as<wchar_t>(out)); }},
+        {"\"get_text of an element",
+         [](Objects& o, void** out) { return o.root->get_text(as<wchar_t>(out)); },
+         [](QDomDocument& d, const QString&) { d.documentElement().text(); }},
+        {"\"get_text of a text", [](Objects& o, void** out) { return o.text->get_text(as<wchar_t>(out)); }},
+        {"get_parentNode",
+         [](Objects& o, void** out) { return o.root->get_parentNode(as<IXMLDOMNode>(out)); }},
+        {"get_firstChild",
+         [](Objects& o, void** out) { return o.root->get_firstChild(as<IXMLDOMNode>(out)); }},
+        {"get_childNodes",
+         [](Objects& o, void** out) { return o.root->get_childNodes(as<IXMLDOMNodeList>(out)); }},
+        {"get_attributes",
+         [](Objects& o, void** out) { return o.root->get_attributes(as<IXMLDOMNamedNodeMap>(out)); }},
+        {"get_item of a list",
+         [](Objects& o, void** out) { return o.list->get_item(1, as<IXMLDOMNode>(out)); }},
+        {"nextNode", [](Objects& o, void** out) { return o.list->nextNode(as<IXMLDOMNode>(out)); }},
+        {"get_item of a map",
+         [](Objects& o, void** out) { return o.map->get_item(0, as<IXMLDOMNode>(out)); }},
+        {"getNamedItem",
+         [&](Objects& o, void** out) { return o.map->getNamedItem(x.get(), as<IXMLDOMNode>(out)); }},
+        {"selectNodes",
+         [&](Objects& o, void** out) {
+             return o.document->selectNodes(tag.get(), as<IXMLDOMNodeList>(out));
+         }},
+        {"createNode of an element",
+         [&](Objects& o, void** out) {
+             return o.document->createNode(one, name.get(), nullptr, as<IXMLDOMNode>(out));
+         },
+         [](QDomDocument& d, const QString& n) { d.createElementNS(QString(), n); }},
+        {"createNode of an attribute",
+         [&](Objects& o, void** out) {
+             return o.document->createNode(two, name.get(), nullptr, as<IXMLDOMNode>(out));
+         },
+         [](QDomDocument& d, const QString& n) { d.createAttributeNS(QString(), n); }},
+        {"appendChild",
+         [](Objects& o, void** out) { return o.root->appendChild(o.spare.get(), as<IXMLDOMNode>(out)); },
+         [](QDomDocument& d, const QString&) { d.createTextNode(QString()); }},
+        {"removeChild",
+         [](Objects& o, void** out) { return o.root->removeChild(o.text.get(), as<IXMLDOMNode>(out)); }},
+        {"cloneNode", [](Objects& o, void** out) { return o.root->cloneNode(1, as<IXMLDOMNode>(out)); },
+         [](QDomDocument& d, const QString&) { d.documentElement().cloneNode(true); }},
+        {"put_text", [&](Objects& o, void**) { return o.root->put_text(words.get()); },
+         [](QDomDocument& d, const QString& n) { d.createTextNode(n); }},
+        {"put_text of an attribute", [&](Objects& o, void**) { return o.attribute->put_text(words.get()); },
+         [](QDomDocument& d, const QString& n) {
+             d.documentElement().attributeNode(QStringLiteral("x")).setNodeValue(n);
+         }},
+        {"setAttribute", [&](Objects& o, void**) { return o.root->setAttribute(name.get(), string); },
+         [](QDomDocument& d, const QString& n) { d.documentElement().setAttribute(n, n + n); }},
+        {"loadXML", [&](Objects& o, void**) { return o.document->loadXML(xml.get(), nullptr); },
+         [](QDomDocument& d, const QString&) { d.setContent(QString::fromUtf8("<n y='2'>u<!--k--></n>")); }},
+    };
+    for (const Call& call : calls) {
+        SCOPED_TRACE(call.name);
+        failEach(call);
+        const std::size_t before = allocations::live();
+        const int count = failEach(call);
+        const std::size_t left = allocations::live() - before;
+        leftByQt(call);
+        EXPECT_EQ(leftByQt(call), left) << call.name << " with " << count << " allocations";
+    }
+}
+
+} // namespace
