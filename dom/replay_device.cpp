@@ -1,10 +1,12 @@
 // Reading, keeping and reading again.
+
 #include "dom/replay_device.h"
 
 #include <algorithm>
 #include <cstring>
 
-namespace kelxml {
+namespace kelxml
+{
 
 ReplayDevice::ReplayDevice(QIODevice& source) : m_source(source)
 {

@@ -1,11 +1,13 @@
 // The look at a string and at a device.
+
 #include "dom/text_bounds.h"
 
 #include "dom/text_scanner.h"
 
-#include <QIODevice>
+#include <QtCore/QIODevice>
 
-namespace kelxml::bounds {
+namespace kelxml::bounds
+{
 
 Look lookAt(const QString& text)
 {

@@ -1,11 +1,14 @@
 // Content and tags, and the bookkeeping that everything shares.
+
 #include "dom/text_scanner.h"
 
 #include <algorithm>
 
-namespace kelxml::bounds {
+namespace kelxml::bounds
+{
 
-namespace {
+namespace
+{
 
 // The reader knows these before it looks at declarations, and splices nothing for them.
 bool isPredefined(const QString& name)

@@ -3,15 +3,17 @@
 // The scanner accepts more than the reader: where the reader is sure to report an error and stop, the scanner
 // may stop too, and where it is not sure it goes on as if there were none. So at every character that the
 // reader gets to, both are in the same place of the grammar.
+
 #pragma once
 
 #include "dom/text_bounds.h"
 #include "dom/text_stream.h"
 
-#include <QHash>
-#include <QString>
+#include <QtCore/QHash>
+#include <QtCore/QString>
 
-namespace kelxml::bounds {
+namespace kelxml::bounds
+{
 
 class TextScanner
 {

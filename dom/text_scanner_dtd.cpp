@@ -1,11 +1,13 @@
 // The document type declaration: content models, and where entities come from.
+
 #include "dom/text_scanner.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <limits>
 
-namespace kelxml::bounds {
+namespace kelxml::bounds
+{
 
 bool TextScanner::documentType()
 {

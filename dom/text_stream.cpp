@@ -1,13 +1,15 @@
 // Chunks of a document, and the way back out of splices that were read to their end.
+
 #include "dom/text_stream.h"
 
-#include <QIODevice>
-#include <QXmlInputSource>
+#include <QtCore/QIODevice>
+#include <QtXml/QXmlInputSource>
 
 // Deprecated, and still what QDomDocument reads a device through: no other class decodes as it does.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
-namespace kelxml {
+namespace kelxml
+{
 
 DocumentChunks::DocumentChunks(QStringView text) : m_whole(text) {}
 

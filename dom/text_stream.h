@@ -1,9 +1,10 @@
 // The characters of a text in the order in which Qt's parser takes them: from the document, chunk by chunk, and
 // from entity values that were spliced in, innermost first.
+
 #pragma once
 
-#include <QString>
-#include <QStringView>
+#include <QtCore/QString>
+#include <QtCore/QStringView>
 #include <memory>
 #include <vector>
 #ifdef __SSE2__
@@ -13,9 +14,10 @@
 class QIODevice;
 class QXmlInputSource;
 
-namespace kelxml {
+namespace kelxml
+{
 
-// The document itself: one chunk for a string, the input source's chunks for a device.
+/// The document itself: one chunk for a string, the input source's chunks for a device.
 class DocumentChunks
 {
 public:
@@ -23,10 +25,12 @@ public:
     explicit DocumentChunks(QIODevice& device);
     ~DocumentChunks();
 
-    // The next chunk, empty at the end; it stays valid until the next call.
+    /// The next chunk, empty at the end; it stays valid until the next call.
     QStringView next();
-    // The length of the whole document in the parser's characters. Reads a device once more; it ends up where
-    // it stood.
+    /// Whether a device that does not know its size has given more than is taken from such a one.
+    bool endless() const { return m_taken > m_mostTaken; }
+    /// The length of the whole document in the parser's characters. Reads a device once more; it ends up where
+    /// it stood.
     qint64 length() const;
 
 private:
@@ -36,12 +40,14 @@ private:
     qint64 m_start = 0;
     std::unique_ptr<QXmlInputSource> m_source;
     QString m_chunk;
+    qint64 m_taken = 0;
+    qint64 m_mostTaken = 0;
 };
 
 class TextStream
 {
 public:
-    // What get() and seek() answer at the end, for good. The parser takes U+FFFE and U+FFFF for its end marks.
+    /// What `get` and `seek` answer at the end, for good. The parser takes U+FFFE and U+FFFF for its end marks.
     static constexpr char16_t kEnd = 0xFFFF;
 
     explicit TextStream(DocumentChunks& chunks) : m_chunks(chunks) {}
@@ -54,7 +60,7 @@ public:
         return isEnd(c) ? finish() : c;
     }
 
-    // Takes characters one by one up to and including the first that `stops`, and returns that one.
+    /// Takes characters one by one up to and including the first that `stops`, and returns that one.
     template <typename Stops>
     char16_t takeUntil(Stops stops)
     {
@@ -64,14 +70,14 @@ public:
         return c;
     }
 
-    // Takes all characters up to and including the first of `Stops`, and returns that one.
+    /// Takes all characters up to and including the first of `Stops`, and returns that one.
     template <char16_t... Stops>
     char16_t seek()
     {
         return seek<Stops...>([](QStringView) {});
     }
 
-    // As above; the characters before the last go to `passed`, in runs.
+    /// As above; the characters before the last go to `passed`, in runs.
     template <char16_t... Stops, typename Passed>
     char16_t seek(Passed passed)
     {
@@ -86,18 +92,18 @@ public:
         return kEnd;
     }
 
-    // Continues with `text`, which outlives the stream; then where the stream was.
+    /// Continues with `text`, which outlives the stream; then where the stream was.
     void splice(QStringView text, bool literal)
     {
         m_outer.push_back(m_span);
         m_span = {text.utf16(), text.utf16() + text.size(), literal};
     }
 
-    // How many splices are open. Like the parser's, one that has been read to its end counts until the next
-    // character is taken.
+    /// How many splices are open. Like the parser's, one that has been read to its end counts until the next
+    /// character is taken.
     std::size_t splices() const { return m_outer.size(); }
     bool spliced() const { return !m_outer.empty(); }
-    // Whether the last character came from a splice inside a quoted value, where quotes don't end the value.
+    /// Whether the last character came from a splice inside a quoted value, where quotes don't end the value.
     bool literal() const { return m_span.literal; }
 
 private:

@@ -10,8 +10,8 @@ namespace allocations
 /// What is live in the process: a number that is the same again when everything made since has been freed.
 std::size_t live();
 
-/// Fails the `nth` allocation of this thread, counted from 1, while it lives. Only builds without a sanitizer
-/// can do so; `kCanFail` tells.
+/// Fails the `nth` allocation of this thread, counted from 1, while it lives. Neither a sanitizer's allocator
+/// nor valgrind's can be made to; `kCanFail` tells.
 class FailAt
 {
 public:
