@@ -73,7 +73,7 @@ void prepareMeeting(const Place& parent, const Place& child)
 
 QDomNode keeperOf(const QDomNode& node)
 {
-    return node.isAttr() ? node.parentNode() : QDomNode();
+    return node.isAttr() ? node.parentNode().toElement() : QDomElement();
 }
 
 std::uint64_t documentChanges() noexcept

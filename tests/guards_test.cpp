@@ -60,6 +60,25 @@ TEST_F(Guards, AnAttributeKeepsItsElementAlive)
     EXPECT_EQ(S_OK, map->get_item(0, attribute.put()));
 }
 
+TEST_F(Guards, AnAttributeAmongTheChildrenOfAnotherDoesNotKeepItWithoutItsElement)
+{
+    auto document = documentOf(L"<a><b x='1'/></a>");
+    auto inner = create(*document, NODE_ATTRIBUTE, L"w");
+    ComPtr<IXMLDOMNode> below;
+    {
+        auto b = firstChildOf(*rootOf(document));
+        ComPtr<IXMLDOMNamedNodeMap> map;
+        ComPtr<IXMLDOMNode> attribute;
+        b->get_attributes(map.put());
+        map->get_item(0, attribute.put());
+        attribute->appendChild(inner.get(), below.put());
+        rootOf(document)->removeChild(b.get(), nullptr);
+    }
+    ComPtr<IXMLDOMNode> parent;
+    below->get_parentNode(parent.put());
+    EXPECT_FALSE(parent);
+}
+
 TEST_F(Guards, HeldNodesSurviveAReloadAndCanBeAppendedAgain)
 {
     auto document = documentOf(L"<!--1--><a><b/><c/><d/></a><!--2-->");

@@ -33,7 +33,8 @@ VARIANT variantOf(VARTYPE type, LONG number)
 /// What an object over an attribute keeps alive.
 NodePtr keeperOf(const NodePtr& node)
 {
-    return node && node->type == NODE_ATTRIBUTE ? node->parent.lock() : nullptr;
+    const NodePtr parent = node && node->type == NODE_ATTRIBUTE ? node->parent.lock() : nullptr;
+    return parent && parent->type == NODE_ELEMENT ? parent : nullptr;
 }
 
 } // namespace
