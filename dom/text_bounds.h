@@ -22,8 +22,10 @@ constexpr int kMaxEntityDeclarations = 4096;
 constexpr qint64 kMaxEntityText = 1'000'000;
 /// A large text may unfold more, in proportion to what its sender had to send.
 constexpr int kEntityTextPerLength = 10;
-/// How many characters are taken from a device that does not know its size, such as a pipe that never ends.
+/// How many bytes are taken from a device that does not know its size, such as a pipe that never ends.
 constexpr qint64 kMaxUnsizedLength = 256 * 1024 * 1024;
+/// And from one that does, or says so: one array holds them, and its size is an int.
+constexpr qint64 kMaxLength = 1024 * 1024 * 1024;
 
 struct Look
 {
@@ -33,10 +35,10 @@ struct Look
     int nesting;
 };
 
-/// Both follow the parser's own way through the text, not the XML standard's: every entity reference is a splice
-/// of characters, wherever the value's markup begins and ends. They stop where the parser is sure to stop, so
-/// malformed text is the parser's to refuse. Time is linear in the length of the text; beside names and values
-/// of entities nothing is kept.
+/// Both follow the parser's own way through the text, not the XML standard's: every entity reference is a
+/// splice of characters, wherever the value's markup begins and ends. They stop where the parser is sure to
+/// stop, so malformed text is the parser's to refuse. Time is linear in the length of the text; beside names
+/// and values of entities nothing is kept.
 Look lookAt(const QString& text);
 
 /// Sees the characters that the parser will see, decoded by the same input source. The device is open, can be

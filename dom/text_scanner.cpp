@@ -21,10 +21,9 @@ bool isPredefined(const QString& name)
 
 Look TextScanner::document()
 {
-    // Behind the document element nothing nests and nothing is spliced.
-    if (prolog() && m_depth > 0)
-        content(false);
-    return {m_within, m_nesting};
+    if (prolog() && (m_depth == 0 || content(false)))
+        epilog();
+    return {m_within && !m_chunks.endless(), m_nesting};
 }
 
 Look TextScanner::value()
@@ -53,6 +52,21 @@ bool TextScanner::prolog()
         } else {
             return startTag();
         }
+    }
+}
+
+// Behind the document element nothing nests and nothing is spliced, but there need not be an end.
+bool TextScanner::epilog()
+{
+    for (;;) {
+        char16_t c = m_in.get();
+        if (isSpace(c))
+            continue;
+        if (c != u'<')
+            return false;
+        c = m_in.get();
+        if (!(c == u'?' ? processingInstruction() : c == u'!' && m_in.get() == u'-' && dashedComment()))
+            return false;
     }
 }
 
@@ -168,8 +182,7 @@ bool TextScanner::xmlDeclaration()
 bool TextScanner::attributeValue(char16_t quote)
 {
     for (;;) {
-        const char16_t c =
-            m_in.seek<u'&', u'<', u'"', u'\''>();
+        const char16_t c = m_in.seek<u'&', u'<', u'"', u'\''>();
         if (c == quote && !m_in.literal())
             return true;
         if (c == u'&' ? !reference(true) : !isQuote(c))

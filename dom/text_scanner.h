@@ -9,7 +9,7 @@
 #include "dom/text_bounds.h"
 #include "dom/text_stream.h"
 
-#include <QtCore/QHash>
+#include <QtCore/QMap>
 #include <QtCore/QString>
 
 namespace kelxml::bounds
@@ -21,14 +21,13 @@ public:
     explicit TextScanner(DocumentChunks& chunks) : m_chunks(chunks), m_in(chunks) {}
 
     Look document();
-    // For the value of an entity: its own nesting, whether it is used or not.
+    /// For the value of an entity: its own nesting, whether it is used or not.
     Look value();
 
 private:
     enum class Kind { General, Parameter, External };
     struct Entity
     {
-        QString name; // the key views it
         QString text; // of a parameter entity: between two blanks, as the reader includes it in the DTD
         Kind kind = Kind::General;
     };
@@ -36,6 +35,7 @@ private:
     // All of these take the characters of one construct, whose first ones were taken already, and say whether
     // the walk goes on: not when the reader stops here, and not when a bound is passed.
     bool prolog();
+    bool epilog();
     bool content(bool toTheEnd);
     bool markup();
     bool startTag();
@@ -72,10 +72,10 @@ private:
 
     DocumentChunks& m_chunks;
     TextStream m_in;
-    QHash<QStringView, Entity> m_entities;
-    QString m_name;              // of a reference; here to be allocated once
-    qsizetype m_longestName = 0; // no reference to a longer one leads anywhere
-    int m_generalEntities = 0;   // those with a value; not the external ones
+    QMap<QString, Entity> m_entities; // no hash: names that all collide could be sent
+    QString m_name;                   // of a reference; here to be allocated once
+    qsizetype m_longestName = 0;      // no reference to a longer one leads anywhere
+    int m_generalEntities = 0;        // those with a value; not the external ones
     int m_parameterEntities = 0;
     int m_declarations = 0;
     qint64 m_entityText = 0;

@@ -69,7 +69,7 @@ bool TextScanner::elementDeclaration()
     for (;;) {
         const char16_t c = m_in.seek<u'(', u')', u'>'>();
         if (c == u')')
-            --parentheses;
+            parentheses = std::max(0, parentheses - 1);
         else if (c != u'(')
             return c == u'>';
         else if (!deepen(parentheses))
@@ -131,8 +131,7 @@ bool TextScanner::entityDeclaration()
         return false;
     if (parameter)
         value += blank;
-    return declare(name, value, parameter ? Kind::Parameter : Kind::General) &&
-           m_in.seek<u'>'>() == u'>';
+    return declare(name, value, parameter ? Kind::Parameter : Kind::General) && m_in.seek<u'>'>() == u'>';
 }
 
 // The first declaration of a name counts; general and parameter entities share their names.
@@ -145,8 +144,7 @@ bool TextScanner::declare(const QString& name, const QString& text, Kind kind)
     }
     if (m_entities.contains(name))
         return true;
-    const Entity entity{name, text, kind};
-    m_entities.insert(entity.name, entity);
+    m_entities.insert(name, {text, kind});
     m_longestName = std::max(m_longestName, qsizetype(name.size()));
     if (kind == Kind::General)
         ++m_generalEntities;

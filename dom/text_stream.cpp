@@ -2,8 +2,11 @@
 
 #include "dom/text_stream.h"
 
+#include "dom/text_bounds.h"
+
 #include <QtCore/QIODevice>
 #include <QtXml/QXmlInputSource>
+#include <algorithm>
 
 // Deprecated, and still what QDomDocument reads a device through: no other class decodes as it does.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
@@ -14,9 +17,10 @@ namespace kelxml
 DocumentChunks::DocumentChunks(QStringView text) : m_whole(text) {}
 
 DocumentChunks::DocumentChunks(QIODevice& device)
-    : m_device(&device), m_start(device.pos()), m_source(std::make_unique<QXmlInputSource>(&device))
-{
-}
+    : m_device(&device), m_start(device.pos()),
+      m_mostBytes(std::clamp(device.size(), bounds::kMaxUnsizedLength, bounds::kMaxLength)),
+      m_source(std::make_unique<QXmlInputSource>(&device))
+{}
 
 DocumentChunks::~DocumentChunks() = default;
 
@@ -27,9 +31,16 @@ QStringView DocumentChunks::next()
         m_wholeTaken = true;
         return all;
     }
+    if (endless())
+        return {};
     m_source->fetchData();
     m_chunk = m_source->data();
     return m_chunk;
+}
+
+bool DocumentChunks::endless() const
+{
+    return m_device && m_device->pos() - m_start > m_mostBytes;
 }
 
 qint64 DocumentChunks::length() const

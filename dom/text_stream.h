@@ -1,5 +1,5 @@
-// The characters of a text in the order in which Qt's parser takes them: from the document, chunk by chunk, and
-// from entity values that were spliced in, innermost first.
+// The characters of a text in the order in which Qt's parser takes them: from the document, chunk by chunk,
+// and from entity values that were spliced in, innermost first.
 
 #pragma once
 
@@ -27,10 +27,10 @@ public:
 
     /// The next chunk, empty at the end; it stays valid until the next call.
     QStringView next();
-    /// Whether a device that does not know its size has given more than is taken from such a one.
-    bool endless() const { return m_taken > m_mostTaken; }
-    /// The length of the whole document in the parser's characters. Reads a device once more; it ends up where
-    /// it stood.
+    /// Whether the device has given more than is taken from any, or from one that does not know its size.
+    bool endless() const;
+    /// The length of the whole document in the parser's characters. Reads a device once more; it ends up
+    /// where it stood.
     qint64 length() const;
 
 private:
@@ -38,16 +38,16 @@ private:
     bool m_wholeTaken = false;
     QIODevice* m_device = nullptr;
     qint64 m_start = 0;
+    qint64 m_mostBytes = 0;
     std::unique_ptr<QXmlInputSource> m_source;
     QString m_chunk;
-    qint64 m_taken = 0;
-    qint64 m_mostTaken = 0;
 };
 
 class TextStream
 {
 public:
-    /// What `get` and `seek` answer at the end, for good. The parser takes U+FFFE and U+FFFF for its end marks.
+    /// What `get` and `seek` answer at the end, for good. The parser takes U+FFFE and U+FFFF for its end
+    /// marks.
     static constexpr char16_t kEnd = 0xFFFF;
 
     explicit TextStream(DocumentChunks& chunks) : m_chunks(chunks) {}

@@ -44,10 +44,10 @@ private:
 
     const GUID* m_pguid;
     const GUID* m_plibid;
-    WORD m_wMajor;
-    WORD m_wMinor;
+    [[maybe_unused]] WORD m_wMajor;
+    [[maybe_unused]] WORD m_wMinor;
     kel::ComPtr<ITypeInfo> m_pInfo;
-    std::ptrdiff_t m_dwRef = 0; // a place in the layout, not used
+    [[maybe_unused]] std::ptrdiff_t m_dwRef = 0; // a place in the layout, not used
     std::unique_ptr<NameEntry[]> m_pMap;
     std::int32_t m_nCount = 0;
 };
