@@ -10,9 +10,9 @@ namespace kelxml
 {
 
 /// Against a dangling parent: an attribute points to its element without holding it. Who holds an attribute,
-/// or a list of its children, holds the answer as well and lets go of it last. Null for any other node, and for
-/// an attribute among the children of another: that one is told when its parent goes, and to hold the parent
-/// would let it outlive the element it stands on.
+/// or a list of its children, holds the answer as well and lets go of it last. Null for any other node, and
+/// for an attribute among the children of another: that one is told when its parent goes, and to hold the
+/// parent would let it outlive the element it stands on.
 QDomNode keeperOf(const QDomNode& node);
 
 /// Against a dangling document: a tree outside any document remembers one that may be gone once nodes of two

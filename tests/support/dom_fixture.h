@@ -13,6 +13,8 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
+#include <QtCore/QTextStream>
+#include <QtXml/QDomDocument>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -108,9 +110,21 @@ protected:
     {
         const QString path = m_directory.filePath(QStringLiteral("saved.xml"));
         EXPECT_EQ(S_OK, document->save(variantOf(Bstr(path.toStdWString().c_str()))));
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll().toStdString();
+        return contentOf(path).toStdString();
+    }
+
+    /// The same by Qt directly.
+    std::string saved(const QDomDocument& document)
+    {
+        const QString path = m_directory.filePath(QStringLiteral("saved_by_qt.xml"));
+        {
+            QFile file(path);
+            EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text));
+            QTextStream stream(&file);
+            stream.setCodec("UTF-8");
+            document.save(stream, 4, QDomNode::EncodingFromDocument);
+        }
+        return contentOf(path).toStdString();
     }
 
     QString pathOf(const char* name) const { return m_directory.filePath(QString::fromUtf8(name)); }
@@ -120,6 +134,13 @@ protected:
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(bytes);
+    }
+
+    static QByteArray contentOf(const QString& path)
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
     }
 
     static HRESULT load(const ComPtr<IXMLDOMDocument>& document, const QString& path, VARIANT_BOOL* success)
