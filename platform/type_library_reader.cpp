@@ -3,11 +3,11 @@
 
 #include "type_library_reader.h"
 
+#include "tag_attributes.h"
+
 #include <QCryptographicHash>
-#include <QUuid>
 #include <QXmlStreamReader>
 #include <algorithm>
-#include <initializer_list>
 
 namespace kelcom
 {
@@ -41,76 +41,6 @@ bool hasOnlyShortTags(const QByteArray& contents)
     }
     return true;
 }
-
-bool isIdentifier(QStringView text)
-{
-    const auto isLetter = [](QChar c) {
-        return (c >= QLatin1Char('a') && c <= QLatin1Char('z')) ||
-               (c >= QLatin1Char('A') && c <= QLatin1Char('Z')) || c == QLatin1Char('_');
-    };
-    const auto isLetterOrDigit = [&](QChar c) {
-        return isLetter(c) || (c >= QLatin1Char('0') && c <= QLatin1Char('9'));
-    };
-    return !text.isEmpty() && text.size() <= static_cast<int>(kMaxNameLength) && isLetter(text.front()) &&
-           std::all_of(text.begin(), text.end(), isLetterOrDigit);
-}
-
-/// The attributes of one element, taken one by one; in the end none may be left.
-class Attributes
-{
-public:
-    explicit Attributes(const QXmlStreamReader& xml) : m_attributes(xml.attributes()) {}
-
-    /// Null when there is no such attribute.
-    QString take(QLatin1String name)
-    {
-        const auto place =
-            std::find_if(m_attributes.begin(), m_attributes.end(),
-                         [name](const auto& attribute) { return attribute.qualifiedName() == name; });
-        if (place == m_attributes.end())
-            return {};
-        const QString value = place->value().toString();
-        m_attributes.erase(place);
-        return value.isNull() ? QStringLiteral("") : value;
-    }
-    bool takeName(std::wstring& name, QLatin1String attribute = QLatin1String("name"))
-    {
-        const QString text = take(attribute);
-        name = text.toStdWString();
-        return isIdentifier(text);
-    }
-    bool takeUuid(GUID& guid)
-    {
-        const QString text = take(QLatin1String("uuid"));
-        const QUuid uuid(text);
-        guid = {uuid.data1, uuid.data2, uuid.data3, {}};
-        std::copy(std::begin(uuid.data4), std::end(uuid.data4), std::begin(guid.Data4));
-        return uuid.toString(QUuid::WithoutBraces).compare(text, Qt::CaseInsensitive) == 0;
-    }
-    bool takeId(MEMBERID& id)
-    {
-        const QString text = take(QLatin1String("id"));
-        id = text.toInt();
-        return QString::number(id) == text && id != MEMBERID_NIL;
-    }
-    /// The number that belongs to a word.
-    template <class Value>
-    bool takeChoice(QLatin1String name, std::initializer_list<std::pair<QLatin1String, Value>> choices,
-                    Value& value)
-    {
-        const QString text = take(name);
-        for (const auto& [word, meaning] : choices)
-            if (text == word) {
-                value = meaning;
-                return true;
-            }
-        return false;
-    }
-    bool areAllTaken() const { return m_attributes.isEmpty(); }
-
-private:
-    QXmlStreamAttributes m_attributes;
-};
 
 enum class Direction { In, Result };
 
@@ -149,7 +79,7 @@ private:
     bool readInterface();
     bool readMember(InterfaceDescription& interface);
     bool readParameter(Function& function);
-    bool takeBase(Attributes& attributes, InterfaceDescription& interface) const;
+    bool takeBase(TagAttributes& attributes, InterfaceDescription& interface) const;
 
     QXmlStreamReader m_xml;
     std::unique_ptr<LibraryDescription> m_library;
@@ -257,7 +187,7 @@ bool Reader::readLibrary()
 
 bool Reader::readIdentity()
 {
-    Attributes attributes(m_xml);
+    TagAttributes attributes(m_xml);
     TLIBATTR& library = m_library->attributes;
     if (!attributes.takeName(m_library->name) || !attributes.takeUuid(library.guid))
         return false;
@@ -270,7 +200,7 @@ bool Reader::readIdentity()
 
 bool Reader::readExternal()
 {
-    Attributes attributes(m_xml);
+    TagAttributes attributes(m_xml);
     std::wstring name;
     GUID iid{};
     return attributes.takeName(name) && attributes.takeUuid(iid) && attributes.areAllTaken() &&
@@ -279,7 +209,7 @@ bool Reader::readExternal()
 
 bool Reader::readEnumeration()
 {
-    Attributes attributes(m_xml);
+    TagAttributes attributes(m_xml);
     std::wstring name;
     return attributes.takeName(name) && attributes.areAllTaken() && declareType(name, nullptr, VT_I4) &&
            hasNoChildren();
@@ -287,7 +217,7 @@ bool Reader::readEnumeration()
 
 bool Reader::readInterface()
 {
-    Attributes attributes(m_xml);
+    TagAttributes attributes(m_xml);
     std::wstring name;
     GUID iid{};
     InterfaceDescription interface;
@@ -302,7 +232,7 @@ bool Reader::readInterface()
 }
 
 /// Begins an interface with the functions of its base.
-bool Reader::takeBase(Attributes& attributes, InterfaceDescription& interface) const
+bool Reader::takeBase(TagAttributes& attributes, InterfaceDescription& interface) const
 {
     const std::wstring base = attributes.take(QLatin1String("base")).toStdWString();
     if (base == L"IDispatch")
@@ -342,7 +272,7 @@ bool areCompatible(const Function& left, const Function& right)
 
 bool Reader::readMember(InterfaceDescription& interface)
 {
-    Attributes attributes(m_xml);
+    TagAttributes attributes(m_xml);
     Function& function = m_library->functions.emplace_back();
     if (!attributes.takeName(function.name) || !attributes.takeId(function.id) ||
         !attributes.takeChoice(QLatin1String("kind"),
@@ -366,7 +296,7 @@ bool Reader::readMember(InterfaceDescription& interface)
 
 bool Reader::readParameter(Function& function)
 {
-    Attributes attributes(m_xml);
+    TagAttributes attributes(m_xml);
     Parameter parameter;
     std::wstring type;
     Direction direction{};

@@ -156,4 +156,52 @@ TEST_F(Guards, NoTreeBecomesDeeperThanTheBoundInWhateverOrderItIsBuilt)
     EXPECT_EQ(S_FALSE, attribute->get_parentNode(parent.put())) << "and is therefore not placed";
 }
 
+TEST_F(Guards, NullPointersAndForeignChildrenGetTheirAnswerAndChangeNothing)
+{
+    const auto [document, root, text, attribute, list, map] = oneOfEach(L"<a x='1'>t<b/></a>");
+    // A foreign child: a dispatch table that must not be called, and not a byte behind it.
+    const void* const noTable[120] = {};
+    const void* const* foreignObject[1] = {noTable};
+    auto* const foreign = reinterpret_cast<IXMLDOMNode*>(foreignObject);
+    for (IXMLDOMNode* node :
+         {static_cast<IXMLDOMNode*>(document.get()), static_cast<IXMLDOMNode*>(root.get()), text.get(),
+          static_cast<IXMLDOMNode*>(attribute.get())}) {
+        EXPECT_EQ(S_FALSE, node->get_nodeName(nullptr));
+        EXPECT_EQ(S_FALSE, node->get_nodeType(nullptr));
+        EXPECT_EQ(S_FALSE, node->get_parentNode(nullptr));
+        EXPECT_EQ(S_FALSE, node->get_firstChild(nullptr));
+        EXPECT_EQ(S_FALSE, node->get_childNodes(nullptr));
+        EXPECT_EQ(S_FALSE, node->get_attributes(nullptr));
+        EXPECT_EQ(S_FALSE, node->hasChildNodes(nullptr));
+        EXPECT_EQ(S_FALSE, node->get_ownerDocument(nullptr));
+        IXMLDOMNode* preset = root.get();
+        EXPECT_EQ(S_OK, node->appendChild(nullptr, &preset));
+        EXPECT_EQ(S_OK, node->removeChild(nullptr, &preset));
+        EXPECT_EQ(S_FALSE, node->appendChild(foreign, &preset));
+        EXPECT_EQ(S_FALSE, node->removeChild(foreign, &preset));
+        EXPECT_EQ(root.get(), preset);
+    }
+    EXPECT_EQ(S_FALSE, root->get_text(nullptr));
+    EXPECT_EQ(S_FALSE, text->get_text(nullptr));
+    EXPECT_EQ(S_FALSE, text->get_nodeValue(nullptr));
+    EXPECT_EQ(S_FALSE, document->get_nodeValue(nullptr));
+    EXPECT_EQ(S_FALSE, attribute->get_value(nullptr));
+    EXPECT_EQ(S_FALSE, attribute->get_text(nullptr));
+    EXPECT_EQ(S_FALSE, list->get_item(0, nullptr));
+    EXPECT_EQ(S_FALSE, list->get_length(nullptr));
+    EXPECT_EQ(S_FALSE, list->nextNode(nullptr));
+    EXPECT_EQ(S_FALSE, map->get_item(0, nullptr));
+    EXPECT_EQ(S_FALSE, map->get_length(nullptr));
+    EXPECT_EQ(S_FALSE, map->getNamedItem(Bstr(L"x").get(), nullptr));
+    EXPECT_EQ(S_FALSE, root->selectNodes(nullptr, nullptr));
+    EXPECT_EQ(S_FALSE, document->selectNodes(nullptr, nullptr));
+    EXPECT_EQ(S_FALSE, document->get_documentElement(nullptr));
+    EXPECT_EQ(S_FALSE, document->createNode(variantOf(1), Bstr(L"n").get(), nullptr, nullptr));
+    EXPECT_EQ(S_OK, root->cloneNode(1, nullptr));
+    EXPECT_EQ("<a x=\"1\">t<b/>\n</a>\n", saved(document));
+    EXPECT_EQ(S_OK, root->removeChild(text.get(), nullptr));
+    EXPECT_EQ(S_OK, root->appendChild(text.get(), nullptr));
+    EXPECT_EQ("<a x=\"1\">\n    <b/>t</a>\n", saved(document));
+}
+
 } // namespace

@@ -24,6 +24,7 @@ protected:
 
 TEST(EntryPoints, RefuseUntilTheHostHasAttached)
 {
+    _xmlModule = nullptr; // as the library is loaded; other tests may have attached it
     void* object = &object;
     EXPECT_EQ(1, ylrxDelegatedLoadEntry());
     for (const unsigned int reason : {0u, 2u, 3u})

@@ -103,18 +103,11 @@ std::wstring outWords(HRESULT, Out* object)
 
 TEST_F(LateBound, EveryWorkingReaderAnswersAsItsSlotDoes)
 {
-    auto document = documentOf(L"<?xml version='1.0'?><a x='1'>t<b>u</b></a>");
-    auto root = rootOf(document);
-    auto textNode = firstChildOf(*root);
-    ComPtr<IXMLDOMNamedNodeMap> map;
-    root->get_attributes(map.put());
-    ComPtr<IXMLDOMNode> attribute;
-    map->get_item(0, attribute.put());
-    ComPtr<IXMLDOMNodeList> list;
-    root->get_childNodes(list.put());
-
-    for (IXMLDOMNode* node : {static_cast<IXMLDOMNode*>(document.get()),
-                              static_cast<IXMLDOMNode*>(root.get()), textNode.get(), attribute.get()}) {
+    const auto [document, root, textNode, attribute, list, map] =
+        oneOfEach(L"<?xml version='1.0'?><a x='1'>t<b>u</b></a>");
+    for (IXMLDOMNode* node :
+         {static_cast<IXMLDOMNode*>(document.get()), static_cast<IXMLDOMNode*>(root.get()), textNode.get(),
+          static_cast<IXMLDOMNode*>(attribute.get())}) {
         const auto compare = [&](const wchar_t* name, HRESULT early, const std::wstring& expected) {
             Result late;
             EXPECT_EQ(early, get(*node, name, &late)) << name;

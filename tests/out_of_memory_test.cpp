@@ -14,13 +14,9 @@ namespace
 {
 
 /// What a call can work on, made afresh for each failure.
-struct Objects
+struct Objects : OneOfEach
 {
-    ComPtr<IXMLDOMDocument> document;
-    ComPtr<IXMLDOMElement> root;
-    ComPtr<IXMLDOMNode> text, attribute, spare;
-    ComPtr<IXMLDOMNodeList> list;
-    ComPtr<IXMLDOMNamedNodeMap> map;
+    ComPtr<IXMLDOMNode> spare;
 };
 
 struct Call
@@ -43,13 +39,7 @@ class OutOfMemory : public DomTest
 protected:
     static Objects prepare()
     {
-        Objects made;
-        made.document = documentOf(L"<a x='1'>t<b><c/></b></a>");
-        made.root = rootOf(made.document);
-        made.text = firstChildOf(*made.root);
-        made.root->get_attributes(made.map.put());
-        made.map->get_item(0, made.attribute.put());
-        made.root->get_childNodes(made.list.put());
+        Objects made{oneOfEach(L"<a x='1'>t<b><c/></b></a>"), nullptr};
         made.spare = create(*made.document, NODE_ELEMENT, L"spare");
         return made;
     }

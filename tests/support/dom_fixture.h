@@ -48,6 +48,17 @@ std::wstring textOf(const Object& object, Getter getter)
                           : L"(result " + std::to_wstring(result) + L")";
 }
 
+/// An object of each class over one document: its element, and what that has.
+struct OneOfEach
+{
+    ComPtr<IXMLDOMDocument> document;
+    ComPtr<IXMLDOMElement> root;
+    ComPtr<IXMLDOMNode> text;
+    ComPtr<IXMLDOMAttribute> attribute;
+    ComPtr<IXMLDOMNodeList> list;
+    ComPtr<IXMLDOMNamedNodeMap> map;
+};
+
 class DomTest : public ::testing::Test
 {
 protected:
@@ -86,6 +97,30 @@ protected:
         ComPtr<IXMLDOMNode> child;
         node.get_firstChild(child.put());
         return child;
+    }
+
+    static ComPtr<IXMLDOMAttribute> attributeOf(IXMLDOMNode& element, const wchar_t* name)
+    {
+        ComPtr<IXMLDOMNamedNodeMap> map;
+        element.get_attributes(map.put());
+        ComPtr<IXMLDOMNode> node;
+        EXPECT_EQ(S_OK, map->getNamedItem(Bstr(name).get(), node.put()));
+        ComPtr<IXMLDOMAttribute> attribute;
+        node->QueryInterface(IID_IXMLDOMAttribute, reinterpret_cast<void**>(attribute.put()));
+        return attribute;
+    }
+
+    /// \param xml its element has text first and an attribute `x`
+    static OneOfEach oneOfEach(const wchar_t* xml)
+    {
+        OneOfEach made;
+        made.document = documentOf(xml);
+        made.root = rootOf(made.document);
+        made.text = firstChildOf(*made.root);
+        made.attribute = attributeOf(*made.root, L"x");
+        made.root->get_childNodes(made.list.put());
+        made.root->get_attributes(made.map.put());
+        return made;
     }
 
     static ComPtr<IXMLDOMNode> create(IXMLDOMDocument& document, LONG type, const wchar_t* name)
