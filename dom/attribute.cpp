@@ -13,8 +13,8 @@
 
 using kelxml::Inside;
 
-CMorvXMLDOMAttribute::CMorvXMLDOMAttribute(const QDomAttr& node, const QDomDocument& document)
-    : m_node(node), m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document),
+CMorvXMLDOMAttribute::CMorvXMLDOMAttribute(const QDomNode& node, const QDomDocument& document)
+    : m_node(node.toAttr()), m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document),
       m_keeper(kelxml::keeperOf(node))
 {}
 

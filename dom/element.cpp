@@ -16,8 +16,8 @@
 
 using kelxml::Inside;
 
-CMorvXMLDOMElement::CMorvXMLDOMElement(const QDomElement& node, const QDomDocument& document)
-    : m_node(node), m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document),
+CMorvXMLDOMElement::CMorvXMLDOMElement(const QDomNode& node, const QDomDocument& document)
+    : m_node(node.toElement()), m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document),
       m_keeper(kelxml::keeperOf(node))
 {}
 

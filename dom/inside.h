@@ -48,9 +48,11 @@ struct Inside
                           QDomNode& keeper)
     {
         owner.reset();
-        document = QDomDocument();
-        handle = Handle();
-        keeper = QDomNode();
+        static const QDomDocument noDocument;
+        static const Handle noHandle;
+        document = noDocument;
+        handle = noHandle;
+        keeper = noDocument;
     }
 
     template <class Wrapper>

@@ -89,12 +89,12 @@ HRESULT CMorvXMLDOMNodeList::nextNode(IXMLDOMNode** node)
 {
     if (!node)
         return S_FALSE;
-    const QDomNodeList& list = current();
-    if (m_cursor >= static_cast<std::uint32_t>(list.length())) {
+    const QDomNode item = current().item(static_cast<int>(m_cursor));
+    if (item.isNull()) {
         *node = nullptr;
         return S_FALSE;
     }
-    const QDomNode item = list.item(static_cast<int>(m_cursor++));
+    ++m_cursor;
     kelxml::wrapForReturn(item, m_document, node);
     return S_OK;
 }

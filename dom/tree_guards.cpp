@@ -73,7 +73,9 @@ void prepareMeeting(const Place& parent, const Place& child)
 
 QDomNode keeperOf(const QDomNode& node)
 {
-    return node.isAttr() ? node.parentNode().toElement() : QDomElement();
+    if (!node.isAttr())
+        return QDomNode();
+    return node.parentNode().toElement();
 }
 
 std::uint64_t documentChanges() noexcept

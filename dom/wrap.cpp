@@ -14,9 +14,9 @@ void wrapAs(DOMNodeType type, const QDomNode& node, const QDomDocument& document
 {
     switch (type) {
     case NODE_ELEMENT:
-        return handOut<CMorvXMLDOMElement>(node.toElement(), document, out);
+        return handOut<CMorvXMLDOMElement>(node, document, out);
     case NODE_ATTRIBUTE:
-        return handOut<CMorvXMLDOMAttribute>(node.toAttr(), document, out);
+        return handOut<CMorvXMLDOMAttribute>(node, document, out);
     default:
         return handOut<CMorvXMLDOMNode>(node, document, out);
     }

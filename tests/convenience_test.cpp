@@ -1,0 +1,209 @@
+// The optional helpers for C++ callers: who owns what after copies, moves and exceptions, and what a loop
+// over a live list sees.
+
+#include "KelXmlLib/convenience.h"
+
+#include "support/dom_fixture.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace
+{
+
+using kel::Variant;
+
+class Convenience : public DomTest
+{
+protected:
+    static ULONG referencesOn(IUnknown& object)
+    {
+        object.AddRef();
+        return object.Release();
+    }
+
+    template <class Range>
+    static std::wstring namesIn(const Range& range)
+    {
+        std::wstring names;
+        for (const auto& node : range)
+            names += kel::textOf(*node, &IXMLDOMNode::get_nodeName) + L' ';
+        return names;
+    }
+};
+
+/// The code that `action` throws; 0 when it throws none.
+template <class Action>
+HRESULT thrownBy(Action action)
+{
+    try {
+        action();
+    } catch (const kel::Error& error) {
+        return error.code();
+    }
+    return 0;
+}
+
+TEST_F(Convenience, ValuesHoldWhatTheyWereMadeFromAndConvertNothingElse)
+{
+    EXPECT_EQ(-7, Variant(-7).integer());
+    EXPECT_EQ(VT_I4, Variant(-7).type());
+    EXPECT_EQ(std::int64_t{1} << 40, Variant(std::int64_t{1} << 40).integer());
+    EXPECT_EQ(1.5, Variant(1.5).number());
+    EXPECT_EQ(3.0, Variant(3).number());
+    EXPECT_EQ(VARIANT_TRUE, Variant(true).get().boolVal);
+    EXPECT_FALSE(Variant(false).truth());
+    EXPECT_EQ(L"text", Variant(L"text").text());
+    EXPECT_EQ(std::wstring_view(L"a\0b", 3), Variant(std::wstring(L"a\0b", 3)).text());
+    EXPECT_EQ(std::wstring_view(), Variant(std::wstring_view()).text());
+    EXPECT_EQ(VT_BSTR, Variant(static_cast<const wchar_t*>(nullptr)).type());
+    EXPECT_EQ(L"taken", Variant(Bstr(L"taken")).text());
+    VARIANT widest{};
+    widest.vt = VT_UI4;
+    widest.ulVal = 0xFFFFFFFFU;
+    EXPECT_EQ(0xFFFFFFFFLL, Variant::adopt(widest).integer());
+
+    const Variant text(L"5");
+    EXPECT_EQ(DISP_E_TYPEMISMATCH, thrownBy([&] { text.integer(); }));
+    EXPECT_EQ(DISP_E_TYPEMISMATCH, thrownBy([&] { text.number(); }));
+    EXPECT_EQ(DISP_E_TYPEMISMATCH, thrownBy([&] { text.object(); }));
+    EXPECT_EQ(DISP_E_TYPEMISMATCH, thrownBy([] { Variant(1).truth(); }));
+    EXPECT_EQ(DISP_E_TYPEMISMATCH, thrownBy([] { Variant().text(); }));
+
+    // What would quietly become a truth value or another number does not compile.
+    static_assert(!std::is_constructible_v<Variant, const char*> &&
+                  !std::is_constructible_v<Variant, void*> && !std::is_constructible_v<Variant, IDispatch*> &&
+                  !std::is_constructible_v<Variant, VARIANT_BOOL> && !std::is_constructible_v<Variant, UINT>);
+}
+
+TEST_F(Convenience, ATextIsFreedOnceWhateverIsDoneWithItsValue)
+{
+    expectNothingLeft([] {
+        Variant first(L"first");
+        Variant copy(first);
+        EXPECT_NE(first.get().bstrVal, copy.get().bstrVal);
+        Variant moved(std::move(first));
+        EXPECT_EQ(VT_EMPTY, first.type());
+        first = copy;
+        copy = std::move(moved);
+        Variant& same = copy;
+        copy = same;
+        EXPECT_EQ(L"first", copy.text());
+        copy = std::move(same);
+        EXPECT_EQ(L"first", copy.text());
+        EXPECT_EQ(VT_EMPTY, copy.put()->vt);
+        *copy.put() = Variant(L"given out").detach();
+        EXPECT_EQ(L"given out", copy.text());
+        std::vector<Variant> values(3, copy);
+        values.insert(values.begin(), first);
+        EXPECT_EQ(L"first", values.front().text());
+    });
+}
+
+TEST_F(Convenience, AnObjectHasOneReferenceForEachValueThatCarriesIt)
+{
+    const auto document = kel::newDocument();
+    const ULONG before = referencesOn(*document);
+    {
+        const Variant first(document);
+        EXPECT_EQ(before + 1, referencesOn(*document));
+        Variant copy(first);
+        EXPECT_EQ(before + 2, referencesOn(*document));
+        const Variant moved(std::move(copy));
+        EXPECT_EQ(before + 2, referencesOn(*document));
+        EXPECT_EQ(before + 3, referencesOn(*moved.object().get()));
+        VARIANT unknown{};
+        unknown.vt = VT_UNKNOWN;
+        unknown.punkVal = ComPtr<IUnknown>(document.get()).detach();
+        const Variant owner = Variant::adopt(unknown);
+        const Variant copied(owner);
+        EXPECT_EQ(before + 4, referencesOn(*document));
+    }
+    EXPECT_EQ(before, referencesOn(*document));
+    EXPECT_FALSE(Variant(ComPtr<IDispatch>()).object());
+}
+
+TEST_F(Convenience, WithoutMemoryACopyThrowsAndBothSidesStayWhole)
+{
+    if (!allocations::kCanFail)
+        GTEST_SKIP() << "this allocator cannot be made to fail";
+    expectNothingLeft([] {
+        const Variant source(L"source");
+        Variant target(L"target");
+        const allocations::FailAt failing(1);
+        EXPECT_THROW(target = source, std::bad_alloc);
+        EXPECT_EQ(L"target", target.text());
+        EXPECT_EQ(L"source", source.text());
+    });
+}
+
+TEST_F(Convenience, AnAnswerOfFalseIsAFailureUnlessItWasSaidToBeNone)
+{
+    EXPECT_TRUE(kel::check(S_OK));
+    EXPECT_FALSE(kel::check(S_FALSE, kel::FalseIs::success));
+    EXPECT_EQ(S_FALSE, thrownBy([] { kel::check(S_FALSE); }));
+    EXPECT_EQ(S_FALSE, thrownBy([] { kel::check(S_FALSE, "loading"); }));
+    EXPECT_EQ(E_FAIL, thrownBy([] { kel::check(E_FAIL, kel::FalseIs::success); }));
+    // A success code that nobody knows is no permission to go on as after `S_OK`.
+    EXPECT_EQ(2, thrownBy([] { kel::check(2); }));
+    EXPECT_STREQ("loading: out of memory", kel::Error(E_OUTOFMEMORY, "loading").what());
+    EXPECT_STREQ("unknown answer 0x80001234", kel::Error(static_cast<HRESULT>(0x80001234U)).what());
+}
+
+TEST_F(Convenience, LoopsVisitEveryNodeAndKeepTheirListAlive)
+{
+    expectNothingLeft([] {
+        const auto document = documentOf(L"<r a='1' b='2'><x/>text<y><x/></y><!--c--></r>");
+        const auto root = rootOf(document);
+        EXPECT_EQ(L"x #text y #comment ", namesIn(kel::childrenOf(*root)));
+        EXPECT_EQ(L"x x ", namesIn(kel::elementsNamed(*document, L"x")));
+        EXPECT_EQ(L"", namesIn(kel::elementsNamed(*root, L"none")));
+        EXPECT_EQ(L"", namesIn(kel::attributesOf(*firstChildOf(*root))));
+        std::vector<std::wstring> attributes;
+        for (const auto& node : kel::attributesOf(*root)) {
+            Variant value;
+            kel::check(kel::asAttribute(*node)->get_value(value.put()));
+            attributes.push_back(kel::textOf(*node, &IXMLDOMNode::get_nodeName) + L'=' +
+                                 std::wstring(value.text()));
+        }
+        std::sort(attributes.begin(), attributes.end());
+        EXPECT_EQ((std::vector<std::wstring>{L"a=1", L"b=2"}), attributes);
+        EXPECT_FALSE(kel::asElement(*kel::attributesOf(*root).begin().operator*()));
+    });
+    EXPECT_EQ(L"", namesIn(kel::each(ComPtr<IXMLDOMNodeList>())));
+}
+
+TEST_F(Convenience, ALoopCanBeRepeatedLeftByAnExceptionAndOutrunByChanges)
+{
+    expectNothingLeft([] {
+        const auto document = documentOf(L"<r><a/><b/><c/><d/></r>");
+        const auto root = rootOf(document);
+        ComPtr<IXMLDOMNodeList> list;
+        root->get_childNodes(list.put());
+        ComPtr<IXMLDOMNode> first;
+        list->nextNode(first.put());
+        EXPECT_EQ(L"a b c d ", namesIn(kel::each(list)));
+        EXPECT_EQ(L"a b c d ", namesIn(kel::each(list)));
+        EXPECT_THROW(
+            {
+                for (const auto& node : kel::each(list))
+                    throw kel::textOf(*node, &IXMLDOMNode::get_nodeName);
+            },
+            std::wstring);
+
+        // Every node that goes lets the next one move up.
+        for (const auto& node : kel::each(list))
+            root->removeChild(node.get(), nullptr);
+        EXPECT_EQ(L"b d ", namesIn(kel::each(list)));
+        std::vector<ComPtr<IXMLDOMNode>> collected;
+        for (const auto& node : kel::each(list))
+            collected.push_back(node);
+        for (const auto& node : collected)
+            root->removeChild(node.get(), nullptr);
+        EXPECT_EQ(L"", namesIn(kel::each(list)));
+        // The list's cursor was nobody's but its owner's.
+        EXPECT_EQ(S_FALSE, list->nextNode(first.put()));
+    });
+}
+
+} // namespace
