@@ -10,8 +10,10 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 
-# Everything of ours links to this: warnings, Qt without its implicit conversions, our headers.
+# Everything of ours links to this: warnings, Qt without its implicit conversions, our headers. What is exported is
+# for others to call, not to replace: calls within a library need not go through its symbol table.
 add_library(kel_settings INTERFACE)
+target_compile_options(kel_settings INTERFACE -fno-semantic-interposition)
 target_compile_options(kel_settings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
                        -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wundef)
 target_compile_definitions(kel_settings INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII

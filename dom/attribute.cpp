@@ -20,7 +20,7 @@ CMorvXMLDOMAttribute::CMorvXMLDOMAttribute(const QDomNode& node, const QDomDocum
 
 CMorvXMLDOMAttribute::~CMorvXMLDOMAttribute()
 {
-    Inside::takeApart(m_ownerDocument, m_document, m_node, m_keeper);
+    Inside::letGoBeforeKeeper(m_ownerDocument, m_document, m_node);
 }
 
 HRESULT CMorvXMLDOMAttribute::QueryInterface(const GUID& riid, void** ppv)

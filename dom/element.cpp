@@ -17,13 +17,12 @@
 using kelxml::Inside;
 
 CMorvXMLDOMElement::CMorvXMLDOMElement(const QDomNode& node, const QDomDocument& document)
-    : m_node(node.toElement()), m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document),
-      m_keeper(kelxml::keeperOf(node))
+    : m_node(node.toElement()), m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document)
 {}
 
 CMorvXMLDOMElement::~CMorvXMLDOMElement()
 {
-    Inside::takeApart(m_ownerDocument, m_document, m_node, m_keeper);
+    m_ownerDocument.reset(); // first; the members follow in the promised order by themselves
 }
 
 HRESULT CMorvXMLDOMElement::QueryInterface(const GUID& riid, void** ppv)

@@ -41,18 +41,17 @@ struct Inside
         return wrapper.m_refCount;
     }
 
-    /// Takes a wrapper apart in the promised order; the holder follows with the base class. The keeper goes
-    /// after all that may still point into the element it keeps.
+    /// For an object with a keeper: lets go of the rest in the promised order. The keeper, a later member,
+    /// would go first, and goes after all that may still point into the element it keeps.
     template <class Handle>
-    static void takeApart(kel::ComPtr<CMorvXMLDOMDocument>& owner, QDomDocument& document, Handle& handle,
-                          QDomNode& keeper)
+    static void letGoBeforeKeeper(kel::ComPtr<CMorvXMLDOMDocument>& owner, QDomDocument& document,
+                                  Handle& handle)
     {
         owner.reset();
         static const QDomDocument noDocument;
         static const Handle noHandle;
         document = noDocument;
         handle = noHandle;
-        keeper = noDocument;
     }
 
     template <class Wrapper>

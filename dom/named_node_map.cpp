@@ -17,7 +17,7 @@ CMorvXMLDOMNamedNodeMap::CMorvXMLDOMNamedNodeMap(const QDomNode& node, const QDo
 
 CMorvXMLDOMNamedNodeMap::~CMorvXMLDOMNamedNodeMap()
 {
-    Inside::takeApart(m_ownerDocument, m_document, m_map, m_keeper);
+    Inside::letGoBeforeKeeper(m_ownerDocument, m_document, m_map);
 }
 
 HRESULT CMorvXMLDOMNamedNodeMap::QueryInterface(const GUID& riid, void** ppv)

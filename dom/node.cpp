@@ -15,13 +15,12 @@
 using kelxml::Inside;
 
 CMorvXMLDOMNode::CMorvXMLDOMNode(const QDomNode& node, const QDomDocument& document)
-    : m_node(node), m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document),
-      m_keeper(kelxml::keeperOf(node))
+    : m_node(node), m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document)
 {}
 
 CMorvXMLDOMNode::~CMorvXMLDOMNode()
 {
-    Inside::takeApart(m_ownerDocument, m_document, m_node, m_keeper);
+    m_ownerDocument.reset(); // first; the members follow in the promised order by themselves
 }
 
 HRESULT CMorvXMLDOMNode::QueryInterface(const GUID& riid, void** ppv)

@@ -26,8 +26,8 @@ QDomNodeList makeList(const CMorvXMLDOMNodeListOrigin& origin)
 
 CMorvXMLDOMNodeList::CMorvXMLDOMNodeList(const CMorvXMLDOMNodeListOrigin& origin,
                                          const QDomDocument& document)
-    : m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document), m_origin(origin),
-      m_keeper(kelxml::keeperOf(origin.node))
+    : m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document),
+      m_keeper(kelxml::keeperOf(origin.node)), m_origin(origin)
 {
     kelxml::settle({m_origin.node, m_document});
     m_list = makeList(m_origin);
@@ -36,9 +36,7 @@ CMorvXMLDOMNodeList::CMorvXMLDOMNodeList(const CMorvXMLDOMNodeListOrigin& origin
 
 CMorvXMLDOMNodeList::~CMorvXMLDOMNodeList()
 {
-    m_ownerDocument.reset();
-    m_origin = {};
-    Inside::takeApart(m_ownerDocument, m_document, m_list, m_keeper);
+    Inside::letGoBeforeKeeper(m_ownerDocument, m_document, m_list);
 }
 
 const QDomNodeList& CMorvXMLDOMNodeList::current()

@@ -24,8 +24,7 @@ void wrapAs(DOMNodeType type, const QDomNode& node, const QDomDocument& document
 
 void wrapForReturn(const QDomNode& node, const QDomDocument& document, IXMLDOMNode** out)
 {
-    const DOMNodeType type = node.isAttr() ? NODE_ATTRIBUTE : node.isElement() ? NODE_ELEMENT : NODE_INVALID;
-    wrapAs(type, node, document, out);
+    wrapAs(static_cast<DOMNodeType>(node.nodeType()), node, document, out);
 }
 
 } // namespace kelxml

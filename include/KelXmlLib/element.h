@@ -1,4 +1,5 @@
-// The object over an element.
+/// \file
+/// The object over an element.
 
 #pragma once
 
@@ -75,7 +76,7 @@ public:
     virtual ~CMorvXMLDOMElement();
 
     /// For the library itself: wraps `node`, with an owner document of its own over `document`.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMElement(const QDomElement& node, const QDomDocument& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMElement(const QDomNode& node, const QDomDocument& document);
 
 private:
     friend struct kelxml::Inside;
@@ -84,5 +85,4 @@ private:
     QDomElement m_node;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
-    QDomNode m_keeper; ///< the element that an attribute stands on; let go of last
 };

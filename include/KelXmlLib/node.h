@@ -1,5 +1,6 @@
-// The object over any node that is neither an element nor an attribute: text, comments, CDATA sections,
-// processing instructions, and the document node when it is reached from below.
+/// \file
+/// The object over any node that is neither an element nor an attribute: text, comments, CDATA sections,
+/// processing instructions, and the document node when it is reached from below.
 
 #pragma once
 
@@ -75,5 +76,4 @@ private:
     QDomNode m_node;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
-    QDomNode m_keeper; ///< the element that an attribute stands on; let go of last
 };

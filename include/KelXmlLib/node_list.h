@@ -1,4 +1,5 @@
-// The object over a live list of nodes: children, or elements by tag name.
+/// \file
+/// The object over a live list of nodes: children, or elements by tag name.
 
 #pragma once
 
@@ -19,9 +20,9 @@ struct Inside;
 /// What a list was made from, so that it can be made anew.
 struct CMorvXMLDOMNodeListOrigin
 {
-    QDomNode node;
-    bool byTagName = false;
-    QString tagName;
+    QDomNode node;          ///< whose children, or descendants, are listed
+    bool byTagName = false; ///< whether the list is of descendant elements rather than of children
+    QString tagName;        ///< of those elements
 };
 
 /// See `IXMLDOMNodeList` for what each method does.
@@ -56,7 +57,7 @@ private:
     std::uint32_t m_cursor = 0;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
-    CMorvXMLDOMNodeListOrigin m_origin;               ///< to make the list anew
+    QDomNode m_keeper; ///< the element of an attribute whose children are listed; let go of last
+    CMorvXMLDOMNodeListOrigin m_origin; ///< to make the list anew; let go of before the keeper
     std::uint64_t m_madeAt = 0; ///< the count of nodes that came into other documents when `m_list` was made
-    QDomNode m_keeper;          ///< the element of an attribute whose children are listed; let go of last
 };
