@@ -1,4 +1,5 @@
-// BSTRs on 32-bit wide characters, and an owner for one.
+/// \file
+/// BSTRs on 32-bit wide characters, and an owner for one.
 
 #pragma once
 
@@ -31,7 +32,9 @@ public:
     Bstr() = default;
     /// Copies `text`; empty when `text` is null.
     explicit Bstr(const wchar_t* text) : m_text(SysAllocString(text)) {}
+    /// Takes over what `other` owns, and leaves it empty.
     Bstr(Bstr&& other) noexcept : m_text(other.detach()) {}
+    /// Frees the held BSTR and takes over what `other` owns, which is left empty.
     Bstr& operator=(Bstr&& other) noexcept
     {
         reset(other.detach());
@@ -43,9 +46,11 @@ public:
 
     /// Lends the BSTR, to read or to pass as an argument; it stays owned here.
     BSTR get() const noexcept { return m_text; }
+    /// In characters; 0 when empty.
     UINT length() const noexcept { return SysStringLen(m_text); }
     /// The text as a zero-ended string, never null.
     const wchar_t* c_str() const noexcept { return m_text ? m_text : L""; }
+    /// \return whether a BSTR is held, be it of length 0
     explicit operator bool() const noexcept { return m_text != nullptr; }
 
     /// Frees the held BSTR and takes over `text`.

@@ -1,4 +1,5 @@
-// A counted pointer for COM objects: it takes a reference when it is made and gives it back when it goes.
+/// \file
+/// A counted pointer for COM objects: it takes a reference when it is made and gives it back when it goes.
 
 #pragma once
 
@@ -14,6 +15,7 @@ class ComPtr
 {
 public:
     ComPtr() = default;
+    /// Holds nothing.
     ComPtr(std::nullptr_t) {}
     /// Takes a reference of its own; the caller keeps what it held. A new object of count 0 leaves
     /// with the pointer's one reference.
@@ -22,8 +24,11 @@ public:
         if (m_object)
             m_object->AddRef();
     }
+    /// Takes a reference of its own on what `other` holds.
     ComPtr(const ComPtr& other) : ComPtr(other.m_object) {}
+    /// Takes over the reference of `other`, which holds nothing then.
     ComPtr(ComPtr&& other) noexcept : m_object(other.detach()) {}
+    /// Gives the held reference back and holds what `other` held.
     ComPtr& operator=(ComPtr other) noexcept
     {
         std::swap(m_object, other.m_object);
@@ -39,9 +44,13 @@ public:
         return pointer;
     }
 
+    /// Lends the object; the reference stays here.
     T* get() const noexcept { return m_object; }
+    /// Lends the object, which must be there.
     T* operator->() const noexcept { return m_object; }
+    /// Lends the object, which must be there.
     T& operator*() const noexcept { return *m_object; }
+    /// \return whether an object is held
     explicit operator bool() const noexcept { return m_object != nullptr; }
 
     /// Gives the reference back and holds nothing.

@@ -1,4 +1,5 @@
-// ITypeLib and ITypeInfo: what a type library says about interfaces, in the published layouts.
+/// \file
+/// ITypeLib and ITypeInfo: what a type library says about interfaces, in the published layouts.
 
 #pragma once
 
@@ -7,107 +8,121 @@
 class ITypeComp;
 class ITypeLib;
 
+/// What a type is. Every type that a library describes here is a `TKIND_DISPATCH`.
 enum TYPEKIND : std::int32_t {
     TKIND_ENUM = 0,
     TKIND_RECORD = 1,
     TKIND_MODULE = 2,
     TKIND_INTERFACE = 3,
-    TKIND_DISPATCH = 4,
+    TKIND_DISPATCH = 4, ///< an interface whose members can be called by name
     TKIND_COCLASS = 5,
     TKIND_ALIAS = 6,
     TKIND_UNION = 7,
 };
+/// How a function is reached. Here it is always `FUNC_PUREVIRTUAL`, through its slot.
 enum FUNCKIND : std::int32_t { FUNC_VIRTUAL, FUNC_PUREVIRTUAL, FUNC_NONVIRTUAL, FUNC_STATIC, FUNC_DISPATCH };
+/// What a function is; the values are those of the `DISPATCH_` flags.
 enum INVOKEKIND : std::int32_t {
-    INVOKE_FUNC = 1,
-    INVOKE_PROPERTYGET = 2,
-    INVOKE_PROPERTYPUT = 4,
-    INVOKE_PROPERTYPUTREF = 8,
+    INVOKE_FUNC = 1,           ///< a method
+    INVOKE_PROPERTYGET = 2,    ///< a getter
+    INVOKE_PROPERTYPUT = 4,    ///< a setter
+    INVOKE_PROPERTYPUTREF = 8, ///< a setter that takes an object
 };
+/// How a slot is called. Here it is always `CC_CDECL`, the platform's own way.
 enum CALLCONV : std::int32_t { CC_CDECL = 1, CC_STDCALL = 4 };
 
-constexpr WORD TYPEFLAG_FDUAL = 0x40;
-constexpr WORD TYPEFLAG_FDISPATCHABLE = 0x1000;
-constexpr USHORT PARAMFLAG_FIN = 1;
-constexpr USHORT PARAMFLAG_FOUT = 2;
-constexpr USHORT PARAMFLAG_FRETVAL = 8;
-constexpr USHORT PARAMFLAG_FOPT = 16;
+constexpr WORD TYPEFLAG_FDUAL = 0x40;           ///< reached through slots and by name
+constexpr WORD TYPEFLAG_FDISPATCHABLE = 0x1000; ///< begins with `IDispatch`
+constexpr USHORT PARAMFLAG_FIN = 1;             ///< read by the member
+constexpr USHORT PARAMFLAG_FOUT = 2;            ///< a place that the member writes
+constexpr USHORT PARAMFLAG_FRETVAL = 8;         ///< the result of a call by name
+constexpr USHORT PARAMFLAG_FOPT = 16;           ///< may be left out
 
+// The descriptions. They belong to the type library, are only read, and hold as long as the object that gave
+// them. Members that tell nothing here are 0 or null.
+
+/// A type.
 struct TYPEDESC
 {
     union {
         TYPEDESC* lptdesc; ///< of `VT_PTR`: what is pointed to
-        void* lpadesc;
+        void* lpadesc;     ///< of `VT_ARRAY`: nothing here has one
         HREFTYPE hreftype; ///< of `VT_USERDEFINED`: the type, by its place in the library
     };
-    VARTYPE vt;
+    VARTYPE vt; ///< its tag, a value of `VARENUM`
 };
+/// How a parameter is passed.
 struct PARAMDESC
 {
-    void* pparamdescex;
-    USHORT wParamFlags;
+    void* pparamdescex; ///< null: no parameter has a default value
+    USHORT wParamFlags; ///< the sum of the `PARAMFLAG_` constants that hold
 };
+/// The same as `PARAMDESC`, as older callers read it.
 struct IDLDESC
 {
-    std::uintptr_t dwReserved;
-    USHORT wIDLFlags;
+    std::uintptr_t dwReserved; ///< 0
+    USHORT wIDLFlags;          ///< the sum of the `PARAMFLAG_` constants that hold
 };
+/// A parameter, or what a slot answers.
 struct ELEMDESC
 {
-    TYPEDESC tdesc;
+    TYPEDESC tdesc; ///< its type
     union {
-        IDLDESC idldesc;
-        PARAMDESC paramdesc;
+        IDLDESC idldesc;     ///< how it is passed
+        PARAMDESC paramdesc; ///< how it is passed
     };
 };
 
+/// A function: a getter, a setter or a method, each with a slot of its own.
 struct FUNCDESC
 {
-    MEMBERID memid;
-    SCODE* lprgscode;
-    ELEMDESC* lprgelemdescParam;
-    FUNCKIND funckind;
-    INVOKEKIND invkind;
-    CALLCONV callconv;
-    SHORT cParams;
-    SHORT cParamsOpt;
-    SHORT oVft; ///< offset of the slot in the dispatch table, in bytes
-    SHORT cScodes;
-    ELEMDESC elemdescFunc;
-    WORD wFuncFlags;
+    MEMBERID memid;              ///< the member; a getter and its setter have one
+    SCODE* lprgscode;            ///< null: failures are not listed
+    ELEMDESC* lprgelemdescParam; ///< the slot's parameters in order, the result's place last; null for none
+    FUNCKIND funckind;           ///< `FUNC_PUREVIRTUAL`
+    INVOKEKIND invkind;          ///< getter, setter or method
+    CALLCONV callconv;           ///< `CC_CDECL`
+    SHORT cParams;               ///< how many parameters the slot has, the result's place included
+    SHORT cParamsOpt;            ///< how many of them may be left out
+    SHORT oVft;                  ///< offset of the slot in the dispatch table, in bytes
+    SHORT cScodes;               ///< 0
+    ELEMDESC elemdescFunc;       ///< what the slot answers: `VT_HRESULT`
+    WORD wFuncFlags;             ///< 0
 };
 
+/// An interface.
 struct TYPEATTR
 {
-    GUID guid;
-    LCID lcid;
-    DWORD dwReserved;
-    MEMBERID memidConstructor;
-    MEMBERID memidDestructor;
-    wchar_t* lpstrSchema;
-    ULONG cbSizeInstance;
-    TYPEKIND typekind;
-    WORD cFuncs;
-    WORD cVars;
-    WORD cImplTypes;
-    WORD cbSizeVft;
-    WORD cbAlignment;
-    WORD wTypeFlags;
-    WORD wMajorVerNum;
-    WORD wMinorVerNum;
-    TYPEDESC tdescAlias;
-    IDLDESC idldescType;
+    GUID guid;                 ///< its identifier
+    LCID lcid;                 ///< 0
+    DWORD dwReserved;          ///< 0
+    MEMBERID memidConstructor; ///< `MEMBERID_NIL`
+    MEMBERID memidDestructor;  ///< `MEMBERID_NIL`
+    wchar_t* lpstrSchema;      ///< null
+    ULONG cbSizeInstance;      ///< bytes of a pointer to the interface
+    TYPEKIND typekind;         ///< `TKIND_DISPATCH`
+    WORD cFuncs;               ///< how many functions it has, inherited ones included, without `IDispatch`'s
+    WORD cVars;                ///< 0
+    WORD cImplTypes;           ///< 0
+    WORD cbSizeVft;            ///< bytes of the dispatch table, the slots of `IDispatch` included
+    WORD cbAlignment;          ///< alignment of a pointer to the interface, in bytes
+    WORD wTypeFlags;           ///< `TYPEFLAG_FDUAL` and `TYPEFLAG_FDISPATCHABLE`
+    WORD wMajorVerNum;         ///< of the library's version
+    WORD wMinorVerNum;         ///< of the library's version
+    TYPEDESC tdescAlias;       ///< all 0
+    IDLDESC idldescType;       ///< all 0
 };
 
 struct VARDESC;
+/// A type library.
 struct TLIBATTR
 {
-    GUID guid;
-    LCID lcid;
-    std::int32_t syskind;
-    WORD wMajorVerNum;
-    WORD wMinorVerNum;
-    WORD wLibFlags;
+    GUID guid;            ///< its identifier
+    LCID lcid;            ///< 0
+    std::int32_t syskind; ///< 0
+    WORD wMajorVerNum;    ///< of its version
+    WORD wMinorVerNum;    ///< of its version
+    WORD wLibFlags;       ///< 0
 };
 
 static_assert(sizeof(TYPEDESC) == 16 && sizeof(ELEMDESC) == 32 && sizeof(FUNCDESC) == 88 &&
@@ -115,56 +130,121 @@ static_assert(sizeof(TYPEDESC) == 16 && sizeof(ELEMDESC) == 32 && sizeof(FUNCDES
               "published layouts: descriptions cross the boundary by pointer");
 
 /// The description of one interface. A function is a getter, a setter or a method; a getter and its
-/// setter are two functions with one identifier. Unlike the objects, it may be used by several threads.
+/// setter are two functions with one identifier. Unlike the objects, it may be used by several threads. It
+/// keeps its library, and with it all descriptions that it gave, alive.
 class ITypeInfo : public IUnknown
 {
 public:
+    /// \param attributes receives the interface's attributes, lent: given back with `ReleaseTypeAttr`
+    /// \return `S_OK`; `E_POINTER`
     virtual HRESULT GetTypeAttr(TYPEATTR** attributes) = 0;
+    /// Not carried out: `E_NOTIMPL`, nothing written.
     virtual HRESULT GetTypeComp(ITypeComp** comp) = 0;
+    /// \param index from 0, in slot order, inherited functions first
+    /// \param description receives the function, lent: given back with `ReleaseFuncDesc`; null out of range
+    /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`
     virtual HRESULT GetFuncDesc(UINT index, FUNCDESC** description) = 0;
+    /// Not carried out: `E_NOTIMPL`, nothing written.
     virtual HRESULT GetVarDesc(UINT index, VARDESC** description) = 0;
+    /// The names of a member and of its first function's parameters, the result last. The value of a setter
+    /// has none.
+    /// \param member the member's identifier
+    /// \param names receives the names as new BSTRs, which the caller frees
+    /// \param room how many names fit
+    /// \param count receives how many were written, 0 unless all went well
+    /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`; `E_OUTOFMEMORY`
     virtual HRESULT GetNames(MEMBERID member, BSTR* names, UINT room, UINT* count) = 0;
+    /// Not carried out: `E_NOTIMPL`, nothing written.
     virtual HRESULT GetRefTypeOfImplType(UINT index, HREFTYPE* type) = 0;
+    /// Not carried out: `E_NOTIMPL`, nothing written.
     virtual HRESULT GetImplTypeFlags(UINT index, INT* flags) = 0;
+    /// See `IDispatch::GetIDsOfNames`.
     virtual HRESULT GetIDsOfNames(wchar_t** names, UINT count, MEMBERID* identifiers) = 0;
+    /// Calls a member of `instance`, an object by this very interface, through the object's own dispatch table.
+    /// See `IDispatch::Invoke` for the other arguments and the answers; `E_INVALIDARG` for a null `instance`.
     virtual HRESULT Invoke(void* instance, MEMBERID member, WORD flags, DISPPARAMS* parameters,
                            VARIANT* result, EXCEPINFO* exception, UINT* badArgument) = 0;
+    /// The name of a member, or of the interface. Nothing else is told; any output may be null.
+    /// \param member the member's identifier, or `MEMBERID_NIL` for the interface
+    /// \param name receives a new BSTR, which the caller frees; null when there is none
+    /// \param documentation receives null
+    /// \param helpContext receives 0
+    /// \param helpFile receives null
+    /// \return `S_OK`; `TYPE_E_ELEMENTNOTFOUND`; `E_OUTOFMEMORY`
     virtual HRESULT GetDocumentation(MEMBERID member, BSTR* name, BSTR* documentation, DWORD* helpContext,
                                      BSTR* helpFile) = 0;
+    /// Not carried out: `E_NOTIMPL`, nothing written.
     virtual HRESULT GetDllEntry(MEMBERID member, INVOKEKIND kind, BSTR* dll, BSTR* name, WORD* ordinal) = 0;
+    /// Not carried out: `E_NOTIMPL`, nothing written.
     virtual HRESULT GetRefTypeInfo(HREFTYPE type, ITypeInfo** typeInfo) = 0;
+    /// Not carried out: `E_NOTIMPL`, nothing written.
     virtual HRESULT AddressOfMember(MEMBERID member, INVOKEKIND kind, void** address) = 0;
+    /// Not carried out: `E_NOTIMPL`, nothing written.
     virtual HRESULT CreateInstance(IUnknown* outer, const GUID& riid, void** object) = 0;
+    /// Not carried out: `E_NOTIMPL`, nothing written.
     virtual HRESULT GetMops(MEMBERID member, BSTR* mops) = 0;
+    /// \param library receives the library with one reference, which the caller releases
+    /// \param index receives the interface's index in `ITypeLib::GetTypeInfo`; may be null
+    /// \return `S_OK`; `E_POINTER`
     virtual HRESULT GetContainingTypeLib(ITypeLib** library, UINT* index) = 0;
+    /// Gives attributes back. They are part of the library: nothing is freed.
     virtual void ReleaseTypeAttr(TYPEATTR* attributes) = 0;
+    /// Gives a function back. It is part of the library: nothing is freed.
     virtual void ReleaseFuncDesc(FUNCDESC* description) = 0;
+    /// Does nothing: there are no variables.
     virtual void ReleaseVarDesc(VARDESC* description) = 0;
 
 protected:
     ~ITypeInfo() = default;
 };
 
-/// A loaded type library.
+/// A loaded type library. It may be used by several threads.
 class ITypeLib : public IUnknown
 {
 public:
+    /// \return how many interfaces it describes
     virtual UINT GetTypeInfoCount() = 0;
+    /// \param index from 0, in the order of the file
+    /// \param typeInfo receives a new description with one reference, which the caller releases; null out of
+    ///        range
+    /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`
     virtual HRESULT GetTypeInfo(UINT index, ITypeInfo** typeInfo) = 0;
+    /// \param index from 0, in the order of the file
+    /// \param kind receives `TKIND_DISPATCH`
+    /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`
     virtual HRESULT GetTypeInfoType(UINT index, TYPEKIND* kind) = 0;
+    /// \param guid the identifier of an interface
+    /// \param typeInfo receives a new description with one reference, which the caller releases; null for an
+    ///        identifier that is not described
+    /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`
     virtual HRESULT GetTypeInfoOfGuid(const GUID& guid, ITypeInfo** typeInfo) = 0;
+    /// \param attributes receives the library's attributes, lent: given back with `ReleaseTLibAttr`
+    /// \return `S_OK`; `E_POINTER`
     virtual HRESULT GetLibAttr(TLIBATTR** attributes) = 0;
+    /// Not carried out: `E_NOTIMPL`, nothing written.
     virtual HRESULT GetTypeComp(ITypeComp** comp) = 0;
+    /// The name of an interface, or of the library. Nothing else is told; any output may be null.
+    /// \param index the interface's, or -1 for the library
+    /// \param name receives a new BSTR, which the caller frees; null when there is none
+    /// \param documentation receives null
+    /// \param helpContext receives 0
+    /// \param helpFile receives null
+    /// \return `S_OK`; `TYPE_E_ELEMENTNOTFOUND`; `E_OUTOFMEMORY`
     virtual HRESULT GetDocumentation(INT index, BSTR* name, BSTR* documentation, DWORD* helpContext,
                                      BSTR* helpFile) = 0;
+    /// Not carried out: `E_NOTIMPL`, nothing written.
     virtual HRESULT IsName(wchar_t* name, ULONG hash, INT* isName) = 0;
+    /// Not carried out: `E_NOTIMPL`, nothing written.
     virtual HRESULT FindName(wchar_t* name, ULONG hash, ITypeInfo** typeInfos, MEMBERID* members,
                              USHORT* count) = 0;
+    /// Gives attributes back. They are part of the library: nothing is freed.
     virtual void ReleaseTLibAttr(TLIBATTR* attributes) = 0;
 
 protected:
     ~ITypeLib() = default;
 };
 
+/// The identifier of `ITypeInfo`.
 extern "C" [[gnu::visibility("default")]] const GUID IID_ITypeInfo;
+/// The identifier of `ITypeLib`.
 extern "C" [[gnu::visibility("default")]] const GUID IID_ITypeLib;

@@ -1,10 +1,12 @@
-// The type-library service: a registry of the process's own, and the loading of libraries.
+/// \file
+/// The type-library service: a registry of the process's own, and the loading of libraries.
 
 #pragma once
 
 #include "typeinfo.h"
 
-/// Registry and cache may be used from several threads at once.
+/// The type-library service. Registry and cache may be used from several threads at once; nothing is kept
+/// beyond the life of the process.
 namespace KelTypelib
 {
 
@@ -12,11 +14,13 @@ namespace KelTypelib
 constexpr unsigned PathCapacity = 1024;
 
 /// Finds the path of a registered type library.
+/// \param library the identifier that it was registered under
 /// \param path receives the zero-ended path; holds `PathCapacity` characters
 /// \return `S_OK`; `E_POINTER`; `TYPE_E_LIBNOTREGISTERED`, `path` untouched
 [[gnu::visibility("default")]] HRESULT GetTlbFilePath(const GUID& library, wchar_t* path);
 
 /// Loads a type library. An unchanged file is parsed once in the life of the process.
+/// \param path a local file
 /// \param library receives the library, borrowed: the service owns it and the caller does not release
 ///        it; an `ITypeInfo` obtained from it keeps what it needs alive by itself. Written on success only
 /// \return `S_OK`; `E_POINTER`; `TYPE_E_CANTLOADLIBRARY` for a file that is missing or unreadable;
@@ -24,10 +28,13 @@ constexpr unsigned PathCapacity = 1024;
 [[gnu::visibility("default")]] HRESULT LoadTypeLib(const wchar_t* path, ITypeLib** library);
 
 /// Registers a path under an identifier, in place of any earlier one. The file is not looked at.
+/// \param library the identifier, such as `LIBID_MSXML`
+/// \param path zero-ended; it is copied
 /// \return `S_OK`; `E_INVALIDARG` for a path that is null, empty or too long for `PathCapacity`
 [[gnu::visibility("default")]] HRESULT RegisterTypeLib(const GUID& library, const wchar_t* path);
 
 /// Takes a registration back; libraries that are loaded stay loaded.
+/// \param library the identifier that was registered
 /// \return `S_OK`; `TYPE_E_LIBNOTREGISTERED`
 [[gnu::visibility("default")]] HRESULT UnRegisterTypeLib(const GUID& library);
 

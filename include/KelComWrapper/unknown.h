@@ -1,10 +1,12 @@
-// IUnknown: identity and reference counting, the root of every interface.
+/// \file
+/// IUnknown: identity and reference counting, the root of every interface.
 
 #pragma once
 
 #include "types.h"
 
-/// Counts are per object and not atomic: an object is used by one thread at a time.
+/// Identity and lifetime of an object. Counts are per object and not atomic: an object is used by one thread
+/// at a time. Type libraries and type information are the exception: theirs are atomic.
 class IUnknown
 {
 public:
@@ -24,4 +26,5 @@ protected:
     ~IUnknown() = default;
 };
 
+/// The identifier of `IUnknown`, which every object answers with one and the same pointer.
 extern "C" [[gnu::visibility("default")]] const GUID IID_IUnknown;

@@ -1,4 +1,5 @@
-// VARIANT: a tagged value as it travels by value and by pointer through every interface.
+/// \file
+/// VARIANT: a tagged value as it travels by value and by pointer through every interface.
 
 #pragma once
 
@@ -9,58 +10,59 @@ class IDispatch;
 
 /// Type tags, the `vt` of a `VARIANT`; compared as whole 16-bit values.
 enum VARENUM : VARTYPE {
-    VT_EMPTY = 0,
-    VT_NULL = 1,
-    VT_I2 = 2,
-    VT_I4 = 3,
-    VT_R4 = 4,
-    VT_R8 = 5,
-    VT_CY = 6,
-    VT_DATE = 7,
-    VT_BSTR = 8,
-    VT_DISPATCH = 9,
-    VT_ERROR = 10,
-    VT_BOOL = 11,
-    VT_VARIANT = 12,
-    VT_UNKNOWN = 13,
-    VT_DECIMAL = 14,
-    VT_I1 = 16,
-    VT_UI1 = 17,
-    VT_UI2 = 18,
-    VT_UI4 = 19,
-    VT_I8 = 20,
-    VT_UI8 = 21,
-    VT_INT = 22,
-    VT_UINT = 23,
-    VT_VOID = 24,
-    VT_HRESULT = 25,
-    VT_PTR = 26,
-    VT_USERDEFINED = 29,
-    VT_ARRAY = 0x2000,
-    VT_BYREF = 0x4000,
+    VT_EMPTY = 0,        ///< nothing
+    VT_NULL = 1,         ///< the null of databases; nothing here makes or takes one
+    VT_I2 = 2,           ///< `iVal`
+    VT_I4 = 3,           ///< `lVal`
+    VT_R4 = 4,           ///< `fltVal`
+    VT_R8 = 5,           ///< `dblVal`
+    VT_CY = 6,           ///< `cyVal`
+    VT_DATE = 7,         ///< `date`
+    VT_BSTR = 8,         ///< `bstrVal`
+    VT_DISPATCH = 9,     ///< `pdispVal`
+    VT_ERROR = 10,       ///< `scode`; `DISP_E_PARAMNOTFOUND` in it stands for an argument left out
+    VT_BOOL = 11,        ///< `boolVal`
+    VT_VARIANT = 12,     ///< only with `VT_BYREF`: `pvarVal`
+    VT_UNKNOWN = 13,     ///< `punkVal`
+    VT_DECIMAL = 14,     ///< a 96-bit number; nothing here makes or takes one
+    VT_I1 = 16,          ///< `cVal`
+    VT_UI1 = 17,         ///< `bVal`
+    VT_UI2 = 18,         ///< `uiVal`
+    VT_UI4 = 19,         ///< `ulVal`
+    VT_I8 = 20,          ///< `llVal`
+    VT_UI8 = 21,         ///< `ullVal`
+    VT_INT = 22,         ///< `intVal`
+    VT_UINT = 23,        ///< `uintVal`
+    VT_VOID = 24,        ///< in descriptions only
+    VT_HRESULT = 25,     ///< in descriptions only: what a slot answers
+    VT_PTR = 26,         ///< in descriptions only: a pointer to another type
+    VT_USERDEFINED = 29, ///< in descriptions only: a type of the library
+    VT_ARRAY = 0x2000,   ///< added to another: an array of it; nothing here makes or takes one
+    VT_BYREF = 0x4000,   ///< added to another: a pointer to it
 };
 
 /// A currency amount in ten-thousandths.
 struct CY
 {
-    std::int64_t int64;
+    std::int64_t int64; ///< the amount times 10,000
 };
 
 /// What `VT_RECORD` carries; no member of this library takes or gives one.
 struct VARIANT_RECORD
 {
-    void* pvRecord;
-    void* pRecInfo;
+    void* pvRecord; ///< the record
+    void* pRecInfo; ///< what describes it
 };
 
 /// A tagged value. It is a plain structure: who holds one frees what it carries.
 /// The library reads the `VARIANT`s it is given and never changes or frees them.
 struct VARIANT
 {
-    VARTYPE vt;
-    WORD wReserved1;
-    WORD wReserved2;
-    WORD wReserved3;
+    VARTYPE vt;      ///< which member of the union counts, a value of `VARENUM`
+    WORD wReserved1; ///< never read
+    WORD wReserved2; ///< never read
+    WORD wReserved3; ///< never read
+    // `VARENUM` says which member goes with which tag; a pointer to a number goes with its `VT_BYREF`.
     union {
         std::int64_t llVal;
         LONG lVal;

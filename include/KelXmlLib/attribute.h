@@ -1,4 +1,5 @@
-// The object over an attribute.
+/// \file
+/// The object over an attribute.
 
 #pragma once
 
@@ -69,7 +70,7 @@ public:
     virtual ~CMorvXMLDOMAttribute();
 
     /// For the library itself: wraps `node`, with an owner document of its own over `document`.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMAttribute(const QDomAttr& node, const QDomDocument& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMAttribute(const QDomNode& node, const QDomDocument& document);
 
 private:
     friend struct kelxml::Inside;

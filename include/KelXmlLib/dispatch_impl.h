@@ -1,5 +1,6 @@
-// What every object of the library begins with: the type information of its interface, loaded when a
-// late-bound caller first asks for it, and the four IDispatch methods on top of it.
+/// \file
+/// What every object of the library begins with: the type information of its interface, loaded when a
+/// late-bound caller first asks for it, and the four IDispatch methods on top of it.
 
 #pragma once
 
@@ -15,19 +16,29 @@
 class CComTypeInfoHolder
 {
 public:
+    /// Holds nothing yet.
+    /// \param interfaceId whose type information is taken, kept as a pointer
+    /// \param libraryId the type library that it is looked up in, kept as a pointer
+    /// \param major, minor recorded; the library is found by its identifier alone
     CComTypeInfoHolder(const GUID* interfaceId, const GUID* libraryId, WORD major, WORD minor) noexcept
         : m_pguid(interfaceId), m_plibid(libraryId), m_wMajor(major), m_wMinor(minor)
     {}
 
     /// Loads the type information and the name cache if they are not there yet.
-    /// \return `S_OK`, or what the type-library service answered; then the next call tries again
+    /// \param locale not used
+    /// \return `S_OK`; what the type-library service answered, and then the next call tries again;
+    ///         `E_OUTOFMEMORY` when there is none for the name cache
     HRESULT GetTI(LCID locale);
-    /// Fills the name cache. \return `S_OK`, also without a cache; `E_OUTOFMEMORY`
+    /// Fills the name cache.
+    /// \param typeInfo what the names are taken from; its reference count is not touched
+    /// \return `S_OK`, also when there is nothing to fill it with; `E_OUTOFMEMORY`
     HRESULT LoadNameCache(ITypeInfo* typeInfo);
 
-    /// The bodies of the IDispatch methods of the same names.
+    /// The body of `IDispatch::GetTypeInfo`.
     HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo);
+    /// The body of `IDispatch::GetIDsOfNames`. A single name in its own capitals is answered from the cache.
     HRESULT GetIDsOfNames(wchar_t** names, UINT count, LCID locale, DISPID* identifiers);
+    /// The body of `IDispatch::Invoke`, of the object that holds this.
     HRESULT Invoke(IDispatch* object, DISPID member, LCID locale, WORD flags, DISPPARAMS* parameters,
                    VARIANT* result, EXCEPINFO* exception, UINT* badArgument);
 
@@ -60,10 +71,14 @@ template <class Interface, const GUID* InterfaceId, const GUID* LibraryId, WORD 
 class IDispatchImpl : public Interface
 {
 public:
+    /// See `IDispatch::GetTypeInfoCount`.
     HRESULT GetTypeInfoCount(UINT* count) override;
+    /// See `IDispatch::GetTypeInfo`.
     HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo) override;
+    /// See `IDispatch::GetIDsOfNames`.
     HRESULT GetIDsOfNames(const GUID& riid, wchar_t** names, UINT count, LCID locale,
                           DISPID* identifiers) override;
+    /// See `IDispatch::Invoke`.
     HRESULT Invoke(DISPID member, const GUID& riid, LCID locale, WORD flags, DISPPARAMS* parameters,
                    VARIANT* result, EXCEPINFO* exception, UINT* badArgument) override;
 

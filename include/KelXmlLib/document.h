@@ -1,4 +1,5 @@
-// The document object: it loads and saves, and hands out its tree.
+/// \file
+/// The document object: it loads and saves, and hands out its tree.
 
 #pragma once
 
@@ -102,6 +103,8 @@ public:
 
     /// For the object map: makes an empty document with one reference, which the caller releases.
     /// \param outer, riid not used: there is no aggregation, and the caller queries the object itself
+    /// \param object receives the document
+    /// \return `S_OK`
     [[gnu::visibility("hidden")]] static HRESULT CreateMe(void* outer, const GUID& riid, void** object);
     /// For the library itself: a document object over `document`.
     [[gnu::visibility("hidden")]] explicit CMorvXMLDOMDocument(const QDomDocument& document);

@@ -1,4 +1,5 @@
-// The identifiers of the published XML type library, exported under these names.
+/// \file
+/// The identifiers of the published XML type library, exported under these names.
 
 #pragma once
 
@@ -8,10 +9,15 @@
 extern "C" {
 /// The type library, version 1.0.
 extern const GUID LIBID_MSXML;
-/// Creatable classes; `DllGetClassObject` serves the first.
+/// The class of documents, which `DllGetClassObject` serves.
 extern const GUID CLSID_DOMDocument;
+/// A published class that is not served: no document is free-threaded.
 extern const GUID CLSID_DOMFreeThreadedDocument;
-/// The XML DOM interfaces.
+/// \name The XML DOM
+/// The objects answer to the six that `KelXmlLib/xmldom.h` declares, and to no other.
+/// @{
+
+/// The published interface of that name.
 extern const GUID IID_IXMLDOMNode;
 extern const GUID IID_IXMLDOMDocument;
 extern const GUID IID_IXMLDOMNodeList;
@@ -32,7 +38,13 @@ extern const GUID IID_IXMLDOMDocumentFragment;
 extern const GUID IID_IXMLDOMParseError;
 extern const GUID IID_IXTLRuntime;
 extern const GUID DIID_XMLDOMDocumentEvents;
-/// The rest of the published library; nothing here answers to them.
+/// @}
+
+/// \name The rest of the published type library
+/// Nothing here answers to them.
+/// @{
+
+/// The published interface or class of that name; nothing here answers to it.
 extern const GUID IID_IXMLHttpRequest;
 extern const GUID CLSID_XMLHTTPRequest;
 extern const GUID IID_IXMLDSOControl;
@@ -46,5 +58,6 @@ extern const GUID IID_IXMLAttribute;
 extern const GUID IID_IXMLError;
 extern const GUID IID_IXMLElementNotificationSink;
 extern const GUID CLSID_XMLDocument;
+/// @}
 }
 #pragma GCC visibility pop

@@ -1,4 +1,5 @@
-// The entries that the host's module loader and its COM-style callers use, with C linkage.
+/// \file
+/// The entries that the host's module loader and its COM-style callers use, with C linkage.
 
 #pragma once
 
@@ -10,10 +11,10 @@ struct ObjectMapEntry
     /// Makes an object with one reference, which the caller releases.
     using Creator = HRESULT (*)(void* outer, const GUID& riid, void** object);
 
-    const GUID* classId;
-    void* reserved1[2];
-    Creator creator;
-    void* reserved2[5];
+    const GUID* classId; ///< the class that it makes an object of
+    void* reserved1[2];  ///< null
+    Creator creator;     ///< null in the last entry
+    void* reserved2[5];  ///< null
 };
 static_assert(sizeof(ObjectMapEntry) == 9 * sizeof(void*), "the stride of the map is nine pointers");
 
@@ -23,11 +24,14 @@ extern "C" {
 /// The object map: null until `DllMain` is called with reason 1, never reset afterwards.
 extern const ObjectMapEntry* _xmlModule;
 
-/// Tells the library of its loading; reason 1 (process attach) makes `DllGetClassObject` usable.
+/// Tells the library of its loading; reason 1 (process attach) makes `DllGetClassObject` usable. To be called
+/// before any other thread uses the library; may be called again.
+/// \param module, reserved not used
+/// \param reason 1 for process attach; nothing is done for any other
 /// \return 1 for every reason
 int DllMain(void* module, unsigned int reason, void* reserved);
 
-/// Makes a new object of a class; there is no class factory.
+/// Makes a new object of a class; there is no class factory. May be called by several threads at once.
 /// \param classId `CLSID_DOMDocument`
 /// \param riid an interface of the object itself, such as `IID_IXMLDOMDocument`
 /// \param object receives the object with one reference, which the caller releases
@@ -35,7 +39,8 @@ int DllMain(void* module, unsigned int reason, void* reserved);
 ///         class; `E_OUTOFMEMORY`; with these, `object` is untouched. `E_NOINTERFACE`, `object` null
 HRESULT DllGetClassObject(const GUID& classId, const GUID& riid, void** object);
 
-/// The module loader's load entry. \return 1
+/// The module loader's load entry; does nothing.
+/// \return 1
 int ylrxDelegatedLoadEntry(void);
 
 /// The module loader's unload entry. Objects that are alive are not touched.

@@ -1,4 +1,5 @@
-// The object over an element's live map of attributes.
+/// \file
+/// The object over an element's live map of attributes.
 
 #pragma once
 

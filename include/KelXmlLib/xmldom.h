@@ -1,11 +1,12 @@
-// The published XML DOM interfaces, in the published slot order, with what this library makes of them.
-//
-// Conventions. Strings go in as `wchar_t*` and are read up to their first zero character; a BSTR that comes
-// out belongs to the caller, who frees it with `SysFreeString`. An object that comes out carries one
-// reference, which the caller releases. Out-parameters are written last and, unless said otherwise, only
-// with `S_OK`. A null out-pointer is answered `S_FALSE` and nothing is done. The methods return no error
-// codes; running out of memory leaves a method as `std::bad_alloc`, out-parameters untouched. A document
-// and everything reached from it is used by one thread at a time.
+/// \file
+/// The published XML DOM interfaces, in the published slot order, with what this library makes of them.
+///
+/// Conventions. Strings go in as `wchar_t*` and are read up to their first zero character; a BSTR that comes
+/// out belongs to the caller, who frees it with `SysFreeString`. An object that comes out carries one
+/// reference, which the caller releases. Out-parameters are written last and, unless said otherwise, only
+/// with `S_OK`. A null out-pointer is answered `S_FALSE` and nothing is done. The methods return no error
+/// codes; running out of memory leaves a method as `std::bad_alloc`, out-parameters untouched. A document
+/// and everything reached from it is used by one thread at a time.
 
 #pragma once
 
@@ -28,21 +29,21 @@ class IXMLDOMText;
 
 /// What a node is; Qt's numbers are the same.
 enum tagDOMNodeType : std::int32_t {
-    NODE_INVALID = 0,
-    NODE_ELEMENT = 1,
-    NODE_ATTRIBUTE = 2,
-    NODE_TEXT = 3,
-    NODE_CDATA_SECTION = 4,
-    NODE_ENTITY_REFERENCE = 5,
-    NODE_ENTITY = 6,
-    NODE_PROCESSING_INSTRUCTION = 7,
-    NODE_COMMENT = 8,
-    NODE_DOCUMENT = 9,
-    NODE_DOCUMENT_TYPE = 10,
-    NODE_DOCUMENT_FRAGMENT = 11,
-    NODE_NOTATION = 12,
+    NODE_INVALID = 0,                ///< of no node
+    NODE_ELEMENT = 1,                ///< an `IXMLDOMElement`
+    NODE_ATTRIBUTE = 2,              ///< an `IXMLDOMAttribute`
+    NODE_TEXT = 3,                   ///< a generic node, as all that follow but the document object
+    NODE_CDATA_SECTION = 4,          ///< counts as text: `get_text` gives its data
+    NODE_ENTITY_REFERENCE = 5,       ///< a reference that the parser did not unfold
+    NODE_ENTITY = 6,                 ///< a declaration in the document type
+    NODE_PROCESSING_INSTRUCTION = 7, ///< the XML declaration as well
+    NODE_COMMENT = 8,                ///< its text is its value
+    NODE_DOCUMENT = 9,               ///< an `IXMLDOMDocument`; reached as a parent, a generic node
+    NODE_DOCUMENT_TYPE = 10,         ///< `<!DOCTYPE>`
+    NODE_DOCUMENT_FRAGMENT = 11,     ///< nothing here makes one
+    NODE_NOTATION = 12,              ///< a declaration in the document type
 };
-using DOMNodeType = tagDOMNodeType;
+using DOMNodeType = tagDOMNodeType; ///< the published short name
 
 /// A node of the tree. Two requests for one node give two objects over it; a change made through one
 /// is seen through the other.
@@ -90,10 +91,9 @@ public:
     virtual HRESULT replaceChild(IXMLDOMNode* child, IXMLDOMNode* replaced, IXMLDOMNode** result) = 0;
     /// Takes a child out of this node. What is no child of this node stays where it is.
     /// \param child one of this library's own nodes; its reference count is not touched
-    /// \param result receives a new object for the child with one reference, which the caller releases; may
-    /// be
-    ///        null. Of an element asked to remove an element that is not its child: an element that holds
-    ///        none
+    /// \param result receives a new object for the child with one reference, which the caller releases. Of an
+    ///        element asked to remove an element that is not its child: an element that holds none.
+    ///        May be null
     /// \return `S_OK`, also for a null `child` (nothing done, nothing written);
     ///         `S_FALSE` for an object that is not this library's
     virtual HRESULT removeChild(IXMLDOMNode* child, IXMLDOMNode** result) = 0;
@@ -101,8 +101,9 @@ public:
     /// word, the tree unchanged and `result` made as ever: a node below itself, a document, an attribute that
     /// stands on an element, and what would nest deeper than the library allows.
     /// \param child one of this library's own nodes; its reference count is not touched
-    /// \param result receives a new object for the child with one reference, which the caller releases; may
-    /// be null \return `S_OK`, also for a null `child` (nothing done, nothing written);
+    /// \param result receives a new object for the child with one reference, which the caller releases;
+    ///        may be null
+    /// \return `S_OK`, also for a null `child` (nothing done, nothing written);
     ///         `S_FALSE` for an object that is not this library's
     virtual HRESULT appendChild(IXMLDOMNode* child, IXMLDOMNode** result) = 0;
     /// \param hasChildren receives 1 (not -1) when there are children, else 0
@@ -110,8 +111,7 @@ public:
     virtual HRESULT hasChildNodes(VARIANT_BOOL* hasChildren) = 0;
     /// The document that the node belongs to; of a document, the object itself.
     /// \param document receives the object with one reference, which the caller releases. A node's is an
-    /// object
-    ///        of its own over the same document, the same one at every call
+    ///        object of its own over the same document, the same one at every call
     /// \return `S_OK`; `S_FALSE` when there is none (`document` null) or `document` is null
     virtual HRESULT get_ownerDocument(IXMLDOMDocument** document) = 0;
     /// Copies the node; carried out by the element. The copy has no parent until it is appended.
@@ -124,8 +124,7 @@ public:
     /// The text: of an element that of all its descendants, of a text node its data.
     /// \param text receives a new BSTR, which the caller frees
     /// \return `S_OK`; `S_FALSE` with `text` untouched for any other node, an attribute included, or when
-    /// `text` is
-    ///         null. Documents: `S_OK`, nothing written
+    ///         `text` is null. Documents: `S_OK`, nothing written
     virtual HRESULT get_text(BSTR* text) = 0;
     /// Sets the text: of an element by taking its first child out (only that one) and appending a text
     /// node, of any other node by setting its value.
@@ -206,18 +205,21 @@ public:
     /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `selectNodes`.
     virtual HRESULT getElementsByTagName(BSTR name, IXMLDOMNodeList** list) = 0;
     /// Makes an element or an attribute that belongs to this document and stands nowhere yet.
-    /// \param type `VT_I2`, `VT_I4` or `VT_INT` holding 1 (element) or 2 (attribute); for anything else
-    /// nothing is made \param name the qualified name \param namespaceURI may be null \param node receives a
-    /// new object with one reference, which the caller releases \return `S_OK`, also when nothing is made
-    /// (`node` untouched); `S_FALSE` for a null `name`, or for a null `node`
-    ///         when one would be made
+    /// \param type `VT_I2`, `VT_I4` or `VT_INT` holding 1 (element) or 2 (attribute); nothing is made for any
+    ///        other
+    /// \param name the qualified name
+    /// \param namespaceURI may be null; an empty one is saved as `xmlns=""`
+    /// \param node receives a new object with one reference, which the caller releases
+    /// \return `S_OK`, also when nothing is made (`node` untouched); `S_FALSE` for a null `name`, or for a
+    ///         null `node` when one would be made
     virtual HRESULT createNode(VARIANT type, BSTR name, BSTR namespaceURI, IXMLDOMNode** node) = 0;
     /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `selectNodes`.
     virtual HRESULT nodeFromID(BSTR id, IXMLDOMNode** node) = 0;
     /// Reads a local file into this document; when it returns, parsing has finished.
     /// \param source a file path as `VT_BSTR`; nothing else is accepted
     /// \param success receives 0 on entry and -1 when the file was parsed; may be null
-    /// \return `S_OK` when parsed; else `S_FALSE`. The earlier tree survives what fails before parsing begins
+    /// \return `S_OK` when parsed; else `S_FALSE`. The earlier tree survives what fails before parsing
+    ///         begins: a file that cannot be opened, and one beyond the limits
     virtual HRESULT load(VARIANT source, VARIANT_BOOL* success) = 0;
     /// Accepted, not carried out by any class: `S_OK`, nothing written. Loading is synchronous.
     virtual HRESULT get_readyState(LONG* state) = 0;
@@ -234,12 +236,14 @@ public:
     /// Reads a text into this document.
     /// \param xml the text, read up to its first zero character
     /// \param success receives 0 on entry and -1 when the text was parsed; may be null
-    /// \return `S_OK` when parsed; else `S_FALSE`. The earlier tree survives a null or empty text
+    /// \return `S_OK` when parsed; else `S_FALSE`. The earlier tree survives a null or empty text, and one
+    ///         beyond the limits
     virtual HRESULT loadXML(BSTR xml, VARIANT_BOOL* success) = 0;
     /// Writes the document to a local file, indented by four spaces a level, in the encoding that its XML
     /// declaration names, or UTF-8.
     /// \param destination a file path as `VT_BSTR`; nothing else is accepted
-    /// \return `S_OK` once the file was opened, whatever becomes of the writing; else `S_FALSE`
+    /// \return `S_OK` once the file was opened, whatever becomes of the writing; else `S_FALSE`, also for a
+    ///         tree too deep for the calling thread's stack
     virtual HRESULT save(VARIANT destination) = 0;
     /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT get_validateOnParse(VARIANT_BOOL* validate) = 0;
@@ -276,8 +280,8 @@ public:
     /// Sets an attribute, which is made when it is not there. Numbers are written as Qt writes them.
     /// \param name the attribute's name
     /// \param value `VT_BSTR`, `VT_I2`, `VT_I4`, `VT_INT`, `VT_I8`, `VT_UI2`, `VT_UI4`, `VT_UINT`, `VT_UI8`,
-    /// `VT_R4`, `VT_R8`
-    ///        or `VT_DATE`; any other type leaves the attribute as it was
+    ///        `VT_R4`, `VT_R8` or `VT_DATE` (its number of days); any other type leaves the attribute as
+    ///        it was
     /// \return `S_OK`; `S_FALSE` for a null `name`
     virtual HRESULT setAttribute(BSTR name, VARIANT value) = 0;
     /// Accepted, not carried out by any class: `S_OK`, nothing written.

@@ -1,0 +1,90 @@
+// Results turned into exceptions, for callers who ask for it. Header-only; nothing in the libraries uses it.
+
+#pragma once
+
+#include "types.h"
+
+#include <cstdio>
+#include <stdexcept>
+#include <string>
+
+namespace kel
+{
+
+/// \return what a result says, in a few words; "unknown answer 0x..." for one that is not of this layer
+inline std::string describe(HRESULT result)
+{
+    static constexpr struct
+    {
+        HRESULT result;
+        const char* words;
+    } kKnown[] = {
+        {S_OK, "done"},
+        {S_FALSE, "nothing was done"},
+        {E_NOTIMPL, "not implemented"},
+        {E_NOINTERFACE, "no such interface"},
+        {E_POINTER, "a pointer is missing"},
+        {E_FAIL, "failed"},
+        {E_OUTOFMEMORY, "out of memory"},
+        {E_INVALIDARG, "an argument is not valid"},
+        {DISP_E_MEMBERNOTFOUND, "no member of that kind"},
+        {DISP_E_PARAMNOTFOUND, "no such parameter"},
+        {DISP_E_TYPEMISMATCH, "a value has the wrong type"},
+        {DISP_E_UNKNOWNNAME, "no member has that name"},
+        {DISP_E_EXCEPTION, "the member failed"},
+        {DISP_E_OVERFLOW, "a number is out of range"},
+        {DISP_E_BADINDEX, "no such index"},
+        {DISP_E_BADPARAMCOUNT, "wrong number of arguments"},
+        {DISP_E_PARAMNOTOPTIONAL, "an argument that must be given is missing"},
+        {TYPE_E_INVDATAREAD, "the type library is damaged"},
+        {TYPE_E_LIBNOTREGISTERED, "the type library is not registered"},
+        {TYPE_E_ELEMENTNOTFOUND, "the type library does not describe that interface"},
+        {TYPE_E_CANTLOADLIBRARY, "the type library cannot be loaded"},
+    };
+    for (const auto& known : kKnown)
+        if (known.result == result)
+            return known.words;
+    char words[32];
+    std::snprintf(words, sizeof words, "unknown answer 0x%08X", static_cast<unsigned>(result));
+    return words;
+}
+
+/// A result that was not accepted. `what()` is one line for people.
+class [[gnu::visibility("default")]] Error : public std::runtime_error
+{
+public:
+    explicit Error(HRESULT code) : std::runtime_error(describe(code)), m_code(code) {}
+    /// \param action what was being done, such as "asking for a name"
+    Error(HRESULT code, const char* action)
+        : std::runtime_error(std::string(action) + ": " + describe(code)), m_code(code)
+    {}
+    HRESULT code() const noexcept
+    {
+        return m_code;
+    }
+
+private:
+    HRESULT m_code;
+};
+
+/// What `S_FALSE` counts as, the answer of a member that had nothing to do it with.
+enum class FalseIs { failure, success };
+
+/// \return whether `result` is `S_OK`, so that the end of a walk can be told from a step
+/// \throw Error for every failure, and for `S_FALSE` unless it counts as success
+inline bool check(HRESULT result, FalseIs meaning = FalseIs::failure)
+{
+    if (FAILED(result) || (result != S_OK && meaning == FalseIs::failure))
+        throw Error(result);
+    return result == S_OK;
+}
+
+/// The same, and the error says what was being done.
+inline bool check(HRESULT result, const char* action, FalseIs meaning = FalseIs::failure)
+{
+    if (FAILED(result) || (result != S_OK && meaning == FalseIs::failure))
+        throw Error(result, action);
+    return result == S_OK;
+}
+
+} // namespace kel

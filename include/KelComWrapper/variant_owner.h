@@ -1,0 +1,186 @@
+// An owner for one VARIANT. Header-only and optional.
+
+#pragma once
+
+#include "bstr.h"
+#include "com_ptr.h"
+#include "dispatch.h"
+#include "error.h"
+
+#include <cstdint>
+#include <limits>
+#include <new>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+namespace kel
+{
+
+/// Holds a value together with the BSTR or the object reference that it carries, and frees that when it goes.
+/// Copies carry a BSTR or a reference of their own. What a value only points to (`VT_BYREF`) stays its
+/// owner's.
+class Variant
+{
+public:
+    Variant() = default;
+    explicit Variant(LONG number) noexcept { set(VT_I4, &VARIANT::lVal, number); }
+    explicit Variant(std::int64_t number) noexcept { set(VT_I8, &VARIANT::llVal, number); }
+    explicit Variant(double number) noexcept { set(VT_R8, &VARIANT::dblVal, number); }
+    explicit Variant(bool truth) noexcept
+    {
+        set(VT_BOOL, &VARIANT::boolVal, truth ? VARIANT_TRUE : VARIANT_FALSE);
+    }
+    /// Copies the text, zeros within it included. \throw std::bad_alloc
+    explicit Variant(std::wstring_view text) { setText(text.data(), text.size()); }
+    /// Null gives a null BSTR, which is an empty text. \throw std::bad_alloc
+    explicit Variant(const wchar_t* text)
+    {
+        set(VT_BSTR, &VARIANT::bstrVal, BSTR{});
+        if (text)
+            setText(text, std::char_traits<wchar_t>::length(text));
+    }
+    explicit Variant(const std::wstring& text) : Variant(std::wstring_view(text)) {}
+    /// Takes the BSTR over.
+    explicit Variant(Bstr&& text) noexcept { set(VT_BSTR, &VARIANT::bstrVal, text.detach()); }
+    /// Takes a reference of its own. Null gives a null object.
+    template <class Object, class = std::enable_if_t<std::is_base_of_v<IDispatch, Object>>>
+    explicit Variant(ComPtr<Object> object) noexcept
+    {
+        set(VT_DISPATCH, &VARIANT::pdispVal, object.detach());
+    }
+    /// A truth value in the published form and a small number would look the same.
+    explicit Variant(SHORT) = delete;
+    /// Every other pointer would become a truth value.
+    explicit Variant(const void*) = delete;
+
+    /// \throw std::bad_alloc
+    Variant(const Variant& other) : m_value(other.m_value)
+    {
+        if (m_value.vt == VT_BSTR && m_value.bstrVal)
+            setText(m_value.bstrVal, SysStringLen(m_value.bstrVal));
+        else if (IUnknown* const object = carried())
+            object->AddRef();
+    }
+    Variant(Variant&& other) noexcept : m_value(other.detach()) {}
+    Variant& operator=(Variant other) noexcept
+    {
+        std::swap(m_value, other.m_value);
+        return *this;
+    }
+    ~Variant() { reset(); }
+
+    /// Takes over what `value` carries.
+    static Variant adopt(const VARIANT& value) noexcept
+    {
+        Variant owner;
+        owner.m_value = value;
+        return owner;
+    }
+
+    /// Lends the value, to read or to pass as an argument; what it carries stays owned here.
+    const VARIANT& get() const noexcept { return m_value; }
+    VARTYPE type() const noexcept { return m_value.vt; }
+    /// Frees what is carried and holds nothing (`VT_EMPTY`).
+    void reset() noexcept
+    {
+        const VARIANT value = detach();
+        if (value.vt == VT_BSTR)
+            SysFreeString(value.bstrVal);
+        else if (value.vt == VT_DISPATCH && value.pdispVal)
+            value.pdispVal->Release();
+        else if (value.vt == VT_UNKNOWN && value.punkVal)
+            value.punkVal->Release();
+    }
+    /// Gives the value up to the caller, who frees what it carries.
+    [[nodiscard]] VARIANT detach() noexcept { return std::exchange(m_value, VARIANT{}); }
+    /// Frees what is carried and lends the empty place as an out-parameter.
+    VARIANT* put() noexcept
+    {
+        reset();
+        return &m_value;
+    }
+
+    /// The getters convert nothing, except that a number is given out in any wider type.
+    /// \throw Error `DISP_E_TYPEMISMATCH` when the value is of another kind
+    std::int64_t integer() const
+    {
+        switch (m_value.vt) {
+        case VT_I1:
+            return m_value.cVal;
+        case VT_UI1:
+            return m_value.bVal;
+        case VT_I2:
+            return m_value.iVal;
+        case VT_UI2:
+            return m_value.uiVal;
+        case VT_I4:
+        case VT_INT:
+            return m_value.lVal;
+        case VT_UI4:
+        case VT_UINT:
+            return m_value.ulVal;
+        case VT_I8:
+            return m_value.llVal;
+        default:
+            throw Error(DISP_E_TYPEMISMATCH);
+        }
+    }
+    double number() const
+    {
+        switch (m_value.vt) {
+        case VT_R4:
+            return static_cast<double>(m_value.fltVal);
+        case VT_R8:
+        case VT_DATE:
+            return m_value.dblVal;
+        default:
+            return static_cast<double>(integer());
+        }
+    }
+    bool truth() const { return of(VT_BOOL).boolVal != VARIANT_FALSE; }
+    /// Lent as long as the value is held.
+    std::wstring_view text() const
+    {
+        const BSTR text = of(VT_BSTR).bstrVal;
+        return text ? std::wstring_view(text, SysStringLen(text)) : std::wstring_view();
+    }
+    /// With a reference of its own; may be null.
+    ComPtr<IDispatch> object() const { return ComPtr<IDispatch>(of(VT_DISPATCH).pdispVal); }
+
+private:
+    template <class Member>
+    void set(VARTYPE type, Member VARIANT::*member, std::common_type_t<Member> value) noexcept
+    {
+        m_value.vt = type;
+        m_value.*member = value;
+    }
+    void setText(const wchar_t* text, std::size_t length)
+    {
+        const bool isTooLong = length > std::numeric_limits<UINT>::max();
+        const BSTR made =
+            isTooLong ? nullptr : SysAllocStringLen(text ? text : L"", static_cast<UINT>(length));
+        if (!made)
+            throw std::bad_alloc();
+        set(VT_BSTR, &VARIANT::bstrVal, made);
+    }
+    IUnknown* carried() const noexcept
+    {
+        return m_value.vt == VT_DISPATCH  ? m_value.pdispVal
+               : m_value.vt == VT_UNKNOWN ? m_value.punkVal
+                                          : nullptr;
+    }
+    const VARIANT& of(VARTYPE type) const
+    {
+        if (m_value.vt != type)
+            throw Error(DISP_E_TYPEMISMATCH);
+        return m_value;
+    }
+
+    VARIANT m_value{};
+};
+
+static_assert(sizeof(Variant) == sizeof(VARIANT), "takes the place of a VARIANT in an array");
+
+} // namespace kel

@@ -1,0 +1,137 @@
+// Shorter ways through the object model for C++ callers: documents, casts, and lists in range-for.
+// Header-only and optional; failures are exceptions (see KelComWrapper/error.h).
+
+#pragma once
+
+#include "KelComWrapper/bstr.h"
+#include "KelComWrapper/com_ptr.h"
+#include "KelComWrapper/error.h"
+#include "KelComWrapper/variant_owner.h"
+#include "KelXmlLib/guids.h"
+#include "KelXmlLib/module.h"
+#include "KelXmlLib/xmldom.h"
+
+namespace kel
+{
+
+/// Asks an object for another of its interfaces. \return null when it has not got it
+template <class Interface>
+ComPtr<Interface> query(IUnknown& object, const GUID& identifier)
+{
+    void* found = nullptr;
+    if (object.QueryInterface(identifier, &found) != S_OK)
+        return nullptr;
+    return ComPtr<Interface>::adopt(static_cast<Interface*>(found));
+}
+
+/// The node as an element, and as an attribute. \return null when it is none
+inline ComPtr<IXMLDOMElement> asElement(IXMLDOMNode& node)
+{
+    return query<IXMLDOMElement>(node, IID_IXMLDOMElement);
+}
+inline ComPtr<IXMLDOMAttribute> asAttribute(IXMLDOMNode& node)
+{
+    return query<IXMLDOMAttribute>(node, IID_IXMLDOMAttribute);
+}
+
+/// A new, empty document. The first call tells the library that it was loaded. \throw Error
+inline ComPtr<IXMLDOMDocument> newDocument()
+{
+    constexpr unsigned kProcessAttach = 1;
+    static const int isAttached = DllMain(nullptr, kProcessAttach, nullptr);
+    static_cast<void>(isAttached);
+    void* document = nullptr;
+    check(DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &document), "making a document");
+    return ComPtr<IXMLDOMDocument>::adopt(static_cast<IXMLDOMDocument*>(document));
+}
+
+/// The nodes of an `IXMLDOMNodeList` or an `IXMLDOMNamedNodeMap`, for range-for. It holds the list and asks
+/// it anew at every step: the list is live, so a node that the loop removes lets the next one move up into
+/// its place. To change the tree, collect the nodes first. The list's own cursor is not touched.
+template <class List>
+class Nodes
+{
+public:
+    class Iterator
+    {
+    public:
+        using value_type = ComPtr<IXMLDOMNode>;
+        using difference_type = std::ptrdiff_t;
+        using reference = const value_type&;
+        using pointer = const value_type*;
+        using iterator_category = std::input_iterator_tag;
+
+        /// The end.
+        Iterator() = default;
+        explicit Iterator(const ComPtr<List>& list) : m_list(list) { fetch(); }
+        reference operator*() const noexcept { return m_node; }
+        pointer operator->() const noexcept { return &m_node; }
+        Iterator& operator++()
+        {
+            ++m_index;
+            fetch();
+            return *this;
+        }
+        /// Only the end is ever asked for.
+        bool operator==(const Iterator& other) const noexcept { return !m_node == !other.m_node; }
+        bool operator!=(const Iterator& other) const noexcept { return !(*this == other); }
+
+    private:
+        /// Beyond the end the list answers `S_FALSE`, the map gives null.
+        void fetch()
+        {
+            check(m_list->get_item(m_index, m_node.put()), "asking for a node", FalseIs::success);
+        }
+
+        ComPtr<List> m_list;
+        LONG m_index = 0;
+        value_type m_node;
+    };
+
+    explicit Nodes(ComPtr<List> list) noexcept : m_list(std::move(list)) {}
+    Iterator begin() const { return m_list ? Iterator(m_list) : Iterator(); }
+    Iterator end() const { return {}; }
+
+private:
+    ComPtr<List> m_list;
+};
+
+/// `for (const auto& node : kel::each(list))`. The list lives as long as the loop.
+template <class List>
+Nodes<List> each(ComPtr<List> list)
+{
+    return Nodes<List>(std::move(list));
+}
+
+/// The children of a node, its attributes, and the elements below a document or an element that have a tag
+/// name.
+inline Nodes<IXMLDOMNodeList> childrenOf(IXMLDOMNode& node)
+{
+    ComPtr<IXMLDOMNodeList> list;
+    check(node.get_childNodes(list.put()), "asking for children");
+    return each(std::move(list));
+}
+inline Nodes<IXMLDOMNamedNodeMap> attributesOf(IXMLDOMNode& node)
+{
+    ComPtr<IXMLDOMNamedNodeMap> map;
+    check(node.get_attributes(map.put()), "asking for attributes");
+    return each(std::move(map));
+}
+inline Nodes<IXMLDOMNodeList> elementsNamed(IXMLDOMNode& node, const wchar_t* tagName)
+{
+    ComPtr<IXMLDOMNodeList> list;
+    check(node.selectNodes(Bstr(tagName).get(), list.put()), "searching for elements");
+    return each(std::move(list));
+}
+
+/// A name or a text that a node gives out by one of its getters:
+/// `kel::textOf(*node, &IXMLDOMNode::get_nodeName)`. \throw Error
+template <class Node, class Base>
+std::wstring textOf(Node& node, HRESULT (Base::*getter)(BSTR*))
+{
+    Bstr text;
+    check((node.*getter)(text.put()), "asking for a text");
+    return {text.c_str(), text.length()};
+}
+
+} // namespace kel
