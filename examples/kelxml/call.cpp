@@ -2,6 +2,7 @@
 
 #include "commands.h"
 #include "expression.h"
+#include "files.h"
 #include "text.h"
 
 #include <array>
@@ -17,7 +18,7 @@ constexpr GUID kNoInterface{};
 constexpr LCID kNeutral = 0;
 
 /// A step failed: which one, and why.
-[[noreturn]] void failStep(const std::wstring& step, const std::string& reason)
+[[noreturn]] void failStep(std::wstring_view step, const std::string& reason)
 {
     throw Failure("'" + toUtf8(step) + "': " + reason);
 }
@@ -31,30 +32,30 @@ std::string describeException(const EXCEPINFO& exception)
     source.reset(exception.bstrSource);
     description.reset(exception.bstrDescription);
     helpFile.reset(exception.bstrHelpFile);
-    const std::string words = describe(DISP_E_EXCEPTION) + ", " + describe(exception.scode);
+    const std::string words = kel::describe(DISP_E_EXCEPTION) + ", " + kel::describe(exception.scode);
     return description ? words + ", " + toUtf8(description.c_str()) : words;
 }
 
-DISPID identifierOf(IDispatch& object, const std::wstring& name, const std::wstring& step)
+DISPID identifierOf(IDispatch& object, const std::wstring& name, std::wstring_view step)
 {
     const kel::Bstr text(name.c_str());
     wchar_t* names = text.get();
     DISPID identifier = DISPID_UNKNOWN;
     const HRESULT code = object.GetIDsOfNames(kNoInterface, &names, 1, kNeutral, &identifier);
     if (FAILED(code))
-        failStep(step, describe(code));
+        failStep(step, kel::describe(code));
     return identifier;
 }
 
 /// What a member that did not fail answered.
 struct Answer
 {
-    Value value;
+    kel::Variant value;
     HRESULT code;
 };
 
 /// Calls one member. `values` are in the order in which they are written; an assigned value comes last.
-Answer invoke(IDispatch& object, const Step& step, const std::vector<Value>& values, bool isAssignment)
+Answer invoke(IDispatch& object, const Step& step, const std::vector<kel::Variant>& values, bool isAssignment)
 {
     const DISPID member = identifierOf(object, step.name, step.source);
     std::vector<VARIANT> reversed;
@@ -74,7 +75,7 @@ Answer invoke(IDispatch& object, const Step& step, const std::vector<Value>& val
             flags |= DISPATCH_PROPERTYPUTREF;
     }
 
-    Value result;
+    kel::Variant result;
     EXCEPINFO exception{};
     UINT badArgument = parameters.cArgs;
     const HRESULT code = object.Invoke(member, kNoInterface, kNeutral, flags, &parameters, result.put(),
@@ -83,8 +84,8 @@ Answer invoke(IDispatch& object, const Step& step, const std::vector<Value>& val
         failStep(step.source, describeException(exception));
     if (FAILED(code)) {
         const bool isKnown = badArgument < parameters.cArgs;
-        failStep(step.source,
-                 describe(code) + (isKnown ? ", argument " + std::to_string(parameters.cArgs - badArgument)
+        failStep(step.source, kel::describe(code) +
+                                  (isKnown ? ", argument " + std::to_string(parameters.cArgs - badArgument)
                                            : std::string()));
     }
     return {std::move(result), code};
@@ -96,47 +97,47 @@ class Evaluator
 public:
     explicit Evaluator(IDispatch& document) : m_document(document) {}
 
-    Value evaluate(const Expression& expression) const
+    kel::Variant evaluate(const Expression& expression) const
     {
         return follow(expression.path, expression.assigned);
     }
 
 private:
-    Value follow(const Path& path, const std::vector<Argument>& assigned) const
+    kel::Variant follow(const Path& path, const std::vector<Argument>& assigned) const
     {
         kel::ComPtr<IDispatch> object(&m_document);
-        Value result;
+        kel::Variant result;
         for (std::size_t index = 0; index < path.size(); ++index) {
             const Step& step = path[index];
             if (!object)
                 failStep(path[index - 1].source,
                          "gave no object that '" + toUtf8(step.name) + "' could be of");
             const bool isAssignment = index + 1 == path.size() && !assigned.empty();
-            std::vector<Value> values = valuesOf(step.arguments);
+            std::vector<kel::Variant> values = valuesOf(step.arguments);
             if (isAssignment)
                 values.push_back(valueOf(assigned.front()));
             result = invoke(*object, step, values, isAssignment).value;
-            object = result.object();
+            object = result.type() == VT_DISPATCH ? result.object() : nullptr;
         }
         return result;
     }
 
-    std::vector<Value> valuesOf(const std::vector<Argument>& arguments) const
+    std::vector<kel::Variant> valuesOf(const std::vector<Argument>& arguments) const
     {
-        std::vector<Value> values;
+        std::vector<kel::Variant> values;
         for (const Argument& argument : arguments)
             values.push_back(valueOf(argument));
         return values;
     }
 
-    Value valueOf(const Argument& argument) const
+    kel::Variant valueOf(const Argument& argument) const
     {
         return std::visit(
             [this](const auto& value) {
                 if constexpr (std::is_same_v<std::decay_t<decltype(value)>, Path>)
                     return follow(value, {});
                 else
-                    return Value(value);
+                    return kel::Variant(value);
             },
             argument.value);
     }
@@ -148,8 +149,8 @@ private:
 std::string objectText(IDispatch& object)
 {
     try {
-        const Value name = invoke(object, {L"nodeName", {}, L"nodeName"}, {}, false).value;
-        return name.get().vt == VT_BSTR ? toUtf8(name.text()) : "(object)";
+        const kel::Variant name = invoke(object, {L"nodeName", {}, L"nodeName"}, {}, false).value;
+        return name.type() == VT_BSTR ? toUtf8(name.text()) : "(object)";
     } catch (const Failure&) {
         return "(object)";
     }
@@ -166,12 +167,12 @@ std::string numberText(Number number)
 /// \return whether the member did its work
 bool callWithPath(IDispatch& document, const wchar_t* member, const std::wstring& path)
 {
-    std::vector<Value> values;
+    std::vector<kel::Variant> values;
     values.emplace_back(path);
     return invoke(document, {member, {}, member}, values, false).code == S_OK;
 }
 
-std::string resultText(const Value& result)
+std::string resultText(const kel::Variant& result)
 {
     const VARIANT& value = result.get();
     switch (value.vt) {
@@ -206,15 +207,16 @@ void runCall(const Library& library, const Arguments& arguments)
 {
     const Expression expression = parseExpression(arguments.values[1]);
     const auto document = library.newLateBoundDocument();
-    loadBy(arguments.values[0],
-           [&](const std::wstring& path) { return callWithPath(*document, L"load", path); });
-    const Value result = Evaluator(*document).evaluate(expression);
-    const std::string text = resultText(result);
-    if (arguments.output) {
-        saveBy(library, *arguments.output,
-               [&](const std::wstring& path) { return callWithPath(*document, L"save", path); });
+    loadBy(library, arguments.values[0],
+           [&](const std::wstring& place) { return callWithPath(*document, L"load", place); });
+    const std::string text = resultText(Evaluator(*document).evaluate(expression));
+    if (!arguments.output) {
+        std::cout << text << '\n';
+        return;
     }
-    std::cout << text << '\n';
+    saveBy(library, *arguments.output,
+           [&](const std::wstring& place) { return callWithPath(*document, L"save", place); });
+    reportBeside(*arguments.output) << text << '\n';
 }
 
 } // namespace host

@@ -4,8 +4,8 @@
 #include "KelXmlLib/filer.h"
 
 #include "commands.h"
+#include "files.h"
 #include "nodes.h"
-#include "text.h"
 
 #include <iostream>
 
@@ -20,11 +20,10 @@ class Filer
 public:
     Filer(const Library& library, const std::wstring& path, bool isPlain)
     {
-        requireWritable(path);
         m_filer.reset(library.symbol<decltype(morvCreateXmlFiler)>("morvCreateXmlFiler")(
             path.c_str(), KelXmlLib::eEncodingUtf8, 0, !isPlain, false, nullptr, nullptr));
         if (!m_filer)
-            throw Failure("cannot write '" + toUtf8(path) + "': the library made no filer");
+            throw Failure("the library has no writer for this file");
     }
 
     void begin() { check(m_filer->writeDocBegin()); }
@@ -53,7 +52,7 @@ private:
     static void check(KelXmlLib::eStatus status)
     {
         if (status != KelXmlLib::eStatusAccepted)
-            throw Failure("the filer refused an argument");
+            throw Failure("the library refuses to write a name or a text of the document");
     }
 
     std::unique_ptr<IKelXmlFiler> m_filer;
@@ -67,7 +66,7 @@ public:
 
     void writeChildren(IXMLDOMNode& parent)
     {
-        for (const Node& child : childrenOf(parent))
+        for (const Node& child : kel::childrenOf(parent))
             if (write(*child))
                 ++m_written;
             else
@@ -131,11 +130,8 @@ private:
     std::size_t m_leftOut = 0;
 };
 
-} // namespace
-
-void runWrite(const Library& library, const Arguments& arguments)
+void writeCatalogue(Filer& filer)
 {
-    Filer filer(library, arguments.values[0], arguments.isPlain);
     filer.begin();
     filer.comment(L" every kind of content that the filer writes ");
     filer.beginElement(L"catalogue");
@@ -155,19 +151,41 @@ void runWrite(const Library& library, const Arguments& arguments)
     filer.comment(L" beyond the basic plane follows ");
     filer.element(L"sign", L"\U0001F333\U0001D11E");
     filer.end();
-    requireWritten(library, arguments.values[0]);
+}
+
+/// Saves what `write` gives to a filer.
+template <class Write>
+void saveFiled(const Library& library, const std::wstring& path, bool isPlain, Write write)
+{
+    saveBy(library, path, [&](const std::wstring& place) {
+        Filer filer(library, place, isPlain);
+        write(filer);
+        return true;
+    });
+}
+
+} // namespace
+
+void runWrite(const Library& library, const Arguments& arguments)
+{
+    saveFiled(library, arguments.values[0], arguments.isPlain, writeCatalogue);
 }
 
 void runExport(const Library& library, const Arguments& arguments)
 {
     const auto document = loadDocument(library, arguments.values[0]);
-    Filer filer(library, arguments.values[1], arguments.isPlain);
-    Exporter exporter(library, filer);
-    exporter.writeChildren(*document);
-    filer.end();
-    requireWritten(library, arguments.values[1]);
-    std::cout << exporter.written() << " nodes written, " << exporter.leftOut()
-              << " left out, for which the filer has no operation\n";
+    const std::wstring& path = arguments.values[1];
+    std::size_t written = 0;
+    std::size_t leftOut = 0;
+    saveFiled(library, path, arguments.isPlain, [&](Filer& filer) {
+        Exporter exporter(library, filer);
+        exporter.writeChildren(*document);
+        filer.end();
+        written = exporter.written();
+        leftOut = exporter.leftOut();
+    });
+    reportBeside(path) << written << " nodes written, " << leftOut
+                       << " left out, which cannot be written this way\n";
 }
 
 } // namespace host

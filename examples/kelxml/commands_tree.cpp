@@ -1,7 +1,9 @@
 // Looking at a document: `tree` and `find`.
 
 #include "commands.h"
+#include "files.h"
 #include "nodes.h"
+#include "terminal.h"
 #include "text.h"
 
 #include <array>
@@ -25,10 +27,12 @@ const char* typeWord(DOMNodeType type)
 std::string nameAndAttributes(const Library& library, IXMLDOMNode& node)
 {
     const std::wstring name = nameOf(node);
-    std::string line = name.empty() || name[0] == L'#' ? std::string() : ' ' + toUtf8(name);
+    std::string line;
+    if (!name.empty() && name[0] != L'#')
+        line = ' ' + painted(Style::name, toUtf8(name));
     if (typeOf(node) == NODE_ELEMENT)
         for (const AttributeText& attribute : attributesOf(library, node))
-            line += ' ' + toUtf8(attribute.name) + '=' + quoted(attribute.value);
+            line += ' ' + painted(Style::attribute, toUtf8(attribute.name)) + '=' + quoted(attribute.value);
     return line;
 }
 
@@ -36,14 +40,15 @@ std::string nameAndAttributes(const Library& library, IXMLDOMNode& node)
 void printTree(const Library& library, IXMLDOMNode& node, std::size_t level)
 {
     const DOMNodeType type = typeOf(node);
-    std::cout << std::string(2 * level, ' ') << typeWord(type) << nameAndAttributes(library, node);
+    std::cout << std::string(2 * level, ' ') << painted(Style::type, typeWord(type))
+              << nameAndAttributes(library, node);
     if (type != NODE_ELEMENT && type != NODE_DOCUMENT) {
         const std::wstring value = valueOf(node);
         if (!value.empty())
-            std::cout << ' ' << quoted(value);
+            std::cout << ' ' << painted(Style::text, quoted(value));
     }
     std::cout << '\n';
-    for (const Node& child : childrenOf(node))
+    for (const Node& child : kel::childrenOf(node))
         printTree(library, *child, level + 1);
 }
 
@@ -60,10 +65,9 @@ void runFind(const Library& library, const Arguments& arguments)
     const auto document = loadDocument(library, arguments.values[0]);
     for (const Node& match : elementsNamed(*document, arguments.values[1])) {
         std::cout << nameAndAttributes(library, *match).substr(1);
-        kel::Bstr text;
-        require(match->get_text(text.put()), "asking for an element's text");
-        if (text.length() > 0)
-            std::cout << ' ' << quoted({text.c_str(), text.length()});
+        const std::wstring text = kel::textOf(*match, &IXMLDOMNode::get_text);
+        if (!text.empty())
+            std::cout << ' ' << painted(Style::text, quoted(text));
         std::cout << '\n';
     }
 }

@@ -28,7 +28,7 @@ bool isNameStart(wchar_t c)
 class Parser
 {
 public:
-    explicit Parser(const std::wstring& text) : m_text(text) {}
+    explicit Parser(std::wstring_view text) : m_text(text) {}
 
     Expression parse()
     {
@@ -74,7 +74,7 @@ private:
             fail("the name of a member");
         while (isNameStart(peek()) || isDigit(peek()))
             ++m_place;
-        return m_text.substr(start, m_place - start);
+        return std::wstring(m_text.substr(start, m_place - start));
     }
 
     Path path()
@@ -192,14 +192,14 @@ private:
         return {decimal};
     }
 
-    const std::wstring& m_text;
+    const std::wstring_view m_text;
     std::size_t m_place = 0;
     int m_nesting = 0;
 };
 
 } // namespace
 
-Expression parseExpression(const std::wstring& text)
+Expression parseExpression(std::wstring_view text)
 {
     return Parser(text).parse();
 }

@@ -10,6 +10,7 @@
 #include "host.h"
 
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -23,8 +24,9 @@ struct Step
 {
     std::wstring name;
     std::vector<Argument> arguments;
-    /// The path up to here as it was written, for messages.
-    std::wstring source;
+    /// The path up to here as it was written, for messages: a part of the text that was parsed, which must
+    /// outlive it.
+    std::wstring_view source;
 };
 
 using Path = std::vector<Step>;
@@ -41,7 +43,7 @@ struct Expression
     std::vector<Argument> assigned;
 };
 
-/// \throw UsageError with the place of the mistake
-Expression parseExpression(const std::wstring& text);
+/// \param text must outlive the expression \throw UsageError with the place of the mistake
+Expression parseExpression(std::wstring_view text);
 
 } // namespace host

@@ -1,108 +1,156 @@
-// Documents from files and into files, and what can be wrong with a file. The library answers only that it
-// could not; so the file is looked at before it is asked.
+// Reading and writing of documents. The library answers only that it could not; so what is wrong is found out
+// here.
 
-#include "host.h"
+#include "files.h"
+
+#include "descriptor.h"
+#include "terminal.h"
 #include "text.h"
 
 #include <cerrno>
-#include <cstring>
-#include <filesystem>
+#include <iostream>
+#include <optional>
 #include <system_error>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
-
-namespace fs = std::filesystem;
 
 namespace host
 {
 namespace
 {
 
-[[noreturn]] void failWithFile(const char* action, const std::string& path, const std::string& reason)
+constexpr wchar_t kStandard[] = L"-";
+/// More than the library takes, so that it still refuses what was cut off here.
+constexpr std::uintmax_t kMostRead = (std::uintmax_t{1} << 30U) + 1;
+
+std::string readName(const std::wstring& path)
 {
-    throw Failure(std::string(action) + " '" + path + "': " + reason);
+    return path == kStandard ? "the standard input" : '\'' + toUtf8(path) + '\'';
 }
 
-void requireReadable(const std::string& path)
+std::string writtenName(const std::wstring& path)
 {
-    constexpr char kAction[] = "cannot read";
-    if (path.empty())
-        failWithFile(kAction, path, std::strerror(ENOENT));
-    if (access(path.c_str(), R_OK) != 0)
-        failWithFile(kAction, path, std::strerror(errno));
-    std::error_code ignored;
-    if (fs::is_directory(path, ignored))
-        failWithFile(kAction, path, std::strerror(EISDIR));
+    return path == kStandard ? "the standard output" : '\'' + toUtf8(path) + '\'';
+}
+
+bool isRegular(int descriptor)
+{
+    struct stat status = {};
+    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+std::uintmax_t sizeOf(const Descriptor& file)
+{
+    struct stat status = {};
+    return fstat(file.number(), &status) == 0 ? static_cast<std::uintmax_t>(status.st_size) : 0;
+}
+
+/// A file that can be read as often as needed: what can be read only once is taken into memory.
+Descriptor openInput(const std::wstring& path)
+{
+    Descriptor opened;
+    if (path != kStandard) {
+        opened = Descriptor(open(toUtf8(path).c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+        if (opened.number() < 0)
+            throw std::system_error(errno, std::generic_category());
+        if (isRegular(opened.number()))
+            return opened;
+    }
+    const int source = path == kStandard ? STDIN_FILENO : opened.number();
+    std::optional<Progress> progress;
+    if (!isatty(source)) // where somebody is typing
+        progress.emplace("reading " + readName(path));
+    Descriptor kept = makeFileInMemory();
+    copyBytes(source, kept.number(), kMostRead);
+    return kept;
 }
 
 /// \return whether the file was read and is a document within the library's limits
-bool load(IXMLDOMDocument& document, const std::wstring& path)
+bool loadFrom(IXMLDOMDocument& document, const std::wstring& place)
 {
     VARIANT_BOOL success = VARIANT_FALSE;
-    return document.load(Value(path).get(), &success) == S_OK && success == VARIANT_TRUE;
+    return document.load(kel::Variant(place).get(), &success) == S_OK && success == VARIANT_TRUE;
+}
+
+/// What is beyond the limits leaves an earlier tree as it was; what is not well-formed takes its place as far
+/// as it goes.
+std::string whyRefused(const Library& library, const Descriptor& input)
+{
+    if (sizeOf(input) == 0)
+        return "it is empty";
+    constexpr wchar_t kEarlier[] = L"kelxml-earlier";
+    const auto document = library.newDocument();
+    kel::check(document->loadXML(kel::Bstr(L"<kelxml-earlier/>").get(), nullptr));
+    loadFrom(*document, input.place());
+    kel::ComPtr<IXMLDOMNode> first;
+    const bool isThere = document->get_firstChild(first.put()) == S_OK;
+    return isThere && kel::textOf(*first, &IXMLDOMNode::get_nodeName) == kEarlier
+               ? "it is beyond the limits of the library (see LIMITS in 'man kelxml')"
+               : "it is not well-formed XML";
 }
 
 } // namespace
 
-void loadBy(const std::wstring& path, const std::function<bool(const std::wstring& path)>& load)
+std::uintmax_t loadBy(const Library& library, const std::wstring& path, const FileWork& load)
 {
-    requireReadable(toUtf8(path));
-    if (!load(path))
-        failWithFile("cannot read", toUtf8(path), "not well-formed XML, or beyond the limits of the library");
+    const std::string name = readName(path);
+    try {
+        const Descriptor input = openInput(path);
+        const Progress progress("reading " + name);
+        if (!load(input.place()))
+            throw Failure("cannot read " + name + ": " + whyRefused(library, input));
+        return sizeOf(input);
+    } catch (const std::system_error& error) {
+        throw Failure("cannot read " + name + ": " + error.code().message());
+    }
 }
 
-kel::ComPtr<IXMLDOMDocument> loadDocument(const Library& library, const std::wstring& path)
+std::uintmax_t saveBy(const Library& library, const std::wstring& path, const FileWork& save)
+{
+    const std::string name = writtenName(path);
+    try {
+        const Descriptor saved = makeFileInMemory();
+        {
+            const Progress progress("writing " + name);
+            if (!save(saved.place()))
+                throw Failure("cannot write " + name + ": the document is too deep for the free stack");
+            if (!loadFrom(*library.newDocument(), saved.place()))
+                throw Failure("cannot write " + name +
+                              ": it would be no well-formed document, or beyond the limits of the library");
+        }
+        if (path == kStandard)
+            copyBytes(saved.number(), STDOUT_FILENO);
+        else
+            putIntoPlace(saved.number(), toUtf8(path));
+        return sizeOf(saved);
+    } catch (const std::system_error& error) {
+        throw Failure("cannot write " + name + ": " + error.code().message());
+    }
+}
+
+kel::ComPtr<IXMLDOMDocument> loadDocument(const Library& library, const std::wstring& path,
+                                          std::uintmax_t* size)
 {
     auto document = library.newDocument();
-    loadBy(path, [&](const std::wstring& name) { return load(*document, name); });
+    const std::uintmax_t read =
+        loadBy(library, path, [&](const std::wstring& place) { return loadFrom(*document, place); });
+    if (size)
+        *size = read;
     return document;
 }
 
-void saveBy(const Library& library, const std::wstring& path,
-            const std::function<bool(const std::wstring& path)>& save)
+std::uintmax_t saveDocument(const Library& library, IXMLDOMDocument& document, const std::wstring& path)
 {
-    requireWritable(path);
-    if (!save(path))
-        failWithFile("cannot write", toUtf8(path),
-                     "the library could not open it or write so deep a document");
-    requireWritten(library, path);
+    return saveBy(library, path, [&](const std::wstring& place) {
+        return document.save(kel::Variant(place).get()) == S_OK;
+    });
 }
 
-void saveDocument(const Library& library, IXMLDOMDocument& document, const std::wstring& path)
+std::ostream& reportBeside(const std::wstring& path)
 {
-    saveBy(library, path, [&](const std::wstring& name) { return document.save(Value(name).get()) == S_OK; });
-}
-
-std::uintmax_t fileSize(const std::wstring& path)
-{
-    std::error_code error;
-    const std::uintmax_t size = fs::file_size(toUtf8(path), error);
-    return error ? 0 : size; // a device has no size
-}
-
-void requireWritable(const std::wstring& path)
-{
-    constexpr char kAction[] = "cannot write";
-    const std::string name = toUtf8(path);
-    if (name.empty())
-        failWithFile(kAction, name, std::strerror(ENOENT));
-    std::error_code ignored;
-    if (fs::is_directory(name, ignored))
-        failWithFile(kAction, name, std::strerror(EISDIR));
-    const fs::path directory = fs::path(name).parent_path();
-    const fs::path place = fs::exists(name, ignored) ? fs::path(name) : directory.empty() ? "." : directory;
-    if (access(place.c_str(), W_OK) != 0)
-        failWithFile(kAction, name, std::strerror(errno));
-}
-
-void requireWritten(const Library& library, const std::wstring& path)
-{
-    std::error_code ignored;
-    if (!fs::is_regular_file(toUtf8(path), ignored))
-        return;
-    if (!load(*library.newDocument(), path))
-        failWithFile("cannot write", toUtf8(path),
-                     "what arrived cannot be read again (no space left, or no well-formed document)");
+    return path == kStandard ? std::cerr : std::cout;
 }
 
 } // namespace host

@@ -2,12 +2,8 @@
 
 #pragma once
 
-#include "KelComWrapper/bstr.h"
-#include "KelXmlLib/xmldom.h"
+#include "KelXmlLib/convenience.h"
 
-#include "value.h"
-
-#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -33,8 +29,7 @@ public:
 class Library
 {
 public:
-    /// Loads libKelXmlLib.so from ../lib as seen from the program, else from where the system looks, and
-    /// registers the type library. \throw Failure
+    /// Loads the library and registers the type library, which has its place beside it. \throw Failure
     Library();
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
@@ -63,29 +58,8 @@ private:
     void* address(const char* name) const;
     void* newObject(const GUID& interfaceId) const;
     void registerTypeLibrary() const;
-    template <class Interface>
-    kel::ComPtr<Interface> as(IXMLDOMNode& node, const char* identifier) const;
 
     std::unique_ptr<void, Closer> m_library;
 };
-
-/// An answer in words, with its code.
-std::string describe(HRESULT code);
-/// \throw Failure that says what was being done, unless `code` is `S_OK`
-void require(HRESULT code, const char* action);
-
-/// Loads a document by `load(path)`, which answers whether it could. \throw Failure that says what is wrong
-/// with the file
-void loadBy(const std::wstring& path, const std::function<bool(const std::wstring& path)>& load);
-/// Saves a document by `save(path)`, which answers whether it could. \throw Failure that says what is wrong
-void saveBy(const Library& library, const std::wstring& path,
-            const std::function<bool(const std::wstring& path)>& save);
-kel::ComPtr<IXMLDOMDocument> loadDocument(const Library& library, const std::wstring& path);
-void saveDocument(const Library& library, IXMLDOMDocument& document, const std::wstring& path);
-std::uintmax_t fileSize(const std::wstring& path);
-/// Looks at a place before a file is written there. \throw Failure
-void requireWritable(const std::wstring& path);
-/// Reads a file back, for neither saving nor the filer reports what becomes of the writing. \throw Failure
-void requireWritten(const Library& library, const std::wstring& path);
 
 } // namespace host

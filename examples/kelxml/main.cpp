@@ -2,6 +2,7 @@
 // wrong.
 
 #include "commands.h"
+#include "terminal.h"
 #include "text.h"
 
 #include <clocale>
@@ -51,12 +52,15 @@ constexpr Command kCommands[] = {
      "elements "
      "were changed.\n",
      3, 3, Output::required, false, &runText},
-    {"new", "OUT", "a small document made from nothing", "", 1, 1, Output::none, false, &runNew},
-    {"write", "OUT [--plain]", "a small catalogue written by the filer", "  --plain  no indentation\n", 1, 1,
+    {"new", "OUT", "a small document made from nothing", "A shelf with a book: elements, attributes, text.\n",
+     1, 1, Output::none, false, &runNew},
+    {"write", "OUT [--plain]", "a small catalogue written in one go",
+     "Shows every kind of content that can be written this way.\n  --plain  no indentation\n", 1, 1,
      Output::none, true, &runWrite},
-    {"export", "FILE OUT [--plain]", "copy a document node by node through the filer",
-     "Document types, processing instructions, entity references and empty content are left\nout: the filer "
-     "does not write them. Prints how many nodes were written and left out.\n  --plain  no indentation\n",
+    {"export", "FILE OUT [--plain]", "copy a document node by node",
+     "Document types, processing instructions, entity references and empty content are left\nout: they "
+     "cannot be written this way. Prints how many nodes were written and left out.\n  --plain  no "
+     "indentation\n",
      2, 2, Output::none, true, &runExport},
     {"call", "FILE EXPRESSION [-o OUT]", "call members by name, as scripts do",
      "EXPRESSION is a dotted path of members from the document, with arguments in parentheses:\nstrings in "
@@ -80,21 +84,23 @@ const Command* commandNamed(std::string_view name)
     return nullptr;
 }
 
+constexpr char kFilesAndCodes[] =
+    "A file called \"-\" is the standard input or the standard output. Behind \"--\" nothing is an option.\n"
+    "Exit code: 0 fine, 1 the work could not be done, 2 the command line makes no sense.\n";
+
 void printUsage(std::ostream& stream)
 {
-    stream << "kelxml: reads, changes and writes XML documents through libKelXmlLib.so\n\n";
+    stream << "kelxml: reads, changes and writes XML documents\n\n";
     for (const Command& command : kCommands)
         stream << "  kelxml " << command.name << ' ' << command.synopsis << "\n      " << command.purpose
                << '\n';
-    stream << "  kelxml help [COMMAND]\n\n"
-              "Behind \"--\" nothing is an option.\n"
-              "Exit code: 0 fine, 1 the work failed, 2 wrong usage.\n";
+    stream << "  kelxml help [COMMAND], kelxml COMMAND --help\n  kelxml --version\n\n" << kFilesAndCodes;
 }
 
 void printHelp(const Command& command)
 {
     std::cout << "kelxml " << command.name << ' ' << command.synopsis << "\n  " << command.purpose << "\n\n"
-              << command.details;
+              << command.details << kFilesAndCodes;
 }
 
 bool isHelp(std::string_view word)
@@ -171,6 +177,10 @@ void run(std::vector<std::string_view> words)
     words.erase(words.begin());
     if (name == "help" || isHelp(name))
         return runHelp(words);
+    if (name == "--version" && words.empty()) {
+        std::cout << "kelxml " << KEL_VERSION << '\n';
+        return;
+    }
     const Command* const command = commandNamed(name);
     if (!command)
         throw UsageError("unknown command '" + std::string(name) + "'");
@@ -189,18 +199,19 @@ int main(int count, char** words)
     // File names reach the system in the character encoding of the locale; numbers stay as they are.
     std::setlocale(LC_CTYPE, "");
     std::ios::sync_with_stdio(false);
+    const std::string sayer = painted(Style::error, "kelxml:") + ' ';
     try {
         run({words + (count > 0 ? 1 : 0), words + count});
         if (!std::cout.flush())
             throw Failure("cannot write to the standard output");
         return kFine;
     } catch (const UsageError& error) {
-        std::cerr << "kelxml: " << error.what() << " (see 'kelxml help')\n";
+        std::cerr << sayer << error.what() << " (see 'kelxml help')\n";
         return kWrongUsage;
     } catch (const std::bad_alloc&) {
-        std::cerr << "kelxml: out of memory\n";
+        std::cerr << sayer << "out of memory\n";
     } catch (const std::exception& error) {
-        std::cerr << "kelxml: " << error.what() << '\n';
+        std::cerr << sayer << error.what() << '\n';
     }
     return kFailed;
 }

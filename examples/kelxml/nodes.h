@@ -26,9 +26,8 @@ std::wstring valueOf(IXMLDOMNode& node);
 /// By name, for the library's order is by chance.
 std::vector<AttributeText> attributesOf(const Library& library, IXMLDOMNode& node);
 
-/// The children as they are now; the library's own list would follow every change.
-std::vector<Node> childrenOf(IXMLDOMNode& node);
-/// The elements with a tag name as they are now, in document order.
+/// The elements with a tag name as they are now, in document order; the library's own list would follow every
+/// change.
 std::vector<Node> elementsNamed(IXMLDOMDocument& document, const std::wstring& tagName);
 
 } // namespace host

@@ -1,0 +1,36 @@
+# What `cmake --install` puts where, in three components: runtime, development, tool. No installed file knows the
+# prefix: the tree can be moved.
+include(CMakePackageConfigHelpers)
+
+set(KEL_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/${PROJECT_NAME})
+set(KEL_PKGCONFIG_DIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# Libraries find each other, and the tool finds them, without the system's help.
+set_target_properties(KelComWrapper KelXmlLib PROPERTIES INSTALL_RPATH $ORIGIN)
+file(RELATIVE_PATH up ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+set_target_properties(kelxml PROPERTIES INSTALL_RPATH $ORIGIN/${up})
+
+install(TARGETS KelComWrapper KelXmlLib EXPORT ${PROJECT_NAME}Targets
+        LIBRARY COMPONENT runtime NAMELINK_COMPONENT development)
+get_filename_component(place ${KEL_TYPE_LIBRARY_PLACE} DIRECTORY)
+install(FILES ${KEL_TYPE_LIBRARY} DESTINATION ${CMAKE_INSTALL_LIBDIR}/${place} COMPONENT runtime)
+
+install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+install(EXPORT ${PROJECT_NAME}Targets NAMESPACE ${PROJECT_NAME}:: DESTINATION ${KEL_PACKAGE_DIR}
+        COMPONENT development)
+set(KEL_TYPE_LIBRARY_INSTALLED ${CMAKE_INSTALL_LIBDIR}/${KEL_TYPE_LIBRARY_PLACE})
+configure_package_config_file(cmake/Config.cmake.in ${PROJECT_NAME}Config.cmake
+  INSTALL_DESTINATION ${KEL_PACKAGE_DIR} PATH_VARS KEL_TYPE_LIBRARY_INSTALLED)
+write_basic_package_version_file(${PROJECT_NAME}ConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/${PROJECT_NAME}Config.cmake
+              ${PROJECT_BINARY_DIR}/${PROJECT_NAME}ConfigVersion.cmake
+        DESTINATION ${KEL_PACKAGE_DIR} COMPONENT development)
+
+file(RELATIVE_PATH up /${KEL_PKGCONFIG_DIR} /)
+set(KEL_PREFIX_FROM_PKGCONFIG \${pcfiledir}/${up})
+foreach(module KelComWrapper KelXmlLib)
+  configure_file(cmake/${module}.pc.in ${module}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${module}.pc DESTINATION ${KEL_PKGCONFIG_DIR} COMPONENT development)
+endforeach()
+
+install(TARGETS kelxml RUNTIME COMPONENT tool)

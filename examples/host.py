@@ -1,0 +1,151 @@
+#!/usr/bin/env python3
+"""Reaches a document by name alone: host.py [DIRECTORY], where DIRECTORY holds the libraries.
+
+Nothing but ctypes stands between this script and the objects: IDispatch is called through the object's dispatch table,
+as every host in a language without C++ headers would. It does what the example of the README does.
+"""
+
+import ctypes
+import os
+import sys
+
+VT_I4, VT_BSTR, VT_DISPATCH, VT_BOOL = 3, 8, 9, 11
+METHOD_OR_GET = 1 | 2
+RELEASE, GET_IDS_OF_NAMES, INVOKE = 2, 5, 6  # slots of the dispatch table
+
+
+class Guid(ctypes.Structure):
+    _fields_ = [("bytes", ctypes.c_uint8 * 16)]
+
+
+class Variant(ctypes.Structure):
+    class Value(ctypes.Union):
+        _fields_ = [("i4", ctypes.c_int32), ("boolean", ctypes.c_int16), ("pointer", ctypes.c_void_p)]
+
+    _anonymous_ = ["value"]
+    _fields_ = [("vt", ctypes.c_uint16), ("reserved", ctypes.c_uint16 * 3), ("value", Value),
+                ("more", ctypes.c_void_p)]
+
+
+class Parameters(ctypes.Structure):
+    _fields_ = [("arguments", ctypes.POINTER(Variant)), ("named", ctypes.c_void_p), ("count", ctypes.c_uint32),
+                ("named_count", ctypes.c_uint32)]
+
+
+class Failure(Exception):
+    """A member failed."""
+
+
+def check(result, what):
+    if result < 0:
+        raise Failure(f"{what}: 0x{result & 0xFFFFFFFF:08X}")
+
+
+class Library:
+    """The two libraries, loaded, told so, and with their type library registered."""
+
+    def __init__(self, directory=None):
+        def load(name):
+            return ctypes.CDLL(os.path.join(directory, name) if directory else name)
+
+        self.com = load("libKelComWrapper.so.1")
+        self.com.SysAllocString.restype = ctypes.c_void_p
+        self.com.SysAllocString.argtypes = [ctypes.c_wchar_p]
+        self.com.SysFreeString.argtypes = [ctypes.c_void_p]
+        self.xml = load("libKelXmlLib.so.1")
+        self.xml.DllMain(None, 1, None)
+        # The C++ name of KelTypelib::RegisterTypeLib(const GUID&, const wchar_t*).
+        register = self.com._ZN10KelTypelib15RegisterTypeLibERK4GUIDPKw
+        register.argtypes = [ctypes.c_void_p, ctypes.c_wchar_p]
+        place = os.path.join(self._directory(), "KelXmlLib-1", "xmldom.tlb")
+        check(register(ctypes.byref(self._identifier("LIBID_MSXML")), place), "registering " + place)
+
+    @staticmethod
+    def _directory():
+        with open("/proc/self/maps", encoding="utf-8") as maps:
+            return next(os.path.dirname(line.split(maxsplit=5)[5]) for line in maps if "/libKelXmlLib.so.1" in line)
+
+    def _identifier(self, name):
+        library = self.com if name == "IID_IDispatch" else self.xml
+        return Guid.in_dll(library, name)
+
+    def new_document(self):
+        pointer = ctypes.c_void_p()
+        check(self.xml.DllGetClassObject(ctypes.byref(self._identifier("CLSID_DOMDocument")),
+                                         ctypes.byref(self._identifier("IID_IDispatch")), ctypes.byref(pointer)),
+              "making a document")
+        return Object(self, pointer.value)
+
+
+class Object:
+    """An object with one reference, which goes with it. Members are called by name: `node.call("cloneNode", True)`."""
+
+    def __init__(self, library, pointer):
+        self._library = library
+        self._pointer = pointer
+
+    def __del__(self):
+        self._slot(RELEASE)()
+
+    def _slot(self, number):
+        table = ctypes.cast(self._pointer, ctypes.POINTER(ctypes.POINTER(ctypes.c_void_p)))[0]
+        function = ctypes.CFUNCTYPE(ctypes.c_int32, ctypes.c_void_p)(table[number])
+        function.argtypes = None  # as they come, behind the object itself
+        return lambda *arguments: function(ctypes.c_void_p(self._pointer), *arguments)
+
+    def call(self, name, *arguments):
+        """Calls a method or reads a property."""
+        identifier = ctypes.c_int32(-1)
+        names = (ctypes.c_wchar_p * 1)(name)
+        check(self._slot(GET_IDS_OF_NAMES)(ctypes.byref(Guid()), names, ctypes.c_uint32(1), ctypes.c_uint32(0),
+                                           ctypes.byref(identifier)), name)
+        values = (Variant * len(arguments))(*map(self._to_variant, reversed(arguments)))
+        parameters = Parameters(values, None, len(arguments), 0)
+        result = Variant()
+        try:
+            check(self._slot(INVOKE)(identifier, ctypes.byref(Guid()), ctypes.c_uint32(0),
+                                     ctypes.c_uint16(METHOD_OR_GET), ctypes.byref(parameters), ctypes.byref(result),
+                                     None, None), name)
+        finally:
+            for value in values:
+                self._free_text(value)
+        return self._from_variant(result)
+
+    def _to_variant(self, value):
+        variant = Variant()
+        if isinstance(value, bool):
+            variant.vt, variant.boolean = VT_BOOL, -1 if value else 0
+        elif isinstance(value, int):
+            variant.vt, variant.i4 = VT_I4, value
+        elif isinstance(value, str):
+            variant.vt, variant.pointer = VT_BSTR, self._library.com.SysAllocString(value)
+        else:
+            variant.vt, variant.pointer = VT_DISPATCH, value._pointer
+        return variant
+
+    def _from_variant(self, variant):
+        if variant.vt == VT_BSTR:
+            text = ctypes.wstring_at(variant.pointer) if variant.pointer else ""
+            self._free_text(variant)
+            return text
+        if variant.vt == VT_DISPATCH:
+            return Object(self._library, variant.pointer) if variant.pointer else None
+        return {VT_I4: variant.i4, VT_BOOL: variant.boolean != 0}.get(variant.vt)
+
+    def _free_text(self, variant):
+        if variant.vt == VT_BSTR:
+            self._library.com.SysFreeString(variant.pointer)
+
+
+def main():
+    document = Library(*sys.argv[1:2]).new_document()
+    if not document.call("loadXML", "<shelf><book>Trees</book><book/></shelf>"):
+        raise Failure("loadXML: not well-formed")
+    books = document.call("selectNodes", "book")
+    for index in range(books.call("length")):
+        books.call("item", index).call("setAttribute", "copies", 3)
+    document.call("save", "shelf.xml")
+
+
+if __name__ == "__main__":
+    main()
