@@ -2,23 +2,18 @@
 // said.
 
 #include "dom/text_bounds.h"
+#include "support.h"
 
 #include <QtCore/QBuffer>
 #include <QtXml/QDomDocument>
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 
 using namespace kelxml;
+using kelfuzz::require;
 
 namespace
 {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 struct Tree
 {

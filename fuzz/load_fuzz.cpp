@@ -7,64 +7,20 @@
 #include "KelXmlLib/module.h"
 #include "KelXmlLib/xmldom.h"
 #include "dom/text_bounds.h"
+#include "support.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QTextStream>
 #include <QtXml/QDomDocument>
 #include <cstdint>
-#include <cstdlib>
-#include <string>
-#include <sys/mman.h>
-#include <unistd.h>
 
 using namespace kelxml;
+using namespace kelfuzz;
 using kel::Bstr;
 using kel::ComPtr;
 
 namespace
 {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
-
-/// A file that is only in memory, with a path.
-class MemoryFile
-{
-public:
-    MemoryFile() : m_descriptor(memfd_create("fuzz", 0)) { require(m_descriptor >= 0); }
-    ~MemoryFile() { close(m_descriptor); }
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
-
-    std::wstring path() const { return L"/proc/self/fd/" + std::to_wstring(m_descriptor); }
-
-    void write(const std::uint8_t* data, std::size_t size)
-    {
-        require(ftruncate(m_descriptor, 0) == 0);
-        require(pwrite(m_descriptor, data, size, 0) == static_cast<ssize_t>(size));
-    }
-
-    QByteArray read() const
-    {
-        QByteArray bytes(static_cast<int>(lseek(m_descriptor, 0, SEEK_END)), '\0');
-        require(pread(m_descriptor, bytes.data(), static_cast<std::size_t>(bytes.size()), 0) == bytes.size());
-        return bytes;
-    }
-
-private:
-    int m_descriptor;
-};
-
-VARIANT variantOf(const Bstr& text)
-{
-    VARIANT value{};
-    value.vt = VT_BSTR;
-    value.bstrVal = text.get();
-    return value;
-}
 
 QByteArray savedBy(IXMLDOMDocument& document)
 {
@@ -133,7 +89,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 bounds::lookAt(text), text);
 
     static MemoryFile file;
-    file.write(data, size);
+    file.write(bytes);
     const Bstr path(file.path().c_str());
     QBuffer buffer(&bytes);
     require(buffer.open(QIODevice::ReadOnly));
