@@ -80,9 +80,8 @@ extern "C" int LLVMFuzzerInitialize(int*, char***)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<int>(size));
-    QString text = QString::fromUtf8(bytes);
-    text = text.section(QChar(0), 0, 0); // where a BSTR's text ends
-    const Bstr xml(text.toStdWString().c_str());
+    const Bstr xml(QString::fromUtf8(bytes).toStdWString().c_str());
+    const QString text = QString::fromUcs4(reinterpret_cast<const char32_t*>(xml.c_str()));
     if (!text.isEmpty())
         compare([&xml](IXMLDOMDocument& document,
                        VARIANT_BOOL* success) { return document.loadXML(xml.get(), success); },

@@ -60,18 +60,17 @@ TEST_F(Guards, AnAttributeKeepsItsElementAlive)
     EXPECT_EQ(S_OK, map->get_item(0, attribute.put()));
 }
 
-TEST_F(Guards, AnAttributeAmongTheChildrenOfAnotherDoesNotKeepItWithoutItsElement)
+TEST_F(Guards, NeitherAChildNorAMapOfAnAttributeKeepsItWithoutItsElement)
 {
     auto document = documentOf(L"<a><b x='1'/></a>");
     auto inner = create(*document, NODE_ATTRIBUTE, L"w");
     ComPtr<IXMLDOMNode> below;
+    ComPtr<IXMLDOMNamedNodeMap> empty;
     {
         auto b = firstChildOf(*rootOf(document));
-        ComPtr<IXMLDOMNamedNodeMap> map;
-        ComPtr<IXMLDOMNode> attribute;
-        b->get_attributes(map.put());
-        map->get_item(0, attribute.put());
+        auto attribute = attributeOf(*b, L"x");
         attribute->appendChild(inner.get(), below.put());
+        attribute->get_attributes(empty.put());
         rootOf(document)->removeChild(b.get(), nullptr);
     }
     ComPtr<IXMLDOMNode> parent;
