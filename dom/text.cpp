@@ -37,11 +37,14 @@ bool narrow(const wchar_t* text, std::size_t length, QChar* out) noexcept
 void widen(const QString& text, wchar_t* out)
 {
     const QChar* const units = text.constData();
-    const int size = text.size();
-    int length = 0;
-    for (; length < size && !units[length].isSurrogate(); ++length)
-        out[length] = units[length].unicode();
-    if (length < size)
+    int length = text.size();
+    std::uint32_t surrogates = 0;
+    for (int index = 0; index < length; ++index) {
+        const std::uint32_t unit = units[index].unicode();
+        surrogates |= static_cast<std::uint32_t>((unit & 0xF800) == 0xD800);
+        out[index] = static_cast<wchar_t>(unit);
+    }
+    if (surrogates != 0)
         length = text.toWCharArray(out);
     out[length] = L'\0';
 }

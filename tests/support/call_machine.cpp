@@ -310,6 +310,10 @@ void CallMachine::makeMap()
     map.source.object->get_attributes(map.object.put());
     map.source.object.reset();
     map.source.keeper = nullptr;
+    if (map.source.node && map.source.node->type != NODE_ELEMENT)
+        map.source.node = nullptr;
+    if (map.source.node && map.source.node->type != NODE_ELEMENT)
+        map.source.node = nullptr; // without attributes, nothing is kept
     m_maps.push_back(std::move(map));
 }
 
