@@ -3,7 +3,6 @@
 #include "KelComWrapper/typelib.h"
 #include "KelXmlLib/dispatch_impl.h"
 
-#include <array>
 #include <cwchar>
 #include <new>
 
@@ -12,11 +11,11 @@ HRESULT CComTypeInfoHolder::GetTI(LCID)
     if (m_pInfo)
         return S_OK;
 
-    std::array<wchar_t, KelTypelib::PathCapacity> path{};
-    if (const HRESULT found = KelTypelib::GetTlbFilePath(*m_plibid, path.data()); FAILED(found))
+    wchar_t path[KelTypelib::PathCapacity]; // written by the service up to its zero
+    if (const HRESULT found = KelTypelib::GetTlbFilePath(*m_plibid, path); FAILED(found))
         return found;
     ITypeLib* library = nullptr; // borrowed: the service owns it
-    if (const HRESULT loaded = KelTypelib::LoadTypeLib(path.data(), &library); FAILED(loaded))
+    if (const HRESULT loaded = KelTypelib::LoadTypeLib(path, &library); FAILED(loaded))
         return loaded;
     const HRESULT obtained = library->GetTypeInfoOfGuid(*m_pguid, m_pInfo.put());
     if (FAILED(obtained) || !m_pInfo || m_pMap)

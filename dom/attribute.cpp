@@ -20,7 +20,7 @@ CMorvXMLDOMAttribute::CMorvXMLDOMAttribute(const QDomNode& node, const QDomDocum
 
 CMorvXMLDOMAttribute::~CMorvXMLDOMAttribute()
 {
-    Inside::letGoBeforeKeeper(m_ownerDocument, m_document, m_node);
+    Inside::letGoBefore(m_keeper, m_ownerDocument, m_document, m_node);
 }
 
 HRESULT CMorvXMLDOMAttribute::QueryInterface(const GUID& riid, void** ppv)

@@ -41,13 +41,16 @@ struct Inside
         return wrapper.m_refCount;
     }
 
-    /// For an object with a keeper: lets go of the rest in the promised order. The keeper, a later member,
-    /// would go first, and goes after all that may still point into the element it keeps.
+    /// For an object that can have a keeper: lets go of what else it holds in the promised order. The keeper,
+    /// a later member, would go first, and goes after all that may still point into the element it keeps.
+    /// Without one, the order is that of the members.
     template <class Handle>
-    static void letGoBeforeKeeper(kel::ComPtr<CMorvXMLDOMDocument>& owner, QDomDocument& document,
-                                  Handle& handle)
+    static void letGoBefore(const QDomNode& keeper, kel::ComPtr<CMorvXMLDOMDocument>& owner,
+                            QDomDocument& document, Handle& handle)
     {
         owner.reset();
+        if (keeper.isNull())
+            return;
         static const QDomDocument noDocument;
         static const Handle noHandle;
         document = noDocument;

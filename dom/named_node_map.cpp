@@ -17,7 +17,7 @@ CMorvXMLDOMNamedNodeMap::CMorvXMLDOMNamedNodeMap(const QDomNode& node, const QDo
 
 CMorvXMLDOMNamedNodeMap::~CMorvXMLDOMNamedNodeMap()
 {
-    Inside::letGoBeforeKeeper(m_ownerDocument, m_document, m_map);
+    Inside::letGoBefore(m_keeper, m_ownerDocument, m_document, m_map);
 }
 
 HRESULT CMorvXMLDOMNamedNodeMap::QueryInterface(const GUID& riid, void** ppv)

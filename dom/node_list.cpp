@@ -13,8 +13,9 @@ using kelxml::Inside;
 namespace
 {
 
-QDomNodeList makeList(const CMorvXMLDOMNodeListOrigin& origin)
+QDomNodeList makeList(const CMorvXMLDOMNodeListOrigin& origin, const QDomDocument& document)
 {
+    kelxml::settle({origin.node, document});
     if (!origin.byTagName)
         return origin.node.childNodes();
     if (origin.node.isDocument())
@@ -26,24 +27,21 @@ QDomNodeList makeList(const CMorvXMLDOMNodeListOrigin& origin)
 
 CMorvXMLDOMNodeList::CMorvXMLDOMNodeList(const CMorvXMLDOMNodeListOrigin& origin,
                                          const QDomDocument& document)
-    : m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document),
-      m_keeper(kelxml::keeperOf(origin.node)), m_origin(origin)
-{
-    kelxml::settle({m_origin.node, m_document});
-    m_list = makeList(m_origin);
-    m_madeAt = kelxml::documentChanges();
-}
+    : m_list(makeList(origin, document)), m_ownerDocument(kelxml::makeOwnerDocument(document)),
+      m_document(document), m_keeper(kelxml::keeperOf(origin.node)), m_origin(origin),
+      m_madeAt(kelxml::documentChanges())
+{}
 
 CMorvXMLDOMNodeList::~CMorvXMLDOMNodeList()
 {
-    Inside::letGoBeforeKeeper(m_ownerDocument, m_document, m_list);
+    Inside::letGoBefore(m_keeper, m_ownerDocument, m_document, m_list);
 }
 
 const QDomNodeList& CMorvXMLDOMNodeList::current()
 {
     kelxml::settle({m_origin.node, m_document});
     if (m_madeAt != kelxml::documentChanges()) {
-        m_list = makeList(m_origin);
+        m_list = makeList(m_origin, m_document);
         m_madeAt = kelxml::documentChanges();
     }
     return m_list;
