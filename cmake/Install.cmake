@@ -34,3 +34,7 @@ foreach(module KelComWrapper KelXmlLib)
 endforeach()
 
 install(TARGETS kelxml RUNTIME COMPONENT tool)
+configure_file(examples/kelxml/kelxml.1 kelxml.1 @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/kelxml.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
+install(FILES examples/kelxml/kelxml.bash RENAME kelxml
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tool)

@@ -11,7 +11,6 @@ import sys
 
 VT_I4, VT_BSTR, VT_DISPATCH, VT_BOOL = 3, 8, 9, 11
 METHOD_OR_GET = 1 | 2
-RELEASE, GET_IDS_OF_NAMES, INVOKE = 2, 5, 6  # slots of the dispatch table
 
 
 class Guid(ctypes.Structure):
@@ -30,6 +29,18 @@ class Variant(ctypes.Structure):
 class Parameters(ctypes.Structure):
     _fields_ = [("arguments", ctypes.POINTER(Variant)), ("named", ctypes.c_void_p), ("count", ctypes.c_uint32),
                 ("named_count", ctypes.c_uint32)]
+
+
+def slot(number, *types):
+    return number, ctypes.CFUNCTYPE(ctypes.c_int32, ctypes.c_void_p, *types)
+
+
+# The slots of the dispatch table, with what they take behind the object.
+RELEASE = slot(2)
+GET_IDS_OF_NAMES = slot(5, ctypes.POINTER(Guid), ctypes.POINTER(ctypes.c_wchar_p), ctypes.c_uint32, ctypes.c_uint32,
+                        ctypes.POINTER(ctypes.c_int32))
+INVOKE = slot(6, ctypes.c_int32, ctypes.POINTER(Guid), ctypes.c_uint32, ctypes.c_uint16, ctypes.POINTER(Parameters),
+              ctypes.POINTER(Variant), ctypes.c_void_p, ctypes.c_void_p)
 
 
 class Failure(Exception):
@@ -85,27 +96,22 @@ class Object:
         self._pointer = pointer
 
     def __del__(self):
-        self._slot(RELEASE)()
+        self._call_slot(RELEASE)
 
-    def _slot(self, number):
+    def _call_slot(self, slot, *arguments):
+        number, function = slot
         table = ctypes.cast(self._pointer, ctypes.POINTER(ctypes.POINTER(ctypes.c_void_p)))[0]
-        function = ctypes.CFUNCTYPE(ctypes.c_int32, ctypes.c_void_p)(table[number])
-        function.argtypes = None  # as they come, behind the object itself
-        return lambda *arguments: function(ctypes.c_void_p(self._pointer), *arguments)
+        return function(table[number])(self._pointer, *arguments)
 
     def call(self, name, *arguments):
         """Calls a method or reads a property."""
-        identifier = ctypes.c_int32(-1)
-        names = (ctypes.c_wchar_p * 1)(name)
-        check(self._slot(GET_IDS_OF_NAMES)(ctypes.byref(Guid()), names, ctypes.c_uint32(1), ctypes.c_uint32(0),
-                                           ctypes.byref(identifier)), name)
+        identifier = ctypes.c_int32()
+        check(self._call_slot(GET_IDS_OF_NAMES, Guid(), ctypes.c_wchar_p(name), 1, 0, identifier), name)
         values = (Variant * len(arguments))(*map(self._to_variant, reversed(arguments)))
         parameters = Parameters(values, None, len(arguments), 0)
         result = Variant()
         try:
-            check(self._slot(INVOKE)(identifier, ctypes.byref(Guid()), ctypes.c_uint32(0),
-                                     ctypes.c_uint16(METHOD_OR_GET), ctypes.byref(parameters), ctypes.byref(result),
-                                     None, None), name)
+            check(self._call_slot(INVOKE, identifier, Guid(), 0, METHOD_OR_GET, parameters, result, None, None), name)
         finally:
             for value in values:
                 self._free_text(value)

@@ -155,6 +155,47 @@ TEST_F(Guards, NoTreeBecomesDeeperThanTheBoundInWhateverOrderItIsBuilt)
     EXPECT_EQ(S_FALSE, attribute->get_parentNode(parent.put())) << "and is therefore not placed";
 }
 
+TEST_F(Guards, AHeightOnceMeasuredIsNotTrustedWhenItNoLongerHolds)
+{
+    auto document = newDocument();
+    const auto row = [&](int length) {
+        auto top = create(*document, NODE_ELEMENT, L"e");
+        for (int count = 1; count < length; ++count) {
+            auto above = create(*document, NODE_ELEMENT, L"e");
+            append(*above, *top);
+            top = above;
+        }
+        return top;
+    };
+    const auto bottomOf = [](ComPtr<IXMLDOMNode> node) {
+        for (auto below = node; below; below = firstChildOf(*node))
+            node = below;
+        return node;
+    };
+    auto tall = row(1500);
+    auto high = row(1000);
+    auto place = bottomOf(high);
+    auto grown = firstChildOf(*row(4)); // appended, and therefore measured
+    append(*bottomOf(grown), *tall);
+    append(*place, *grown);
+    EXPECT_FALSE(firstChildOf(*place)) << "3 when it was measured, 1503 by now";
+
+    ComPtr<IXMLDOMElement> original;
+    grown->QueryInterface(IID_IXMLDOMElement, reinterpret_cast<void**>(original.put()));
+    for (int round = 0; round < 8; ++round) {
+        // Freed last, a measured node is where the copy comes to stand.
+        auto top = row(4);
+        auto measured = firstChildOf(*top);
+        top->removeChild(measured.get(), nullptr);
+        top.reset();
+        measured.reset();
+        ComPtr<IXMLDOMNode> copy;
+        original->cloneNode(VARIANT_TRUE, copy.put());
+        append(*place, *copy);
+        EXPECT_FALSE(firstChildOf(*place));
+    }
+}
+
 TEST_F(Guards, NullPointersAndForeignChildrenGetTheirAnswerAndChangeNothing)
 {
     const auto [document, root, text, attribute, list, map] = oneOfEach(L"<a x='1'>t<b/></a>");

@@ -1,4 +1,5 @@
-// Results turned into exceptions, for callers who ask for it. Header-only; nothing in the libraries uses it.
+/// \file
+/// Results turned into exceptions, for callers who ask for it. Header-only; nothing in the libraries uses it.
 
 #pragma once
 

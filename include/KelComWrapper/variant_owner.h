@@ -1,4 +1,5 @@
-// An owner for one VARIANT. Header-only and optional.
+/// \file
+/// An owner for one VARIANT. Header-only and optional.
 
 #pragma once
 

@@ -1,5 +1,6 @@
-// Shorter ways through the object model for C++ callers: documents, casts, and lists in range-for.
-// Header-only and optional; failures are exceptions (see KelComWrapper/error.h).
+/// \file
+/// Shorter ways through the object model for C++ callers: documents, casts, and lists in range-for.
+/// Header-only and optional; failures are exceptions (see KelComWrapper/error.h).
 
 #pragma once
 
