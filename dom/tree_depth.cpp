@@ -3,13 +3,13 @@
 
 #include "dom/tree_depth.h"
 
+#include <QtCore/QVarLengthArray>
 #include <QtXml/QDomElement>
 #include <QtXml/QDomNamedNodeMap>
 
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <vector>
 
 namespace kelxml
 {
@@ -131,8 +131,11 @@ struct Step
     Extent above;
 };
 
+/// What is still to be measured. Of most subtrees that is so little that nothing is allocated.
+using Steps = QVarLengthArray<Step, 32>;
+
 /// The attributes that hold more than their text.
-void addAttributes(const QDomNode& element, Extent above, std::vector<Step>& open)
+void addAttributes(const QDomNode& element, Extent above, Steps& open)
 {
     const QDomNamedNodeMap attributes = element.attributes();
     for (int index = 0; index < attributes.length(); ++index) {
@@ -147,10 +150,10 @@ Extent measure(const QDomNode& root)
 {
     const bool lookAtAttributes = attributesHoldTrees.load(std::memory_order_relaxed);
     Extent longest;
-    std::vector<Step> open{{root, {}}};
-    while (!open.empty()) {
-        const Step step = open.back();
-        open.pop_back();
+    Steps open{{root, {}}};
+    while (!open.isEmpty()) {
+        const Step step = open.last();
+        open.removeLast();
         const Extent here = step.above + extentOfOne(step.node);
         longest = larger(longest, here);
         for (QDomNode child = step.node.firstChild(); !child.isNull(); child = child.nextSibling())

@@ -34,11 +34,15 @@ void adopt(const QDomNode& top, QDomDocument home)
 }
 
 /// `appendChild` for a node without a parent. Its links to siblings may be those of an earlier place, whose
-/// nodes are freed; Qt would follow them, where `replaceChild` overwrites them.
+/// nodes are freed; Qt would keep one of them, where `insertAfter` and `replaceChild` overwrite both.
 void appendOutsider(const Place& parent, const QDomNode& child)
 {
-    QDomDocument home = parent.document;
     QDomNode place = parent.node;
+    if (const QDomNode last = place.lastChild(); !last.isNull()) {
+        place.insertAfter(child, last);
+        return;
+    }
+    QDomDocument home = parent.document;
     const QDomNode placeholder = place.appendChild(home.createTextNode(QString()));
     place.replaceChild(child, placeholder);
 }

@@ -180,6 +180,14 @@ TEST_F(Guards, AHeightOnceMeasuredIsNotTrustedWhenItNoLongerHolds)
     append(*place, *grown);
     EXPECT_FALSE(firstChildOf(*place)) << "3 when it was measured, 1503 by now";
 
+    auto carrier = create(*document, NODE_ELEMENT, L"e");
+    ComPtr<IXMLDOMElement> element;
+    carrier->QueryInterface(IID_IXMLDOMElement, reinterpret_cast<void**>(element.put()));
+    element->setAttribute(Bstr(L"x").get(), variantOf(1));
+    append(*attributeOf(*element, L"x"), *row(1500));
+    append(*place, *carrier);
+    EXPECT_FALSE(firstChildOf(*place)) << "what an attribute holds counts as well";
+
     ComPtr<IXMLDOMElement> original;
     grown->QueryInterface(IID_IXMLDOMElement, reinterpret_cast<void**>(original.put()));
     for (int round = 0; round < 8; ++round) {

@@ -1,0 +1,155 @@
+// What the look at a text costs beside Qt's load of it, and what becomes of texts that would make Qt's parser
+// explode: time and memory against their length. Prints Markdown.
+
+#include "clock.h"
+#include "inputs.h"
+
+#include "KelComWrapper/bstr.h"
+#include "KelComWrapper/com_ptr.h"
+#include "KelXmlLib/guids.h"
+#include "KelXmlLib/module.h"
+#include "KelXmlLib/xmldom.h"
+#include "dom/text_bounds.h"
+
+#include <QtCore/QBuffer>
+#include <QtCore/QFile>
+#include <QtXml/QDomDocument>
+#include <cstdio>
+#include <cstdlib>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace bench
+{
+
+namespace
+{
+
+constexpr std::int64_t kDocumentSize = 10'000'000;
+constexpr int kTurns = 5;
+
+void printShare(const char* name, QByteArray bytes)
+{
+    QBuffer buffer(&bytes);
+    if (!buffer.open(QIODevice::ReadOnly))
+        std::abort();
+    std::vector<double> look;
+    std::vector<double> load;
+    // All looks first: the first large allocation after a tree was freed pays for tidying up behind it.
+    for (int turn = 0; turn < kTurns; ++turn)
+        look.push_back(secondsOf([&] { kelxml::bounds::lookAt(buffer); }));
+    for (int turn = 0; turn < kTurns; ++turn) {
+        buffer.seek(0);
+        QDomDocument document;
+        load.push_back(secondsOf([&] { document.setContent(&buffer); }));
+    }
+    std::printf("| %s | %.1f MB | %.1f ms | %.0f ms | %.1f %% |\n", name, bytes.size() / 1e6,
+                median(look) * 1e3, median(load) * 1e3, 100 * median(look) / median(load));
+}
+
+void printShares()
+{
+    std::printf("| Document | Length | The look | Qt's load | Share |\n|---|--:|--:|--:|--:|\n");
+    printShare("MIME database", readFile(inputFile(0)));
+    printShare("records", generate(Shape::Records, kDocumentSize));
+    printShare("markup", generate(Shape::Markup, kDocumentSize));
+    printShare("text", generate(Shape::Text, kDocumentSize));
+    printShare("attributes", generate(Shape::Attributes, kDocumentSize));
+    printShare("a long document type", generate(Shape::DocumentType, kDocumentSize / 100));
+}
+
+struct Explosion
+{
+    const char* name;
+    QByteArray (*make)(int length); // of about that length
+};
+
+QByteArray numbered(const char* each, int count)
+{
+    QByteArray all;
+    for (int number = 0; number < count; ++number)
+        all += QByteArray(each).replace('#', QByteArray::number(number));
+    return all;
+}
+
+const Explosion kExplosions[] = {
+    {"elements, nested",
+     [](int length) {
+         return QByteArray("<a>").repeated(length / 7) + QByteArray("</a>").repeated(length / 7);
+     }},
+    {"elements, never closed", [](int length) { return QByteArray("<a>").repeated(length / 3); }},
+    {"elements nested in an entity's value",
+     [](int length) {
+         return "<!DOCTYPE r [<!ENTITY e '" + QByteArray("<a>").repeated(length / 7) +
+                QByteArray("</a>").repeated(length / 7) + "'>]><r>&e;</r>";
+     }},
+    {"parentheses in a content model, never closed",
+     [](int length) { return "<!DOCTYPE r [<!ELEMENT r " + QByteArray("(").repeated(length); }},
+    {"an entity of 1,000 elements, used again and again",
+     [](int length) {
+         return "<!DOCTYPE r [<!ENTITY e '" + QByteArray("<b/>").repeated(1000) + "'>]><r>" +
+                QByteArray("&e;").repeated(length / 3) + "</r>";
+     }},
+    {"a text of 10,000 characters, used in an attribute",
+     [](int length) {
+         return "<!DOCTYPE r [<!ENTITY e '" + QByteArray(10'000, 'x') + "'>]><r a='" +
+                QByteArray("&e;").repeated(length / 3) + "'/>";
+     }},
+    {"entity declarations",
+     [](int length) { return "<!DOCTYPE r [" + numbered("<!ENTITY e# '1'>", length / 20) + "]><r/>"; }},
+    {"one text", [](int length) { return "<r>" + QByteArray(length, 'x') + "</r>"; }},
+    {"one attribute", [](int length) { return "<r a='" + QByteArray(length, 'x') + "'/>"; }},
+    {"one name", [](int length) { return "<" + QByteArray(length, 'n') + "/>"; }},
+};
+
+long peakKilobytes()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+/// In a process of its own, whose peak is that of this load.
+void printLoad(const Explosion& explosion, int length)
+{
+    const QString path = outputFile(QStringLiteral("explosion.xml"));
+    const int written = [&] {
+        QFile file(path);
+        return file.open(QIODevice::WriteOnly) ? static_cast<int>(file.write(explosion.make(length))) : 0;
+    }();
+    std::fflush(stdout);
+    if (const pid_t child = fork(); child != 0) {
+        waitpid(child, nullptr, 0);
+        return;
+    }
+    kel::ComPtr<IXMLDOMDocument> document;
+    DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, reinterpret_cast<void**>(document.put()));
+    const kel::Bstr name(path.toStdWString().c_str());
+    VARIANT source{};
+    source.vt = VT_BSTR;
+    source.bstrVal = name.get();
+    HRESULT result = S_FALSE;
+    const long before = peakKilobytes();
+    const double seconds = secondsOf([&] { result = document->load(source, nullptr); });
+    const double megabytes = static_cast<double>(peakKilobytes() - before) / 1024;
+    std::printf("| %s | %.2f MB | %s | %.1f ms | %.1f MB |\n", explosion.name, written / 1e6,
+                result == S_OK ? "loaded" : "refused", seconds * 1e3, megabytes);
+    std::fflush(stdout);
+    _exit(0);
+}
+
+} // namespace
+
+} // namespace bench
+
+int main()
+{
+    DllMain(nullptr, 1, nullptr);
+    bench::printShares();
+    std::printf("\n| Text | Length | | Time | Memory |\n|---|--:|---|--:|--:|\n");
+    for (const bench::Explosion& explosion : bench::kExplosions)
+        for (const int length : {100'000, 1'000'000, 10'000'000})
+            bench::printLoad(explosion, length);
+    return 0;
+}
