@@ -7,7 +7,7 @@ foreach(name IN LISTS READS)
   configure_file(${text} ${PLACE}/${name} COPYONLY)
 endforeach()
 
-list(REMOVE_ITEM PROGRAM "")
+string(REGEX REPLACE "^;" "" PROGRAM "${PROGRAM}") # no runner
 execute_process(COMMAND ${PROGRAM} WORKING_DIRECTORY ${PLACE} RESULT_VARIABLE result)
 if(NOT result EQUAL 0)
   message(FATAL_ERROR "The program answers ${result}")

@@ -54,11 +54,14 @@ inline std::string describe(HRESULT result)
 class [[gnu::visibility("default")]] Error : public std::runtime_error
 {
 public:
+    /// \param code the result that was not accepted
     explicit Error(HRESULT code) : std::runtime_error(describe(code)), m_code(code) {}
+    /// \param code the result that was not accepted
     /// \param action what was being done, such as "asking for a name"
     Error(HRESULT code, const char* action)
         : std::runtime_error(std::string(action) + ": " + describe(code)), m_code(code)
     {}
+    /// \return the result that was not accepted
     HRESULT code() const noexcept
     {
         return m_code;

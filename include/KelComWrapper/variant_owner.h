@@ -26,9 +26,13 @@ class Variant
 {
 public:
     Variant() = default;
+    /// A `VT_I4`.
     explicit Variant(LONG number) noexcept { set(VT_I4, &VARIANT::lVal, number); }
+    /// A `VT_I8`.
     explicit Variant(std::int64_t number) noexcept { set(VT_I8, &VARIANT::llVal, number); }
+    /// A `VT_R8`.
     explicit Variant(double number) noexcept { set(VT_R8, &VARIANT::dblVal, number); }
+    /// A `VT_BOOL` in the published form.
     explicit Variant(bool truth) noexcept
     {
         set(VT_BOOL, &VARIANT::boolVal, truth ? VARIANT_TRUE : VARIANT_FALSE);
@@ -42,6 +46,7 @@ public:
         if (text)
             setText(text, std::char_traits<wchar_t>::length(text));
     }
+    /// Copies the text. \throw std::bad_alloc
     explicit Variant(const std::wstring& text) : Variant(std::wstring_view(text)) {}
     /// Takes the BSTR over.
     explicit Variant(Bstr&& text) noexcept { set(VT_BSTR, &VARIANT::bstrVal, text.detach()); }
@@ -64,7 +69,9 @@ public:
         else if (IUnknown* const object = carried())
             object->AddRef();
     }
+    /// Takes over what `other` holds, which is empty then.
     Variant(Variant&& other) noexcept : m_value(other.detach()) {}
+    /// Frees what it held and takes over what is assigned.
     Variant& operator=(Variant other) noexcept
     {
         std::swap(m_value, other.m_value);
@@ -82,6 +89,7 @@ public:
 
     /// Lends the value, to read or to pass as an argument; what it carries stays owned here.
     const VARIANT& get() const noexcept { return m_value; }
+    /// \return what kind of value it holds
     VARTYPE type() const noexcept { return m_value.vt; }
     /// Frees what is carried and holds nothing (`VT_EMPTY`).
     void reset() noexcept
@@ -128,6 +136,7 @@ public:
             throw Error(DISP_E_TYPEMISMATCH);
         }
     }
+    /// \return the number, from any kind of number that fits \throw Error
     double number() const
     {
         switch (m_value.vt) {
@@ -140,6 +149,7 @@ public:
             return static_cast<double>(integer());
         }
     }
+    /// \return the truth value \throw Error
     bool truth() const { return of(VT_BOOL).boolVal != VARIANT_FALSE; }
     /// Lent as long as the value is held.
     std::wstring_view text() const

@@ -25,11 +25,12 @@ ComPtr<Interface> query(IUnknown& object, const GUID& identifier)
     return ComPtr<Interface>::adopt(static_cast<Interface*>(found));
 }
 
-/// The node as an element, and as an attribute. \return null when it is none
+/// The node as an element. \return null when it is none
 inline ComPtr<IXMLDOMElement> asElement(IXMLDOMNode& node)
 {
     return query<IXMLDOMElement>(node, IID_IXMLDOMElement);
 }
+/// The node as an attribute. \return null when it is none
 inline ComPtr<IXMLDOMAttribute> asAttribute(IXMLDOMNode& node)
 {
     return query<IXMLDOMAttribute>(node, IID_IXMLDOMAttribute);
@@ -53,20 +54,30 @@ template <class List>
 class Nodes
 {
 public:
+    /// A place in the list.
     class Iterator
     {
     public:
+        /// As the standard library asks of an iterator.
         using value_type = ComPtr<IXMLDOMNode>;
+        /// As above.
         using difference_type = std::ptrdiff_t;
+        /// As above.
         using reference = const value_type&;
+        /// As above.
         using pointer = const value_type*;
+        /// As above: each node is met once.
         using iterator_category = std::input_iterator_tag;
 
         /// The end.
         Iterator() = default;
+        /// The first node.
         explicit Iterator(const ComPtr<List>& list) : m_list(list) { fetch(); }
+        /// The node, which the iterator holds.
         reference operator*() const noexcept { return m_node; }
+        /// As above.
         pointer operator->() const noexcept { return &m_node; }
+        /// Goes on to the next node. \throw Error
         Iterator& operator++()
         {
             ++m_index;
@@ -75,6 +86,7 @@ public:
         }
         /// Only the end is ever asked for.
         bool operator==(const Iterator& other) const noexcept { return !m_node == !other.m_node; }
+        /// As above.
         bool operator!=(const Iterator& other) const noexcept { return !(*this == other); }
 
     private:
@@ -89,8 +101,11 @@ public:
         value_type m_node;
     };
 
+    /// Takes the list over; null has no nodes.
     explicit Nodes(ComPtr<List> list) noexcept : m_list(std::move(list)) {}
+    /// \throw Error
     Iterator begin() const { return m_list ? Iterator(m_list) : Iterator(); }
+    /// The end.
     Iterator end() const { return {}; }
 
 private:
@@ -104,20 +119,21 @@ Nodes<List> each(ComPtr<List> list)
     return Nodes<List>(std::move(list));
 }
 
-/// The children of a node, its attributes, and the elements below a document or an element that have a tag
-/// name.
+/// The children of a node. \throw Error
 inline Nodes<IXMLDOMNodeList> childrenOf(IXMLDOMNode& node)
 {
     ComPtr<IXMLDOMNodeList> list;
     check(node.get_childNodes(list.put()), "asking for children");
     return each(std::move(list));
 }
+/// The attributes of a node. \throw Error
 inline Nodes<IXMLDOMNamedNodeMap> attributesOf(IXMLDOMNode& node)
 {
     ComPtr<IXMLDOMNamedNodeMap> map;
     check(node.get_attributes(map.put()), "asking for attributes");
     return each(std::move(map));
 }
+/// The elements below a document or an element that have a tag name. \throw Error
 inline Nodes<IXMLDOMNodeList> elementsNamed(IXMLDOMNode& node, const wchar_t* tagName)
 {
     ComPtr<IXMLDOMNodeList> list;
