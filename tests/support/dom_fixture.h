@@ -178,6 +178,18 @@ protected:
         return file.readAll();
     }
 
+    /// Loads a file with Qt directly and through the library. \return the verdict, expected to be the same
+    static bool loadBoth(const QString& path, QDomDocument& theirs, const ComPtr<IXMLDOMDocument>& ours)
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        const bool verdict = theirs.setContent(&file);
+        VARIANT_BOOL success = 7;
+        EXPECT_EQ(verdict ? S_OK : S_FALSE, load(ours, path, &success));
+        EXPECT_EQ(verdict ? VARIANT_TRUE : VARIANT_FALSE, success);
+        return verdict;
+    }
+
     static HRESULT load(const ComPtr<IXMLDOMDocument>& document, const QString& path, VARIANT_BOOL* success)
     {
         return document->load(variantOf(Bstr(path.toStdWString().c_str())), success);
