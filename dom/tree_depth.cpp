@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <optional>
+#include <utility>
 
 namespace kelxml
 {
@@ -43,11 +45,42 @@ Extent extentOfOne(const QDomNode& node)
 /// for which the limits leave room, and need not be looked at.
 std::atomic<bool> attributesHoldTrees{false};
 
-/// Which node a handle stands for, for comparing; never followed.
-struct Identity : QDomNode
+/// A handle that can be moved. Qt's own can only be copied, and the two atomic counts of a copy are most of
+/// what a step from node to node costs.
+class Handle : public QDomNode
 {
-    static const void* of(const QDomNode& node) { return node.*(&Identity::impl); }
+public:
+    Handle() = default;
+    Handle(QDomNode&& node) noexcept { swap(node); }
+    Handle(const Handle&) = default;
+    Handle(Handle&& other) noexcept { swap(other); }
+    Handle& operator=(const Handle&) = default;
+    Handle& operator=(Handle&& other) noexcept
+    {
+        swap(other);
+        return *this;
+    }
+    ~Handle() = default;
+
+    /// Which node a handle stands for, for comparing; never followed.
+    static const void* identityOf(const QDomNode& node) { return node.*(&Handle::impl); }
+
+private:
+    void swap(QDomNode& other) noexcept { std::swap(impl, other.*(&Handle::impl)); }
 };
+
+/// Calls `visit` for a node and for all that it stands in, up to a document, as long as the answer is true.
+template <class Visit>
+bool allUpwards(const QDomNode& from, Visit visit)
+{
+    Handle above;
+    for (const QDomNode* node = &from; !node->isNull() && !node->isDocument(); node = &above) {
+        if (!visit(*node))
+            return false;
+        above = node->parentNode();
+    }
+    return true;
+}
 
 /// Upper bounds for the heights of a few nodes. The nodes are not held: a leaf that comes to be at the
 /// address of a node that is gone is lower than what stands here, and whatever makes taller ones calls
@@ -71,12 +104,11 @@ public:
         m_next = 0;
     }
 
-    bool isEmpty() const noexcept { return !m_entries.front().node; }
-
     const Extent* find(const QDomNode& node) const
     {
-        const auto found = std::find_if(m_entries.begin(), m_entries.end(),
-                                        [&](const Entry& entry) { return entry.node == Identity::of(node); });
+        const auto found = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry& entry) {
+            return entry.node == Handle::identityOf(node);
+        });
         return found == m_entries.end() ? nullptr : &found->extent;
     }
 
@@ -84,24 +116,25 @@ public:
     {
         if (find(node))
             return raise(node, extent);
-        m_entries[m_next] = {Identity::of(node), larger(extent, {1, 1})};
+        m_entries[m_next] = {Handle::identityOf(node), larger(extent, {1, 1})};
         m_next = (m_next + 1) % m_entries.size();
     }
 
     /// To be called when a subtree of that height comes to stand below `parent`.
     void raiseUpwards(const QDomNode& parent, Extent height)
     {
-        for (QDomNode node = parent; !node.isNull() && !node.isDocument(); node = node.parentNode()) {
+        allUpwards(parent, [&](const QDomNode& node) {
             height = height + extentOfOne(node);
             raise(node, height);
-        }
+            return true;
+        });
     }
 
 private:
     void raise(const QDomNode& node, Extent extent)
     {
         for (Entry& entry : m_entries)
-            if (entry.node == Identity::of(node))
+            if (entry.node == Handle::identityOf(node))
                 entry.extent = larger(entry.extent, extent);
     }
 
@@ -119,47 +152,61 @@ private:
 
 std::atomic<const HeightMemo*> HeightMemo::lastUser{nullptr};
 
-bool isLeaf(const QDomNode& node)
+bool mayHoldTreesInAttributes(const QDomNode& node)
 {
-    return !node.hasChildNodes() &&
-           !(attributesHoldTrees.load(std::memory_order_relaxed) && node.isElement());
+    return attributesHoldTrees.load(std::memory_order_relaxed) && node.isElement();
 }
 
+bool isLeaf(const QDomNode& node)
+{
+    return !node.hasChildNodes() && !mayHoldTreesInAttributes(node);
+}
+
+/// A node to be measured with the siblings after it, and the rows that they stand at the end of.
 struct Step
 {
-    QDomNode node;
+    Handle node;
     Extent above;
 };
 
 /// What is still to be measured. Of most subtrees that is so little that nothing is allocated.
 using Steps = QVarLengthArray<Step, 32>;
 
-/// The attributes that hold more than their text.
+void add(QDomNode&& node, Extent above, Steps& open)
+{
+    if (!node.isNull())
+        open.push_back({std::move(node), above});
+}
+
+/// The trees in attributes that hold more than their text.
 void addAttributes(const QDomNode& element, Extent above, Steps& open)
 {
     const QDomNamedNodeMap attributes = element.attributes();
     for (int index = 0; index < attributes.length(); ++index) {
         const QDomNode attribute = attributes.item(index);
-        const QDomNode first = attribute.firstChild();
+        QDomNode first = attribute.firstChild();
         if (!first.isNull() && (!first.nextSibling().isNull() || first.isElement() || first.hasChildNodes()))
-            open.push_back({attribute, above});
+            add(std::move(first), above + extentOfOne(attribute), open);
     }
 }
 
 Extent measure(const QDomNode& root)
 {
-    const bool lookAtAttributes = attributesHoldTrees.load(std::memory_order_relaxed);
     Extent longest;
-    Steps open{{root, {}}};
-    while (!open.isEmpty()) {
-        const Step step = open.last();
-        open.removeLast();
-        const Extent here = step.above + extentOfOne(step.node);
+    Steps open;
+    const auto enter = [&](const QDomNode& node, Extent above) {
+        const Extent here = above + extentOfOne(node);
         longest = larger(longest, here);
-        for (QDomNode child = step.node.firstChild(); !child.isNull(); child = child.nextSibling())
-            open.push_back({child, here});
-        if (lookAtAttributes && step.node.isElement())
-            addAttributes(step.node, here, open);
+        add(node.firstChild(), here, open);
+        if (mayHoldTreesInAttributes(node))
+            addAttributes(node, here, open);
+    };
+    enter(root, {});
+    while (!open.isEmpty()) {
+        const Step step = std::move(open.last());
+        open.removeLast();
+        add(step.node.nextSibling(), step.above, open);
+        enter(step.node, step.above);
     }
     return longest;
 }
@@ -169,11 +216,20 @@ bool isWithinLimits(Extent extent)
     return extent.elements <= kMaxElementDepth && extent.nodes <= kMaxNodeDepth;
 }
 
-/// The height of a subtree, as it is or, where that fits below `above`, an upper bound.
-Extent heightBelow(Extent above, const QDomNode& node, const HeightMemo& memo)
+/// The height of a node with no child or just one without children, as most nodes are. Too cheap to remember.
+std::optional<Extent> heightAtAGlance(const QDomNode& node)
 {
     if (isLeaf(node))
         return extentOfOne(node);
+    const QDomNode first = node.firstChild();
+    if (mayHoldTreesInAttributes(node) || !isLeaf(first) || !first.nextSibling().isNull())
+        return std::nullopt;
+    return extentOfOne(node) + extentOfOne(first);
+}
+
+/// The height of a subtree, as it is or, where that fits below `above`, an upper bound.
+Extent heightBelow(Extent above, const QDomNode& node, const HeightMemo& memo)
+{
     const Extent* const bound = memo.find(node);
     return bound && isWithinLimits(above + *bound) ? *bound : measure(node);
 }
@@ -182,28 +238,32 @@ Extent heightBelow(Extent above, const QDomNode& node, const HeightMemo& memo)
 
 bool fitsBelow(const QDomNode& parent, const QDomNode& child)
 {
+    HeightMemo& memo = HeightMemo::ofThisThread();
     Extent above;
     bool belowAttribute = false;
-    for (QDomNode node = parent; !node.isNull() && !node.isDocument(); node = node.parentNode()) {
-        if (node == child)
-            return false;
+    bool isRemembered = false;
+    const bool isOutside = allUpwards(parent, [&](const QDomNode& node) {
         above = above + extentOfOne(node);
         belowAttribute = belowAttribute || node.isAttr();
-    }
+        isRemembered = isRemembered || memo.find(node);
+        return node != child;
+    });
+    if (!isOutside)
+        return false;
 
-    HeightMemo& memo = HeightMemo::ofThisThread();
-    const Extent height = heightBelow(above, child, memo);
+    const std::optional<Extent> glance = heightAtAGlance(child);
+    const Extent height = glance ? *glance : heightBelow(above, child, memo);
     if (!isWithinLimits(above + height))
         return false;
 
     if (belowAttribute)
         attributesHoldTrees.store(true, std::memory_order_relaxed);
-    if (!isLeaf(child))
-        memo.remember(child, height);
-    if (!isLeaf(child) && isLeaf(parent))
-        memo.remember(parent, extentOfOne(parent) + height);
-    if (!memo.isEmpty())
+    if (isRemembered)
         memo.raiseUpwards(parent, height);
+    if (!glance)
+        memo.remember(child, height);
+    if (!glance && isLeaf(parent))
+        memo.remember(parent, extentOfOne(parent) + height);
     return true;
 }
 
