@@ -12,7 +12,7 @@ using kelxml::Inside;
 
 CMorvXMLDOMNamedNodeMap::CMorvXMLDOMNamedNodeMap(const QDomNode& node, const QDomDocument& document)
     : m_map(node.attributes()), m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document),
-      m_keeper(node.toElement())
+      m_keeper(node.isElement() ? node : QDomNode())
 {}
 
 CMorvXMLDOMNamedNodeMap::~CMorvXMLDOMNamedNodeMap()

@@ -77,9 +77,10 @@ void prepareMeeting(const Place& parent, const Place& child)
 
 QDomNode keeperOf(const QDomNode& node)
 {
-    if (!node.isAttr())
-        return QDomNode();
-    return node.parentNode().toElement();
+    QDomNode keeper = node.isAttr() ? node.parentNode() : QDomNode();
+    if (!keeper.isElement())
+        keeper.clear();
+    return keeper;
 }
 
 std::uint64_t documentChanges() noexcept
