@@ -160,8 +160,9 @@ public:
     virtual HRESULT GetImplTypeFlags(UINT index, INT* flags) = 0;
     /// See `IDispatch::GetIDsOfNames`.
     virtual HRESULT GetIDsOfNames(wchar_t** names, UINT count, MEMBERID* identifiers) = 0;
-    /// Calls a member of `instance`, an object by this very interface, through the object's own dispatch table.
-    /// See `IDispatch::Invoke` for the other arguments and the answers; `E_INVALIDARG` for a null `instance`.
+    /// Calls a member of `instance`, an object by this very interface, through the object's own dispatch
+    /// table. See `IDispatch::Invoke` for the other arguments and the answers; `E_INVALIDARG` for a null
+    /// `instance`.
     virtual HRESULT Invoke(void* instance, MEMBERID member, WORD flags, DISPPARAMS* parameters,
                            VARIANT* result, EXCEPINFO* exception, UINT* badArgument) = 0;
     /// The name of a member, or of the interface. Nothing else is told; any output may be null.
