@@ -36,7 +36,8 @@ int DllMain(void* module, unsigned int reason, void* reserved);
 /// \param riid an interface of the object itself, such as `IID_IXMLDOMDocument`
 /// \param object receives the object with one reference, which the caller releases
 /// \return `S_OK`; `E_FAIL` when `object` is null or `DllMain` was not called; `E_NOTIMPL` for an unknown
-///         class; `E_OUTOFMEMORY`; with these, `object` is untouched. `E_NOINTERFACE`, `object` null
+///         class; with these, `object` is untouched. `E_NOINTERFACE`, `object` null. Out of memory,
+///         `std::bad_alloc` passes through, `object` untouched
 HRESULT DllGetClassObject(const GUID& classId, const GUID& riid, void** object);
 
 /// The module loader's load entry; does nothing.

@@ -5,8 +5,9 @@
 /// out belongs to the caller, who frees it with `SysFreeString`. An object that comes out carries one
 /// reference, which the caller releases. Out-parameters are written last and, unless said otherwise, only
 /// with `S_OK`. A null out-pointer is answered `S_FALSE` and nothing is done. The methods return no error
-/// codes; running out of memory leaves a method as `std::bad_alloc`, out-parameters untouched. A document
-/// and everything reached from it is used by one thread at a time.
+/// codes; running out of memory leaves a method as `std::bad_alloc`, out-parameters untouched. Only where it
+/// is the BSTR itself that there is no memory for, the method answers `S_OK` with a null BSTR. A document and
+/// everything reached from it is used by one thread at a time.
 
 #pragma once
 
@@ -219,7 +220,8 @@ public:
     /// \param source a file path as `VT_BSTR`; nothing else is accepted
     /// \param success receives 0 on entry and -1 when the file was parsed; may be null
     /// \return `S_OK` when parsed; else `S_FALSE`. The earlier tree survives what fails before parsing
-    ///         begins: a file that cannot be opened, and one beyond the limits
+    ///         begins: a file that cannot be opened, and one beyond the limits. What fails later, for lack of
+    ///         memory as well, leaves the document empty or with what was parsed
     virtual HRESULT load(VARIANT source, VARIANT_BOOL* success) = 0;
     /// Accepted, not carried out by any class: `S_OK`, nothing written. Loading is synchronous.
     virtual HRESULT get_readyState(LONG* state) = 0;
@@ -237,7 +239,8 @@ public:
     /// \param xml the text, read up to its first zero character
     /// \param success receives 0 on entry and -1 when the text was parsed; may be null
     /// \return `S_OK` when parsed; else `S_FALSE`. The earlier tree survives a null or empty text, and one
-    ///         beyond the limits
+    ///         beyond the limits. What fails later, for lack of memory as well, leaves the document empty or
+    ///         with what was parsed
     virtual HRESULT loadXML(BSTR xml, VARIANT_BOOL* success) = 0;
     /// Writes the document to a local file, indented by four spaces a level, in the encoding that its XML
     /// declaration names, or UTF-8.
