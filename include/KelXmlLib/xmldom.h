@@ -118,7 +118,9 @@ public:
     /// Copies the node; carried out by the element. The copy has no parent until it is appended.
     /// \param deep any value but 0 copies all descendants
     /// \param result receives a new element with one reference, which the caller releases; may be null
-    /// \return `S_OK`, also when the element holds no node (nothing written)
+    /// \return `S_OK`, also when the element holds no node (nothing written). Documents, attributes and
+    /// generic
+    ///         nodes: `S_OK`, nothing written
     virtual HRESULT cloneNode(VARIANT_BOOL deep, IXMLDOMNode** result) = 0;
     /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_nodeType`.
     virtual HRESULT get_nodeTypeString(BSTR* type) = 0;
@@ -136,7 +138,8 @@ public:
     virtual HRESULT get_specified(VARIANT_BOOL* specified) = 0;
     /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT get_definition(IXMLDOMNode** definition) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_nodeValue`.
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_text`, of an attribute
+    /// `get_value`.
     virtual HRESULT get_nodeTypedValue(VARIANT* value) = 0;
     /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `put_text`.
     virtual HRESULT put_nodeTypedValue(VARIANT value) = 0;
@@ -160,9 +163,11 @@ public:
     virtual HRESULT get_parsed(VARIANT_BOOL* parsed) = 0;
     /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT get_namespaceURI(BSTR* uri) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. It stands before the
+    /// colon in `get_nodeName`.
     virtual HRESULT get_prefix(BSTR* prefix) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_nodeName`.
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. It stands behind the
+    /// colon in `get_nodeName`.
     virtual HRESULT get_baseName(BSTR* name) = 0;
     /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT transformNodeToObject(IXMLDOMNode* stylesheet, VARIANT output) = 0;
@@ -339,7 +344,8 @@ public:
     virtual HRESULT nextNode(IXMLDOMNode** node) = 0;
     /// Accepted, not carried out by any class: `S_OK`, nothing written. Ask for a new list to walk again.
     virtual HRESULT reset() = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_length` and
+    /// `get_item`.
     virtual HRESULT _newEnum(IUnknown** enumerator) = 0;
 
 protected:
@@ -369,11 +375,13 @@ public:
     virtual HRESULT getQualifiedItem(BSTR name, BSTR namespaceURI, IXMLDOMNode** node) = 0;
     /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT removeQualifiedItem(BSTR name, BSTR namespaceURI, IXMLDOMNode** node) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_item`.
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_length` and
+    /// `get_item`.
     virtual HRESULT nextNode(IXMLDOMNode** node) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. There is no cursor.
     virtual HRESULT reset() = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_length` and
+    /// `get_item`.
     virtual HRESULT _newEnum(IUnknown** enumerator) = 0;
 
 protected:
