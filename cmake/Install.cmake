@@ -33,6 +33,12 @@ foreach(module KelComWrapper KelXmlLib)
   install(FILES ${PROJECT_BINARY_DIR}/${module}.pc DESTINATION ${KEL_PKGCONFIG_DIR} COMPONENT development)
 endforeach()
 
+# The pages that hosts are written by, under the name of the package that they are in on Debian.
+set(KEL_DEVELOPMENT_PACKAGE libkelxmllib-dev)
+install(FILES docs/tour.md docs/ownership.md docs/guarantees.md docs/late-bound.md docs/filer.md docs/limits.md
+              docs/no-ops.md
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${KEL_DEVELOPMENT_PACKAGE} COMPONENT development)
+
 install(TARGETS kelxml RUNTIME COMPONENT tool)
 configure_file(examples/kelxml/kelxml.1 kelxml.1 @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/kelxml.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
