@@ -2,7 +2,7 @@
 """Reaches a document by name alone: host.py [DIRECTORY], where DIRECTORY holds the libraries.
 
 Nothing but ctypes stands between this script and the objects: IDispatch is called through the object's dispatch table,
-as every host in a language without C++ headers would. It does what the example of the README does.
+as every host in a language without C++ headers would. It does what the example of the README does, and sets a text.
 """
 
 import ctypes
@@ -10,7 +10,8 @@ import os
 import sys
 
 VT_I4, VT_BSTR, VT_DISPATCH, VT_BOOL = 3, 8, 9, 11
-METHOD_OR_GET = 1 | 2
+METHOD_OR_GET, PUT = 1 | 2, 4
+VALUE_OF_A_PUT = -3  # the name that the value of a property put goes by
 
 
 class Guid(ctypes.Structure):
@@ -27,8 +28,8 @@ class Variant(ctypes.Structure):
 
 
 class Parameters(ctypes.Structure):
-    _fields_ = [("arguments", ctypes.POINTER(Variant)), ("named", ctypes.c_void_p), ("count", ctypes.c_uint32),
-                ("named_count", ctypes.c_uint32)]
+    _fields_ = [("arguments", ctypes.POINTER(Variant)), ("named", ctypes.POINTER(ctypes.c_int32)),
+                ("count", ctypes.c_uint32), ("named_count", ctypes.c_uint32)]
 
 
 def slot(number, *types):
@@ -44,12 +45,13 @@ INVOKE = slot(6, ctypes.c_int32, ctypes.POINTER(Guid), ctypes.c_uint32, ctypes.c
 
 
 class Failure(Exception):
-    """A member failed."""
+    """A member failed, or had nothing to do it with."""
 
 
 def check(result, what):
     if result < 0:
         raise Failure(f"{what}: 0x{result & 0xFFFFFFFF:08X}")
+    return result == 0
 
 
 class Library:
@@ -89,7 +91,10 @@ class Library:
 
 
 class Object:
-    """An object with one reference, which goes with it. Members are called by name: `node.call("cloneNode", True)`."""
+    """An object with one reference, which goes with it.
+
+    Members are reached by name: `node.call("cloneNode", True)`, `node.call("nodeName")`, `node.put("text", "Tides")`.
+    """
 
     def __init__(self, library, pointer):
         self._library = library
@@ -105,17 +110,31 @@ class Object:
 
     def call(self, name, *arguments):
         """Calls a method or reads a property."""
+        result = Variant()
+        self._invoke(name, METHOD_OR_GET, arguments, result)
+        return self._from_variant(result)
+
+    def do(self, name, *arguments):
+        """Calls a method that says by its answer alone whether it did its work."""
+        if not self._invoke(name, METHOD_OR_GET, arguments):
+            raise Failure(name + ": could not be done")
+
+    def put(self, name, value):
+        """Sets a property."""
+        self._invoke(name, PUT, [value])
+
+    def _invoke(self, name, flags, arguments, result=None):
+        """Whether the member answered S_OK, and not S_FALSE."""
         identifier = ctypes.c_int32()
         check(self._call_slot(GET_IDS_OF_NAMES, Guid(), ctypes.c_wchar_p(name), 1, 0, identifier), name)
         values = (Variant * len(arguments))(*map(self._to_variant, reversed(arguments)))
-        parameters = Parameters(values, None, len(arguments), 0)
-        result = Variant()
+        names = (ctypes.c_int32 * 1)(VALUE_OF_A_PUT)
+        parameters = Parameters(values, names, len(arguments), 1 if flags == PUT else 0)
         try:
-            check(self._call_slot(INVOKE, identifier, Guid(), 0, METHOD_OR_GET, parameters, result, None, None), name)
+            return check(self._call_slot(INVOKE, identifier, Guid(), 0, flags, parameters, result, None, None), name)
         finally:
             for value in values:
                 self._free_text(value)
-        return self._from_variant(result)
 
     def _to_variant(self, value):
         variant = Variant()
@@ -149,8 +168,11 @@ def main():
         raise Failure("loadXML: not well-formed")
     books = document.call("selectNodes", "book")
     for index in range(books.call("length")):
-        books.call("item", index).call("setAttribute", "copies", 3)
-    document.call("save", "shelf.xml")
+        books.call("item", index).do("setAttribute", "copies", 3)
+    books.call("item", 1).put("text", "Tides")
+    if books.call("item", 1).call("text") != "Tides":
+        raise Failure("text: was not set")
+    document.do("save", "shelf.xml")
 
 
 if __name__ == "__main__":
