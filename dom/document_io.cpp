@@ -10,6 +10,7 @@
 #include "dom/tree_guards.h"
 #include "dom/values.h"
 
+#include <QtCore/QByteArray>
 #include <QtCore/QFile>
 #include <QtCore/QTextStream>
 
@@ -45,6 +46,14 @@ bool canBeSaved(const QDomDocument& document)
     return kelxml::hasRoomToSave(kelxml::kMaxNodeDepth) || kelxml::hasRoomToSave(kelxml::depthOf(document));
 }
 
+/// Against a stream that dies halfway: where Qt's text stream connects itself to its device, it does not
+/// survive that memory runs out. What can be had for a moment beforehand will be there for it.
+void assureMemoryForStream()
+{
+    constexpr int kRoom = 64 * 1024;
+    QByteArray(kRoom, Qt::Uninitialized);
+}
+
 } // namespace
 
 HRESULT CMorvXMLDOMDocument::load(VARIANT source, VARIANT_BOOL* success)
@@ -76,6 +85,7 @@ HRESULT CMorvXMLDOMDocument::save(VARIANT destination)
     const std::optional<QString> path = kelxml::readPath(destination);
     if (!path || path->isEmpty() || !canBeSaved(m_document))
         return S_FALSE;
+    assureMemoryForStream();
     QFile file(*path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
         return S_FALSE;

@@ -8,10 +8,15 @@
 #include "dom/tree_guards.h"
 #include "dom/wrap.h"
 
+#include <limits>
+
 using kelxml::Inside;
 
 namespace
 {
+
+/// No count of changes: a list made at it is made anew.
+constexpr std::uint64_t kNeverMade = std::numeric_limits<std::uint64_t>::max();
 
 QDomNodeList makeList(const CMorvXMLDOMNodeListOrigin& origin, const QDomDocument& document)
 {
@@ -37,14 +42,21 @@ CMorvXMLDOMNodeList::~CMorvXMLDOMNodeList()
     Inside::letGoBefore(m_keeper, m_ownerDocument, m_document, m_list);
 }
 
-const QDomNodeList& CMorvXMLDOMNodeList::current()
+template <class Read>
+auto CMorvXMLDOMNodeList::read(Read read)
 {
     kelxml::settle({m_origin.node, m_document});
-    if (m_madeAt != kelxml::documentChanges()) {
+    if (m_madeAt != kelxml::documentChanges())
         m_list = makeList(m_origin, m_document);
-        m_madeAt = kelxml::documentChanges();
-    }
-    return m_list;
+    m_madeAt = kNeverMade;
+    const auto answer = read(m_list);
+    m_madeAt = kelxml::documentChanges();
+    return answer;
+}
+
+QDomNode CMorvXMLDOMNodeList::itemAt(LONG index)
+{
+    return read([&](const QDomNodeList& list) { return list.item(index); });
 }
 
 HRESULT CMorvXMLDOMNodeList::QueryInterface(const GUID& riid, void** ppv)
@@ -66,7 +78,7 @@ HRESULT CMorvXMLDOMNodeList::get_item(LONG index, IXMLDOMNode** node)
 {
     if (!node || index < 0)
         return S_FALSE;
-    const QDomNode item = current().item(index);
+    const QDomNode item = itemAt(index);
     if (item.isNull())
         return S_FALSE;
     kelxml::wrapForReturn(item, m_document, node);
@@ -77,7 +89,7 @@ HRESULT CMorvXMLDOMNodeList::get_length(LONG* length)
 {
     if (!length)
         return S_FALSE;
-    *length = current().length();
+    *length = read([](const QDomNodeList& list) { return list.length(); });
     return S_OK;
 }
 
@@ -85,7 +97,7 @@ HRESULT CMorvXMLDOMNodeList::nextNode(IXMLDOMNode** node)
 {
     if (!node)
         return S_FALSE;
-    const QDomNode item = current().item(static_cast<int>(m_cursor));
+    const QDomNode item = itemAt(static_cast<LONG>(m_cursor));
     if (item.isNull()) {
         *node = nullptr;
         return S_FALSE;

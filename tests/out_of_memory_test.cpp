@@ -4,7 +4,11 @@
 #include "support/dom_fixture.h"
 
 #include "KelXmlLib/filer.h"
+#include "dom/replay_device.h"
+#include "dom/text_bounds.h"
 
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
 #include <QtXml/QDomDocument>
 #include <functional>
 #include <new>
@@ -114,6 +118,14 @@ TEST_F(OutOfMemory, LeavesOutputsUntouchedAndNothingBehind)
         GTEST_SKIP() << "a sanitizer's allocator cannot be made to fail";
     const Bstr name(L"name"), x(L"x"), tag(L"b"), words(L"text"), xml(L"<n y='2'>u<!--k--></n>");
     const VARIANT one = variantOf(1), two = variantOf(2), string = variantOf(words);
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("read.xml"));
+    const Bstr widePath(path.toStdWString().c_str());
+    const VARIANT source = variantOf(widePath);
+    QByteArray bytes("<n y='2'>u<!--k--></n>");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    file.close();
     // A name in quotes says that the output is a string.
     const std::vector<Call> calls = {
         {"DllGetClassObject",
@@ -169,6 +181,15 @@ TEST_F(OutOfMemory, LeavesOutputsUntouchedAndNothingBehind)
          }},
         {"setAttribute", [&](Objects& o, void**) { return o.root->setAttribute(name.get(), string); },
          [](QDomDocument& d, const QString& n) { d.documentElement().setAttribute(n, n + n); }},
+        {"load", [&](Objects& o, void**) { return o.document->load(source, nullptr); },
+         [&](QDomDocument& d, const QString&) { // loses in the look what its input source was reading
+             QFile again(path);
+             if (!again.open(QIODevice::ReadOnly))
+                 return;
+             kelxml::ReplayDevice replay(again);
+             kelxml::bounds::lookAt(replay);
+             d.setContent(&replay);
+         }},
         {"loadXML", [&](Objects& o, void**) { return o.document->loadXML(xml.get(), nullptr); },
          [](QDomDocument& d, const QString&) { d.setContent(QString::fromUtf8("<n y='2'>u<!--k--></n>")); }},
     };
@@ -181,6 +202,55 @@ TEST_F(OutOfMemory, LeavesOutputsUntouchedAndNothingBehind)
         leftByQt(call);
         EXPECT_EQ(leftByQt(call), left) << call.name << " with " << count << " allocations";
     }
+}
+
+TEST_F(OutOfMemory, AListWhoseReadingFailedIsReadAnew)
+{
+    const Bstr tag(L"b");
+    bool failed = true;
+    std::size_t nth = 1;
+    for (; failed; ++nth) {
+        Objects objects = prepare();
+        ComPtr<IXMLDOMNodeList> descendants;
+        objects.document->selectNodes(tag.get(), descendants.put());
+        LONG children = 0;
+        LONG elements = 0;
+        {
+            allocations::FailAt at(nth);
+            try {
+                objects.list->get_length(&children);
+                descendants->get_length(&elements);
+            } catch (const std::bad_alloc&) {}
+            failed = at.failed();
+        }
+        EXPECT_EQ(S_OK, objects.list->get_length(&children));
+        EXPECT_EQ(S_OK, descendants->get_length(&elements));
+        EXPECT_EQ(2, children) << "allocation " << nth;
+        EXPECT_EQ(1, elements) << "allocation " << nth;
+    }
+    EXPECT_TRUE(nth > 2 || !allocations::kCanFail);
+}
+
+// Qt's text stream dies of an allocation that fails while it connects itself to its device.
+TEST_F(OutOfMemory, SavingThrowsWhateverMemoryIsLeft)
+{
+    const QTemporaryDir folder;
+    const Bstr path(folder.filePath(QStringLiteral("saved.xml")).toStdWString().c_str());
+    const VARIANT destination = variantOf(path);
+    const Objects objects = prepare();
+    ASSERT_EQ(S_OK, objects.document->save(destination));
+    std::size_t budget = 0;
+    for (bool saved = false; !saved; budget += 256) {
+        ASSERT_LT(budget, 1'000'000U);
+        const std::size_t before = allocations::live();
+        try {
+            const allocations::Budget only(budget);
+            saved = objects.document->save(destination) == S_OK;
+        } catch (const std::bad_alloc&) {}
+        EXPECT_EQ(before, allocations::live()) << "with " << budget << " bytes";
+    }
+    EXPECT_TRUE(budget > 1024 || !allocations::kCanFail);
+    EXPECT_EQ(S_OK, objects.document->load(destination, nullptr));
 }
 
 } // namespace

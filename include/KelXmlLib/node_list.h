@@ -49,8 +49,11 @@ public:
 private:
     friend struct kelxml::Inside;
 
-    /// The list, made anew where its node has come into another document.
-    [[gnu::visibility("hidden")]] const QDomNodeList& current();
+    /// Reads the list, made anew where its node has come into another document, or where memory ran out in
+    /// the last reading: Qt lists what it got to, and takes that for the whole from then on.
+    template <class Read>
+    [[gnu::visibility("hidden")]] auto read(Read read);
+    [[gnu::visibility("hidden")]] QDomNode itemAt(LONG index);
 
     ULONG m_refCount = 0;
     QDomNodeList m_list;

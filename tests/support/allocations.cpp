@@ -3,6 +3,7 @@
 
 #include "support/allocations.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 
@@ -26,12 +27,16 @@ bool FailAt::failed() const
 {
     return false;
 }
+Budget::Budget(std::size_t) {}
+Budget::~Budget() = default;
 
 } // namespace allocations
 
 #else
 
 #include <atomic>
+#include <limits>
+#include <malloc.h>
 
 extern "C" {
 void* __libc_malloc(std::size_t size);
@@ -47,9 +52,15 @@ namespace
 std::atomic<std::size_t> liveCount{0};
 thread_local std::size_t untilFailure = 0;
 thread_local bool failureReached = false;
+constexpr std::size_t kNoBudget = std::numeric_limits<std::size_t>::max();
+thread_local std::size_t budget = kNoBudget;
 
-bool failsNow()
+bool failsNow(std::size_t size)
 {
+    if (budget < size) {
+        errno = ENOMEM;
+        return true;
+    }
     if (untilFailure == 0 || --untilFailure > 0)
         return false;
     failureReached = true;
@@ -57,10 +68,18 @@ bool failsNow()
     return true;
 }
 
+void pay(std::size_t size)
+{
+    if (budget != kNoBudget)
+        budget -= std::min(budget, size);
+}
+
 void* counted(void* memory)
 {
-    if (memory)
+    if (memory) {
         ++liveCount;
+        pay(malloc_usable_size(memory));
+    }
     return memory;
 }
 
@@ -69,22 +88,29 @@ void* counted(void* memory)
 extern "C" {
 void* malloc(std::size_t size)
 {
-    return failsNow() ? nullptr : counted(__libc_malloc(size));
+    return failsNow(size) ? nullptr : counted(__libc_malloc(size));
 }
 void* calloc(std::size_t count, std::size_t size)
 {
-    return failsNow() ? nullptr : counted(__libc_calloc(count, size));
+    return failsNow(count * size) ? nullptr : counted(__libc_calloc(count, size));
 }
 void* realloc(void* memory, std::size_t size)
 {
-    if (failsNow())
+    if (failsNow(size))
         return nullptr;
+    const std::size_t before = memory ? malloc_usable_size(memory) : 0;
     void* const moved = __libc_realloc(memory, size);
-    return memory ? moved : counted(moved);
+    if (!memory)
+        return counted(moved);
+    if (moved && budget != kNoBudget)
+        budget += before;
+    if (moved)
+        pay(malloc_usable_size(moved));
+    return moved;
 }
 void* memalign(std::size_t alignment, std::size_t size)
 {
-    return failsNow() ? nullptr : counted(__libc_memalign(alignment, size));
+    return failsNow(size) ? nullptr : counted(__libc_memalign(alignment, size));
 }
 void* aligned_alloc(std::size_t alignment, std::size_t size)
 {
@@ -99,6 +125,8 @@ void free(void* memory)
 {
     if (memory)
         --liveCount;
+    if (memory && budget != kNoBudget)
+        budget += malloc_usable_size(memory);
     __libc_free(memory);
 }
 }
@@ -134,6 +162,16 @@ FailAt::~FailAt()
 bool FailAt::failed() const
 {
     return failureReached;
+}
+
+Budget::Budget(std::size_t bytes)
+{
+    budget = bytes;
+}
+
+Budget::~Budget()
+{
+    budget = kNoBudget;
 }
 
 } // namespace allocations

@@ -24,6 +24,16 @@ public:
     bool failed() const;
 };
 
+/// Lets this thread have only so many bytes more than it has, while it lives.
+class Budget
+{
+public:
+    explicit Budget(std::size_t bytes);
+    ~Budget();
+    Budget(const Budget&) = delete;
+    Budget& operator=(const Budget&) = delete;
+};
+
 extern const bool kCanFail;
 
 } // namespace allocations
