@@ -8,19 +8,7 @@
 namespace
 {
 
-class Identity : public DomTest
-{
-protected:
-    ComPtr<IXMLDOMDocument> m_document = documentOf(L"<a x='1'>text</a>");
-    ComPtr<IXMLDOMElement> m_root = rootOf(m_document);
-
-    ComPtr<IXMLDOMNamedNodeMap> attributes()
-    {
-        ComPtr<IXMLDOMNamedNodeMap> map;
-        m_root->get_attributes(map.put());
-        return map;
-    }
-};
+using Identity = DomTest;
 
 TEST(EntryPoints, RefuseUntilTheHostHasAttached)
 {
@@ -69,20 +57,14 @@ TEST_F(Identity, DllGetClassObjectMakesADistinctDocumentForEachInterfaceItAnswer
 
 TEST_F(Identity, EachClassAnswersForItsOwnInterfacesWithItsOwnAddress)
 {
-    ComPtr<IXMLDOMNodeList> list;
-    m_root->get_childNodes(list.put());
-    ComPtr<IXMLDOMNode> attribute;
-    attributes()->get_item(0, attribute.put());
-    const auto map = attributes();
-    const auto text = firstChildOf(*m_root);
-    struct Case
+    const auto [document, root, text, attribute, list, map] = oneOfEach(L"<a x='1'>text</a>");
+    const struct
     {
         IUnknown* object;
         std::vector<GUID> answered;
-    };
-    const std::vector<Case> cases = {
-        {m_document.get(), {IID_IXMLDOMDocument, IID_IXMLDOMNode}},
-        {m_root.get(), {IID_IXMLDOMElement, IID_IXMLDOMNode}},
+    } cases[] = {
+        {document.get(), {IID_IXMLDOMDocument, IID_IXMLDOMNode}},
+        {root.get(), {IID_IXMLDOMElement, IID_IXMLDOMNode}},
         {attribute.get(), {IID_IXMLDOMAttribute, IID_IXMLDOMNode}},
         {text.get(), {IID_IXMLDOMNode}},
         {list.get(), {IID_IXMLDOMNodeList}},
@@ -92,7 +74,7 @@ TEST_F(Identity, EachClassAnswersForItsOwnInterfacesWithItsOwnAddress)
         IID_IUnknown,         IID_IDispatch,           IID_IXMLDOMDocument, IID_IXMLDOMElement,
         IID_IXMLDOMAttribute, IID_IXMLDOMNode,         IID_IXMLDOMNodeList, IID_IXMLDOMNamedNodeMap,
         IID_IXMLDOMText,      IID_IXMLDOMCharacterData};
-    for (const Case& test : cases) {
+    for (const auto& test : cases) {
         const ULONG count = test.object->AddRef();
         EXPECT_EQ(E_POINTER, test.object->QueryInterface(IID_IUnknown, nullptr));
         for (const GUID& interface : all) {
@@ -111,22 +93,18 @@ TEST_F(Identity, EachClassAnswersForItsOwnInterfacesWithItsOwnAddress)
 
 TEST_F(Identity, WhatIsHandedOutOutlivesWhatItCameFromAndIsFreedOnce)
 {
-    expectNothingLeft([this] {
+    expectNothingLeft([] {
         auto document = documentOf(L"<a><b y='2'/></a>");
         auto child = firstChildOf(*rootOf(document));
-        ComPtr<IXMLDOMDocument> owner, again;
-        EXPECT_EQ(S_OK, child->get_ownerDocument(owner.put()));
-        EXPECT_EQ(S_OK, child->get_ownerDocument(again.put()));
-        EXPECT_EQ(owner.get(), again.get());
+        const auto owner = get(*child, &IXMLDOMNode::get_ownerDocument);
+        EXPECT_EQ(owner.get(), get(*child, &IXMLDOMNode::get_ownerDocument).get());
         EXPECT_NE(document.get(), owner.get());
-        auto other = firstChildOf(*rootOf(document));
-        EXPECT_NE(other.get(), child.get());
-        again.reset();
+        EXPECT_NE(firstChildOf(*rootOf(document)).get(), child.get());
         document.reset();
         EXPECT_EQ(2u, child->AddRef());
         EXPECT_EQ(1u, child->Release());
         child.reset();
-        EXPECT_EQ(L"a", textOf(rootOf(owner), &IXMLDOMNode::get_nodeName));
+        EXPECT_EQ(L"a", nameOf(*rootOf(owner)));
     });
 }
 

@@ -3,6 +3,7 @@
 
 #include "support/dom_fixture.h"
 #include "support/own_host.h"
+#include "support/type_library_file.h"
 
 #include <array>
 #include <set>
@@ -29,29 +30,25 @@ protected:
         EXPECT_EQ(expected, storage) << "slot " << slot;
     }
 
-    /// The same by name, with an argument of its type for every parameter.
+    /// The same by name, with null or 0 for every parameter.
     static void expectEmptyResult(IDispatch& object, const FUNCDESC& function)
     {
-        const bool isPut =
-            function.invkind == INVOKE_PROPERTYPUT || function.invkind == INVOKE_PROPERTYPUTREF;
         std::vector<VARIANT> arguments;
         for (int index = 0; index < function.cParams; ++index) {
             const ELEMDESC& parameter = function.lprgelemdescParam[index];
-            if (parameter.paramdesc.wParamFlags & PARAMFLAG_FRETVAL)
-                continue;
-            VARIANT argument = variantOf(1);
-            if (parameter.tdesc.vt == VT_BSTR || parameter.tdesc.vt == VT_PTR)
-                argument = VARIANT{};
-            if (parameter.tdesc.vt == VT_BSTR)
-                argument.vt = VT_BSTR;
-            else if (parameter.tdesc.vt == VT_PTR)
-                argument.vt = VT_DISPATCH;
-            arguments.insert(arguments.begin(), argument);
+            const VARTYPE type = parameter.tdesc.vt;
+            VARIANT argument{};
+            argument.vt = static_cast<VARTYPE>(type == VT_BSTR  ? VT_BSTR
+                                               : type == VT_PTR ? VT_DISPATCH
+                                                                : VT_I4);
+            if (!(parameter.paramdesc.wParamFlags & PARAMFLAG_FRETVAL))
+                arguments.insert(arguments.begin(), argument);
         }
+        const bool isPut = function.invkind >= INVOKE_PROPERTYPUT;
         DISPID put = DISPID_PROPERTYPUT;
         DISPPARAMS parameters{arguments.data(), isPut ? &put : nullptr, static_cast<UINT>(arguments.size()),
                               isPut};
-        VARIANT result = variantOf(7);
+        VARIANT result = Variant(7).get();
         EXPECT_EQ(S_OK, object.Invoke(function.memid, IID_IUnknown, 0, static_cast<WORD>(function.invkind),
                                       &parameters, isPut ? nullptr : &result, nullptr, nullptr));
         EXPECT_EQ(isPut ? VT_I4 : VT_EMPTY, result.vt);
@@ -59,11 +56,10 @@ protected:
 
     static void expectName(IDispatch& object, ITypeInfo& typeInfo, MEMBERID member)
     {
-        Bstr name;
-        ASSERT_EQ(S_OK, typeInfo.GetDocumentation(member, name.put(), nullptr, nullptr, nullptr));
-        wchar_t* const names = name.get();
+        const Bstr name(keltest::nameOf(typeInfo, member).c_str());
+        wchar_t* names = name.get();
         DISPID found = 0;
-        EXPECT_EQ(S_OK, object.GetIDsOfNames(IID_IUnknown, const_cast<wchar_t**>(&names), 1, 0, &found));
+        EXPECT_EQ(S_OK, object.GetIDsOfNames(IID_IUnknown, &names, 1, 0, &found));
         EXPECT_EQ(member, found);
     }
 

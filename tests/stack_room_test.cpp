@@ -3,8 +3,8 @@
 
 #include "support/dom_fixture.h"
 
-#include <functional>
-#include <pthread.h>
+#include <QtCore/QThread>
+#include <memory>
 #include <ucontext.h>
 #include <vector>
 
@@ -14,30 +14,20 @@ namespace
 class StackRoom : public DomTest
 {
 protected:
-    static void onStackOf(std::size_t bytes, std::function<void()> work)
+    template <class Work>
+    static void onStackOf(unsigned bytes, Work work)
     {
-        pthread_attr_t attributes;
-        pthread_attr_init(&attributes);
-        ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, bytes));
-        pthread_t thread{};
-        const auto run = [](void* argument) -> void* {
-            (*static_cast<std::function<void()>*>(argument))();
-            return nullptr;
-        };
-        ASSERT_EQ(0, pthread_create(&thread, &attributes, run, &work));
-        pthread_join(thread, nullptr);
-        pthread_attr_destroy(&attributes);
+        const std::unique_ptr<QThread> thread(QThread::create(work));
+        thread->setStackSize(bytes);
+        thread->start();
+        EXPECT_TRUE(thread->wait());
     }
 
     static std::wstring nested(int depth)
     {
-        std::wstring text;
-        for (int level = 0; level < depth; ++level)
-            text += L"<a>";
-        text += L"t";
-        for (int level = 0; level < depth; ++level)
-            text += L"</a>";
-        return text;
+        const QString text =
+            QStringLiteral("<a>").repeated(depth) + u't' + QStringLiteral("</a>").repeated(depth);
+        return text.toStdWString();
     }
 
     /// Loads, copies, reads, saves and frees; what is refused must leave an existing file as it was.
@@ -52,16 +42,16 @@ protected:
         if (loaded) {
             ComPtr<IXMLDOMNode> copy;
             EXPECT_EQ(S_OK, rootOf(document)->cloneNode(1, copy.put()));
-            EXPECT_EQ(L"t", textOf(copy, &IXMLDOMNode::get_text));
+            EXPECT_EQ(L"t", textIn(*copy));
         }
-        stored = document->save(variantOf(Bstr(path.toStdWString().c_str()))) == S_OK;
+        stored = save(*document, path) == S_OK;
         EXPECT_EQ(stored, contentOf(path) != "there");
     }
 };
 
 TEST_F(StackRoom, SmallStacksGetTheResultOrARefusalAtEveryDepth)
 {
-    for (const std::size_t kib : {512, 1024}) {
+    for (const unsigned kib : {512, 1024}) {
         onStackOf(kib * 1024, [&] {
             int deepestLoaded = 0;
             int deepestStored = 0;
@@ -93,11 +83,9 @@ TEST_F(StackRoom, AUsualStackTakesTheBoundAndOneMoreIsRefused)
 TEST_F(StackRoom, WhatWasBuiltOnALargeStackCanBeFreedOnASmallOne)
 {
     auto document = documentOf(nested(2048).c_str());
-    const std::wstring text = textOf(rootOf(document), &IXMLDOMNode::get_text);
-    EXPECT_EQ(L"t", text);
-    const Bstr path(pathOf("new.xml").toStdWString().c_str());
+    EXPECT_EQ(L"t", textIn(*rootOf(document)));
     onStackOf(512 * 1024, [&] {
-        EXPECT_EQ(S_FALSE, document->save(variantOf(path)));
+        EXPECT_EQ(S_FALSE, save(*document, pathOf("new.xml")));
         EXPECT_FALSE(QFile::exists(pathOf("new.xml")));
         ComPtr<IXMLDOMNode> copy;
         EXPECT_EQ(S_OK, rootOf(document)->cloneNode(1, copy.put()));

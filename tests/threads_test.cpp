@@ -2,8 +2,8 @@
 // type-library service and the count of document changes; the thread sanitizer watches.
 
 #include "support/dom_fixture.h"
+#include "support/type_library_file.h"
 
-#include <atomic>
 #include <thread>
 #include <vector>
 
@@ -14,48 +14,55 @@ class Threads : public DomTest
 {
 protected:
     /// Builds, mixes two documents, asks by name, and registers anew, over and over.
-    void work(int number, std::atomic<int>& finished)
+    void work(int number, ITypeInfo& shared)
     {
         const std::wstring library = QString::fromUtf8(KEL_TYPE_LIBRARY).toStdWString();
+        const QString path = pathOf(std::to_string(number).c_str());
+        GUID own{};
+        own.Data4[0] = static_cast<BYTE>(number);
         for (int round = 0; round < 50; ++round) {
-            auto one = documentOf(L"<a x='1'><b/><c>t</c></a>");
-            auto two = documentOf(L"<q/>");
-            auto moved = firstChildOf(*rootOf(one));
-            ComPtr<IXMLDOMNodeList> list;
-            rootOf(one)->get_childNodes(list.put());
-            rootOf(two)->appendChild(moved.get(), nullptr);
-            LONG length = 0;
-            list->get_length(&length);
-            EXPECT_EQ(1, length);
+            const auto one = documentOf(L"<a x='1'><b/><c>t</c></a>");
+            const auto two = documentOf(L"<q/>");
+            const auto list = listOf(*rootOf(one));
+            append(*rootOf(two), *firstChildOf(*rootOf(one)));
+            EXPECT_EQ(1, lengthOf(*list));
 
             EXPECT_EQ(S_OK, KelTypelib::RegisterTypeLib(LIBID_MSXML, library.c_str()));
-            Bstr name(L"documentElement");
+            const Bstr name(L"documentElement");
             wchar_t* names = name.get();
             DISPID member = 0;
             EXPECT_EQ(S_OK, two->GetIDsOfNames(IID_IUnknown, &names, 1, 0, &member));
             DISPPARAMS nothing{};
-            VARIANT result{};
-            EXPECT_EQ(S_OK, two->Invoke(member, IID_IUnknown, 0, DISPATCH_PROPERTYGET, &nothing, &result,
+            Variant result;
+            EXPECT_EQ(S_OK, two->Invoke(member, IID_IUnknown, 0, DISPATCH_PROPERTYGET, &nothing, result.put(),
                                         nullptr, nullptr));
-            EXPECT_EQ(rootOf(two).get(), result.pdispVal);
-            result.pdispVal->Release();
-            const Bstr path(pathOf(std::to_string(number).c_str()).toStdWString().c_str());
-            EXPECT_EQ(S_OK, two->save(variantOf(path)));
-            EXPECT_EQ(S_OK, one->load(variantOf(path), nullptr));
+            EXPECT_EQ(rootOf(two).get(), result.object().get());
+            EXPECT_EQ(S_OK, save(*two, path));
+            EXPECT_EQ(S_OK, load(*one, path, nullptr));
+
+            wchar_t registered[KelTypelib::PathCapacity];
+            EXPECT_EQ(S_OK, KelTypelib::RegisterTypeLib(own, library.c_str()));
+            EXPECT_EQ(S_OK, KelTypelib::GetTlbFilePath(own, registered));
+            EXPECT_TRUE(keltest::typeInfo(registered, IID_IXMLDOMNode));
+            EXPECT_EQ(S_OK, KelTypelib::UnRegisterTypeLib(own));
+            for (int copy = 0; copy < 20; ++copy) {
+                const ComPtr<ITypeInfo> mine(&shared);
+                EXPECT_EQ(63, keltest::idOf(*mine, L"loadxml"));
+            }
         }
-        ++finished;
     }
 };
 
 TEST_F(Threads, WithDocumentsOfTheirOwnDoNotDisturbEachOther)
 {
-    std::atomic<int> finished{0};
+    const auto shared = keltest::typeInfo(L"" KEL_TYPE_LIBRARY, IID_IXMLDOMDocument);
     std::vector<std::thread> threads;
     for (int number = 0; number < 4; ++number)
-        threads.emplace_back([&, number] { work(number, finished); });
+        threads.emplace_back([&, number] { work(number, *shared); });
     for (std::thread& thread : threads)
         thread.join();
-    EXPECT_EQ(4, finished);
+    EXPECT_EQ(2u, shared->AddRef());
+    shared->Release();
 }
 
 } // namespace

@@ -1,12 +1,10 @@
-// Loading type libraries: the cache, files that are no libraries, libraries that contradict themselves,
-// threads.
+// Loading type libraries: the cache, files that are no libraries, libraries that contradict themselves.
 
-#include "support/type_library_file.h"
+#include "support/type_library_walk.h"
 
 #include <gtest/gtest.h>
 #include <random>
 #include <sys/stat.h>
-#include <thread>
 #include <vector>
 
 using keltest::stamped;
@@ -16,29 +14,13 @@ namespace
 {
 
 const std::wstring kDomPath = QStringLiteral(KEL_TYPE_LIBRARY).toStdWString();
-constexpr GUID kDocument{0x2933BF81, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
 
-/// Uses every description of a library, so that a wrong pointer in one does not stay unnoticed.
+/// \return how many functions the library describes
 std::size_t walk(ITypeLib& library)
 {
     std::size_t seen = 0;
-    for (UINT place = 0; place < library.GetTypeInfoCount(); ++place) {
-        kel::ComPtr<ITypeInfo> info;
-        TYPEATTR* attributes = nullptr;
-        EXPECT_EQ(library.GetTypeInfo(place, info.put()), S_OK);
-        EXPECT_EQ(info->GetTypeAttr(&attributes), S_OK);
-        for (UINT index = 0; index < attributes->cFuncs; ++index, ++seen) {
-            FUNCDESC* function = nullptr;
-            EXPECT_EQ(info->GetFuncDesc(index, &function), S_OK);
-            EXPECT_EQ(keltest::idOf(*info, keltest::nameOf(*info, function->memid)), function->memid);
-            for (SHORT parameter = 0; parameter < function->cParams; ++parameter) {
-                const TYPEDESC* type = &function->lprgelemdescParam[parameter].tdesc;
-                while (type->vt == VT_PTR)
-                    type = type->lptdesc;
-                EXPECT_NE(type->vt, VT_EMPTY);
-            }
-        }
-    }
+    keltest::walkLibrary(
+        library, [](bool holds) { EXPECT_TRUE(holds); }, [&seen](ITypeInfo&, const FUNCDESC&) { ++seen; });
     return seen;
 }
 
@@ -264,32 +246,4 @@ TEST(TypeLibraryFiles, ContradictionsAndUnknownsAreRefused)
     };
     for (const auto& [from, to] : harmless)
         EXPECT_EQ(load(from, to), S_OK) << from.toStdString() << " -> " << to.left(100).toStdString();
-}
-
-TEST(TypeLibraryService, ServesSeveralThreadsAtOnce)
-{
-    TypeLibraryFile file(stamped(kSmallBody));
-    const kel::ComPtr<ITypeInfo> shared = keltest::typeInfo(kDomPath.c_str(), kDocument);
-    const auto work = [&](std::uint8_t number) {
-        GUID own{};
-        own.Data4[0] = number;
-        for (int round = 0; round < 200; ++round) {
-            EXPECT_EQ(KelTypelib::RegisterTypeLib(own, file.widePath()), S_OK);
-            wchar_t path[KelTypelib::PathCapacity];
-            EXPECT_EQ(KelTypelib::GetTlbFilePath(own, path), S_OK);
-            ITypeLib* library = nullptr;
-            EXPECT_EQ(KelTypelib::LoadTypeLib(path, &library), S_OK);
-            EXPECT_EQ(walk(*library), 7U);
-            const kel::ComPtr<ITypeInfo> mine = shared;
-            EXPECT_EQ(keltest::idOf(*mine, L"loadxml"), 63);
-            EXPECT_EQ(KelTypelib::UnRegisterTypeLib(own), S_OK);
-        }
-    };
-    std::vector<std::thread> threads;
-    for (std::uint8_t number = 0; number < 4; ++number)
-        threads.emplace_back(work, number);
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(shared->AddRef(), 2U);
-    shared->Release();
 }

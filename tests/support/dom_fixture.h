@@ -1,52 +1,24 @@
-// What the object-model tests share: documents from text, owners for what comes out, and a check that each
-// test frees what it made.
+// What the object-model tests share: documents from text, short ways to what a node has, and a check that
+// each test frees what it made.
 
 #pragma once
 
-#include "KelComWrapper/bstr.h"
-#include "KelComWrapper/com_ptr.h"
 #include "KelComWrapper/typelib.h"
-#include "KelXmlLib/guids.h"
-#include "KelXmlLib/module.h"
-#include "KelXmlLib/xmldom.h"
+#include "KelXmlLib/convenience.h"
 #include "support/allocations.h"
+#include "support/saved_by_qt.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
-#include <QtCore/QTextStream>
-#include <QtXml/QDomDocument>
+#include <array>
 #include <gtest/gtest.h>
 #include <string>
 
+using kel::asElement;
 using kel::Bstr;
 using kel::ComPtr;
-
-/// Builds a VARIANT for a call; a BSTR in it stays the caller's.
-inline VARIANT variantOf(const Bstr& text)
-{
-    VARIANT value{};
-    value.vt = VT_BSTR;
-    value.bstrVal = text.get();
-    return value;
-}
-
-inline VARIANT variantOf(LONG number)
-{
-    VARIANT value{};
-    value.vt = VT_I4;
-    value.lVal = number;
-    return value;
-}
-
-/// The wide string that a getter hands out; `L"(result n)"` when it does not answer S_OK.
-template <class Object, class Getter>
-std::wstring textOf(const Object& object, Getter getter)
-{
-    Bstr text;
-    const HRESULT result = ((*object).*getter)(text.put());
-    return result == S_OK ? std::wstring(text.c_str(), text.length())
-                          : L"(result " + std::to_wstring(result) + L")";
-}
+using kel::newDocument;
+using kel::Variant;
 
 /// An object of each class over one document: its element, and what that has.
 struct OneOfEach
@@ -57,6 +29,12 @@ struct OneOfEach
     ComPtr<IXMLDOMAttribute> attribute;
     ComPtr<IXMLDOMNodeList> list;
     ComPtr<IXMLDOMNamedNodeMap> map;
+
+    /// One of each class of nodes.
+    std::array<IXMLDOMNode*, 4> nodes() const
+    {
+        return {document.get(), root.get(), text.get(), attribute.get()};
+    }
 };
 
 class DomTest : public ::testing::Test
@@ -68,109 +46,103 @@ protected:
         KelTypelib::RegisterTypeLib(LIBID_MSXML, QString::fromUtf8(KEL_TYPE_LIBRARY).toStdWString().c_str());
     }
 
-    static ComPtr<IXMLDOMDocument> newDocument()
-    {
-        ComPtr<IXMLDOMDocument> document;
-        EXPECT_EQ(S_OK, DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument,
-                                          reinterpret_cast<void**>(document.put())));
-        return document;
-    }
-
-    static ComPtr<IXMLDOMDocument> documentOf(const wchar_t* xml)
+    static ComPtr<IXMLDOMDocument> documentOf(const std::wstring& xml)
     {
         auto document = newDocument();
         VARIANT_BOOL success = 7;
-        EXPECT_EQ(S_OK, document->loadXML(Bstr(xml).get(), &success));
+        EXPECT_EQ(S_OK, document->loadXML(Bstr(xml.c_str()).get(), &success));
         EXPECT_EQ(VARIANT_TRUE, success);
         return document;
     }
 
-    static ComPtr<IXMLDOMElement> rootOf(const ComPtr<IXMLDOMDocument>& document)
+    /// What a getter hands out: an object with `S_OK`, or none with `S_FALSE`.
+    template <class Object, class Interface, class Out>
+    static ComPtr<Out> get(Object& object, HRESULT (Interface::*getter)(Out**))
     {
-        ComPtr<IXMLDOMElement> root;
-        EXPECT_EQ(S_OK, document->get_documentElement(root.put()));
-        return root;
+        ComPtr<Out> out;
+        const HRESULT answer = (object.*getter)(out.put());
+        EXPECT_EQ(out ? S_OK : S_FALSE, answer);
+        return out;
     }
-
-    static ComPtr<IXMLDOMNode> firstChildOf(IXMLDOMNode& node)
+    static auto rootOf(const ComPtr<IXMLDOMDocument>& document)
     {
-        ComPtr<IXMLDOMNode> child;
-        node.get_firstChild(child.put());
-        return child;
+        return get(*document, &IXMLDOMDocument::get_documentElement);
     }
+    static auto firstChildOf(IXMLDOMNode& node) { return get(node, &IXMLDOMNode::get_firstChild); }
+    static auto parentOf(IXMLDOMNode& node) { return get(node, &IXMLDOMNode::get_parentNode); }
+    static auto listOf(IXMLDOMNode& node) { return get(node, &IXMLDOMNode::get_childNodes); }
+    static auto mapOf(IXMLDOMNode& node) { return get(node, &IXMLDOMNode::get_attributes); }
+    static std::wstring nameOf(IXMLDOMNode& node) { return kel::textOf(node, &IXMLDOMNode::get_nodeName); }
+    static std::wstring textIn(IXMLDOMNode& node) { return kel::textOf(node, &IXMLDOMNode::get_text); }
 
-    static ComPtr<IXMLDOMAttribute> attributeOf(IXMLDOMNode& element, const wchar_t* name)
+    template <class List>
+    static LONG lengthOf(List& list)
     {
-        ComPtr<IXMLDOMNamedNodeMap> map;
-        element.get_attributes(map.put());
+        LONG length = -7;
+        EXPECT_EQ(S_OK, list.get_length(&length));
+        return length;
+    }
+    /// A list's or a map's; null beyond its end.
+    template <class List>
+    static ComPtr<IXMLDOMNode> itemOf(List& list, LONG index)
+    {
+        ComPtr<IXMLDOMNode> item;
+        list.get_item(index, item.put());
+        return item;
+    }
+    /// The children as a list, each by its own index.
+    static auto childAt(IXMLDOMNode& node, LONG index) { return itemOf(*listOf(node), index); }
+
+    static ComPtr<IXMLDOMAttribute> attributeOf(IXMLDOMNode& element, const std::wstring& name)
+    {
         ComPtr<IXMLDOMNode> node;
-        EXPECT_EQ(S_OK, map->getNamedItem(Bstr(name).get(), node.put()));
-        ComPtr<IXMLDOMAttribute> attribute;
-        node->QueryInterface(IID_IXMLDOMAttribute, reinterpret_cast<void**>(attribute.put()));
-        return attribute;
+        EXPECT_EQ(S_OK, mapOf(element)->getNamedItem(Bstr(name.c_str()).get(), node.put()));
+        return kel::asAttribute(*node);
+    }
+    static std::wstring valueOf(IXMLDOMAttribute& attribute)
+    {
+        Variant value;
+        EXPECT_EQ(S_OK, attribute.get_value(value.put()));
+        return std::wstring(value.text());
     }
 
     /// \param xml its element has text first and an attribute `x`
     static OneOfEach oneOfEach(const wchar_t* xml)
     {
-        OneOfEach made;
-        made.document = documentOf(xml);
-        made.root = rootOf(made.document);
-        made.text = firstChildOf(*made.root);
-        made.attribute = attributeOf(*made.root, L"x");
-        made.root->get_childNodes(made.list.put());
-        made.root->get_attributes(made.map.put());
-        return made;
+        const auto document = documentOf(xml);
+        const auto root = rootOf(document);
+        return {document, root, firstChildOf(*root), attributeOf(*root, L"x"), listOf(*root), mapOf(*root)};
     }
 
     static ComPtr<IXMLDOMNode> create(IXMLDOMDocument& document, LONG type, const wchar_t* name)
     {
         ComPtr<IXMLDOMNode> node;
-        EXPECT_EQ(S_OK, document.createNode(variantOf(type), Bstr(name).get(), nullptr, node.put()));
+        EXPECT_EQ(S_OK, document.createNode(Variant(type).get(), Bstr(name).get(), nullptr, node.put()));
         return node;
     }
-
-    /// The children as a list, each by its own index.
-    static ComPtr<IXMLDOMNode> childAt(IXMLDOMNode& node, LONG index)
+    static ComPtr<IXMLDOMNode> append(IXMLDOMNode& parent, IXMLDOMNode& child)
     {
-        ComPtr<IXMLDOMNodeList> list;
-        node.get_childNodes(list.put());
-        ComPtr<IXMLDOMNode> child;
-        list->get_item(index, child.put());
-        return child;
-    }
-
-    /// What `save` writes.
-    std::string saved(const ComPtr<IXMLDOMDocument>& document)
-    {
-        const QString path = m_directory.filePath(QStringLiteral("saved.xml"));
-        EXPECT_EQ(S_OK, document->save(variantOf(Bstr(path.toStdWString().c_str()))));
-        return contentOf(path).toStdString();
-    }
-
-    /// The same by Qt directly.
-    std::string saved(const QDomDocument& document)
-    {
-        const QString path = m_directory.filePath(QStringLiteral("saved_by_qt.xml"));
-        {
-            QFile file(path);
-            EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text));
-            QTextStream stream(&file);
-            stream.setCodec("UTF-8");
-            document.save(stream, 4, QDomNode::EncodingFromDocument);
-        }
-        return contentOf(path).toStdString();
+        ComPtr<IXMLDOMNode> result;
+        EXPECT_EQ(S_OK, parent.appendChild(&child, result.put()));
+        EXPECT_TRUE(result) << "a refusal is not reported: the result is made as ever";
+        return result;
     }
 
     QString pathOf(const char* name) const { return m_directory.filePath(QString::fromUtf8(name)); }
-
+    static HRESULT load(IXMLDOMDocument& document, const QString& path, VARIANT_BOOL* success)
+    {
+        return document.load(Variant(path.toStdWString()).get(), success);
+    }
+    static HRESULT save(IXMLDOMDocument& document, const QString& path)
+    {
+        return document.save(Variant(path.toStdWString()).get());
+    }
     static void write(const QString& path, const QByteArray& bytes)
     {
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(bytes);
     }
-
     static QByteArray contentOf(const QString& path)
     {
         QFile file(path);
@@ -178,8 +150,16 @@ protected:
         return file.readAll();
     }
 
+    /// What `save` writes.
+    std::string saved(const ComPtr<IXMLDOMDocument>& document)
+    {
+        const QString path = pathOf("saved.xml");
+        EXPECT_EQ(S_OK, save(*document, path));
+        return contentOf(path).toStdString();
+    }
+
     /// Loads a file with Qt directly and through the library. \return the verdict, expected to be the same
-    static bool loadBoth(const QString& path, QDomDocument& theirs, const ComPtr<IXMLDOMDocument>& ours)
+    static bool loadBoth(const QString& path, QDomDocument& theirs, IXMLDOMDocument& ours)
     {
         QFile file(path);
         EXPECT_TRUE(file.open(QIODevice::ReadOnly));
@@ -188,11 +168,6 @@ protected:
         EXPECT_EQ(verdict ? S_OK : S_FALSE, load(ours, path, &success));
         EXPECT_EQ(verdict ? VARIANT_TRUE : VARIANT_FALSE, success);
         return verdict;
-    }
-
-    static HRESULT load(const ComPtr<IXMLDOMDocument>& document, const QString& path, VARIANT_BOOL* success)
-    {
-        return document->load(variantOf(Bstr(path.toStdWString().c_str())), success);
     }
 
 private:
