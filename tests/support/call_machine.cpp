@@ -2,14 +2,13 @@
 
 #include "support/call_machine.h"
 
-#include "KelComWrapper/bstr.h"
-#include "KelXmlLib/guids.h"
-#include "KelXmlLib/module.h"
+#include "KelXmlLib/convenience.h"
 
 #include <algorithm>
 
 using kel::Bstr;
 using kel::ComPtr;
+using kel::Variant;
 using model::NodePtr;
 
 namespace
@@ -22,14 +21,6 @@ const wchar_t* const kTexts[] = {
     L"<bad",
 };
 
-VARIANT variantOf(VARTYPE type, LONG number)
-{
-    VARIANT value{};
-    value.vt = type;
-    value.lVal = number;
-    return value;
-}
-
 /// What an object over an attribute keeps alive.
 NodePtr keeperOf(const NodePtr& node)
 {
@@ -37,21 +28,21 @@ NodePtr keeperOf(const NodePtr& node)
     return parent && parent->type == NODE_ELEMENT ? parent : nullptr;
 }
 
+NodePtr parentOf(const NodePtr& node)
+{
+    return node ? node->parent.lock() : nullptr;
+}
+
+NodePtr at(const std::vector<NodePtr>& nodes, std::size_t index)
+{
+    return index < nodes.size() ? nodes[index] : nullptr;
+}
+
 } // namespace
 
-CallMachine::CallMachine(std::function<unsigned(unsigned)> choose) : m_choose(std::move(choose))
-{
-    DllMain(nullptr, 1, nullptr);
-    for (int index = 0; index < 2; ++index) {
-        ComPtr<IXMLDOMDocument> document;
-        DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, reinterpret_cast<void**>(document.put()));
-        document->loadXML(Bstr(L"<i/>").get(), nullptr);
-        QDomDocument parsed;
-        parsed.setContent(QStringLiteral("<i/>"));
-        const NodePtr node = model::fromQt(parsed);
-        m_documents.push_back({ComPtr<IXMLDOMNode>(document.get()), node, node, nullptr, NODE_DOCUMENT});
-    }
-}
+CallMachine::CallMachine(std::function<unsigned(unsigned)> choose)
+    : m_choose(std::move(choose)), m_documents{newDocument(), newDocument()}
+{}
 
 CallMachine::~CallMachine()
 {
@@ -61,84 +52,57 @@ CallMachine::~CallMachine()
 
 std::string CallMachine::step()
 {
-    switch (m_choose(20)) {
-    case 0:
-        load();
-        break;
-    case 1:
-    case 2:
-        create();
-        break;
-    case 3:
-    case 4:
-    case 5:
-    case 6:
-        appendOrRemove(true);
-        break;
-    case 7:
-    case 8:
-        appendOrRemove(false);
-        break;
-    case 9:
-    case 10:
-        walkUpOrDown();
-        break;
-    case 11:
-        makeList(false);
-        break;
-    case 12:
-        makeList(true);
-        break;
-    case 13:
-        useList();
-        break;
-    case 14:
-        makeMap();
-        break;
-    case 15:
-        useMap();
-        break;
-    case 16:
-        changeContent();
-        break;
-    case 17:
-        clone();
-        break;
-    case 18:
-        save();
-        break;
-    default:
-        release();
-        break;
-    }
+    // What is to happen more often stands there more often.
+    static constexpr void (CallMachine::*kSteps[])() = {
+        &CallMachine::load,         &CallMachine::create,        &CallMachine::create,
+        &CallMachine::append,       &CallMachine::append,        &CallMachine::append,
+        &CallMachine::append,       &CallMachine::remove,        &CallMachine::remove,
+        &CallMachine::walkUpOrDown, &CallMachine::walkUpOrDown,  &CallMachine::listChildren,
+        &CallMachine::listByName,   &CallMachine::useList,       &CallMachine::makeMap,
+        &CallMachine::useMap,       &CallMachine::changeContent, &CallMachine::clone,
+        &CallMachine::save,         &CallMachine::release};
+    (this->*kSteps[m_choose(std::size(kSteps))])();
     if (m_difference.empty() && !m_nodes.empty())
-        compare(m_nodes[m_choose(static_cast<unsigned>(m_nodes.size()))]);
+        compare(oneOf(m_nodes));
     return m_difference;
+}
+
+CallMachine::Held CallMachine::newDocument()
+{
+    const auto document = kel::newDocument();
+    document->loadXML(Bstr(L"<i/>").get(), nullptr);
+    QDomDocument parsed;
+    parsed.setContent(QStringLiteral("<i/>"));
+    const NodePtr node = model::fromQt(parsed);
+    return {ComPtr<IXMLDOMNode>(document.get()), node, node, nullptr, NODE_DOCUMENT};
 }
 
 CallMachine::Held CallMachine::pick()
 {
-    if (m_nodes.empty() || m_choose(8) == 0)
-        return m_documents[m_choose(2)];
-    return m_nodes[m_choose(static_cast<unsigned>(m_nodes.size()))];
+    return m_nodes.empty() || m_choose(8) == 0 ? oneOf(m_documents) : oneOf(m_nodes);
 }
 
-CallMachine::Held& CallMachine::keep(ComPtr<IXMLDOMNode> object, NodePtr node, const NodePtr& document,
-                                     DOMNodeType kind)
+IXMLDOMDocument& CallMachine::pickDocument(Held** held)
+{
+    *held = &oneOf(m_documents);
+    return static_cast<IXMLDOMDocument&>(*(*held)->object);
+}
+
+void CallMachine::keep(ComPtr<IXMLDOMNode> object, NodePtr node, const NodePtr& document, DOMNodeType kind)
 {
     const NodePtr keeper = keeperOf(node);
     m_nodes.push_back({std::move(object), std::move(node), document, keeper, kind});
     compare(m_nodes.back());
-    return m_nodes.back();
 }
 
-void CallMachine::keepAsIs(ComPtr<IXMLDOMNode> object, const NodePtr& node, const NodePtr& document)
+bool CallMachine::keepAsIs(ComPtr<IXMLDOMNode> object, const NodePtr& node, const NodePtr& document)
 {
-    const int type = node ? node->type : 0;
-    keep(std::move(object), node, document,
-         type == NODE_ELEMENT     ? NODE_ELEMENT
-         : type == NODE_ATTRIBUTE ? NODE_ATTRIBUTE
-                                  : NODE_INVALID);
+    expect(!object == !node, "whether there is a node");
+    if (!object || !node)
+        return false;
+    const bool hasClass = node->type == NODE_ELEMENT || node->type == NODE_ATTRIBUTE;
+    keep(std::move(object), node, document, hasClass ? static_cast<DOMNodeType>(node->type) : NODE_INVALID);
+    return true;
 }
 
 void CallMachine::expect(bool holds, const char* what)
@@ -149,114 +113,105 @@ void CallMachine::expect(bool holds, const char* what)
 
 void CallMachine::compare(const Held& held)
 {
+    const model::Node none;
+    const model::Node& node = held.node ? *held.node : none;
     DOMNodeType type = NODE_INVALID;
     held.object->get_nodeType(&type);
-    const int expected = held.kind != NODE_INVALID ? held.kind : held.node ? held.node->type : 21;
+    const int expected = held.kind != NODE_INVALID ? held.kind : held.node ? node.type : 21;
     expect(static_cast<int>(type) == expected, "type");
-    Bstr name;
-    held.object->get_nodeName(name.put());
-    expect(name.c_str() == (held.node ? held.node->name : std::wstring()), "name");
+    expect(kel::textOf(*held.object, &IXMLDOMNode::get_nodeName) == node.name, "name");
     VARIANT_BOOL has = 7;
     held.object->hasChildNodes(&has);
-    expect(has == (held.node && !held.node->children.empty()), "children");
+    expect(has == !node.children.empty(), "children");
     ComPtr<IXMLDOMNode> parent;
     held.object->get_parentNode(parent.put());
-    const NodePtr above = held.node ? held.node->parent.lock() : nullptr;
-    expect(static_cast<bool>(parent) == static_cast<bool>(above), "parent");
-    if (parent && above) {
-        parent->get_nodeName(name.put());
-        expect(name.c_str() == above->name, "parent's name");
-    }
-    if (held.kind == NODE_ELEMENT) {
-        Bstr text;
-        held.object->get_text(text.put());
-        expect(text.c_str() == (held.node ? held.node->text() : std::wstring()), "text");
-    }
-    if (held.kind == NODE_INVALID || held.kind == NODE_ATTRIBUTE) {
-        VARIANT value{};
-        if (held.kind == NODE_ATTRIBUTE)
-            static_cast<IXMLDOMAttribute&>(*held.object).get_value(&value);
-        else
-            held.object->get_nodeValue(&value);
-        Bstr owned;
-        owned.reset(value.bstrVal);
-        expect(owned.c_str() == (held.node ? held.node->value : std::wstring()), "value");
-    }
+    const NodePtr above = node.parent.lock();
+    expect(!parent == !above, "parent");
+    if (parent && above)
+        expect(kel::textOf(*parent, &IXMLDOMNode::get_nodeName) == above->name, "parent's name");
+    if (held.kind == NODE_ELEMENT)
+        expect(kel::textOf(*held.object, &IXMLDOMNode::get_text) == node.text(), "text");
+    Variant value;
+    if (held.kind == NODE_ATTRIBUTE)
+        static_cast<IXMLDOMAttribute&>(*held.object).get_value(value.put());
+    else if (held.kind == NODE_INVALID)
+        held.object->get_nodeValue(value.put());
+    const bool hasNone = held.kind == NODE_ELEMENT || held.kind == NODE_DOCUMENT;
+    const auto text = value.type() == VT_BSTR ? value.text() : std::wstring_view();
+    expect(hasNone || text == node.value, "value");
 }
 
 void CallMachine::load()
 {
     if (m_choose(3) != 0)
         return;
-    Held& document = m_documents[m_choose(2)];
-    const wchar_t* const text = kTexts[m_choose(4)];
+    Held* held = nullptr;
+    IXMLDOMDocument& document = pickDocument(&held);
+    const wchar_t* const text = kTexts[m_choose(std::size(kTexts))];
     QDomDocument parsed;
     const bool verdict = parsed.setContent(QString::fromWCharArray(text));
-    const HRESULT result = static_cast<IXMLDOMDocument&>(*document.object).loadXML(Bstr(text).get(), nullptr);
-    expect(result == (verdict ? S_OK : S_FALSE), "verdict");
-    for (const NodePtr& child : document.node->children)
+    expect(document.loadXML(Bstr(text).get(), nullptr) == (verdict ? S_OK : S_FALSE), "verdict");
+    for (const NodePtr& child : held->node->children)
         child->parent.reset();
-    const NodePtr fresh = model::fromQt(parsed);
-    document.node->children = fresh->children;
-    for (const NodePtr& child : document.node->children)
-        child->parent = document.node;
+    held->node->children = model::fromQt(parsed)->children;
+    for (const NodePtr& child : held->node->children)
+        child->parent = held->node;
 }
 
 void CallMachine::create()
 {
-    Held& document = m_documents[m_choose(2)];
-    const bool element = m_choose(3) != 0;
-    const wchar_t* const name = element ? L"e" : m_choose(2) ? L"x" : L"w";
+    Held* held = nullptr;
+    IXMLDOMDocument& document = pickDocument(&held);
+    const int type = m_choose(3) != 0 ? NODE_ELEMENT : NODE_ATTRIBUTE;
+    const wchar_t* const name = type == NODE_ELEMENT ? L"e" : m_choose(2) ? L"x" : L"w";
     ComPtr<IXMLDOMNode> made;
-    static_cast<IXMLDOMDocument&>(*document.object)
-        .createNode(variantOf(VT_I4, element ? 1 : 2), Bstr(name).get(), nullptr, made.put());
-    keepAsIs(made, model::make(element ? NODE_ELEMENT : NODE_ATTRIBUTE, name), document.document);
+    document.createNode(Variant(type).get(), Bstr(name).get(), nullptr, made.put());
+    keepAsIs(made, model::make(type, name), held->document);
 }
 
-void CallMachine::appendOrRemove(bool append)
+void CallMachine::append()
+{
+    const Held parent = pick();
+    const Held child = pick();
+    ComPtr<IXMLDOMNode> result;
+    expect(parent.object->appendChild(child.object.get(), result.put()) == S_OK, "appendChild's answer");
+    model::append(parent.node, child.node);
+    keep(result, child.node, parent.document, child.kind == NODE_DOCUMENT ? NODE_INVALID : child.kind);
+}
+
+void CallMachine::remove()
 {
     const Held parent = pick();
     Held child = pick();
-    if (!append && m_choose(2) && parent.node && !parent.node->children.empty()) {
+    if (m_choose(2) && parent.node && !parent.node->children.empty()) {
         const auto index = m_choose(static_cast<unsigned>(parent.node->children.size()));
         ComPtr<IXMLDOMNodeList> list;
         parent.object->get_childNodes(list.put());
         ComPtr<IXMLDOMNode> item;
-        if (list->get_item(static_cast<LONG>(index), item.put()) != S_OK)
-            return expect(false, "item of a list of children");
-        keepAsIs(item, parent.node->children[index], parent.document);
+        list->get_item(static_cast<LONG>(index), item.put());
+        if (!keepAsIs(item, parent.node->children[index], parent.document))
+            return;
         child = m_nodes.back();
     }
     ComPtr<IXMLDOMNode> result;
-    NodePtr wrapped = child.node;
-    if (append) {
-        expect(parent.object->appendChild(child.object.get(), result.put()) == S_OK, "appendChild's answer");
-        model::append(parent.node, child.node);
-    } else {
-        expect(parent.object->removeChild(child.object.get(), result.put()) == S_OK, "removeChild's answer");
-        const bool removed = model::remove(parent.node, child.node);
-        if (parent.kind == NODE_ELEMENT && child.kind == NODE_ELEMENT && !removed)
-            wrapped = nullptr;
-    }
-    const DOMNodeType kind = child.kind == NODE_DOCUMENT ? NODE_INVALID : child.kind;
-    keep(result, wrapped, parent.document, kind);
+    expect(parent.object->removeChild(child.object.get(), result.put()) == S_OK, "removeChild's answer");
+    const bool holdsNone =
+        !model::remove(parent.node, child.node) && parent.kind == NODE_ELEMENT && child.kind == NODE_ELEMENT;
+    keep(result, holdsNone ? nullptr : child.node, parent.document,
+         child.kind == NODE_DOCUMENT ? NODE_INVALID : child.kind);
 }
 
 void CallMachine::walkUpOrDown()
 {
     const Held from = pick();
+    const bool isUp = m_choose(2);
     ComPtr<IXMLDOMNode> found;
-    NodePtr expected;
-    if (m_choose(2)) {
-        from.object->get_parentNode(found.put());
-        expected = from.node ? from.node->parent.lock() : nullptr;
-    } else {
-        from.object->get_firstChild(found.put());
-        expected = from.node && !from.node->children.empty() ? from.node->children.front() : nullptr;
-    }
-    expect(static_cast<bool>(found) == static_cast<bool>(expected), "whether there is a node");
-    if (found && expected)
-        keepAsIs(found, expected, from.document);
+    isUp ? from.object->get_parentNode(found.put()) : from.object->get_firstChild(found.put());
+    keepAsIs(found,
+             isUp        ? parentOf(from.node)
+             : from.node ? at(from.node->children, 0)
+                         : nullptr,
+             from.document);
 }
 
 void CallMachine::makeList(bool byTagName)
@@ -278,7 +233,7 @@ void CallMachine::useList()
 {
     if (m_lists.empty())
         return;
-    HeldList& list = m_lists[m_choose(static_cast<unsigned>(m_lists.size()))];
+    HeldList& list = oneOf(m_lists);
     std::vector<NodePtr> expected;
     if (list.source.node && list.byTagName)
         model::collect(list.source.node, list.tag, expected);
@@ -288,20 +243,15 @@ void CallMachine::useList()
     list.object->get_length(&length);
     if (static_cast<std::size_t>(length) != expected.size())
         return expect(false, "length of a list");
+    const bool isNext = m_choose(2);
+    const unsigned index = isNext ? list.cursor : m_choose(4);
+    const NodePtr node = at(expected, index);
     ComPtr<IXMLDOMNode> item;
-    if (m_choose(2)) {
-        const bool atEnd = list.cursor >= expected.size();
-        expect(list.object->nextNode(item.put()) == (atEnd ? S_FALSE : S_OK), "nextNode's answer");
-        if (item && !atEnd)
-            keepAsIs(item, expected[list.cursor++], list.source.document);
-    } else {
-        const unsigned index = m_choose(4);
-        expect(list.object->get_item(static_cast<LONG>(index), item.put()) ==
-                   (index < expected.size() ? S_OK : S_FALSE),
-               "get_item's answer");
-        if (item && index < expected.size())
-            keepAsIs(item, expected[index], list.source.document);
-    }
+    const HRESULT answer = isNext ? list.object->nextNode(item.put())
+                                  : list.object->get_item(static_cast<LONG>(index), item.put());
+    expect(answer == (node ? S_OK : S_FALSE), "a list's answer");
+    list.cursor += isNext && node ? 1 : 0;
+    keepAsIs(item, node, list.source.document);
 }
 
 void CallMachine::makeMap()
@@ -311,8 +261,6 @@ void CallMachine::makeMap()
     map.source.object.reset();
     map.source.keeper = nullptr;
     if (map.source.node && map.source.node->type != NODE_ELEMENT)
-        map.source.node = nullptr;
-    if (map.source.node && map.source.node->type != NODE_ELEMENT)
         map.source.node = nullptr; // without attributes, nothing is kept
     m_maps.push_back(std::move(map));
 }
@@ -321,26 +269,23 @@ void CallMachine::useMap()
 {
     if (m_maps.empty())
         return;
-    const HeldMap& map = m_maps[m_choose(static_cast<unsigned>(m_maps.size()))];
-    const std::size_t expected = map.source.node ? map.source.node->attributes.size() : 0;
+    const HeldMap& map = oneOf(m_maps);
+    const model::Node none;
+    const model::Node& node = map.source.node ? *map.source.node : none;
     LONG length = -1;
     map.object->get_length(&length);
-    expect(static_cast<std::size_t>(length) == expected, "length of a map");
+    expect(static_cast<std::size_t>(length) == node.attributes.size(), "length of a map");
     ComPtr<IXMLDOMNode> item;
     map.object->getNamedItem(Bstr(L"x").get(), item.put());
-    const NodePtr attribute = map.source.node ? map.source.node->attribute(L"x") : nullptr;
-    expect(static_cast<bool>(item) == static_cast<bool>(attribute), "whether there is an attribute");
-    if (item && attribute)
-        keepAsIs(item, attribute, map.source.document);
+    keepAsIs(item, node.attribute(L"x"), map.source.document);
     map.object->get_item(static_cast<LONG>(m_choose(3)), item.put());
 }
 
 void CallMachine::changeContent()
 {
     const Held held = pick();
-    const bool attribute = held.kind == NODE_ELEMENT && m_choose(2);
-    if (attribute) {
-        static_cast<IXMLDOMElement&>(*held.object).setAttribute(Bstr(L"x").get(), variantOf(VT_I4, 9));
+    if (held.kind == NODE_ELEMENT && m_choose(2)) {
+        static_cast<IXMLDOMElement&>(*held.object).setAttribute(Bstr(L"x").get(), Variant(9).get());
         model::setAttribute(held.node, L"x", L"9");
         return;
     }
@@ -357,18 +302,13 @@ void CallMachine::clone()
     ComPtr<IXMLDOMNode> copy;
     expect(held.object->cloneNode(deep ? VARIANT_TRUE : VARIANT_FALSE, copy.put()) == S_OK,
            "cloneNode's answer");
-    expect(static_cast<bool>(copy) == static_cast<bool>(held.node), "whether there is a copy");
-    if (copy && held.node)
-        keepAsIs(copy, model::copyOf(*held.node, deep), held.document);
+    keepAsIs(copy, held.node ? model::copyOf(*held.node, deep) : nullptr, held.document);
 }
 
 void CallMachine::save()
 {
-    VARIANT path = variantOf(VT_BSTR, 0);
-    const Bstr name(L"/dev/null");
-    path.bstrVal = name.get();
-    expect(static_cast<IXMLDOMDocument&>(*m_documents[m_choose(2)].object).save(path) == S_OK,
-           "save's answer");
+    Held* held = nullptr;
+    expect(pickDocument(&held).save(Variant(L"/dev/null").get()) == S_OK, "save's answer");
 }
 
 void CallMachine::release()
@@ -381,15 +321,6 @@ void CallMachine::release()
     drop(m_nodes);
     drop(m_lists);
     drop(m_maps);
-    if (m_choose(6) != 0)
-        return;
-    // A document that the host lets go of, and a new one in its place.
-    Held& document = m_documents[m_choose(2)];
-    ComPtr<IXMLDOMDocument> fresh;
-    DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, reinterpret_cast<void**>(fresh.put()));
-    fresh->loadXML(Bstr(L"<i/>").get(), nullptr);
-    QDomDocument parsed;
-    parsed.setContent(QStringLiteral("<i/>"));
-    const NodePtr node = model::fromQt(parsed);
-    document = {ComPtr<IXMLDOMNode>(fresh.get()), node, node, nullptr, NODE_DOCUMENT};
+    if (m_choose(6) == 0)
+        oneOf(m_documents) = newDocument(); // the host lets go of one
 }

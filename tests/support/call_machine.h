@@ -45,19 +45,30 @@ private:
         Held source;
     };
 
+    static Held newDocument();
+    template <class Thing>
+    Thing& oneOf(std::vector<Thing>& things)
+    {
+        return things[m_choose(static_cast<unsigned>(things.size()))];
+    }
     Held pick();
-    Held& keep(kel::ComPtr<IXMLDOMNode> object, model::NodePtr node, const model::NodePtr& document,
-               DOMNodeType kind);
-    void keepAsIs(kel::ComPtr<IXMLDOMNode> object, const model::NodePtr& node,
+    IXMLDOMDocument& pickDocument(Held** held);
+    void keep(kel::ComPtr<IXMLDOMNode> object, model::NodePtr node, const model::NodePtr& document,
+              DOMNodeType kind);
+    /// Expects both or neither of object and node. \return whether there are both
+    bool keepAsIs(kel::ComPtr<IXMLDOMNode> object, const model::NodePtr& node,
                   const model::NodePtr& document);
     void compare(const Held& held);
     void expect(bool holds, const char* what);
 
     void load();
     void create();
-    void appendOrRemove(bool append);
+    void append();
+    void remove();
     void walkUpOrDown();
     void makeList(bool byTagName);
+    void listChildren() { makeList(false); }
+    void listByName() { makeList(true); }
     void useList();
     void makeMap();
     void useMap();
