@@ -21,27 +21,16 @@ struct Tree
     qint64 length = 0;
 };
 
-Tree measure(const QDomDocument& document)
+/// \param depth how many elements there are down to the node
+void measure(const QDomNode& node, int depth, Tree& tree)
 {
-    Tree tree;
-    int depth = 0;
-    for (QDomNode node = document.firstChild(); !node.isNull();) {
-        const int elements = depth + (node.isElement() ? 1 : 0);
-        tree.depth = std::max(tree.depth, elements);
-        tree.length += node.nodeValue().size();
-        const QDomNamedNodeMap attributes = node.attributes();
-        for (int i = 0; i < attributes.length(); ++i)
-            tree.length += attributes.item(i).nodeValue().size();
-        QDomNode next = node.firstChild();
-        depth += next.isNull() ? 0 : 1;
-        for (; next.isNull() && !node.isNull(); depth -= next.isNull() ? 1 : 0) {
-            next = node.nextSibling();
-            if (next.isNull())
-                node = node.parentNode();
-        }
-        node = next;
-    }
-    return tree;
+    tree.depth = std::max(tree.depth, depth);
+    tree.length += node.nodeValue().size();
+    const QDomNamedNodeMap attributes = node.attributes();
+    for (int i = 0; i < attributes.length(); ++i)
+        tree.length += attributes.item(i).nodeValue().size();
+    for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
+        measure(child, depth + (child.isElement() ? 1 : 0), tree);
 }
 
 /// \param length the most characters that the text can have
@@ -58,7 +47,8 @@ void check(const bounds::Look& look, Content&& content, qint64 length, bool hasE
     }
     QDomDocument document;
     const bool accepted = document.setContent(content);
-    const Tree tree = measure(document);
+    Tree tree;
+    measure(document, 0, tree);
     require(tree.depth <= look.nesting && look.nesting <= bounds::kMaxNesting);
     require(!accepted || !onlyElementsNest || tree.depth == look.nesting);
     require(tree.length <= length + std::max(bounds::kMaxEntityText, bounds::kEntityTextPerLength * length));

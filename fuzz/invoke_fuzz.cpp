@@ -1,11 +1,8 @@
 // Calls by identifier of the objects that such calls give out: mostly what a member asks for, with arguments
 // of any type, count and name. Arguments stay as they were given, and a failure gives out nothing.
 
-#include "KelComWrapper/com_ptr.h"
 #include "KelComWrapper/typelib.h"
-#include "KelXmlLib/guids.h"
-#include "KelXmlLib/module.h"
-#include "KelXmlLib/xmldom.h"
+#include "KelXmlLib/convenience.h"
 #include "support.h"
 
 #include <algorithm>
@@ -170,9 +167,7 @@ void askForNames(IDispatch& object, Choices& choices)
 
 ComPtr<IDispatch> newDocument()
 {
-    ComPtr<IXMLDOMDocument> document;
-    require(DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument,
-                              reinterpret_cast<void**>(document.put())) == S_OK);
+    const auto document = kel::newDocument();
     require(document->loadXML(Bstr(L"<r x='1' p:y='2'>t<a/><!--c--></r>").get(), nullptr) == S_OK);
     return ComPtr<IDispatch>(document.get());
 }
@@ -181,7 +176,6 @@ ComPtr<IDispatch> newDocument()
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
-    DllMain(nullptr, 1, nullptr);
     require(KelTypelib::RegisterTypeLib(LIBID_MSXML, L"" KEL_TYPE_LIBRARY) == S_OK);
     return 0;
 }

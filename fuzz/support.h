@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include "KelComWrapper/bstr.h"
 #include "KelComWrapper/typeinfo.h"
 
 #include <QtCore/QByteArray>
@@ -92,15 +91,6 @@ public:
 private:
     int m_descriptor;
 };
-
-/// A VARIANT that lends a text.
-inline VARIANT variantOf(const kel::Bstr& text)
-{
-    VARIANT value{};
-    value.vt = VT_BSTR;
-    value.bstrVal = text.get();
-    return value;
-}
 
 /// How many arguments a function takes; its result is none.
 inline unsigned argumentsOf(const FUNCDESC& function)

@@ -1,7 +1,6 @@
 // The filer: what every operation answers and writes, in every phase of the file, and that what reaches the
 // disk is what Qt's writer makes of the same calls.
 
-#include "support/allocations.h"
 #include "support/filer_calls.h"
 #include "support/own_host.h"
 
@@ -9,7 +8,6 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QTemporaryDir>
 #include <gtest/gtest.h>
-#include <new>
 #include <random>
 
 using namespace filer_calls;
@@ -192,42 +190,4 @@ TEST_F(FilerTest, DispatchTableHoldsTheOperationsInTheirOrder)
     for (const int accepted : {call(filer, 27), call(filer, 8, L"late"), call(filer, 28)})
         EXPECT_EQ(accepted, 0);
     EXPECT_EQ(contentOf(m_path), written);
-}
-
-TEST_F(FilerTest, FactoryThatRunsOutOfMemoryThrowsAndGivesBackWhatItTook)
-{
-    struct Outcome
-    {
-        bool failed; ///< the allocation was reached
-        bool thrown;
-        std::size_t lost; ///< what is still live of what was made
-    };
-    const auto failAt = [](std::size_t nth, auto make) {
-        const std::size_t before = allocations::live();
-        bool thrown = false;
-        const allocations::FailAt failure(nth);
-        try {
-            make();
-        } catch (const std::bad_alloc&) {
-            thrown = true;
-        }
-        return Outcome{failure.failed(), thrown, allocations::live() - before};
-    };
-    const auto makeFilerOnce = [&] {
-        Filer(morvCreateXmlFiler(m_widePath.c_str(), KelXmlLib::eEncodingUtf8, 0, true, true, nullptr,
-                                 nullptr));
-    };
-    makeFilerOnce();
-    bool reached = true;
-    for (std::size_t nth = 1; reached; ++nth) {
-        // Qt's writer loses its encoder when its own constructor runs out of memory; it is the second thing
-        // made.
-        const std::size_t lostByQt = failAt(nth - 1, [] { QXmlStreamWriter(); }).lost;
-        const Outcome outcome = failAt(nth, makeFilerOnce);
-        EXPECT_EQ(outcome.lost, lostByQt) << "allocation " << nth;
-        EXPECT_EQ(outcome.thrown, outcome.failed) << "allocation " << nth;
-        reached = outcome.failed;
-        ASSERT_LT(nth, 500U);
-        ASSERT_TRUE(reached || nth > 10 || !allocations::kCanFail);
-    }
 }

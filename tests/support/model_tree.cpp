@@ -12,6 +12,15 @@ namespace
 
 enum { kElement = 1, kAttribute = 2, kText = 3, kCData = 4, kDocument = 9 };
 
+NodePtr plain(int type, const std::wstring& name, const std::wstring& value)
+{
+    auto node = std::make_shared<Node>();
+    node->type = type;
+    node->name = name;
+    node->value = value;
+    return node;
+}
+
 void adopt(const NodePtr& parent, const NodePtr& child, std::vector<NodePtr>& place)
 {
     child->parent = parent;
@@ -42,10 +51,7 @@ std::wstring Node::text() const
 
 NodePtr make(int type, const std::wstring& name, const std::wstring& value)
 {
-    auto node = std::make_shared<Node>();
-    node->type = type;
-    node->name = name;
-    node->value = value;
+    const NodePtr node = plain(type, name, value);
     if (type == kAttribute && !value.empty())
         adopt(node, make(kText, L"#text", value), node->children);
     return node;
@@ -53,10 +59,8 @@ NodePtr make(int type, const std::wstring& name, const std::wstring& value)
 
 NodePtr fromQt(const QDomNode& node)
 {
-    auto copy = std::make_shared<Node>();
-    copy->type = node.nodeType();
-    copy->name = node.nodeName().toStdWString();
-    copy->value = node.nodeValue().toStdWString();
+    const NodePtr copy =
+        plain(node.nodeType(), node.nodeName().toStdWString(), node.nodeValue().toStdWString());
     for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
         adopt(copy, fromQt(child), copy->children);
     const QDomNamedNodeMap attributes = node.attributes();
@@ -67,10 +71,7 @@ NodePtr fromQt(const QDomNode& node)
 
 NodePtr copyOf(const Node& node, bool deep)
 {
-    auto copy = std::make_shared<Node>();
-    copy->type = node.type;
-    copy->name = node.name;
-    copy->value = node.value;
+    const NodePtr copy = plain(node.type, node.name, node.value);
     for (const NodePtr& attribute : node.attributes)
         adopt(copy, copyOf(*attribute, true), copy->attributes);
     if (deep)
@@ -107,25 +108,22 @@ bool remove(const NodePtr& parent, const NodePtr& child)
     return true;
 }
 
+void setText(const NodePtr& parent, const std::wstring& text)
+{
+    if (!parent)
+        return;
+    if (!parent->children.empty())
+        remove(parent, parent->children.front());
+    adopt(parent, make(kText, L"#text", text), parent->children);
+}
+
 void setValue(const NodePtr& node, const std::wstring& value)
 {
     if (!node)
         return;
     node->value = value;
-    if (node->type != kAttribute)
-        return;
-    if (!node->children.empty())
-        remove(node, node->children.front());
-    adopt(node, make(kText, L"#text", value), node->children);
-}
-
-void setText(const NodePtr& element, const std::wstring& text)
-{
-    if (!element)
-        return;
-    if (!element->children.empty())
-        remove(element, element->children.front());
-    adopt(element, make(kText, L"#text", text), element->children);
+    if (node->type == kAttribute)
+        setText(node, value);
 }
 
 void setAttribute(const NodePtr& element, const std::wstring& name, const std::wstring& value)

@@ -37,7 +37,8 @@ NodePtr copyOf(const Node& node, bool deep);
 bool append(const NodePtr& parent, const NodePtr& child);
 bool remove(const NodePtr& parent, const NodePtr& child);
 void setValue(const NodePtr& node, const std::wstring& value);
-void setText(const NodePtr& element, const std::wstring& text);
+/// Puts a text in the place of the first child.
+void setText(const NodePtr& parent, const std::wstring& text);
 void setAttribute(const NodePtr& element, const std::wstring& name, const std::wstring& value);
 /// The elements with a tag name below `top`, in document order.
 void collect(const NodePtr& top, const std::wstring& tag, std::vector<NodePtr>& found);

@@ -5,7 +5,6 @@
 
 #include "type_library_file.h"
 
-#include <functional>
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <vector>
@@ -70,42 +69,31 @@ public:
     }
     virtual HRESULT text(BSTR value, BSTR* result)
     {
-        return give([&] { *result = SysAllocStringLen(value, SysStringLen(value)); });
+        return give(result, [=] { return SysAllocStringLen(value, SysStringLen(value)); });
     }
-    virtual HRESULT number(INT value, INT* result)
-    {
-        return give([&] { *result = value; });
-    }
-    virtual HRESULT flag(VARIANT_BOOL value, VARIANT_BOOL* result)
-    {
-        return give([&] { *result = value; });
-    }
-    virtual HRESULT kind(INT value, INT* result) { return number(value, result); }
-    virtual HRESULT any(VARIANT value, VARIANT* result)
-    {
-        return give([&] { *result = value; });
-    }
+    virtual HRESULT number(INT value, INT* result) { return giveSame(value, result); }
+    virtual HRESULT flag(VARIANT_BOOL value, VARIANT_BOOL* result) { return giveSame(value, result); }
+    virtual HRESULT kind(INT value, INT* result) { return giveSame(value, result); }
+    virtual HRESULT any(VARIANT value, VARIANT* result) { return giveSame(value, result); }
     virtual HRESULT part(Part* value, Part** result) { return giveObject(value, result); }
     virtual HRESULT object(IUnknown* value, IUnknown** result) { return giveObject(value, result); }
     virtual HRESULT get_entry(INT index, BSTR* entry)
     {
-        return give([&] { *entry = SysAllocString(std::to_wstring(index).c_str()); });
+        return give(entry, [=] { return SysAllocString(std::to_wstring(index).c_str()); });
     }
     virtual HRESULT put_entry(INT index, BSTR entry)
     {
-        return give([&] { seen += L"put " + std::to_wstring(index) + L" " + entry; });
+        return note(L"put " + std::to_wstring(index) + L" " + entry);
     }
     virtual HRESULT putref_entry(INT index, IUnknown* entry)
     {
-        return give([&] { seen += L"putref " + std::to_wstring(index) + (entry ? L" object" : L" null"); });
+        return note(L"putref " + std::to_wstring(index) + (entry ? L" object" : L" null"));
     }
     virtual HRESULT many(BSTR first, VARIANT second, INT third, Part* fourth)
     {
-        return give([&] {
-            seen += std::wstring(first) + L"," + std::to_wstring(second.vt) + L":" +
+        return note(std::wstring(first) + L"," + std::to_wstring(second.vt) + L":" +
                     std::to_wstring(second.scode) + L"," + std::to_wstring(third) + L"," +
-                    (fourth ? L"part" : L"null");
-        });
+                    (fourth ? L"part" : L"null"));
     }
     virtual HRESULT fail(INT code, BSTR*) { return code; }
 
@@ -115,62 +103,30 @@ public:
     bool isThrowing = false;
 
 private:
-    HRESULT give(const std::function<void()>& write) const
+    template <class Result, class Make>
+    HRESULT give(Result* result, Make make) const
     {
         if (isThrowing)
             throw std::runtime_error("from a member");
         if (!isSilent)
-            write();
+            *result = make();
         return answer;
+    }
+    template <class Value>
+    HRESULT giveSame(Value value, Value* result) const
+    {
+        return give(result, [=] { return value; });
     }
     template <class Object>
     HRESULT giveObject(Object* value, Object** result) const
     {
-        return give([&] {
-            if ((*result = value))
-                value->AddRef();
-        });
+        return give(result, [=] { return kel::ComPtr<Object>(value).detach(); });
+    }
+    HRESULT note(const std::wstring& what)
+    {
+        return give(&seen, [&] { return seen + what; });
     }
 };
-
-template <class Value>
-VARIANT variant(int type, Value VARIANT::*member, Value value)
-{
-    VARIANT made{};
-    made.vt = static_cast<VARTYPE>(type);
-    made.*member = value;
-    return made;
-}
-inline VARIANT integer(LONG value, int type = VT_I4)
-{
-    return variant(type, &VARIANT::lVal, value);
-}
-inline VARIANT real(double value, int type = VT_R8)
-{
-    return variant(type, &VARIANT::dblVal, value);
-}
-inline VARIANT currency(std::int64_t value)
-{
-    return variant(VT_CY, &VARIANT::llVal, value);
-}
-/// Lives as long as the test program, as an argument of many calls.
-inline VARIANT text(const wchar_t* value)
-{
-    static std::vector<kel::Bstr> kept;
-    return variant(VT_BSTR, &VARIANT::bstrVal, kept.emplace_back(value).get());
-}
-inline VARIANT object(IUnknown* value)
-{
-    return variant(VT_DISPATCH, &VARIANT::punkVal, value);
-}
-inline VARIANT reference(int type, void* place)
-{
-    return variant(VT_BYREF | type, &VARIANT::byref, place);
-}
-inline VARIANT omitted()
-{
-    return integer(DISP_E_PARAMNOTFOUND, VT_ERROR);
-}
 
 class InvokeTest : public ::testing::Test
 {
@@ -207,6 +163,30 @@ protected:
         }
     }
     ~InvokeTest() override { clear(); }
+
+    template <class Value>
+    static VARIANT variant(int type, Value VARIANT::*member, Value value)
+    {
+        VARIANT made{};
+        made.vt = static_cast<VARTYPE>(type);
+        made.*member = value;
+        return made;
+    }
+    static VARIANT integer(LONG value, int type = VT_I4) { return variant(type, &VARIANT::lVal, value); }
+    static VARIANT real(double value, int type = VT_R8) { return variant(type, &VARIANT::dblVal, value); }
+    static VARIANT currency(std::int64_t value) { return variant(VT_CY, &VARIANT::llVal, value); }
+    /// Lives as long as the test program, as an argument of many calls.
+    static VARIANT text(const wchar_t* value)
+    {
+        static std::vector<kel::Bstr> kept;
+        return variant(VT_BSTR, &VARIANT::bstrVal, kept.emplace_back(value).get());
+    }
+    static VARIANT object(IUnknown* value) { return variant(VT_DISPATCH, &VARIANT::punkVal, value); }
+    static VARIANT reference(int type, void* place)
+    {
+        return variant(VT_BYREF | type, &VARIANT::byref, place);
+    }
+    static VARIANT omitted() { return integer(DISP_E_PARAMNOTFOUND, VT_ERROR); }
 
     inline static const TypeLibraryFile* file = nullptr;
     static void SetUpTestSuite() { file = new TypeLibraryFile(stamped(kProbeLibrary)); }
