@@ -28,9 +28,24 @@ protected:
         ASSERT_TRUE(m_library && m_com) << dlerror();
         ASSERT_EQ(1, function<int (*)(void*, unsigned, void*)>("DllMain")(m_library, 1, nullptr));
         ASSERT_EQ(1, function<int (*)()>("ylrxDelegatedLoadEntry")());
+        using Get = std::int32_t (*)(const Guid&, const Guid&, void**);
+        ASSERT_EQ(0, function<Get>("DllGetClassObject")(guid("CLSID_DOMDocument"),
+                                                        guid("IID_IXMLDOMDocument"), &m_document));
+        wchar_t xml[] = L"<a x='1'>t<b>u</b><b/></a>";
+        std::int16_t success = 7;
+        ASSERT_EQ(0, call(m_document, kLoadXml, xml, &success));
+        EXPECT_EQ(-1, success);
+        EXPECT_EQ(0, call(m_document, kDocumentElement, &m_root));
+        EXPECT_EQ(0, call(m_root, kFirstChild, &m_text));
+        EXPECT_EQ(0, call(m_root, kChildNodes, &m_list));
+        EXPECT_EQ(0, call(m_root, kAttributes, &m_map));
+        EXPECT_EQ(0, call(m_map, kMapItem, 0, &m_attribute));
     }
     void TearDown() override
     {
+        // Only the document holds its element as well.
+        for (void* object : {m_attribute, m_map, m_list, m_text, m_root, m_document})
+            EXPECT_EQ(object == m_root ? 1 : 0, call(object, kRelease));
         function<void (*)()>("ylrxDelegatedUnloadEntry")();
         EXPECT_EQ(0, dlclose(m_library));
         EXPECT_EQ(0, dlclose(m_com));
@@ -43,15 +58,6 @@ protected:
     }
     const Guid& guid(const char* name) { return *function<const Guid*>(name); }
 
-    void* newDocument()
-    {
-        void* document = nullptr;
-        using Get = std::int32_t (*)(const Guid&, const Guid&, void**);
-        EXPECT_EQ(0, function<Get>("DllGetClassObject")(guid("CLSID_DOMDocument"),
-                                                        guid("IID_IXMLDOMDocument"), &document));
-        return document;
-    }
-
     std::wstring takeString(wchar_t* text)
     {
         const std::wstring copy = text ? text : L"(null)";
@@ -59,90 +65,68 @@ protected:
         return copy;
     }
 
+    void *m_document = nullptr, *m_root = nullptr, *m_text = nullptr, *m_list = nullptr, *m_map = nullptr,
+         *m_attribute = nullptr;
+
 private:
-    void* m_com = nullptr;
-    void* m_library = nullptr;
+    void *m_com = nullptr, *m_library = nullptr;
 };
 
 TEST_F(BinaryInterface, AHostWithoutOurHeadersDrivesADocumentThroughTheSlots)
 {
-    wchar_t xml[] = L"<a x='1'><b>t</b><b/></a>";
-    std::int16_t success = 7;
-    void* const document = newDocument();
-    ASSERT_EQ(0, call(document, kLoadXml, xml, &success));
-    EXPECT_EQ(-1, success);
-    void *root = nullptr, *child = nullptr, *list = nullptr, *map = nullptr, *attribute = nullptr,
-         *made = nullptr;
-    EXPECT_EQ(0, call(document, kDocumentElement, &root));
-    EXPECT_EQ(0, call(root, kFirstChild, &child));
     wchar_t* text = nullptr;
-    EXPECT_EQ(0, call(child, kNodeName, &text));
-    EXPECT_EQ(L"b", takeString(text));
-    EXPECT_EQ(0, call(child, kGetText, &text));
-    EXPECT_EQ(L"t", takeString(text));
-    wchar_t name[] = L"b";
+    EXPECT_EQ(0, call(m_text, kNodeName, &text));
+    EXPECT_EQ(L"#text", takeString(text));
+    EXPECT_EQ(0, call(m_root, kGetText, &text));
+    EXPECT_EQ(L"tu", takeString(text));
+    wchar_t name[] = L"b", key[] = L"x";
+    void *found = nullptr, *named = nullptr, *made = nullptr, *placed = nullptr;
     std::int32_t number = 0;
-    EXPECT_EQ(0, call(root, kSelectNodes, name, &list));
-    EXPECT_EQ(0, call(list, kListLength, &number));
+    EXPECT_EQ(0, call(m_root, kSelectNodes, name, &found));
+    EXPECT_EQ(0, call(found, kListLength, &number));
     EXPECT_EQ(2, number);
-    EXPECT_EQ(0, call(root, kAttributes, &map));
-    wchar_t key[] = L"x";
-    EXPECT_EQ(0, call(map, kMapNamedItem, key, &attribute));
+    EXPECT_EQ(0, call(m_map, kMapNamedItem, key, &named));
     Variant value{};
-    EXPECT_EQ(0, call(attribute, kAttributeValue, &value));
+    EXPECT_EQ(0, call(named, kAttributeValue, &value));
     EXPECT_EQ(8, value.type);
     EXPECT_EQ(L"1", takeString(static_cast<wchar_t*>(value.value)));
-    Variant five{3, {}, reinterpret_cast<void*>(5), nullptr};
-    EXPECT_EQ(0, call(root, kSetAttribute, key, five));
-    Variant element{3, {}, reinterpret_cast<void*>(1), nullptr};
-    EXPECT_EQ(0, call(document, kCreateNode, element, name, static_cast<wchar_t*>(nullptr), &made));
-    void* placed = nullptr;
-    EXPECT_EQ(0, call(root, kAppendChild, made, &placed));
-    EXPECT_EQ(0, call(list, kListLength, &number));
+    EXPECT_EQ(0, call(m_root, kSetAttribute, key, Variant{3, {}, reinterpret_cast<void*>(5), nullptr}));
+    const Variant element{3, {}, reinterpret_cast<void*>(1), nullptr};
+    EXPECT_EQ(0, call(m_document, kCreateNode, element, name, static_cast<wchar_t*>(nullptr), &made));
+    EXPECT_EQ(0, call(m_root, kAppendChild, made, &placed));
+    EXPECT_EQ(0, call(found, kListLength, &number));
     EXPECT_EQ(3, number);
-    Variant path{8, {}, const_cast<wchar_t*>(L"/dev/null"), nullptr};
-    EXPECT_EQ(0, call(document, kSave, path));
-    for (void* object : {placed, made, attribute, map, list, child, root, document})
-        EXPECT_EQ(object == root ? 1 : 0, call(object, kRelease));
+    EXPECT_EQ(0, call(m_document, kSave, Variant{8, {}, const_cast<wchar_t*>(L"/dev/null"), nullptr}));
+    for (void* object : {placed, made, named, found})
+        EXPECT_EQ(0, call(object, kRelease));
 }
 
 TEST_F(BinaryInterface, EveryVirtualTableEndsWithTheDestructorAfterThePublishedSlots)
 {
-    void* const document = newDocument();
-    void *root = nullptr, *text = nullptr, *list = nullptr, *map = nullptr, *attribute = nullptr;
-    wchar_t xml[] = L"<a x='1'>t</a>";
-    call(document, kLoadXml, xml, static_cast<void*>(nullptr));
-    call(document, kDocumentElement, &root);
-    call(root, kFirstChild, &text);
-    call(root, kChildNodes, &list);
-    call(root, kAttributes, &map);
-    call(map, kMapItem, 0, &attribute);
     const struct
     {
         void* object;
         int slot;
         const char* symbol;
     } rows[] = {
-        {document, kQueryInterface, "_ZN19CMorvXMLDOMDocument14QueryInterfaceERK4GUIDPPv"},
-        {document, kNodeName, "_ZN19CMorvXMLDOMDocument12get_nodeNameEPPw"},
-        {document, 42, "_ZN19CMorvXMLDOMDocument21transformNodeToObjectEP11IXMLDOMNode7VARIANT"},
-        {document, 43, "_ZN19CMorvXMLDOMDocument11get_doctypeEPP19IXMLDOMDocumentType"},
-        {document, kLoad, "_ZN19CMorvXMLDOMDocument4loadE7VARIANTPs"},
-        {document, 75, "_ZN19CMorvXMLDOMDocument19put_ontransformnodeE7VARIANT"},
-        {document, 76, "_ZN19CMorvXMLDOMDocumentD1Ev"},
-        {text, 43, "_ZN15CMorvXMLDOMNodeD1Ev"},
-        {root, 52, "_ZN18CMorvXMLDOMElementD1Ev"},
-        {attribute, 46, "_ZN20CMorvXMLDOMAttributeD1Ev"},
-        {list, 12, "_ZN19CMorvXMLDOMNodeListD1Ev"},
-        {map, 17, "_ZN23CMorvXMLDOMNamedNodeMapD1Ev"},
+        {m_document, kQueryInterface, "_ZN19CMorvXMLDOMDocument14QueryInterfaceERK4GUIDPPv"},
+        {m_document, kNodeName, "_ZN19CMorvXMLDOMDocument12get_nodeNameEPPw"},
+        {m_document, 42, "_ZN19CMorvXMLDOMDocument21transformNodeToObjectEP11IXMLDOMNode7VARIANT"},
+        {m_document, 43, "_ZN19CMorvXMLDOMDocument11get_doctypeEPP19IXMLDOMDocumentType"},
+        {m_document, kLoad, "_ZN19CMorvXMLDOMDocument4loadE7VARIANTPs"},
+        {m_document, 75, "_ZN19CMorvXMLDOMDocument19put_ontransformnodeE7VARIANT"},
+        {m_document, 76, "_ZN19CMorvXMLDOMDocumentD1Ev"},
+        {m_text, 43, "_ZN15CMorvXMLDOMNodeD1Ev"},
+        {m_root, 52, "_ZN18CMorvXMLDOMElementD1Ev"},
+        {m_attribute, 46, "_ZN20CMorvXMLDOMAttributeD1Ev"},
+        {m_list, 12, "_ZN19CMorvXMLDOMNodeListD1Ev"},
+        {m_map, 17, "_ZN23CMorvXMLDOMNamedNodeMapD1Ev"},
     };
     for (const auto& row : rows) {
         void** table = nullptr;
         std::memcpy(&table, row.object, sizeof table);
         EXPECT_EQ(function<void*>(row.symbol), table[row.slot]) << row.symbol;
     }
-    for (void* object : {attribute, map, list, text, root, document})
-        call(object, kRelease);
 }
 
 /// What `nm` says the library exports, as mangled names.

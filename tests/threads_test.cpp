@@ -16,7 +16,6 @@ protected:
     /// Builds, mixes two documents, asks by name, and registers anew, over and over.
     void work(int number, ITypeInfo& shared)
     {
-        const std::wstring library = QString::fromUtf8(KEL_TYPE_LIBRARY).toStdWString();
         const QString path = pathOf(std::to_string(number).c_str());
         GUID own{};
         own.Data4[0] = static_cast<BYTE>(number);
@@ -27,7 +26,7 @@ protected:
             append(*rootOf(two), *firstChildOf(*rootOf(one)));
             EXPECT_EQ(1, lengthOf(*list));
 
-            EXPECT_EQ(S_OK, KelTypelib::RegisterTypeLib(LIBID_MSXML, library.c_str()));
+            EXPECT_EQ(S_OK, KelTypelib::RegisterTypeLib(LIBID_MSXML, L"" KEL_TYPE_LIBRARY));
             const Bstr name(L"documentElement");
             wchar_t* names = name.get();
             DISPID member = 0;
@@ -41,7 +40,7 @@ protected:
             EXPECT_EQ(S_OK, load(*one, path, nullptr));
 
             wchar_t registered[KelTypelib::PathCapacity];
-            EXPECT_EQ(S_OK, KelTypelib::RegisterTypeLib(own, library.c_str()));
+            EXPECT_EQ(S_OK, KelTypelib::RegisterTypeLib(own, L"" KEL_TYPE_LIBRARY));
             EXPECT_EQ(S_OK, KelTypelib::GetTlbFilePath(own, registered));
             EXPECT_TRUE(keltest::typeInfo(registered, IID_IXMLDOMNode));
             EXPECT_EQ(S_OK, KelTypelib::UnRegisterTypeLib(own));

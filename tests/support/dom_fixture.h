@@ -43,7 +43,7 @@ protected:
     static void SetUpTestSuite()
     {
         DllMain(nullptr, 1, nullptr);
-        KelTypelib::RegisterTypeLib(LIBID_MSXML, QString::fromUtf8(KEL_TYPE_LIBRARY).toStdWString().c_str());
+        KelTypelib::RegisterTypeLib(LIBID_MSXML, L"" KEL_TYPE_LIBRARY);
     }
 
     static ComPtr<IXMLDOMDocument> documentOf(const std::wstring& xml)
