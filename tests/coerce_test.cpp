@@ -6,15 +6,13 @@
 #include <limits>
 
 using namespace keltest;
+using Coerce = InvokeTest;
 
 namespace
 {
 
 const std::wstring kMismatch = L"mismatch";
 const std::wstring kOverflow = L"overflow";
-
-class Coerce : public InvokeTest
-{};
 
 } // namespace
 

@@ -4,14 +4,7 @@
 #include "support/probe.h"
 
 using namespace keltest;
-
-namespace
-{
-
-class Invoke : public InvokeTest
-{};
-
-} // namespace
+using Invoke = InvokeTest;
 
 TEST_F(Invoke, ObjectsAreAskedForTheWantedInterfaceAndGivenBack)
 {

@@ -31,21 +31,26 @@ protected:
     }
 
     /// Loads, copies, reads, saves and frees; what is refused must leave an existing file as it was.
-    void useDocument(int depth, bool& loaded, bool& stored)
+    auto useDocument(int depth)
     {
+        struct Done
+        {
+            bool loaded, stored;
+        };
         const QString path = pathOf("there.xml");
         write(path, "there");
         auto document = newDocument();
         VARIANT_BOOL success = 7;
-        loaded = document->loadXML(Bstr(nested(depth).c_str()).get(), &success) == S_OK;
+        const bool loaded = document->loadXML(Bstr(nested(depth).c_str()).get(), &success) == S_OK;
         EXPECT_EQ(loaded ? VARIANT_TRUE : VARIANT_FALSE, success);
         if (loaded) {
             ComPtr<IXMLDOMNode> copy;
             EXPECT_EQ(S_OK, rootOf(document)->cloneNode(1, copy.put()));
             EXPECT_EQ(L"t", textIn(*copy));
         }
-        stored = save(*document, path) == S_OK;
+        const bool stored = save(*document, path) == S_OK;
         EXPECT_EQ(stored, contentOf(path) != "there");
+        return Done{loaded, stored};
     }
 };
 
@@ -56,9 +61,7 @@ TEST_F(StackRoom, SmallStacksGetTheResultOrARefusalAtEveryDepth)
             int deepestLoaded = 0;
             int deepestStored = 0;
             for (int depth = 1; depth <= 2048; depth += depth < 64 ? 1 : 31) {
-                bool loaded = false;
-                bool stored = false;
-                useDocument(depth, loaded, stored);
+                const auto [loaded, stored] = useDocument(depth);
                 deepestLoaded = loaded ? depth : deepestLoaded;
                 deepestStored = stored && loaded ? depth : deepestStored;
             }
@@ -71,12 +74,9 @@ TEST_F(StackRoom, SmallStacksGetTheResultOrARefusalAtEveryDepth)
 TEST_F(StackRoom, AUsualStackTakesTheBoundAndOneMoreIsRefused)
 {
     onStackOf(8 << 20, [&] {
-        bool loaded = false;
-        bool stored = false;
-        useDocument(2048, loaded, stored);
+        const auto [loaded, stored] = useDocument(2048);
         EXPECT_TRUE(loaded && stored);
-        useDocument(2049, loaded, stored);
-        EXPECT_FALSE(loaded);
+        EXPECT_FALSE(useDocument(2049).loaded);
     });
 }
 

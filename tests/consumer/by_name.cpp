@@ -18,8 +18,8 @@ int main()
     DISPID member = DISPID_UNKNOWN;
     if (document->GetIDsOfNames(GUID{}, &names, 1, 0, &member) != S_OK)
         return 1;
-    VARIANT argument = kel::Variant(L"<greeting>hello</greeting>").detach();
-    const kel::Variant owner = kel::Variant::adopt(argument);
+    const kel::Variant xml(L"<greeting>hello</greeting>");
+    VARIANT argument = xml.get();
     DISPPARAMS arguments{&argument, nullptr, 1, 0};
     kel::Variant loaded;
     if (document->Invoke(member, GUID{}, 0, DISPATCH_METHOD, &arguments, loaded.put(), nullptr, nullptr) !=
