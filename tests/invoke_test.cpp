@@ -94,13 +94,15 @@ TEST_F(Invoke, ArgumentsAreCountedNamedAndLeftOutAsPublished)
     const VARIANT first = text(L"f");
     const VARIANT number = integer(5);
     const VARIANT passed = object(&part);
-    struct Case
+    VARIANT hidden = omitted();
+    const struct
     {
         std::vector<VARIANT> arguments; ///< last first
         std::vector<DISPID> names;
         const wchar_t* seen;
-    };
-    const Case accepted[] = {
+        HRESULT answer = S_OK;
+        UINT badArgument = 77;
+    } rows[] = {
         {{first}, {}, L"f,10:-2147352572,0,null"},
         {{number, first}, {}, L"f,3:5,0,null"},
         {{passed, number, number, first}, {}, L"f,3:5,5,part"},
@@ -108,45 +110,29 @@ TEST_F(Invoke, ArgumentsAreCountedNamedAndLeftOutAsPublished)
         {{number, first}, {2}, L"f,10:-2147352572,5,null"},
         {{passed, number, first}, {3, 2}, L"f,10:-2147352572,5,part"},
         {{number, passed, first, number}, {2, 3, 0, 1}, L"f,3:5,5,part"},
+        {{}, {}, L"", DISP_E_BADPARAMCOUNT},
+        {{number, number, number, number, first}, {}, L"", DISP_E_BADPARAMCOUNT},
+        {{first}, {0, 1}, L"", DISP_E_BADPARAMCOUNT},
+        {{number}, {2}, L"", DISP_E_PARAMNOTOPTIONAL},
+        {{number, omitted()}, {}, L"", DISP_E_PARAMNOTOPTIONAL, 1},
+        {{number, reference(VT_VARIANT, &hidden)}, {}, L"", DISP_E_PARAMNOTOPTIONAL, 1},
+        {{number, first}, {4}, L"", DISP_E_PARAMNOTFOUND, 0},
+        {{number, first}, {0}, L"", DISP_E_PARAMNOTFOUND, 0},
+        {{number, number, first}, {1, 1}, L"", DISP_E_PARAMNOTFOUND, 1},
+        {{number, number, number, first}, {}, L"", DISP_E_TYPEMISMATCH, 0},
+        {{passed, text(L"x"), number, first}, {}, L"", DISP_E_TYPEMISMATCH, 1},
+        {{real(1e10), number, first}, {}, L"", DISP_E_OVERFLOW, 0},
+        {{text(L"x"), first}, {2}, L"", DISP_E_TYPEMISMATCH, 0},
     };
-    for (const Case& row : accepted) {
+    for (const auto& row : rows) {
+        SCOPED_TRACE(&row - rows);
         probe.seen.clear();
-        EXPECT_EQ(call(kMany, row.arguments, DISPATCH_METHOD, row.names), S_OK) << row.seen;
+        EXPECT_EQ(call(kMany, row.arguments, DISPATCH_METHOD, row.names), row.answer);
+        EXPECT_EQ(badArgument, row.badArgument);
         EXPECT_EQ(probe.seen, row.seen);
+        EXPECT_EQ(shown(), row.answer == S_OK ? L"empty" : L"3:4711");
         EXPECT_EQ(part.count, 1U);
     }
-
-    struct Refusal
-    {
-        std::vector<VARIANT> arguments;
-        std::vector<DISPID> names;
-        HRESULT answer;
-        UINT badArgument;
-    };
-    VARIANT hidden = omitted();
-    const Refusal refused[] = {
-        {{}, {}, DISP_E_BADPARAMCOUNT, 77},
-        {{number, number, number, number, first}, {}, DISP_E_BADPARAMCOUNT, 77},
-        {{first}, {0, 1}, DISP_E_BADPARAMCOUNT, 77},
-        {{number}, {2}, DISP_E_PARAMNOTOPTIONAL, 77},
-        {{number, omitted()}, {}, DISP_E_PARAMNOTOPTIONAL, 1},
-        {{number, reference(VT_VARIANT, &hidden)}, {}, DISP_E_PARAMNOTOPTIONAL, 1},
-        {{number, first}, {4}, DISP_E_PARAMNOTFOUND, 0},
-        {{number, first}, {0}, DISP_E_PARAMNOTFOUND, 0},
-        {{number, number, first}, {1, 1}, DISP_E_PARAMNOTFOUND, 1},
-        {{number, number, number, first}, {}, DISP_E_TYPEMISMATCH, 0},
-        {{passed, text(L"x"), number, first}, {}, DISP_E_TYPEMISMATCH, 1},
-        {{real(1e10), number, first}, {}, DISP_E_OVERFLOW, 0},
-        {{text(L"x"), first}, {2}, DISP_E_TYPEMISMATCH, 0},
-    };
-    probe.seen.clear();
-    for (const Refusal& row : refused) {
-        EXPECT_EQ(call(kMany, row.arguments, DISPATCH_METHOD, row.names), row.answer) << row.arguments.size();
-        EXPECT_EQ(badArgument, row.badArgument) << row.arguments.size();
-        EXPECT_EQ(shown(), L"3:4711");
-        EXPECT_EQ(part.count, 1U);
-    }
-    EXPECT_EQ(probe.seen, L"");
 }
 
 TEST_F(Invoke, NullsAreRefusedWhereSomethingIsNeeded)

@@ -37,9 +37,12 @@ void walkFunction(ITypeInfo& info, UINT index, Require require, Use use)
     info.ReleaseFuncDesc(function);
 }
 
-template <class Require, class Use>
-void walkLibrary(ITypeLib& library, Require require, Use use)
+/// \return how many functions the library describes
+template <class Require, class Use = void (*)(ITypeInfo&, const FUNCDESC&)>
+std::size_t walkLibrary(
+    ITypeLib& library, Require require, Use use = [](ITypeInfo&, const FUNCDESC&) {})
 {
+    std::size_t functions = 0;
     const UINT count = library.GetTypeInfoCount();
     kel::ComPtr<ITypeInfo> info, sameInfo;
     kel::ComPtr<ITypeLib> sameLibrary;
@@ -53,7 +56,7 @@ void walkLibrary(ITypeLib& library, Require require, Use use)
         require(library.GetTypeInfoOfGuid(attributes->guid, sameInfo.put()) == S_OK);
         require(sameInfo->GetContainingTypeLib(sameLibrary.put(), &sameIndex) == S_OK);
         require(sameLibrary.get() == &library && sameIndex == index);
-        for (UINT function = 0; function < attributes->cFuncs; ++function)
+        for (UINT function = 0; function < attributes->cFuncs; ++function, ++functions)
             walkFunction(*info, function, require, use);
         FUNCDESC* none = nullptr;
         require(info->GetFuncDesc(attributes->cFuncs, &none) == TYPE_E_ELEMENTNOTFOUND && !none);
@@ -67,6 +70,7 @@ void walkLibrary(ITypeLib& library, Require require, Use use)
     require(library.GetLibAttr(&attributes) == S_OK);
     require(library.GetDocumentation(-1, name.put(), nullptr, nullptr, nullptr) == S_OK && name);
     library.ReleaseTLibAttr(attributes);
+    return functions;
 }
 
 } // namespace keltest
