@@ -11,8 +11,6 @@
 namespace
 {
 
-using kel::Variant;
-
 class Convenience : public DomTest
 {
 protected:
@@ -27,7 +25,7 @@ protected:
     {
         std::wstring names;
         for (const auto& node : range)
-            names += kel::textOf(*node, &IXMLDOMNode::get_nodeName) + L' ';
+            names += nameOf(*node) + L' ';
         return names;
     }
 };
@@ -102,7 +100,7 @@ TEST_F(Convenience, ATextIsFreedOnceWhateverIsDoneWithItsValue)
 
 TEST_F(Convenience, AnObjectHasOneReferenceForEachValueThatCarriesIt)
 {
-    const auto document = kel::newDocument();
+    const auto document = newDocument();
     const ULONG before = referencesOn(*document);
     {
         const Variant first(document);
@@ -160,12 +158,8 @@ TEST_F(Convenience, LoopsVisitEveryNodeAndKeepTheirListAlive)
         EXPECT_EQ(L"", namesIn(kel::elementsNamed(*root, L"none")));
         EXPECT_EQ(L"", namesIn(kel::attributesOf(*firstChildOf(*root))));
         std::vector<std::wstring> attributes;
-        for (const auto& node : kel::attributesOf(*root)) {
-            Variant value;
-            kel::check(kel::asAttribute(*node)->get_value(value.put()));
-            attributes.push_back(kel::textOf(*node, &IXMLDOMNode::get_nodeName) + L'=' +
-                                 std::wstring(value.text()));
-        }
+        for (const auto& node : kel::attributesOf(*root))
+            attributes.push_back(nameOf(*node) + L'=' + valueOf(*kel::asAttribute(*node)));
         std::sort(attributes.begin(), attributes.end());
         EXPECT_EQ((std::vector<std::wstring>{L"a=1", L"b=2"}), attributes);
         EXPECT_FALSE(kel::asElement(*kel::attributesOf(*root).begin().operator*()));
@@ -178,8 +172,7 @@ TEST_F(Convenience, ALoopCanBeRepeatedLeftByAnExceptionAndOutrunByChanges)
     expectNothingLeft([] {
         const auto document = documentOf(L"<r><a/><b/><c/><d/></r>");
         const auto root = rootOf(document);
-        ComPtr<IXMLDOMNodeList> list;
-        root->get_childNodes(list.put());
+        const auto list = listOf(*root);
         ComPtr<IXMLDOMNode> first;
         list->nextNode(first.put());
         EXPECT_EQ(L"a b c d ", namesIn(kel::each(list)));
@@ -187,7 +180,7 @@ TEST_F(Convenience, ALoopCanBeRepeatedLeftByAnExceptionAndOutrunByChanges)
         EXPECT_THROW(
             {
                 for (const auto& node : kel::each(list))
-                    throw kel::textOf(*node, &IXMLDOMNode::get_nodeName);
+                    throw nameOf(*node);
             },
             std::wstring);
 

@@ -45,22 +45,6 @@ TEST_F(Guards, RingsDocumentsAndPlacedAttributesAreNotAppended)
     EXPECT_EQ(before, saved(document));
 }
 
-TEST_F(Guards, AnAttributeKeepsItsElementAlive)
-{
-    const auto document = documentOf(L"<a><b x='1'/></a>");
-    auto b = firstChildOf(*rootOf(document));
-    const auto map = mapOf(*b);
-    auto attribute = itemOf(*map, 0);
-    const auto values = listOf(*attribute);
-    rootOf(document)->removeChild(b.get(), nullptr);
-    b.reset();
-    EXPECT_EQ(1, lengthOf(*values));
-    EXPECT_EQ(S_OK, attribute->put_text(Bstr(L"2").get()));
-    EXPECT_EQ(L"b", nameOf(*parentOf(*attribute)));
-    attribute.reset();
-    EXPECT_TRUE(itemOf(*map, 0));
-}
-
 TEST_F(Guards, NeitherAChildNorAMapOfAnAttributeKeepsItWithoutItsElement)
 {
     const auto document = documentOf(L"<a><b x='1'/></a>");

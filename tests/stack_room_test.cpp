@@ -95,10 +95,8 @@ TEST_F(StackRoom, WhatWasBuiltOnALargeStackCanBeFreedOnASmallOne)
 
 TEST_F(StackRoom, AStackTheSystemDoesNotKnowCountsAsSmall)
 {
-    static ucontext_t caller;
-    static ucontext_t coroutine;
-    static HRESULT shallow;
-    static HRESULT deep;
+    static ucontext_t caller, coroutine;
+    static HRESULT shallow, deep;
     static const std::wstring texts[] = {nested(10), nested(300)};
     std::vector<char> stack(256 * 1024);
     getcontext(&coroutine);

@@ -44,10 +44,13 @@ TEST(Text, OutwardsEqualsQtsConversionUpToTheFirstZero)
 {
     std::mt19937 random(2);
     for (int round = 0; round < 4000; ++round) {
-        QString text(static_cast<int>(round % 50 == 0 ? 1000 + random() % 50 : random() % 40), QChar());
-        for (QChar& unit : text)
-            unit = QChar(
-                static_cast<ushort>(random() % 8 == 0 ? random() % 3 : kUnits[random() % kUnitsOf16Bits]));
+        // Zeros are in the short texts only: the long ones are to come out whole.
+        const bool isLong = round % 50 == 0;
+        QString text(static_cast<int>(isLong ? 1000 + random() % 50 : random() % 40), QChar());
+        for (QChar& unit : text) {
+            const auto any = kUnits[random() % kUnitsOf16Bits];
+            unit = QChar(static_cast<ushort>(!isLong && random() % 8 == 0 ? random() % 3 : any));
+        }
         std::vector<wchar_t> expected(static_cast<std::size_t>(text.size()) + 1, L'\0');
         text.toWCharArray(expected.data());
         kel::Bstr out;

@@ -7,30 +7,22 @@
 #include <cerrno>
 #include <cstdlib>
 
+namespace
+{
+
+thread_local std::size_t untilFailure = 0;
+thread_local bool failureReached = false;
+
+} // namespace
+
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 
-namespace allocations
-{
-
-const bool kCanFail = false;
-
-std::size_t live()
+std::size_t allocations::live()
 {
     return __sanitizer_get_current_allocated_bytes();
 }
-
-FailAt::FailAt(std::size_t) {}
-FailAt::~FailAt() = default;
-bool FailAt::failed() const
-{
-    return false;
-}
-Budget::Budget(std::size_t) {}
-Budget::~Budget() = default;
-
-} // namespace allocations
 
 #else
 
@@ -50,10 +42,6 @@ namespace
 {
 
 std::atomic<std::size_t> liveCount{0};
-thread_local std::size_t untilFailure = 0;
-thread_local bool failureReached = false;
-constexpr std::size_t kNoBudget = std::numeric_limits<std::size_t>::max();
-thread_local std::size_t budget = kNoBudget;
 
 bool failsNow(std::size_t size)
 {
@@ -131,10 +119,17 @@ void free(void* memory)
 }
 }
 
+std::size_t allocations::live()
+{
+    return liveCount;
+}
+
+#endif
+
 namespace allocations
 {
 
-// Under valgrind, which puts its own allocator in place of this one, nothing fails.
+// Under valgrind and the sanitizers, whose allocators take the place of this one, nothing fails.
 const bool kCanFail = [] {
     FailAt first(1);
     void* volatile memory = std::malloc(1);
@@ -142,11 +137,6 @@ const bool kCanFail = [] {
     std::free(memory);
     return failed;
 }();
-
-std::size_t live()
-{
-    return liveCount;
-}
 
 FailAt::FailAt(std::size_t nth)
 {
@@ -175,5 +165,3 @@ Budget::~Budget()
 }
 
 } // namespace allocations
-
-#endif

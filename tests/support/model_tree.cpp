@@ -2,6 +2,8 @@
 
 #include "support/model_tree.h"
 
+#include "KelXmlLib/xmldom.h"
+
 #include <algorithm>
 
 namespace model
@@ -9,8 +11,6 @@ namespace model
 
 namespace
 {
-
-enum { kElement = 1, kAttribute = 2, kText = 3, kCData = 4, kDocument = 9 };
 
 NodePtr plain(int type, const std::wstring& name, const std::wstring& value)
 {
@@ -41,9 +41,9 @@ std::wstring Node::text() const
 {
     std::wstring all;
     for (const NodePtr& child : children) {
-        if (child->type == kText || child->type == kCData)
+        if (child->type == NODE_TEXT || child->type == NODE_CDATA_SECTION)
             all += child->value;
-        else if (child->type == kElement)
+        else if (child->type == NODE_ELEMENT)
             all += child->text();
     }
     return all;
@@ -52,8 +52,8 @@ std::wstring Node::text() const
 NodePtr make(int type, const std::wstring& name, const std::wstring& value)
 {
     const NodePtr node = plain(type, name, value);
-    if (type == kAttribute && !value.empty())
-        adopt(node, make(kText, L"#text", value), node->children);
+    if (type == NODE_ATTRIBUTE && !value.empty())
+        adopt(node, make(NODE_TEXT, L"#text", value), node->children);
     return node;
 }
 
@@ -82,13 +82,13 @@ NodePtr copyOf(const Node& node, bool deep)
 
 bool append(const NodePtr& parent, const NodePtr& child)
 {
-    if (!parent || !child || child->type == kDocument)
+    if (!parent || !child || child->type == NODE_DOCUMENT)
         return false;
     for (NodePtr node = parent; node; node = node->parent.lock())
         if (node == child)
             return false;
     if (const NodePtr from = child->parent.lock()) {
-        if (child->type == kAttribute && from->attribute(child->name) == child)
+        if (child->type == NODE_ATTRIBUTE && from->attribute(child->name) == child)
             return false;
         remove(from, child);
     }
@@ -114,7 +114,7 @@ void setText(const NodePtr& parent, const std::wstring& text)
         return;
     if (!parent->children.empty())
         remove(parent, parent->children.front());
-    adopt(parent, make(kText, L"#text", text), parent->children);
+    adopt(parent, make(NODE_TEXT, L"#text", text), parent->children);
 }
 
 void setValue(const NodePtr& node, const std::wstring& value)
@@ -122,7 +122,7 @@ void setValue(const NodePtr& node, const std::wstring& value)
     if (!node)
         return;
     node->value = value;
-    if (node->type == kAttribute)
+    if (node->type == NODE_ATTRIBUTE)
         setText(node, value);
 }
 
@@ -133,13 +133,13 @@ void setAttribute(const NodePtr& element, const std::wstring& name, const std::w
     if (const NodePtr existing = element->attribute(name))
         setValue(existing, value);
     else
-        adopt(element, make(kAttribute, name, value), element->attributes);
+        adopt(element, make(NODE_ATTRIBUTE, name, value), element->attributes);
 }
 
 void collect(const NodePtr& top, const std::wstring& tag, std::vector<NodePtr>& found)
 {
     for (const NodePtr& child : top->children) {
-        if (child->type == kElement && child->name == tag)
+        if (child->type == NODE_ELEMENT && child->name == tag)
             found.push_back(child);
         collect(child, tag, found);
     }
