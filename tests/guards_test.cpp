@@ -73,25 +73,20 @@ TEST_F(Guards, HeldNodesSurviveAReloadAndCanBeAppendedAgain)
     EXPECT_EQ("<n>\n    <c/>\n</n>\n<!--1-->\n<!--2-->\n", saved(document));
 }
 
-TEST_F(Guards, NodesThatMovedBetweenDocumentsOutliveBoth)
+TEST_F(Guards, AListOfANodeThatMovedToAnotherDocumentIsMadeAnew)
 {
-    expectNothingLeft([this] {
-        auto one = documentOf(L"<a><b/></a>");
-        auto two = documentOf(L"<q><r/></q>");
-        const auto b = firstChildOf(*rootOf(one));
+    // Qt knows a list that is out of date by its document's count of changes. Two documents' can be the same.
+    std::wstring others;
+    for (; others.size() < 200; others += L"<x/>") {
+        const auto from = documentOf(L"<a><b/>" + others + L"</a>");
+        const auto to = documentOf(L"<q/>");
+        const auto b = firstChildOf(*rootOf(from));
         const auto list = listOf(*b);
-        append(*rootOf(two), *b);
-        EXPECT_EQ("<q>\n    <r/>\n    <b/>\n</q>\n", saved(two));
-        rootOf(two)->removeChild(b.get(), nullptr);
-        two.reset();
-        one.reset();
         EXPECT_EQ(0, lengthOf(*list));
-        const auto three = documentOf(L"<s/>");
-        append(*b, *create(*three, NODE_ELEMENT, L"t"));
-        EXPECT_EQ(1, lengthOf(*list));
-        append(*rootOf(three), *b);
-        EXPECT_EQ("<s>\n    <b>\n        <t/>\n    </b>\n</s>\n", saved(three));
-    });
+        append(*rootOf(to), *b);
+        append(*b, *create(*to, NODE_ELEMENT, L"c"));
+        EXPECT_EQ(1, lengthOf(*list)) << others.size();
+    }
 }
 
 TEST_F(Guards, NoTreeBecomesDeeperThanTheBoundInWhateverOrderItIsBuilt)
@@ -144,7 +139,7 @@ TEST_F(Guards, AHeightOnceMeasuredIsNotTrustedWhenItNoLongerHolds)
     append(*place, *grown);
     EXPECT_FALSE(firstChildOf(*place)) << "3 when it was measured, 1503 by now";
 
-    const auto carrier = asElement(*create(*document, NODE_ELEMENT, L"e"));
+    const auto carrier = kel::asElement(*create(*document, NODE_ELEMENT, L"e"));
     carrier->setAttribute(Bstr(L"x").get(), Variant(1).get());
     append(*attributeOf(*carrier, L"x"), *rowOf(1500, *document));
     append(*place, *carrier);

@@ -10,8 +10,6 @@ namespace
 class LateBound : public DomTest
 {
 protected:
-    using DomTest::SetUpTestSuite;
-
     /// Calls a member by its name, with arguments in their order. \return what it gives back
     static Variant call(IDispatch& object, const wchar_t* name, std::vector<Variant> arguments = {},
                         HRESULT expected = S_OK, WORD flags = DISPATCH_METHOD | DISPATCH_PROPERTYGET)

@@ -14,7 +14,6 @@
 #include <gtest/gtest.h>
 #include <string>
 
-using kel::asElement;
 using kel::Bstr;
 using kel::ComPtr;
 using kel::newDocument;
