@@ -28,11 +28,6 @@ NodePtr keeperOf(const NodePtr& node)
     return parent && parent->type == NODE_ELEMENT ? parent : nullptr;
 }
 
-NodePtr parentOf(const NodePtr& node)
-{
-    return node ? node->parent.lock() : nullptr;
-}
-
 NodePtr at(const std::vector<NodePtr>& nodes, std::size_t index)
 {
     return index < nodes.size() ? nodes[index] : nullptr;
@@ -113,8 +108,7 @@ void CallMachine::expect(bool holds, const char* what)
 
 void CallMachine::compare(const Held& held)
 {
-    const model::Node none;
-    const model::Node& node = held.node ? *held.node : none;
+    const model::Node& node = held.orNone();
     DOMNodeType type = NODE_INVALID;
     held.object->get_nodeType(&type);
     const int expected = held.kind != NODE_INVALID ? held.kind : held.node ? node.type : 21;
@@ -207,11 +201,8 @@ void CallMachine::walkUpOrDown()
     const bool isUp = m_choose(2);
     ComPtr<IXMLDOMNode> found;
     isUp ? from.object->get_parentNode(found.put()) : from.object->get_firstChild(found.put());
-    keepAsIs(found,
-             isUp        ? parentOf(from.node)
-             : from.node ? at(from.node->children, 0)
-                         : nullptr,
-             from.document);
+    const model::Node& node = from.orNone();
+    keepAsIs(found, isUp ? node.parent.lock() : at(node.children, 0), from.document);
 }
 
 void CallMachine::makeList(bool byTagName)
@@ -270,8 +261,7 @@ void CallMachine::useMap()
     if (m_maps.empty())
         return;
     const HeldMap& map = oneOf(m_maps);
-    const model::Node none;
-    const model::Node& node = map.source.node ? *map.source.node : none;
+    const model::Node& node = map.source.orNone();
     LONG length = -1;
     map.object->get_length(&length);
     expect(static_cast<std::size_t>(length) == node.attributes.size(), "length of a map");

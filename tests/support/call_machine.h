@@ -30,6 +30,10 @@ private:
         model::NodePtr document; ///< kept alive by the object
         model::NodePtr keeper;   ///< an attribute's element, kept alive by the object
         DOMNodeType kind;        ///< the class: element, attribute, document, or 0 for the generic node
+
+        /// The node, or one without anything.
+        const model::Node& orNone() const { return node ? *node : kNone; }
+        inline static const model::Node kNone;
     };
     struct HeldList
     {
