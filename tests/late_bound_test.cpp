@@ -11,7 +11,7 @@ class LateBound : public DomTest
 {
 protected:
     /// Calls a member by its name, with arguments in their order. \return what it gives back
-    static Variant call(IDispatch& object, const wchar_t* name, std::vector<Variant> arguments = {},
+    static Variant call(IDispatch& object, const wchar_t* name, const std::vector<Variant>& arguments = {},
                         HRESULT expected = S_OK, WORD flags = DISPATCH_METHOD | DISPATCH_PROPERTYGET)
     {
         const Bstr text(name);

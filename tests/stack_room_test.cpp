@@ -56,7 +56,7 @@ protected:
 
 TEST_F(StackRoom, SmallStacksGetTheResultOrARefusalAtEveryDepth)
 {
-    for (const unsigned kib : {512, 1024}) {
+    for (const unsigned kib : {512u, 1024u}) {
         onStackOf(kib * 1024, [&] {
             int deepestLoaded = 0;
             int deepestStored = 0;

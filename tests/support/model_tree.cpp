@@ -51,7 +51,7 @@ std::wstring Node::text() const
 
 NodePtr make(int type, const std::wstring& name, const std::wstring& value)
 {
-    const NodePtr node = plain(type, name, value);
+    NodePtr node = plain(type, name, value);
     if (type == NODE_ATTRIBUTE && !value.empty())
         adopt(node, make(NODE_TEXT, L"#text", value), node->children);
     return node;
@@ -59,8 +59,7 @@ NodePtr make(int type, const std::wstring& name, const std::wstring& value)
 
 NodePtr fromQt(const QDomNode& node)
 {
-    const NodePtr copy =
-        plain(node.nodeType(), node.nodeName().toStdWString(), node.nodeValue().toStdWString());
+    NodePtr copy = plain(node.nodeType(), node.nodeName().toStdWString(), node.nodeValue().toStdWString());
     for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
         adopt(copy, fromQt(child), copy->children);
     const QDomNamedNodeMap attributes = node.attributes();
@@ -71,7 +70,7 @@ NodePtr fromQt(const QDomNode& node)
 
 NodePtr copyOf(const Node& node, bool deep)
 {
-    const NodePtr copy = plain(node.type, node.name, node.value);
+    NodePtr copy = plain(node.type, node.name, node.value);
     for (const NodePtr& attribute : node.attributes)
         adopt(copy, copyOf(*attribute, true), copy->attributes);
     if (deep)
