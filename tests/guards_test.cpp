@@ -131,13 +131,19 @@ TEST_F(Guards, AHeightOnceMeasuredIsNotTrustedWhenItNoLongerHolds)
             node = below;
         return node;
     };
-    const auto tall = rowOf(1500, *document);
+    const auto tall = rowOf(1046, *document);
     const auto high = rowOf(1000, *document);
     const auto place = bottomOf(high);
     const auto grown = firstChildOf(*rowOf(4, *document)); // appended, and therefore measured
     append(*bottomOf(grown), *tall);
     append(*place, *grown);
-    EXPECT_FALSE(firstChildOf(*place)) << "3 when it was measured, 1503 by now";
+    EXPECT_FALSE(firstChildOf(*place)) << "3 when it was measured, 1049 by now, one too many";
+
+    const auto mixed = create(*document, NODE_ELEMENT, L"e");
+    mixed->put_text(Bstr(L"t").get());
+    append(*mixed, *rowOf(1048, *document));
+    append(*place, *mixed);
+    EXPECT_FALSE(firstChildOf(*place)) << "a first child without children says nothing of the second";
 
     const auto carrier = kel::asElement(*create(*document, NODE_ELEMENT, L"e"));
     carrier->setAttribute(Bstr(L"x").get(), Variant(1).get());

@@ -6,12 +6,16 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <limits>
 
 namespace
 {
 
+constexpr std::size_t kNoBudget = std::numeric_limits<std::size_t>::max();
+
 thread_local std::size_t untilFailure = 0;
 thread_local bool failureReached = false;
+thread_local std::size_t budget = kNoBudget;
 
 } // namespace
 
@@ -27,7 +31,6 @@ std::size_t allocations::live()
 #else
 
 #include <atomic>
-#include <limits>
 #include <malloc.h>
 
 extern "C" {
