@@ -27,7 +27,99 @@ protected:
         }
         return top;
     }
+    static ComPtr<IXMLDOMNode> bottomOf(ComPtr<IXMLDOMNode> node)
+    {
+        for (auto below = node; below; below = firstChildOf(*node))
+            node = below;
+        return node;
+    }
+    static int depthOf(ComPtr<IXMLDOMNode> node)
+    {
+        int depth = 0;
+        for (; node; node = firstChildOf(*node))
+            ++depth;
+        return depth;
+    }
+
+    static constexpr int kBound = 2048;
 };
+
+// These three come first and in this order: once something was appended below an attribute, the process
+// measures elements in another way.
+
+TEST_F(Guards, NoTreeBecomesDeeperThanTheBoundInWhateverOrderItIsBuilt)
+{
+    const auto document = newDocument();
+    const auto top = create(*document, NODE_ELEMENT, L"e");
+    auto downwards = top;
+    auto upwards = create(*document, NODE_ELEMENT, L"e");
+    for (int count = 1; count < kBound + 5; ++count) {
+        const auto below = create(*document, NODE_ELEMENT, L"e");
+        append(*downwards, *below);
+        downwards = below;
+        const auto above = create(*document, NODE_ELEMENT, L"e");
+        append(*above, *upwards);
+        if (firstChildOf(*above))
+            upwards = above;
+    }
+    EXPECT_EQ(kBound, depthOf(top));
+    EXPECT_EQ(kBound, depthOf(upwards));
+    append(*top, *upwards);
+    EXPECT_EQ(kBound, depthOf(top));
+}
+
+TEST_F(Guards, AHeightOnceMeasuredIsNotTrustedWhenItNoLongerHolds)
+{
+    const auto document = newDocument();
+    const auto tall = rowOf(1046, *document);
+    const auto high = rowOf(1000, *document);
+    const auto place = bottomOf(high);
+    const auto grown = firstChildOf(*rowOf(4, *document)); // appended, and therefore measured
+    append(*bottomOf(grown), *tall);
+    append(*place, *grown);
+    EXPECT_FALSE(firstChildOf(*place)) << "3 when it was measured, 1049 by now, one too many";
+
+    const auto mixed = create(*document, NODE_ELEMENT, L"e");
+    mixed->put_text(Bstr(L"t").get());
+    append(*mixed, *rowOf(1048, *document));
+    append(*place, *mixed);
+    EXPECT_FALSE(firstChildOf(*place)) << "a first child without children says nothing of the second";
+
+    for (int round = 0; round < 8; ++round) {
+        // Freed last, a measured node is where the copy comes to stand.
+        auto top = rowOf(4, *document);
+        auto measured = firstChildOf(*top);
+        top->removeChild(measured.get(), nullptr);
+        top.reset();
+        measured.reset();
+        ComPtr<IXMLDOMNode> copy;
+        grown->cloneNode(VARIANT_TRUE, copy.put());
+        append(*place, *copy);
+        EXPECT_FALSE(firstChildOf(*place));
+    }
+}
+
+TEST_F(Guards, WhatAttributesHoldCountsForTheDepthAsWell)
+{
+    const auto document = newDocument();
+    const auto attribute = create(*document, NODE_ATTRIBUTE, L"x");
+    append(*attribute, *rowOf(kBound - 1, *document));
+    const auto pair = rowOf(2, *document);
+    append(*firstChildOf(*pair), *attribute);
+    EXPECT_FALSE(parentOf(*attribute)) << "one element too many";
+    append(*pair, *attribute);
+    EXPECT_TRUE(parentOf(*attribute));
+
+    const auto carrier = kel::asElement(*create(*document, NODE_ELEMENT, L"e"));
+    carrier->setAttribute(Bstr(L"x").get(), Variant(1).get());
+    append(*attributeOf(*carrier, L"x"), *rowOf(1048, *document));
+    const auto high = rowOf(1000, *document);
+    const auto place = bottomOf(high);
+    append(*place, *carrier);
+    EXPECT_FALSE(parentOf(*carrier)) << "one element too many";
+    append(*parentOf(*place), *carrier);
+    EXPECT_TRUE(parentOf(*carrier));
+}
 
 TEST_F(Guards, RingsDocumentsAndPlacedAttributesAreNotAppended)
 {
@@ -86,82 +178,6 @@ TEST_F(Guards, AListOfANodeThatMovedToAnotherDocumentIsMadeAnew)
         append(*rootOf(to), *b);
         append(*b, *create(*to, NODE_ELEMENT, L"c"));
         EXPECT_EQ(1, lengthOf(*list)) << others.size();
-    }
-}
-
-TEST_F(Guards, NoTreeBecomesDeeperThanTheBoundInWhateverOrderItIsBuilt)
-{
-    constexpr int kBound = 2048;
-    const auto depthOf = [](ComPtr<IXMLDOMNode> node) {
-        int depth = 0;
-        for (; node; node = firstChildOf(*node))
-            ++depth;
-        return depth;
-    };
-    const auto document = newDocument();
-    const auto top = create(*document, NODE_ELEMENT, L"e");
-    auto downwards = top;
-    auto upwards = create(*document, NODE_ELEMENT, L"e");
-    for (int count = 1; count < kBound + 5; ++count) {
-        const auto below = create(*document, NODE_ELEMENT, L"e");
-        append(*downwards, *below);
-        downwards = below;
-        const auto above = create(*document, NODE_ELEMENT, L"e");
-        append(*above, *upwards);
-        if (firstChildOf(*above))
-            upwards = above;
-    }
-    EXPECT_EQ(kBound, depthOf(top));
-    EXPECT_EQ(kBound, depthOf(upwards));
-    append(*top, *upwards);
-    EXPECT_EQ(kBound, depthOf(top));
-
-    const auto attribute = create(*document, NODE_ATTRIBUTE, L"x");
-    append(*attribute, *firstChildOf(*upwards));
-    append(*firstChildOf(*top), *attribute);
-    EXPECT_EQ(kBound, depthOf(attribute)) << "the attribute carries a row one shorter than the bound";
-    EXPECT_FALSE(parentOf(*attribute)) << "and is therefore not placed";
-}
-
-TEST_F(Guards, AHeightOnceMeasuredIsNotTrustedWhenItNoLongerHolds)
-{
-    const auto document = newDocument();
-    const auto bottomOf = [](ComPtr<IXMLDOMNode> node) {
-        for (auto below = node; below; below = firstChildOf(*node))
-            node = below;
-        return node;
-    };
-    const auto tall = rowOf(1046, *document);
-    const auto high = rowOf(1000, *document);
-    const auto place = bottomOf(high);
-    const auto grown = firstChildOf(*rowOf(4, *document)); // appended, and therefore measured
-    append(*bottomOf(grown), *tall);
-    append(*place, *grown);
-    EXPECT_FALSE(firstChildOf(*place)) << "3 when it was measured, 1049 by now, one too many";
-
-    const auto mixed = create(*document, NODE_ELEMENT, L"e");
-    mixed->put_text(Bstr(L"t").get());
-    append(*mixed, *rowOf(1048, *document));
-    append(*place, *mixed);
-    EXPECT_FALSE(firstChildOf(*place)) << "a first child without children says nothing of the second";
-
-    const auto carrier = kel::asElement(*create(*document, NODE_ELEMENT, L"e"));
-    carrier->setAttribute(Bstr(L"x").get(), Variant(1).get());
-    append(*attributeOf(*carrier, L"x"), *rowOf(1500, *document));
-    append(*place, *carrier);
-    EXPECT_FALSE(firstChildOf(*place)) << "what an attribute holds counts as well";
-
-    for (int round = 0; round < 8; ++round) {
-        // Freed last, a measured node is where the copy comes to stand.
-        auto top = rowOf(4, *document);
-        auto measured = firstChildOf(*top);
-        top->removeChild(measured.get(), nullptr);
-        top.reset();
-        measured.reset();
-        ComPtr<IXMLDOMNode> copy;
-        grown->cloneNode(VARIANT_TRUE, copy.put());
-        append(*place, *copy);
-        EXPECT_FALSE(firstChildOf(*place));
     }
 }
 
