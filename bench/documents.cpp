@@ -19,7 +19,7 @@ constexpr int kIndent = 4; // of the library
 
 const std::vector<Size> kUpTo10MB = {{"mime", 0, 15}, {"1 MB", 1'000'000, 25}, {"10 MB", 10'000'000, 5}};
 const std::vector<Size> kUpTo100MB = {
-    {"mime", 0, 15}, {"1 MB", 1'000'000, 25}, {"10 MB", 10'000'000, 5}, {"100 MB", 100'000'000, 1}};
+    {"mime", 0, 15}, {"1 MB", 1'000'000, 25}, {"10 MB", 10'000'000, 5}, {"100 MB", 100'000'000, 3}};
 
 Pair load(const Size& size)
 {

@@ -44,6 +44,7 @@ struct Row
     std::function<Pair(const Size&)> make;
     double maxRatio = 0;       ///< what the library may take, in times of the other side; 0 for no bound
     double maxNanoseconds = 0; ///< what an item may take; 0 for no bound
+    bool isByName = false;     ///< the other side is not Qt but what a call by name cannot avoid
 };
 
 /// The two sizes by which a row that is not about a document shows its growth.

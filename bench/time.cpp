@@ -18,6 +18,7 @@ namespace
 double turn(const Side& side)
 {
     side.prepare();
+    tidyHeap();
     return secondsOf(side.work);
 }
 
@@ -55,6 +56,7 @@ void measure(benchmark::State& state, const Row& row, const Size& size)
     state.counters["items"] = static_cast<double>(pair.items);
     state.counters["max_ratio"] = row.maxRatio;
     state.counters["max_ns"] = row.maxNanoseconds;
+    state.counters["by_name"] = row.isByName ? 1 : 0;
 }
 
 void registerRow(const Row& row)

@@ -308,7 +308,7 @@ Pair getText(const Size& size)
 std::vector<Row> walkRows()
 {
     const std::vector<Size> documents = {
-        {"mime", 0, 15}, {"1 MB", 1'000'000, 25}, {"10 MB", 10'000'000, 5}, {"100 MB", 100'000'000, 1}};
+        {"mime", 0, 15}, {"1 MB", 1'000'000, 25}, {"10 MB", 10'000'000, 5}, {"100 MB", 100'000'000, 3}};
     return {{"full walk by nextNode", documents, fullWalk, 1.5},
             {"the same, Qt by nextSibling", {documents[0], documents[1]}, fullWalkBySiblings},
             {"get_firstChild, get_parentNode", twoSizes(10'000, 40), firstChildAndParent},
