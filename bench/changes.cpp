@@ -63,7 +63,7 @@ Row setNumber(const char* type, VARENUM tag, Number VARIANT::*member)
                 }},
                 size.value};
     };
-    return {"setAttribute, " + std::string(type), twoSizes(10'000, 20), make, 1.8};
+    return {"setAttribute, " + std::string(type), treeSizes(), make, 1.8};
 }
 
 Pair putText(const Size& size)
@@ -218,7 +218,7 @@ Pair buildFromNothing(const Size& size)
 
 std::vector<Row> changeRows()
 {
-    return {{"setAttribute, BSTR", twoSizes(10'000, 20), setText, 1.8},
+    return {{"setAttribute, BSTR", treeSizes(), setText, 1.8},
             setNumber("I2", VT_I2, &VARIANT::iVal),
             setNumber("I4", VT_I4, &VARIANT::lVal),
             setNumber("I8", VT_I8, &VARIANT::llVal),
@@ -227,11 +227,11 @@ std::vector<Row> changeRows()
             setNumber("UI8", VT_UI8, &VARIANT::ullVal),
             setNumber("R4", VT_R4, &VARIANT::fltVal),
             setNumber("R8", VT_R8, &VARIANT::dblVal),
-            {"put_text", twoSizes(10'000, 20), putText, 1.8},
-            {"appendChild", twoSizes(10'000, 20), appendChild},
-            {"removeChild", twoSizes(10'000, 20), removeChild},
-            {"get_parentNode", twoSizes(10'000, 20), getParentNode},
-            {"building from nothing", twoSizes(10'000, 20), buildFromNothing, 1.8}};
+            {"put_text", treeSizes(), putText, 1.8},
+            {"appendChild", treeSizes(), appendChild},
+            {"removeChild", treeSizes(), removeChild},
+            {"get_parentNode", treeSizes(), getParentNode},
+            {"building from nothing", treeSizes(), buildFromNothing, 1.8}};
 }
 
 } // namespace bench

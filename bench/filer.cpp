@@ -99,9 +99,9 @@ Pair write(const Size& size, bool formatted)
 
 std::vector<Row> filerRows()
 {
-    return {
-        {"filer, formatting", twoSizes(10'000, 20), [](const Size& size) { return write(size, true); }, 1.12},
-        {"filer, plain", twoSizes(10'000, 20), [](const Size& size) { return write(size, false); }}};
+    return {{"filer, formatting", sizesFrom(10'000, 20), [](const Size& size) { return write(size, true); },
+             1.12},
+            {"filer, plain", sizesFrom(10'000, 20), [](const Size& size) { return write(size, false); }}};
 }
 
 } // namespace bench

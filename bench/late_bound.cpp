@@ -198,10 +198,10 @@ Pair methodWithArguments(const Size& size)
 std::vector<Row> lateBoundRows()
 {
     constexpr double kUnavoidable = 3;
-    return {{"name lookup from the cache", twoSizes(10'000, 20), cachedLookup, kUnavoidable, 60, true},
-            {"first lookup on a fresh wrapper", twoSizes(1'000, 10), firstLookup, kUnavoidable, 5'000, true},
-            {"property get", twoSizes(10'000, 20), propertyGet, kUnavoidable, 250, true},
-            {"method with arguments", twoSizes(10'000, 20), methodWithArguments, kUnavoidable, 0, true}};
+    return {{"name lookup from the cache", sizesFrom(10'000, 20), cachedLookup, kUnavoidable, 60, true},
+            {"first lookup on a fresh wrapper", sizesFrom(1'000, 10), firstLookup, kUnavoidable, 5'000, true},
+            {"property get", sizesFrom(10'000, 20), propertyGet, kUnavoidable, 250, true},
+            {"method with arguments", sizesFrom(10'000, 20), methodWithArguments, kUnavoidable, 0, true}};
 }
 
 } // namespace bench

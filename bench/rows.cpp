@@ -5,11 +5,13 @@
 namespace bench
 {
 
-std::vector<Size> twoSizes(std::int64_t small, int turns)
+std::vector<Size> sizesFrom(std::int64_t small, int turns, int count)
 {
     constexpr int kTimes = 10;
-    return {{std::to_string(small), small, turns},
-            {std::to_string(kTimes * small), kTimes * small, (turns + 3) / 4}};
+    std::vector<Size> sizes;
+    for (; count > 0; --count, small *= kTimes, turns = (turns + 3) / 4)
+        sizes.push_back({std::to_string(small), small, turns});
+    return sizes;
 }
 
 std::vector<Row> allRows()

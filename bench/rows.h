@@ -47,8 +47,14 @@ struct Row
     bool isByName = false;     ///< the other side is not Qt but what a call by name cannot avoid
 };
 
-/// The two sizes by which a row that is not about a document shows its growth.
-std::vector<Size> twoSizes(std::int64_t small, int turns);
+/// The sizes by which a row that is not about a document shows its growth, each ten times the one before.
+std::vector<Size> sizesFrom(std::int64_t small, int turns, int count = 2);
+/// For rows on a tree: the smallest fits into the processor's caches, the larger two don't.
+inline std::vector<Size> treeSizes()
+{
+    constexpr int kTurns = 20;
+    return sizesFrom(10'000, kTurns, 3);
+}
 
 std::vector<Row> documentRows();
 std::vector<Row> walkRows();

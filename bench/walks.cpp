@@ -311,11 +311,11 @@ std::vector<Row> walkRows()
         {"mime", 0, 15}, {"1 MB", 1'000'000, 25}, {"10 MB", 10'000'000, 5}, {"100 MB", 100'000'000, 3}};
     return {{"full walk by nextNode", documents, fullWalk, 1.5},
             {"the same, Qt by nextSibling", {documents[0], documents[1]}, fullWalkBySiblings},
-            {"get_firstChild, get_parentNode", twoSizes(10'000, 40), firstChildAndParent},
-            {"get_item of a long list", twoSizes(10'000, 40), listItem},
-            {"selectNodes and its list", twoSizes(10'000, 40), selectNodes},
-            {"getNamedItem", twoSizes(10'000, 40), getNamedItem, 1.8},
-            {"get_text", twoSizes(10'000, 40), getText, 1.8}};
+            {"get_firstChild, get_parentNode", treeSizes(), firstChildAndParent},
+            {"get_item of a long list", treeSizes(), listItem},
+            {"selectNodes and its list", treeSizes(), selectNodes},
+            {"getNamedItem", treeSizes(), getNamedItem, 1.8},
+            {"get_text", treeSizes(), getText, 1.8}};
 }
 
 } // namespace bench
