@@ -18,10 +18,10 @@ constexpr std::size_t kParseBytesPerLevel = 512;
 constexpr std::size_t kSaveBytesPerLevel = 1792;
 
 // What is needed beside the recursion: Qt's buffers and streams, and the signal handler of a host.
-constexpr std::size_t kReserve = 48 * 1024;
+constexpr std::size_t kReserve = std::size_t{48} * 1024;
 
 // What is taken to be free on a stack that the system does not know.
-constexpr std::size_t kUnknownStack = 64 * 1024;
+constexpr std::size_t kUnknownStack = std::size_t{64} * 1024;
 
 struct Stack
 {

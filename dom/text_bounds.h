@@ -23,9 +23,9 @@ constexpr qint64 kMaxEntityText = 1'000'000;
 /// A large text may unfold more, in proportion to what its sender had to send.
 constexpr int kEntityTextPerLength = 10;
 /// How many bytes are taken from a device that does not know its size, such as a pipe that never ends.
-constexpr qint64 kMaxUnsizedLength = 256 * 1024 * 1024;
+constexpr qint64 kMaxUnsizedLength = qint64{256} * 1024 * 1024;
 /// And from one that does, or says so: one array holds them, and its size is an int.
-constexpr qint64 kMaxLength = 1024 * 1024 * 1024;
+constexpr qint64 kMaxLength = qint64{1024} * 1024 * 1024;
 
 struct Look
 {

@@ -125,6 +125,7 @@ private:
     std::vector<kel::Variant> valuesOf(const std::vector<Argument>& arguments) const
     {
         std::vector<kel::Variant> values;
+        values.reserve(arguments.size());
         for (const Argument& argument : arguments)
             values.push_back(valueOf(argument));
         return values;

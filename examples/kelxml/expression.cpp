@@ -160,7 +160,7 @@ private:
         case L'\\':
             return peek();
         default:
-            fail("one of \\\" \\\\ \\n \\t \\r");
+            fail(R"(one of \" \\ \n \t \r)");
         }
     }
 
