@@ -9,12 +9,10 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     kelfuzz::Choices choices(data, size);
-    CallMachine machine([&choices](unsigned limit) { return choices.below(limit); });
     // The rest of the bytes is for the machine's end, when it releases what it holds.
-    while (choices.left() > size / 8) {
-        const std::string difference = machine.step();
-        std::fputs(difference.c_str(), stderr);
-        kelfuzz::require(difference.empty());
-    }
+    const std::string difference = makeCalls([&choices](unsigned limit) { return choices.below(limit); },
+                                             [&choices, size] { return choices.left() > size / 8; });
+    std::fputs(difference.c_str(), stderr);
+    kelfuzz::require(difference.empty());
     return 0;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 namespace allocations
 {
@@ -10,26 +11,36 @@ namespace allocations
 /// What is live in the process: a number that is the same again when everything made since has been freed.
 std::size_t live();
 
+/// What the allocator asks before each allocation of this thread; set by the classes below.
+inline thread_local std::size_t untilFailure = 0;
+inline thread_local bool isFailureReached = false;
+inline constexpr std::ptrdiff_t kPlenty = PTRDIFF_MAX / 2;
+inline thread_local std::ptrdiff_t bytesLeft = kPlenty;
+
 /// Fails the `nth` allocation of this thread, counted from 1, while it lives. Neither a sanitizer's allocator
 /// nor valgrind's can be made to; `kCanFail` tells.
 class FailAt
 {
 public:
-    explicit FailAt(std::size_t nth);
-    ~FailAt();
+    explicit FailAt(std::size_t nth)
+    {
+        isFailureReached = false;
+        untilFailure = nth;
+    }
+    ~FailAt() { untilFailure = 0; }
     FailAt(const FailAt&) = delete;
     FailAt& operator=(const FailAt&) = delete;
 
     /// Whether that allocation was reached.
-    bool failed() const;
+    bool failed() const { return isFailureReached; }
 };
 
 /// Lets this thread have only so many bytes more than it has, while it lives.
 class Budget
 {
 public:
-    explicit Budget(std::size_t bytes);
-    ~Budget();
+    explicit Budget(std::ptrdiff_t bytes) { bytesLeft = bytes; }
+    ~Budget() { bytesLeft = kPlenty; }
     Budget(const Budget&) = delete;
     Budget& operator=(const Budget&) = delete;
 };

@@ -3,7 +3,10 @@
 
 #pragma once
 
+#include "KelXmlLib/xmldom.h"
+
 #include <QtXml/QDomDocument>
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -13,34 +16,141 @@ namespace model
 
 struct Node;
 using NodePtr = std::shared_ptr<Node>;
+using Nodes = std::vector<NodePtr>;
 
-struct Node : std::enable_shared_from_this<Node>
+struct Node
 {
     int type = 0;
-    std::wstring name;
-    std::wstring value;
-    std::vector<NodePtr> children;
-    std::vector<NodePtr> attributes;
+    std::wstring name, value;
+    Nodes children, attributes;
     std::weak_ptr<Node> parent;
 
-    NodePtr attribute(const std::wstring& wanted) const;
-    /// The text of an element's descendants.
-    std::wstring text() const;
+    NodePtr attribute(const std::wstring& wanted) const
+    {
+        const auto has = [&wanted](const NodePtr& item) { return item->name == wanted; };
+        const auto found = std::find_if(attributes.begin(), attributes.end(), has);
+        return found == attributes.end() ? nullptr : *found;
+    }
+    /// The node's own text, or that of an element's descendants.
+    std::wstring text() const
+    {
+        if (type == NODE_TEXT || type == NODE_CDATA_SECTION)
+            return value;
+        std::wstring all;
+        if (type == NODE_ELEMENT)
+            for (const NodePtr& child : children)
+                all += child->text();
+        return all;
+    }
 };
 
-NodePtr make(int type, const std::wstring& name, const std::wstring& value = {});
-/// The tree that Qt's parser gives.
-NodePtr fromQt(const QDomNode& node);
-NodePtr copyOf(const Node& node, bool deep);
+inline void adopt(const NodePtr& parent, const NodePtr& child, Nodes& place)
+{
+    child->parent = parent;
+    place.push_back(child);
+}
 
-/// Appends unless the promise is that nothing happens. \return whether it happened
-bool append(const NodePtr& parent, const NodePtr& child);
-bool remove(const NodePtr& parent, const NodePtr& child);
-void setValue(const NodePtr& node, const std::wstring& value);
+inline NodePtr plain(int type, const std::wstring& name, const std::wstring& value)
+{
+    return std::make_shared<Node>(Node{type, name, value, {}, {}, {}});
+}
+
+inline NodePtr make(int type, const std::wstring& name, const std::wstring& value = {})
+{
+    NodePtr node = plain(type, name, value);
+    if (type == NODE_ATTRIBUTE && !value.empty())
+        adopt(node, make(NODE_TEXT, L"#text", value), node->children);
+    return node;
+}
+
+/// The tree that Qt's parser gives.
+inline NodePtr fromQt(const QDomNode& node)
+{
+    NodePtr copy = plain(node.nodeType(), node.nodeName().toStdWString(), node.nodeValue().toStdWString());
+    for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
+        adopt(copy, fromQt(child), copy->children);
+    const QDomNamedNodeMap attributes = node.attributes();
+    for (int index = 0; index < attributes.length(); ++index)
+        adopt(copy, fromQt(attributes.item(index)), copy->attributes);
+    return copy;
+}
+
+inline NodePtr copyOf(const Node& node, bool deep)
+{
+    NodePtr copy = plain(node.type, node.name, node.value);
+    for (const NodePtr& attribute : node.attributes)
+        adopt(copy, copyOf(*attribute, true), copy->attributes);
+    if (deep)
+        for (const NodePtr& child : node.children)
+            adopt(copy, copyOf(*child, true), copy->children);
+    return copy;
+}
+
+/// \return whether there was such a child
+inline bool remove(const NodePtr& parent, const NodePtr& child)
+{
+    if (!parent || !child || child->parent.lock() != parent)
+        return false;
+    const auto place = std::find(parent->children.begin(), parent->children.end(), child);
+    if (place == parent->children.end())
+        return false;
+    child->parent.reset();
+    parent->children.erase(place);
+    return true;
+}
+
+/// Appends unless the promise is that nothing happens.
+inline void append(const NodePtr& parent, const NodePtr& child)
+{
+    if (!parent || !child || child->type == NODE_DOCUMENT)
+        return;
+    for (NodePtr node = parent; node; node = node->parent.lock())
+        if (node == child)
+            return;
+    const NodePtr from = child->parent.lock();
+    if (from && child->type == NODE_ATTRIBUTE && from->attribute(child->name) == child)
+        return;
+    remove(from, child);
+    adopt(parent, child, parent->children);
+}
+
 /// Puts a text in the place of the first child.
-void setText(const NodePtr& parent, const std::wstring& text);
-void setAttribute(const NodePtr& element, const std::wstring& name, const std::wstring& value);
+inline void setText(const NodePtr& parent, const std::wstring& text)
+{
+    if (!parent)
+        return;
+    if (!parent->children.empty())
+        remove(parent, parent->children.front());
+    adopt(parent, make(NODE_TEXT, L"#text", text), parent->children);
+}
+
+inline void setValue(const NodePtr& node, const std::wstring& value)
+{
+    if (!node)
+        return;
+    node->value = value;
+    if (node->type == NODE_ATTRIBUTE)
+        setText(node, value);
+}
+
+inline void setAttribute(const NodePtr& element, const std::wstring& name, const std::wstring& value)
+{
+    if (!element)
+        return;
+    if (const NodePtr existing = element->attribute(name))
+        setValue(existing, value);
+    else
+        adopt(element, make(NODE_ATTRIBUTE, name, value), element->attributes);
+}
+
 /// The elements with a tag name below `top`, in document order.
-void collect(const NodePtr& top, const std::wstring& tag, std::vector<NodePtr>& found);
+inline void collect(const NodePtr& top, const std::wstring& tag, Nodes& found)
+{
+    for (const NodePtr& child : top->children) {
+        if (child->type == NODE_ELEMENT && child->name == tag)
+            found.push_back(child);
+        collect(child, tag, found);
+    }
+}
 
 } // namespace model
