@@ -2,7 +2,6 @@
 // disk is what Qt's writer makes of the same calls.
 
 #include "support/filer_calls.h"
-#include "support/own_host.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -17,11 +16,10 @@ namespace
 {
 
 /// What a text can lack, and one that has to be escaped.
-const wchar_t* const kTexts[] = {nullptr, L"", L"<\"\u00e4]]>"};
+const Text kTexts[] = {nullptr, L"", L"<\"\u00e4]]>"};
 
-class FilerTest : public testing::Test
+struct FilerTest : testing::Test
 {
-protected:
     /// Qt says nothing on the console: the filer keeps it from that.
     static void SetUpTestSuite()
     {
@@ -51,13 +49,13 @@ protected:
 TEST_F(FilerTest, OperationOnAnOpenFileAnswersAndWritesWhatItSays)
 {
     for (const Call& call : kCalls)
-        for (const wchar_t* const one : kTexts)
-            for (const wchar_t* const two : kTexts) {
+        for (const Text one : kTexts)
+            for (const Text two : kTexts) {
                 Writers writers(m_widePath.c_str(), true, false);
                 writers.make(kStartElement, L"r", nullptr);
-                EXPECT_TRUE(writers.make(call, one, two)) << "operation " << &call - kCalls;
+                EXPECT_TRUE(writers.make(call, one, two)) << call.slot;
                 EXPECT_TRUE(writers.flush());
-                EXPECT_EQ(contentOf(m_path), writers.expected()) << "operation " << &call - kCalls;
+                EXPECT_EQ(contentOf(m_path), writers.expected()) << call.slot;
             }
 }
 
@@ -74,18 +72,24 @@ TEST_F(FilerTest, OperationWithoutAnOpenFileAnswersTheSameAndNothingIsWrittenOrP
     filers[4]->close();
     for (const Filer& filer : filers) {
         for (const Call& call : kCalls)
-            for (const wchar_t* const one : kTexts)
-                for (const wchar_t* const two : kTexts)
-                    EXPECT_EQ(call.ours(*filer, one, two), call.expected(one, two)) << &call - kCalls;
+            for (const Text one : kTexts)
+                for (const Text two : kTexts)
+                    EXPECT_EQ(call.answer(*filer, one, two), call.expected(one, two)) << call.slot;
+        const auto slot = [&filer](int number, auto... arguments) {
+            return own_host::call(filer.get(), number, arguments...);
+        };
+        EXPECT_EQ(slot(26, "binary", 0, 1), 0);
+        for (const int refused : {slot(26, "", -1, 1), slot(26, "", 0, 0), slot(26, nullptr, 0, 1)})
+            EXPECT_EQ(refused, 2);
         wchar_t buffer[] = L"kept";
-        filer->newlineChars(buffer, 4);
-        filer->newlineChars(nullptr, 4);
+        slot(5, buffer, 4);
+        slot(5, nullptr, 4);
         EXPECT_STREQ(buffer, L"kept");
-        EXPECT_EQ(filer->flush(), 0);
-        EXPECT_EQ(filer->close(), 0);
-        EXPECT_EQ(filer->state(), 6);
-        EXPECT_EQ(filer->encoding(), 2);
-        EXPECT_EQ(filer->indent(), 0) << "no flag is recorded without a path";
+        EXPECT_EQ(slot(28), 0) << "flush";
+        EXPECT_EQ(slot(27), 0) << "close";
+        EXPECT_EQ(slot(2), 6) << "its state";
+        EXPECT_EQ(slot(3), 2) << "its encoding";
+        EXPECT_EQ(slot(4), 0) << "no flag is recorded without a path";
     }
     EXPECT_EQ(contentOf(m_path), "<r");
     EXPECT_FALSE(QFileInfo::exists(QFileInfo(nowhere).path()));
@@ -96,7 +100,6 @@ TEST_F(FilerTest, FileIsEmptiedAtOnceAndKeepsWhatWasWrittenUntilItsFilerWent)
     const QString path = m_directory.filePath(QString::fromUtf8("\u00fc \u65e5 \U0001F600.xml"));
     for (const bool closes : {true, false}) {
         Filer filer = makeFiler(path);
-        EXPECT_EQ(filer->indent(), 0);
         EXPECT_EQ(contentOf(path), "") << "what an earlier filer wrote is gone";
         filer->writeElmBegin(L"r");
         filer->writeText(std::wstring(100'000, L'x').c_str());
@@ -108,7 +111,9 @@ TEST_F(FilerTest, FileIsEmptiedAtOnceAndKeepsWhatWasWrittenUntilItsFilerWent)
         filer.reset();
         EXPECT_EQ(contentOf(path), "<r>" + QByteArray(100'000, 'x')) << "open elements stay unended";
     }
-    for (const wchar_t* const missing : {static_cast<const wchar_t*>(nullptr), L""})
+    EXPECT_EQ(makeFiler(path, true)->indent(), 1);
+    EXPECT_EQ(makeFiler(path)->indent(), 0);
+    for (const Text missing : {Text(nullptr), L""})
         EXPECT_FALSE(morvCreateXmlFiler(missing, KelXmlLib::eEncodingUtf8, 0, true, true, nullptr, nullptr));
 }
 
@@ -123,48 +128,4 @@ TEST_F(FilerTest, AnyOrderOfCallsWritesByteForByteWhatQtWrites)
         writers.close();
         ASSERT_EQ(contentOf(m_path), writers.expected()) << "seed " << seed;
     }
-}
-
-TEST_F(FilerTest, DispatchTableHoldsTheOperationsInTheirOrder)
-{
-    using own_host::call;
-    const wchar_t* const none = nullptr;
-    wchar_t buffer[] = L"kept";
-    const Filer owner = makeFiler(m_path, true);
-    IKelXmlFiler* const filer = owner.get();
-    EXPECT_EQ(call(filer, 2), 6);
-    EXPECT_EQ(call(filer, 3), 2);
-    EXPECT_EQ(call(filer, 4), 1);
-    call(filer, 5, &buffer[0], 4);
-    EXPECT_STREQ(buffer, L"kept");
-    for (const int accepted : {call(filer, 6),
-                               call(filer, 8, L"r"),
-                               call(filer, 13),
-                               call(filer, 14, L"a", L"v"),
-                               call(filer, 9, L"e", L"one"),
-                               call(filer, 8, L"f"),
-                               call(filer, 15, L"two"),
-                               call(filer, 16, L"<"),
-                               call(filer, 17, true),
-                               call(filer, 18, 1),
-                               call(filer, 19, 1L),
-                               call(filer, 20, 1.F),
-                               call(filer, 21, 1.),
-                               call(filer, 24, L"three"),
-                               call(filer, 25, L"four"),
-                               call(filer, 10),
-                               call(filer, 8, L"g"),
-                               call(filer, 11),
-                               call(filer, 7),
-                               call(filer, 28)})
-        EXPECT_EQ(accepted, 0);
-    for (const int refused : {call(filer, 12, none), call(filer, 22, none), call(filer, 23, none, none, none),
-                              call(filer, 26, &kByte, -1, 1)})
-        EXPECT_EQ(refused, 2);
-    const QByteArray written = contentOf(m_path);
-    EXPECT_EQ(written, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r a=\"v\">\n    <e>one</e>\n"
-                       "    <f>two&lt;<![CDATA[three]]><!--four-->\n    </f>\n    <g/>\n</r>\n");
-    for (const int accepted : {call(filer, 27), call(filer, 8, L"late"), call(filer, 28)})
-        EXPECT_EQ(accepted, 0);
-    EXPECT_EQ(contentOf(m_path), written);
 }

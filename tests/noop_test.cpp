@@ -6,14 +6,12 @@
 
 #include <array>
 #include <set>
-#include <vector>
 
 namespace
 {
 
-class NoOps : public DomTest
+struct NoOps : DomTest
 {
-protected:
     /// Calls a slot with pointers to patterned storage in every register an argument may use, and in the
     /// memory where a VARIANT would lie. Nothing may be written.
     static void expectUntouched(IUnknown& object, int slot)
@@ -29,55 +27,16 @@ protected:
         EXPECT_EQ(expected, storage) << "slot " << slot;
     }
 
-    /// The same by name, with null or 0 for every parameter.
-    static void expectEmptyResult(IDispatch& object, const FUNCDESC& function)
-    {
-        std::vector<VARIANT> arguments;
-        for (int index = 0; index < function.cParams; ++index) {
-            const ELEMDESC& parameter = function.lprgelemdescParam[index];
-            const VARTYPE type = parameter.tdesc.vt;
-            VARIANT argument{};
-            argument.vt = static_cast<VARTYPE>(type == VT_BSTR  ? VT_BSTR
-                                               : type == VT_PTR ? VT_DISPATCH
-                                                                : VT_I4);
-            if (!(parameter.paramdesc.wParamFlags & PARAMFLAG_FRETVAL))
-                arguments.insert(arguments.begin(), argument);
-        }
-        const bool isPut = function.invkind >= INVOKE_PROPERTYPUT;
-        DISPID put = DISPID_PROPERTYPUT;
-        DISPPARAMS parameters{arguments.data(), isPut ? &put : nullptr, static_cast<UINT>(arguments.size()),
-                              isPut};
-        VARIANT result = Variant(7).get();
-        EXPECT_EQ(S_OK, object.Invoke(function.memid, IID_IUnknown, 0, static_cast<WORD>(function.invkind),
-                                      &parameters, isPut ? nullptr : &result, nullptr, nullptr));
-        EXPECT_EQ(isPut ? VT_I4 : VT_EMPTY, result.vt);
-    }
-
     /// \param working the slots, from 7 on, of what is carried out
-    static void sweep(IDispatch& object, int last, const std::set<int>& working)
+    static void sweep(IUnknown& object, int last, const std::set<int>& working)
     {
         for (int slot = 7; slot <= last; ++slot)
             if (!working.count(slot))
                 expectUntouched(object, slot);
-
-        ComPtr<ITypeInfo> typeInfo;
-        ASSERT_EQ(S_OK, object.GetTypeInfo(0, 0, typeInfo.put()));
-        int named = 0;
-        for (UINT index = 0;; ++index, ++named) {
-            FUNCDESC* function = nullptr;
-            if (typeInfo->GetFuncDesc(index, &function) != S_OK)
-                break;
-            const int slot = function->oVft / static_cast<int>(sizeof(void*));
-            SCOPED_TRACE(slot);
-            if (!working.count(slot))
-                expectEmptyResult(object, *function);
-            typeInfo->ReleaseFuncDesc(function);
-        }
-        EXPECT_EQ(last - 6, named) << "each slot has its member";
     }
 };
 
-TEST_F(NoOps, AnswerOkAndWriteNothingInTheirSlotsAndByName)
+TEST_F(NoOps, AnswerOkAndWriteNothing)
 {
     const auto [document, root, text, attribute, list, map] = oneOfEach(L"<a x='1'>t</a>");
     sweep(*document, 75, {7, 8, 10, 11, 12, 13, 17, 20, 21, 22, 23, 27, 36, 45, 56, 58, 65, 66});

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "KelXmlLib/filer.h"
+#include "support/own_host.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
@@ -16,56 +17,54 @@ namespace filer_calls
 {
 
 /// Which of its two texts a call cannot do without.
-enum Needs { Nothing, First, Both, MoreThanItGets };
+enum Needs { Nothing, First, Both };
 
-using F = IKelXmlFiler&;
-using T = const wchar_t*;
+using Text = const wchar_t*;
 using W = QXmlStreamWriter&;
 using Q = const QString&;
 
 struct Call
 {
+    int slot; ///< its place in the dispatch table, through which it is called
     Needs needs;
-    KelXmlLib::eStatus (*ours)(F filer, T one, T two);
     void (*qts)(W writer, Q one, Q two);
 
-    KelXmlLib::eStatus expected(T one, T two) const
+    KelXmlLib::eStatus answer(IKelXmlFiler& filer, Text one, Text two) const
     {
-        const bool hasFirst = one && *one;
-        const bool isAccepted =
-            needs == Nothing || (needs == First && hasFirst) || (needs == Both && hasFirst && two && *two);
-        return isAccepted ? KelXmlLib::eStatusAccepted : KelXmlLib::eStatusInvalidArgument;
+        return static_cast<KelXmlLib::eStatus>(own_host::call(&filer, slot, one, two));
+    }
+    KelXmlLib::eStatus expected(Text one, Text two) const
+    {
+        const bool lacksFirst = needs != Nothing && !(one && *one);
+        const bool lacksSecond = needs == Both && !(two && *two);
+        return lacksFirst || lacksSecond ? KelXmlLib::eStatusInvalidArgument : KelXmlLib::eStatusAccepted;
     }
 };
 
 inline void writeNothing(W, Q, Q) {}
-inline constexpr unsigned char kByte = 0;
 
-inline const Call kStartElement = {First, [](F f, T a, T) { return f.writeElmBegin(a); },
-                                   [](W w, Q a, Q) { w.writeStartElement(a); }};
+inline const Call kStartElement = {8, First, [](W w, Q a, Q) { w.writeStartElement(a); }};
 inline const Call kCalls[] = {
-    {Nothing, [](F f, T, T) { return f.writeDocBegin(); }, [](W w, Q, Q) { w.writeStartDocument(); }},
-    {Nothing, [](F f, T, T) { return f.writeDocEnd(); }, [](W w, Q, Q) { w.writeEndDocument(); }},
+    {6, Nothing, [](W w, Q, Q) { w.writeStartDocument(); }},
+    {7, Nothing, [](W w, Q, Q) { w.writeEndDocument(); }},
     kStartElement,
-    {Both, [](F f, T a, T b) { return f.writeElmBegin(a, b); },
-     [](W w, Q a, Q b) { w.writeTextElement(a, b); }},
-    {Nothing, [](F f, T, T) { return f.writeElmEnd(); }, [](W w, Q, Q) { w.writeEndElement(); }},
-    {Nothing, [](F f, T, T) { return f.writeElmFullEnd(); }, [](W w, Q, Q) { w.writeEndElement(); }},
-    {First, [](F f, T a, T b) { return f.writeAttribute(a, b); },
-     [](W w, Q a, Q b) { w.writeAttribute(a, b); }},
-    {First, [](F f, T a, T) { return f.writeText(a); }, [](W w, Q a, Q) { w.writeCharacters(a); }},
-    {First, [](F f, T a, T) { return f.writeRawText(a); }, [](W w, Q a, Q) { w.writeCharacters(a); }},
-    {First, [](F f, T a, T) { return f.writeCData(a); }, [](W w, Q a, Q) { w.writeCDATA(a); }},
-    {First, [](F f, T a, T) { return f.writeComment(a); }, [](W w, Q a, Q) { w.writeComment(a); }},
-    {First, [](F f, T a, T) { return f.writeAttrBegin(a); }, writeNothing},
-    {Nothing, [](F f, T, T) { return f.writeAttrEnd(); }, writeNothing},
-    {First, [](F f, T a, T) { return f.writeValue(a); }, writeNothing},
-    {Nothing, [](F f, T, T) { return f.writeValue(1.5); }, writeNothing},
-    {First, [](F f, T a, T b) { return f.writeDocType(a, b, b); }, writeNothing},
-    {Nothing, [](F f, T, T) { return f.writeBinary(&kByte, 0, 1); }, writeNothing},
-    {MoreThanItGets, [](F f, T, T) { return f.writeBinary(&kByte, -1, 1); }, writeNothing},
-    {MoreThanItGets, [](F f, T, T) { return f.writeBinary(&kByte, 0, 0); }, writeNothing},
-    {MoreThanItGets, [](F f, T, T) { return f.writeBinary(nullptr, 0, 1); }, writeNothing},
+    {9, Both, [](W w, Q a, Q b) { w.writeTextElement(a, b); }},
+    {10, Nothing, [](W w, Q, Q) { w.writeEndElement(); }},
+    {11, Nothing, [](W w, Q, Q) { w.writeEndElement(); }},
+    {12, First, writeNothing}, // an attribute's begin
+    {13, Nothing, writeNothing},
+    {14, First, [](W w, Q a, Q b) { w.writeAttribute(a, b); }},
+    {15, First, [](W w, Q a, Q) { w.writeCharacters(a); }},
+    {16, First, [](W w, Q a, Q) { w.writeCharacters(a); }},
+    {17, Nothing, writeNothing}, // truth values and numbers
+    {18, Nothing, writeNothing},
+    {19, Nothing, writeNothing},
+    {20, Nothing, writeNothing},
+    {21, Nothing, writeNothing},
+    {22, First, writeNothing}, // a text as a value
+    {23, First, writeNothing}, // a document type
+    {24, First, [](W w, Q a, Q) { w.writeCDATA(a); }},
+    {25, First, [](W w, Q a, Q) { w.writeComment(a); }},
 };
 
 /// Answers a number below its argument.
@@ -92,7 +91,7 @@ inline std::optional<std::wstring> chooseText(const Choose& choose)
 class Writers
 {
 public:
-    Writers(T path, bool opens, bool autoFormat)
+    Writers(Text path, bool opens, bool autoFormat)
         : m_isOpen(opens), m_qt(&m_expected),
           m_filer(morvCreateXmlFiler(path, KelXmlLib::eEncodingUtf16, 7, autoFormat, true, L"", nullptr))
     {
@@ -100,26 +99,25 @@ public:
     }
 
     /// \return whether the status is the one that the texts call for
-    bool make(const Call& call, T one, T two)
+    bool make(const Call& call, Text one, Text two)
     {
         const KelXmlLib::eStatus expected = call.expected(one, two);
         if (expected == KelXmlLib::eStatusAccepted && m_isOpen)
             call.qts(m_qt, QString::fromWCharArray(one ? one : L""),
                      QString::fromWCharArray(two ? two : L""));
-        return call.ours(*m_filer, one, two) == expected;
+        return call.answer(*m_filer, one, two) == expected;
     }
     bool make(const Call& call, const Choose& choose)
     {
-        const bool hasTexts = call.needs == First || call.needs == Both;
-        const auto one = hasTexts ? chooseText(choose) : std::nullopt;
-        const auto two = hasTexts ? chooseText(choose) : std::nullopt;
+        const auto one = call.needs == Nothing ? std::nullopt : chooseText(choose);
+        const auto two = call.needs == Nothing ? std::nullopt : chooseText(choose);
         return make(call, one ? one->c_str() : nullptr, two ? two->c_str() : nullptr);
     }
-    bool flush() { return m_filer->flush() == KelXmlLib::eStatusAccepted; }
+    bool flush() { return own_host::call(m_filer.get(), 28) == KelXmlLib::eStatusAccepted; }
     bool close()
     {
         m_isOpen = false;
-        return m_filer->close() == KelXmlLib::eStatusAccepted;
+        return own_host::call(m_filer.get(), 27) == KelXmlLib::eStatusAccepted;
     }
     void end() { m_filer.reset(); }
     const QByteArray& expected() const { return m_expected; }
