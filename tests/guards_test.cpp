@@ -5,9 +5,8 @@
 namespace
 {
 
-class Guards : public DomTest
+struct Guards : DomTest
 {
-protected:
     /// Refusing what has no place to write to is the same for all getters.
     template <class Object, class... Getters>
     static void expectNullRefused(Object& object, Getters... getters)

@@ -11,9 +11,8 @@
 namespace
 {
 
-class StackRoom : public DomTest
+struct StackRoom : DomTest
 {
-protected:
     template <class Work>
     static void onStackOf(unsigned bytes, Work work)
     {

@@ -10,9 +10,8 @@
 namespace
 {
 
-class Threads : public DomTest
+struct Threads : DomTest
 {
-protected:
     /// Builds, mixes two documents, asks by name, and registers anew, over and over.
     void work(int number, ITypeInfo& shared)
     {

@@ -36,7 +36,7 @@ struct OneOfEach
     }
 };
 
-class DomTest : public ::testing::Test
+class DomTest : public testing::Test
 {
 protected:
     static void SetUpTestSuite()

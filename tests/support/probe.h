@@ -128,9 +128,8 @@ private:
     }
 };
 
-class InvokeTest : public ::testing::Test
+struct InvokeTest : testing::Test
 {
-protected:
     /// Calls with arguments in the order of `rgvarg`.
     HRESULT call(DISPID member, std::vector<VARIANT> arguments, WORD flags = DISPATCH_METHOD,
                  std::vector<DISPID> names = {})
