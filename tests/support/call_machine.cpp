@@ -94,7 +94,7 @@ private:
     {
         const auto document = kel::newDocument();
         const NodePtr node = model::make(NODE_DOCUMENT, L"#document");
-        const Held held{ComPtr<IXMLDOMNode>(document.get()), node, node, nullptr, NODE_DOCUMENT};
+        Held held{ComPtr<IXMLDOMNode>(document.get()), node, node, nullptr, NODE_DOCUMENT};
         loadInto(held, L"<i/>");
         return held;
     }
