@@ -123,6 +123,7 @@ TEST_F(FilerTest, AnyOrderOfCallsWritesByteForByteWhatQtWrites)
         std::mt19937 random(seed);
         const Choose choose = [&](std::size_t limit) { return static_cast<unsigned>(random() % limit); };
         Writers writers(m_widePath.c_str(), true, seed % 2 != 0);
+        ASSERT_TRUE(writers.flush()) << "which is no end";
         for (int call = 0; call < 40; ++call)
             ASSERT_TRUE(writers.make(kCalls[choose(std::size(kCalls))], choose)) << "seed " << seed;
         writers.close();
