@@ -33,7 +33,7 @@ HRESULT parseInto(QDomDocument& document, const kelxml::bounds::Look& look, Cont
     if (!look.within || !kelxml::hasRoomToParse(look.nesting))
         return S_FALSE;
     kelxml::clearBeforeSetContent(document);
-    kelxml::forgetHeights();
+    const kelxml::HeightsForgotten forgotten;
     if (!document.setContent(content))
         return S_FALSE;
     setFlag(success, VARIANT_TRUE);

@@ -96,7 +96,7 @@ HRESULT CMorvXMLDOMElement::cloneNode(VARIANT_BOOL deep, IXMLDOMNode** result)
     if (!result)
         return S_OK;
     kelxml::settle(Inside::placeOf(*this));
-    kelxml::forgetHeights();
+    const kelxml::HeightsForgotten forgotten;
     const QDomNode copy = m_node.cloneNode(deep != VARIANT_FALSE);
     if (copy.isElement())
         kelxml::wrapAs(NODE_ELEMENT, copy, m_document, result);

@@ -3,6 +3,8 @@
 
 #include "dom/tree_depth.h"
 
+#include "dom/handle.h"
+
 #include <QtCore/QVarLengthArray>
 #include <QtXml/QDomElement>
 #include <QtXml/QDomNamedNodeMap>
@@ -11,7 +13,6 @@
 #include <array>
 #include <atomic>
 #include <optional>
-#include <utility>
 
 namespace kelxml
 {
@@ -44,30 +45,6 @@ Extent extentOfOne(const QDomNode& node)
 /// Set when something was appended below an attribute. Until then attributes hold nothing but their text,
 /// for which the limits leave room, and need not be looked at.
 std::atomic<bool> attributesHoldTrees{false};
-
-/// A handle that can be moved. Qt's own can only be copied, and the two atomic counts of a copy are most of
-/// what a step from node to node costs.
-class Handle : public QDomNode
-{
-public:
-    Handle() = default;
-    Handle(QDomNode&& node) noexcept { swap(node); }
-    Handle(const Handle&) = default;
-    Handle(Handle&& other) noexcept { swap(other); }
-    Handle& operator=(const Handle&) = default;
-    Handle& operator=(Handle&& other) noexcept
-    {
-        swap(other);
-        return *this;
-    }
-    ~Handle() = default;
-
-    /// Which node a handle stands for, for comparing; never followed.
-    static const void* identityOf(const QDomNode& node) { return node.*(&Handle::impl); }
-
-private:
-    void swap(QDomNode& other) noexcept { std::swap(impl, other.*(&Handle::impl)); }
-};
 
 /// Calls `visit` for a node and for all that it stands in, up to a document, as long as the answer is true.
 template <class Visit>
@@ -272,7 +249,7 @@ int depthOf(const QDomNode& root)
     return measure(root).nodes;
 }
 
-void forgetHeights() noexcept
+void HeightsForgotten::forget() noexcept
 {
     HeightMemo::ofThisThread().forget();
 }

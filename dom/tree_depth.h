@@ -25,7 +25,18 @@ bool fitsBelow(const QDomNode& parent, const QDomNode& child);
 /// Nodes in a row from `root` down, itself included.
 int depthOf(const QDomNode& root);
 
-/// To be called when nodes with children come to be by another road (parsing, copying).
-void forgetHeights() noexcept;
+/// Stands around what makes nodes with children by another road (parsing, copying). Afterwards as well as
+/// before: meanwhile another thread may have measured a node that stood where one of these stands now.
+class HeightsForgotten
+{
+public:
+    HeightsForgotten() noexcept { forget(); }
+    ~HeightsForgotten() { forget(); }
+    HeightsForgotten(const HeightsForgotten&) = delete;
+    HeightsForgotten& operator=(const HeightsForgotten&) = delete;
+
+private:
+    static void forget() noexcept;
+};
 
 } // namespace kelxml

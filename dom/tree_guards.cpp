@@ -3,6 +3,7 @@
 
 #include "dom/tree_guards.h"
 
+#include "dom/handle.h"
 #include "dom/tree_depth.h"
 
 #include <atomic>
@@ -34,17 +35,19 @@ void adopt(const QDomNode& top, QDomDocument home)
 }
 
 /// `appendChild` for a node without a parent. Its links to siblings may be those of an earlier place, whose
-/// nodes are freed; Qt would keep one of them, where `insertAfter` and `replaceChild` overwrite both.
+/// nodes are freed. Of all that Qt has, only `replaceChild` overwrites both: so the node takes the place of
+/// the last child, which then goes before it, or that of a fresh one.
 void appendOutsider(const Place& parent, const QDomNode& child)
 {
     QDomNode place = parent.node;
-    if (const QDomNode last = place.lastChild(); !last.isNull()) {
-        place.insertAfter(child, last);
-        return;
+    const QDomNode last = place.lastChild();
+    if (last.isNull()) {
+        QDomDocument home = parent.document;
+        place.replaceChild(child, place.appendChild(home.createTextNode(QString())));
+    } else {
+        place.replaceChild(child, last);
+        place.insertBefore(last, child);
     }
-    QDomDocument home = parent.document;
-    const QDomNode placeholder = place.appendChild(home.createTextNode(QString()));
-    place.replaceChild(child, placeholder);
 }
 
 bool standsOnElement(const QDomNode& node)
@@ -59,6 +62,26 @@ void countDocumentChange() noexcept
 {
     changes.fetch_add(1, std::memory_order_relaxed);
 }
+
+/// Which tree was settled in which document. Valid as long as nothing was counted since, and then a tree need
+/// not be settled again: else each step of a walk through it would, and every list would be made anew at each
+/// step. The addresses are compared and never followed.
+struct Settled
+{
+    Settled() = default;
+    Settled(const QDomNode& node, const QDomNode& home)
+        : top(Handle::identityOf(node)), document(Handle::identityOf(home)), at(documentChanges())
+    {}
+
+    bool operator==(const Settled& other) const
+    {
+        return top == other.top && document == other.document && at == other.at;
+    }
+
+    const void* top = nullptr;
+    const void* document = nullptr;
+    std::uint64_t at = 0;
+};
 
 /// Makes both trees fit to be touched, and counts when their documents differ.
 void prepareMeeting(const Place& parent, const Place& child)
@@ -95,8 +118,12 @@ void settle(const Place& place)
     const QDomNode top = topOf(place.node);
     if (top.isNull() || top.isDocument())
         return;
+    static thread_local Settled last;
+    if (last == Settled{top, place.document})
+        return;
     adopt(top, place.document);
     countDocumentChange();
+    last = {top, place.document};
 }
 
 void appendSafely(const Place& parent, const Place& child)

@@ -43,8 +43,35 @@ struct Guards : DomTest
     static constexpr int kBound = 2048;
 };
 
-// These three come first and in this order: once something was appended below an attribute, the process
-// measures elements in another way.
+// First of all, as long as no node has come from one document into another: from then on a guard before this
+// one hides the fault.
+TEST_F(Guards, ANodeThatOutlivedItsParentTakesNoNeighbourOfThenAlong)
+{
+    const auto document = newDocument();
+    const auto elementOf = [&](const wchar_t* name) { return create(*document, NODE_ELEMENT, name); };
+    auto parent = elementOf(L"parent");
+    const auto one = elementOf(L"one");
+    const auto two = elementOf(L"two");
+    append(*two, *elementOf(L"leaf"));
+    append(*parent, *one);
+    append(*parent, *two);
+    parent.reset();
+    append(*two, *one); // whose next was two itself
+    append(*document, *two);
+    EXPECT_EQ("<two>\n    <leaf/>\n    <one/>\n</two>\n", saved(document));
+
+    const auto loaded = documentOf(L"<r><a/><b/></r>");
+    auto root = firstChildOf(*loaded);
+    const auto held = firstChildOf(*root);
+    loaded->removeChild(root.get(), nullptr);
+    root.reset(); // and with it the neighbour
+    ASSERT_EQ(S_OK, loaded->loadXML(Bstr(L"<home><x/></home>").get(), nullptr));
+    append(*firstChildOf(*loaded), *held);
+    EXPECT_EQ("<home>\n    <x/>\n    <a/>\n</home>\n", saved(loaded));
+}
+
+// The next three come before the others, in this order: once something was appended below an attribute, the
+// process measures elements in another way.
 
 TEST_F(Guards, NoTreeBecomesDeeperThanTheBoundInWhateverOrderItIsBuilt)
 {
