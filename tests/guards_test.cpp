@@ -57,6 +57,9 @@ TEST_F(Guards, ANodeThatOutlivedItsParentTakesNoNeighbourOfThenAlong)
     append(*parent, *two);
     parent.reset();
     append(*two, *one); // whose next was two itself
+    LONG length = 0;
+    listOf(*two)->get_length(&length);
+    ASSERT_EQ(2, length) << "or else two stands below itself";
     append(*document, *two);
     EXPECT_EQ("<two>\n    <leaf/>\n    <one/>\n</two>\n", saved(document));
 

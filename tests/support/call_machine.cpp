@@ -64,7 +64,11 @@ struct HeldMap
 class CallMachine
 {
 public:
-    explicit CallMachine(std::function<unsigned(unsigned)> choose) : m_choose(std::move(choose)) {}
+    CallMachine(std::function<unsigned(unsigned)> choose, std::size_t documents) : m_choose(std::move(choose))
+    {
+        while (m_documents.size() < documents)
+            m_documents.push_back(newDocument());
+    }
     ~CallMachine()
     {
         while (!m_nodes.empty() || !m_lists.empty() || !m_maps.empty())
@@ -334,13 +338,13 @@ private:
         drop(m_nodes);
         drop(m_lists);
         drop(m_maps);
-        if (m_choose(6) == 0)
+        if (m_documents.size() > 1 && m_choose(6) == 0)
             oneOf(m_documents) = newDocument(); // the host lets go of one
     }
 
     std::function<unsigned(unsigned)> m_choose;
     std::string m_difference;
-    std::vector<Held> m_documents{newDocument(), newDocument()};
+    std::vector<Held> m_documents;
     std::vector<Held> m_nodes;
     std::vector<HeldList> m_lists;
     std::vector<HeldMap> m_maps;
@@ -348,9 +352,10 @@ private:
 
 } // namespace
 
-std::string makeCalls(std::function<unsigned(unsigned)> choose, const std::function<bool()>& goesOn)
+std::string makeCalls(std::function<unsigned(unsigned)> choose, const std::function<bool()>& goesOn,
+                      std::size_t documents)
 {
-    CallMachine machine(std::move(choose));
+    CallMachine machine(std::move(choose), documents);
     while (goesOn()) {
         const std::string& difference = machine.step();
         if (!difference.empty())

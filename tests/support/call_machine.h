@@ -8,5 +8,7 @@
 
 /// Makes calls until it finds a difference or is told to stop, and releases everything.
 /// \param choose answers a number below its argument
+/// \param documents how many there are. With one, no node of another ever comes into it
 /// \return an empty string, or what differs from the promise
-std::string makeCalls(std::function<unsigned(unsigned)> choose, const std::function<bool()>& goesOn);
+std::string makeCalls(std::function<unsigned(unsigned)> choose, const std::function<bool()>& goesOn,
+                      std::size_t documents = 2);
