@@ -25,7 +25,10 @@ execute_process(COMMAND gzip -9nf ${work}/changelog COMMAND_ERROR_IS_FATAL ANY)
 foreach(component IN LISTS CPACK_COMPONENTS_ALL)
   string(TOUPPER ${component} part)
   set(share ${CPACK_TEMPORARY_DIRECTORY}/${component}${CPACK_PACKAGING_INSTALL_PREFIX}/share)
-  file(COPY ${work}/changelog.gz ${work}/copyright DESTINATION ${share}/doc/${CPACK_DEBIAN_${part}_PACKAGE_NAME})
+  # Whatever the builder's umask is.
+  file(COPY ${work}/changelog.gz ${work}/copyright DESTINATION ${share}/doc/${CPACK_DEBIAN_${part}_PACKAGE_NAME}
+       FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ
+       DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
   file(GLOB pages ${share}/man/man*/*.[1-9])
   foreach(page IN LISTS pages)
     execute_process(COMMAND gzip -9n ${page} COMMAND_ERROR_IS_FATAL ANY)

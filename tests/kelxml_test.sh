@@ -32,6 +32,11 @@ fresh
 echo '<a><b></a>' >broken.xml
 { printf '<a>%.0s' {1..3000}; printf '</a>%.0s' {1..3000}; } >deep.xml
 
+# Streams that are closed are not taken for files.
+if "$kelxml" copy doc.xml - >&- 2>/dev/null; then fail 'copied to a closed output'; fi
+if "$kelxml" tree - <&- 2>closed.txt; then fail 'read from a closed input'; fi
+grep -q 'cannot read the standard input' closed.txt || fail "$(cat closed.txt)"
+
 # Questions about the tool itself.
 expect 0 "kelxml $version" --version
 expect 0 'Exit code: 0 fine' --help

@@ -7,6 +7,7 @@
 
 #include <clocale>
 #include <exception>
+#include <fcntl.h>
 #include <iostream>
 
 namespace
@@ -192,10 +193,20 @@ void run(std::vector<std::string_view> words)
     }
 }
 
+/// A standard stream that the caller closed stays unusable: else the next file to be opened would take its
+/// place, and be written over, or written into itself.
+void occupyClosedStreams()
+{
+    for (int stream = 0; stream <= 2; ++stream)
+        if (fcntl(stream, F_GETFD) < 0)
+            open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY); // takes the lowest number that is free
+}
+
 } // namespace
 
 int main(int count, char** words)
 {
+    occupyClosedStreams();
     // File names reach the system in the character encoding of the locale; numbers stay as they are.
     std::setlocale(LC_CTYPE, "");
     std::ios::sync_with_stdio(false);

@@ -119,8 +119,7 @@ public:
     /// \param deep any value but 0 copies all descendants
     /// \param result receives a new element with one reference, which the caller releases; may be null
     /// \return `S_OK`, also when the element holds no node (nothing written). Documents, attributes and
-    /// generic
-    ///         nodes: `S_OK`, nothing written
+    ///         generic nodes: `S_OK`, nothing written
     virtual HRESULT cloneNode(VARIANT_BOOL deep, IXMLDOMNode** result) = 0;
     /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_nodeType`.
     virtual HRESULT get_nodeTypeString(BSTR* type) = 0;
