@@ -13,6 +13,7 @@
 #include <array>
 #include <atomic>
 #include <optional>
+#include <utility>
 
 namespace kelxml
 {
