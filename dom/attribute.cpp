@@ -13,9 +13,9 @@
 
 using kelxml::Inside;
 
-CMorvXMLDOMAttribute::CMorvXMLDOMAttribute(const QDomNode& node, const QDomDocument& document)
-    : m_node(node.toAttr()), m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document),
-      m_keeper(kelxml::keeperOf(node))
+CMorvXMLDOMAttribute::CMorvXMLDOMAttribute(const QDomNode& node, const kelxml::DocumentRef& document)
+    : m_node(node.toAttr()), m_ownerDocument(kelxml::makeOwnerDocument(document.handle)),
+      m_document(document.handle), m_standIn(document.keptStandIn()), m_keeper(kelxml::keeperOf(node))
 {}
 
 CMorvXMLDOMAttribute::~CMorvXMLDOMAttribute()
@@ -41,7 +41,7 @@ ULONG CMorvXMLDOMAttribute::Release()
 
 HRESULT CMorvXMLDOMAttribute::get_nodeName(BSTR* name)
 {
-    return kelxml::nodeName(Inside::placeOf(*this), name);
+    return kelxml::nodeName(Inside::refTo(*this), name);
 }
 
 HRESULT CMorvXMLDOMAttribute::get_nodeType(DOMNodeType* type)
@@ -51,42 +51,42 @@ HRESULT CMorvXMLDOMAttribute::get_nodeType(DOMNodeType* type)
 
 HRESULT CMorvXMLDOMAttribute::get_parentNode(IXMLDOMNode** parent)
 {
-    return kelxml::parentNode(Inside::placeOf(*this), parent);
+    return kelxml::parentNode(Inside::refTo(*this), parent);
 }
 
 HRESULT CMorvXMLDOMAttribute::get_childNodes(IXMLDOMNodeList** children)
 {
-    return kelxml::childNodes(Inside::placeOf(*this), children);
+    return kelxml::childNodes(Inside::refTo(*this), children);
 }
 
 HRESULT CMorvXMLDOMAttribute::get_firstChild(IXMLDOMNode** child)
 {
-    return kelxml::firstChild(Inside::placeOf(*this), child);
+    return kelxml::firstChild(Inside::refTo(*this), child);
 }
 
 HRESULT CMorvXMLDOMAttribute::get_attributes(IXMLDOMNamedNodeMap** attributes)
 {
-    return kelxml::attributes(Inside::placeOf(*this), attributes);
+    return kelxml::attributes(Inside::refTo(*this), attributes);
 }
 
 HRESULT CMorvXMLDOMAttribute::removeChild(IXMLDOMNode* child, IXMLDOMNode** result)
 {
-    return kelxml::removeChild(Inside::placeOf(*this), child, result);
+    return kelxml::removeChild(Inside::refTo(*this), child, result);
 }
 
 HRESULT CMorvXMLDOMAttribute::appendChild(IXMLDOMNode* child, IXMLDOMNode** result)
 {
-    return kelxml::appendChild(Inside::placeOf(*this), child, result);
+    return kelxml::appendChild(Inside::refTo(*this), child, result);
 }
 
 HRESULT CMorvXMLDOMAttribute::hasChildNodes(VARIANT_BOOL* hasChildren)
 {
-    return kelxml::hasChildNodes(Inside::placeOf(*this), hasChildren);
+    return kelxml::hasChildNodes(Inside::refTo(*this), hasChildren);
 }
 
 HRESULT CMorvXMLDOMAttribute::get_ownerDocument(IXMLDOMDocument** document)
 {
-    return kelxml::ownerDocument(Inside::placeOf(*this), m_ownerDocument, document);
+    return kelxml::ownerDocument(Inside::refTo(*this), m_ownerDocument, document);
 }
 
 HRESULT CMorvXMLDOMAttribute::get_text(BSTR*)
@@ -96,7 +96,7 @@ HRESULT CMorvXMLDOMAttribute::get_text(BSTR*)
 
 HRESULT CMorvXMLDOMAttribute::put_text(BSTR text)
 {
-    return kelxml::setNodeValue(Inside::placeOf(*this), text);
+    return kelxml::setNodeValue(Inside::refTo(*this), text);
 }
 
 HRESULT CMorvXMLDOMAttribute::get_value(VARIANT* value)

@@ -21,7 +21,8 @@ template <class Wrapper>
 const void* dispatchTableOf()
 {
     static const void* const table = [] {
-        const Wrapper specimen({}, {});
+        const QDomDocument none;
+        const Wrapper specimen({}, DocumentRef{none, none});
         return dispatchTableAt(&specimen);
     }();
     return table;
@@ -38,24 +39,24 @@ const void* dispatchTableOf<CMorvXMLDOMDocument>()
 }
 
 template <class Wrapper>
-Place placeOfWrapper(IXMLDOMNode* child)
+NodeRef refOfWrapper(IXMLDOMNode* child)
 {
-    return Inside::placeOf(*static_cast<const Wrapper*>(child));
+    return Inside::refTo(*static_cast<const Wrapper*>(child));
 }
 
 } // namespace
 
-std::optional<Place> placeOfChild(IXMLDOMNode* child)
+std::optional<NodeRef> refOfChild(IXMLDOMNode* child)
 {
     const void* const table = dispatchTableAt(child);
     if (table == dispatchTableOf<CMorvXMLDOMElement>())
-        return placeOfWrapper<CMorvXMLDOMElement>(child);
+        return refOfWrapper<CMorvXMLDOMElement>(child);
     if (table == dispatchTableOf<CMorvXMLDOMNode>())
-        return placeOfWrapper<CMorvXMLDOMNode>(child);
+        return refOfWrapper<CMorvXMLDOMNode>(child);
     if (table == dispatchTableOf<CMorvXMLDOMAttribute>())
-        return placeOfWrapper<CMorvXMLDOMAttribute>(child);
+        return refOfWrapper<CMorvXMLDOMAttribute>(child);
     if (table == dispatchTableOf<CMorvXMLDOMDocument>())
-        return placeOfWrapper<CMorvXMLDOMDocument>(child);
+        return refOfWrapper<CMorvXMLDOMDocument>(child);
     return std::nullopt;
 }
 

@@ -8,7 +8,7 @@
 namespace kelxml
 {
 
-HRESULT nodeName(const Place& self, BSTR* name)
+HRESULT nodeName(const NodeRef& self, BSTR* name)
 {
     if (!name)
         return S_FALSE;
@@ -24,7 +24,7 @@ HRESULT nodeValue(const QString& value, VARIANT* out)
     return S_OK;
 }
 
-HRESULT setNodeValue(const Place& self, const wchar_t* text)
+HRESULT setNodeValue(const NodeRef& self, const wchar_t* text)
 {
     settle(self);
     QDomNode(self.node).setNodeValue(fromWide(text));

@@ -7,8 +7,8 @@
 namespace kelxml
 {
 
-HRESULT nodeName(const Place& self, BSTR* name);
+HRESULT nodeName(const NodeRef& self, BSTR* name);
 HRESULT nodeValue(const QString& value, VARIANT* out);
-HRESULT setNodeValue(const Place& self, const wchar_t* text);
+HRESULT setNodeValue(const NodeRef& self, const wchar_t* text);
 
 } // namespace kelxml

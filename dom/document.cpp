@@ -46,7 +46,7 @@ ULONG CMorvXMLDOMDocument::Release()
 
 HRESULT CMorvXMLDOMDocument::get_nodeName(BSTR* name)
 {
-    return kelxml::nodeName(Inside::placeOf(*this), name);
+    return kelxml::nodeName(Inside::refTo(*this), name);
 }
 
 HRESULT CMorvXMLDOMDocument::get_nodeValue(VARIANT* value)
@@ -61,37 +61,37 @@ HRESULT CMorvXMLDOMDocument::get_nodeType(DOMNodeType* type)
 
 HRESULT CMorvXMLDOMDocument::get_parentNode(IXMLDOMNode** parent)
 {
-    return kelxml::parentNode(Inside::placeOf(*this), parent);
+    return kelxml::parentNode(Inside::refTo(*this), parent);
 }
 
 HRESULT CMorvXMLDOMDocument::get_childNodes(IXMLDOMNodeList** children)
 {
-    return kelxml::childNodes(Inside::placeOf(*this), children);
+    return kelxml::childNodes(Inside::refTo(*this), children);
 }
 
 HRESULT CMorvXMLDOMDocument::get_firstChild(IXMLDOMNode** child)
 {
-    return kelxml::firstChild(Inside::placeOf(*this), child);
+    return kelxml::firstChild(Inside::refTo(*this), child);
 }
 
 HRESULT CMorvXMLDOMDocument::get_attributes(IXMLDOMNamedNodeMap** attributes)
 {
-    return kelxml::attributes(Inside::placeOf(*this), attributes);
+    return kelxml::attributes(Inside::refTo(*this), attributes);
 }
 
 HRESULT CMorvXMLDOMDocument::removeChild(IXMLDOMNode* child, IXMLDOMNode** result)
 {
-    return kelxml::removeChild(Inside::placeOf(*this), child, result);
+    return kelxml::removeChild(Inside::refTo(*this), child, result);
 }
 
 HRESULT CMorvXMLDOMDocument::appendChild(IXMLDOMNode* child, IXMLDOMNode** result)
 {
-    return kelxml::appendChild(Inside::placeOf(*this), child, result);
+    return kelxml::appendChild(Inside::refTo(*this), child, result);
 }
 
 HRESULT CMorvXMLDOMDocument::hasChildNodes(VARIANT_BOOL* hasChildren)
 {
-    return kelxml::hasChildNodes(Inside::placeOf(*this), hasChildren);
+    return kelxml::hasChildNodes(Inside::refTo(*this), hasChildren);
 }
 
 HRESULT CMorvXMLDOMDocument::get_ownerDocument(IXMLDOMDocument** document)
@@ -105,12 +105,12 @@ HRESULT CMorvXMLDOMDocument::get_ownerDocument(IXMLDOMDocument** document)
 
 HRESULT CMorvXMLDOMDocument::put_text(BSTR text)
 {
-    return kelxml::setNodeValue(Inside::placeOf(*this), text);
+    return kelxml::setNodeValue(Inside::refTo(*this), text);
 }
 
 HRESULT CMorvXMLDOMDocument::selectNodes(BSTR query, IXMLDOMNodeList** list)
 {
-    return kelxml::elementsByTagName(Inside::placeOf(*this), query, list);
+    return kelxml::elementsByTagName(Inside::refTo(*this), query, list);
 }
 
 HRESULT CMorvXMLDOMDocument::get_documentElement(IXMLDOMElement** element)
@@ -118,8 +118,8 @@ HRESULT CMorvXMLDOMDocument::get_documentElement(IXMLDOMElement** element)
     if (!element)
         return S_FALSE;
     if (!m_documentElement) {
-        m_documentElement =
-            kel::ComPtr<CMorvXMLDOMElement>(new CMorvXMLDOMElement(m_document.documentElement(), m_document));
+        m_documentElement = kel::ComPtr<CMorvXMLDOMElement>(
+            new CMorvXMLDOMElement(m_document.documentElement(), Inside::documentOf(*this)));
     }
     *element = kel::ComPtr<CMorvXMLDOMElement>(m_documentElement).detach();
     return S_OK;
@@ -137,8 +137,10 @@ HRESULT CMorvXMLDOMDocument::createNode(VARIANT type, BSTR name, BSTR namespaceU
     const QString qualifiedName = kelxml::fromWide(name);
     const QString uri = kelxml::fromWide(namespaceURI);
     if (nodeType == NODE_ELEMENT)
-        kelxml::wrapAs(NODE_ELEMENT, m_document.createElementNS(uri, qualifiedName), m_document, node);
+        kelxml::wrapAs(NODE_ELEMENT, m_document.createElementNS(uri, qualifiedName),
+                       Inside::documentOf(*this), node);
     else
-        kelxml::wrapAs(NODE_ATTRIBUTE, m_document.createAttributeNS(uri, qualifiedName), m_document, node);
+        kelxml::wrapAs(NODE_ATTRIBUTE, m_document.createAttributeNS(uri, qualifiedName),
+                       Inside::documentOf(*this), node);
     return S_OK;
 }

@@ -16,8 +16,9 @@
 
 using kelxml::Inside;
 
-CMorvXMLDOMElement::CMorvXMLDOMElement(const QDomNode& node, const QDomDocument& document)
-    : m_node(node.toElement()), m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document)
+CMorvXMLDOMElement::CMorvXMLDOMElement(const QDomNode& node, const kelxml::DocumentRef& document)
+    : m_node(node.toElement()), m_ownerDocument(kelxml::makeOwnerDocument(document.handle)),
+      m_document(document.handle), m_standIn(document.keptStandIn())
 {}
 
 CMorvXMLDOMElement::~CMorvXMLDOMElement()
@@ -43,7 +44,7 @@ ULONG CMorvXMLDOMElement::Release()
 
 HRESULT CMorvXMLDOMElement::get_nodeName(BSTR* name)
 {
-    return kelxml::nodeName(Inside::placeOf(*this), name);
+    return kelxml::nodeName(Inside::refTo(*this), name);
 }
 
 HRESULT CMorvXMLDOMElement::get_nodeType(DOMNodeType* type)
@@ -53,53 +54,53 @@ HRESULT CMorvXMLDOMElement::get_nodeType(DOMNodeType* type)
 
 HRESULT CMorvXMLDOMElement::get_parentNode(IXMLDOMNode** parent)
 {
-    return kelxml::parentNode(Inside::placeOf(*this), parent);
+    return kelxml::parentNode(Inside::refTo(*this), parent);
 }
 
 HRESULT CMorvXMLDOMElement::get_childNodes(IXMLDOMNodeList** children)
 {
-    return kelxml::childNodes(Inside::placeOf(*this), children);
+    return kelxml::childNodes(Inside::refTo(*this), children);
 }
 
 HRESULT CMorvXMLDOMElement::get_firstChild(IXMLDOMNode** child)
 {
-    return kelxml::firstChild(Inside::placeOf(*this), child);
+    return kelxml::firstChild(Inside::refTo(*this), child);
 }
 
 HRESULT CMorvXMLDOMElement::get_attributes(IXMLDOMNamedNodeMap** attributes)
 {
-    return kelxml::attributes(Inside::placeOf(*this), attributes);
+    return kelxml::attributes(Inside::refTo(*this), attributes);
 }
 
 HRESULT CMorvXMLDOMElement::removeChild(IXMLDOMNode* child, IXMLDOMNode** result)
 {
-    return kelxml::removeChildOfElement(Inside::placeOf(*this), child, result);
+    return kelxml::removeChildOfElement(Inside::refTo(*this), child, result);
 }
 
 HRESULT CMorvXMLDOMElement::appendChild(IXMLDOMNode* child, IXMLDOMNode** result)
 {
-    return kelxml::appendChild(Inside::placeOf(*this), child, result);
+    return kelxml::appendChild(Inside::refTo(*this), child, result);
 }
 
 HRESULT CMorvXMLDOMElement::hasChildNodes(VARIANT_BOOL* hasChildren)
 {
-    return kelxml::hasChildNodes(Inside::placeOf(*this), hasChildren);
+    return kelxml::hasChildNodes(Inside::refTo(*this), hasChildren);
 }
 
 HRESULT CMorvXMLDOMElement::get_ownerDocument(IXMLDOMDocument** document)
 {
-    return kelxml::ownerDocument(Inside::placeOf(*this), m_ownerDocument, document);
+    return kelxml::ownerDocument(Inside::refTo(*this), m_ownerDocument, document);
 }
 
 HRESULT CMorvXMLDOMElement::cloneNode(VARIANT_BOOL deep, IXMLDOMNode** result)
 {
     if (!result)
         return S_OK;
-    kelxml::settle(Inside::placeOf(*this));
+    kelxml::settle(Inside::refTo(*this));
     const kelxml::HeightsForgotten forgotten;
     const QDomNode copy = m_node.cloneNode(deep != VARIANT_FALSE);
     if (copy.isElement())
-        kelxml::wrapAs(NODE_ELEMENT, copy, m_document, result);
+        kelxml::wrapAs(NODE_ELEMENT, copy, Inside::documentOf(*this), result);
     return S_OK;
 }
 
@@ -118,8 +119,8 @@ HRESULT CMorvXMLDOMElement::put_text(BSTR text)
         return S_FALSE;
     if (m_node.isNull())
         return S_OK;
-    kelxml::settle(Inside::placeOf(*this));
-    QDomDocument document = Inside::placeOf(*m_ownerDocument).document;
+    kelxml::settle(Inside::refTo(*this));
+    QDomDocument document = Inside::documentOf(*this).living();
     const QDomNode replacement = document.createTextNode(data);
     m_node.removeChild(m_node.firstChild());
     m_node.appendChild(replacement);
@@ -128,14 +129,14 @@ HRESULT CMorvXMLDOMElement::put_text(BSTR text)
 
 HRESULT CMorvXMLDOMElement::selectNodes(BSTR query, IXMLDOMNodeList** list)
 {
-    return kelxml::elementsByTagName(Inside::placeOf(*this), query, list);
+    return kelxml::elementsByTagName(Inside::refTo(*this), query, list);
 }
 
 HRESULT CMorvXMLDOMElement::setAttribute(BSTR name, VARIANT value)
 {
     if (!name)
         return S_FALSE;
-    kelxml::settle(Inside::placeOf(*this));
+    kelxml::settle(Inside::refTo(*this));
     kelxml::setAttributeValue(m_node, kelxml::fromWide(name), value);
     return S_OK;
 }

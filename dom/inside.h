@@ -8,17 +8,10 @@
 #include "KelXmlLib/named_node_map.h"
 #include "KelXmlLib/node.h"
 #include "KelXmlLib/node_list.h"
+#include "dom/node_ref.h"
 
 namespace kelxml
 {
-
-/// A node as an object of ours presents it: the Qt node, and the document handle that every object reached
-/// from it carries on.
-struct Place
-{
-    const QDomNode& node;
-    const QDomDocument& document;
-};
 
 // The classes are not of standard layout; GCC and Clang define offsetof for them all the same.
 #pragma GCC diagnostic push
@@ -26,11 +19,21 @@ struct Place
 struct Inside
 {
     template <class Wrapper>
-    static Place placeOf(const Wrapper& wrapper)
+    static NodeRef refTo(const Wrapper& wrapper)
     {
-        return {wrapper.m_node, wrapper.m_document};
+        return {wrapper.m_node, documentOf(wrapper)};
     }
-    static Place placeOf(const CMorvXMLDOMDocument& document)
+    static NodeRef refTo(const CMorvXMLDOMDocument& document)
+    {
+        return {document.m_document, documentOf(document)};
+    }
+
+    template <class Wrapper>
+    static DocumentRef documentOf(const Wrapper& wrapper)
+    {
+        return {wrapper.m_document, wrapper.m_standIn};
+    }
+    static DocumentRef documentOf(const CMorvXMLDOMDocument& document)
     {
         return {document.m_document, document.m_document};
     }

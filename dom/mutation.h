@@ -7,11 +7,11 @@
 namespace kelxml
 {
 
-HRESULT appendChild(const Place& self, IXMLDOMNode* child, IXMLDOMNode** result);
-HRESULT removeChild(const Place& self, IXMLDOMNode* child, IXMLDOMNode** result);
+HRESULT appendChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
+HRESULT removeChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 
 /// The element's own: of an element child, the result wraps what Qt took out, which is nothing when it was
 /// no child of this element.
-HRESULT removeChildOfElement(const Place& self, IXMLDOMNode* child, IXMLDOMNode** result);
+HRESULT removeChildOfElement(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 
 } // namespace kelxml

@@ -10,8 +10,9 @@
 
 using kelxml::Inside;
 
-CMorvXMLDOMNamedNodeMap::CMorvXMLDOMNamedNodeMap(const QDomNode& node, const QDomDocument& document)
-    : m_map(node.attributes()), m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document),
+CMorvXMLDOMNamedNodeMap::CMorvXMLDOMNamedNodeMap(const QDomNode& node, const kelxml::DocumentRef& document)
+    : m_map(node.attributes()), m_ownerDocument(kelxml::makeOwnerDocument(document.handle)),
+      m_document(document.handle), m_standIn(document.keptStandIn()),
       m_keeper(node.isElement() ? node : QDomNode())
 {}
 
@@ -43,7 +44,7 @@ HRESULT CMorvXMLDOMNamedNodeMap::getNamedItem(BSTR name, IXMLDOMNode** node)
     const QDomNode item = m_map.namedItem(kelxml::fromWide(name));
     if (item.isNull())
         return S_FALSE;
-    kelxml::wrapForReturn(item, m_document, node);
+    kelxml::wrapForReturn(item, Inside::documentOf(*this), node);
     return S_OK;
 }
 
@@ -54,7 +55,7 @@ HRESULT CMorvXMLDOMNamedNodeMap::get_item(LONG index, IXMLDOMNode** node)
     if (index < 0 || index >= m_map.length())
         *node = nullptr;
     else
-        kelxml::wrapForReturn(m_map.item(index), m_document, node);
+        kelxml::wrapForReturn(m_map.item(index), Inside::documentOf(*this), node);
     return S_OK;
 }
 

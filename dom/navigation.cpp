@@ -12,7 +12,7 @@ namespace kelxml
 namespace
 {
 
-HRESULT handOutIfAny(const QDomNode& node, const QDomDocument& document, IXMLDOMNode** out)
+HRESULT handOutIfAny(const QDomNode& node, const DocumentRef& document, IXMLDOMNode** out)
 {
     if (!out || node.isNull())
         return S_FALSE;
@@ -20,7 +20,7 @@ HRESULT handOutIfAny(const QDomNode& node, const QDomDocument& document, IXMLDOM
     return S_OK;
 }
 
-HRESULT handOutList(const CMorvXMLDOMNodeListOrigin& origin, const QDomDocument& document,
+HRESULT handOutList(const CMorvXMLDOMNodeListOrigin& origin, const DocumentRef& document,
                     IXMLDOMNodeList** list)
 {
     if (!list)
@@ -31,17 +31,17 @@ HRESULT handOutList(const CMorvXMLDOMNodeListOrigin& origin, const QDomDocument&
 
 } // namespace
 
-HRESULT parentNode(const Place& self, IXMLDOMNode** parent)
+HRESULT parentNode(const NodeRef& self, IXMLDOMNode** parent)
 {
     return handOutIfAny(self.node.parentNode(), self.document, parent);
 }
 
-HRESULT firstChild(const Place& self, IXMLDOMNode** child)
+HRESULT firstChild(const NodeRef& self, IXMLDOMNode** child)
 {
     return handOutIfAny(self.node.firstChild(), self.document, child);
 }
 
-HRESULT hasChildNodes(const Place& self, VARIANT_BOOL* hasChildren)
+HRESULT hasChildNodes(const NodeRef& self, VARIANT_BOOL* hasChildren)
 {
     if (!hasChildren)
         return S_FALSE;
@@ -49,12 +49,12 @@ HRESULT hasChildNodes(const Place& self, VARIANT_BOOL* hasChildren)
     return S_OK;
 }
 
-HRESULT childNodes(const Place& self, IXMLDOMNodeList** children)
+HRESULT childNodes(const NodeRef& self, IXMLDOMNodeList** children)
 {
     return handOutList({self.node, false, QString()}, self.document, children);
 }
 
-HRESULT attributes(const Place& self, IXMLDOMNamedNodeMap** attributes)
+HRESULT attributes(const NodeRef& self, IXMLDOMNamedNodeMap** attributes)
 {
     if (!attributes)
         return S_FALSE;
@@ -62,7 +62,7 @@ HRESULT attributes(const Place& self, IXMLDOMNamedNodeMap** attributes)
     return S_OK;
 }
 
-HRESULT elementsByTagName(const Place& self, const wchar_t* name, IXMLDOMNodeList** list)
+HRESULT elementsByTagName(const NodeRef& self, const wchar_t* name, IXMLDOMNodeList** list)
 {
     return handOutList({self.node, true, fromWide(name)}, self.document, list);
 }
@@ -75,7 +75,8 @@ HRESULT reportType(DOMNodeType type, DOMNodeType* out)
     return S_OK;
 }
 
-HRESULT ownerDocument(const Place& self, kel::ComPtr<CMorvXMLDOMDocument>& owner, IXMLDOMDocument** document)
+HRESULT ownerDocument(const NodeRef& self, kel::ComPtr<CMorvXMLDOMDocument>& owner,
+                      IXMLDOMDocument** document)
 {
     if (!document)
         return S_FALSE;

@@ -7,15 +7,16 @@
 namespace kelxml
 {
 
-HRESULT parentNode(const Place& self, IXMLDOMNode** parent);
-HRESULT firstChild(const Place& self, IXMLDOMNode** child);
-HRESULT hasChildNodes(const Place& self, VARIANT_BOOL* hasChildren);
-HRESULT childNodes(const Place& self, IXMLDOMNodeList** children);
-HRESULT attributes(const Place& self, IXMLDOMNamedNodeMap** attributes);
-HRESULT elementsByTagName(const Place& self, const wchar_t* name, IXMLDOMNodeList** list);
+HRESULT parentNode(const NodeRef& self, IXMLDOMNode** parent);
+HRESULT firstChild(const NodeRef& self, IXMLDOMNode** child);
+HRESULT hasChildNodes(const NodeRef& self, VARIANT_BOOL* hasChildren);
+HRESULT childNodes(const NodeRef& self, IXMLDOMNodeList** children);
+HRESULT attributes(const NodeRef& self, IXMLDOMNamedNodeMap** attributes);
+HRESULT elementsByTagName(const NodeRef& self, const wchar_t* name, IXMLDOMNodeList** list);
 HRESULT reportType(DOMNodeType type, DOMNodeType* out);
 
 /// The owner document of a node object: the one it has, or the one that Qt names, kept in `owner`.
-HRESULT ownerDocument(const Place& self, kel::ComPtr<CMorvXMLDOMDocument>& owner, IXMLDOMDocument** document);
+HRESULT ownerDocument(const NodeRef& self, kel::ComPtr<CMorvXMLDOMDocument>& owner,
+                      IXMLDOMDocument** document);
 
 } // namespace kelxml

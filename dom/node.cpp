@@ -14,8 +14,9 @@
 
 using kelxml::Inside;
 
-CMorvXMLDOMNode::CMorvXMLDOMNode(const QDomNode& node, const QDomDocument& document)
-    : m_node(node), m_ownerDocument(kelxml::makeOwnerDocument(document)), m_document(document)
+CMorvXMLDOMNode::CMorvXMLDOMNode(const QDomNode& node, const kelxml::DocumentRef& document)
+    : m_node(node), m_ownerDocument(kelxml::makeOwnerDocument(document.handle)), m_document(document.handle),
+      m_standIn(document.keptStandIn())
 {}
 
 CMorvXMLDOMNode::~CMorvXMLDOMNode()
@@ -40,7 +41,7 @@ ULONG CMorvXMLDOMNode::Release()
 
 HRESULT CMorvXMLDOMNode::get_nodeName(BSTR* name)
 {
-    return kelxml::nodeName(Inside::placeOf(*this), name);
+    return kelxml::nodeName(Inside::refTo(*this), name);
 }
 
 HRESULT CMorvXMLDOMNode::get_nodeValue(VARIANT* value)
@@ -55,42 +56,42 @@ HRESULT CMorvXMLDOMNode::get_nodeType(DOMNodeType* type)
 
 HRESULT CMorvXMLDOMNode::get_parentNode(IXMLDOMNode** parent)
 {
-    return kelxml::parentNode(Inside::placeOf(*this), parent);
+    return kelxml::parentNode(Inside::refTo(*this), parent);
 }
 
 HRESULT CMorvXMLDOMNode::get_childNodes(IXMLDOMNodeList** children)
 {
-    return kelxml::childNodes(Inside::placeOf(*this), children);
+    return kelxml::childNodes(Inside::refTo(*this), children);
 }
 
 HRESULT CMorvXMLDOMNode::get_firstChild(IXMLDOMNode** child)
 {
-    return kelxml::firstChild(Inside::placeOf(*this), child);
+    return kelxml::firstChild(Inside::refTo(*this), child);
 }
 
 HRESULT CMorvXMLDOMNode::get_attributes(IXMLDOMNamedNodeMap** attributes)
 {
-    return kelxml::attributes(Inside::placeOf(*this), attributes);
+    return kelxml::attributes(Inside::refTo(*this), attributes);
 }
 
 HRESULT CMorvXMLDOMNode::removeChild(IXMLDOMNode* child, IXMLDOMNode** result)
 {
-    return kelxml::removeChild(Inside::placeOf(*this), child, result);
+    return kelxml::removeChild(Inside::refTo(*this), child, result);
 }
 
 HRESULT CMorvXMLDOMNode::appendChild(IXMLDOMNode* child, IXMLDOMNode** result)
 {
-    return kelxml::appendChild(Inside::placeOf(*this), child, result);
+    return kelxml::appendChild(Inside::refTo(*this), child, result);
 }
 
 HRESULT CMorvXMLDOMNode::hasChildNodes(VARIANT_BOOL* hasChildren)
 {
-    return kelxml::hasChildNodes(Inside::placeOf(*this), hasChildren);
+    return kelxml::hasChildNodes(Inside::refTo(*this), hasChildren);
 }
 
 HRESULT CMorvXMLDOMNode::get_ownerDocument(IXMLDOMDocument** document)
 {
-    return kelxml::ownerDocument(Inside::placeOf(*this), m_ownerDocument, document);
+    return kelxml::ownerDocument(Inside::refTo(*this), m_ownerDocument, document);
 }
 
 HRESULT CMorvXMLDOMNode::get_text(BSTR* text)
@@ -103,5 +104,5 @@ HRESULT CMorvXMLDOMNode::get_text(BSTR* text)
 
 HRESULT CMorvXMLDOMNode::put_text(BSTR text)
 {
-    return kelxml::setNodeValue(Inside::placeOf(*this), text);
+    return kelxml::setNodeValue(Inside::refTo(*this), text);
 }

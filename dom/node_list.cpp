@@ -18,7 +18,7 @@ namespace
 /// No count of changes: a list made at it is made anew.
 constexpr std::uint64_t kNeverMade = std::numeric_limits<std::uint64_t>::max();
 
-QDomNodeList makeList(const CMorvXMLDOMNodeListOrigin& origin, const QDomDocument& document)
+QDomNodeList makeList(const CMorvXMLDOMNodeListOrigin& origin, const kelxml::DocumentRef& document)
 {
     kelxml::settle({origin.node, document});
     if (!origin.byTagName)
@@ -31,10 +31,10 @@ QDomNodeList makeList(const CMorvXMLDOMNodeListOrigin& origin, const QDomDocumen
 } // namespace
 
 CMorvXMLDOMNodeList::CMorvXMLDOMNodeList(const CMorvXMLDOMNodeListOrigin& origin,
-                                         const QDomDocument& document)
-    : m_list(makeList(origin, document)), m_ownerDocument(kelxml::makeOwnerDocument(document)),
-      m_document(document), m_keeper(kelxml::keeperOf(origin.node)), m_origin(origin),
-      m_madeAt(kelxml::documentChanges())
+                                         const kelxml::DocumentRef& document)
+    : m_list(makeList(origin, document)), m_ownerDocument(kelxml::makeOwnerDocument(document.handle)),
+      m_document(document.handle), m_standIn(document.keptStandIn()), m_keeper(kelxml::keeperOf(origin.node)),
+      m_origin(origin), m_madeAt(kelxml::documentChanges())
 {}
 
 CMorvXMLDOMNodeList::~CMorvXMLDOMNodeList()
@@ -45,9 +45,10 @@ CMorvXMLDOMNodeList::~CMorvXMLDOMNodeList()
 template <class Read>
 auto CMorvXMLDOMNodeList::read(Read read)
 {
-    kelxml::settle({m_origin.node, m_document});
+    const kelxml::DocumentRef document = Inside::documentOf(*this);
+    kelxml::settle({m_origin.node, document});
     if (m_madeAt != kelxml::documentChanges())
-        m_list = makeList(m_origin, m_document);
+        m_list = makeList(m_origin, document);
     m_madeAt = kNeverMade;
     const auto answer = read(m_list);
     m_madeAt = kelxml::documentChanges();
@@ -81,7 +82,7 @@ HRESULT CMorvXMLDOMNodeList::get_item(LONG index, IXMLDOMNode** node)
     const QDomNode item = itemAt(index);
     if (item.isNull())
         return S_FALSE;
-    kelxml::wrapForReturn(item, m_document, node);
+    kelxml::wrapForReturn(item, Inside::documentOf(*this), node);
     return S_OK;
 }
 
@@ -103,6 +104,6 @@ HRESULT CMorvXMLDOMNodeList::nextNode(IXMLDOMNode** node)
         return S_FALSE;
     }
     ++m_cursor;
-    kelxml::wrapForReturn(item, m_document, node);
+    kelxml::wrapForReturn(item, Inside::documentOf(*this), node);
     return S_OK;
 }

@@ -37,12 +37,12 @@ void adopt(const QDomNode& top, QDomDocument home)
 /// `appendChild` for a node without a parent. Its links to siblings may be those of an earlier place, whose
 /// nodes are freed. Of all that Qt has, only `replaceChild` overwrites both: so the node takes the place of
 /// the last child, which then goes before it, or that of a fresh one.
-void appendOutsider(const Place& parent, const QDomNode& child)
+void appendOutsider(const NodeRef& parent, const QDomNode& child)
 {
     QDomNode place = parent.node;
     const QDomNode last = place.lastChild();
     if (last.isNull()) {
-        QDomDocument home = parent.document;
+        QDomDocument home = parent.document.living();
         place.replaceChild(child, place.appendChild(home.createTextNode(QString())));
     } else {
         place.replaceChild(child, last);
@@ -84,9 +84,9 @@ struct Settled
 };
 
 /// Makes both trees fit to be touched, and counts when their documents differ.
-void prepareMeeting(const Place& parent, const Place& child)
+void prepareMeeting(const NodeRef& parent, const NodeRef& child)
 {
-    if (parent.document != child.document)
+    if (parent.document.living() != child.document.living())
         countDocumentChange();
     if (documentChanges() == 0)
         return;
@@ -111,7 +111,7 @@ std::uint64_t documentChanges() noexcept
     return changes.load(std::memory_order_relaxed);
 }
 
-void settle(const Place& place)
+void settle(const NodeRef& place)
 {
     if (documentChanges() == 0)
         return;
@@ -119,14 +119,15 @@ void settle(const Place& place)
     if (top.isNull() || top.isDocument())
         return;
     static thread_local Settled last;
-    if (last == Settled{top, place.document})
+    const QDomDocument& home = place.document.living();
+    if (last == Settled{top, home})
         return;
-    adopt(top, place.document);
+    adopt(top, home);
     countDocumentChange();
-    last = {top, place.document};
+    last = {top, home};
 }
 
-void appendSafely(const Place& parent, const Place& child)
+void appendSafely(const NodeRef& parent, const NodeRef& child)
 {
     prepareMeeting(parent, child);
     if (parent.node.isNull() || child.node.isNull())
@@ -139,7 +140,7 @@ void appendSafely(const Place& parent, const Place& child)
         QDomNode(parent.node).appendChild(child.node);
 }
 
-QDomNode removeSafely(const Place& parent, const Place& child)
+QDomNode removeSafely(const NodeRef& parent, const NodeRef& child)
 {
     prepareMeeting(parent, child);
     return QDomNode(parent.node).removeChild(child.node);

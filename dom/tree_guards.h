@@ -18,7 +18,7 @@ QDomNode keeperOf(const QDomNode& node);
 /// Against a dangling document: a tree outside any document remembers one that may be gone once nodes of two
 /// documents have met in one call. Gives the top of such a tree a living document, that of `place`, before Qt
 /// touches the tree. Until documents have met, this is one comparison.
-void settle(const Place& place);
+void settle(const NodeRef& place);
 
 /// Against lists that remember freed nodes: a list goes by its document's count of changes, and once its node
 /// has come into another document, that one's count can be the same by chance. This counts what may bring a
@@ -28,10 +28,10 @@ std::uint64_t documentChanges() noexcept;
 
 /// `QDomNode::appendChild`, except that what would tie a ring, put a node into two places or nest too deep
 /// is left undone.
-void appendSafely(const Place& parent, const Place& child);
+void appendSafely(const NodeRef& parent, const NodeRef& child);
 
 /// `QDomNode::removeChild`. \return what Qt returns
-QDomNode removeSafely(const Place& parent, const Place& child);
+QDomNode removeSafely(const NodeRef& parent, const NodeRef& child);
 
 /// Against siblings that are freed: `QDomDocument::setContent` lets held top-level nodes keep their links.
 /// Takes them out one by one beforehand.

@@ -10,7 +10,7 @@ kel::ComPtr<CMorvXMLDOMDocument> makeOwnerDocument(const QDomDocument& document)
     return kel::ComPtr<CMorvXMLDOMDocument>(new CMorvXMLDOMDocument(document));
 }
 
-void wrapAs(DOMNodeType type, const QDomNode& node, const QDomDocument& document, IXMLDOMNode** out)
+void wrapAs(DOMNodeType type, const QDomNode& node, const DocumentRef& document, IXMLDOMNode** out)
 {
     switch (type) {
     case NODE_ELEMENT:
@@ -22,7 +22,7 @@ void wrapAs(DOMNodeType type, const QDomNode& node, const QDomDocument& document
     }
 }
 
-void wrapForReturn(const QDomNode& node, const QDomDocument& document, IXMLDOMNode** out)
+void wrapForReturn(const QDomNode& node, const DocumentRef& document, IXMLDOMNode** out)
 {
     wrapAs(static_cast<DOMNodeType>(node.nodeType()), node, document, out);
 }

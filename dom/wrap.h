@@ -13,16 +13,16 @@ kel::ComPtr<CMorvXMLDOMDocument> makeOwnerDocument(const QDomDocument& document)
 /// Makes a new object and hands it out with one reference, the receiver's. `out` is written last, so that an
 /// exception leaves it as it was and nothing behind.
 template <class Wrapper, class Source, class Interface>
-void handOut(const Source& source, const QDomDocument& document, Interface** out)
+void handOut(const Source& source, const DocumentRef& document, Interface** out)
 {
     kel::ComPtr<Wrapper> wrapper(new Wrapper(source, document));
     *out = wrapper.detach();
 }
 
 /// Wraps a node as the class that goes with `type`: element, attribute or, for all others, generic node.
-void wrapAs(DOMNodeType type, const QDomNode& node, const QDomDocument& document, IXMLDOMNode** out);
+void wrapAs(DOMNodeType type, const QDomNode& node, const DocumentRef& document, IXMLDOMNode** out);
 
 /// Wraps a node as what it is; a null node becomes a generic node that holds none.
-void wrapForReturn(const QDomNode& node, const QDomDocument& document, IXMLDOMNode** out);
+void wrapForReturn(const QDomNode& node, const DocumentRef& document, IXMLDOMNode** out);
 
 } // namespace kelxml

@@ -210,6 +210,30 @@ TEST_F(Guards, AListOfANodeThatMovedToAnotherDocumentIsMadeAnew)
     }
 }
 
+// Only valgrind, or freed memory filled with rubbish, shows what these calls do to Qt without the guard.
+TEST_F(Guards, ATreeTouchedFromADocumentThatWasNeverLoadedBelongsToOneThatLives)
+{
+    for (const bool isAppended : {false, true}) {
+        const auto never = newDocument();
+        const auto document = documentOf(L"<a><b><c/></b></a>");
+        const auto b = firstChildOf(*rootOf(document));
+        ComPtr<IXMLDOMNode> carrier;
+        EXPECT_EQ(S_OK, isAppended ? never->appendChild(b.get(), carrier.put())
+                                   : never->removeChild(b.get(), carrier.put()));
+        rootOf(document)->removeChild(b.get(), nullptr);
+        const auto list = listOf(*carrier);
+        const auto copy = firstChildOf(*carrier);
+        carrier->put_text(Bstr(L"t").get());
+        EXPECT_EQ(S_OK, document->loadXML(Bstr(L"<a/>").get(), nullptr));
+        append(*carrier, *copy);
+        append(*carrier, *create(*never, NODE_ELEMENT, L"e"));
+        EXPECT_EQ(3, lengthOf(*list));
+        ComPtr<IXMLDOMDocument> owner;
+        EXPECT_EQ(S_OK, carrier->get_ownerDocument(owner.put()));
+        EXPECT_FALSE(firstChildOf(*owner)) << "the document that was never loaded";
+    }
+}
+
 TEST_F(Guards, NullPointersAndForeignChildrenGetTheirAnswerAndChangeNothing)
 {
     const auto made = oneOfEach(L"<a x='1'>t<b/></a>");

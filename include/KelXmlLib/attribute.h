@@ -15,6 +15,7 @@ class CMorvXMLDOMDocument;
 namespace kelxml
 {
 struct Inside;
+struct DocumentRef;
 }
 
 /// See `IXMLDOMNode` and `IXMLDOMAttribute` for what each method does.
@@ -70,7 +71,7 @@ public:
     virtual ~CMorvXMLDOMAttribute();
 
     /// For the library itself: wraps `node`, with an owner document of its own over `document`.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMAttribute(const QDomNode& node, const QDomDocument& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMAttribute(const QDomNode& node, const kelxml::DocumentRef& document);
 
 private:
     friend struct kelxml::Inside;
@@ -79,5 +80,6 @@ private:
     QDomAttr m_node;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
+    QDomDocument m_standIn; ///< where `m_document` is null, keeps the document alive that the node came from
     QDomNode m_keeper; ///< the element that an attribute stands on; let go of last
 };

@@ -15,6 +15,7 @@ class CMorvXMLDOMDocument;
 namespace kelxml
 {
 struct Inside;
+struct DocumentRef;
 }
 
 /// See `IXMLDOMNode` and `IXMLDOMElement` for what each method does.
@@ -76,7 +77,7 @@ public:
     virtual ~CMorvXMLDOMElement();
 
     /// For the library itself: wraps `node`, with an owner document of its own over `document`.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMElement(const QDomNode& node, const QDomDocument& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMElement(const QDomNode& node, const kelxml::DocumentRef& document);
 
 private:
     friend struct kelxml::Inside;
@@ -85,4 +86,5 @@ private:
     QDomElement m_node;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
+    QDomDocument m_standIn; ///< where `m_document` is null, keeps the document alive that the node came from
 };

@@ -15,6 +15,7 @@ class CMorvXMLDOMDocument;
 namespace kelxml
 {
 struct Inside;
+struct DocumentRef;
 }
 
 /// See `IXMLDOMNamedNodeMap` for what each method does.
@@ -41,7 +42,7 @@ public:
     virtual ~CMorvXMLDOMNamedNodeMap();
 
     /// For the library itself: the attributes of `node`, none where it is no element.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMNamedNodeMap(const QDomNode& node, const QDomDocument& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMNamedNodeMap(const QDomNode& node, const kelxml::DocumentRef& document);
 
 private:
     friend struct kelxml::Inside;
@@ -50,5 +51,6 @@ private:
     QDomNamedNodeMap m_map;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
+    QDomDocument m_standIn; ///< where `m_document` is null, keeps the document alive that the node came from
     QDomNode m_keeper;                                ///< the element itself; let go of last
 };

@@ -16,6 +16,7 @@ class CMorvXMLDOMDocument;
 namespace kelxml
 {
 struct Inside;
+struct DocumentRef;
 }
 
 /// See `IXMLDOMNode` for what each method does.
@@ -67,7 +68,7 @@ public:
     virtual ~CMorvXMLDOMNode();
 
     /// For the library itself: wraps `node`, with an owner document of its own over `document`.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMNode(const QDomNode& node, const QDomDocument& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMNode(const QDomNode& node, const kelxml::DocumentRef& document);
 
 private:
     friend struct kelxml::Inside;
@@ -76,4 +77,5 @@ private:
     QDomNode m_node;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
+    QDomDocument m_standIn; ///< where `m_document` is null, keeps the document alive that the node came from
 };

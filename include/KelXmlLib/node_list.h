@@ -15,6 +15,7 @@ class CMorvXMLDOMDocument;
 namespace kelxml
 {
 struct Inside;
+struct DocumentRef;
 }
 
 /// What a list was made from, so that it can be made anew.
@@ -44,7 +45,7 @@ public:
 
     /// For the library itself: the list that `origin` describes.
     [[gnu::visibility("hidden")]] CMorvXMLDOMNodeList(const CMorvXMLDOMNodeListOrigin& origin,
-                                                      const QDomDocument& document);
+                                                      const kelxml::DocumentRef& document);
 
 private:
     friend struct kelxml::Inside;
@@ -60,6 +61,7 @@ private:
     std::uint32_t m_cursor = 0;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
+    QDomDocument m_standIn; ///< where `m_document` is null, keeps the document alive that the node came from
     QDomNode m_keeper; ///< the element of an attribute whose children are listed; let go of last
     CMorvXMLDOMNodeListOrigin m_origin; ///< to make the list anew; let go of before the keeper
     std::uint64_t m_madeAt = 0; ///< the count of nodes that came into other documents when `m_list` was made

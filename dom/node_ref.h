@@ -1,0 +1,31 @@
+// A node as an object of ours presents it, with the document handle that goes with it.
+
+#pragma once
+
+#include <QtXml/QDomDocument>
+
+namespace kelxml
+{
+
+/// The document handle that an object carries on to every object reached from it. The handle of a document
+/// that was never loaded is null; nodes of other documents can be reached from there all the same, and for
+/// those a document that is alive stands in.
+struct DocumentRef
+{
+    const QDomDocument& handle;
+    const QDomDocument& standIn; ///< looked at only where `handle` is null
+
+    /// A document that lives as long as the object does, for Qt to refer to.
+    const QDomDocument& living() const { return handle.isNull() ? standIn : handle; }
+    /// What an object keeps beside the handle.
+    QDomDocument keptStandIn() const { return handle.isNull() ? standIn : QDomDocument(); }
+};
+
+/// Borrowed from an object for the time of a call.
+struct NodeRef
+{
+    const QDomNode& node;
+    DocumentRef document;
+};
+
+} // namespace kelxml
