@@ -1,11 +1,16 @@
-// Asks the system once for each thread where its stack ends. A stack that the system does not know, such as
-// one that a host made for a coroutine, counts as a small one.
+// Finds out for each thread where its stack ends. A stack that the system does not know, such as one that a
+// host made for a coroutine, counts as a small one.
 
 #include "dom/stack_room.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <pthread.h>
+#include <sys/auxv.h>
+#include <sys/resource.h>
 
 namespace kelxml
 {
@@ -23,44 +28,69 @@ constexpr std::size_t kReserve = std::size_t{48} * 1024;
 // What is taken to be free on a stack that the system does not know.
 constexpr std::size_t kUnknownStack = std::size_t{64} * 1024;
 
+// What the kernel keeps free below the first stack, even if that has no limit, and more than we ever ask for.
+constexpr std::size_t kMostOfFirstStack = std::size_t{64} * 1024 * 1024;
+
 struct Stack
 {
     std::uintptr_t low = 0;
     std::uintptr_t high = 0;
 
-    Stack() noexcept
-    {
-        pthread_attr_t attributes;
-        if (pthread_getattr_np(pthread_self(), &attributes) != 0)
-            return;
-        void* address = nullptr;
-        std::size_t size = 0;
-        std::size_t guard = 0;
-        if (pthread_attr_getstack(&attributes, &address, &size) == 0 &&
-            pthread_attr_getguardsize(&attributes, &guard) == 0) {
-            low = reinterpret_cast<std::uintptr_t>(address) + guard;
-            high = reinterpret_cast<std::uintptr_t>(address) + size;
-        }
-        pthread_attr_destroy(&attributes);
-    }
+    bool holds(std::uintptr_t address) const { return address > low && address <= high; }
 };
 
-bool hasRoomFor(std::size_t bytes) noexcept
+/// The stack that the process began on, as far as its limit lets it grow. The kernel puts the program's name
+/// at its top. The C library would read the same out of /proc, which a process does not always have.
+Stack firstStack() noexcept
 {
-    static thread_local const Stack stack;
+    const std::uintptr_t top = ::getauxval(AT_EXECFN);
+    rlimit limit = {};
+    if (top == 0 || ::getrlimit(RLIMIT_STACK, &limit) != 0)
+        return {};
+    return {top - std::min<std::uintptr_t>(limit.rlim_cur, kMostOfFirstStack), top};
+}
+
+/// The stack that the calling thread was started with; none when the system does not tell.
+Stack stackOfThread()
+{
+    pthread_attr_t attributes;
+    const int error = pthread_getattr_np(pthread_self(), &attributes);
+    if (error == ENOMEM)
+        throw std::bad_alloc();
+    if (error != 0)
+        return {};
+    void* address = nullptr;
+    std::size_t size = 0;
+    std::size_t guard = 0;
+    pthread_attr_getstack(&attributes, &address, &size);
+    pthread_attr_getguardsize(&attributes, &guard);
+    pthread_attr_destroy(&attributes);
+    const auto low = reinterpret_cast<std::uintptr_t>(address);
+    return {low + guard, low + size};
+}
+
+bool hasRoomFor(std::size_t bytes)
+{
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    const bool isKnown = here > stack.low && here <= stack.high;
-    return (isKnown ? here - stack.low : kUnknownStack) >= bytes + kReserve;
+    // Only a stack that was found is remembered: what keeps the system from telling may pass.
+    static thread_local Stack known;
+    if (!known.holds(here)) {
+        const Stack first = firstStack();
+        const Stack found = first.holds(here) ? first : stackOfThread();
+        if (found.holds(here))
+            known = found;
+    }
+    return (known.holds(here) ? here - known.low : kUnknownStack) >= bytes + kReserve;
 }
 
 } // namespace
 
-bool hasRoomToParse(int nesting) noexcept
+bool hasRoomToParse(int nesting)
 {
     return hasRoomFor(static_cast<std::size_t>(nesting) * kParseBytesPerLevel);
 }
 
-bool hasRoomToSave(int depth) noexcept
+bool hasRoomToSave(int depth)
 {
     return hasRoomFor(static_cast<std::size_t>(depth) * kSaveBytesPerLevel);
 }

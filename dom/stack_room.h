@@ -5,10 +5,12 @@
 namespace kelxml
 {
 
-/// Whether Qt's parser can go `nesting` levels deep. On a usual thread this is one comparison.
-bool hasRoomToParse(int nesting) noexcept;
+/// Whether Qt's parser can go `nesting` levels deep. On a usual thread this is one comparison, but for the
+/// first time, when the system is asked where the stack ends. \throw std::bad_alloc when there was no memory
+/// to ask
+bool hasRoomToParse(int nesting);
 
-/// Whether Qt can save a tree of `depth` nodes in a row.
-bool hasRoomToSave(int depth) noexcept;
+/// Whether Qt can save a tree in which `depth` nodes stand below one another. \throw as above
+bool hasRoomToSave(int depth);
 
 } // namespace kelxml

@@ -5,6 +5,7 @@
 
 #include <QtCore/QThread>
 #include <memory>
+#include <sys/resource.h>
 #include <ucontext.h>
 #include <vector>
 
@@ -52,6 +53,29 @@ struct StackRoom : DomTest
         return Done{loaded, stored};
     }
 };
+
+// First, and on the first thread: what is known of a stack is remembered.
+TEST_F(StackRoom, APassingShortageRefusesNothingAndIsNotRemembered)
+{
+    const Bstr text(nested(100).c_str());
+    rlimit files = {};
+    ASSERT_EQ(0, getrlimit(RLIMIT_NOFILE, &files));
+    const rlimit none = {0, files.rlim_max};
+    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &none));
+    EXPECT_EQ(S_OK, newDocument()->loadXML(text.get(), nullptr));
+    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &files));
+
+    for (std::size_t nth = 1; nth < 40; ++nth) {
+        onStackOf(8 << 20, [&] {
+            const auto document = newDocument();
+            try {
+                const allocations::FailAt at(nth);
+                EXPECT_EQ(S_OK, document->loadXML(text.get(), nullptr)) << "allocation " << nth;
+            } catch (const std::bad_alloc&) {}
+            EXPECT_EQ(S_OK, document->loadXML(text.get(), nullptr)) << "allocation " << nth;
+        });
+    }
+}
 
 TEST_F(StackRoom, SmallStacksGetTheResultOrARefusalAtEveryDepth)
 {
