@@ -2,6 +2,7 @@
 
 #include "KelXmlLib/document.h"
 
+#include "dom/memory_room.h"
 #include "dom/replay_device.h"
 #include "dom/stack_room.h"
 #include "dom/text.h"
@@ -10,7 +11,6 @@
 #include "dom/tree_guards.h"
 #include "dom/values.h"
 
-#include <QtCore/QByteArray>
 #include <QtCore/QFile>
 #include <QtCore/QTextStream>
 
@@ -46,13 +46,20 @@ bool canBeSaved(const QDomDocument& document)
     return kelxml::hasRoomToSave(kelxml::kMaxNodeDepth) || kelxml::hasRoomToSave(kelxml::depthOf(document));
 }
 
-/// Against a stream that dies halfway: where Qt's text stream connects itself to its device, it does not
-/// survive that memory runs out. What can be had for a moment beforehand will be there for it.
-void assureMemoryForStream()
+/// Against a stream that writes while an exception passes: its destructor would write what it still holds,
+/// for which there may be no memory, and an exception out of a destructor ends the process. What was written
+/// before this goes is all that is written.
+class NoLateWriting
 {
-    constexpr int kRoom = 64 * 1024;
-    QByteArray(kRoom, Qt::Uninitialized);
-}
+public:
+    explicit NoLateWriting(QTextStream& stream) : m_stream(stream) {}
+    ~NoLateWriting() { m_stream.setStatus(QTextStream::WriteFailed); }
+    NoLateWriting(const NoLateWriting&) = delete;
+    NoLateWriting& operator=(const NoLateWriting&) = delete;
+
+private:
+    QTextStream& m_stream;
+};
 
 } // namespace
 
@@ -62,6 +69,7 @@ HRESULT CMorvXMLDOMDocument::load(VARIANT source, VARIANT_BOOL* success)
     const std::optional<QString> path = kelxml::readPath(source);
     if (!path)
         return S_FALSE;
+    kelxml::makeSureOfMemoryForFile();
     QFile file(*path);
     if (!file.exists() || !file.open(QIODevice::ReadOnly))
         return S_FALSE;
@@ -85,13 +93,15 @@ HRESULT CMorvXMLDOMDocument::save(VARIANT destination)
     const std::optional<QString> path = kelxml::readPath(destination);
     if (!path || path->isEmpty() || !canBeSaved(m_document))
         return S_FALSE;
-    assureMemoryForStream();
+    kelxml::makeSureOfMemoryForFile();
     QFile file(*path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
         return S_FALSE;
     QTextStream stream(&file);
+    const NoLateWriting guard(stream);
     stream.setCodec("UTF-8");
     m_document.save(stream, kIndent, QDomNode::EncodingFromDocument);
+    stream.flush();
     file.close();
     return S_OK;
 }

@@ -7,9 +7,15 @@
 #include "dom/replay_device.h"
 #include "dom/text_bounds.h"
 
+#include <QtCore/QTextStream>
+#include <fstream>
 #include <functional>
 #include <memory>
 #include <new>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace
@@ -221,24 +227,87 @@ TEST_F(OutOfMemory, AListWhoseReadingFailedIsReadAnew)
     EXPECT_TRUE(nth > 2 || !allocations::kCanFail);
 }
 
-// Qt's text stream dies of an allocation that fails while it connects itself to its device.
-TEST_F(OutOfMemory, SavingThrowsWhateverMemoryIsLeft)
+enum class Shortage { once, fromThenOn, onANewThread, addressSpace };
+
+/// Lets memory run out at the `nth` place, in this process, which ends with it.
+[[noreturn]] void runShort(Shortage shortage, std::size_t nth, const std::function<void()>& work)
 {
-    const Variant destination(pathOf("saved.xml").toStdWString());
-    const Objects objects = prepare();
-    ASSERT_EQ(S_OK, objects.document->save(destination.get()));
-    int budget = 0;
-    for (bool saved = false; !saved; budget += 256) {
-        ASSERT_LT(budget, 1'000'000);
-        const std::size_t before = allocations::live();
-        try {
-            const allocations::Budget only(budget);
-            saved = objects.document->save(destination.get()) == S_OK;
-        } catch (const std::bad_alloc&) {}
-        EXPECT_EQ(before, allocations::live()) << "with " << budget << " bytes";
+    bool failed = false;
+    try {
+        if (shortage == Shortage::addressSpace) {
+            std::size_t pages = 0;
+            std::ifstream("/proc/self/statm") >> pages;
+            const rlimit limit = {pages * 4096 + nth * 16 * 1024, RLIM_INFINITY};
+            setrlimit(RLIMIT_AS, &limit);
+            work();
+        } else if (shortage == Shortage::onANewThread) {
+            std::thread([&] {
+                const allocations::Budget only(static_cast<std::ptrdiff_t>(nth) * 256);
+                try {
+                    work();
+                } catch (const std::bad_alloc&) {
+                    failed = true;
+                }
+            }).join();
+        } else {
+            const allocations::FailAt at(nth, shortage == Shortage::fromThenOn);
+            work();
+            failed = at.failed();
+        }
+    } catch (const std::bad_alloc&) {
+        failed = true;
     }
-    EXPECT_TRUE(budget > 1024 || !allocations::kCanFail);
-    EXPECT_EQ(S_OK, objects.document->load(destination.get(), nullptr));
+    _exit(failed ? 1 : 0);
+}
+
+/// How many processes die in which memory runs out in `work`, at one place after the other.
+int deathsIn(Shortage shortage, const std::function<void()>& work)
+{
+    int deaths = 0;
+    for (std::size_t nth = 1;; nth += nth < 64 ? 1 : nth / 8) {
+        const pid_t child = fork();
+        if (child == 0)
+            runShort(shortage, nth, work);
+        int status = 0;
+        waitpid(child, &status, 0);
+        deaths += WIFSIGNALED(status) ? 1 : 0;
+        if (WIFEXITED(status) && WEXITSTATUS(status) == 0)
+            return deaths;
+    }
+}
+
+// An exception that leaves a destructor of Qt's ends the process. What Qt alone does not survive is not
+// counted.
+TEST_F(OutOfMemory, SavingAndLoadingThrowWhereverMemoryRunsOut)
+{
+    const QString written = pathOf("written.xml");
+    const Variant source(pathOf("saved.xml").toStdWString());
+    const Variant destination(written.toStdWString());
+    const auto openStream = [&] {
+        QFile file(written);
+        if (file.open(QIODevice::WriteOnly))
+            QTextStream stream(&file);
+    };
+    std::wstring elements;
+    for (int count = 0; count < 2000; ++count)
+        elements += L"<e a='1'>t</e>";
+    for (const std::wstring& text :
+         {L"<a>" + std::wstring(1'000'000, L'x') + L"</a>", L"<a>" + elements + L"</a>",
+          std::wstring(L"<!DOCTYPE a [<!ENTITY e 'value'>]><a>&e;</a>")}) {
+        SCOPED_TRACE(::testing::PrintToString(text.substr(0, 30)));
+        const auto document = documentOf(text);
+        ASSERT_EQ(S_OK, document->save(source.get()));
+        const auto save = [&] { document->save(destination.get()); };
+        const auto load = [&] { newDocument()->load(source.get(), nullptr); };
+        for (const Shortage shortage : {Shortage::once, Shortage::fromThenOn}) {
+            EXPECT_EQ(deathsIn(shortage, openStream), deathsIn(shortage, save));
+            EXPECT_EQ(0, deathsIn(shortage, load));
+        }
+        for (const Shortage shortage : {Shortage::onANewThread, Shortage::addressSpace}) {
+            EXPECT_EQ(0, deathsIn(shortage, save));
+            EXPECT_EQ(0, deathsIn(shortage, load));
+        }
+    }
 }
 
 } // namespace

@@ -40,6 +40,7 @@ bool failsNow(std::size_t size)
 {
     const bool isReached = untilFailure > 0 && --untilFailure == 0;
     isFailureReached = isFailureReached || isReached;
+    untilFailure += isReached && staysOut ? 1 : 0;
     const bool fails = isReached || bytesLeft < static_cast<std::ptrdiff_t>(size);
     if (fails)
         errno = ENOMEM;

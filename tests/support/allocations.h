@@ -13,21 +13,27 @@ std::size_t live();
 
 /// What the allocator asks before each allocation of this thread; set by the classes below.
 inline thread_local std::size_t untilFailure = 0;
+inline thread_local bool staysOut = false;
 inline thread_local bool isFailureReached = false;
 inline constexpr std::ptrdiff_t kPlenty = PTRDIFF_MAX / 2;
 inline thread_local std::ptrdiff_t bytesLeft = kPlenty;
 
-/// Fails the `nth` allocation of this thread, counted from 1, while it lives. Neither a sanitizer's allocator
-/// nor valgrind's can be made to; `kCanFail` tells.
+/// Fails the `nth` allocation of this thread, counted from 1, while it lives, or that one and all after it.
+/// Neither a sanitizer's allocator nor valgrind's can be made to; `kCanFail` tells.
 class FailAt
 {
 public:
-    explicit FailAt(std::size_t nth)
+    explicit FailAt(std::size_t nth, bool andAllAfter = false)
     {
         isFailureReached = false;
+        staysOut = andAllAfter;
         untilFailure = nth;
     }
-    ~FailAt() { untilFailure = 0; }
+    ~FailAt()
+    {
+        untilFailure = 0;
+        staysOut = false;
+    }
     FailAt(const FailAt&) = delete;
     FailAt& operator=(const FailAt&) = delete;
 
