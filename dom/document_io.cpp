@@ -33,7 +33,6 @@ HRESULT parseInto(QDomDocument& document, const kelxml::bounds::Look& look, Cont
     if (!look.within || !kelxml::hasRoomToParse(look.nesting))
         return S_FALSE;
     kelxml::clearBeforeSetContent(document);
-    const kelxml::HeightsForgotten forgotten;
     if (!document.setContent(content))
         return S_FALSE;
     setFlag(success, VARIANT_TRUE);

@@ -9,7 +9,6 @@
 #include "dom/mutation.h"
 #include "dom/navigation.h"
 #include "dom/text.h"
-#include "dom/tree_depth.h"
 #include "dom/tree_guards.h"
 #include "dom/values.h"
 #include "dom/wrap.h"
@@ -97,7 +96,6 @@ HRESULT CMorvXMLDOMElement::cloneNode(VARIANT_BOOL deep, IXMLDOMNode** result)
     if (!result)
         return S_OK;
     kelxml::settle(Inside::refTo(*this));
-    const kelxml::HeightsForgotten forgotten;
     const QDomNode copy = m_node.cloneNode(deep != VARIANT_FALSE);
     if (copy.isElement())
         kelxml::wrapAs(NODE_ELEMENT, copy, Inside::documentOf(*this), result);

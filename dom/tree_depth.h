@@ -18,25 +18,10 @@ constexpr int kMaxElementDepth = bounds::kMaxNesting;
 constexpr int kMaxNodeDepth = kMaxElementDepth + 2;
 
 /// Whether `child` can be appended to `parent`: no node would come to stand below itself, and no row would
-/// become too long. Takes time in the depth of `parent`, and for a subtree that was not looked at just before
-/// in the size of `child`.
+/// become too long. Takes time in the depth of `parent` and in the size of `child`.
 bool fitsBelow(const QDomNode& parent, const QDomNode& child);
 
 /// Nodes in a row from `root` down, itself included.
 int depthOf(const QDomNode& root);
-
-/// Stands around what makes nodes with children by another road (parsing, copying). Afterwards as well as
-/// before: meanwhile another thread may have measured a node that stood where one of these stands now.
-class HeightsForgotten
-{
-public:
-    HeightsForgotten() noexcept { forget(); }
-    ~HeightsForgotten() { forget(); }
-    HeightsForgotten(const HeightsForgotten&) = delete;
-    HeightsForgotten& operator=(const HeightsForgotten&) = delete;
-
-private:
-    static void forget() noexcept;
-};
 
 } // namespace kelxml
