@@ -10,7 +10,7 @@
 #include "KelXmlLib/guids.h"
 #include "KelXmlLib/module.h"
 #include "KelXmlLib/xmldom.h"
-#include "dom/text_bounds.h"
+#include "guards/prescan.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QFile>
@@ -39,7 +39,7 @@ void printShare(const char* name, QByteArray bytes)
     for (int turn = 0; turn < kTurns; ++turn) {
         tidyHeap();
         buffer.seek(0);
-        look.push_back(secondsOf([&] { kelxml::bounds::lookAt(buffer); }));
+        look.push_back(secondsOf([&] { kelxml::guards::prescan(bytes); }));
         QDomDocument document;
         load.push_back(secondsOf([&] { document.setContent(&buffer); }));
     }

@@ -1,6 +1,8 @@
-// Compares dispatch tables, each class's own being read off an object of it.
+// Compares vtables, each class's own being read off an object of it.
 
 #include "dom/child.h"
+
+#include "guards/handle.h"
 
 #include <cstring>
 
@@ -10,53 +12,55 @@ namespace kelxml
 namespace
 {
 
-const void* dispatchTableAt(const void* object)
+const void* vtableAt(const void* object)
 {
-    const void* table = nullptr;
-    std::memcpy(&table, object, sizeof table);
-    return table;
+    const void* vtable = nullptr;
+    std::memcpy(&vtable, object, sizeof vtable);
+    return vtable;
 }
 
 template <class Wrapper>
-const void* dispatchTableOf()
+const void* vtableOf()
 {
-    static const void* const table = [] {
+    static const void* const vtable = [] {
         const QDomDocument none;
         const Wrapper specimen({}, DocumentRef{none, none});
-        return dispatchTableAt(&specimen);
+        return vtableAt(&specimen);
     }();
-    return table;
+    return vtable;
 }
 
 template <>
-const void* dispatchTableOf<CMorvXMLDOMDocument>()
+const void* vtableOf<CMorvXMLDOMDocument>()
 {
-    static const void* const table = [] {
+    static const void* const vtable = [] {
         const CMorvXMLDOMDocument specimen{QDomDocument()};
-        return dispatchTableAt(&specimen);
+        return vtableAt(&specimen);
     }();
-    return table;
+    return vtable;
 }
 
 template <class Wrapper>
-NodeRef refOfWrapper(IXMLDOMNode* child)
+NodeRef refAs(IXMLDOMNode* child)
 {
-    return Inside::refTo(*static_cast<const Wrapper*>(child));
+    return refTo(*static_cast<const Wrapper*>(child));
 }
 
 } // namespace
 
-std::optional<NodeRef> refOfChild(IXMLDOMNode* child)
+std::optional<Child> recognise(IXMLDOMNode* child)
 {
-    const void* const table = dispatchTableAt(child);
-    if (table == dispatchTableOf<CMorvXMLDOMElement>())
-        return refOfWrapper<CMorvXMLDOMElement>(child);
-    if (table == dispatchTableOf<CMorvXMLDOMNode>())
-        return refOfWrapper<CMorvXMLDOMNode>(child);
-    if (table == dispatchTableOf<CMorvXMLDOMAttribute>())
-        return refOfWrapper<CMorvXMLDOMAttribute>(child);
-    if (table == dispatchTableOf<CMorvXMLDOMDocument>())
-        return refOfWrapper<CMorvXMLDOMDocument>(child);
+    const void* const vtable = vtableAt(child);
+    if (vtable == vtableOf<CMorvXMLDOMElement>())
+        return Child{refAs<CMorvXMLDOMElement>(child), NODE_ELEMENT};
+    if (vtable == vtableOf<CMorvXMLDOMNode>()) {
+        const NodeRef ref = refAs<CMorvXMLDOMNode>(child);
+        return Child{ref, static_cast<DOMNodeType>(ref.node.nodeType())};
+    }
+    if (vtable == vtableOf<CMorvXMLDOMAttribute>())
+        return Child{refAs<CMorvXMLDOMAttribute>(child), NODE_ATTRIBUTE};
+    if (vtable == vtableOf<CMorvXMLDOMDocument>())
+        return Child{refAs<CMorvXMLDOMDocument>(child), NODE_DOCUMENT};
     return std::nullopt;
 }
 

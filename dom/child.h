@@ -2,16 +2,21 @@
 
 #pragma once
 
-#include "dom/inside.h"
+#include "dom/wrapper_access.h"
 
 #include <optional>
 
 namespace kelxml
 {
 
-/// The place of one of the library's own four node-like objects; nothing for any other object. It is known
-/// by its dispatch table alone: nothing of a foreign object past its first pointer is read, and none of its
-/// methods is called.
-std::optional<NodeRef> refOfChild(IXMLDOMNode* child);
+struct Child
+{
+    NodeRef ref;
+    DOMNodeType type; ///< what the object's `get_nodeType` reports
+};
+
+/// One of the library's own four node-like objects; nothing for any other object. It is known by its vtable
+/// alone: nothing of a foreign object past its first pointer is read, and none of its methods is called.
+std::optional<Child> recognise(IXMLDOMNode* child);
 
 } // namespace kelxml

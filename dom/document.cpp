@@ -1,18 +1,17 @@
-// The working methods of the document, in interface order, but for loading and saving (document_io.cpp). The
-// document object is its tree's topmost node as well.
+// The document, but for loading and saving (document_io.cpp). The document object is its tree's topmost node
+// as well.
 
 #include "KelXmlLib/document.h"
 
 #include "com/identity.h"
 #include "dom/content.h"
-#include "dom/inside.h"
 #include "dom/mutation.h"
 #include "dom/navigation.h"
-#include "dom/text.h"
-#include "dom/values.h"
 #include "dom/wrap.h"
+#include "text/strings.h"
+#include "text/values.h"
 
-using kelxml::Inside;
+using kelxml::refTo;
 
 CMorvXMLDOMDocument::CMorvXMLDOMDocument(const QDomDocument& document) : m_document(document) {}
 
@@ -28,72 +27,6 @@ HRESULT CMorvXMLDOMDocument::CreateMe(void*, const GUID&, void** object)
     return S_OK;
 }
 
-HRESULT CMorvXMLDOMDocument::QueryInterface(const GUID& riid, void** ppv)
-{
-    return kelxml::queryInterface(
-        *this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMDocument, &IID_IXMLDOMNode}, riid, ppv);
-}
-
-ULONG CMorvXMLDOMDocument::AddRef()
-{
-    return kelxml::addReference(m_refCount);
-}
-
-ULONG CMorvXMLDOMDocument::Release()
-{
-    return kelxml::releaseReference(*this, m_refCount);
-}
-
-HRESULT CMorvXMLDOMDocument::get_nodeName(BSTR* name)
-{
-    return kelxml::nodeName(Inside::refTo(*this), name);
-}
-
-HRESULT CMorvXMLDOMDocument::get_nodeValue(VARIANT* value)
-{
-    return kelxml::nodeValue(m_document.nodeValue(), value);
-}
-
-HRESULT CMorvXMLDOMDocument::get_nodeType(DOMNodeType* type)
-{
-    return kelxml::reportType(NODE_DOCUMENT, type);
-}
-
-HRESULT CMorvXMLDOMDocument::get_parentNode(IXMLDOMNode** parent)
-{
-    return kelxml::parentNode(Inside::refTo(*this), parent);
-}
-
-HRESULT CMorvXMLDOMDocument::get_childNodes(IXMLDOMNodeList** children)
-{
-    return kelxml::childNodes(Inside::refTo(*this), children);
-}
-
-HRESULT CMorvXMLDOMDocument::get_firstChild(IXMLDOMNode** child)
-{
-    return kelxml::firstChild(Inside::refTo(*this), child);
-}
-
-HRESULT CMorvXMLDOMDocument::get_attributes(IXMLDOMNamedNodeMap** attributes)
-{
-    return kelxml::attributes(Inside::refTo(*this), attributes);
-}
-
-HRESULT CMorvXMLDOMDocument::removeChild(IXMLDOMNode* child, IXMLDOMNode** result)
-{
-    return kelxml::removeChild(Inside::refTo(*this), child, result);
-}
-
-HRESULT CMorvXMLDOMDocument::appendChild(IXMLDOMNode* child, IXMLDOMNode** result)
-{
-    return kelxml::appendChild(Inside::refTo(*this), child, result);
-}
-
-HRESULT CMorvXMLDOMDocument::hasChildNodes(VARIANT_BOOL* hasChildren)
-{
-    return kelxml::hasChildNodes(Inside::refTo(*this), hasChildren);
-}
-
 HRESULT CMorvXMLDOMDocument::get_ownerDocument(IXMLDOMDocument** document)
 {
     if (!document)
@@ -103,23 +36,13 @@ HRESULT CMorvXMLDOMDocument::get_ownerDocument(IXMLDOMDocument** document)
     return S_OK;
 }
 
-HRESULT CMorvXMLDOMDocument::put_text(BSTR text)
-{
-    return kelxml::setNodeValue(Inside::refTo(*this), text);
-}
-
-HRESULT CMorvXMLDOMDocument::selectNodes(BSTR query, IXMLDOMNodeList** list)
-{
-    return kelxml::elementsByTagName(Inside::refTo(*this), query, list);
-}
-
 HRESULT CMorvXMLDOMDocument::get_documentElement(IXMLDOMElement** element)
 {
     if (!element)
         return S_FALSE;
     if (!m_documentElement) {
         m_documentElement = kel::ComPtr<CMorvXMLDOMElement>(
-            new CMorvXMLDOMElement(m_document.documentElement(), Inside::documentOf(*this)));
+            new CMorvXMLDOMElement(m_document.documentElement(), kelxml::documentOf(*this)));
     }
     *element = kel::ComPtr<CMorvXMLDOMElement>(m_documentElement).detach();
     return S_OK;
@@ -136,11 +59,27 @@ HRESULT CMorvXMLDOMDocument::createNode(VARIANT type, BSTR name, BSTR namespaceU
         return S_FALSE;
     const QString qualifiedName = kelxml::fromWide(name);
     const QString uri = kelxml::fromWide(namespaceURI);
-    if (nodeType == NODE_ELEMENT)
-        kelxml::wrapAs(NODE_ELEMENT, m_document.createElementNS(uri, qualifiedName),
-                       Inside::documentOf(*this), node);
-    else
-        kelxml::wrapAs(NODE_ATTRIBUTE, m_document.createAttributeNS(uri, qualifiedName),
-                       Inside::documentOf(*this), node);
+    kelxml::Handle made = nodeType == NODE_ELEMENT ? QDomNode(m_document.createElementNS(uri, qualifiedName))
+                                                   : m_document.createAttributeNS(uri, qualifiedName);
+    kelxml::wrapAs(static_cast<DOMNodeType>(nodeType), std::move(made), kelxml::documentOf(*this), node);
     return S_OK;
 }
+
+// One line each, in interface order: what the classes have in common.
+// clang-format off
+HRESULT CMorvXMLDOMDocument::QueryInterface(const GUID& riid, void** ppv) { return kelxml::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMDocument, &IID_IXMLDOMNode}, riid, ppv); }
+ULONG CMorvXMLDOMDocument::AddRef() { return kelxml::addReference(m_refCount); }
+ULONG CMorvXMLDOMDocument::Release() { return kelxml::releaseReference(*this, m_refCount); }
+HRESULT CMorvXMLDOMDocument::get_nodeName(BSTR* name) { return kelxml::nodeName(refTo(*this), name); }
+HRESULT CMorvXMLDOMDocument::get_nodeValue(VARIANT* value) { return kelxml::giveValue(m_document.nodeValue(), value); }
+HRESULT CMorvXMLDOMDocument::get_nodeType(DOMNodeType* type) { return kelxml::reportType(NODE_DOCUMENT, type); }
+HRESULT CMorvXMLDOMDocument::get_parentNode(IXMLDOMNode** parent) { return kelxml::parentNode(refTo(*this), parent); }
+HRESULT CMorvXMLDOMDocument::get_childNodes(IXMLDOMNodeList** list) { return kelxml::childNodes(refTo(*this), list); }
+HRESULT CMorvXMLDOMDocument::get_firstChild(IXMLDOMNode** child) { return kelxml::firstChild(refTo(*this), child); }
+HRESULT CMorvXMLDOMDocument::get_attributes(IXMLDOMNamedNodeMap** map) { return kelxml::attributes(refTo(*this), map); }
+HRESULT CMorvXMLDOMDocument::removeChild(IXMLDOMNode* child, IXMLDOMNode** result) { return kelxml::removeChild(refTo(*this), child, result); }
+HRESULT CMorvXMLDOMDocument::appendChild(IXMLDOMNode* child, IXMLDOMNode** result) { return kelxml::appendChild(refTo(*this), child, result); }
+HRESULT CMorvXMLDOMDocument::hasChildNodes(VARIANT_BOOL* has) { return kelxml::hasChildNodes(refTo(*this), has); }
+HRESULT CMorvXMLDOMDocument::put_text(BSTR text) { return kelxml::setNodeValue(refTo(*this), text); }
+HRESULT CMorvXMLDOMDocument::selectNodes(BSTR query, IXMLDOMNodeList** list) { return kelxml::elementsByTagName(refTo(*this), query, list); }
+// clang-format on

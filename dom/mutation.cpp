@@ -4,8 +4,8 @@
 #include "dom/mutation.h"
 
 #include "dom/child.h"
-#include "dom/tree_guards.h"
 #include "dom/wrap.h"
+#include "guards/tree.h"
 
 namespace kelxml
 {
@@ -13,27 +13,23 @@ namespace kelxml
 namespace
 {
 
-/// The object that comes out carries the handle of the object that was asked. Where neither that nor what
-/// stands in for it is a document, the child's stands in: the child may be a node of any document.
-DocumentRef documentOfResult(const DocumentRef& self, const DocumentRef& child)
-{
-    return {self.handle, self.living().isNull() ? child.living() : self.living()};
-}
-
-/// `change(child)` changes the tree and answers the node that the result wraps, given the reported type.
+/// \param change gets the child, changes the tree and answers the node that the result wraps
 template <class Change>
 HRESULT changeAndHandOut(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result, Change change)
 {
     if (!child)
         return S_OK;
-    const std::optional<NodeRef> argument = refOfChild(child);
-    if (!argument)
+    const std::optional<Child> known = recognise(child);
+    if (!known)
         return S_FALSE;
-    DOMNodeType type = NODE_INVALID;
-    child->get_nodeType(&type);
-    const QDomNode wrapped = change(*argument, type);
-    if (result)
-        wrapAs(type, wrapped, documentOfResult(self.document, argument->document), result);
+    Handle node = change(*known);
+    if (!result)
+        return S_OK;
+    // The object carries the handle of the one that was asked. Where neither that nor what stands in for it
+    // is a document, the child's stands in: the child may be a node of any document.
+    const QDomDocument& own = self.document.living();
+    wrapAs(known->type, std::move(node),
+           {self.document.handle, own.isNull() ? known->ref.document.living() : own}, result);
     return S_OK;
 }
 
@@ -41,25 +37,25 @@ HRESULT changeAndHandOut(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** 
 
 HRESULT appendChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result)
 {
-    return changeAndHandOut(self, child, result, [&](const NodeRef& argument, DOMNodeType) {
-        appendSafely(self, argument);
-        return argument.node;
+    return changeAndHandOut(self, child, result, [&](const Child& known) {
+        guards::appendChild(self, known.ref);
+        return known.ref.node;
     });
 }
 
 HRESULT removeChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result)
 {
-    return changeAndHandOut(self, child, result, [&](const NodeRef& argument, DOMNodeType) {
-        removeSafely(self, argument);
-        return argument.node;
+    return changeAndHandOut(self, child, result, [&](const Child& known) {
+        guards::removeChild(self, known.ref);
+        return known.ref.node;
     });
 }
 
 HRESULT removeChildOfElement(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result)
 {
-    return changeAndHandOut(self, child, result, [&](const NodeRef& argument, DOMNodeType type) {
-        const QDomNode removed = removeSafely(self, argument);
-        return type == NODE_ELEMENT ? removed : argument.node;
+    return changeAndHandOut(self, child, result, [&](const Child& known) {
+        const QDomNode removed = guards::removeChild(self, known.ref);
+        return known.type == NODE_ELEMENT ? removed : known.ref.node;
     });
 }
 

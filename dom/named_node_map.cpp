@@ -1,50 +1,30 @@
-// The working methods of the map of attributes, in interface order. Out of range it answers otherwise than
-// the list does: null and S_OK.
+// The map of attributes. Out of range it answers otherwise than the list does: null and S_OK.
 
 #include "KelXmlLib/named_node_map.h"
 
 #include "com/identity.h"
-#include "dom/inside.h"
-#include "dom/text.h"
 #include "dom/wrap.h"
-
-using kelxml::Inside;
+#include "text/strings.h"
 
 CMorvXMLDOMNamedNodeMap::CMorvXMLDOMNamedNodeMap(const QDomNode& node, const kelxml::DocumentRef& document)
     : m_map(node.attributes()), m_ownerDocument(kelxml::makeOwnerDocument(document.handle)),
       m_document(document.handle), m_standIn(document.keptStandIn()),
-      m_keeper(node.isElement() ? node : QDomNode())
+      m_ownerElement(node.isElement() ? node : QDomNode())
 {}
 
 CMorvXMLDOMNamedNodeMap::~CMorvXMLDOMNamedNodeMap()
 {
-    Inside::letGoBefore(m_keeper, m_ownerDocument, m_document, m_map);
-}
-
-HRESULT CMorvXMLDOMNamedNodeMap::QueryInterface(const GUID& riid, void** ppv)
-{
-    return kelxml::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMNamedNodeMap}, riid,
-                                  ppv);
-}
-
-ULONG CMorvXMLDOMNamedNodeMap::AddRef()
-{
-    return kelxml::addReference(m_refCount);
-}
-
-ULONG CMorvXMLDOMNamedNodeMap::Release()
-{
-    return kelxml::releaseReference(*this, m_refCount);
+    kelxml::WrapperAccess::releaseBefore(m_ownerElement, m_ownerDocument, m_document, m_map);
 }
 
 HRESULT CMorvXMLDOMNamedNodeMap::getNamedItem(BSTR name, IXMLDOMNode** node)
 {
     if (!name || !node)
         return S_FALSE;
-    const QDomNode item = m_map.namedItem(kelxml::fromWide(name));
+    kelxml::Handle item = m_map.namedItem(kelxml::fromWide(name));
     if (item.isNull())
         return S_FALSE;
-    kelxml::wrapForReturn(item, Inside::documentOf(*this), node);
+    kelxml::wrapForReturn(std::move(item), kelxml::documentOf(*this), node);
     return S_OK;
 }
 
@@ -55,7 +35,7 @@ HRESULT CMorvXMLDOMNamedNodeMap::get_item(LONG index, IXMLDOMNode** node)
     if (index < 0 || index >= m_map.length())
         *node = nullptr;
     else
-        kelxml::wrapForReturn(m_map.item(index), Inside::documentOf(*this), node);
+        kelxml::wrapForReturn(m_map.item(index), kelxml::documentOf(*this), node);
     return S_OK;
 }
 
@@ -66,3 +46,10 @@ HRESULT CMorvXMLDOMNamedNodeMap::get_length(LONG* length)
     *length = m_map.length();
     return S_OK;
 }
+
+// One line each.
+// clang-format off
+HRESULT CMorvXMLDOMNamedNodeMap::QueryInterface(const GUID& riid, void** ppv) { return kelxml::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMNamedNodeMap}, riid, ppv); }
+ULONG CMorvXMLDOMNamedNodeMap::AddRef() { return kelxml::addReference(m_refCount); }
+ULONG CMorvXMLDOMNamedNodeMap::Release() { return kelxml::releaseReference(*this, m_refCount); }
+// clang-format on

@@ -2,9 +2,10 @@
 
 #include "dom/navigation.h"
 
-#include "dom/text.h"
-#include "dom/tree_guards.h"
 #include "dom/wrap.h"
+#include "guards/live_list.h"
+#include "guards/tree.h"
+#include "text/strings.h"
 
 namespace kelxml
 {
@@ -12,16 +13,15 @@ namespace kelxml
 namespace
 {
 
-HRESULT handOutIfAny(const QDomNode& node, const DocumentRef& document, IXMLDOMNode** out)
+HRESULT handOutIfAny(Handle node, const DocumentRef& document, IXMLDOMNode** out)
 {
     if (!out || node.isNull())
         return S_FALSE;
-    wrapForReturn(node, document, out);
+    wrapForReturn(std::move(node), document, out);
     return S_OK;
 }
 
-HRESULT handOutList(const CMorvXMLDOMNodeListOrigin& origin, const DocumentRef& document,
-                    IXMLDOMNodeList** list)
+HRESULT handOutList(const guards::ListOrigin& origin, const DocumentRef& document, IXMLDOMNodeList** list)
 {
     if (!list)
         return S_FALSE;
@@ -81,8 +81,7 @@ HRESULT ownerDocument(const NodeRef& self, kel::ComPtr<CMorvXMLDOMDocument>& own
     if (!document)
         return S_FALSE;
     if (!owner) {
-        settle(self);
-        const QDomDocument found = self.node.ownerDocument();
+        const QDomDocument found = guards::ownerDocument(self);
         if (!found.isNull())
             owner = makeOwnerDocument(found);
     }

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "dom/inside.h"
+#include "dom/wrapper_access.h"
 
 namespace kelxml
 {

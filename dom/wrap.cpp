@@ -10,21 +10,22 @@ kel::ComPtr<CMorvXMLDOMDocument> makeOwnerDocument(const QDomDocument& document)
     return kel::ComPtr<CMorvXMLDOMDocument>(new CMorvXMLDOMDocument(document));
 }
 
-void wrapAs(DOMNodeType type, const QDomNode& node, const DocumentRef& document, IXMLDOMNode** out)
+void wrapAs(DOMNodeType type, Handle node, const DocumentRef& document, IXMLDOMNode** out)
 {
     switch (type) {
     case NODE_ELEMENT:
-        return handOut<CMorvXMLDOMElement>(node, document, out);
+        return handOut<CMorvXMLDOMElement>(std::move(node), document, out);
     case NODE_ATTRIBUTE:
-        return handOut<CMorvXMLDOMAttribute>(node, document, out);
+        return handOut<CMorvXMLDOMAttribute>(std::move(node), document, out);
     default:
-        return handOut<CMorvXMLDOMNode>(node, document, out);
+        return handOut<CMorvXMLDOMNode>(std::move(node), document, out);
     }
 }
 
-void wrapForReturn(const QDomNode& node, const DocumentRef& document, IXMLDOMNode** out)
+void wrapForReturn(Handle node, const DocumentRef& document, IXMLDOMNode** out)
 {
-    wrapAs(static_cast<DOMNodeType>(node.nodeType()), node, document, out);
+    const auto type = static_cast<DOMNodeType>(node.nodeType());
+    wrapAs(type, std::move(node), document, out);
 }
 
 } // namespace kelxml

@@ -2,7 +2,8 @@
 
 #pragma once
 
-#include "dom/inside.h"
+#include "dom/wrapper_access.h"
+#include "guards/handle.h"
 
 namespace kelxml
 {
@@ -13,16 +14,17 @@ kel::ComPtr<CMorvXMLDOMDocument> makeOwnerDocument(const QDomDocument& document)
 /// Makes a new object and hands it out with one reference, the receiver's. `out` is written last, so that an
 /// exception leaves it as it was and nothing behind.
 template <class Wrapper, class Source, class Interface>
-void handOut(const Source& source, const DocumentRef& document, Interface** out)
+void handOut(Source&& source, const DocumentRef& document, Interface** out)
 {
-    kel::ComPtr<Wrapper> wrapper(new Wrapper(source, document));
+    kel::ComPtr<Wrapper> wrapper(new Wrapper(std::forward<Source>(source), document));
     *out = wrapper.detach();
 }
 
-/// Wraps a node as the class that goes with `type`: element, attribute or, for all others, generic node.
-void wrapAs(DOMNodeType type, const QDomNode& node, const DocumentRef& document, IXMLDOMNode** out);
+/// Wraps a node as the class that goes with `type`: element, attribute or, for all others, generic node. The
+/// node is of that type, or null.
+void wrapAs(DOMNodeType type, Handle node, const DocumentRef& document, IXMLDOMNode** out);
 
 /// Wraps a node as what it is; a null node becomes a generic node that holds none.
-void wrapForReturn(const QDomNode& node, const DocumentRef& document, IXMLDOMNode** out);
+void wrapForReturn(Handle node, const DocumentRef& document, IXMLDOMNode** out);
 
 } // namespace kelxml

@@ -3,7 +3,7 @@
 
 #include "KelXmlLib/filer.h"
 
-#include "dom/text.h"
+#include "text/strings.h"
 
 #include <QtCore/QFile>
 

@@ -2,11 +2,12 @@
 // text beyond the bounds is refused with the earlier tree in place.
 
 #include "KelXmlLib/convenience.h"
-#include "dom/text_bounds.h"
+#include "guards/limits.h"
+#include "guards/prescan.h"
 #include "support.h"
 #include "support/saved_by_qt.h"
 
-using namespace kelxml;
+using namespace kelxml::guards;
 using namespace kelfuzz;
 using kel::Bstr;
 using kel::Variant;
@@ -24,7 +25,7 @@ QByteArray savedBy(IXMLDOMDocument& document)
 /// \param load loads into the document given, with the flag given
 /// \param content what Qt is to load
 template <class Load, class Content>
-void compare(Load load, const bounds::Look& look, Content&& content)
+void compare(Load load, const Prescan& seen, Content&& content)
 {
     const auto document = kel::newDocument();
     require(document->loadXML(Bstr(L"<earlier/>").get(), nullptr) == S_OK);
@@ -32,10 +33,10 @@ void compare(Load load, const bounds::Look& look, Content&& content)
     VARIANT_BOOL success = 7;
     const HRESULT result = load(*document, &success);
     QDomDocument direct;
-    const bool accepted = look.within && direct.setContent(content);
+    const bool accepted = seen.within && direct.setContent(content);
     require(result == (accepted ? S_OK : S_FALSE));
     require(success == (accepted ? VARIANT_TRUE : VARIANT_FALSE));
-    require(savedBy(*document) == (look.within ? savedByQt(direct) : earlier));
+    require(savedBy(*document) == (seen.within ? savedByQt(direct) : earlier));
 }
 
 } // namespace
@@ -48,16 +49,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!text.isEmpty())
         compare([&xml](IXMLDOMDocument& document,
                        VARIANT_BOOL* success) { return document.loadXML(xml.get(), success); },
-                bounds::lookAt(text), text);
+                prescan(text), text);
 
     static MemoryFile file;
     file.write(bytes);
     const Variant path(file.path());
     QBuffer buffer(&bytes);
     require(buffer.open(QIODevice::ReadOnly));
-    const bounds::Look look = bounds::lookAt(buffer);
+    const Prescan seen = prescan(bytes);
     compare([&path](IXMLDOMDocument& document,
                     VARIANT_BOOL* success) { return document.load(path.get(), success); },
-            look, &buffer);
+            seen, &buffer);
     return 0;
 }

@@ -4,6 +4,7 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QTextCodec>
+#include <csignal>
 #include <sys/stat.h>
 #include <thread>
 
@@ -125,6 +126,22 @@ TEST_F(LoadSave, APipeLoadsLikeAFileAndADeviceIsRefusedOrReadAsFarAsItIsWellForm
         writer.join();
     }
     auto document = documentOf(L"<kept/>");
+    std::signal(SIGPIPE, SIG_IGN);
+    qint64 taken = 0;
+    std::thread writer([&] {
+        QFile pipe(path);
+        ASSERT_TRUE(pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        qint64 more = pipe.write("<r/>");
+        for (const QByteArray blanks(64 * 1024, ' '); more > 0; more = pipe.write(blanks))
+            taken += more;
+    });
+    EXPECT_EQ(S_FALSE, load(*document, path, nullptr)) << "a pipe without end";
+    writer.join();
+    EXPECT_NEAR(64.1 * 1024 * 1024, static_cast<double>(taken), 0.2 * 1024 * 1024);
+    QFile large(pathOf("large"));
+    ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(512 * 1024 * 1024 + 1));
+    EXPECT_EQ(S_FALSE, load(*document, large.fileName(), nullptr));
+    EXPECT_EQ("<kept/>\n", saved(document));
     for (const char* const device : {"/dev/zero", "/dev/urandom", "/dev/null", "/proc/self/mem", "/"})
         EXPECT_EQ(S_FALSE, load(*document, QString::fromUtf8(device), nullptr)) << device;
 }

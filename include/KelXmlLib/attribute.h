@@ -14,8 +14,9 @@ class CMorvXMLDOMDocument;
 
 namespace kelxml
 {
-struct Inside;
+struct WrapperAccess;
 struct DocumentRef;
+class Handle;
 }
 
 /// See `IXMLDOMNode` and `IXMLDOMAttribute` for what each method does.
@@ -71,15 +72,15 @@ public:
     virtual ~CMorvXMLDOMAttribute();
 
     /// For the library itself: wraps `node`, with an owner document of its own over `document`.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMAttribute(const QDomNode& node, const kelxml::DocumentRef& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMAttribute(kelxml::Handle&& node, const kelxml::DocumentRef& document);
 
 private:
-    friend struct kelxml::Inside;
+    friend struct kelxml::WrapperAccess;
 
     ULONG m_refCount = 0;
     QDomAttr m_node;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
     QDomDocument m_standIn; ///< where `m_document` is null, keeps the document alive that the node came from
-    QDomNode m_keeper; ///< the element that an attribute stands on; let go of last
+    QDomNode m_ownerElement; ///< the element that an attribute stands on; let go of last
 };

@@ -14,7 +14,7 @@ class CMorvXMLDOMElement;
 
 namespace kelxml
 {
-struct Inside;
+struct WrapperAccess;
 }
 
 /// See `IXMLDOMNode` and `IXMLDOMDocument` for what each method does.
@@ -110,7 +110,7 @@ public:
     [[gnu::visibility("hidden")]] explicit CMorvXMLDOMDocument(const QDomDocument& document);
 
 private:
-    friend struct kelxml::Inside;
+    friend struct kelxml::WrapperAccess;
 
     ULONG m_refCount = 0;
     QDomDocument m_document;

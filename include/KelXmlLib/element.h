@@ -14,8 +14,9 @@ class CMorvXMLDOMDocument;
 
 namespace kelxml
 {
-struct Inside;
+struct WrapperAccess;
 struct DocumentRef;
+class Handle;
 }
 
 /// See `IXMLDOMNode` and `IXMLDOMElement` for what each method does.
@@ -77,10 +78,10 @@ public:
     virtual ~CMorvXMLDOMElement();
 
     /// For the library itself: wraps `node`, with an owner document of its own over `document`.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMElement(const QDomNode& node, const kelxml::DocumentRef& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMElement(kelxml::Handle&& node, const kelxml::DocumentRef& document);
 
 private:
-    friend struct kelxml::Inside;
+    friend struct kelxml::WrapperAccess;
 
     ULONG m_refCount = 0;
     QDomElement m_node;

@@ -14,7 +14,7 @@ class CMorvXMLDOMDocument;
 
 namespace kelxml
 {
-struct Inside;
+struct WrapperAccess;
 struct DocumentRef;
 }
 
@@ -45,12 +45,12 @@ public:
     [[gnu::visibility("hidden")]] CMorvXMLDOMNamedNodeMap(const QDomNode& node, const kelxml::DocumentRef& document);
 
 private:
-    friend struct kelxml::Inside;
+    friend struct kelxml::WrapperAccess;
 
     ULONG m_refCount = 0;
     QDomNamedNodeMap m_map;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
     QDomDocument m_standIn; ///< where `m_document` is null, keeps the document alive that the node came from
-    QDomNode m_keeper;                                ///< the element itself; let go of last
+    QDomNode m_ownerElement;                                ///< the element itself; let go of last
 };

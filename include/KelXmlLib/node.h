@@ -15,8 +15,9 @@ class CMorvXMLDOMDocument;
 
 namespace kelxml
 {
-struct Inside;
+struct WrapperAccess;
 struct DocumentRef;
+class Handle;
 }
 
 /// See `IXMLDOMNode` for what each method does.
@@ -68,10 +69,10 @@ public:
     virtual ~CMorvXMLDOMNode();
 
     /// For the library itself: wraps `node`, with an owner document of its own over `document`.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMNode(const QDomNode& node, const kelxml::DocumentRef& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMNode(kelxml::Handle&& node, const kelxml::DocumentRef& document);
 
 private:
-    friend struct kelxml::Inside;
+    friend struct kelxml::WrapperAccess;
 
     ULONG m_refCount = 0;
     QDomNode m_node;

@@ -9,22 +9,20 @@
 #include "KelXmlLib/xmldom.h"
 
 #include <QtXml/QDomDocument>
+#include <memory>
 
 class CMorvXMLDOMDocument;
 
 namespace kelxml
 {
-struct Inside;
+struct WrapperAccess;
 struct DocumentRef;
-}
-
-/// What a list was made from, so that it can be made anew.
-struct CMorvXMLDOMNodeListOrigin
+namespace guards
 {
-    QDomNode node;          ///< whose children, or descendants, are listed
-    bool byTagName = false; ///< whether the list is of descendant elements rather than of children
-    QString tagName;        ///< of those elements
-};
+class LiveList;
+struct ListOrigin;
+}
+}
 
 /// See `IXMLDOMNodeList` for what each method does.
 class [[gnu::visibility("default")]] CMorvXMLDOMNodeList final
@@ -44,16 +42,12 @@ public:
     virtual ~CMorvXMLDOMNodeList();
 
     /// For the library itself: the list that `origin` describes.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMNodeList(const CMorvXMLDOMNodeListOrigin& origin,
+    [[gnu::visibility("hidden")]] CMorvXMLDOMNodeList(const kelxml::guards::ListOrigin& origin,
                                                       const kelxml::DocumentRef& document);
 
 private:
-    friend struct kelxml::Inside;
+    friend struct kelxml::WrapperAccess;
 
-    /// Reads the list, made anew where its node has come into another document, or where memory ran out in
-    /// the last reading: Qt lists what it got to, and takes that for the whole from then on.
-    template <class Read>
-    [[gnu::visibility("hidden")]] auto read(Read read);
     [[gnu::visibility("hidden")]] QDomNode itemAt(LONG index);
 
     ULONG m_refCount = 0;
@@ -62,7 +56,6 @@ private:
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
     QDomDocument m_standIn; ///< where `m_document` is null, keeps the document alive that the node came from
-    QDomNode m_keeper; ///< the element of an attribute whose children are listed; let go of last
-    CMorvXMLDOMNodeListOrigin m_origin; ///< to make the list anew; let go of before the keeper
-    std::uint64_t m_madeAt = 0; ///< the count of nodes that came into other documents when `m_list` was made
+    QDomNode m_ownerElement; ///< the element of an attribute whose children are listed; let go of last
+    std::unique_ptr<kelxml::guards::LiveList> m_live; ///< reads `m_list`; let go of before the owner element
 };

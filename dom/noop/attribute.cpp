@@ -1,0 +1,35 @@
+// The methods of the attribute that are accepted and not carried out. Each answers S_OK at once and writes
+// nothing, out-parameters included: a caller tells it from a working method by an output that stays as it
+// was. To carry one out, delete its line here and give it a body in dom/attribute.cpp.
+
+#include "KelXmlLib/attribute.h"
+
+// One line each.
+// clang-format off
+HRESULT CMorvXMLDOMAttribute::get_nodeValue(VARIANT*) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::put_nodeValue(VARIANT) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::get_lastChild(IXMLDOMNode**) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::get_previousSibling(IXMLDOMNode**) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::get_nextSibling(IXMLDOMNode**) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::insertBefore(IXMLDOMNode*, VARIANT, IXMLDOMNode**) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::replaceChild(IXMLDOMNode*, IXMLDOMNode*, IXMLDOMNode**) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::cloneNode(VARIANT_BOOL, IXMLDOMNode**) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::get_nodeTypeString(BSTR*) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::get_specified(VARIANT_BOOL*) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::get_definition(IXMLDOMNode**) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::get_nodeTypedValue(VARIANT*) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::put_nodeTypedValue(VARIANT) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::get_dataType(VARIANT*) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::put_dataType(BSTR) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::get_xml(BSTR*) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::transformNode(IXMLDOMNode*, BSTR*) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::selectNodes(BSTR, IXMLDOMNodeList**) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::selectSingleNode(BSTR, IXMLDOMNode**) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::get_parsed(VARIANT_BOOL*) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::get_namespaceURI(BSTR*) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::get_prefix(BSTR*) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::get_baseName(BSTR*) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::transformNodeToObject(IXMLDOMNode*, VARIANT) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::get_name(BSTR*) { return S_OK; }
+HRESULT CMorvXMLDOMAttribute::put_value(VARIANT) { return S_OK; }
+// clang-format on

@@ -1,0 +1,109 @@
+// The one door to the members of the six classes, and the layouts that other binaries rely on.
+
+#pragma once
+
+#include "KelXmlLib/attribute.h"
+#include "KelXmlLib/document.h"
+#include "KelXmlLib/element.h"
+#include "KelXmlLib/named_node_map.h"
+#include "KelXmlLib/node.h"
+#include "KelXmlLib/node_list.h"
+#include "guards/node_ref.h"
+
+namespace kelxml
+{
+
+// The classes are not of standard layout; GCC and Clang define offsetof for them all the same.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Winvalid-offsetof"
+struct WrapperAccess
+{
+    template <class Wrapper>
+    static NodeRef refTo(const Wrapper& wrapper)
+    {
+        return {wrapper.m_node, documentOf(wrapper)};
+    }
+    static NodeRef refTo(const CMorvXMLDOMDocument& document)
+    {
+        return {document.m_document, documentOf(document)};
+    }
+
+    template <class Wrapper>
+    static DocumentRef documentOf(const Wrapper& wrapper)
+    {
+        return {wrapper.m_document, wrapper.m_standIn};
+    }
+    static DocumentRef documentOf(const CMorvXMLDOMDocument& document)
+    {
+        return {document.m_document, document.m_document};
+    }
+
+    template <class Wrapper>
+    static ULONG& countOf(Wrapper& wrapper)
+    {
+        return wrapper.m_refCount;
+    }
+
+    /// For an object that can hold an owner element: releases what else it holds in the promised order. The
+    /// owner element, a later member, would go first, and goes after all that may still point into it.
+    /// Without one, the order is that of the members.
+    template <class QtHandle>
+    static void releaseBefore(const QDomNode& ownerElement, kel::ComPtr<CMorvXMLDOMDocument>& ownerDocument,
+                              QDomDocument& document, QtHandle& handle)
+    {
+        ownerDocument.reset();
+        if (ownerElement.isNull())
+            return;
+        static const QDomDocument noDocument;
+        static const QtHandle noHandle;
+        document = noDocument;
+        handle = noHandle;
+    }
+
+    template <class Wrapper>
+    static constexpr bool layoutHolds()
+    {
+        return offsetof(Wrapper, m_refCount) == 64 && offsetof(Wrapper, m_node) == 72 &&
+               offsetof(Wrapper, m_ownerDocument) == 80 && offsetof(Wrapper, m_document) == 88;
+    }
+    static constexpr bool documentLayoutHolds()
+    {
+        using T = CMorvXMLDOMDocument;
+        return offsetof(T, m_refCount) == 64 && offsetof(T, m_document) == 72 &&
+               offsetof(T, m_documentElement) == 80 && sizeof(T) == 88;
+    }
+    static constexpr bool listLayoutHolds()
+    {
+        using T = CMorvXMLDOMNodeList;
+        return offsetof(T, m_refCount) == 64 && offsetof(T, m_list) == 72 && offsetof(T, m_cursor) == 80 &&
+               offsetof(T, m_ownerDocument) == 88 && offsetof(T, m_document) == 96;
+    }
+    static constexpr bool mapLayoutHolds()
+    {
+        using T = CMorvXMLDOMNamedNodeMap;
+        return offsetof(T, m_refCount) == 64 && offsetof(T, m_map) == 72 &&
+               offsetof(T, m_ownerDocument) == 80 && offsetof(T, m_document) == 88;
+    }
+};
+
+static_assert(WrapperAccess::layoutHolds<CMorvXMLDOMNode>() &&
+                  WrapperAccess::layoutHolds<CMorvXMLDOMElement>() &&
+                  WrapperAccess::layoutHolds<CMorvXMLDOMAttribute>() && WrapperAccess::documentLayoutHolds(),
+              "the Qt handle stands in the same place in all four node-like classes");
+static_assert(WrapperAccess::listLayoutHolds() && WrapperAccess::mapLayoutHolds(),
+              "member order of the collections");
+#pragma GCC diagnostic pop
+
+template <class Wrapper>
+NodeRef refTo(const Wrapper& wrapper)
+{
+    return WrapperAccess::refTo(wrapper);
+}
+
+template <class Wrapper>
+DocumentRef documentOf(const Wrapper& wrapper)
+{
+    return WrapperAccess::documentOf(wrapper);
+}
+
+} // namespace kelxml

@@ -1,0 +1,146 @@
+// The characters of a text in the order in which Qt's parser takes them: from the document, chunk by chunk,
+// and from entity values that were spliced in, innermost first.
+
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QStringView>
+#include <memory>
+#include <vector>
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+class QBuffer;
+class QByteArray;
+class QXmlInputSource;
+
+namespace kelxml::guards
+{
+
+/// The document itself: one chunk for a string, the input source's chunks for the bytes of a file.
+class DocumentChunks
+{
+public:
+    explicit DocumentChunks(QStringView text);
+    /// \param bytes outlive this
+    explicit DocumentChunks(const QByteArray& bytes);
+    ~DocumentChunks();
+
+    /// The next chunk, empty at the end; it stays valid until the next call.
+    QStringView next();
+    /// The length of the whole document in the parser's characters, for which bytes are decoded once more.
+    qint64 length() const;
+
+private:
+    QStringView m_whole;
+    bool m_wholeTaken = false;
+    const QByteArray* m_bytes = nullptr;
+    std::unique_ptr<QBuffer> m_buffer;
+    std::unique_ptr<QXmlInputSource> m_source;
+    QString m_chunk;
+};
+
+class CharacterStream
+{
+public:
+    /// What `get` and `seek` answer at the end, for good. The parser takes U+FFFE and U+FFFF for its end
+    /// marks.
+    static constexpr char16_t kEnd = 0xFFFF;
+
+    explicit CharacterStream(DocumentChunks& chunks) : m_chunks(chunks) {}
+
+    char16_t get()
+    {
+        if (m_span.at == m_span.end && !refill())
+            return kEnd;
+        const char16_t c = *m_span.at++;
+        return isEnd(c) ? finish() : c;
+    }
+
+    /// Takes characters one by one up to and including the first that `stops`, and returns that one.
+    template <typename Stops>
+    char16_t takeUntil(Stops stops)
+    {
+        char16_t c = get();
+        while (c != kEnd && !stops(c))
+            c = get();
+        return c;
+    }
+
+    /// Takes all characters up to and including the first of `Stops`, and returns that one.
+    template <char16_t... Stops>
+    char16_t seek()
+    {
+        return seek<Stops...>([](QStringView) {});
+    }
+
+    /// As above; the characters before the last go to `passed`, in runs.
+    template <char16_t... Stops, typename Passed>
+    char16_t seek(Passed passed)
+    {
+        while (m_span.at != m_span.end || refill()) {
+            const char16_t* const from = m_span.at;
+            m_span.at = findAny<Stops...>(from, m_span.end);
+            if (m_span.at != from)
+                passed(QStringView(from, m_span.at));
+            if (m_span.at != m_span.end)
+                return get();
+        }
+        return kEnd;
+    }
+
+    /// Continues with `text`, which outlives the stream; then where the stream was.
+    void splice(QStringView text, bool literal)
+    {
+        m_outer.push_back(m_span);
+        m_span = {text.utf16(), text.utf16() + text.size(), literal};
+    }
+
+    /// How many splices are open. Like the parser's, one that has been read to its end counts until the next
+    /// character is taken.
+    std::size_t splices() const { return m_outer.size(); }
+    bool spliced() const { return !m_outer.empty(); }
+    /// Whether the last character came from a splice inside a quoted value, where quotes don't end the value.
+    bool literal() const { return m_span.literal; }
+
+private:
+    struct Span
+    {
+        const char16_t* at = nullptr;
+        const char16_t* end = nullptr;
+        bool literal = false;
+    };
+
+    static bool isEnd(char16_t c) { return (c | 1) == kEnd; }
+    template <char16_t... Stops>
+    static const char16_t* findAny(const char16_t* at, const char16_t* end);
+    bool refill();
+    char16_t finish();
+
+    DocumentChunks& m_chunks;
+    Span m_span;
+    std::vector<Span> m_outer; // the document's span first
+    bool m_finished = false;
+};
+
+// Most characters of most texts are passed over in here, hence eight at a time.
+template <char16_t... Stops>
+const char16_t* CharacterStream::findAny(const char16_t* at, const char16_t* end)
+{
+#ifdef __SSE2__
+    const auto all = [](char16_t c) { return _mm_set1_epi16(static_cast<short>(c)); };
+    for (; end - at >= 8; at += 8) {
+        const __m128i eight = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+        __m128i hits = _mm_cmpeq_epi16(_mm_or_si128(eight, all(1)), all(kEnd));
+        ((hits = _mm_or_si128(hits, _mm_cmpeq_epi16(eight, all(Stops)))), ...);
+        if (const int mask = _mm_movemask_epi8(hits))
+            return at + __builtin_ctz(static_cast<unsigned>(mask)) / 2;
+    }
+#endif
+    while (at != end && !isEnd(*at) && ((*at != Stops) && ...))
+        ++at;
+    return at;
+}
+
+} // namespace kelxml::guards

@@ -1,0 +1,31 @@
+// What a text may ask of Qt's parser, and what a tree may be. docs/limits.md says why these and not others.
+
+#pragma once
+
+#include <QtCore/QtGlobal>
+
+namespace kelxml::guards
+{
+
+/// Elements in content or in an entity's value, parentheses in a content model. The deepest operation on a
+/// tree, saving, takes about 1.4 KiB of stack a level: 2.9 MB of the usual 8 MiB.
+constexpr int kMaxNesting = 2048;
+/// Elements below one another in a tree: what was built can be saved and loaded again.
+constexpr int kMaxElementDepth = kMaxNesting;
+/// Nodes of any kind: below the deepest element there is room for an attribute and its text.
+constexpr int kMaxNodeDepth = kMaxElementDepth + 2;
+
+/// The parser's work grows with the square of the number of declarations: a third of a second at this bound.
+constexpr int kMaxEntityDeclarations = 4096;
+/// What a text of any size may hold or unfold in entity text before its amplification counts: a few megabytes
+/// in the tree.
+constexpr qint64 kEntityActivationThreshold = 1'000'000;
+/// How much entity text a longer text may unfold, in times of what its sender had to send.
+constexpr int kMaxEntityAmplification = 10;
+
+/// The bytes that are taken from a file. One array holds them.
+constexpr qint64 kMaxFileBytes = qint64{512} * 1024 * 1024;
+/// The bytes that are taken from a device that does not know its size, such as a pipe that never ends.
+constexpr qint64 kMaxUnsizedBytes = qint64{64} * 1024 * 1024;
+
+} // namespace kelxml::guards

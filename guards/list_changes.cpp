@@ -1,0 +1,111 @@
+// A few thousand counts, found by a hash of what they are about. Where two things share a count, a list is
+// read anew once too often.
+
+#include "guards/list_changes.h"
+
+#include "guards/handle.h"
+
+#include <QtCore/QHash>
+#include <array>
+#include <atomic>
+
+namespace kelxml::guards
+{
+
+namespace
+{
+
+std::atomic<int> watches{0};
+
+/// Counts of changes of what a node and a number stand for. All threads use them, each for its own documents.
+template <std::size_t Size>
+class Counts
+{
+public:
+    void add(const QDomNode& node, uint number = 0) noexcept
+    {
+        at(node, number).fetch_add(1, std::memory_order_relaxed);
+    }
+    std::uint64_t of(const QDomNode& node, uint number = 0) noexcept
+    {
+        return at(node, number).load(std::memory_order_relaxed);
+    }
+
+private:
+    std::atomic<std::uint64_t>& at(const QDomNode& node, uint number) noexcept
+    {
+        // Addresses and numbers that lie close together are spread by the multiplication; its high bits are
+        // the best.
+        constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
+        const auto address = reinterpret_cast<std::uintptr_t>(Handle::identityOf(node));
+        return m_counts[((address + number * kOdd) * kOdd >> 32) % Size];
+    }
+
+    std::array<std::atomic<std::uint64_t>, Size> m_counts{};
+};
+
+// Apart, since a loop changes the children of as many nodes as it meets.
+Counts<16384> ofChildren;
+Counts<4096> ofElements;
+Counts<256> ofContent;
+
+/// The node after `node` in the subtree of `root`, in document order; null at the end.
+Handle nextInSubtree(const Handle& node, const QDomNode& root)
+{
+    Handle next = node.firstChild();
+    for (Handle at = node; next.isNull() && at != root; at = at.parentNode())
+        next = at.nextSibling();
+    return next;
+}
+
+} // namespace
+
+ListWatch::ListWatch() noexcept
+{
+    watches.fetch_add(1, std::memory_order_relaxed);
+}
+
+ListWatch::~ListWatch()
+{
+    watches.fetch_sub(1, std::memory_order_relaxed);
+}
+
+std::uint64_t changesOfChildren(const QDomNode& parent) noexcept
+{
+    return ofChildren.of(parent);
+}
+
+std::uint64_t changesOfElements(const QString& name, const QDomNode& top) noexcept
+{
+    return ofElements.of(top, qHash(name)) + ofContent.of(top);
+}
+
+bool areChangesCounted() noexcept
+{
+    return watches.load(std::memory_order_relaxed) != 0;
+}
+
+void noteChild(const QDomNode& node, const QDomNode& parent)
+{
+    if (!areChangesCounted())
+        return;
+    ofChildren.add(parent);
+    const Handle top = topOf(parent);
+    for (Handle at{QDomNode(node)}; !at.isNull(); at = nextInSubtree(at, node))
+        if (at.isElement())
+            ofElements.add(top, qHash(listedName(at)));
+}
+
+void noteReplacedContent(const QDomDocument& document) noexcept
+{
+    ofChildren.add(document);
+    ofContent.add(document);
+}
+
+QString listedName(const QDomNode& element)
+{
+    const QString local = element.localName(); // null for an element of a document read without namespaces
+    return local.isNull() ? element.nodeName() : local;
+}
+
+} // namespace kelxml::guards

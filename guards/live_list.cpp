@@ -1,0 +1,88 @@
+// Short lists are Qt's. A long one is read once through Qt's and kept.
+
+#include "guards/live_list.h"
+
+#include "guards/handle.h"
+#include "guards/tree.h"
+
+namespace kelxml::guards
+{
+
+LiveList::LiveList(ListOrigin origin, const DocumentRef& document, QDomNodeList& list)
+    : m_origin(std::move(origin))
+{
+    makeAnew(list, document);
+}
+
+void LiveList::makeAnew(QDomNodeList& list, const DocumentRef& document)
+{
+    adopt({m_origin.node, document});
+    if (!m_origin.byTagName)
+        list = m_origin.node.childNodes();
+    else if (m_origin.node.isDocument())
+        list = m_origin.node.toDocument().elementsByTagName(m_origin.tagName);
+    else
+        list = m_origin.node.toElement().elementsByTagName(m_origin.tagName);
+    m_madeAt = documentChanges();
+}
+
+template <class Read>
+auto LiveList::read(QDomNodeList& list, const DocumentRef& document, Read read)
+{
+    adopt({m_origin.node, document});
+    if (m_madeAt != documentChanges())
+        makeAnew(list, document);
+    m_madeAt = kNeverMade;
+    const auto answer = read(list);
+    m_madeAt = documentChanges();
+    return answer;
+}
+
+int LiveList::length(QDomNodeList& list, const DocumentRef& document)
+{
+    if (isKept())
+        return static_cast<int>(m_kept->nodes.size());
+    const int length = read(list, document, [](const QDomNodeList& all) { return all.length(); });
+    m_mayBeLong = length >= kLong;
+    m_kept.reset();
+    if (m_mayBeLong)
+        keep(length, list);
+    return length;
+}
+
+QDomNode LiveList::item(int index, QDomNodeList& list, const DocumentRef& document)
+{
+    if (m_mayBeLong || index >= kLong) {
+        if (index >= length(list, document))
+            return {};
+        if (m_kept)
+            return m_kept->nodes[static_cast<std::size_t>(index)];
+    }
+    return read(list, document, [=](const QDomNodeList& all) { return all.item(index); });
+}
+
+bool LiveList::isKept() const
+{
+    if (!m_kept)
+        return false;
+    if (!isByTagName())
+        return m_kept->changes == changesOfChildren(m_origin.node);
+    const Handle top = topOf(m_origin.node);
+    return m_kept->top == Handle::identityOf(top) &&
+           m_kept->changes == changesOfElements(m_origin.tagName, top);
+}
+
+void LiveList::keep(int length, const QDomNodeList& list)
+{
+    auto kept = std::make_unique<Kept>();
+    kept->nodes.reserve(static_cast<std::size_t>(length));
+    for (int index = 0; index < length; ++index)
+        kept->nodes.push_back(list.item(index));
+    const Handle top = topOf(m_origin.node);
+    kept->top = Handle::identityOf(top);
+    kept->changes =
+        isByTagName() ? changesOfElements(m_origin.tagName, top) : changesOfChildren(m_origin.node);
+    m_kept = std::move(kept);
+}
+
+} // namespace kelxml::guards

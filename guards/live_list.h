@@ -1,0 +1,66 @@
+// A live list of nodes that a loop can read while it changes the tree.
+//
+// Qt makes a list anew after every change of its document: a loop over a long list that sets an attribute at
+// each step takes time with the square of its length. A long list here keeps its nodes, and is made anew only
+// after a change that can concern it.
+
+#pragma once
+
+#include "guards/list_changes.h"
+#include "guards/node_ref.h"
+
+#include <limits>
+#include <memory>
+#include <vector>
+
+namespace kelxml::guards
+{
+
+/// What a list shows: the children of a node, or the elements below it that have a name.
+struct ListOrigin
+{
+    QDomNode node;
+    bool byTagName = false;
+    QString tagName; ///< null stands for the children again
+};
+
+/// Reads `list`, which belongs to the same object and is made anew where Qt would be wrong about it: where
+/// its node has come into another document (see `documentChanges`), and where memory ran out in the last
+/// reading: Qt lists what it got to, and takes that for the whole from then on.
+class LiveList
+{
+public:
+    LiveList(ListOrigin origin, const DocumentRef& document, QDomNodeList& list);
+
+    int length(QDomNodeList& list, const DocumentRef& document);
+    /// Null beyond the end.
+    QDomNode item(int index, QDomNodeList& list, const DocumentRef& document);
+
+private:
+    /// The nodes of a long list, and what they go by.
+    struct Kept
+    {
+        ListWatch watch;
+        const void* top; ///< of the tree in which elements are looked for
+        std::uint64_t changes;
+        std::vector<QDomNode> nodes;
+    };
+
+    bool isByTagName() const { return m_origin.byTagName && !m_origin.tagName.isNull(); }
+    void makeAnew(QDomNodeList& list, const DocumentRef& document);
+    template <class Read>
+    auto read(QDomNodeList& list, const DocumentRef& document, Read read);
+    bool isKept() const;
+    void keep(int length, const QDomNodeList& list);
+
+    static constexpr int kLong = 32;
+    /// No count of changes: a list made at it is made anew.
+    static constexpr std::uint64_t kNeverMade = std::numeric_limits<std::uint64_t>::max();
+
+    ListOrigin m_origin;
+    std::uint64_t m_madeAt = kNeverMade;
+    bool m_mayBeLong = true;            ///< at the last reading, or before the first
+    std::unique_ptr<const Kept> m_kept; ///< null, or of a long list
+};
+
+} // namespace kelxml::guards

@@ -1,0 +1,260 @@
+// Content and tags, and the bookkeeping that everything shares.
+
+#include "guards/prescanner.h"
+
+#include <algorithm>
+
+namespace kelxml::guards
+{
+
+namespace
+{
+
+// The parser knows these before it looks at declarations, and splices nothing for them.
+bool isPredefined(const QString& name)
+{
+    return name == QLatin1String("amp") || name == QLatin1String("lt") || name == QLatin1String("gt") ||
+           name == QLatin1String("quot") || name == QLatin1String("apos");
+}
+
+} // namespace
+
+Prescan Prescanner::document()
+{
+    if (prolog() && (m_depth == 0 || content(false)))
+        epilog();
+    return {m_within, m_nesting};
+}
+
+Prescan Prescanner::value()
+{
+    content(true);
+    return {m_within, m_nesting};
+}
+
+// Up to the document element's start tag. The parser takes a second document type declaration like a first.
+bool Prescanner::prolog()
+{
+    for (;;) {
+        char16_t c = m_in.get();
+        if (isSpace(c))
+            continue;
+        if (c != u'<')
+            return false;
+        c = m_in.get();
+        if (c == u'?') {
+            if (!processingInstruction())
+                return false;
+        } else if (c == u'!') {
+            c = m_in.get();
+            if (!(c == u'D' ? documentType() : c == u'-' && dashedComment()))
+                return false;
+        } else {
+            return startTag();
+        }
+    }
+}
+
+// Behind the document element nothing nests and nothing is spliced, but there need not be an end.
+bool Prescanner::epilog()
+{
+    for (;;) {
+        char16_t c = m_in.get();
+        if (isSpace(c))
+            continue;
+        if (c != u'<')
+            return false;
+        c = m_in.get();
+        if (!(c == u'?' ? processingInstruction() : c == u'!' && m_in.get() == u'-' && dashedComment()))
+            return false;
+    }
+}
+
+// Flattened, since nearly all of a text is read in here: the place in it stays in a register.
+[[gnu::flatten]] bool Prescanner::content(bool toTheEnd)
+{
+    do {
+        const char16_t c = m_in.seek<u'<', u'&'>();
+        if (c == CharacterStream::kEnd || !(c == u'<' ? markup() : reference(false)))
+            return false;
+    } while (toTheEnd || m_depth > 0);
+    return true;
+}
+
+bool Prescanner::markup()
+{
+    char16_t c = m_in.get();
+    if (c == u'/')
+        return endTag();
+    if (c == u'?')
+        return processingInstruction();
+    if (c != u'!')
+        return c != CharacterStream::kEnd && startTag();
+    c = m_in.get();
+    return c == u'[' ? cdata() : c == u'-' && dashedComment();
+}
+
+bool Prescanner::startTag()
+{
+    if (!deepen(m_depth))
+        return false;
+    for (;;) {
+        const char16_t c = m_in.seek<u'>', u'/', u'<', u'"', u'\''>();
+        if (c == u'>')
+            return true;
+        if (c == u'/') {
+            --m_depth;
+            return m_in.get() == u'>';
+        }
+        if (!isQuote(c) || !attributeValue(c))
+            return false;
+    }
+}
+
+bool Prescanner::endTag()
+{
+    m_depth = std::max(0, m_depth - 1); // an entity's value may close what it didn't open
+    return m_in.seek<u'>'>() == u'>';
+}
+
+bool Prescanner::dashedComment()
+{
+    return m_in.get() == u'-' && comment();
+}
+
+bool Prescanner::comment()
+{
+    for (;;) {
+        if (m_in.seek<u'-'>() == CharacterStream::kEnd)
+            return false;
+        if (m_in.get() == u'-')
+            return m_in.get() == u'>';
+    }
+}
+
+bool Prescanner::cdata()
+{
+    for (const QChar expected : QStringView(u"CDATA["))
+        if (m_in.get() != expected)
+            return false;
+    for (;;) {
+        char16_t c = m_in.seek<u']'>();
+        int brackets = 0;
+        for (; c == u']'; c = m_in.get())
+            ++brackets;
+        if (c == CharacterStream::kEnd || (c == u'>' && brackets >= 2))
+            return c == u'>';
+    }
+}
+
+bool Prescanner::processingInstruction()
+{
+    constexpr QStringView xml(u"xml");
+    qsizetype matched = 0;
+    char16_t c = m_in.get();
+    while (matched < xml.size() && xml[matched] == c) {
+        ++matched;
+        c = m_in.get();
+    }
+    if (matched == xml.size() && isSpace(c))
+        return xmlDeclaration();
+    for (;;) {
+        if (c != u'?')
+            c = m_in.seek<u'?'>();
+        while (c == u'?')
+            c = m_in.get();
+        if (c == u'>' || c == CharacterStream::kEnd)
+            return c == u'>';
+    }
+}
+
+// Its parts are attributes to the parser: in a quoted one "?>" means nothing.
+bool Prescanner::xmlDeclaration()
+{
+    for (;;) {
+        const char16_t c = m_in.seek<u'?', u'"', u'\''>();
+        if (c == u'?')
+            return m_in.get() == u'>';
+        if (c == CharacterStream::kEnd || !attributeValue(c))
+            return false;
+    }
+}
+
+bool Prescanner::attributeValue(char16_t quote)
+{
+    for (;;) {
+        const char16_t c = m_in.seek<u'&', u'<', u'"', u'\''>();
+        if (c == quote && !m_in.literal())
+            return true;
+        if (c == u'&' ? !reference(true) : !isQuote(c))
+            return false;
+    }
+}
+
+bool Prescanner::reference(bool literal)
+{
+    // Without entities, and in character references, what follows the ampersand is as good as text.
+    if (m_entities.isEmpty())
+        return true;
+    m_name.resize(0);
+    if (!referenceName(m_name))
+        return false;
+    if (m_name.startsWith(u'#') || isPredefined(m_name))
+        return true;
+    const Entity* entity = find(m_name, Kind::General);
+    return !entity || splice(entity->text, literal);
+}
+
+// Adds the characters up to the semicolon, of a name too long to be declared only its beginning.
+bool Prescanner::referenceName(QString& name)
+{
+    for (;;) {
+        const char16_t c = m_in.get();
+        if (c == u';')
+            return true;
+        if (isSpace(c) || isQuote(c) || c == u'<' || c == u'>' || c == u'&' || c == CharacterStream::kEnd)
+            return false;
+        if (name.size() <= m_longestName)
+            name += QChar(c);
+    }
+}
+
+const Prescanner::Entity* Prescanner::find(const QString& name, Kind kind) const
+{
+    const auto found = m_entities.constFind(name);
+    return found != m_entities.constEnd() && found->kind == kind ? &*found : nullptr;
+}
+
+bool Prescanner::splice(QStringView text, bool literal)
+{
+    // The parser calls it a recursion once more splices are open than entities are there.
+    const int open = std::max(m_generalEntities, m_parameterEntities) + 1;
+    if (m_in.splices() >= static_cast<std::size_t>(open) || !addEntityText(text.size()))
+        return false;
+    m_in.splice(text, literal);
+    return true;
+}
+
+bool Prescanner::addEntityText(qint64 length)
+{
+    m_entityText += length;
+    if (m_entityText > m_maxEntityText && !m_lengthKnown) {
+        m_maxEntityText = std::max(kEntityActivationThreshold, kMaxEntityAmplification * m_chunks.length());
+        m_lengthKnown = true;
+    }
+    return m_entityText <= m_maxEntityText || beyond();
+}
+
+bool Prescanner::deepen(int& depth)
+{
+    m_nesting = std::max(m_nesting, ++depth);
+    return depth <= kMaxNesting || beyond();
+}
+
+bool Prescanner::beyond()
+{
+    m_within = false;
+    return false;
+}
+
+} // namespace kelxml::guards

@@ -1,0 +1,100 @@
+// One walk through a text as Qt's simple parser takes it, counting what the bounds are about.
+//
+// The scanner accepts more than the parser: where the parser is sure to report an error and stop, the scanner
+// may stop too, and where it is not sure it goes on as if there were none. So at every character that the
+// reader gets to, both are in the same place of the grammar.
+
+#pragma once
+
+#include "guards/character_stream.h"
+#include "guards/limits.h"
+#include "guards/prescan.h"
+
+#include <QtCore/QMap>
+#include <QtCore/QString>
+
+namespace kelxml::guards
+{
+
+class Prescanner
+{
+public:
+    explicit Prescanner(DocumentChunks& chunks) : m_chunks(chunks), m_in(chunks) {}
+
+    Prescan document();
+    /// For the value of an entity: its own nesting, whether it is used or not.
+    Prescan value();
+
+private:
+    enum class Kind { General, Parameter, External };
+    struct Entity
+    {
+        QString text; // of a parameter entity: between two blanks, as the parser includes it in the DTD
+        Kind kind = Kind::General;
+    };
+
+    // All of these take the characters of one construct, whose first ones were taken already, and say whether
+    // the walk goes on: not when the parser stops here, and not when a bound is passed.
+    bool prolog();
+    bool epilog();
+    bool content(bool toTheEnd);
+    bool markup();
+    bool startTag();
+    bool endTag();
+    bool dashedComment();
+    bool comment();
+    bool cdata();
+    bool processingInstruction();
+    bool xmlDeclaration();
+    bool attributeValue(char16_t quote);
+    bool reference(bool literal);
+
+    bool documentType();
+    bool internalSubset();
+    bool declaration();
+    bool elementDeclaration();
+    bool attributeListDeclaration();
+    bool literalsOnly();
+    bool entityDeclaration();
+    bool entityValue(char16_t quote, QString& value);
+    bool referenceInValue(QString& value);
+    bool characterReference(QString& value);
+    void addToValue(QString& value, QStringView run);
+    bool parameterReference(bool inValue);
+    bool systemLiteral(char16_t quote);
+
+    bool referenceName(QString& name);
+    bool declare(const QString& name, const QString& text, Kind kind);
+    const Entity* find(const QString& name, Kind kind) const;
+    bool splice(QStringView text, bool literal);
+    bool addEntityText(qint64 length);
+    bool deepen(int& depth);
+    bool beyond();
+
+    DocumentChunks& m_chunks;
+    CharacterStream m_in;
+    QMap<QString, Entity> m_entities; // no hash: names that all collide could be sent
+    QString m_name;                   // of a reference; here to be allocated once
+    qsizetype m_longestName = 0;      // no reference to a longer one leads anywhere
+    int m_generalEntities = 0;        // those with a value; not the external ones
+    int m_parameterEntities = 0;
+    int m_declarations = 0;
+    qint64 m_entityText = 0;
+    qint64 m_maxEntityText = kEntityActivationThreshold;
+    bool m_lengthKnown = false;
+    int m_depth = 0;
+    int m_nesting = 0;
+    bool m_within = true;
+};
+
+inline bool isSpace(char16_t c)
+{
+    return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r';
+}
+
+inline bool isQuote(char16_t c)
+{
+    return c == u'"' || c == u'\'';
+}
+
+} // namespace kelxml::guards

@@ -1,0 +1,16 @@
+// Whether the calling thread's stack has room for Qt's recursion. Overrunning it would end the process.
+
+#pragma once
+
+namespace kelxml::guards
+{
+
+/// Whether Qt's parser can go `nesting` levels deep. On a usual thread this is one comparison, but for the
+/// first time, when the system is asked where the stack ends. \throw std::bad_alloc when there was no memory
+/// to ask
+bool hasRoomToParse(int nesting);
+
+/// Whether Qt can save a tree in which `depth` nodes stand below one another. \throw as above
+bool hasRoomToSave(int depth);
+
+} // namespace kelxml::guards

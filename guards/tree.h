@@ -1,0 +1,54 @@
+// What stands between the callers and Qt's tree. Qt keeps raw pointers between nodes, lists and documents and
+// trusts that they are good; after ordinary calls in an unlucky order they are not. Each rule here keeps one
+// kind of bad pointer, or one kind of ring, from Qt. Whatever changes a tree, or asks where a node belongs,
+// goes through here.
+
+#pragma once
+
+#include "guards/node_ref.h"
+
+#include <cstdint>
+
+namespace kelxml::guards
+{
+
+/// `QDomNode::appendChild`, except that what would tie a ring, put a node into two places or nest too deep is
+/// left undone.
+void appendChild(const NodeRef& parent, const NodeRef& child);
+
+/// `QDomNode::removeChild`. \return what Qt returns
+QDomNode removeChild(const NodeRef& parent, const NodeRef& child);
+
+/// `QDomNode::cloneNode`. The copy belongs to a document that is alive.
+QDomNode cloneNode(const NodeRef& node, bool deep);
+
+/// `QDomNode::setNodeValue`, which replaces the text of an attribute.
+void setNodeValue(const NodeRef& node, const QString& value);
+
+/// Puts a text in the place of the first child, at the end.
+void replaceFirstChild(const NodeRef& element, const QString& text);
+
+/// To be called before an attribute of an element is set by its name.
+void prepareSettingAttribute(const NodeRef& element, const QString& name);
+
+/// `QDomNode::ownerDocument`, never one that is gone.
+QDomDocument ownerDocument(const NodeRef& node);
+
+/// Against a dangling parent: an attribute points to its element without holding it. Who holds an attribute,
+/// or a list of its children, holds the answer as well and lets go of it last. Null for any other node, and
+/// for an attribute that is a child of another attribute: Qt clears its pointer when that parent goes, and to
+/// hold the parent would let it outlive the element it stands on.
+QDomNode ownerElementOf(const QDomNode& node);
+
+/// Against a dangling document: once nodes of two documents have met in one call, a tree outside any document
+/// may remember one that is gone. Gives the top of such a tree a living document, that of `node`, before Qt
+/// touches the tree. Until documents have met, this is one comparison.
+void adopt(const NodeRef& node);
+
+/// Against lists that remember freed nodes: Qt knows a list that is out of date by its document's count of
+/// changes, and once its node has come into another document, that one's count can be the same by chance.
+/// This counts what may bring a node into another document; a list of Qt's made before the last change of it
+/// is made anew. 0 until nodes of two documents have met in one call.
+std::uint64_t documentChanges() noexcept;
+
+} // namespace kelxml::guards

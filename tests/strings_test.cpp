@@ -1,0 +1,91 @@
+// The conversions against Qt's plain road, on random and hostile text.
+
+#include "support/allocations.h"
+#include "text/strings.h"
+
+#include <gtest/gtest.h>
+#include <random>
+#include <vector>
+
+namespace
+{
+
+/// Units that conversions stumble over: markup, surrogates on their own, the edges of planes, a byte order
+/// mark in both orders, what is no code point at all.
+const char32_t kUnits[] = {U'a',   U'<',    U'&',    0x7F,     0x80,     0xE9,       0x7FF,      0x800,
+                           0xD7FF, 0xD800,  0xDBFF,  0xDC00,   0xDFFF,   0xE000,     0xFEFF,     0xFFFE,
+                           0xFFFF, 0x10000, 0x1F600, 0x10FFFF, 0x110000, 0x7FFFFFFF, 0xFFFE0000, 0xFFFFFFFF};
+
+constexpr std::size_t kUnitsOf16Bits = 17;
+
+std::vector<wchar_t> randomWide(std::mt19937& random, std::size_t length)
+{
+    const std::size_t kinds = random() % 2 ? kUnitsOf16Bits : std::size(kUnits);
+    std::vector<wchar_t> text;
+    for (std::size_t index = 0; index < length; ++index)
+        text.push_back(static_cast<wchar_t>(kUnits[random() % kinds]));
+    text.push_back(0);
+    return text;
+}
+
+TEST(Text, InwardsEqualsQtsConversionForAnyUnits)
+{
+    EXPECT_TRUE(kelxml::fromWide(nullptr).isNull());
+    std::mt19937 random(1);
+    for (int round = 0; round < 20000; ++round) {
+        const auto text = randomWide(random, random() % 40);
+        const QString expected = QString::fromUcs4(reinterpret_cast<const char32_t*>(text.data()), -1);
+        ASSERT_EQ(expected, kelxml::fromWide(text.data())) << round;
+        ASSERT_EQ(expected.isNull(), kelxml::fromWide(text.data()).isNull());
+    }
+}
+
+TEST(Text, OutwardsEqualsQtsConversionUpToTheFirstZero)
+{
+    std::mt19937 random(2);
+    for (int round = 0; round < 4000; ++round) {
+        // Zeros are in the short texts only: the long ones are to come out whole.
+        const bool isLong = round % 50 == 0;
+        QString text(static_cast<int>(isLong ? 1000 + random() % 50 : random() % 40), QChar());
+        for (QChar& unit : text) {
+            const auto any = kUnits[random() % kUnitsOf16Bits];
+            unit = QChar(static_cast<ushort>(!isLong && random() % 8 == 0 ? random() % 3 : any));
+        }
+        std::vector<wchar_t> expected(static_cast<std::size_t>(text.size()) + 1, L'\0');
+        text.toWCharArray(expected.data());
+        kel::Bstr out;
+        out.reset(kelxml::toBstr(text));
+        ASSERT_TRUE(out);
+        ASSERT_STREQ(expected.data(), out.c_str()) << round;
+        ASSERT_EQ(static_cast<UINT>(std::wcslen(expected.data())), out.length());
+    }
+}
+
+TEST(Text, ShortTextAllocatesTheBstrAndNothingElse)
+{
+    if (!allocations::kCanFail)
+        GTEST_SKIP() << "a sanitizer's allocator cannot be made to fail";
+    const QString text(1023, QLatin1Char('x'));
+    allocations::FailAt second(2);
+    kel::Bstr out;
+    out.reset(kelxml::toBstr(text));
+    EXPECT_FALSE(second.failed());
+    EXPECT_EQ(1023u, out.length());
+}
+
+TEST(Text, AVariantIsOverwrittenWithoutBeingFreedAndKeepsItsReservedWords)
+{
+    kel::Bstr earlier(L"earlier");
+    VARIANT value{};
+    value.vt = VT_BSTR;
+    value.wReserved2 = 77;
+    value.bstrVal = earlier.get();
+    kelxml::putString(QString(), &value);
+    EXPECT_EQ(VT_BSTR, value.vt);
+    EXPECT_EQ(77, value.wReserved2);
+    EXPECT_NE(earlier.get(), value.bstrVal);
+    EXPECT_EQ(0u, SysStringLen(value.bstrVal));
+    SysFreeString(value.bstrVal);
+}
+
+} // namespace
