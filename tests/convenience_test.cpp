@@ -5,6 +5,7 @@
 
 #include "support/dom_fixture.h"
 
+#include <filesystem>
 #include <vector>
 
 namespace
@@ -28,16 +29,21 @@ struct Convenience : DomTest
     }
 };
 
-/// The code that `action` throws; 0 when it throws none.
+/// The error that `action` throws; one of `S_OK` when it throws none.
 template <class Action>
-HRESULT thrownBy(Action action)
+kel::Error errorOf(Action action)
 {
     try {
         action();
     } catch (const kel::Error& error) {
-        return error.code();
+        return error;
     }
-    return 0;
+    return kel::Error(S_OK);
+}
+template <class Action>
+HRESULT thrownBy(Action action)
+{
+    return errorOf(action).code();
 }
 
 TEST_F(Convenience, ValuesHoldWhatTheyWereMadeFromAndConvertNothingElse)
@@ -136,7 +142,7 @@ TEST_F(Convenience, AnAnswerOfFalseIsAFailureUnlessItWasSaidToBeNone)
     EXPECT_TRUE(kel::check(S_OK));
     EXPECT_FALSE(kel::check(S_FALSE, kel::FalseIs::success));
     EXPECT_EQ(S_FALSE, thrownBy([] { kel::check(S_FALSE); }));
-    EXPECT_EQ(S_FALSE, thrownBy([] { kel::check(S_FALSE, "loading"); }));
+    EXPECT_STREQ("loading: could not be done", errorOf([] { kel::check(S_FALSE, "loading"); }).what());
     EXPECT_EQ(E_FAIL, thrownBy([] { kel::check(E_FAIL, kel::FalseIs::success); }));
     // A success code that nobody knows is no permission to go on as after `S_OK`.
     EXPECT_EQ(2, thrownBy([] { kel::check(2); }));
@@ -191,6 +197,58 @@ TEST_F(Convenience, ALoopCanBeRepeatedLeftByAnExceptionAndOutrunByChanges)
         EXPECT_EQ(L"", namesIn(kel::each(list)));
         // The list's cursor was nobody's but its owner's.
         EXPECT_EQ(S_FALSE, list->nextNode(first.put()));
+    });
+}
+
+TEST_F(Convenience, FilesAreNamedInUtf8AndAFailureSaysWhichFileAndWhy)
+{
+    const std::string path = pathOf("h\xC3\xA9\xF0\x9F\x98\x80.xml").toStdString();
+    kel::save(*documentOf(L"<r/>"), path.c_str());
+    ASSERT_TRUE(std::filesystem::exists(path)) << "under other bytes";
+    EXPECT_EQ(L"r", nameOf(*rootOf(kel::load(std::filesystem::path(path)))));
+
+    write(QString::fromStdString(path), "<r>");
+    const auto messageOf = [](auto action) { return std::string(errorOf(action).what()); };
+    EXPECT_EQ("loading '" + path +
+                  "': it cannot be read, or holds no well-formed XML within the library's limits",
+              messageOf([&] { kel::load(path); }));
+    EXPECT_EQ("loading '" + path + "/': there is no such file", messageOf([&] { kel::load(path + '/'); }));
+    EXPECT_EQ("saving '" + path +
+                  "/': it cannot be opened for writing, or the tree is too deep for the free stack",
+              messageOf([&] { kel::save(*newDocument(), path + '/'); }));
+    EXPECT_EQ("loading '\xFF': the path is not UTF-8", messageOf([] { kel::load("\xFF"); }));
+}
+
+TEST_F(Convenience, WhatIsSetIsReadAndARefusalIsAnError)
+{
+    expectNothingLeft([] {
+        const auto document = newDocument();
+        auto element = kel::appendElement(*document, L"r");
+        kel::appendElement(*element, L"x", L"one");
+        kel::appendElement(*element, L"y", L"two");
+        EXPECT_EQ(L"onetwo", kel::textOf(*element));
+        EXPECT_EQ(L"x y ", namesIn(kel::childrenOf(*element)));
+        EXPECT_EQ(L"none", kel::attributeOf(*element, L"a", L"none"));
+        kel::setAttribute(*element, L"a", L"");
+        EXPECT_EQ(L"", kel::attributeOf(*element, L"a", L"none"));
+        const auto attribute = attributeOf(*element, L"a");
+        kel::setText(*attribute, L"7");
+        EXPECT_EQ(L"7", kel::attributeOf(*element, L"a"));
+        EXPECT_EQ(S_FALSE, thrownBy([&] { kel::textOf(*attribute); }));
+
+        element->appendChild(create(*document, NODE_ATTRIBUTE, L"odd").get(), nullptr);
+        kel::setText(*element, L"all");
+        EXPECT_EQ(L"#text ", namesIn(kel::childrenOf(*element)));
+        const auto text = firstChildOf(*element);
+        EXPECT_EQ(L"all", kel::textOf(*text));
+        EXPECT_EQ(L"none", kel::attributeOf(*text, L"a", L"none"));
+        EXPECT_EQ(E_NOINTERFACE, thrownBy([&] { kel::setAttribute(*text, L"a", 1); }));
+
+        EXPECT_EQ(S_FALSE, thrownBy([&] { kel::appendElement(*element, L""); }));
+        EXPECT_EQ(S_FALSE, thrownBy([&] {
+                      for (int level = 0; level < 3000; ++level)
+                          element = kel::appendElement(*element, L"deeper");
+                  }));
     });
 }
 

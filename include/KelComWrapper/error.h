@@ -21,7 +21,7 @@ inline std::string describe(HRESULT result)
         const char* words;
     } kKnown[] = {
         {S_OK, "done"},
-        {S_FALSE, "nothing was done"},
+        {S_FALSE, "could not be done"},
         {E_NOTIMPL, "not implemented"},
         {E_NOINTERFACE, "no such interface"},
         {E_POINTER, "a pointer is missing"},
@@ -60,6 +60,12 @@ public:
     /// \param action what was being done, such as "asking for a name"
     Error(HRESULT code, const char* action)
         : std::runtime_error(std::string(action) + ": " + describe(code)), m_code(code)
+    {}
+    /// \param code the result that was not accepted
+    /// \param action what was being done
+    /// \param reason what is known beyond the result
+    Error(HRESULT code, const std::string& action, const std::string& reason)
+        : std::runtime_error(action + ": " + reason), m_code(code)
     {}
     /// \return the result that was not accepted
     HRESULT code() const noexcept

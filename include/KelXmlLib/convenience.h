@@ -1,6 +1,7 @@
 /// \file
-/// Shorter ways through the object model for C++ callers: documents, casts, and lists in range-for.
-/// Header-only and optional; failures are exceptions (see KelComWrapper/error.h).
+/// Shorter ways through the object model for C++ callers: documents and their files, casts, lists in
+/// range-for, attributes, texts and new elements. Header-only and optional; failures are exceptions (see
+/// KelComWrapper/error.h).
 
 #pragma once
 
@@ -11,6 +12,15 @@
 #include "KelXmlLib/guids.h"
 #include "KelXmlLib/module.h"
 #include "KelXmlLib/xmldom.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <type_traits>
+#include <utility>
 
 namespace kel
 {
@@ -47,9 +57,60 @@ inline ComPtr<IXMLDOMDocument> newDocument()
     return ComPtr<IXMLDOMDocument>::adopt(static_cast<IXMLDOMDocument*>(document));
 }
 
+namespace detail
+{
+
+/// As `load` and `save` of a document take it. Whatever the locale, the bytes are read as UTF-8;
+/// `path::wstring` would go by the locale.
+/// \param path of the file
+/// \param action for the error
+inline Variant pathValue(const std::filesystem::path& path, const std::string& action)
+{
+    try {
+        const std::u32string text = path.u32string();
+        return Variant(std::wstring(text.begin(), text.end()));
+    } catch (const std::filesystem::filesystem_error&) {
+        throw Error(E_INVALIDARG, action, "the path is not UTF-8");
+    }
+}
+
+} // namespace detail
+
+/// A new document, read from a file.
+/// \param path as `char*`, `std::string` or `std::filesystem::path`, in UTF-8. A wide one goes to the
+///        document's own `load`
+/// \throw Error which names the file and says what is known about it
+inline ComPtr<IXMLDOMDocument> load(const std::filesystem::path& path)
+{
+    const std::string action = "loading '" + path.string() + '\'';
+    auto document = newDocument();
+    const HRESULT result = document->load(detail::pathValue(path, action).get(), nullptr);
+    if (result == S_OK)
+        return document;
+    std::error_code ignored;
+    throw Error(result, action,
+                std::filesystem::exists(path, ignored)
+                    ? "it cannot be read, or holds no well-formed XML within the library's limits"
+                    : "there is no such file");
+}
+
+/// Writes a document to a file. That the disk was full is not noticed.
+/// \param document is not changed
+/// \param path as in `load`
+/// \throw Error which names the file
+inline void save(IXMLDOMDocument& document, const std::filesystem::path& path)
+{
+    const std::string action = "saving '" + path.string() + '\'';
+    const HRESULT result = document.save(detail::pathValue(path, action).get());
+    if (result != S_OK)
+        throw Error(result, action,
+                    "it cannot be opened for writing, or the tree is too deep for the free stack");
+}
+
 /// The nodes of an `IXMLDOMNodeList` or an `IXMLDOMNamedNodeMap`, for range-for. It holds the list and asks
-/// it anew at every step: the list is live, so a node that the loop removes lets the next one move up into
-/// its place. To change the tree, collect the nodes first. The list's own cursor is not touched.
+/// it by index at every step, so the loop may set attributes and texts of what it meets. Only what changes
+/// which nodes the list holds needs them collected first: the list is live, and a node that the loop removes
+/// lets the next one move up into its place. The list's own cursor is not touched.
 template <class List>
 class Nodes
 {
@@ -149,6 +210,85 @@ std::wstring textOf(Node& node, HRESULT (Base::*getter)(BSTR*))
     Bstr text;
     check((node.*getter)(text.put()), "asking for a text");
     return {text.c_str(), text.length()};
+}
+
+/// The text of an element, its descendants' included, or of a text node; of a document always empty.
+/// \throw Error for other nodes
+inline std::wstring textOf(IXMLDOMNode& node)
+{
+    return textOf(node, &IXMLDOMNode::get_text);
+}
+
+/// Makes a text all that an element holds: unlike `put_text`, which takes out no more than the first child.
+/// Of any other node it sets the value.
+/// \param node the element
+/// \param text read up to its first zero character
+/// \throw Error
+inline void setText(IXMLDOMNode& node, std::wstring text)
+{
+    constexpr const char* kAction = "setting a text";
+    if (asElement(node)) {
+        ComPtr<IXMLDOMNode> child;
+        while (check(node.get_firstChild(child.put()), kAction, FalseIs::success))
+            check(node.removeChild(child.get(), nullptr), kAction);
+    }
+    check(node.put_text(text.data()), kAction);
+}
+
+/// The value of an attribute.
+/// \param element any other node has no attributes
+/// \param name of the attribute
+/// \param otherwise what to give when there is no such attribute
+/// \throw Error
+inline std::wstring attributeOf(IXMLDOMNode& element, std::wstring name, std::wstring otherwise = {})
+{
+    constexpr const char* kAction = "asking for an attribute";
+    ComPtr<IXMLDOMNamedNodeMap> map;
+    check(element.get_attributes(map.put()), kAction);
+    ComPtr<IXMLDOMNode> attribute;
+    if (!check(map->getNamedItem(name.data(), attribute.put()), kAction, FalseIs::success))
+        return otherwise;
+    Variant value;
+    check(asAttribute(*attribute)->get_value(value.put()), kAction);
+    return std::wstring(value.text());
+}
+
+/// Sets an attribute, which is made when it is not there.
+/// \param element what gets it
+/// \param name of the attribute
+/// \param value a text or a number. XML knows no truth values: write the word or the number that is meant
+/// \throw Error also when the node is no element
+template <class Value>
+void setAttribute(IXMLDOMNode& element, std::wstring name, const Value& value)
+{
+    static_assert(std::is_convertible_v<const Value&, std::wstring_view> ||
+                      (std::is_arithmetic_v<Value> && !std::is_same_v<Value, bool>),
+                  "the library writes nothing else");
+    const auto target = asElement(element);
+    check(target ? target->setAttribute(name.data(), Variant(value).get()) : E_NOINTERFACE,
+          "setting an attribute");
+}
+
+/// Makes an element and appends it.
+/// \param parent a document or an element
+/// \param name which is not checked to be one
+/// \param text that it gets, if any
+/// \return the new element
+/// \throw Error also for what `appendChild` leaves undone without a word
+inline ComPtr<IXMLDOMElement> appendElement(IXMLDOMNode& parent, std::wstring name, std::wstring text = {})
+{
+    constexpr const char* kAction = "appending an element";
+    ComPtr<IXMLDOMDocument> document;
+    check(parent.get_ownerDocument(document.put()), kAction);
+    ComPtr<IXMLDOMNode> made;
+    check(document->createNode(Variant(LONG{NODE_ELEMENT}).get(), name.data(), nullptr, made.put()), kAction);
+    if (!text.empty())
+        check(made->put_text(text.data()), kAction);
+    check(parent.appendChild(made.get(), nullptr), kAction);
+    ComPtr<IXMLDOMNode> place;
+    if (made->get_parentNode(place.put()) != S_OK)
+        throw Error(S_FALSE, kAction, "its name is empty, or the tree would become too deep");
+    return asElement(*made);
 }
 
 } // namespace kel
