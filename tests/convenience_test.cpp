@@ -1,7 +1,7 @@
 // The optional helpers for C++ callers: who owns what after copies, moves and exceptions, and what a loop
 // over a live list sees.
 
-#include "KelXmlLib/convenience.h"
+#include "KelXmlLib/files.h"
 
 #include "support/dom_fixture.h"
 

@@ -1,7 +1,6 @@
 /// \file
-/// Shorter ways through the object model for C++ callers: documents and their files, casts, lists in
-/// range-for, attributes, texts and new elements. Header-only and optional; failures are exceptions (see
-/// KelComWrapper/error.h).
+/// Shorter ways through the object model for C++ callers: documents, casts, lists in range-for, attributes,
+/// texts and new elements. Header-only and optional; failures are exceptions (see KelComWrapper/error.h).
 
 #pragma once
 
@@ -14,11 +13,9 @@
 #include "KelXmlLib/xmldom.h"
 
 #include <cstddef>
-#include <filesystem>
 #include <iterator>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <type_traits>
 #include <utility>
 
@@ -55,56 +52,6 @@ inline ComPtr<IXMLDOMDocument> newDocument()
     void* document = nullptr;
     check(DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &document), "making a document");
     return ComPtr<IXMLDOMDocument>::adopt(static_cast<IXMLDOMDocument*>(document));
-}
-
-namespace detail
-{
-
-/// As `load` and `save` of a document take it. Whatever the locale, the bytes are read as UTF-8;
-/// `path::wstring` would go by the locale.
-/// \param path of the file
-/// \param action for the error
-inline Variant pathValue(const std::filesystem::path& path, const std::string& action)
-{
-    try {
-        const std::u32string text = path.u32string();
-        return Variant(std::wstring(text.begin(), text.end()));
-    } catch (const std::filesystem::filesystem_error&) {
-        throw Error(E_INVALIDARG, action, "the path is not UTF-8");
-    }
-}
-
-} // namespace detail
-
-/// A new document, read from a file.
-/// \param path as `char*`, `std::string` or `std::filesystem::path`, in UTF-8. A wide one goes to the
-///        document's own `load`
-/// \throw Error which names the file and says what is known about it
-inline ComPtr<IXMLDOMDocument> load(const std::filesystem::path& path)
-{
-    const std::string action = "loading '" + path.string() + '\'';
-    auto document = newDocument();
-    const HRESULT result = document->load(detail::pathValue(path, action).get(), nullptr);
-    if (result == S_OK)
-        return document;
-    std::error_code ignored;
-    throw Error(result, action,
-                std::filesystem::exists(path, ignored)
-                    ? "it cannot be read, or holds no well-formed XML within the library's limits"
-                    : "there is no such file");
-}
-
-/// Writes a document to a file. That the disk was full is not noticed.
-/// \param document is not changed
-/// \param path as in `load`
-/// \throw Error which names the file
-inline void save(IXMLDOMDocument& document, const std::filesystem::path& path)
-{
-    const std::string action = "saving '" + path.string() + '\'';
-    const HRESULT result = document.save(detail::pathValue(path, action).get());
-    if (result != S_OK)
-        throw Error(result, action,
-                    "it cannot be opened for writing, or the tree is too deep for the free stack");
 }
 
 /// The nodes of an `IXMLDOMNodeList` or an `IXMLDOMNamedNodeMap`, for range-for. It holds the list and asks

@@ -51,7 +51,8 @@ using DOMNodeType = tagDOMNodeType; ///< the published short name
 class IXMLDOMNode : public IDispatch
 {
 public:
-    /// The node's name as Qt gives it ("#text", "#document", a tag or attribute name).
+    /// The node's name as Qt gives it ("#text", "#document", a tag or attribute name). Empty for a document
+    /// that was never loaded, as long as nothing was made by it either.
     /// \param name receives a new BSTR, which the caller frees
     /// \return `S_OK`; `S_FALSE` when `name` is null
     virtual HRESULT get_nodeName(BSTR* name) = 0;
@@ -100,7 +101,8 @@ public:
     virtual HRESULT removeChild(IXMLDOMNode* child, IXMLDOMNode** result) = 0;
     /// Makes a node the last child of this one, taking it from its present place. Refused without a
     /// word, the tree unchanged and `result` made as ever: a node below itself, a document, an attribute that
-    /// stands on an element, and what would nest deeper than the library allows.
+    /// stands on an element, and what would nest deeper than the library allows. An attribute that
+    /// `createNode` made becomes a child, and is saved as content: attributes are given by `setAttribute`.
     /// \param child one of this library's own nodes; its reference count is not touched
     /// \param result receives a new object for the child with one reference, which the caller releases;
     ///        may be null
@@ -152,7 +154,8 @@ public:
     virtual HRESULT transformNode(IXMLDOMNode* stylesheet, BSTR* xml) = 0;
     /// The descendant elements with a tag name, in document order, as a live list; carried out by the
     /// document and the element.
-    /// \param query a tag name, not an expression
+    /// \param query a tag name, not an expression. Null gives the list of `get_childNodes`, of every kind; an
+    ///        empty name finds nothing
     /// \param list receives a new list with one reference, which the caller releases
     /// \return `S_OK`; `S_FALSE` when `list` is null. Attributes and generic nodes: `S_OK`, nothing written
     virtual HRESULT selectNodes(BSTR query, IXMLDOMNodeList** list) = 0;
@@ -203,7 +206,7 @@ public:
     /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT createProcessingInstruction(BSTR target, BSTR data,
                                                 IXMLDOMProcessingInstruction** instruction) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `setAttribute` or `createNode`.
+    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use the element's `setAttribute`.
     virtual HRESULT createAttribute(BSTR name, IXMLDOMAttribute** attribute) = 0;
     /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT createEntityReference(BSTR name, IXMLDOMEntityReference** reference) = 0;
@@ -212,7 +215,8 @@ public:
     /// Makes an element or an attribute that belongs to this document and stands nowhere yet.
     /// \param type `VT_I2`, `VT_I4` or `VT_INT` holding 1 (element) or 2 (attribute); nothing is made for any
     ///        other
-    /// \param name the qualified name
+    /// \param name the qualified name, which is not checked to be one; an empty one makes an object that
+    ///        holds no node
     /// \param namespaceURI may be null; an empty one is saved as `xmlns=""`
     /// \param node receives a new object with one reference, which the caller releases
     /// \return `S_OK`, also when nothing is made (`node` untouched); `S_FALSE` for a null `name`, or for a
@@ -246,8 +250,9 @@ public:
     ///         beyond the limits. What fails later, for lack of memory as well, leaves the document empty or
     ///         with what was parsed
     virtual HRESULT loadXML(BSTR xml, VARIANT_BOOL* success) = 0;
-    /// Writes the document to a local file, indented by four spaces a level, in the encoding that its XML
-    /// declaration names, or UTF-8.
+    /// Writes the document to a local file, indented by four spaces a level, also in mixed content, in the
+    /// encoding that its XML declaration names, or UTF-8. The order of attributes is Qt's and differs from
+    /// run to run.
     /// \param destination a file path as `VT_BSTR`; nothing else is accepted
     /// \return `S_OK` once the file was opened, whatever becomes of the writing; else `S_FALSE`, also for a
     ///         tree too deep for the calling thread's stack

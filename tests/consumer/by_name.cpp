@@ -6,12 +6,10 @@
 #include "KelXmlLib/filer.h"
 
 #include <memory>
-#include <string>
 
 int main()
 {
-    const std::string path = TYPE_LIBRARY;
-    KelTypelib::RegisterTypeLib(LIBID_MSXML, std::wstring(path.begin(), path.end()).c_str());
+    KelTypelib::RegisterTypeLib(LIBID_MSXML, TYPE_LIBRARY);
     const auto document = kel::newDocument();
     const kel::Bstr name(L"loadXML");
     wchar_t* names = name.get();
