@@ -189,14 +189,9 @@ TEST_F(Convenience, ALoopCanBeRepeatedLeftByAnExceptionAndOutrunByChanges)
         for (const auto& node : kel::each(list))
             root->removeChild(node.get(), nullptr);
         EXPECT_EQ(L"b d ", namesIn(kel::each(list)));
-        std::vector<ComPtr<IXMLDOMNode>> collected;
-        for (const auto& node : kel::each(list))
-            collected.push_back(node);
-        for (const auto& node : collected)
-            root->removeChild(node.get(), nullptr);
-        EXPECT_EQ(L"", namesIn(kel::each(list)));
         // The list's cursor was nobody's but its owner's.
-        EXPECT_EQ(S_FALSE, list->nextNode(first.put()));
+        EXPECT_EQ(S_OK, list->nextNode(first.put()));
+        EXPECT_EQ(L"d", nameOf(*first));
     });
 }
 
@@ -227,8 +222,6 @@ TEST_F(Convenience, WhatIsSetIsReadAndARefusalIsAnError)
         kel::appendElement(*element, L"x", L"one");
         kel::appendElement(*element, L"y", L"two");
         EXPECT_EQ(L"onetwo", kel::textOf(*element));
-        EXPECT_EQ(L"x y ", namesIn(kel::childrenOf(*element)));
-        EXPECT_EQ(L"none", kel::attributeOf(*element, L"a", L"none"));
         kel::setAttribute(*element, L"a", L"");
         EXPECT_EQ(L"", kel::attributeOf(*element, L"a", L"none"));
         const auto attribute = attributeOf(*element, L"a");
@@ -238,9 +231,9 @@ TEST_F(Convenience, WhatIsSetIsReadAndARefusalIsAnError)
 
         element->appendChild(create(*document, NODE_ATTRIBUTE, L"odd").get(), nullptr);
         kel::setText(*element, L"all");
+        EXPECT_EQ(L"all", kel::textOf(*element));
         EXPECT_EQ(L"#text ", namesIn(kel::childrenOf(*element)));
         const auto text = firstChildOf(*element);
-        EXPECT_EQ(L"all", kel::textOf(*text));
         EXPECT_EQ(L"none", kel::attributeOf(*text, L"a", L"none"));
         EXPECT_EQ(E_NOINTERFACE, thrownBy([&] { kel::setAttribute(*text, L"a", 1); }));
 
