@@ -73,7 +73,8 @@ run(${PKG_CONFIG} --variable=typelib KelXmlLib)
 set(typelib ${output})
 run(${PKG_CONFIG} --cflags --libs KelXmlLib)
 separate_arguments(flags UNIX_COMMAND "${output}")
-run(${CXX} -std=c++17 ${source}/by_name.cpp -DTYPE_LIBRARY=L"${typelib}" -o by_name ${flags} -Wl,-rpath,${libdir})
+run(${CXX} -std=c++17 -fPIC ${source}/by_name.cpp -DTYPE_LIBRARY=L"${typelib}" -o by_name ${flags}
+    -Wl,-rpath,${libdir})
 run(./by_name)
 
 # The installed tool finds the installed library and its type library.
