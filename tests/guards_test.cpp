@@ -15,8 +15,8 @@ struct Guards : DomTest
             EXPECT_EQ(S_FALSE, answer);
     }
 
-    /// A row of elements, each the only child of the one before.
-    static ComPtr<IXMLDOMNode> rowOf(int length, IXMLDOMDocument& document)
+    /// A chain of elements, each the only child of the one before.
+    static ComPtr<IXMLDOMNode> chainOf(int length, IXMLDOMDocument& document)
     {
         auto top = create(document, NODE_ELEMENT, L"e");
         for (int count = 1; count < length; ++count) {
@@ -100,11 +100,11 @@ TEST_F(Guards, NoTreeBecomesDeeperThanTheBoundInWhateverOrderItIsBuilt)
 TEST_F(Guards, AllChildrenOfASubtreeCountForItsHeight)
 {
     const auto document = newDocument();
-    const auto high = rowOf(1000, *document);
+    const auto high = chainOf(1000, *document);
     const auto place = bottomOf(high);
     const auto mixed = create(*document, NODE_ELEMENT, L"e");
     mixed->put_text(Bstr(L"t").get());
-    append(*mixed, *rowOf(1048, *document));
+    append(*mixed, *chainOf(1048, *document));
     append(*place, *mixed);
     EXPECT_FALSE(firstChildOf(*place)) << "a first child without children says nothing of the second";
 }
@@ -113,8 +113,8 @@ TEST_F(Guards, WhatAttributesHoldCountsForTheDepthAsWell)
 {
     const auto document = newDocument();
     const auto attribute = create(*document, NODE_ATTRIBUTE, L"x");
-    append(*attribute, *rowOf(kBound - 1, *document));
-    const auto pair = rowOf(2, *document);
+    append(*attribute, *chainOf(kBound - 1, *document));
+    const auto pair = chainOf(2, *document);
     append(*firstChildOf(*pair), *attribute);
     EXPECT_FALSE(parentOf(*attribute)) << "one element too many";
     append(*pair, *attribute);
@@ -122,8 +122,8 @@ TEST_F(Guards, WhatAttributesHoldCountsForTheDepthAsWell)
 
     const auto carrier = kel::asElement(*create(*document, NODE_ELEMENT, L"e"));
     carrier->setAttribute(Bstr(L"x").get(), Variant(1).get());
-    append(*attributeOf(*carrier, L"x"), *rowOf(1048, *document));
-    const auto high = rowOf(1000, *document);
+    append(*attributeOf(*carrier, L"x"), *chainOf(1048, *document));
+    const auto high = chainOf(1000, *document);
     const auto place = bottomOf(high);
     append(*place, *carrier);
     EXPECT_FALSE(parentOf(*carrier)) << "one element too many";

@@ -1,0 +1,40 @@
+#!/usr/bin/env python3
+"""layers_test.py CHECKOUT - a room includes from no rooms but those below it, and no files include each other in a circle."""
+import pathlib
+import re
+import sys
+
+BELOW = {
+    'platform': {'KelComWrapper'},
+    'text': {'KelComWrapper'},
+    'guards': set(),
+    'com': {'KelComWrapper', 'KelXmlLib'},
+    'filer': {'KelXmlLib', 'guards', 'text'},
+    'dom': {'KelComWrapper', 'KelXmlLib', 'com', 'guards', 'text'},
+    'module': {'KelComWrapper', 'KelXmlLib'},
+}
+
+top = pathlib.Path(sys.argv[1])
+faults = []
+includes = {}
+for room, below in BELOW.items():
+    files = [path for path in (top / room).rglob('*') if path.suffix in ('.h', '.cpp')]
+    if not files:
+        faults.append(f'{room} is empty')
+    for path in files:
+        named = re.findall(r'^#include "(.+)"', path.read_text(), re.M)
+        included = [name if '/' in name else f'{room}/{name}' for name in named]
+        includes[f'{path.relative_to(top)}'] = included
+        faults += [f'{path.relative_to(top)} includes {name}' for name in included
+                   if name.split('/')[0] not in below | {room}]
+
+
+def circle(name, path):
+    if name in path:
+        return path[path.index(name):] + [name]
+    return next(filter(None, (circle(other, path + [name]) for other in includes.get(name, []))), None)
+
+
+faults += {' -> '.join(sorted(found)) for found in (circle(name, []) for name in includes) if found}
+print('\n'.join(faults))
+sys.exit(bool(faults))
