@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "export.h"
 #include "types.h"
 
 #include <utility>
@@ -10,16 +11,16 @@
 extern "C" {
 /// Copies a zero-ended wide string into a new BSTR.
 /// \return a BSTR that the caller frees with `SysFreeString`; null for null, or when memory is out
-[[gnu::visibility("default")]] BSTR SysAllocString(const wchar_t* text);
+KEL_EXPORT BSTR SysAllocString(const wchar_t* text);
 /// Makes a BSTR of `length` characters, copied from `text`, or all zero where `text` is null.
 /// \return a BSTR that the caller frees with `SysFreeString`; null when memory is out
-[[gnu::visibility("default")]] BSTR SysAllocStringLen(const wchar_t* text, UINT length);
+KEL_EXPORT BSTR SysAllocStringLen(const wchar_t* text, UINT length);
 /// Frees a BSTR. Null is allowed.
-[[gnu::visibility("default")]] void SysFreeString(BSTR text);
+KEL_EXPORT void SysFreeString(BSTR text);
 /// \return the number of characters in the length prefix; 0 for null
-[[gnu::visibility("default")]] UINT SysStringLen(BSTR text);
+KEL_EXPORT UINT SysStringLen(BSTR text);
 /// \return the number of characters before the ending zero; 0 for null
-[[gnu::visibility("default")]] INT lstrlenW(const wchar_t* text);
+KEL_EXPORT INT lstrlenW(const wchar_t* text);
 }
 
 namespace kel

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "export.h"
 #include "unknown.h"
 #include "variant.h"
 
@@ -88,4 +89,4 @@ protected:
 };
 
 /// The identifier of `IDispatch`.
-extern "C" [[gnu::visibility("default")]] const GUID IID_IDispatch;
+extern "C" KEL_EXPORT const GUID IID_IDispatch;

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "export.h"
 #include "types.h"
 
 #include <cstdio>
@@ -51,7 +52,7 @@ inline std::string describe(HRESULT result)
 }
 
 /// A result that was not accepted. `what()` is one line for people.
-class [[gnu::visibility("default")]] Error : public std::runtime_error
+class KEL_EXPORT Error : public std::runtime_error
 {
 public:
     /// \param code the result that was not accepted
@@ -68,10 +69,7 @@ public:
         : std::runtime_error(action + ": " + reason), m_code(code)
     {}
     /// \return the result that was not accepted
-    HRESULT code() const noexcept
-    {
-        return m_code;
-    }
+    HRESULT code() const noexcept { return m_code; }
 
 private:
     HRESULT m_code;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "dispatch.h"
+#include "export.h"
 
 class ITypeComp;
 class ITypeLib;
@@ -246,6 +247,6 @@ protected:
 };
 
 /// The identifier of `ITypeInfo`.
-extern "C" [[gnu::visibility("default")]] const GUID IID_ITypeInfo;
+extern "C" KEL_EXPORT const GUID IID_ITypeInfo;
 /// The identifier of `ITypeLib`.
-extern "C" [[gnu::visibility("default")]] const GUID IID_ITypeLib;
+extern "C" KEL_EXPORT const GUID IID_ITypeLib;

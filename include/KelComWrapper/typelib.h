@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "export.h"
 #include "typeinfo.h"
 
 /// The type-library service. Registry and cache may be used from several threads at once; nothing is kept
@@ -17,7 +18,7 @@ constexpr unsigned PathCapacity = 1024;
 /// \param library the identifier that it was registered under
 /// \param path receives the zero-ended path; holds `PathCapacity` characters
 /// \return `S_OK`; `E_POINTER`; `TYPE_E_LIBNOTREGISTERED`, `path` untouched
-[[gnu::visibility("default")]] HRESULT GetTlbFilePath(const GUID& library, wchar_t* path);
+KEL_EXPORT HRESULT GetTlbFilePath(const GUID& library, wchar_t* path);
 
 /// Loads a type library. An unchanged file is parsed once in the life of the process.
 /// \param path a local file
@@ -25,17 +26,17 @@ constexpr unsigned PathCapacity = 1024;
 ///        it; an `ITypeInfo` obtained from it keeps what it needs alive by itself. Written on success only
 /// \return `S_OK`; `E_POINTER`; `TYPE_E_CANTLOADLIBRARY` for a file that is missing or unreadable;
 ///         `TYPE_E_INVDATAREAD` for one that is no valid type library
-[[gnu::visibility("default")]] HRESULT LoadTypeLib(const wchar_t* path, ITypeLib** library);
+KEL_EXPORT HRESULT LoadTypeLib(const wchar_t* path, ITypeLib** library);
 
 /// Registers a path under an identifier, in place of any earlier one. The file is not looked at.
 /// \param library the identifier, such as `LIBID_MSXML`
 /// \param path zero-ended; it is copied
 /// \return `S_OK`; `E_INVALIDARG` for a path that is null, empty or too long for `PathCapacity`
-[[gnu::visibility("default")]] HRESULT RegisterTypeLib(const GUID& library, const wchar_t* path);
+KEL_EXPORT HRESULT RegisterTypeLib(const GUID& library, const wchar_t* path);
 
 /// Takes a registration back; libraries that are loaded stay loaded.
 /// \param library the identifier that was registered
 /// \return `S_OK`; `TYPE_E_LIBNOTREGISTERED`
-[[gnu::visibility("default")]] HRESULT UnRegisterTypeLib(const GUID& library);
+KEL_EXPORT HRESULT UnRegisterTypeLib(const GUID& library);
 
 } // namespace KelTypelib

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "export.h"
 #include "types.h"
 
 /// Identity and lifetime of an object. Counts are per object and not atomic: an object is used by one thread
@@ -27,4 +28,4 @@ protected:
 };
 
 /// The identifier of `IUnknown`, which every object answers with one and the same pointer.
-extern "C" [[gnu::visibility("default")]] const GUID IID_IUnknown;
+extern "C" KEL_EXPORT const GUID IID_IUnknown;

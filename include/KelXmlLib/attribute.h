@@ -4,6 +4,7 @@
 #pragma once
 
 #include "KelComWrapper/com_ptr.h"
+#include "KelComWrapper/export.h"
 #include "KelXmlLib/dispatch_impl.h"
 #include "KelXmlLib/guids.h"
 #include "KelXmlLib/xmldom.h"
@@ -20,7 +21,7 @@ class Handle;
 }
 
 /// See `IXMLDOMNode` and `IXMLDOMAttribute` for what each method does.
-class [[gnu::visibility("default")]] CMorvXMLDOMAttribute final
+class KEL_EXPORT CMorvXMLDOMAttribute final
     : public IDispatchImpl<IXMLDOMAttribute, &IID_IXMLDOMAttribute, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>
 {
 public:
@@ -28,45 +29,45 @@ public:
     ULONG AddRef() override;
     ULONG Release() override;
 
-    HRESULT get_nodeName(BSTR * name) override;
-    HRESULT get_nodeValue(VARIANT * value) override;
+    HRESULT get_nodeName(BSTR* name) override;
+    HRESULT get_nodeValue(VARIANT* value) override;
     HRESULT put_nodeValue(VARIANT value) override;
-    HRESULT get_nodeType(DOMNodeType * type) override;
-    HRESULT get_parentNode(IXMLDOMNode * *parent) override;
-    HRESULT get_childNodes(IXMLDOMNodeList * *children) override;
-    HRESULT get_firstChild(IXMLDOMNode * *child) override;
-    HRESULT get_lastChild(IXMLDOMNode * *child) override;
-    HRESULT get_previousSibling(IXMLDOMNode * *sibling) override;
-    HRESULT get_nextSibling(IXMLDOMNode * *sibling) override;
-    HRESULT get_attributes(IXMLDOMNamedNodeMap * *attributes) override;
-    HRESULT insertBefore(IXMLDOMNode * child, VARIANT reference, IXMLDOMNode * *result) override;
-    HRESULT replaceChild(IXMLDOMNode * child, IXMLDOMNode * replaced, IXMLDOMNode * *result) override;
-    HRESULT removeChild(IXMLDOMNode * child, IXMLDOMNode * *result) override;
-    HRESULT appendChild(IXMLDOMNode * child, IXMLDOMNode * *result) override;
-    HRESULT hasChildNodes(VARIANT_BOOL * hasChildren) override;
-    HRESULT get_ownerDocument(IXMLDOMDocument * *document) override;
-    HRESULT cloneNode(VARIANT_BOOL deep, IXMLDOMNode * *result) override;
-    HRESULT get_nodeTypeString(BSTR * type) override;
-    HRESULT get_text(BSTR * text) override;
+    HRESULT get_nodeType(DOMNodeType* type) override;
+    HRESULT get_parentNode(IXMLDOMNode** parent) override;
+    HRESULT get_childNodes(IXMLDOMNodeList** children) override;
+    HRESULT get_firstChild(IXMLDOMNode** child) override;
+    HRESULT get_lastChild(IXMLDOMNode** child) override;
+    HRESULT get_previousSibling(IXMLDOMNode** sibling) override;
+    HRESULT get_nextSibling(IXMLDOMNode** sibling) override;
+    HRESULT get_attributes(IXMLDOMNamedNodeMap** attributes) override;
+    HRESULT insertBefore(IXMLDOMNode* child, VARIANT reference, IXMLDOMNode** result) override;
+    HRESULT replaceChild(IXMLDOMNode* child, IXMLDOMNode* replaced, IXMLDOMNode** result) override;
+    HRESULT removeChild(IXMLDOMNode* child, IXMLDOMNode** result) override;
+    HRESULT appendChild(IXMLDOMNode* child, IXMLDOMNode** result) override;
+    HRESULT hasChildNodes(VARIANT_BOOL* hasChildren) override;
+    HRESULT get_ownerDocument(IXMLDOMDocument** document) override;
+    HRESULT cloneNode(VARIANT_BOOL deep, IXMLDOMNode** result) override;
+    HRESULT get_nodeTypeString(BSTR* type) override;
+    HRESULT get_text(BSTR* text) override;
     HRESULT put_text(BSTR text) override;
-    HRESULT get_specified(VARIANT_BOOL * specified) override;
-    HRESULT get_definition(IXMLDOMNode * *definition) override;
-    HRESULT get_nodeTypedValue(VARIANT * value) override;
+    HRESULT get_specified(VARIANT_BOOL* specified) override;
+    HRESULT get_definition(IXMLDOMNode** definition) override;
+    HRESULT get_nodeTypedValue(VARIANT* value) override;
     HRESULT put_nodeTypedValue(VARIANT value) override;
-    HRESULT get_dataType(VARIANT * type) override;
+    HRESULT get_dataType(VARIANT* type) override;
     HRESULT put_dataType(BSTR type) override;
-    HRESULT get_xml(BSTR * xml) override;
-    HRESULT transformNode(IXMLDOMNode * stylesheet, BSTR * xml) override;
-    HRESULT selectNodes(BSTR query, IXMLDOMNodeList * *list) override;
-    HRESULT selectSingleNode(BSTR query, IXMLDOMNode * *node) override;
-    HRESULT get_parsed(VARIANT_BOOL * parsed) override;
-    HRESULT get_namespaceURI(BSTR * uri) override;
-    HRESULT get_prefix(BSTR * prefix) override;
-    HRESULT get_baseName(BSTR * name) override;
-    HRESULT transformNodeToObject(IXMLDOMNode * stylesheet, VARIANT output) override;
+    HRESULT get_xml(BSTR* xml) override;
+    HRESULT transformNode(IXMLDOMNode* stylesheet, BSTR* xml) override;
+    HRESULT selectNodes(BSTR query, IXMLDOMNodeList** list) override;
+    HRESULT selectSingleNode(BSTR query, IXMLDOMNode** node) override;
+    HRESULT get_parsed(VARIANT_BOOL* parsed) override;
+    HRESULT get_namespaceURI(BSTR* uri) override;
+    HRESULT get_prefix(BSTR* prefix) override;
+    HRESULT get_baseName(BSTR* name) override;
+    HRESULT transformNodeToObject(IXMLDOMNode* stylesheet, VARIANT output) override;
 
-    HRESULT get_name(BSTR * name) override;
-    HRESULT get_value(VARIANT * value) override;
+    HRESULT get_name(BSTR* name) override;
+    HRESULT get_value(VARIANT* value) override;
     HRESULT put_value(VARIANT value) override;
 
     virtual ~CMorvXMLDOMAttribute();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "KelComWrapper/com_ptr.h"
+#include "KelComWrapper/export.h"
 #include "KelXmlLib/dispatch_impl.h"
 #include "KelXmlLib/guids.h"
 #include "KelXmlLib/xmldom.h"
@@ -18,7 +19,7 @@ struct WrapperAccess;
 }
 
 /// See `IXMLDOMNode` and `IXMLDOMDocument` for what each method does.
-class [[gnu::visibility("default")]] CMorvXMLDOMDocument final
+class KEL_EXPORT CMorvXMLDOMDocument final
     : public CComCoClass<CMorvXMLDOMDocument, &CLSID_DOMDocument>,
       public IDispatchImpl<IXMLDOMDocument, &IID_IXMLDOMDocument, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>
 {
@@ -27,73 +28,73 @@ public:
     ULONG AddRef() override;
     ULONG Release() override;
 
-    HRESULT get_nodeName(BSTR * name) override;
-    HRESULT get_nodeValue(VARIANT * value) override;
+    HRESULT get_nodeName(BSTR* name) override;
+    HRESULT get_nodeValue(VARIANT* value) override;
     HRESULT put_nodeValue(VARIANT value) override;
-    HRESULT get_nodeType(DOMNodeType * type) override;
-    HRESULT get_parentNode(IXMLDOMNode * *parent) override;
-    HRESULT get_childNodes(IXMLDOMNodeList * *children) override;
-    HRESULT get_firstChild(IXMLDOMNode * *child) override;
-    HRESULT get_lastChild(IXMLDOMNode * *child) override;
-    HRESULT get_previousSibling(IXMLDOMNode * *sibling) override;
-    HRESULT get_nextSibling(IXMLDOMNode * *sibling) override;
-    HRESULT get_attributes(IXMLDOMNamedNodeMap * *attributes) override;
-    HRESULT insertBefore(IXMLDOMNode * child, VARIANT reference, IXMLDOMNode * *result) override;
-    HRESULT replaceChild(IXMLDOMNode * child, IXMLDOMNode * replaced, IXMLDOMNode * *result) override;
-    HRESULT removeChild(IXMLDOMNode * child, IXMLDOMNode * *result) override;
-    HRESULT appendChild(IXMLDOMNode * child, IXMLDOMNode * *result) override;
-    HRESULT hasChildNodes(VARIANT_BOOL * hasChildren) override;
-    HRESULT get_ownerDocument(IXMLDOMDocument * *document) override;
-    HRESULT cloneNode(VARIANT_BOOL deep, IXMLDOMNode * *result) override;
-    HRESULT get_nodeTypeString(BSTR * type) override;
-    HRESULT get_text(BSTR * text) override;
+    HRESULT get_nodeType(DOMNodeType* type) override;
+    HRESULT get_parentNode(IXMLDOMNode** parent) override;
+    HRESULT get_childNodes(IXMLDOMNodeList** children) override;
+    HRESULT get_firstChild(IXMLDOMNode** child) override;
+    HRESULT get_lastChild(IXMLDOMNode** child) override;
+    HRESULT get_previousSibling(IXMLDOMNode** sibling) override;
+    HRESULT get_nextSibling(IXMLDOMNode** sibling) override;
+    HRESULT get_attributes(IXMLDOMNamedNodeMap** attributes) override;
+    HRESULT insertBefore(IXMLDOMNode* child, VARIANT reference, IXMLDOMNode** result) override;
+    HRESULT replaceChild(IXMLDOMNode* child, IXMLDOMNode* replaced, IXMLDOMNode** result) override;
+    HRESULT removeChild(IXMLDOMNode* child, IXMLDOMNode** result) override;
+    HRESULT appendChild(IXMLDOMNode* child, IXMLDOMNode** result) override;
+    HRESULT hasChildNodes(VARIANT_BOOL* hasChildren) override;
+    HRESULT get_ownerDocument(IXMLDOMDocument** document) override;
+    HRESULT cloneNode(VARIANT_BOOL deep, IXMLDOMNode** result) override;
+    HRESULT get_nodeTypeString(BSTR* type) override;
+    HRESULT get_text(BSTR* text) override;
     HRESULT put_text(BSTR text) override;
-    HRESULT get_specified(VARIANT_BOOL * specified) override;
-    HRESULT get_definition(IXMLDOMNode * *definition) override;
-    HRESULT get_nodeTypedValue(VARIANT * value) override;
+    HRESULT get_specified(VARIANT_BOOL* specified) override;
+    HRESULT get_definition(IXMLDOMNode** definition) override;
+    HRESULT get_nodeTypedValue(VARIANT* value) override;
     HRESULT put_nodeTypedValue(VARIANT value) override;
-    HRESULT get_dataType(VARIANT * type) override;
+    HRESULT get_dataType(VARIANT* type) override;
     HRESULT put_dataType(BSTR type) override;
-    HRESULT get_xml(BSTR * xml) override;
-    HRESULT transformNode(IXMLDOMNode * stylesheet, BSTR * xml) override;
-    HRESULT selectNodes(BSTR query, IXMLDOMNodeList * *list) override;
-    HRESULT selectSingleNode(BSTR query, IXMLDOMNode * *node) override;
-    HRESULT get_parsed(VARIANT_BOOL * parsed) override;
-    HRESULT get_namespaceURI(BSTR * uri) override;
-    HRESULT get_prefix(BSTR * prefix) override;
-    HRESULT get_baseName(BSTR * name) override;
-    HRESULT transformNodeToObject(IXMLDOMNode * stylesheet, VARIANT output) override;
+    HRESULT get_xml(BSTR* xml) override;
+    HRESULT transformNode(IXMLDOMNode* stylesheet, BSTR* xml) override;
+    HRESULT selectNodes(BSTR query, IXMLDOMNodeList** list) override;
+    HRESULT selectSingleNode(BSTR query, IXMLDOMNode** node) override;
+    HRESULT get_parsed(VARIANT_BOOL* parsed) override;
+    HRESULT get_namespaceURI(BSTR* uri) override;
+    HRESULT get_prefix(BSTR* prefix) override;
+    HRESULT get_baseName(BSTR* name) override;
+    HRESULT transformNodeToObject(IXMLDOMNode* stylesheet, VARIANT output) override;
 
-    HRESULT get_doctype(IXMLDOMDocumentType * *type) override;
-    HRESULT get_implementation(IXMLDOMImplementation * *implementation) override;
-    HRESULT get_documentElement(IXMLDOMElement * *element) override;
-    HRESULT putref_documentElement(IXMLDOMElement * element) override;
-    HRESULT createElement(BSTR name, IXMLDOMElement * *element) override;
-    HRESULT createDocumentFragment(IXMLDOMDocumentFragment * *fragment) override;
-    HRESULT createTextNode(BSTR data, IXMLDOMText * *text) override;
-    HRESULT createComment(BSTR data, IXMLDOMComment * *comment) override;
-    HRESULT createCDATASection(BSTR data, IXMLDOMCDATASection * *section) override;
-    HRESULT createProcessingInstruction(BSTR target, BSTR data, IXMLDOMProcessingInstruction * *instruction)
-        override;
-    HRESULT createAttribute(BSTR name, IXMLDOMAttribute * *attribute) override;
-    HRESULT createEntityReference(BSTR name, IXMLDOMEntityReference * *reference) override;
-    HRESULT getElementsByTagName(BSTR name, IXMLDOMNodeList * *list) override;
-    HRESULT createNode(VARIANT type, BSTR name, BSTR namespaceURI, IXMLDOMNode * *node) override;
-    HRESULT nodeFromID(BSTR id, IXMLDOMNode * *node) override;
-    HRESULT load(VARIANT source, VARIANT_BOOL * success) override;
-    HRESULT get_readyState(LONG * state) override;
-    HRESULT get_parseError(IXMLDOMParseError * *error) override;
-    HRESULT get_url(BSTR * url) override;
-    HRESULT get_async(VARIANT_BOOL * async) override;
+    HRESULT get_doctype(IXMLDOMDocumentType** type) override;
+    HRESULT get_implementation(IXMLDOMImplementation** implementation) override;
+    HRESULT get_documentElement(IXMLDOMElement** element) override;
+    HRESULT putref_documentElement(IXMLDOMElement* element) override;
+    HRESULT createElement(BSTR name, IXMLDOMElement** element) override;
+    HRESULT createDocumentFragment(IXMLDOMDocumentFragment** fragment) override;
+    HRESULT createTextNode(BSTR data, IXMLDOMText** text) override;
+    HRESULT createComment(BSTR data, IXMLDOMComment** comment) override;
+    HRESULT createCDATASection(BSTR data, IXMLDOMCDATASection** section) override;
+    HRESULT createProcessingInstruction(BSTR target, BSTR data,
+                                        IXMLDOMProcessingInstruction** instruction) override;
+    HRESULT createAttribute(BSTR name, IXMLDOMAttribute** attribute) override;
+    HRESULT createEntityReference(BSTR name, IXMLDOMEntityReference** reference) override;
+    HRESULT getElementsByTagName(BSTR name, IXMLDOMNodeList** list) override;
+    HRESULT createNode(VARIANT type, BSTR name, BSTR namespaceURI, IXMLDOMNode** node) override;
+    HRESULT nodeFromID(BSTR id, IXMLDOMNode** node) override;
+    HRESULT load(VARIANT source, VARIANT_BOOL* success) override;
+    HRESULT get_readyState(LONG* state) override;
+    HRESULT get_parseError(IXMLDOMParseError** error) override;
+    HRESULT get_url(BSTR* url) override;
+    HRESULT get_async(VARIANT_BOOL* async) override;
     HRESULT put_async(VARIANT_BOOL async) override;
     HRESULT abort() override;
-    HRESULT loadXML(BSTR xml, VARIANT_BOOL * success) override;
+    HRESULT loadXML(BSTR xml, VARIANT_BOOL* success) override;
     HRESULT save(VARIANT destination) override;
-    HRESULT get_validateOnParse(VARIANT_BOOL * validate) override;
+    HRESULT get_validateOnParse(VARIANT_BOOL* validate) override;
     HRESULT put_validateOnParse(VARIANT_BOOL validate) override;
-    HRESULT get_resolveExternals(VARIANT_BOOL * resolve) override;
+    HRESULT get_resolveExternals(VARIANT_BOOL* resolve) override;
     HRESULT put_resolveExternals(VARIANT_BOOL resolve) override;
-    HRESULT get_preserveWhiteSpace(VARIANT_BOOL * preserve) override;
+    HRESULT get_preserveWhiteSpace(VARIANT_BOOL* preserve) override;
     HRESULT put_preserveWhiteSpace(VARIANT_BOOL preserve) override;
     HRESULT put_onreadystatechange(VARIANT handler) override;
     HRESULT put_ondataavailable(VARIANT handler) override;

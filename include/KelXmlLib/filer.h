@@ -8,6 +8,8 @@
 
 #pragma once
 
+#include "KelComWrapper/export.h"
+
 #include <initializer_list>
 #include <memory>
 
@@ -39,7 +41,7 @@ enum eState : int {
 } // namespace KelXmlLib
 
 /// The writer's interface. Delete a filer through it.
-class [[gnu::visibility("default")]] IKelXmlFiler
+class KEL_EXPORT IKelXmlFiler
 {
 public:
     /// Closes the file and frees the filer. Elements that are open stay unended.
@@ -52,7 +54,7 @@ public:
     /// \return 1 when the file is written indented, else 0
     virtual int indent() const = 0;
     /// Not carried out: `buffer` is not touched.
-    virtual void newlineChars(wchar_t * buffer, int size) const = 0;
+    virtual void newlineChars(wchar_t* buffer, int size) const = 0;
 
     /// Writes the XML declaration.
     virtual KelXmlLib::eStatus writeDocBegin() = 0;
@@ -118,7 +120,7 @@ public:
 };
 
 /// The one implementation. See `IKelXmlFiler` for what each method does.
-class [[gnu::visibility("default")]] KelXmlFilerWrapper final : public IKelXmlFiler
+class KEL_EXPORT KelXmlFilerWrapper final : public IKelXmlFiler
 {
 public:
     /// Opens `path` for writing, an existing file being emptied; failure to open is not reported and every
@@ -138,7 +140,7 @@ public:
     KelXmlLib::eState state() const override;
     KelXmlLib::eEncoding encoding() const override;
     int indent() const override;
-    void newlineChars(wchar_t * buffer, int size) const override;
+    void newlineChars(wchar_t* buffer, int size) const override;
     KelXmlLib::eStatus writeDocBegin() override;
     KelXmlLib::eStatus writeDocEnd() override;
     KelXmlLib::eStatus writeElmBegin(const wchar_t* name) override;
@@ -156,8 +158,8 @@ public:
     KelXmlLib::eStatus writeValue(float value) override;
     KelXmlLib::eStatus writeValue(double value) override;
     KelXmlLib::eStatus writeValue(const wchar_t* text) override;
-    KelXmlLib::eStatus writeDocType(const wchar_t* name, const wchar_t* publicId, const wchar_t* systemId)
-        override;
+    KelXmlLib::eStatus writeDocType(const wchar_t* name, const wchar_t* publicId,
+                                    const wchar_t* systemId) override;
     KelXmlLib::eStatus writeCData(const wchar_t* text) override;
     KelXmlLib::eStatus writeComment(const wchar_t* text) override;
     KelXmlLib::eStatus writeBinary(const unsigned char* data, int first, int second) override;
@@ -179,6 +181,6 @@ private:
 /// Makes a filer for a file. See the constructor of `KelXmlFilerWrapper` for the arguments.
 /// \return a filer that the caller deletes through `IKelXmlFiler`; null for a missing `path`. Whether the
 ///         file could be opened does not show
-extern "C" [[gnu::visibility("default")]] IKelXmlFiler*
-morvCreateXmlFiler(const wchar_t* path, KelXmlLib::eEncoding encoding, int indentation, bool autoFormat,
-                   bool secondFlag, const wchar_t* text1, const wchar_t* text2);
+extern "C" KEL_EXPORT IKelXmlFiler* morvCreateXmlFiler(const wchar_t* path, KelXmlLib::eEncoding encoding,
+                                                       int indentation, bool autoFormat, bool secondFlag,
+                                                       const wchar_t* text1, const wchar_t* text2);

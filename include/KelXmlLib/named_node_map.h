@@ -4,6 +4,7 @@
 #pragma once
 
 #include "KelComWrapper/com_ptr.h"
+#include "KelComWrapper/export.h"
 #include "KelXmlLib/dispatch_impl.h"
 #include "KelXmlLib/guids.h"
 #include "KelXmlLib/xmldom.h"
@@ -19,7 +20,7 @@ struct DocumentRef;
 }
 
 /// See `IXMLDOMNamedNodeMap` for what each method does.
-class [[gnu::visibility("default")]] CMorvXMLDOMNamedNodeMap final
+class KEL_EXPORT CMorvXMLDOMNamedNodeMap final
     : public IDispatchImpl<IXMLDOMNamedNodeMap, &IID_IXMLDOMNamedNodeMap, &LIBID_MSXML, 1, 0,
                            CComTypeInfoHolder>
 {
@@ -28,16 +29,16 @@ public:
     ULONG AddRef() override;
     ULONG Release() override;
 
-    HRESULT getNamedItem(BSTR name, IXMLDOMNode * *node) override;
-    HRESULT setNamedItem(IXMLDOMNode * item, IXMLDOMNode * *result) override;
-    HRESULT removeNamedItem(BSTR name, IXMLDOMNode * *node) override;
-    HRESULT get_item(LONG index, IXMLDOMNode * *node) override;
-    HRESULT get_length(LONG * length) override;
-    HRESULT getQualifiedItem(BSTR name, BSTR namespaceURI, IXMLDOMNode * *node) override;
-    HRESULT removeQualifiedItem(BSTR name, BSTR namespaceURI, IXMLDOMNode * *node) override;
-    HRESULT nextNode(IXMLDOMNode * *node) override;
+    HRESULT getNamedItem(BSTR name, IXMLDOMNode** node) override;
+    HRESULT setNamedItem(IXMLDOMNode* item, IXMLDOMNode** result) override;
+    HRESULT removeNamedItem(BSTR name, IXMLDOMNode** node) override;
+    HRESULT get_item(LONG index, IXMLDOMNode** node) override;
+    HRESULT get_length(LONG* length) override;
+    HRESULT getQualifiedItem(BSTR name, BSTR namespaceURI, IXMLDOMNode** node) override;
+    HRESULT removeQualifiedItem(BSTR name, BSTR namespaceURI, IXMLDOMNode** node) override;
+    HRESULT nextNode(IXMLDOMNode** node) override;
     HRESULT reset() override;
-    HRESULT _newEnum(IUnknown * *enumerator) override;
+    HRESULT _newEnum(IUnknown** enumerator) override;
 
     virtual ~CMorvXMLDOMNamedNodeMap();
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "KelComWrapper/com_ptr.h"
+#include "KelComWrapper/export.h"
 #include "KelXmlLib/dispatch_impl.h"
 #include "KelXmlLib/guids.h"
 #include "KelXmlLib/xmldom.h"
@@ -25,7 +26,7 @@ struct ListOrigin;
 }
 
 /// See `IXMLDOMNodeList` for what each method does.
-class [[gnu::visibility("default")]] CMorvXMLDOMNodeList final
+class KEL_EXPORT CMorvXMLDOMNodeList final
     : public IDispatchImpl<IXMLDOMNodeList, &IID_IXMLDOMNodeList, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>
 {
 public:
@@ -33,11 +34,11 @@ public:
     ULONG AddRef() override;
     ULONG Release() override;
 
-    HRESULT get_item(LONG index, IXMLDOMNode * *node) override;
-    HRESULT get_length(LONG * length) override;
-    HRESULT nextNode(IXMLDOMNode * *node) override;
+    HRESULT get_item(LONG index, IXMLDOMNode** node) override;
+    HRESULT get_length(LONG* length) override;
+    HRESULT nextNode(IXMLDOMNode** node) override;
     HRESULT reset() override;
-    HRESULT _newEnum(IUnknown * *enumerator) override;
+    HRESULT _newEnum(IUnknown** enumerator) override;
 
     virtual ~CMorvXMLDOMNodeList();
 
