@@ -22,7 +22,8 @@ const ObjectMapEntry* _xmlModule = nullptr;
 
 int DllMain(void*, unsigned int reason, void*)
 {
-    if (reason == kProcessAttach)
+    // Once attached, nothing is written: another thread may be reading.
+    if (reason == kProcessAttach && _xmlModule != objectMap)
         _xmlModule = objectMap;
     return 1;
 }

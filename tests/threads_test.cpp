@@ -51,6 +51,18 @@ struct Threads : DomTest
     }
 };
 
+/// Before any other test: only the first call attaches.
+TEST_F(Threads, TheFirstNewDocumentMayComeWhileAnotherThreadMakesOneByItsClass)
+{
+    std::thread other([] {
+        ComPtr<IUnknown> document;
+        void** const place = reinterpret_cast<void**>(document.put());
+        EXPECT_EQ(S_OK, DllGetClassObject(CLSID_DOMDocument, IID_IUnknown, place));
+    });
+    newDocument();
+    other.join();
+}
+
 TEST_F(Threads, WithDocumentsOfTheirOwnDoNotDisturbEachOther)
 {
     const auto shared = keltest::typeInfo(L"" KEL_TYPE_LIBRARY, IID_IXMLDOMDocument);

@@ -25,7 +25,7 @@ extern "C" {
 extern const ObjectMapEntry* _xmlModule;
 
 /// Tells the library of its loading; reason 1 (process attach) makes `DllGetClassObject` usable. To be called
-/// before any other thread uses the library; may be called again.
+/// before any other thread uses the library; may be called again by any thread.
 /// \param module, reserved not used
 /// \param reason 1 for process attach; nothing is done for any other
 /// \return 1 for every reason
