@@ -17,9 +17,25 @@ constexpr std::int64_t kCurrencyScale = 10000;
 constexpr int kFloatDigits = 7;
 constexpr int kDoubleDigits = 15;
 
+/// Longer texts, which Qt has no room for, hold no number and no word: they count as empty.
+constexpr UINT kLongestText = std::numeric_limits<int>::max() / sizeof(wchar_t);
+
 QString textOf(BSTR text)
 {
-    return QString::fromWCharArray(text, static_cast<int>(SysStringLen(text)));
+    const UINT length = SysStringLen(text);
+    return length > kLongestText ? QString() : QString::fromWCharArray(text, static_cast<int>(length));
+}
+
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr ULONG kFloatInfinity = 0x7F800000;
+constexpr std::uint64_t kDoubleInfinity = 0x7FF0000000000000;
+
+/// By the bits, the sign shifted out: in a host that has unmasked floating-point traps, any operation on a
+/// signalling NaN raises SIGFPE.
+template <class Bits>
+bool isNan(Bits number, Bits infinity)
+{
+    return number << 1 > infinity << 1;
 }
 
 /// The width of a value that a reference may lead to; 0 for a type that none may have.
@@ -115,7 +131,8 @@ HRESULT parseNumber(BSTR text, double& number)
     return S_OK;
 }
 
-/// Any number as a double, which holds every 32-bit integer exactly and tells zero from everything else.
+/// Any number as a double, which holds every 32-bit integer exactly and tells zero from everything else. A
+/// NaN comes out quiet: it may be compared for equality, and asked whether it is finite.
 HRESULT readNumber(const VARIANT& plain, double& number)
 {
     std::int64_t integer = 0;
@@ -128,11 +145,11 @@ HRESULT readNumber(const VARIANT& plain, double& number)
         number = static_cast<double>(plain.ullVal);
         return S_OK;
     case VT_R4:
-        number = plain.fltVal;
+        number = isNan(plain.ulVal, kFloatInfinity) ? kNan : static_cast<double>(plain.fltVal);
         return S_OK;
     case VT_R8:
     case VT_DATE:
-        number = plain.dblVal;
+        number = isNan(plain.ullVal, kDoubleInfinity) ? kNan : plain.dblVal;
         return S_OK;
     case VT_CY:
         number = static_cast<double>(plain.cyVal.int64) / static_cast<double>(kCurrencyScale);
@@ -208,6 +225,8 @@ HRESULT toInteger(const VARIANT& plain, std::int32_t& integer)
     const HRESULT isRead = readNumber(plain, number);
     if (FAILED(isRead))
         return isRead;
+    if (!std::isfinite(number))
+        return DISP_E_OVERFLOW; // before arithmetic, which a host may have made to trap
     // Unlike the rounding functions, this depends on no rounding mode that a host may have set.
     const double rounded = number - std::remainder(number, 1.0);
     if (!(rounded >= std::numeric_limits<std::int32_t>::min() &&

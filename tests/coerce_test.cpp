@@ -2,6 +2,7 @@
 
 #include "support/probe.h"
 
+#include <cfenv>
 #include <cmath>
 #include <limits>
 
@@ -11,8 +12,10 @@ using Coerce = InvokeTest;
 static const std::wstring kMismatch = std::to_wstring(DISP_E_TYPEMISMATCH);
 static const std::wstring kOverflow = std::to_wstring(DISP_E_OVERFLOW);
 
+/// In a host that has unmasked the traps of floating point.
 TEST_F(Coerce, ArgumentsAreConvertedAsPublished)
 {
+    feenableexcept(FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW | FE_UNDERFLOW);
     struct Case
     {
         VARIANT given;
@@ -47,6 +50,11 @@ TEST_F(Coerce, ArgumentsAreConvertedAsPublished)
         {real(1e300), kOverflow, L"11:-1", L"8:1E+300"},
         {real(infinity), kOverflow, L"11:-1", kOverflow},
         {real(std::nan("")), kOverflow, L"11:-1", kOverflow},
+        {variant(VT_R8, &VARIANT::llVal, std::int64_t{0x7FF0'0000'0000'0001}), kOverflow, L"11:-1",
+         kOverflow},
+        {integer(0x7F800001, VT_R4), kOverflow, L"11:-1", kOverflow},
+        {integer(0x7F800000, VT_R4), kOverflow, L"11:-1", kOverflow},
+        {real(5e-324), L"3:0", L"11:-1", L"8:4.94065645841247E-324"},
         {real(36526.75, VT_DATE), L"3:36527", L"11:-1", L"8:36526.75"},
         {variant(VT_R4, &VARIANT::fltVal, 0.1F), L"3:0", L"11:-1", L"8:0.1"},
         {currency(25000), L"3:2", L"11:-1", L"8:2.5"},
@@ -65,6 +73,7 @@ TEST_F(Coerce, ArgumentsAreConvertedAsPublished)
         {text(L"1,234"), kMismatch, kMismatch, L"8:1,234"},
         {text(L"0x10"), kMismatch, kMismatch, L"8:0x10"},
         {text(L"1e999"), kOverflow, kOverflow, L"8:1e999"},
+        {text(L"1e-999"), kMismatch, kMismatch, L"8:1e-999"},
         {text(L"3000000000"), kOverflow, L"11:-1", L"8:3000000000"},
         {integer(0, VT_NULL), kMismatch, kMismatch, kMismatch},
         {integer(5, VT_ERROR), kMismatch, kMismatch, kMismatch},
@@ -85,6 +94,21 @@ TEST_F(Coerce, ArgumentsAreConvertedAsPublished)
         check(kFlag, row.flag);
         check(kText, row.text);
     }
+    fedisableexcept(FE_ALL_EXCEPT);
+}
+
+TEST_F(Coerce, ATextThatQtHasNoRoomForIsNoNumberAndNoWordWhateverItBeginsWith)
+{
+    struct
+    {
+        UINT length;
+        wchar_t text[5];
+    } texts[] = {{(1U << 30) + 1, L"7"}, {(1U << 30) + 4, L"true"}, {~0U, L"7"}};
+    for (auto& [length, characters] : texts)
+        for (const DISPID member : {kNumber, kFlag})
+            EXPECT_EQ(call(member, {variant(VT_BSTR, &VARIANT::bstrVal, BSTR{characters})}),
+                      DISP_E_TYPEMISMATCH)
+                << length;
 }
 
 TEST_F(Coerce, ReferencesAreFollowedToTheValue)
