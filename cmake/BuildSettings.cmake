@@ -27,7 +27,9 @@ if(KEL_SANITIZE)
   add_link_options(-fsanitize=${KEL_SANITIZE})
 endif()
 
-# Leaves no symbol for a caller to miss. Clang's sanitizers resolve their runtime at load time.
+# How the shared libraries are linked. They stay in a process once loaded, for objects may be alive.
+set(KEL_LIBRARY_LINK_OPTIONS -Wl,-z,nodelete)
+# No symbol is left for a caller to miss. Clang's sanitizers resolve their runtime at load time.
 if(NOT (KEL_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
-  set(KEL_NO_UNDEFINED -Wl,--no-undefined)
+  list(APPEND KEL_LIBRARY_LINK_OPTIONS -Wl,--no-undefined)
 endif()

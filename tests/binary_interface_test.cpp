@@ -1,5 +1,6 @@
-// What other binaries rely on: slot numbers and calling conventions.
+// What other binaries rely on: slot numbers and calling conventions, and objects that outlive an unloading.
 
+#include "support/allocations.h"
 #include "support/own_host.h"
 
 #include <dlfcn.h>
@@ -34,14 +35,15 @@ protected:
         EXPECT_EQ(0, call(m_root, kAttributes, &m_map));
         EXPECT_EQ(0, call(m_map, kMapItem, 0, &m_attribute));
     }
+    /// The objects go after the libraries were unloaded.
     void TearDown() override
     {
-        // Only the document holds its element as well.
-        for (void* object : {m_attribute, m_map, m_list, m_text, m_root, m_document})
-            EXPECT_EQ(object == m_root ? 1 : 0, call(object, kRelease));
         function<void (*)()>("ylrxDelegatedUnloadEntry")();
         EXPECT_EQ(0, dlclose(m_library));
         EXPECT_EQ(0, dlclose(m_com));
+        // Only the document holds its element as well.
+        for (void* object : {m_attribute, m_map, m_list, m_text, m_root, m_document})
+            EXPECT_EQ(object == m_root ? 1 : 0, call(object, kRelease));
     }
 
     template <class Function>
@@ -112,6 +114,27 @@ TEST_F(BinaryInterface, EveryVirtualTableEndsWithTheDestructorAfterThePublishedS
         std::memcpy(&table, row.object, sizeof table);
         EXPECT_EQ(function<void*>(row.symbol), table[row.slot]) << row.symbol;
     }
+}
+
+TEST_F(BinaryInterface, LoadingCallingByNameAndUnloadingOverAndOverLeavesNothingMore)
+{
+    const auto again = [this] {
+        TearDown();
+        SetUp();
+        using Register = std::int32_t (*)(const Guid&, const wchar_t*);
+        const auto name = "_ZN10KelTypelib15RegisterTypeLibERK4GUIDPKw";
+        EXPECT_EQ(0, function<Register>(name)(guid("LIBID_MSXML"), L"" KEL_TYPE_LIBRARY));
+        wchar_t load[] = L"load";
+        wchar_t* names[] = {load};
+        std::int32_t id = 0;
+        EXPECT_EQ(0, call(m_document, kGetIdsOfNames, &guid("IID_IXMLDOMNode"), names, 1u, 0u, &id));
+        EXPECT_EQ(58, id);
+    };
+    again();
+    const std::size_t before = allocations::live();
+    again();
+    again();
+    EXPECT_EQ(before, allocations::live());
 }
 
 } // namespace
