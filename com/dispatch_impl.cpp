@@ -2,6 +2,7 @@
 
 #include "KelXmlLib/dispatch_impl.h"
 
+#include "KelComWrapper/export.h"
 #include "KelXmlLib/guids.h"
 #include "KelXmlLib/xmldom.h"
 
@@ -41,10 +42,15 @@ HRESULT IDispatchImpl<Interface, InterfaceId, LibraryId, Major, Minor, Holder>::
     return m_typeInfoHolder.Invoke(this, member, locale, flags, parameters, result, exception, badArgument);
 }
 
-template class IDispatchImpl<IXMLDOMNode, &IID_IXMLDOMNode, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>;
-template class IDispatchImpl<IXMLDOMDocument, &IID_IXMLDOMDocument, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>;
-template class IDispatchImpl<IXMLDOMElement, &IID_IXMLDOMElement, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>;
-template class IDispatchImpl<IXMLDOMAttribute, &IID_IXMLDOMAttribute, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>;
-template class IDispatchImpl<IXMLDOMNodeList, &IID_IXMLDOMNodeList, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>;
-template class IDispatchImpl<IXMLDOMNamedNodeMap, &IID_IXMLDOMNamedNodeMap, &LIBID_MSXML, 1, 0,
-                             CComTypeInfoHolder>;
+template class KEL_EXPORT
+    IDispatchImpl<IXMLDOMNode, &IID_IXMLDOMNode, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>;
+template class KEL_EXPORT
+    IDispatchImpl<IXMLDOMDocument, &IID_IXMLDOMDocument, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>;
+template class KEL_EXPORT
+    IDispatchImpl<IXMLDOMElement, &IID_IXMLDOMElement, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>;
+template class KEL_EXPORT
+    IDispatchImpl<IXMLDOMAttribute, &IID_IXMLDOMAttribute, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>;
+template class KEL_EXPORT
+    IDispatchImpl<IXMLDOMNodeList, &IID_IXMLDOMNodeList, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>;
+template class KEL_EXPORT
+    IDispatchImpl<IXMLDOMNamedNodeMap, &IID_IXMLDOMNamedNodeMap, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>;

@@ -1,8 +1,9 @@
-// Calls a document by name through the installed type library, and writes a file with the filer, whose header
-// needs Qt's.
+// Calls a document by name through the installed type library, by its interface and by its class, and writes
+// a file with the filer, whose header needs Qt's.
 
 #include "KelComWrapper/typelib.h"
 #include "KelXmlLib/convenience.h"
+#include "KelXmlLib/document.h"
 #include "KelXmlLib/filer.h"
 
 #include <memory>
@@ -11,17 +12,21 @@ int main()
 {
     KelTypelib::RegisterTypeLib(LIBID_MSXML, TYPE_LIBRARY);
     const auto document = kel::newDocument();
+    auto& object = static_cast<CMorvXMLDOMDocument&>(*document); // its methods are called directly
+    UINT count = 0;
+    kel::ComPtr<ITypeInfo> information;
+    if (object.GetTypeInfoCount(&count) != S_OK || object.GetTypeInfo(0, 0, information.put()) != S_OK)
+        return 1;
     const kel::Bstr name(L"loadXML");
     wchar_t* names = name.get();
     DISPID member = DISPID_UNKNOWN;
-    if (document->GetIDsOfNames(GUID{}, &names, 1, 0, &member) != S_OK)
+    if (object.GetIDsOfNames(GUID{}, &names, 1, 0, &member) != S_OK)
         return 1;
     const kel::Variant xml(L"<greeting>hello</greeting>");
     VARIANT argument = xml.get();
     DISPPARAMS arguments{&argument, nullptr, 1, 0};
     kel::Variant loaded;
-    if (document->Invoke(member, GUID{}, 0, DISPATCH_METHOD, &arguments, loaded.put(), nullptr, nullptr) !=
-        S_OK)
+    if (object.Invoke(member, GUID{}, 0, DISPATCH_METHOD, &arguments, loaded.put(), nullptr, nullptr) != S_OK)
         return 2;
 
     const std::unique_ptr<IKelXmlFiler> filer(
