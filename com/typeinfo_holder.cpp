@@ -6,12 +6,33 @@
 #include <cwchar>
 #include <new>
 
+namespace
+{
+
+/// Gives a description back to the type information that lent it.
+struct GiveBack
+{
+    void operator()(TYPEATTR* attributes) const { typeInfo->ReleaseTypeAttr(attributes); }
+    void operator()(FUNCDESC* function) const { typeInfo->ReleaseFuncDesc(function); }
+    ITypeInfo* typeInfo;
+};
+template <class Description>
+using Lent = std::unique_ptr<Description, GiveBack>;
+
+} // namespace
+
+CComTypeInfoHolder::~CComTypeInfoHolder()
+{
+    m_pInfo.reset();
+    m_pMap.reset(); // an array's elements are destroyed from the last to the first
+}
+
 HRESULT CComTypeInfoHolder::GetTI(LCID)
 {
     if (m_pInfo)
         return S_OK;
 
-    wchar_t path[KelTypelib::PathCapacity]; // written by the service up to its zero
+    wchar_t path[KelTypelib::PathCapacity] = {};
     if (const HRESULT found = KelTypelib::GetTlbFilePath(*m_plibid, path); FAILED(found))
         return found;
     ITypeLib* library = nullptr; // borrowed: the service owns it
@@ -25,35 +46,36 @@ HRESULT CComTypeInfoHolder::GetTI(LCID)
 
 HRESULT CComTypeInfoHolder::LoadNameCache(ITypeInfo* typeInfo)
 {
-    TYPEATTR* attributes = nullptr;
-    if (FAILED(typeInfo->GetTypeAttr(&attributes)))
+    TYPEATTR* lent = nullptr;
+    if (FAILED(typeInfo->GetTypeAttr(&lent)))
         return S_OK;
-    const int count = attributes->cFuncs;
-    typeInfo->ReleaseTypeAttr(attributes);
+    const Lent<TYPEATTR> attributes(lent, {typeInfo}); // given back last of all
 
     m_pMap.reset();
-    m_nCount = count;
-    if (count == 0)
+    m_nCount = attributes->cFuncs;
+    if (m_nCount == 0)
         return S_OK;
-    std::unique_ptr<NameEntry[]> map(new (std::nothrow) NameEntry[static_cast<std::size_t>(count)]);
+    std::unique_ptr<NameEntry[]> map(new (std::nothrow) NameEntry[attributes->cFuncs]);
     if (!map)
         return E_OUTOFMEMORY;
-
-    for (int index = 0; index < count; ++index) {
-        FUNCDESC* function = nullptr;
-        if (FAILED(typeInfo->GetFuncDesc(static_cast<UINT>(index), &function)))
-            continue;
-        kel::Bstr name;
-        if (SUCCEEDED(typeInfo->GetDocumentation(function->memid, name.put(), nullptr, nullptr, nullptr))) {
-            NameEntry& entry = map[static_cast<std::size_t>(index)];
-            entry.length = static_cast<std::int32_t>(name.length());
-            entry.identifier = function->memid;
-            entry.name = std::move(name);
-        }
-        typeInfo->ReleaseFuncDesc(function);
-    }
+    for (WORD index = 0; index < attributes->cFuncs; ++index)
+        readName(*typeInfo, index, map[index]);
     m_pMap = std::move(map);
     return S_OK;
+}
+
+void CComTypeInfoHolder::readName(ITypeInfo& typeInfo, UINT index, NameEntry& entry)
+{
+    FUNCDESC* lent = nullptr;
+    if (FAILED(typeInfo.GetFuncDesc(index, &lent)))
+        return;
+    kel::Bstr name; // freed, where it is not taken, after the function was given back
+    const Lent<FUNCDESC> function(lent, {&typeInfo});
+    if (FAILED(typeInfo.GetDocumentation(function->memid, name.put(), nullptr, nullptr, nullptr)))
+        return;
+    entry.length = static_cast<std::int32_t>(name.length());
+    entry.identifier = function->memid;
+    entry.name = std::move(name);
 }
 
 HRESULT CComTypeInfoHolder::GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo)
@@ -101,7 +123,7 @@ const CComTypeInfoHolder::NameEntry* CComTypeInfoHolder::findName(const wchar_t*
     const std::int32_t length = lstrlenW(name);
     for (std::int32_t index = m_nCount - 1; index >= 0; --index) {
         const NameEntry& entry = m_pMap[static_cast<std::size_t>(index)];
-        if (entry.name && entry.length == length &&
+        if (entry.length == length && entry.name &&
             std::wmemcmp(entry.name.get(), name, static_cast<std::size_t>(length)) == 0)
             return &entry;
     }

@@ -23,6 +23,10 @@ public:
     CComTypeInfoHolder(const GUID* interfaceId, const GUID* libraryId, WORD major, WORD minor) noexcept
         : m_pguid(interfaceId), m_plibid(libraryId), m_wMajor(major), m_wMinor(minor)
     {}
+    /// Lets go of the type information, then of the names, the last one first.
+    ~CComTypeInfoHolder();
+    CComTypeInfoHolder(const CComTypeInfoHolder&) = delete;
+    CComTypeInfoHolder& operator=(const CComTypeInfoHolder&) = delete;
 
     /// Loads the type information and the name cache if they are not there yet.
     /// \param locale not used
@@ -50,6 +54,7 @@ private:
         DISPID identifier = DISPID_UNKNOWN;
     };
 
+    static void readName(ITypeInfo& typeInfo, UINT index, NameEntry& entry);
     HRESULT ensureLoaded(LCID locale);
     const NameEntry* findName(const wchar_t* name) const noexcept;
 
