@@ -148,12 +148,16 @@ bool isSameName(std::wstring_view left, std::wstring_view right)
                       [](wchar_t a, wchar_t b) { return foldedLetter(a) == foldedLetter(b); });
 }
 
+InterfaceDescription::Functions InterfaceDescription::firstFrom(MEMBERID id) const
+{
+    return std::lower_bound(byId.begin(), byId.end(), id,
+                            [](const Function* function, MEMBERID sought) { return function->id < sought; });
+}
+
 std::pair<InterfaceDescription::Functions, InterfaceDescription::Functions>
 InterfaceDescription::member(MEMBERID id) const
 {
-    const auto first =
-        std::lower_bound(byId.begin(), byId.end(), id,
-                         [](const Function* function, MEMBERID sought) { return function->id < sought; });
+    const auto first = firstFrom(id);
     const auto last =
         std::find_if(first, byId.end(), [id](const Function* function) { return function->id != id; });
     return {first, last};
@@ -161,8 +165,8 @@ InterfaceDescription::member(MEMBERID id) const
 
 const Function* InterfaceDescription::firstOf(MEMBERID id) const
 {
-    const auto [first, last] = member(id);
-    return first == last ? nullptr : *first;
+    const auto first = firstFrom(id);
+    return first != byId.end() && (*first)->id == id ? *first : nullptr;
 }
 
 const Function* InterfaceDescription::firstNamed(std::wstring_view name) const

@@ -97,6 +97,10 @@ struct InterfaceDescription
     const Function* firstOf(MEMBERID id) const;
     /// The first function of a member, found by its name in any capitals; null when there is none.
     const Function* firstNamed(std::wstring_view name) const;
+
+private:
+    /// The first function whose member has this identifier or a greater one.
+    Functions firstFrom(MEMBERID id) const;
 };
 
 struct LibraryDescription

@@ -6,7 +6,6 @@
 #include "type_library_reader.h"
 
 #include <QFile>
-#include <ctime>
 #include <cwchar>
 #include <fcntl.h>
 #include <map>
@@ -23,8 +22,6 @@ using kelcom::TypeLibrary;
 
 /// A hundred times what the XML DOM needs.
 constexpr int kMaxFileSize = 1 << 20;
-/// A file that was written less than this many seconds ago may be written again without a new time stamp.
-constexpr std::time_t kSettlingTime = 2;
 
 struct GuidOrder
 {
@@ -32,26 +29,6 @@ struct GuidOrder
     {
         return std::memcmp(&left, &right, sizeof(GUID)) < 0;
     }
-};
-
-/// What tells a file from another one, or from an earlier state of itself, without reading it.
-struct FileState
-{
-    explicit FileState(const struct stat& status)
-        : device(status.st_dev), inode(status.st_ino), size(status.st_size), changed(status.st_ctim),
-          isSettled(status.st_ctim.tv_sec + kSettlingTime < std::time(nullptr))
-    {}
-    bool isSurelySameAs(const FileState& other) const
-    {
-        return isSettled && device == other.device && inode == other.inode && size == other.size &&
-               changed.tv_sec == other.changed.tv_sec && changed.tv_nsec == other.changed.tv_nsec;
-    }
-
-    dev_t device;
-    ino_t inode;
-    off_t size;
-    timespec changed;
-    bool isSettled;
 };
 
 class OpenFile
@@ -76,10 +53,9 @@ private:
 
 struct Loaded
 {
-    QByteArray name;
-    FileState state;
     QByteArray contents;
     kel::ComPtr<TypeLibrary> library;
+    bool isUpToDate = true;
 };
 
 class Service
@@ -91,12 +67,16 @@ public:
     std::map<GUID, std::wstring, GuidOrder> paths;
 
     HRESULT load(const wchar_t* path, ITypeLib** library);
+    /// Has the file read again when it is next asked for.
+    void outdate(const wchar_t* path);
 
 private:
-    ITypeLib* keep(const wchar_t* path, Loaded loaded);
+    using LoadedByPath = std::map<std::wstring, Loaded, std::less<>>;
 
-    std::map<std::wstring, Loaded, std::less<>> m_loaded;
-    /// Libraries whose file has changed since. They stay: callers have borrowed them.
+    HRESULT read(const wchar_t* path, LoadedByPath::iterator& place);
+
+    LoadedByPath m_loaded;
+    /// Libraries whose file was read anew since. They stay: callers have borrowed them.
     std::vector<kel::ComPtr<TypeLibrary>> m_retired;
 };
 
@@ -107,9 +87,10 @@ Service& Service::instance()
     return service;
 }
 
-HRESULT readFile(const char* path, QByteArray& contents, struct stat& status)
+HRESULT readFile(const char* path, QByteArray& contents)
 {
     const OpenFile opened(path);
+    struct stat status = {};
     if (opened.descriptor() < 0 || ::fstat(opened.descriptor(), &status) != 0 || !S_ISREG(status.st_mode))
         return TYPE_E_CANTLOADLIBRARY;
     if (status.st_size > kMaxFileSize)
@@ -132,42 +113,46 @@ QByteArray encoded(const wchar_t* path)
 
 HRESULT Service::load(const wchar_t* path, ITypeLib** library)
 {
-    const auto known = m_loaded.find(std::wstring_view(path));
-    const bool isKnown = known != m_loaded.end();
-    const QByteArray name = isKnown ? known->second.name : encoded(path);
-    struct stat status = {};
-    if (::stat(name.constData(), &status) != 0)
-        return TYPE_E_CANTLOADLIBRARY;
-    if (isKnown && known->second.state.isSurelySameAs(FileState(status))) {
-        *library = known->second.library.get();
-        return S_OK;
+    auto place = m_loaded.find(std::wstring_view(path));
+    if (place == m_loaded.end() || !place->second.isUpToDate) {
+        const HRESULT hr = read(path, place);
+        if (FAILED(hr))
+            return hr;
     }
+    *library = place->second.library.get();
+    return S_OK;
+}
 
+/// \param place where the path's library stands, or the end; receives where it stands now
+HRESULT Service::read(const wchar_t* path, LoadedByPath::iterator& place)
+{
+    const bool isKnown = place != m_loaded.end();
     QByteArray contents;
-    const HRESULT isRead = readFile(name.constData(), contents, status);
-    if (FAILED(isRead))
-        return isRead;
-    if (isKnown && known->second.contents == contents) {
-        known->second.state = FileState(status);
-        *library = known->second.library.get();
+    const HRESULT hr = readFile(encoded(path).constData(), contents);
+    if (FAILED(hr))
+        return hr;
+    if (isKnown && place->second.contents == contents) {
+        place->second.isUpToDate = true;
         return S_OK;
     }
     auto description = kelcom::readTypeLibrary(contents);
     if (!description)
         return TYPE_E_INVDATAREAD;
-    kel::ComPtr<TypeLibrary> made(new TypeLibrary(std::move(description)));
-    *library = keep(path, {name, FileState(status), contents, made});
+    Loaded loaded{contents, kel::ComPtr<TypeLibrary>(new TypeLibrary(std::move(description)))};
+    if (isKnown) {
+        m_retired.push_back(place->second.library);
+        place->second = std::move(loaded);
+    } else {
+        place = m_loaded.emplace(path, std::move(loaded)).first;
+    }
     return S_OK;
 }
 
-ITypeLib* Service::keep(const wchar_t* path, Loaded loaded)
+void Service::outdate(const wchar_t* path)
 {
-    const auto [place, isNew] = m_loaded.try_emplace(path, loaded);
-    if (!isNew) {
-        m_retired.push_back(place->second.library);
-        place->second = std::move(loaded);
-    }
-    return place->second.library.get();
+    const auto place = m_loaded.find(std::wstring_view(path));
+    if (place != m_loaded.end())
+        place->second.isUpToDate = false;
 }
 
 } // namespace
@@ -207,6 +192,7 @@ HRESULT RegisterTypeLib(const GUID& library, const wchar_t* path)
     Service& service = Service::instance();
     const std::lock_guard lock(service.mutex);
     service.paths[library] = std::wstring(path, length);
+    service.outdate(path);
     return S_OK;
 }
 

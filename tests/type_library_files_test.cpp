@@ -36,35 +36,36 @@ const QByteArray kSmallBody = R"(
 
 } // namespace
 
-TEST(TypeLibraryCache, ParsesAnUnchangedFileOnceAndNoticesEveryChange)
+TEST(TypeLibraryCache, ReadsAFileOnceAndAnewWhenItIsRegisteredAgain)
 {
     TypeLibraryFile file(stamped(kSmallBody));
     ITypeLib* first = nullptr;
     ITypeLib* again = nullptr;
     ASSERT_EQ(file.load(&first), S_OK);
+    file.registerAgain();
     ASSERT_EQ(file.load(&again), S_OK);
+    EXPECT_EQ(again, first) << "the same contents";
+    QFile::remove(file.path());
+    again = nullptr;
+    ASSERT_EQ(file.load(&again), S_OK) << "the system is not asked";
     EXPECT_EQ(again, first);
-    file.write(stamped(kSmallBody));
-    ASSERT_EQ(file.load(&again), S_OK);
-    EXPECT_EQ(again, first) << "written anew with the same contents";
 
     kel::ComPtr<ITypeInfo> info;
     ASSERT_EQ(first->GetTypeInfo(0, info.put()), S_OK);
+    file.write("damaged");
+    file.registerAgain();
+    EXPECT_EQ(file.load(&again), TYPE_E_INVDATAREAD);
+    QFile::remove(file.path());
+    EXPECT_EQ(file.load(&again), TYPE_E_CANTLOADLIBRARY) << "tried again without another registration";
+    EXPECT_EQ(again, first) << "written on success only";
     file.write(stamped(QByteArray(kSmallBody).replace("'find'", "'look'")));
     ITypeLib* changed = nullptr;
-    ASSERT_EQ(file.load(&changed), S_OK) << "same size, within the same tick of the clock";
+    ASSERT_EQ(file.load(&changed), S_OK);
     EXPECT_NE(changed, first);
     EXPECT_EQ(walk(*first), 7U) << "a borrowed library stays usable";
     EXPECT_EQ(keltest::idOf(*info, L"find"), 2);
-    EXPECT_EQ(
-        keltest::idOf(*keltest::typeInfo(file.widePath(), {0, 0, 0, {0, 0, 0, 0, 0, 0, 0, 3}}), L"look"), 2);
-
-    file.write("damaged");
-    EXPECT_EQ(file.load(&again), TYPE_E_INVDATAREAD);
-    QFile::remove(file.path());
-    EXPECT_EQ(file.load(&again), TYPE_E_CANTLOADLIBRARY);
-    EXPECT_EQ(again, first) << "written on success only";
-    EXPECT_EQ(walk(*changed), 7U);
+    ASSERT_EQ(changed->GetTypeInfo(0, info.put()), S_OK);
+    EXPECT_EQ(keltest::idOf(*info, L"look"), 2);
 }
 
 TEST(TypeLibraryFiles, WhatIsNoReadableRegularFileOfSensibleSizeIsRefused)
@@ -186,6 +187,7 @@ TEST(TypeLibraryFiles, ContradictionsAndUnknownsAreRefused)
     const auto load = [&file](const QByteArray& from, const QByteArray& to) {
         EXPECT_TRUE(kSmallBody.contains(from)) << from.toStdString();
         file.write(stamped(QByteArray(kSmallBody).replace(from, to)));
+        file.registerAgain();
         return file.load();
     };
     for (const auto& [from, replacements] : changes)

@@ -20,7 +20,8 @@ constexpr unsigned PathCapacity = 1024;
 /// \return `S_OK`; `E_POINTER`; `TYPE_E_LIBNOTREGISTERED`, `path` untouched
 KEL_EXPORT HRESULT GetTlbFilePath(const GUID& library, wchar_t* path);
 
-/// Loads a type library. An unchanged file is parsed once in the life of the process.
+/// Loads a type library. A file is read once, and once more after each registration of its path; the same
+/// contents then give the same library. Libraries that were handed out stay as they are.
 /// \param path a local file
 /// \param library receives the library, borrowed: the service owns it and the caller does not release
 ///        it; an `ITypeInfo` obtained from it keeps what it needs alive by itself. Written on success only
@@ -28,7 +29,8 @@ KEL_EXPORT HRESULT GetTlbFilePath(const GUID& library, wchar_t* path);
 ///         `TYPE_E_INVDATAREAD` for one that is no valid type library
 KEL_EXPORT HRESULT LoadTypeLib(const wchar_t* path, ITypeLib** library);
 
-/// Registers a path under an identifier, in place of any earlier one. The file is not looked at.
+/// Registers a path under an identifier, in place of any earlier one. The file is not looked at now, and is
+/// read when it is next loaded: so a host makes a replaced file known.
 /// \param library the identifier, such as `LIBID_MSXML`
 /// \param path zero-ended; it is copied
 /// \return `S_OK`; `E_INVALIDARG` for a path that is null, empty or too long for `PathCapacity`

@@ -38,6 +38,8 @@ public:
     }
     const QString& path() const { return m_path; }
     const wchar_t* widePath() const { return m_widePath.c_str(); }
+    /// Has the service read it anew.
+    void registerAgain() const { KelTypelib::RegisterTypeLib(GUID{}, widePath()); }
     HRESULT load(ITypeLib** library) const { return KelTypelib::LoadTypeLib(widePath(), library); }
     HRESULT load() const
     {
