@@ -18,7 +18,7 @@ namespace kelxml
 struct WrapperAccess;
 struct DocumentRef;
 class Handle;
-}
+} // namespace kelxml
 
 /// See `IXMLDOMNode` and `IXMLDOMAttribute` for what each method does.
 class KEL_EXPORT CMorvXMLDOMAttribute final
@@ -73,7 +73,8 @@ public:
     virtual ~CMorvXMLDOMAttribute();
 
     /// For the library itself: wraps `node`, with an owner document of its own over `document`.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMAttribute(kelxml::Handle&& node, const kelxml::DocumentRef& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMAttribute(kelxml::Handle&& node,
+                                                       const kelxml::DocumentRef& document);
 
 private:
     friend struct kelxml::WrapperAccess;
@@ -82,6 +83,6 @@ private:
     QDomAttr m_node;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
-    QDomDocument m_standIn; ///< where `m_document` is null, keeps the document alive that the node came from
+    QDomDocument m_standIn;  ///< where `m_document` is null, keeps the document alive that the node came from
     QDomNode m_ownerElement; ///< the element that an attribute stands on; let go of last
 };

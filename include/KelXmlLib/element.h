@@ -18,7 +18,7 @@ namespace kelxml
 struct WrapperAccess;
 struct DocumentRef;
 class Handle;
-}
+} // namespace kelxml
 
 /// See `IXMLDOMNode` and `IXMLDOMElement` for what each method does.
 class KEL_EXPORT CMorvXMLDOMElement final
@@ -79,7 +79,8 @@ public:
     virtual ~CMorvXMLDOMElement();
 
     /// For the library itself: wraps `node`, with an owner document of its own over `document`.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMElement(kelxml::Handle&& node, const kelxml::DocumentRef& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMElement(kelxml::Handle&& node,
+                                                     const kelxml::DocumentRef& document);
 
 private:
     friend struct kelxml::WrapperAccess;

@@ -17,7 +17,7 @@ namespace kelxml
 {
 struct WrapperAccess;
 struct DocumentRef;
-}
+} // namespace kelxml
 
 /// See `IXMLDOMNamedNodeMap` for what each method does.
 class KEL_EXPORT CMorvXMLDOMNamedNodeMap final
@@ -43,7 +43,8 @@ public:
     virtual ~CMorvXMLDOMNamedNodeMap();
 
     /// For the library itself: the attributes of `node`, none where it is no element.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMNamedNodeMap(const QDomNode& node, const kelxml::DocumentRef& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMNamedNodeMap(const QDomNode& node,
+                                                          const kelxml::DocumentRef& document);
 
 private:
     friend struct kelxml::WrapperAccess;
@@ -52,6 +53,6 @@ private:
     QDomNamedNodeMap m_map;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
-    QDomDocument m_standIn; ///< where `m_document` is null, keeps the document alive that the node came from
-    QDomNode m_ownerElement;                                ///< the element itself; let go of last
+    QDomDocument m_standIn;  ///< where `m_document` is null, keeps the document alive that the node came from
+    QDomNode m_ownerElement; ///< the element itself; let go of last
 };

@@ -19,7 +19,7 @@ namespace kelxml
 struct WrapperAccess;
 struct DocumentRef;
 class Handle;
-}
+} // namespace kelxml
 
 /// See `IXMLDOMNode` for what each method does.
 class KEL_EXPORT CMorvXMLDOMNode final
