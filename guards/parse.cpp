@@ -40,7 +40,7 @@ bool parseWithin(const Prescan& seen, QDomDocument& document, Content&& content)
 /// All bytes of a device, or more than `most` of them when it has more.
 QByteArray readUpToOneMoreThan(qint64 most, QIODevice& device)
 {
-    constexpr qint64 kFirstPiece = 64 * 1024;
+    constexpr qint64 kFirstPiece = qint64{64} * 1024;
     QByteArray bytes;
     qint64 length = 0;
     for (qint64 piece = std::max(device.size(), kFirstPiece); length <= most; piece = length) {

@@ -55,9 +55,9 @@ struct Threads : DomTest
 TEST_F(Threads, TheFirstNewDocumentMayComeWhileAnotherThreadMakesOneByItsClass)
 {
     std::thread other([] {
-        ComPtr<IUnknown> document;
-        void** const place = reinterpret_cast<void**>(document.put());
-        EXPECT_EQ(S_OK, DllGetClassObject(CLSID_DOMDocument, IID_IUnknown, place));
+        void* document = nullptr;
+        EXPECT_EQ(S_OK, DllGetClassObject(CLSID_DOMDocument, IID_IUnknown, &document));
+        static_cast<IUnknown*>(document)->Release();
     });
     newDocument();
     other.join();

@@ -27,11 +27,9 @@ std::string lineOf(ITypeInfo& info)
     EXPECT_EQ(info.GetTypeAttr(&attributes), S_OK);
     std::ostringstream line;
     line << std::hex << attributes->guid.Data1 << std::dec << ' '
-         << QString::fromStdWString(nameOf(info, MEMBERID_NIL)).toStdString();
-    for (const int number :
-         {int{attributes->typekind}, int{attributes->cFuncs}, int{attributes->cbSizeVft},
-          int{attributes->wTypeFlags}, int{attributes->wMajorVerNum}, int{attributes->wMinorVerNum}})
-        line << ' ' << number;
+         << QString::fromStdWString(nameOf(info, MEMBERID_NIL)).toStdString() << ' ' << attributes->typekind
+         << ' ' << attributes->cFuncs << ' ' << attributes->cbSizeVft << ' ' << attributes->wTypeFlags << ' '
+         << attributes->wMajorVerNum << ' ' << attributes->wMinorVerNum;
     info.ReleaseTypeAttr(attributes);
     return line.str() + '\n';
 }
