@@ -40,7 +40,7 @@ install(FILES docs/tour.md docs/ownership.md docs/guarantees.md docs/late-bound.
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${KEL_DEVELOPMENT_PACKAGE} COMPONENT development)
 
 install(TARGETS kelxml RUNTIME COMPONENT tool)
-configure_file(examples/kelxml/kelxml.1 kelxml.1 @ONLY)
+configure_file(tools/kelxml/kelxml.1 kelxml.1 @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/kelxml.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
-install(FILES examples/kelxml/kelxml.bash RENAME kelxml
+install(FILES tools/kelxml/kelxml.bash RENAME kelxml
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tool)

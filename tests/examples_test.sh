@@ -1,0 +1,14 @@
+#!/bin/bash
+# examples_test.sh PYTHON HOST_PY LIBRARIES NUMBER_ELEMENTS - the host in Python leaves a document, which the one in C++
+# takes up; a file that cannot be read is reported.
+set -eu
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+"$1" "$2" "$3"
+"$4" shelf.xml book numbered.xml
+[ "$(grep -c 'copies="3"' numbered.xml)" = 2 ]
+[ "$(grep -o 'number="[^"]*"' numbered.xml | tr '\n' ' ')" = 'number="1" number="2" ' ]
+grep -q Tides numbered.xml
+if "$4" none.xml book numbered.xml 2>errors.txt; then exit 1; fi
+grep -q 'loading the document' errors.txt
