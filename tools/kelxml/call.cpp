@@ -5,8 +5,10 @@
 #include "files.h"
 #include "text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <cwctype>
 #include <iostream>
 
 namespace host
@@ -47,14 +49,21 @@ DISPID identifierOf(IDispatch& object, const std::wstring& name, std::wstring_vi
     return identifier;
 }
 
-/// What a member that did not fail answered.
+/// What a member answered.
 struct Answer
 {
     kel::Variant value;
     HRESULT code;
 };
 
+/// What `null` stands for at first: a text that is not there.
+bool isNullText(const VARIANT& value)
+{
+    return value.vt == VT_BSTR && !value.bstrVal;
+}
+
 /// Calls one member. `values` are in the order in which they are written; an assigned value comes last.
+/// \throw Failure unless the member was called and did not fail
 Answer invoke(IDispatch& object, const Step& step, const std::vector<kel::Variant>& values, bool isAssignment)
 {
     const DISPID member = identifierOf(object, step.name, step.source);
@@ -78,8 +87,17 @@ Answer invoke(IDispatch& object, const Step& step, const std::vector<kel::Varian
     kel::Variant result;
     EXCEPINFO exception{};
     UINT badArgument = parameters.cArgs;
-    const HRESULT code = object.Invoke(member, kNoInterface, kNeutral, flags, &parameters, result.put(),
-                                       &exception, &badArgument);
+    const auto call = [&] {
+        return object.Invoke(member, kNoInterface, kNeutral, flags, &parameters, result.put(), &exception,
+                             &badArgument);
+    };
+    HRESULT code = call();
+    // Only the member knows where it wants an object.
+    while (code == DISP_E_TYPEMISMATCH && badArgument < parameters.cArgs &&
+           isNullText(reversed[badArgument])) {
+        reversed[badArgument] = kel::Variant(kel::ComPtr<IDispatch>()).get();
+        code = call();
+    }
     if (code == DISP_E_EXCEPTION)
         failStep(step.source, describeException(exception));
     if (FAILED(code)) {
@@ -91,19 +109,29 @@ Answer invoke(IDispatch& object, const Step& step, const std::vector<kel::Varian
     return {std::move(result), code};
 }
 
+bool changesDocument(std::wstring member)
+{
+    std::transform(member.begin(), member.end(), member.begin(), std::towlower);
+    static constexpr std::wstring_view kChanging[] = {L"appendchild", L"load", L"loadxml", L"removechild",
+                                                      L"setattribute"};
+    return std::find(std::begin(kChanging), std::end(kChanging), member) != std::end(kChanging);
+}
+
 /// Evaluates paths, each of which starts at the document.
 class Evaluator
 {
 public:
     explicit Evaluator(IDispatch& document) : m_document(document) {}
 
-    kel::Variant evaluate(const Expression& expression) const
+    kel::Variant evaluate(const Expression& expression)
     {
         return follow(expression.path, expression.assigned);
     }
+    /// Whether a member that changes the document was called.
+    bool hasChanged() const { return m_hasChanged; }
 
 private:
-    kel::Variant follow(const Path& path, const std::vector<Argument>& assigned) const
+    kel::Variant follow(const Path& path, const std::vector<Argument>& assigned)
     {
         kel::ComPtr<IDispatch> object(&m_document);
         kel::Variant result;
@@ -116,13 +144,17 @@ private:
             std::vector<kel::Variant> values = valuesOf(step.arguments);
             if (isAssignment)
                 values.push_back(valueOf(assigned.front()));
-            result = invoke(*object, step, values, isAssignment).value;
+            Answer answer = invoke(*object, step, values, isAssignment);
+            if (answer.code == S_FALSE)
+                failStep(step.source, "S_FALSE, it had nothing to give or could not do it");
+            m_hasChanged = m_hasChanged || isAssignment || changesDocument(step.name);
+            result = std::move(answer.value);
             object = result.type() == VT_DISPATCH ? result.object() : nullptr;
         }
         return result;
     }
 
-    std::vector<kel::Variant> valuesOf(const std::vector<Argument>& arguments) const
+    std::vector<kel::Variant> valuesOf(const std::vector<Argument>& arguments)
     {
         std::vector<kel::Variant> values;
         values.reserve(arguments.size());
@@ -131,12 +163,14 @@ private:
         return values;
     }
 
-    kel::Variant valueOf(const Argument& argument) const
+    kel::Variant valueOf(const Argument& argument)
     {
         return std::visit(
             [this](const auto& value) {
                 if constexpr (std::is_same_v<std::decay_t<decltype(value)>, Path>)
                     return follow(value, {});
+                else if constexpr (std::is_same_v<std::decay_t<decltype(value)>, std::nullptr_t>)
+                    return kel::Variant(static_cast<const wchar_t*>(nullptr));
                 else
                     return kel::Variant(value);
             },
@@ -144,6 +178,7 @@ private:
     }
 
     IDispatch& m_document;
+    bool m_hasChanged = false;
 };
 
 /// Lists and maps have no name of their own.
@@ -206,13 +241,17 @@ std::string resultText(const kel::Variant& result)
 
 void runCall(const Library& library, const Arguments& arguments)
 {
+    requireXmlCharacters(arguments.values[1]);
     const Expression expression = parseExpression(arguments.values[1]);
     const auto document = library.newLateBoundDocument();
     loadBy(library, arguments.values[0],
            [&](const std::wstring& place) { return callWithPath(*document, L"load", place); });
-    const std::string text = resultText(Evaluator(*document).evaluate(expression));
+    Evaluator evaluator(*document);
+    const std::string text = resultText(evaluator.evaluate(expression));
     if (!arguments.output) {
         std::cout << text << '\n';
+        if (evaluator.hasChanged())
+            std::cerr << "kelxml: the change is lost: without -o nothing is saved\n";
         return;
     }
     saveBy(library, *arguments.output,

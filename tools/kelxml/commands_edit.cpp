@@ -60,6 +60,7 @@ std::vector<AttributeText> readAssignments(const Library& library, const Argumen
         const std::wstring name = given.substr(0, sign);
         if (!isName(library, name))
             throw UsageError("'" + toUtf8(name) + "' is not a name that an attribute can have");
+        requireXmlCharacters(given);
         assignments.push_back({name, given.substr(sign + 1)});
     }
     return assignments;
@@ -95,6 +96,7 @@ void runSet(const Library& library, const Arguments& arguments)
 
 void runText(const Library& library, const Arguments& arguments)
 {
+    requireXmlCharacters(arguments.values[2]);
     const auto document = loadDocument(library, arguments.values[0]);
     const std::vector<Node> matches = elementsNamed(*document, arguments.values[1]);
     for (const Node& match : matches)

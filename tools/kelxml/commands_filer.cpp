@@ -7,6 +7,9 @@
 #include "files.h"
 #include "nodes.h"
 
+#include <QtCore/QFile>
+#include <QtCore/QXmlStreamReader>
+
 #include <iostream>
 
 namespace host
@@ -90,7 +93,7 @@ private:
         case NODE_COMMENT:
             return writeContent(node, &Filer::comment);
         case NODE_PROCESSING_INSTRUCTION:
-            return writeDeclaration(node);
+            return nameOf(node) == L"xml"; // the declaration, which the filer has written
         default:
             return false;
         }
@@ -112,15 +115,6 @@ private:
         if (value.empty())
             return false;
         (m_filer.*operation)(value);
-        return true;
-    }
-
-    /// The declaration is an instruction named "xml"; the filer writes its own, and no other instruction.
-    bool writeDeclaration(IXMLDOMNode& node)
-    {
-        if (nameOf(node) != L"xml")
-            return false;
-        m_filer.begin();
         return true;
     }
 
@@ -153,6 +147,18 @@ void writeCatalogue(Filer& filer)
     filer.end();
 }
 
+/// The document's children do not tell.
+bool hasDocumentType(const std::wstring& place)
+{
+    QFile file(QString::fromStdWString(place));
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    QXmlStreamReader reader(&file);
+    while (!reader.atEnd() && !reader.isDTD() && !reader.isStartElement())
+        reader.readNext();
+    return reader.isDTD();
+}
+
 /// Saves what `write` gives to a filer.
 template <class Write>
 void saveFiled(const Library& library, const std::wstring& path, bool isPlain, Write write)
@@ -173,18 +179,24 @@ void runWrite(const Library& library, const Arguments& arguments)
 
 void runExport(const Library& library, const Arguments& arguments)
 {
-    const auto document = loadDocument(library, arguments.values[0]);
+    const auto document = library.newDocument();
+    bool isTyped = false;
+    loadBy(library, arguments.values[0], [&](const std::wstring& place) {
+        isTyped = hasDocumentType(place);
+        return loadFrom(*document, place);
+    });
     const std::wstring& path = arguments.values[1];
     std::size_t written = 0;
     std::size_t leftOut = 0;
     saveFiled(library, path, arguments.isPlain, [&](Filer& filer) {
+        filer.begin();
         Exporter exporter(library, filer);
         exporter.writeChildren(*document);
         filer.end();
         written = exporter.written();
-        leftOut = exporter.leftOut();
+        leftOut = exporter.leftOut() + (isTyped ? 1 : 0);
     });
-    reportBeside(path) << written << " nodes written, " << leftOut
+    reportBeside(path) << written << (written == 1 ? " node" : " nodes") << " written, " << leftOut
                        << " left out, which cannot be written this way\n";
 }
 

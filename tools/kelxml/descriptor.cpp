@@ -70,6 +70,18 @@ private:
     bool m_isInPlace = false;
 };
 
+/// Where a link leads, also when nothing is there yet.
+fs::path followed(fs::path path)
+{
+    constexpr int kMostLinks = 40; // as many as the system follows
+    for (int links = 0; fs::is_symlink(path); ++links) {
+        if (links == kMostLinks)
+            throw std::system_error(ELOOP, std::generic_category());
+        path = path.parent_path() / fs::read_symlink(path);
+    }
+    return path;
+}
+
 /// What a file has beside its contents; a new one gets what the system gives.
 void takeOver(const struct stat* old, int descriptor)
 {
@@ -126,11 +138,11 @@ void putIntoPlace(int from, const std::string& path)
 {
     struct stat old = {};
     const bool isThere = stat(path.c_str(), &old) == 0;
-    if (isThere && (!S_ISREG(old.st_mode) || old.st_nlink > 1))
+    if (isThere && (!S_ISREG(old.st_mode) || old.st_nlink != 1))
         return writeInPlace(from, path);
     // A link stays one: what it leads to is exchanged.
-    const std::string target = isThere ? fs::canonical(path).string() : path;
-    NewFile made((fs::path(target).parent_path() / ".kelxml-XXXXXX").string());
+    const fs::path target = followed(path);
+    NewFile made((target.parent_path() / ".kelxml-XXXXXX").string());
     if (made.descriptor() < 0) {
         if (isThere)
             return writeInPlace(from, path);
@@ -138,7 +150,7 @@ void putIntoPlace(int from, const std::string& path)
     }
     copyBytes(from, made.descriptor());
     takeOver(isThere ? &old : nullptr, made.descriptor());
-    made.moveTo(target);
+    made.moveTo(target.string());
 }
 
 } // namespace host

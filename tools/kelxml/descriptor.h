@@ -39,8 +39,9 @@ Descriptor makeFileInMemory();
 std::uintmax_t copyBytes(int from, int to, std::uintmax_t limit = UINTMAX_MAX);
 
 /// Puts the contents of `from` into the file at `path`, by way of a new file beside it that takes its place,
-/// so that it holds either what it held or all that it should. Devices and pipes, files with several names,
-/// and files in directories that take no new ones are written as they are.
+/// so that it holds either what it held or all that it should. Links are followed, also to where nothing is
+/// yet. Devices and pipes, files with several names, and files in directories that take no new ones are
+/// written as they are.
 void putIntoPlace(int from, const std::string& path);
 
 } // namespace host

@@ -121,12 +121,13 @@ private:
         if (isDigit(peek()) || peek() == L'-' || peek() == L'+')
             return number();
         if (!isNameStart(peek()))
-            fail("a string, a number, true, false or a member");
+            fail("a string, a number, true, false, null or a member");
         Path steps = path();
-        const Step& only = steps.front();
-        if (only.source == L"true" || only.source == L"false")
-            if (steps.size() == 1)
-                return {only.source == L"true"};
+        const std::wstring_view word = steps.back().source;
+        if (word == L"true" || word == L"false")
+            return {word == L"true"};
+        if (word == L"null")
+            return {nullptr};
         return {std::move(steps)};
     }
 

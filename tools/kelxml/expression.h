@@ -3,12 +3,13 @@
 //   expression = path [ "=" argument ]
 //   path       = member { "." member }
 //   member     = name [ "(" [ argument { "," argument } ] ")" ]
-//   argument   = string | number | "true" | "false" | path
+//   argument   = string | number | "true" | "false" | "null" | path
 
 #pragma once
 
 #include "host.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -33,7 +34,7 @@ using Path = std::vector<Step>;
 
 struct Argument
 {
-    std::variant<std::wstring, std::int32_t, std::int64_t, double, bool, Path> value;
+    std::variant<std::wstring, std::int32_t, std::int64_t, double, bool, std::nullptr_t, Path> value;
 };
 
 struct Expression

@@ -7,6 +7,9 @@
 #include "terminal.h"
 #include "text.h"
 
+#include <QtCore/QFile>
+#include <QtXml/QDomDocument>
+
 #include <cerrno>
 #include <iostream>
 #include <optional>
@@ -67,11 +70,18 @@ Descriptor openInput(const std::wstring& path)
     return kept;
 }
 
-/// \return whether the file was read and is a document within the library's limits
-bool loadFrom(IXMLDOMDocument& document, const std::wstring& place)
+/// Asks Qt, which the library does not keep the reason of. The library has let Qt have the text already.
+std::string whereNotWellFormed(const Descriptor& input)
 {
-    VARIANT_BOOL success = VARIANT_FALSE;
-    return document.load(kel::Variant(place).get(), &success) == S_OK && success == VARIANT_TRUE;
+    QFile file(QString::fromStdWString(input.place()));
+    QDomDocument document;
+    QString reason;
+    int line = 0;
+    int column = 0;
+    if (!file.open(QIODevice::ReadOnly) || document.setContent(&file, &reason, &line, &column))
+        return {};
+    return ", line " + std::to_string(line) + ", column " + std::to_string(column) + ": " +
+           reason.toStdString();
 }
 
 /// What is beyond the limits leaves an earlier tree as it was; what is not well-formed takes its place as far
@@ -88,10 +98,16 @@ std::string whyRefused(const Library& library, const Descriptor& input)
     const bool isThere = document->get_firstChild(first.put()) == S_OK;
     return isThere && kel::textOf(*first, &IXMLDOMNode::get_nodeName) == kEarlier
                ? "it is beyond the limits of the library (see LIMITS in 'man kelxml')"
-               : "it is not well-formed XML";
+               : "it is not well-formed XML" + whereNotWellFormed(input);
 }
 
 } // namespace
+
+bool loadFrom(IXMLDOMDocument& document, const std::wstring& place)
+{
+    VARIANT_BOOL success = VARIANT_FALSE;
+    return document.load(kel::Variant(place).get(), &success) == S_OK && success == VARIANT_TRUE;
+}
 
 std::uintmax_t loadBy(const Library& library, const std::wstring& path, const FileWork& load)
 {
@@ -117,8 +133,7 @@ std::uintmax_t saveBy(const Library& library, const std::wstring& path, const Fi
             if (!save(saved.place()))
                 throw Failure("cannot write " + name + ": the document is too deep for the free stack");
             if (!loadFrom(*library.newDocument(), saved.place()))
-                throw Failure("cannot write " + name +
-                              ": it would be no well-formed document, or beyond the limits of the library");
+                throw Failure("cannot write " + name + ": read again, " + whyRefused(library, saved));
         }
         if (path == kStandard)
             copyBytes(saved.number(), STDOUT_FILENO);

@@ -23,6 +23,9 @@ std::uintmax_t loadBy(const Library& library, const std::wstring& path, const Fi
 /// bytes written \throw Failure that says what is wrong
 std::uintmax_t saveBy(const Library& library, const std::wstring& path, const FileWork& save);
 
+/// \return whether the file was read and is a document within the library's limits
+bool loadFrom(IXMLDOMDocument& document, const std::wstring& place);
+
 /// \param size receives the bytes read, when it is not null
 kel::ComPtr<IXMLDOMDocument> loadDocument(const Library& library, const std::wstring& path,
                                           std::uintmax_t* size = nullptr);

@@ -5,10 +5,14 @@
 #include "terminal.h"
 #include "text.h"
 
+#include <QtCore/QHashFunctions>
+
+#include <cerrno>
 #include <clocale>
 #include <exception>
 #include <fcntl.h>
 #include <iostream>
+#include <system_error>
 
 namespace
 {
@@ -37,8 +41,9 @@ constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
 constexpr Command kCommands[] = {
     {"copy", "IN OUT", "load a document and save it",
-     "Saved documents are indented by four spaces a level.\nPrints the bytes read and written.\n", 2, 2,
-     Output::none, false, &runCopy},
+     "Saved documents are indented by four spaces a level. The order of attributes is Qt's,\nwhatever it was "
+     "in the file, and the same from run to run.\nPrints the bytes read and written.\n",
+     2, 2, Output::none, false, &runCopy},
     {"tree", "FILE", "outline of a document",
      "One node a line, indented by two spaces a level: its type, its name, its attributes\nby name, its "
      "content.\n",
@@ -47,11 +52,11 @@ constexpr Command kCommands[] = {
      "One match a line: name, attributes, text. Prints nothing when there is none.\n", 2, 2, Output::none,
      false, &runFind},
     {"set", "FILE TAG NAME=VALUE... -o OUT", "set attributes of every element with a tag name",
-     "Prints how many elements were changed.\n", 3, kAnyNumber, Output::required, false, &runSet},
+     "Values with characters that XML does not allow are refused.\nPrints how many elements were changed.\n",
+     3, kAnyNumber, Output::required, false, &runSet},
     {"text", "FILE TAG VALUE -o OUT", "set the text of every element with a tag name",
-     "An element's first child gives way to the text, which becomes the last child.\nPrints how many "
-     "elements "
-     "were changed.\n",
+     "An element's first child gives way to the text, which becomes the last child.\nA text with characters "
+     "that XML does not allow is refused.\nPrints how many elements were changed.\n",
      3, 3, Output::required, false, &runText},
     {"new", "OUT", "a small document made from nothing", "A shelf with a book: elements, attributes, text.\n",
      1, 1, Output::none, false, &runNew},
@@ -60,20 +65,20 @@ constexpr Command kCommands[] = {
      Output::none, true, &runWrite},
     {"export", "FILE OUT [--plain]", "copy a document node by node",
      "Document types, processing instructions, entity references and empty content are left\nout: they "
-     "cannot be written this way. Prints how many nodes were written and left out.\n  --plain  no "
-     "indentation\n",
+     "cannot be written this way. The declaration is written anew, and names UTF-8.\nPrints how many nodes "
+     "were written and left out.\n  --plain  no indentation\n",
      2, 2, Output::none, true, &runExport},
     {"call", "FILE EXPRESSION [-o OUT]", "call members by name, as scripts do",
      "EXPRESSION is a dotted path of members from the document, with arguments in parentheses:\nstrings in "
-     "double quotes (escapes \\\" \\\\ \\n \\t \\r), numbers, true, false, or paths of their\nown, which "
-     "start "
-     "at the document as well. PATH = VALUE assigns a property.\n"
+     "double quotes (escapes \\\" \\\\ \\n \\t \\r), numbers, true, false, null, or paths of\ntheir own, "
+     "which start at the document as well. PATH = VALUE assigns a property.\n"
      "  documentElement.childNodes.item(0).nodeName\n"
      "  documentElement.setAttribute(\"k\", 5)\n"
-     "  documentElement.appendChild(createNode(1, \"note\", \"\"))\n"
+     "  documentElement.appendChild(createNode(1, \"note\", null))\n"
      "  documentElement.text = \"x\"\n"
      "Prints the result: a text, a number, true or false, an object's node name or (object),\n(empty) for "
-     "none. With -o the document is saved afterwards.\n",
+     "none. A member that answers S_FALSE ends the work.\nWith -o the document is saved afterwards, without "
+     "it changes are lost.\n",
      2, 2, Output::optional, false, &runCall},
 };
 
@@ -202,6 +207,26 @@ void occupyClosedStreams()
             open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY); // takes the lowest number that is free
 }
 
+/// While it lives, the standard output throws at its first failure, whose reason is still known then.
+struct OutputThrows
+{
+    OutputThrows() { std::cout.exceptions(std::ios::badbit); }
+    OutputThrows(const OutputThrows&) = delete;
+    OutputThrows& operator=(const OutputThrows&) = delete;
+    ~OutputThrows() { std::cout.exceptions(std::ios::goodbit); }
+};
+
+void runAndFlush(const std::vector<std::string_view>& words)
+{
+    const OutputThrows throwing;
+    try {
+        run(words);
+        std::cout.flush();
+    } catch (const std::ios_base::failure&) {
+        throw Failure("cannot write to the standard output: " + std::generic_category().message(errno));
+    }
+}
+
 } // namespace
 
 int main(int count, char** words)
@@ -209,12 +234,12 @@ int main(int count, char** words)
     occupyClosedStreams();
     // File names reach the system in the character encoding of the locale; numbers stay as they are.
     std::setlocale(LC_CTYPE, "");
+    // Attributes stand in the order of a hash table, which is the same in every run when its seed is.
+    qSetGlobalQHashSeed(0);
     std::ios::sync_with_stdio(false);
     const std::string sayer = painted(Style::error, "kelxml:") + ' ';
     try {
-        run({words + (count > 0 ? 1 : 0), words + count});
-        if (!std::cout.flush())
-            throw Failure("cannot write to the standard output");
+        runAndFlush({words + (count > 0 ? 1 : 0), words + count});
         return kFine;
     } catch (const UsageError& error) {
         std::cerr << sayer << error.what() << " (see 'kelxml help')\n";

@@ -2,6 +2,8 @@
 
 #include "text.h"
 
+#include "host.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <iterator>
@@ -62,6 +64,13 @@ void putCharacter(char32_t code, std::string& utf8)
     }
 }
 
+bool isAllowedInXml(char32_t code)
+{
+    if (code < 0x20)
+        return code == '\t' || code == '\n' || code == '\r';
+    return isCharacter(code) && code != 0xFFFE && code != 0xFFFF;
+}
+
 } // namespace
 
 std::optional<std::wstring> toWide(std::string_view utf8)
@@ -75,6 +84,16 @@ std::optional<std::wstring> toWide(std::string_view utf8)
         wide += static_cast<wchar_t>(*character);
     }
     return wide;
+}
+
+void requireXmlCharacters(std::wstring_view text)
+{
+    for (const wchar_t unit : text)
+        if (const auto code = static_cast<char32_t>(unit); !isAllowedInXml(code)) {
+            char name[16];
+            std::snprintf(name, sizeof name, "U+%04X", static_cast<unsigned>(code));
+            throw UsageError(std::string("XML does not allow the character ") + name);
+        }
 }
 
 std::string toUtf8(std::wstring_view wide)
