@@ -1,6 +1,6 @@
-# Sourced by ./run and ./test: installs what is missing of the named Debian packages.
+# Sourced by ./run and ./test in the directory of the sources.
 
-# need PACKAGE... - does nothing, and quickly, when all are there
+# need PACKAGE... - installs what is missing; does nothing, and quickly, when all are there
 need() {
   local missing=()
   local package
@@ -19,3 +19,16 @@ need() {
 }
 
 BUILD_PACKAGES=(g++ cmake ninja-build pkgconf qtbase5-dev libffi-dev)
+
+# log COMMAND... - shows what the command prints only when it fails
+log() {
+  mkdir -p build
+  "$@" >build/build.log 2>&1 || { cat build/build.log; return 1; }
+}
+
+# build PRESET OPTION... - configures and builds
+build() {
+  echo "Building ($1)"
+  log cmake --preset "$@"
+  log cmake --build --preset "$1"
+}
