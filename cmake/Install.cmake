@@ -27,6 +27,7 @@ install(FILES ${PROJECT_BINARY_DIR}/${PROJECT_NAME}Config.cmake
         DESTINATION ${KEL_PACKAGE_DIR} COMPONENT development)
 
 file(RELATIVE_PATH up /${KEL_PKGCONFIG_DIR} /)
+string(REGEX REPLACE "/$" "" up ${up})
 set(KEL_PREFIX_FROM_PKGCONFIG \${pcfiledir}/${up})
 foreach(module KelComWrapper KelXmlLib)
   configure_file(cmake/${module}.pc.in ${module}.pc @ONLY)
@@ -38,6 +39,8 @@ set(KEL_DEVELOPMENT_PACKAGE libkelxmllib-dev)
 install(FILES docs/tour.md docs/ownership.md docs/guarantees.md docs/late-bound.md docs/filer.md docs/limits.md
               docs/no-ops.md
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${KEL_DEVELOPMENT_PACKAGE} COMPONENT development)
+install(FILES examples/host.py examples/number_elements.cpp
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${KEL_DEVELOPMENT_PACKAGE}/examples COMPONENT development)
 
 install(TARGETS kelxml RUNTIME COMPONENT tool)
 configure_file(tools/kelxml/kelxml.1 kelxml.1 @ONLY)

@@ -1,12 +1,20 @@
-# `ninja package` makes Debian packages, best by the preset "package", which has the prefix that Debian has.
+# The preset "package", with the prefix that Debian has, makes Debian packages.
+if(NOT KEL_PACKAGES)
+  return()
+endif()
+find_program(KEL_SHLIBDEPS dpkg-shlibdeps)
+find_program(KEL_FILE file)
+if(NOT KEL_SHLIBDEPS OR NOT KEL_FILE)
+  message(FATAL_ERROR "Packages need `dpkg-shlibdeps` and `file`: install the Debian packages dpkg-dev and file.")
+endif()
+
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kelxmllib)
 set(CPACK_PACKAGE_CONTACT "libKelXmlLib maintainers <maintainers@kelxml.invalid>")
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
-set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
-    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/DebianFiles.cmake)
+set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_CURRENT_LIST_DIR}/DebianScripts.cmake)
 set(CPACK_COMPONENTS_ALL runtime development tool)
 
 # Each package's own: the first line is the summary, which one for all would take the place of.
@@ -20,8 +28,8 @@ set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
 "XML document object model behind COM interfaces - development files
 The objects are reached through their dispatch tables or by name. Beside them
 stands a forward-only writer. Both are thin over Qt 5.
-This package holds headers, CMake and pkg-config files, and the pages of the
-manual.")
+This package holds headers, CMake and pkg-config files, the pages of the
+manual, and a host in C++ and one in Python as examples.")
 set(CPACK_COMPONENT_TOOL_DESCRIPTION
 "shows, searches, changes and writes XML documents
 kelxml copies and indents documents, shows their outline, finds elements by
