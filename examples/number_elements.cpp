@@ -3,30 +3,23 @@
 //
 //   c++ -std=c++17 number_elements.cpp $(pkg-config --cflags --libs KelXmlLib)
 
-#include "KelXmlLib/convenience.h"
+#include "KelXmlLib/files.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <iostream>
 
 namespace
 {
 
-std::wstring wide(const char* word)
+void number(const std::filesystem::path& in, const std::filesystem::path& tag,
+            const std::filesystem::path& out)
 {
-    return std::filesystem::path(word).wstring(); // from UTF-8
-}
-
-void number(const std::wstring& in, const std::wstring& tag, const std::wstring& out)
-{
-    const auto document = kel::newDocument();
-    kel::check(document->load(kel::Variant(in).get(), nullptr), "loading the document");
+    const auto document = kel::load(in);
     std::int32_t count = 0;
-    for (const auto& node : kel::elementsNamed(*document, tag.c_str())) {
-        const auto element = kel::asElement(*node);
-        kel::check(element->setAttribute(kel::Bstr(L"number").get(), kel::Variant(++count).get()));
-    }
-    kel::check(document->save(kel::Variant(out).get()), "saving the document");
+    const std::u32string name = tag.u32string(); // a word of the command line is UTF-8, as a path is
+    for (const auto& element : kel::elementsNamed(*document, std::wstring(name.begin(), name.end()).c_str()))
+        kel::setAttribute(*element, L"number", ++count);
+    kel::save(*document, out);
     std::cout << count << " numbered\n";
 }
 
@@ -39,7 +32,7 @@ int main(int count, char** words)
         return 2;
     }
     try {
-        number(wide(words[1]), wide(words[2]), wide(words[3]));
+        number(words[1], words[2], words[3]);
         return 0;
     } catch (const std::exception& error) {
         std::cerr << "number_elements: " << error.what() << '\n';
