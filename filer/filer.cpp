@@ -6,8 +6,9 @@
 #include "text/strings.h"
 
 #include <QtCore/QFile>
+#include <new>
 
-using kelxml::fromWide;
+using kelxml::charactersFromWide;
 using KelXmlLib::eStatus;
 
 namespace
@@ -41,14 +42,26 @@ void writeNothing() {}
 
 IKelXmlFiler::~IKelXmlFiler() = default;
 
+KelXmlFilerWrapper::KelXmlFilerWrapper()
+{
+    if (!kelxml::hasCodecs())
+        return;
+    new (&m_writer) QXmlStreamWriter;
+    m_hasWriter = true;
+}
+
 KelXmlFilerWrapper::KelXmlFilerWrapper(const wchar_t* path, KelXmlLib::eEncoding, int, bool autoFormat,
                                        bool secondFlag, const wchar_t*, const wchar_t*)
+    : KelXmlFilerWrapper()
 {
     if (isMissing(path))
         return;
     m_autoFormat = autoFormat;
     m_secondFlag = secondFlag;
-    m_file = std::make_unique<QFile>(fromWide(path));
+    const std::optional<QString> name = kelxml::pathFromWide(path);
+    if (!name)
+        return;
+    m_file = std::make_unique<QFile>(*name);
     if (m_file->open(QIODevice::WriteOnly | QIODevice::Text)) {
         m_writer.setDevice(m_file.get());
         m_writer.setAutoFormatting(m_autoFormat);
@@ -60,13 +73,15 @@ KelXmlFilerWrapper::~KelXmlFilerWrapper()
     if (m_file)
         m_file->close();
     m_file.reset();
+    if (m_hasWriter)
+        m_writer.~QXmlStreamWriter();
 }
 
 template <class Write>
 eStatus KelXmlFilerWrapper::forward(std::initializer_list<const wchar_t*> required, Write write)
 {
     return whenPresent(required, [&] {
-        if (m_file && m_file->isOpen())
+        if (kelxml::hasCodecs())
             write(m_writer);
     });
 }
@@ -98,13 +113,14 @@ eStatus KelXmlFilerWrapper::writeDocEnd()
 
 eStatus KelXmlFilerWrapper::writeElmBegin(const wchar_t* name)
 {
-    return forward({name}, [=](QXmlStreamWriter& writer) { writer.writeStartElement(fromWide(name)); });
+    return forward({name},
+                   [=](QXmlStreamWriter& writer) { writer.writeStartElement(charactersFromWide(name)); });
 }
 
 eStatus KelXmlFilerWrapper::writeElmBegin(const wchar_t* name, const wchar_t* text)
 {
     return forward({name, text}, [=](QXmlStreamWriter& writer) {
-        writer.writeTextElement(fromWide(name), fromWide(text));
+        writer.writeTextElement(charactersFromWide(name), charactersFromWide(text));
     });
 }
 
@@ -120,13 +136,15 @@ eStatus KelXmlFilerWrapper::writeElmFullEnd()
 
 eStatus KelXmlFilerWrapper::writeAttribute(const wchar_t* name, const wchar_t* value)
 {
-    return forward({name},
-                   [=](QXmlStreamWriter& writer) { writer.writeAttribute(fromWide(name), fromWide(value)); });
+    return forward({name}, [=](QXmlStreamWriter& writer) {
+        writer.writeAttribute(charactersFromWide(name), charactersFromWide(value));
+    });
 }
 
 eStatus KelXmlFilerWrapper::writeText(const wchar_t* text)
 {
-    return forward({text}, [=](QXmlStreamWriter& writer) { writer.writeCharacters(fromWide(text)); });
+    return forward({text},
+                   [=](QXmlStreamWriter& writer) { writer.writeCharacters(charactersFromWide(text)); });
 }
 
 eStatus KelXmlFilerWrapper::writeRawText(const wchar_t* text)
@@ -136,12 +154,12 @@ eStatus KelXmlFilerWrapper::writeRawText(const wchar_t* text)
 
 eStatus KelXmlFilerWrapper::writeCData(const wchar_t* text)
 {
-    return forward({text}, [=](QXmlStreamWriter& writer) { writer.writeCDATA(fromWide(text)); });
+    return forward({text}, [=](QXmlStreamWriter& writer) { writer.writeCDATA(charactersFromWide(text)); });
 }
 
 eStatus KelXmlFilerWrapper::writeComment(const wchar_t* text)
 {
-    return forward({text}, [=](QXmlStreamWriter& writer) { writer.writeComment(fromWide(text)); });
+    return forward({text}, [=](QXmlStreamWriter& writer) { writer.writeComment(charactersFromWide(text)); });
 }
 
 eStatus KelXmlFilerWrapper::close()

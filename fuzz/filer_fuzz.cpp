@@ -1,5 +1,6 @@
 // The filer against Qt's writer used directly: the same calls give the same bytes, every status is the one
-// that the arguments call for, and nobody complains on the console.
+// that the arguments call for, nobody complains on the console, and another parser reads back what makes an
+// element.
 
 #include "support.h"
 #include "support/filer_calls.h"
@@ -18,20 +19,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static MemoryFile file;
     Choices choices(data, size);
     const Choose choose = [&choices](std::size_t limit) { return choices.below(limit); };
-    const bool opens = !choices.oneIn(16);
-    file.write(opens ? QByteArray("what an earlier filer wrote") : QByteArray());
-    Writers writers(opens ? file.path().c_str() : L"/proc/self/none/x", opens, choices.oneIn(2));
-    while (choices.left() > 0) {
-        const unsigned which = choices.below(std::size(kCalls) + 2);
-        if (which < std::size(kCalls)) {
-            require(writers.make(kCalls[which], choose));
-        } else if (which == std::size(kCalls)) {
-            require(writers.flush() && file.size() == writers.expected().size());
-        } else {
-            require(writers.close());
+    file.write("what an earlier filer wrote");
+    Writers writers(file.path().c_str(), choices.oneIn(2));
+    const bool isElement = choices.oneIn(2);
+    if (isElement)
+        writers.makeElement(choose);
+    while (!isElement && choices.left() > 0) {
+        if (choices.oneIn(20)) {
+            writers.flush();
+            require(file.size() == writers.expected().size());
         }
+        writers.makeAny(choose);
     }
-    writers.end();
-    require(file.read() == writers.expected());
+    writers.close();
+    require(writers.isRight() && file.read() == writers.expected());
+    require(!isElement || writers.isReadBack());
     return 0;
 }

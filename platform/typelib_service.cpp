@@ -6,6 +6,7 @@
 #include "type_library_reader.h"
 
 #include <QFile>
+#include <QTextCodec>
 #include <cwchar>
 #include <fcntl.h>
 #include <map>
@@ -135,6 +136,8 @@ HRESULT Service::read(const wchar_t* path, LoadedByPath::iterator& place)
         place->second.isUpToDate = true;
         return S_OK;
     }
+    if (!QTextCodec::codecForLocale())
+        return TYPE_E_CANTLOADLIBRARY; // late in the process's end, when the parser would miss Qt's codecs
     auto description = kelcom::readTypeLibrary(contents);
     if (!description)
         return TYPE_E_INVDATAREAD;

@@ -74,6 +74,23 @@ TEST_F(LoadSave, WhatCannotBeParsedIsRefusedAndTheEarlierTreeStaysUnlessParsingB
     EXPECT_EQ(descriptors, openDescriptors());
 }
 
+TEST_F(LoadSave, PathThatFileNamesCannotHoldIsRefusedAndNoOtherFileIsTaken)
+{
+    auto document = documentOf(L"<a/>");
+    QTextCodec* const locales = QTextCodec::codecForLocale();
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+    for (const wchar_t* const name : {L"\xd83d.xml", L"a\xdc00", L"\x110061", L"\x4010000", L"\u0107.xml"}) {
+        const std::wstring path = pathOf("x").toStdWString() + name;
+        const QString other = QFile::decodeName(QFile::encodeName(QString::fromStdWString(path)));
+        write(other, "<other/>");
+        EXPECT_EQ(S_FALSE, document->load(Variant(path).get(), nullptr)) << other.toStdString();
+        EXPECT_EQ(S_FALSE, document->save(Variant(path).get())) << other.toStdString();
+        EXPECT_EQ("<other/>", contentOf(other));
+    }
+    QTextCodec::setCodecForLocale(locales);
+    EXPECT_EQ("<a/>\n", saved(document));
+}
+
 TEST_F(LoadSave, TextEndsAtItsFirstZeroWhateverTheLengthPrefixSays)
 {
     auto document = newDocument();

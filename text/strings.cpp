@@ -3,11 +3,14 @@
 
 #include "text/strings.h"
 
+#include <QtCore/QFile>
+#include <QtCore/QTextCodec>
 #include <cstdint>
 #include <cwchar>
 #include <limits>
 #include <memory>
 #include <new>
+#include <string>
 
 namespace kelxml
 {
@@ -20,16 +23,41 @@ constexpr int kScratchLength = 1024;
 /// Qt counts the bytes of a text in an `int`; longer text cannot be held and counts as out of memory.
 constexpr std::size_t kLongestText = std::numeric_limits<int>::max() / sizeof(wchar_t) - 16;
 
-/// \return whether that is all there is to do: one unit for each, and no byte order mark to take off
-bool narrow(const wchar_t* text, std::size_t length, QChar* out) noexcept
+/// Takes every unit for one of Qt's, if `mark` gives none of them more than 16 bits and there is no byte
+/// order mark to take off; all others go to `convert`.
+template <class Mark, class Convert>
+QString narrowOr(const wchar_t* text, Mark mark, Convert convert)
 {
+    if (!text)
+        return {};
+    const std::size_t length = std::wcslen(text);
+    if (length > kLongestText)
+        throw std::bad_alloc();
+    QString narrowed(static_cast<int>(length), Qt::Uninitialized);
+    QChar* const out = narrowed.data();
     std::uint32_t seen = 0;
     for (std::size_t index = 0; index < length; ++index) {
-        const auto unit = static_cast<std::uint32_t>(text[index]);
-        seen |= unit;
+        const auto unit = static_cast<char32_t>(text[index]);
+        seen |= mark(unit);
         out[index] = QChar(static_cast<char16_t>(unit));
     }
-    return seen <= 0xFFFF && *text != QChar::ByteOrderMark;
+    if (seen <= 0xFFFF && *text != QChar::ByteOrderMark)
+        return narrowed;
+    return convert(reinterpret_cast<const char32_t*>(text), static_cast<int>(length));
+}
+
+/// Halves of surrogate pairs that stand together are left to be one character, as `QString::fromUcs4` has it.
+QString fromUcs4WithoutStrays(const char32_t* text, int length)
+{
+    std::u32string units(text, static_cast<std::size_t>(length));
+    for (std::size_t index = 0; index < units.size(); ++index) {
+        char32_t& unit = units[index];
+        if (QChar::isHighSurrogate(unit) && QChar::isLowSurrogate(units[index + 1]))
+            ++index;
+        else if (QChar::isSurrogate(unit) || unit > QChar::LastValidCodePoint)
+            unit = QChar::ReplacementCharacter;
+    }
+    return QString::fromUcs4(units.data(), length);
 }
 
 /// Writes the text's code points and a zero behind them.
@@ -53,15 +81,33 @@ void widen(const QString& text, wchar_t* out)
 
 QString fromWide(const wchar_t* text)
 {
-    if (!text)
-        return {};
-    const std::size_t length = std::wcslen(text);
-    if (length > kLongestText)
-        throw std::bad_alloc();
-    QString narrowed(static_cast<int>(length), Qt::Uninitialized);
-    if (narrow(text, length, narrowed.data()))
-        return narrowed;
-    return QString::fromUcs4(reinterpret_cast<const char32_t*>(text), static_cast<int>(length));
+    return narrowOr(
+        text, [](char32_t unit) { return unit; },
+        [](const char32_t* units, int length) { return QString::fromUcs4(units, length); });
+}
+
+QString charactersFromWide(const wchar_t* text)
+{
+    constexpr int kAbove16Bits = 16;
+    const auto mark = [](char32_t unit) {
+        return unit | static_cast<std::uint32_t>(QChar::isSurrogate(unit)) << kAbove16Bits;
+    };
+    return narrowOr(text, mark, fromUcs4WithoutStrays);
+}
+
+std::optional<QString> pathFromWide(const wchar_t* path)
+{
+    if (!hasCodecs())
+        return std::nullopt;
+    QString text = fromWide(path);
+    if (text != charactersFromWide(path) || text != QFile::decodeName(QFile::encodeName(text)))
+        return std::nullopt;
+    return text;
+}
+
+bool hasCodecs()
+{
+    return QTextCodec::codecForLocale() != nullptr;
 }
 
 BSTR toBstr(const QString& text)

@@ -11,7 +11,7 @@ std::optional<QString> readPath(const VARIANT& value)
 {
     if (value.vt != VT_BSTR)
         return std::nullopt;
-    return fromWide(value.bstrVal);
+    return pathFromWide(value.bstrVal);
 }
 
 int readInteger(const VARIANT& value)

@@ -10,7 +10,7 @@
 namespace kelxml
 {
 
-/// A file path: a `VT_BSTR`, and nothing else.
+/// A file's path: a `VT_BSTR`, and nothing else, as `pathFromWide` reads it.
 std::optional<QString> readPath(const VARIANT& value);
 
 /// A 32-bit integer of a `VT_I2`, `VT_I4` or `VT_INT`; 0 for anything else.

@@ -3,8 +3,8 @@
 /// calls its write operations in document order and deletes it.
 ///
 /// Conventions. A status of 0 says that the arguments were accepted, not that they reached the disk: errors
-/// of the file are never reported. Strings are read up to their first zero. "Missing" means null or empty.
-/// A filer is used by one thread at a time.
+/// of the file are never reported. Strings are read up to their first zero, and a unit that is no character
+/// is written as U+FFFD. "Missing" means null or empty. A filer is used by one thread at a time.
 
 #pragma once
 
@@ -113,7 +113,7 @@ public:
     /// \param first at least 0
     /// \param second at least 1
     virtual KelXmlLib::eStatus writeBinary(const unsigned char* data, int first, int second) = 0;
-    /// Closes the file; what is written later reaches no disk. May be called again.
+    /// Closes the file; what is written later reaches no disk, and Qt warns of it. May be called again.
     virtual KelXmlLib::eStatus close() = 0;
     /// Hands what was written to the system. Whether the disk took it does not show.
     virtual KelXmlLib::eStatus flush() = 0;
@@ -123,8 +123,9 @@ public:
 class KEL_EXPORT KelXmlFilerWrapper final : public IKelXmlFiler
 {
 public:
-    /// Opens `path` for writing, an existing file being emptied; failure to open is not reported and every
-    /// write is then accepted to no effect.
+    /// Opens `path` for writing, an existing file being emptied; failure to open is not reported, and every
+    /// write is then accepted and reaches no disk. A path that the encoding of file names cannot hold is not
+    /// opened, nor is any once Qt's codecs are gone, in destructors late in the end of the process.
     /// \param path where to write, copied; null or empty: the filer has no file
     /// \param encoding, indentation not used: every file is UTF-8, its levels indented by four or not at all
     /// \param autoFormat whether start tags stand on lines of their own, indented by four spaces a level
@@ -167,15 +168,19 @@ public:
     KelXmlLib::eStatus flush() override;
 
 private:
-    /// Lets `write` loose on the writer when the required arguments are present and the file is open. A
-    /// writer whose file is not would only complain on the console.
+    /// Makes the writer, unless Qt's codecs are gone: its constructor needs them.
+    [[gnu::visibility("hidden")]] KelXmlFilerWrapper();
+    /// Lets `write` loose on the writer when the required arguments are present.
     template <class Write>
     KelXmlLib::eStatus forward(std::initializer_list<const wchar_t*> required, Write write);
 
     std::unique_ptr<QFile> m_file;
-    QXmlStreamWriter m_writer;
+    union {
+        QXmlStreamWriter m_writer; ///< there if `m_hasWriter`
+    };
     bool m_autoFormat = false;
     bool m_secondFlag = false;
+    bool m_hasWriter = false;
 };
 
 /// Makes a filer for a file. See the constructor of `KelXmlFilerWrapper` for the arguments.

@@ -1,5 +1,6 @@
 // The filer's calls, made of Qt's writer as well: the status is the one that the texts call for, and the
-// bytes are Qt's. What is called, with what, is chosen by a seeded generator or by a fuzzer's bytes.
+// bytes are Qt's. What is called, with what, is chosen by a seeded generator or by a fuzzer's bytes. Where
+// the calls made a well-formed document, another parser is to find in it what was written.
 
 #pragma once
 
@@ -7,7 +8,9 @@
 #include "support/own_host.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QString>
+#include <expat.h>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -27,6 +30,7 @@ struct Call
 {
     int slot; ///< its place in the dispatch table, through which it is called
     Needs needs;
+    const char* found; ///< what a parser finds of it, in the signs of `readBack`, 1 and 2 being the texts
     void (*qts)(W writer, Q one, Q two);
 
     KelXmlLib::eStatus answer(IKelXmlFiler& filer, Text one, Text two) const
@@ -43,88 +47,187 @@ struct Call
 
 inline void writeNothing(W, Q, Q) {}
 
-inline const Call kStartElement = {8, First, [](W w, Q a, Q) { w.writeStartElement(a); }};
 inline const Call kCalls[] = {
-    {6, Nothing, [](W w, Q, Q) { w.writeStartDocument(); }},
-    {7, Nothing, [](W w, Q, Q) { w.writeEndDocument(); }},
-    kStartElement,
-    {9, Both, [](W w, Q a, Q b) { w.writeTextElement(a, b); }},
-    {10, Nothing, [](W w, Q, Q) { w.writeEndElement(); }},
-    {11, Nothing, [](W w, Q, Q) { w.writeEndElement(); }},
-    {12, First, writeNothing}, // an attribute's begin
-    {13, Nothing, writeNothing},
-    {14, First, [](W w, Q a, Q b) { w.writeAttribute(a, b); }},
-    {15, First, [](W w, Q a, Q) { w.writeCharacters(a); }},
-    {16, First, [](W w, Q a, Q) { w.writeCharacters(a); }},
-    {17, Nothing, writeNothing}, // truth values and numbers
-    {18, Nothing, writeNothing},
-    {19, Nothing, writeNothing},
-    {20, Nothing, writeNothing},
-    {21, Nothing, writeNothing},
-    {22, First, writeNothing}, // a text as a value
-    {23, First, writeNothing}, // a document type
-    {24, First, [](W w, Q a, Q) { w.writeCDATA(a); }},
-    {25, First, [](W w, Q a, Q) { w.writeComment(a); }},
+    {8, First, "<1", [](W w, Q a, Q) { w.writeStartElement(a); }},
+    {9, Both, "<12>", [](W w, Q a, Q b) { w.writeTextElement(a, b); }},
+    {15, First, "1", [](W w, Q a, Q) { w.writeCharacters(a); }},
+    {16, First, "1", [](W w, Q a, Q) { w.writeCharacters(a); }},
+    {24, First, "[1]", [](W w, Q a, Q) { w.writeCDATA(a); }},
+    {25, First, "!1", [](W w, Q a, Q) { w.writeComment(a); }},
+    {14, First, "@1=2", [](W w, Q a, Q b) { w.writeAttribute(a, b); }},
+    {10, Nothing, ">", [](W w, Q, Q) { w.writeEndElement(); }},
+    {11, Nothing, ">", [](W w, Q, Q) { w.writeEndElement(); }},
+    {6, Nothing, "", [](W w, Q, Q) { w.writeStartDocument(); }},
+    {7, Nothing, "", [](W w, Q, Q) { w.writeEndDocument(); }},
+    {12, First, "", writeNothing}, // an attribute's begin
+    {13, Nothing, "", writeNothing},
+    {17, Nothing, "", writeNothing}, // truth values and numbers
+    {18, Nothing, "", writeNothing},
+    {19, Nothing, "", writeNothing},
+    {20, Nothing, "", writeNothing},
+    {21, Nothing, "", writeNothing},
+    {22, First, "", writeNothing}, // a text as a value
+    {23, First, "", writeNothing}, // a document type
 };
+constexpr std::size_t kContent = 6; ///< the first ones make an element's content
+inline const Call &kStartElement = kCalls[0], &kCData = kCalls[4], &kComment = kCalls[5],
+                  &kAttribute = kCalls[6], &kEndElement = kCalls[7], &kEndDocument = kCalls[8];
 
 /// Answers a number below its argument.
 using Choose = std::function<unsigned(std::size_t)>;
 
-/// Null, empty, or some units, most of which a writer of XML must look at twice; some texts are longer than
-/// a file's buffer.
-inline std::optional<std::wstring> chooseText(const Choose& choose)
+/// A text, which may be missing.
+struct Chosen : std::optional<std::wstring>
 {
-    // The ending zero is one of them.
-    static constexpr wchar_t kUnits[] =
-        L"ab:1 <>&\"'\n\t\r]-?!\x01\x0b\x1f\x7f\u0085\u00a0\u00e4\u2028\u65e5\ufeff\ufffe\uffff"
-        L"\xd800\xdbff\xdc00\xdfff\U0001f600\U0010ffff\x110000\x7fffffff\xffffffff";
+    operator Text() const { return has_value() ? (*this)->c_str() : nullptr; }
+};
+
+/// Most of them a writer of XML must look at twice. The first `kReadable` can be read back from everywhere.
+constexpr wchar_t kUnits[] =
+    L"ab:1 <>&\"'\n\t\r]?!\x7f\u0085\u00a0\u00e4\u2028\u65e5\ufeff\U0001f600\U0010ffff"
+    L"\xd800\xdbff\xdc00\xdfff\x110000\x4010000\x7fffffff\xfffe0000\xffffffff"
+    L"-\x01\x0b\x1f\ufffe\uffff"; // and the ending zero
+constexpr std::size_t kReadable = std::size(kUnits) - 7;
+
+/// Null, empty, or some of the first `kinds` units; some texts are longer than a file's buffer.
+inline Chosen chooseText(const Choose& choose, std::size_t kinds = std::size(kUnits))
+{
     const unsigned length = choose(10);
     if (length == 9)
-        return std::nullopt;
-    std::wstring text;
+        return {};
+    Chosen text{std::wstring()};
     for (unsigned index = 0; index < length; ++index)
-        text.append(length == 8 ? 1000 : 1, kUnits[choose(std::size(kUnits))]);
+        text->append(length == 8 ? 1000 : 1, kUnits[choose(kinds)]);
     return text;
+}
+
+/// What the filer is to write of a text: U+FFFD for what is no character.
+inline QString writtenOf(Text given)
+{
+    std::wstring text(given ? given : L"");
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        const auto unit = static_cast<char32_t>(text[index]);
+        const wchar_t other = unit < 0xDC00 ? text[index + 1] : index > 0 ? text[index - 1] : L'\0';
+        const bool isPaired = (unit ^ static_cast<char32_t>(other) ^ 0xD800 ^ 0xDC00) < 0x400;
+        if (unit > 0x10FFFF || (unit >= 0xD800 && unit < 0xE000 && !isPaired))
+            text[index] = 0xFFFD;
+    }
+    return QString::fromStdWString(text);
+}
+
+/// \return what expat finds in a document: `<` and a name, `@` and an attribute, characters, CDATA in
+/// brackets,
+///         `!` and a comment, `>` for an end; nothing if the document is not well-formed
+inline QByteArray readBack(const QByteArray& document)
+{
+    QByteArray found;
+    const std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)> owner(XML_ParserCreate(nullptr),
+                                                                        XML_ParserFree);
+    static const auto escaped = [](QByteArray value) { return value.replace('\r', "&13;"); };
+    static const auto add = [](void* to, const QByteArray& what) { *static_cast<QByteArray*>(to) += what; };
+    const XML_Parser parser = owner.get();
+    XML_SetUserData(parser, &found);
+    XML_SetElementHandler(
+        parser,
+        [](void* to, const char* name, const char** attributes) {
+            add(to, QByteArray("<") + name);
+            for (; *attributes; attributes += 2)
+                add(to, QByteArray("@") + attributes[0] + '=' + escaped(attributes[1]));
+        },
+        [](void* to, auto) { add(to, ">"); });
+    XML_SetCharacterDataHandler(
+        parser, [](void* to, const char* text, int length) { add(to, QByteArray(text, length)); });
+    XML_SetCdataSectionHandler(
+        parser, [](void* to) { add(to, "["); }, [](void* to) { add(to, "]"); });
+    XML_SetCommentHandler(parser, [](void* to, const char* text) { add(to, QByteArray("!") + text); });
+    const bool isRead = XML_Parse(parser, document.data(), document.size(), 1) == XML_STATUS_OK;
+    return isRead ? found : QByteArray();
 }
 
 /// The filer and Qt's writer, which get the same calls.
 class Writers
 {
 public:
-    Writers(Text path, bool opens, bool autoFormat)
-        : m_isOpen(opens), m_qt(&m_expected),
+    Writers(Text path, bool autoFormat)
+        : m_autoFormat(autoFormat), m_qt(&m_expected),
           m_filer(morvCreateXmlFiler(path, KelXmlLib::eEncodingUtf16, 7, autoFormat, true, L"", nullptr))
     {
         m_qt.setAutoFormatting(autoFormat);
     }
 
-    /// \return whether the status is the one that the texts call for
-    bool make(const Call& call, Text one, Text two)
+    void make(const Call& call, Text one = nullptr, Text two = nullptr)
     {
         const KelXmlLib::eStatus expected = call.expected(one, two);
-        if (expected == KelXmlLib::eStatusAccepted && m_isOpen)
-            call.qts(m_qt, QString::fromWCharArray(one ? one : L""),
-                     QString::fromWCharArray(two ? two : L""));
-        return call.answer(*m_filer, one, two) == expected;
+        check(call.answer(*m_filer, one, two), expected);
+        if (expected != KelXmlLib::eStatusAccepted)
+            return;
+        call.qts(m_qt, writtenOf(one), writtenOf(two));
+        for (const char* sign = call.found; *sign; ++sign)
+            m_found += *sign == '1'   ? foundOf(*call.found, writtenOf(one))
+                       : *sign == '2' ? foundOf(sign[-1], writtenOf(two))
+                                      : QString(QLatin1Char(*sign));
     }
-    bool make(const Call& call, const Choose& choose)
+    void makeAny(const Choose& choose)
     {
-        const auto one = call.needs == Nothing ? std::nullopt : chooseText(choose);
-        const auto two = call.needs == Nothing ? std::nullopt : chooseText(choose);
-        return make(call, one ? one->c_str() : nullptr, two ? two->c_str() : nullptr);
+        const Call& call = kCalls[choose(std::size(kCalls))];
+        make(call, chooseText(choose), chooseText(choose));
     }
-    bool flush() { return own_host::call(m_filer.get(), 28) == KelXmlLib::eStatusAccepted; }
-    bool close()
+    /// Makes an element that a parser can read.
+    void makeElement(const Choose& choose)
     {
-        m_isOpen = false;
-        return own_host::call(m_filer.get(), 27) == KelXmlLib::eStatusAccepted;
+        static constexpr Text kNames[] = {L"a", L"b:c", L"\u00e4\u65e51-", L"\ufeffz"};
+        make(kStartElement, kNames[choose(4)]);
+        for (unsigned name = choose(5); name-- > 0;)
+            make(kAttribute, kNames[name], chooseText(choose));
+        for (unsigned left = choose(8); left > 0; --left) {
+            const Call& call = kCalls[choose(kContent)];
+            if (&call == &kStartElement)
+                makeElement(choose);
+            else if (*call.found == '<')
+                make(call, kNames[choose(4)], chooseText(choose));
+            else
+                make(call, chooseText(choose, &call == &kCData || &call == &kComment ? kReadable
+                                                                                     : std::size(kUnits)));
+        }
+        make(kEndElement);
     }
-    void end() { m_filer.reset(); }
+    void flush() { check(own_host::call(m_filer.get(), 28), KelXmlLib::eStatusAccepted); }
+    void close() { check(own_host::call(m_filer.get(), 27), KelXmlLib::eStatusAccepted); }
+    /// Whether every status was the one that the texts called for.
+    bool isRight() const { return m_isRight; }
     const QByteArray& expected() const { return m_expected; }
+    /// \return whether a parser finds in the document what was written, line breaks being all alike. Where it
+    ///         is formatted, white space does not count
+    bool isReadBack() const
+    {
+        const auto comparable = [this](QByteArray found) {
+            found.replace("\r\n", "\n").replace('\r', '\n');
+            return m_autoFormat ? found.simplified().replace(' ', "") : found;
+        };
+        return comparable(readBack(m_expected)) == comparable(m_found.toUtf8());
+    }
 
 private:
-    bool m_isOpen;
+    void check(std::int32_t status, KelXmlLib::eStatus expected)
+    {
+        m_isRight = m_isRight && status == expected;
+    }
+    /// What a parser finds of a text behind a sign.
+    static QString foundOf(char sign, QString text)
+    {
+        static const QRegularExpression kNotAllowed(
+            QStringLiteral("[\\x01-\\x08\\x0b\\x0c\\x0e-\\x1f\\x{fffe}\\x{ffff}]"));
+        if (sign == '[')
+            return text.replace(QLatin1String("]]>"), QLatin1String("]]][>"));
+        if (sign == '=')
+            text.replace(QLatin1Char('\r'), QLatin1String("&13;"));
+        return text.remove(kNotAllowed);
+    }
+
+    bool m_autoFormat;
+    bool m_isRight = true;
     QByteArray m_expected;
+    QString m_found; ///< by a parser
     QXmlStreamWriter m_qt;
     std::unique_ptr<IKelXmlFiler> m_filer;
 };

@@ -1,0 +1,98 @@
+// Everything is called once more where a thread or the process ends: from the destructors of a thread-local
+// object, of a static one that Qt's codecs outlive, and of one that outlives them.
+
+#include "KelComWrapper/typelib.h"
+#include "KelXmlLib/convenience.h"
+#include "KelXmlLib/filer.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <thread>
+
+namespace
+{
+
+void require(bool condition, int line = __builtin_LINE())
+{
+    if (condition)
+        return;
+    std::fprintf(stderr, "line %d is not met\n", line);
+    std::abort();
+}
+
+struct LastCalls
+{
+    const bool hasCodecs;
+    const wchar_t* const newTypeLibrary; ///< a spelling of the path under which it was not read before
+    const std::string file = hasCodecs ? "with_codecs.xml" : "without_codecs.xml";
+    const kel::Variant path{hasCodecs ? L"with_codecs.xml" : L"without_codecs.xml"};
+    const kel::ComPtr<IXMLDOMDocument> document = kel::newDocument();
+    std::unique_ptr<IKelXmlFiler> filer = {};
+
+    void write(const char* content) const { std::ofstream(file) << content; }
+    std::string content() const
+    {
+        std::ifstream in(file);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+    void beginFile()
+    {
+        filer.reset(
+            morvCreateXmlFiler(path.get().bstrVal, KelXmlLib::eEncodingUtf8, 0, false, false, L"", L""));
+        require(filer && filer->writeElmBegin(L"begun") == KelXmlLib::eStatusAccepted);
+    }
+
+    ~LastCalls()
+    {
+        const HRESULT expected = hasCodecs ? S_OK : S_FALSE;
+        require(filer->writeText(L"\u00e4") == 0 && filer->writeDocEnd() == 0); // which was open before
+        filer.reset();
+        write("<r>\u00e4</r>\n");
+        require(document->load(path.get(), nullptr) == expected);
+        write("kept");
+        require(document->save(path.get()) == expected);
+        require(content() == (hasCodecs ? "<r>\u00e4</r>\n" : "kept"));
+        beginFile();
+        filer.reset();
+        require(content() == (hasCodecs ? "<begun" : "kept"));
+
+        kel::Bstr xml(L"<?xml version='1.0' encoding='ISO-8859-1'?><a x='1'>t&#228;<b/></a>");
+        require(document->loadXML(xml.get(), nullptr) == S_OK);
+        kel::ComPtr<IXMLDOMElement> root;
+        kel::ComPtr<IXMLDOMNode> made;
+        document->createNode(kel::Variant(1).get(), kel::Bstr(L"n\u00e4me").get(), nullptr, made.put());
+        document->get_documentElement(root.put());
+        require(root->appendChild(made.get(), nullptr) == S_OK);
+        require(kel::textOf(*root, &IXMLDOMNode::get_text) == L"t\u00e4");
+        kel::Bstr name(L"nodeName");
+        wchar_t* names = name.get();
+        DISPID member = 0;
+        DISPPARAMS none{};
+        kel::Variant result;
+        root->GetIDsOfNames(IID_IUnknown, &names, 1, 0, &member);
+        root->Invoke(member, IID_IUnknown, 0, DISPATCH_PROPERTYGET, &none, result.put(), nullptr, nullptr);
+        require(result.type() == VT_BSTR && result.text() == L"a");
+        ITypeLib* library = nullptr;
+        const HRESULT answer = KelTypelib::LoadTypeLib(newTypeLibrary, &library);
+        require(answer == (hasCodecs ? S_OK : TYPE_E_CANTLOADLIBRARY));
+        std::puts(file.c_str());
+    }
+};
+
+LastCalls outlivingCodecs{false, L"///" KEL_TYPE_LIBRARY};
+
+} // namespace
+
+int main()
+{
+    KelTypelib::RegisterTypeLib(LIBID_MSXML, L"" KEL_TYPE_LIBRARY);
+    outlivingCodecs.beginFile();
+    std::thread([] {
+        thread_local LastCalls atThreadEnd{true, L"//" KEL_TYPE_LIBRARY};
+        atThreadEnd.beginFile();
+    }).join();
+    static LastCalls outlivedByCodecs{true, L"/" KEL_TYPE_LIBRARY};
+    outlivedByCodecs.beginFile();
+}
