@@ -116,7 +116,7 @@ TEST_F(FilerTest, FileIsEmptiedAtOnceAndKeepsWhatWasWrittenUntilItsFilerWent)
 
 TEST_F(FilerTest, AnyOrderOfCallsWritesWhatQtWritesAndAnotherParserReadsAnElementBack)
 {
-    for (unsigned seed = 0; seed < 600; ++seed) {
+    for (unsigned seed = 0; seed < 300; ++seed) {
         std::mt19937 random(seed);
         const Choose choose = [&](std::size_t limit) { return static_cast<unsigned>(random() % limit); };
         Writers writers(m_widePath.c_str(), seed % 4 < 2);

@@ -29,9 +29,9 @@ using Q = const QString&;
 struct Call
 {
     int slot; ///< its place in the dispatch table, through which it is called
-    Needs needs;
-    const char* found; ///< what a parser finds of it, in the signs of `readBack`, 1 and 2 being the texts
-    void (*qts)(W writer, Q one, Q two);
+    Needs needs = Nothing;
+    const char* found = ""; ///< by a parser, in the signs of `readBack`, 1 and 2 being the texts
+    void (*qts)(W writer, Q one, Q two) = [](W, Q, Q) {};
 
     KelXmlLib::eStatus answer(IKelXmlFiler& filer, Text one, Text two) const
     {
@@ -45,8 +45,6 @@ struct Call
     }
 };
 
-inline void writeNothing(W, Q, Q) {}
-
 inline const Call kCalls[] = {
     {8, First, "<1", [](W w, Q a, Q) { w.writeStartElement(a); }},
     {9, Both, "<12>", [](W w, Q a, Q b) { w.writeTextElement(a, b); }},
@@ -59,16 +57,16 @@ inline const Call kCalls[] = {
     {11, Nothing, ">", [](W w, Q, Q) { w.writeEndElement(); }},
     {6, Nothing, "", [](W w, Q, Q) { w.writeStartDocument(); }},
     {7, Nothing, "", [](W w, Q, Q) { w.writeEndDocument(); }},
-    {12, First, "", writeNothing}, // an attribute's begin
-    {13, Nothing, "", writeNothing},
-    {17, Nothing, "", writeNothing}, // truth values and numbers
-    {18, Nothing, "", writeNothing},
-    {19, Nothing, "", writeNothing},
-    {20, Nothing, "", writeNothing},
-    {21, Nothing, "", writeNothing},
-    {22, First, "", writeNothing}, // a text as a value
-    {23, First, "", writeNothing}, // a document type
-};
+    // Nothing is written: attribute brackets, truth values and numbers, a text as a value, a document type.
+    {12, First},
+    {13},
+    {17},
+    {18},
+    {19},
+    {20},
+    {21},
+    {22, First},
+    {23, First}};
 constexpr std::size_t kContent = 6; ///< the first ones make an element's content
 inline const Call &kStartElement = kCalls[0], &kCData = kCalls[4], &kComment = kCalls[5],
                   &kAttribute = kCalls[6], &kEndElement = kCalls[7], &kEndDocument = kCalls[8];
