@@ -44,13 +44,4 @@ public:
     }
 };
 
-/// The topmost node of the tree that a node stands in.
-inline Handle topOf(const QDomNode& node)
-{
-    Handle top{QDomNode(node)};
-    for (Handle parent = node.parentNode(); !parent.isNull(); parent = top.parentNode())
-        top = std::move(parent);
-    return top;
-}
-
 } // namespace kelxml

@@ -6,6 +6,7 @@
 #include "guards/handle.h"
 
 #include <QtCore/QHash>
+#include <QtCore/QVarLengthArray>
 #include <array>
 #include <atomic>
 
@@ -44,9 +45,9 @@ private:
     std::array<std::atomic<std::uint64_t>, Size> m_counts{};
 };
 
-// Apart, since a loop changes the children of as many nodes as it meets.
+// Many, since a loop changes the children of as many nodes as it meets.
 Counts<16384> ofChildren;
-Counts<4096> ofElements;
+Counts<16384> ofElements;
 Counts<256> ofContent;
 
 /// The node after `node` in the subtree of `root`, in document order; null at the end.
@@ -56,6 +57,20 @@ Handle nextInSubtree(const Handle& node, const QDomNode& root)
     for (Handle at = node; next.isNull() && at != root; at = at.parentNode())
         next = at.nextSibling();
     return next;
+}
+
+/// The hashes of the names of all elements in a subtree.
+QVarLengthArray<uint, 16> namesIn(const QDomNode& root)
+{
+    QVarLengthArray<uint, 16> names;
+    for (Handle node{QDomNode(root)}; !node.isNull(); node = nextInSubtree(node, root)) {
+        if (!node.isElement())
+            continue;
+        const uint name = qHash(listedName(node));
+        if (!names.contains(name))
+            names.append(name);
+    }
+    return names;
 }
 
 } // namespace
@@ -75,9 +90,9 @@ std::uint64_t changesOfChildren(const QDomNode& parent) noexcept
     return ofChildren.of(parent);
 }
 
-std::uint64_t changesOfElements(const QString& name, const QDomNode& top) noexcept
+std::uint64_t changesOfElements(const QString& name, const QDomNode& origin) noexcept
 {
-    return ofElements.of(top, qHash(name)) + ofContent.of(top);
+    return ofElements.of(origin, qHash(name)) + ofContent.of(origin);
 }
 
 bool areChangesCounted() noexcept
@@ -89,11 +104,11 @@ void noteChild(const QDomNode& node, const QDomNode& parent)
 {
     if (!areChangesCounted())
         return;
+    const auto names = namesIn(node);
     ofChildren.add(parent);
-    const Handle top = topOf(parent);
-    for (Handle at{QDomNode(node)}; !at.isNull(); at = nextInSubtree(at, node))
-        if (at.isElement())
-            ofElements.add(top, qHash(listedName(at)));
+    for (Handle above{QDomNode(parent)}; !above.isNull(); above = above.parentNode())
+        for (const uint name : names)
+            ofElements.add(above, name);
 }
 
 void noteReplacedContent(const QDomDocument& document) noexcept

@@ -22,8 +22,8 @@ public:
 /// Counts that only grow, and are the same only if nothing has changed. Those of other nodes and names may
 /// grow with them.
 std::uint64_t changesOfChildren(const QDomNode& parent) noexcept;
-/// \param top of the tree in which elements of that name are looked for
-std::uint64_t changesOfElements(const QString& name, const QDomNode& top) noexcept;
+/// Of the elements of that name below `origin`.
+std::uint64_t changesOfElements(const QString& name, const QDomNode& origin) noexcept;
 
 /// Whether a change is counted: one comparison.
 bool areChangesCounted() noexcept;

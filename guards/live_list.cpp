@@ -2,7 +2,6 @@
 
 #include "guards/live_list.h"
 
-#include "guards/handle.h"
 #include "guards/tree.h"
 
 namespace kelxml::guards
@@ -61,15 +60,15 @@ QDomNode LiveList::item(int index, QDomNodeList& list, const DocumentRef& docume
     return read(list, document, [=](const QDomNodeList& all) { return all.item(index); });
 }
 
+std::uint64_t LiveList::changesNow() const
+{
+    return isByTagName() ? changesOfElements(m_origin.tagName, m_origin.node)
+                         : changesOfChildren(m_origin.node);
+}
+
 bool LiveList::isKept() const
 {
-    if (!m_kept)
-        return false;
-    if (!isByTagName())
-        return m_kept->changes == changesOfChildren(m_origin.node);
-    const Handle top = topOf(m_origin.node);
-    return m_kept->top == Handle::identityOf(top) &&
-           m_kept->changes == changesOfElements(m_origin.tagName, top);
+    return m_kept && m_kept->changes == changesNow();
 }
 
 void LiveList::keep(int length, const QDomNodeList& list)
@@ -78,10 +77,7 @@ void LiveList::keep(int length, const QDomNodeList& list)
     kept->nodes.reserve(static_cast<std::size_t>(length));
     for (int index = 0; index < length; ++index)
         kept->nodes.push_back(list.item(index));
-    const Handle top = topOf(m_origin.node);
-    kept->top = Handle::identityOf(top);
-    kept->changes =
-        isByTagName() ? changesOfElements(m_origin.tagName, top) : changesOfChildren(m_origin.node);
+    kept->changes = changesNow();
     m_kept = std::move(kept);
 }
 

@@ -41,8 +41,7 @@ private:
     struct Kept
     {
         ListWatch watch;
-        const void* top; ///< of the tree in which elements are looked for
-        std::uint64_t changes;
+        std::uint64_t changes; ///< see `changesNow`
         std::vector<QDomNode> nodes;
     };
 
@@ -50,6 +49,7 @@ private:
     void makeAnew(QDomNodeList& list, const DocumentRef& document);
     template <class Read>
     auto read(QDomNodeList& list, const DocumentRef& document, Read read);
+    std::uint64_t changesNow() const;
     bool isKept() const;
     void keep(int length, const QDomNodeList& list);
 

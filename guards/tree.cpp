@@ -17,6 +17,15 @@ namespace
 
 std::atomic<std::uint64_t> changes{0};
 
+/// The topmost node of the tree that a node stands in.
+Handle topOf(const QDomNode& node)
+{
+    Handle top{QDomNode(node)};
+    for (Handle parent = node.parentNode(); !parent.isNull(); parent = top.parentNode())
+        top = std::move(parent);
+    return top;
+}
+
 void countDocumentChange() noexcept
 {
     changes.fetch_add(1, std::memory_order_relaxed);
