@@ -8,6 +8,7 @@
 #include "dom/mutation.h"
 #include "dom/navigation.h"
 #include "dom/wrap.h"
+#include "guards/tree.h"
 #include "text/strings.h"
 #include "text/values.h"
 
@@ -59,8 +60,9 @@ HRESULT CMorvXMLDOMDocument::createNode(VARIANT type, BSTR name, BSTR namespaceU
         return S_FALSE;
     const QString qualifiedName = kelxml::fromWide(name);
     const QString uri = kelxml::fromWide(namespaceURI);
-    kelxml::Handle made = nodeType == NODE_ELEMENT ? QDomNode(m_document.createElementNS(uri, qualifiedName))
-                                                   : m_document.createAttributeNS(uri, qualifiedName);
+    kelxml::Handle made = nodeType == NODE_ELEMENT
+                              ? kelxml::guards::createElement(m_document, uri, qualifiedName)
+                              : kelxml::guards::createAttribute(m_document, uri, qualifiedName);
     kelxml::wrapAs(static_cast<DOMNodeType>(nodeType), std::move(made), kelxml::documentOf(*this), node);
     return S_OK;
 }

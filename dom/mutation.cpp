@@ -25,11 +25,9 @@ HRESULT changeAndHandOut(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** 
     Handle node = change(*known);
     if (!result)
         return S_OK;
-    // The object carries the handle of the one that was asked. Where neither that nor what stands in for it
-    // is a document, the child's stands in: the child may be a node of any document.
-    const QDomDocument& own = self.document.living();
-    wrapAs(known->type, std::move(node),
-           {self.document.handle, own.isNull() ? known->ref.document.living() : own}, result);
+    // The object carries the handle of the one that was asked, for a child that may be a node of any
+    // document.
+    wrapAs(known->type, std::move(node), self.document.orElse(known->ref.document), result);
     return S_OK;
 }
 

@@ -45,19 +45,6 @@ Extent extentOfOne(const QDomNode& node)
 /// for which the limits leave room, and need not be looked at.
 std::atomic<bool> attributesHoldTrees{false};
 
-/// Calls `visit` for a node and for all that it stands in, up to a document, as long as the answer is true.
-template <class Visit>
-bool allUpwards(const QDomNode& from, Visit visit)
-{
-    Handle above;
-    for (const QDomNode* node = &from; !node->isNull() && !node->isDocument(); node = &above) {
-        if (!visit(*node))
-            return false;
-        above = node->parentNode();
-    }
-    return true;
-}
-
 bool mayHoldTreesInAttributes(const QDomNode& node)
 {
     return attributesHoldTrees.load(std::memory_order_relaxed) && node.isElement();
@@ -139,12 +126,13 @@ bool fitsBelow(const QDomNode& parent, const QDomNode& child)
 {
     Extent above;
     bool belowAttribute = false;
-    const bool isOutside = allUpwards(parent, [&](const QDomNode& node) {
+    for (Handle node{QDomNode(parent)}; !node.isNull() && !node.isDocument(); node = node.parentNode()) {
+        if (node == child)
+            return false;
         above = above + extentOfOne(node);
         belowAttribute = belowAttribute || node.isAttr();
-        return node != child;
-    });
-    if (!isOutside || !isWithinLimits(above + heightOf(child)))
+    }
+    if (!isWithinLimits(above + heightOf(child)))
         return false;
     if (belowAttribute)
         attributesHoldTrees.store(true, std::memory_order_relaxed);

@@ -18,28 +18,29 @@ namespace
 
 std::atomic<int> watches{0};
 
-/// Counts of changes of what a node and a number stand for. All threads use them, each for its own documents.
+/// Counts of changes at a node, or of those of one name there. All threads use them, each for its own
+/// documents.
 template <std::size_t Size>
 class Counts
 {
 public:
-    void add(const QDomNode& node, uint number = 0) noexcept
+    void add(const QDomNode& node, uint nameHash = 0) noexcept
     {
-        at(node, number).fetch_add(1, std::memory_order_relaxed);
+        at(node, nameHash).fetch_add(1, std::memory_order_relaxed);
     }
-    std::uint64_t of(const QDomNode& node, uint number = 0) noexcept
+    std::uint64_t of(const QDomNode& node, uint nameHash = 0) noexcept
     {
-        return at(node, number).load(std::memory_order_relaxed);
+        return at(node, nameHash).load(std::memory_order_relaxed);
     }
 
 private:
-    std::atomic<std::uint64_t>& at(const QDomNode& node, uint number) noexcept
+    std::atomic<std::uint64_t>& at(const QDomNode& node, uint nameHash) noexcept
     {
-        // Addresses and numbers that lie close together are spread by the multiplication; its high bits are
+        // Addresses and hashes that lie close together are spread by the multiplication; its high bits are
         // the best.
         constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
         const auto address = reinterpret_cast<std::uintptr_t>(Handle::identityOf(node));
-        return m_counts[((address + number * kOdd) * kOdd >> 32) % Size];
+        return m_counts[((address + nameHash * kOdd) * kOdd >> 32) % Size];
     }
 
     std::array<std::atomic<std::uint64_t>, Size> m_counts{};

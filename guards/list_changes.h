@@ -22,7 +22,7 @@ public:
 /// Counts that only grow, and are the same only if nothing has changed. Those of other nodes and names may
 /// grow with them.
 std::uint64_t changesOfChildren(const QDomNode& parent) noexcept;
-/// Of the elements of that name below `origin`.
+/// \param origin below which elements of that name are looked for
 std::uint64_t changesOfElements(const QString& name, const QDomNode& origin) noexcept;
 
 /// Whether a change is counted: one comparison.
@@ -30,7 +30,7 @@ bool areChangesCounted() noexcept;
 
 /// To be called before `node` is put below `parent`, and before it is taken away from there.
 void noteChild(const QDomNode& node, const QDomNode& parent);
-/// To be called before the content of a document is replaced.
+/// To be called before the top-level nodes of a document are replaced; elements below them keep theirs.
 void noteReplacedContent(const QDomDocument& document) noexcept;
 
 /// The name by which Qt finds an element.

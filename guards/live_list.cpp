@@ -31,7 +31,7 @@ auto LiveList::read(QDomNodeList& list, const DocumentRef& document, Read read)
     adopt({m_origin.node, document});
     if (m_madeAt != documentChanges())
         makeAnew(list, document);
-    m_madeAt = kNeverMade;
+    m_madeAt = kNeverMade; // until it was read whole: without memory, Qt takes what it got to for the whole
     const auto answer = read(list);
     m_madeAt = documentChanges();
     return answer;

@@ -24,9 +24,9 @@ struct ListOrigin
     QString tagName; ///< null stands for the children again
 };
 
-/// Reads `list`, which belongs to the same object and is made anew where Qt would be wrong about it: where
-/// its node has come into another document (see `documentChanges`), and where memory ran out in the last
-/// reading: Qt lists what it got to, and takes that for the whole from then on.
+/// Reads a list of Qt's, which is a member of the object because other binaries rely on its place there. It
+/// is made anew where Qt would be wrong about it: where its node has come into another document (see
+/// `documentChanges`), and where memory ran out in the last reading.
 class LiveList
 {
 public:

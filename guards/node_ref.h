@@ -17,6 +17,11 @@ struct DocumentRef
 
     /// A document that lives as long as the object does, for Qt to refer to.
     const QDomDocument& living() const { return handle.isNull() ? standIn : handle; }
+    /// The same handle, with `other` to stand in where there is no document yet.
+    DocumentRef orElse(const DocumentRef& other) const
+    {
+        return {handle, living().isNull() ? other.living() : living()};
+    }
     /// What an object keeps beside the handle.
     QDomDocument keptStandIn() const { return handle.isNull() ? standIn : QDomDocument(); }
 };

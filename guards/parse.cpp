@@ -6,6 +6,7 @@
 #include "guards/list_changes.h"
 #include "guards/prescan.h"
 #include "guards/stack_room.h"
+#include "guards/tree.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QFile>
@@ -22,7 +23,6 @@ namespace
 /// those beside them. So they are taken out one by one beforehand.
 void takeOutContent(QDomDocument& document)
 {
-    noteReplacedContent(document);
     for (QDomNode node = document.firstChild(); !node.isNull(); node = document.firstChild())
         document.removeChild(node);
 }
@@ -33,6 +33,8 @@ bool parseWithin(const Prescan& seen, QDomDocument& document, Content&& content)
 {
     if (!seen.within || !hasRoomToParse(seen.nesting))
         return false;
+    noteReplacedContent(document);
+    noteNewNodes();
     takeOutContent(document);
     return document.setContent(content);
 }

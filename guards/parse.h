@@ -14,10 +14,8 @@ namespace kelxml::guards
 /// false when it was refused, or is not well-formed; then the document holds what was read up to the fault
 bool parse(QDomDocument& document, const QString& text);
 
-/// As above.
-/// \param file open for reading. It is read once, up to the bound: what was looked at is what is parsed, even
-/// if the
-///             file changes meanwhile or is a pipe. Beyond the bound it is refused
+/// As above. What was looked at is what is parsed, even if the file changes meanwhile or is a pipe.
+/// \param file open for reading; read once, up to the bound, and refused beyond it
 bool parse(QDomDocument& document, QFile& file);
 
 } // namespace kelxml::guards

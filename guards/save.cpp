@@ -19,8 +19,8 @@ namespace
 constexpr int kIndent = 4;
 
 /// Against a stream that writes while an exception passes: its destructor would write what it still holds,
-/// for which there may be no memory, and an exception out of a destructor ends the process. What was written
-/// before this goes is all that is written.
+/// for which there may be no memory, and an exception out of a destructor ends the
+/// process. `flush` is to be called before this goes.
 class NoLateWriting
 {
 public:

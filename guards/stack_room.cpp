@@ -28,6 +28,9 @@ constexpr std::size_t kReserve = std::size_t{48} * 1024;
 // What is taken to be free on a stack that the system does not know.
 constexpr std::size_t kUnknownStack = std::size_t{64} * 1024;
 
+// What documents as people write them take at most.
+constexpr std::size_t kLittle = std::size_t{64} * 1024;
+
 // What the kernel keeps free below the first stack, even if that has no limit, and more than we ever ask for.
 constexpr std::size_t kMostOfFirstStack = std::size_t{64} * 1024 * 1024;
 
@@ -72,11 +75,12 @@ Stack stackOfThread()
 bool hasRoomFor(std::size_t bytes)
 {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    // Only a stack that was found is remembered: what keeps the system from telling may pass.
+    // Only a stack that was found is remembered: what keeps the system from telling may pass. Before much is
+    // used of the first stack, its limit is asked for again: it can be lowered at any time.
     static thread_local Stack known;
-    if (!known.holds(here)) {
+    if (!known.holds(here) || bytes > kLittle) {
         const Stack first = firstStack();
-        const Stack found = first.holds(here) ? first : stackOfThread();
+        const Stack found = first.holds(here) ? first : known.holds(here) ? known : stackOfThread();
         if (found.holds(here))
             known = found;
     }

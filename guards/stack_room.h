@@ -5,9 +5,9 @@
 namespace kelxml::guards
 {
 
-/// Whether Qt's parser can go `nesting` levels deep. On a usual thread this is one comparison, but for the
-/// first time, when the system is asked where the stack ends. \throw std::bad_alloc when there was no memory
-/// to ask
+/// Whether Qt's parser can go `nesting` levels deep. On a usual thread, and for a document that is not deep,
+/// this is one comparison once the system was asked where the stack ends. \throw std::bad_alloc when there
+/// was no memory to ask
 bool hasRoomToParse(int nesting);
 
 /// Whether Qt can save a tree in which `depth` nodes stand below one another. \throw as above

@@ -16,6 +16,7 @@ namespace
 {
 
 std::atomic<std::uint64_t> changes{0};
+std::atomic<std::uint64_t> newNodes{0};
 
 /// The topmost node of the tree that a node stands in.
 Handle topOf(const QDomNode& node)
@@ -66,24 +67,26 @@ bool standsOnElement(const QDomNode& node)
     return !element.isNull() && element.attributeNode(node.nodeName()) == node;
 }
 
-/// Which tree was adopted by which document. Valid as long as nothing was counted since, and then a tree need
+/// Which tree was adopted by which document. As long as nothing was counted and no node made since, it need
 /// not be adopted again: else each step of a walk through it would, and every list would be made anew at each
-/// step. The addresses are compared and never followed.
+/// step. The addresses are only compared; no other node can have come to be there.
 struct Adoption
 {
     Adoption() = default;
     Adoption(const QDomNode& node, const QDomNode& home)
-        : top(Handle::identityOf(node)), document(Handle::identityOf(home)), at(documentChanges())
+        : top(Handle::identityOf(node)), document(Handle::identityOf(home)), at(documentChanges()),
+          made(newNodes.load(std::memory_order_relaxed))
     {}
 
     bool operator==(const Adoption& other) const
     {
-        return top == other.top && document == other.document && at == other.at;
+        return top == other.top && document == other.document && at == other.at && made == other.made;
     }
 
     const void* top = nullptr;
     const void* document = nullptr;
     std::uint64_t at = 0;
+    std::uint64_t made = 0;
 };
 
 /// Makes both trees fit to be touched, and counts when their documents differ.
@@ -125,15 +128,29 @@ QDomNode removeChild(const NodeRef& parent, const NodeRef& child)
     return QDomNode(parent.node).removeChild(child.node);
 }
 
+QDomNode createElement(QDomDocument& document, const QString& namespaceUri, const QString& name)
+{
+    noteNewNodes();
+    return document.createElementNS(namespaceUri, name);
+}
+
+QDomNode createAttribute(QDomDocument& document, const QString& namespaceUri, const QString& name)
+{
+    noteNewNodes();
+    return document.createAttributeNS(namespaceUri, name);
+}
+
 QDomNode cloneNode(const NodeRef& node, bool deep)
 {
     adopt(node);
+    noteNewNodes();
     return node.node.cloneNode(deep);
 }
 
 void setNodeValue(const NodeRef& node, const QString& value)
 {
     adopt(node);
+    noteNewNodes();
     if (node.node.isAttr())
         noteChild(node.node.firstChild(), node.node);
     QDomNode(node.node).setNodeValue(value);
@@ -142,6 +159,7 @@ void setNodeValue(const NodeRef& node, const QString& value)
 void replaceFirstChild(const NodeRef& element, const QString& text)
 {
     adopt(element);
+    noteNewNodes();
     QDomDocument document = element.document.living();
     const QDomNode replacement = document.createTextNode(text);
     const QDomNode first = element.node.firstChild();
@@ -153,6 +171,7 @@ void replaceFirstChild(const NodeRef& element, const QString& text)
 void prepareSettingAttribute(const NodeRef& element, const QString& name)
 {
     adopt(element);
+    noteNewNodes();
     if (!areChangesCounted())
         return;
     const QDomNode attribute = element.node.attributes().namedItem(name);
@@ -187,6 +206,12 @@ void adopt(const NodeRef& node)
     moveInto(home, top);
     countDocumentChange();
     last = {top, home};
+}
+
+void noteNewNodes() noexcept
+{
+    if (documentChanges() != 0)
+        newNodes.fetch_add(1, std::memory_order_relaxed);
 }
 
 std::uint64_t documentChanges() noexcept

@@ -215,6 +215,24 @@ TEST_F(Guards, ATreeTouchedFromADocumentThatWasNeverLoadedBelongsToOneThatLives)
     }
 }
 
+// Freed memory has to be used again at once for this, as it is outside of valgrind and the sanitizers.
+TEST_F(Guards, ANodeAtTheAddressOfOneThatWasAdoptedIsNotTakenForIt)
+{
+    const auto home = documentOf(L"<h/>");
+    auto other = documentOf(L"<x/>");
+    const auto node = create(*home, NODE_ELEMENT, L"n");
+    append(*firstChildOf(*other), *node);                          // the documents have met
+    create(*home, NODE_ELEMENT, L"n")->put_text(Bstr(L"t").get()); // adopted, and freed
+    ComPtr<IXMLDOMNode> copy;
+    node->cloneNode(VARIANT_FALSE, copy.put()); // where that was; it belongs to the other document
+    other.reset();
+    std::vector<std::string> zeros;
+    for (std::size_t count = 0; count < 6000; ++count)
+        zeros.emplace_back(16 + count % 60 * 16, '\0');
+    append(*copy, *create(*home, NODE_ELEMENT, L"z"));
+    EXPECT_EQ(L"z", nameOf(*firstChildOf(*copy)));
+}
+
 TEST_F(Guards, NullPointersAndForeignChildrenGetTheirAnswerAndChangeNothing)
 {
     const auto made = oneOfEach(L"<a x='1'>t<b/></a>");

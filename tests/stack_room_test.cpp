@@ -103,6 +103,18 @@ TEST_F(StackRoom, AUsualStackTakesTheBoundAndOneMoreIsRefused)
     });
 }
 
+TEST_F(StackRoom, ALimitThatIsLoweredIsHeeded)
+{
+    rlimit usual = {};
+    ASSERT_EQ(0, getrlimit(RLIMIT_STACK, &usual));
+    const rlimit low = {512 * 1024, usual.rlim_max};
+    ASSERT_EQ(0, setrlimit(RLIMIT_STACK, &low));
+    const auto [loaded, stored] = useDocument(1500);
+    ASSERT_EQ(0, setrlimit(RLIMIT_STACK, &usual));
+    EXPECT_FALSE(loaded);
+    EXPECT_TRUE(stored) << "an empty document";
+}
+
 TEST_F(StackRoom, WhatWasBuiltOnALargeStackCanBeFreedOnASmallOne)
 {
     auto document = documentOf(nested(2048).c_str());
