@@ -1,4 +1,4 @@
-// Random calls over the classes and two documents against a model of them. The fuzzer's bytes choose the
+// Random calls over the classes and three documents against a model of them. The fuzzer's bytes choose the
 // calls, their objects and the order in which everything is released.
 
 #include "support.h"

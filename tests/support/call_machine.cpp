@@ -2,69 +2,38 @@
 
 #include "support/call_machine.h"
 
-#include "KelXmlLib/convenience.h"
-#include "support/model_tree.h"
+#include "support/call_machine_objects.h"
 
 using kel::Bstr;
 using kel::ComPtr;
 using kel::Variant;
+using model::Handle;
+using model::Held;
+using model::HeldList;
+using model::HeldMap;
 using model::NodePtr;
+using model::Object;
+using model::ObjectPtr;
+using model::Text;
 
 namespace
 {
 
-const wchar_t* const kTexts[] = {
-    L"<a x='1' y='2'>t<b><c z='3'/>u</b><!--k--><![CDATA[cd]]><?pi d?></a>",
-    L"<!DOCTYPE r [<!ENTITY e 'v'><!NOTATION n SYSTEM 's'>]><r>&e;&u;<s/></r>",
-    L"<?xml version='1.0'?><q/><!--z-->",
-    L"<bad",
-};
-
-/// What an object over an attribute keeps alive.
-NodePtr keeperOf(const NodePtr& node)
+struct Difference
 {
-    const NodePtr parent = node && node->type == NODE_ATTRIBUTE ? node->parent.lock() : nullptr;
-    return parent && parent->type == NODE_ELEMENT ? parent : nullptr;
-}
+    const char* what;
+};
 
 NodePtr at(const model::Nodes& nodes, std::size_t index)
 {
     return index < nodes.size() ? nodes[index] : nullptr;
 }
 
-struct Held
-{
-    ComPtr<IXMLDOMNode> object;
-    NodePtr node;     ///< null when the object holds none
-    NodePtr document; ///< kept alive by the object
-    NodePtr keeper;   ///< an attribute's element, kept alive by the object
-    DOMNodeType kind; ///< the class: element, attribute, document, or 0 for the generic node
-
-    /// The node, or one without anything.
-    const model::Node& orNone() const { return node ? *node : kNone; }
-    IXMLDOMDocument& asDocument() const { return static_cast<IXMLDOMDocument&>(*object); }
-    inline static const model::Node kNone;
-};
-
-struct HeldList
-{
-    ComPtr<IXMLDOMNodeList> object;
-    Held source;
-    bool byTagName;
-    std::wstring tag;
-    unsigned cursor = 0;
-};
-
-struct HeldMap
-{
-    ComPtr<IXMLDOMNamedNodeMap> object;
-    Held source;
-};
-
 class CallMachine
 {
 public:
-    CallMachine(std::function<unsigned(unsigned)> choose, std::size_t documents) : m_choose(std::move(choose))
+    CallMachine(std::function<unsigned(unsigned)> choose, std::size_t documents)
+        : m_choose(std::move(choose)), m_isOneDocument(documents == 1)
     {
         while (m_documents.size() < documents)
             m_documents.push_back(newDocument());
@@ -75,31 +44,36 @@ public:
             release();
     }
 
-    /// Makes one call. \return an empty string, or what differs from the promise
-    const std::string& step()
+    /// Makes one call. \throw Difference
+    void step()
     {
         // What is to happen more often stands there more often.
         static constexpr void (CallMachine::*kSteps[])() = {
-            &CallMachine::load,         &CallMachine::create,        &CallMachine::create,
-            &CallMachine::append,       &CallMachine::append,        &CallMachine::append,
-            &CallMachine::append,       &CallMachine::remove,        &CallMachine::remove,
-            &CallMachine::walkUpOrDown, &CallMachine::walkUpOrDown,  &CallMachine::listChildren,
-            &CallMachine::listByName,   &CallMachine::useList,       &CallMachine::makeMap,
-            &CallMachine::useMap,       &CallMachine::changeContent, &CallMachine::clone,
-            &CallMachine::save,         &CallMachine::release};
+            &CallMachine::load,        &CallMachine::create,        &CallMachine::create,
+            &CallMachine::append,      &CallMachine::append,        &CallMachine::append,
+            &CallMachine::append,      &CallMachine::moveChildren,  &CallMachine::remove,
+            &CallMachine::remove,      &CallMachine::walkUpOrDown,  &CallMachine::walkUpOrDown,
+            &CallMachine::askForOwner, &CallMachine::askForRoot,    &CallMachine::makeList,
+            &CallMachine::makeList,    &CallMachine::useList,       &CallMachine::makeMap,
+            &CallMachine::useMap,      &CallMachine::changeContent, &CallMachine::changeContent,
+            &CallMachine::clone,       &CallMachine::save,          &CallMachine::close,
+            &CallMachine::release};
         (this->*kSteps[m_choose(std::size(kSteps))])();
-        if (m_difference.empty() && !m_nodes.empty())
+        if (!m_nodes.empty())
             compare(oneOf(m_nodes));
-        return m_difference;
+        if (!m_lists.empty())
+            compare(oneOf(m_lists));
     }
 
 private:
     Held newDocument()
     {
         const auto document = kel::newDocument();
-        const NodePtr node = model::make(NODE_DOCUMENT, L"#document");
-        Held held{ComPtr<IXMLDOMNode>(document.get()), node, node, nullptr, NODE_DOCUMENT};
-        loadInto(held, L"<i/>");
+        const Held held{ComPtr<IXMLDOMNode>(document.get()),
+                        std::make_shared<Object>(Object{NODE_DOCUMENT, nullptr, {}})};
+        held.model->address = document.get();
+        if (m_isOneDocument || m_choose(2))
+            loadInto(held, model::texts()[m_choose(static_cast<unsigned>(model::texts().size()))]);
         return held;
     }
     template <class Thing>
@@ -108,223 +82,317 @@ private:
         return things[m_choose(static_cast<unsigned>(things.size()))];
     }
     Held pick() { return m_nodes.empty() || m_choose(8) == 0 ? oneOf(m_documents) : oneOf(m_nodes); }
-
-    void keep(ComPtr<IXMLDOMNode> object, const NodePtr& node, const NodePtr& document, DOMNodeType kind)
+    Held pickDocument()
     {
-        m_nodes.push_back({std::move(object), node, document, keeperOf(node), kind});
+        if (m_choose(3) != 0)
+            return oneOf(m_documents);
+        askForOwner();
+        return m_nodes.back();
+    }
+    /// As often as any other, a document or what stands first in it: there the long lists are.
+    Held pickParent()
+    {
+        if (m_choose(2))
+            return pick();
+        const Held document = pickDocument();
+        return m_choose(3) && walk(document, false) ? m_nodes.back() : document;
+    }
+
+    void keep(ComPtr<IXMLDOMNode> object, const NodePtr& node, const Handle& handle, DOMNodeType kind)
+    {
+        keepSame(std::move(object), std::make_shared<Object>(Object{kind, node, handle, keeperOf(node)}));
+    }
+    /// Expects the object of earlier when there is one.
+    void keepSame(ComPtr<IXMLDOMNode> object, const ObjectPtr& model)
+    {
+        expect(object && (!model->address || model->address == object.get()), "which object there is");
+        model->address = object.get();
+        m_nodes.push_back({std::move(object), model});
         compare(m_nodes.back());
     }
-    /// Expects both or neither of object and node. \return whether there are both
-    bool keepAsIs(ComPtr<IXMLDOMNode> object, const NodePtr& node, const NodePtr& document)
+    /// Expects both or neither of object and node. \return whether there are
+    bool keepAsIs(ComPtr<IXMLDOMNode> object, const NodePtr& node, const Handle& handle)
     {
         expect(!object == !node, "whether there is a node");
-        if (!object || !node)
+        if (!node)
             return false;
         const bool hasClass = node->type == NODE_ELEMENT || node->type == NODE_ATTRIBUTE;
-        keep(std::move(object), node, document,
-             hasClass ? static_cast<DOMNodeType>(node->type) : NODE_INVALID);
+        keep(std::move(object), node, handle, hasClass ? static_cast<DOMNodeType>(node->type) : NODE_INVALID);
         return true;
     }
-    void expect(bool holds, const char* what)
+    static void expect(bool holds, const char* what)
     {
-        if (!holds && m_difference.empty())
-            m_difference = what;
+        if (!holds)
+            throw Difference{what};
     }
 
+    /// What every node answers for itself.
+    void compare(IXMLDOMNode& object, const model::Node& node, int type)
+    {
+        DOMNodeType given = NODE_INVALID;
+        object.get_nodeType(&given);
+        expect(static_cast<int>(given) == type, "type");
+        Bstr name, text;
+        expect(object.get_nodeName(name.put()) == S_OK && name.c_str() == node.name, "name");
+        const bool hasText = type == NODE_ELEMENT || type == NODE_TEXT || type == NODE_CDATA_SECTION;
+        const HRESULT answer = object.get_text(text.put());
+        expect(type == NODE_DOCUMENT || answer == (hasText ? S_OK : S_FALSE), "get_text's answer");
+        expect(text.c_str() == node.text(), "text");
+    }
     void compare(const Held& held)
     {
         const model::Node& node = held.orNone();
-        DOMNodeType type = NODE_INVALID;
-        held.object->get_nodeType(&type);
-        const int expected = held.kind != NODE_INVALID ? held.kind : held.node ? node.type : 21;
-        expect(static_cast<int>(type) == expected, "type");
-        expect(kel::textOf(*held.object, &IXMLDOMNode::get_nodeName) == node.name, "name");
+        compare(*held.object, node, held->kind != NODE_INVALID ? held->kind : held->node ? node.type : 21);
         VARIANT_BOOL has = 7;
         held.object->hasChildNodes(&has);
         expect(has == !node.children.empty(), "children");
         ComPtr<IXMLDOMNode> parent;
-        held.object->get_parentNode(parent.put());
+        const HRESULT answer = held.object->get_parentNode(parent.put());
         const NodePtr above = node.parent.lock();
-        expect(!parent == !above, "parent");
-        if (parent && above)
+        expect(!parent == !above && answer == (above ? S_OK : S_FALSE), "parent");
+        if (above)
             expect(kel::textOf(*parent, &IXMLDOMNode::get_nodeName) == above->name, "parent's name");
-        Bstr text;
-        held.object->get_text(text.put());
-        expect(text.c_str() == node.text(), "text");
         Variant value;
-        if (held.kind == NODE_ATTRIBUTE)
+        if (held->kind == NODE_ATTRIBUTE)
             static_cast<IXMLDOMAttribute&>(*held.object).get_value(value.put());
-        else if (held.kind == NODE_INVALID)
+        else
             held.object->get_nodeValue(value.put());
-        const bool hasNone = held.kind == NODE_ELEMENT || held.kind == NODE_DOCUMENT;
         const auto given = value.type() == VT_BSTR ? value.text() : std::wstring_view();
-        expect(hasNone || given == node.value, "value");
+        expect(held->kind == NODE_ELEMENT || (value.type() == VT_BSTR && given == node.value), "value");
+    }
+    void compare(HeldList& list)
+    {
+        const model::Nodes expected = list.read();
+        LONG length = -1;
+        list.object->get_length(&length);
+        expect(static_cast<std::size_t>(length) == expected.size(), "length of a list");
+        ComPtr<IXMLDOMNode> item;
+        for (LONG index = 0; index < length; ++index) {
+            expect(list.object->get_item(index, item.put()) == S_OK, "item of a list");
+            const model::Node& node = *expected[static_cast<std::size_t>(index)];
+            compare(*item, node, node.type);
+        }
+        expect(list.object->get_item(length, item.put()) == S_FALSE, "end of a list");
     }
 
-    void loadInto(const Held& held, const wchar_t* text)
+    /// Gives a document a tree, as the first thing that is made in it does.
+    static void begin(Object& document)
     {
-        QDomDocument parsed;
-        const bool verdict = parsed.setContent(QString::fromWCharArray(text));
-        const HRESULT answer = held.asDocument().loadXML(Bstr(text).get(), nullptr);
-        expect(answer == (verdict ? S_OK : S_FALSE), "verdict");
-        for (const NodePtr& child : held.node->children)
+        if (!document.node)
+            document.node = document.handle.document = model::make(NODE_DOCUMENT, L"#document");
+    }
+    void loadInto(const Held& held, const Text& text)
+    {
+        const HRESULT answer = held.asDocument().loadXML(Bstr(text.xml.c_str()).get(), nullptr);
+        expect(answer == (text.isLoaded ? S_OK : S_FALSE), "verdict");
+        begin(*held.model);
+        for (const NodePtr& child : held->node->children)
             child->parent.reset();
-        held.node->children = model::fromQt(parsed)->children;
-        for (const NodePtr& child : held.node->children)
-            child->parent = held.node;
+        held->node->children = model::copyOf(*text.tree, true)->children;
+        for (const NodePtr& child : held->node->children)
+            child->parent = held->node;
     }
     void load()
     {
-        if (m_choose(3) == 0)
-            loadInto(oneOf(m_documents), kTexts[m_choose(std::size(kTexts))]);
+        const Held held = pickDocument();
+        if (m_choose(8) == 0)
+            expect(held.asDocument().loadXML(Bstr(L"").get(), nullptr) == S_FALSE, "verdict on nothing");
+        else
+            loadInto(held, model::texts()[m_choose(static_cast<unsigned>(model::texts().size()))]);
     }
 
     void create()
     {
-        const Held& held = oneOf(m_documents);
+        const Held held = pickDocument();
         const int type = m_choose(3) != 0 ? NODE_ELEMENT : NODE_ATTRIBUTE;
-        const wchar_t* const name = type == NODE_ELEMENT ? L"e" : m_choose(2) ? L"x" : L"w";
+        const wchar_t* const name =
+            type == NODE_ELEMENT ? (m_choose(2) ? L"e" : L"c") : kAttributes[m_choose(3)];
         ComPtr<IXMLDOMNode> made;
         held.asDocument().createNode(Variant(type).get(), Bstr(name).get(), nullptr, made.put());
-        keepAsIs(made, model::make(type, name), held.document);
+        begin(*held.model);
+        keepAsIs(made, model::make(type, name), held.handle());
     }
 
+    /// The result of a change wraps the child, whatever became of it.
+    void keepResult(ComPtr<IXMLDOMNode> result, const Held& parent, const Held& child, const NodePtr& node)
+    {
+        Handle handle = parent.handle();
+        if (!handle.document && !handle.standIn)
+            handle.standIn = child.handle().document ? child.handle().document : child.handle().standIn;
+        keep(std::move(result), node, handle, child->kind == NODE_DOCUMENT ? NODE_INVALID : child->kind);
+    }
     void append()
     {
         const Held parent = pick();
         const Held child = pick();
         ComPtr<IXMLDOMNode> result;
         expect(parent.object->appendChild(child.object.get(), result.put()) == S_OK, "appendChild's answer");
-        model::append(parent.node, child.node);
-        keep(result, child.node, parent.document, child.kind == NODE_DOCUMENT ? NODE_INVALID : child.kind);
+        model::append(parent->node, child->node);
+        keepResult(result, parent, child, child->node);
+    }
+    void moveChildren()
+    {
+        const Held from = pickParent();
+        const Held to = pick();
+        std::vector<ComPtr<IXMLDOMNode>> objects;
+        for (const auto& object : kel::childrenOf(*from.object))
+            objects.push_back(object);
+        const model::Nodes children = from.orNone().children;
+        expect(objects.size() == children.size(), "number of children");
+        for (std::size_t index = 0; index < children.size(); ++index) {
+            to.object->appendChild(objects[index].get(), nullptr);
+            model::append(to->node, children[index]);
+        }
     }
 
     void remove()
     {
         const Held parent = pick();
         Held child = pick();
-        if (m_choose(2) && parent.node && !parent.node->children.empty()) {
-            const auto index = m_choose(static_cast<unsigned>(parent.node->children.size()));
+        if (m_choose(2) && !parent.orNone().children.empty()) {
+            const auto index = m_choose(static_cast<unsigned>(parent->node->children.size()));
             ComPtr<IXMLDOMNodeList> list;
             parent.object->get_childNodes(list.put());
             ComPtr<IXMLDOMNode> item;
             list->get_item(static_cast<LONG>(index), item.put());
-            if (!keepAsIs(item, parent.node->children[index], parent.document))
-                return;
+            keepAsIs(item, parent->node->children[index], parent.handle());
             child = m_nodes.back();
         }
         ComPtr<IXMLDOMNode> result;
         expect(parent.object->removeChild(child.object.get(), result.put()) == S_OK, "removeChild's answer");
-        const bool holdsNone = !model::remove(parent.node, child.node) && parent.kind == NODE_ELEMENT &&
-                               child.kind == NODE_ELEMENT;
-        keep(result, holdsNone ? nullptr : child.node, parent.document,
-             child.kind == NODE_DOCUMENT ? NODE_INVALID : child.kind);
+        const bool holdsNone = !model::remove(parent->node, child->node) && parent->kind == NODE_ELEMENT &&
+                               child->kind == NODE_ELEMENT;
+        keepResult(result, parent, child, holdsNone ? nullptr : child->node);
     }
 
     void walkUpOrDown()
     {
         const Held from = pick();
-        const bool isUp = m_choose(2);
+        walk(from, m_choose(2));
+    }
+    /// \return whether there was a node
+    bool walk(const Held& from, bool isUp)
+    {
         ComPtr<IXMLDOMNode> found;
         isUp ? from.object->get_parentNode(found.put()) : from.object->get_firstChild(found.put());
         const model::Node& node = from.orNone();
-        keepAsIs(found, isUp ? node.parent.lock() : at(node.children, 0), from.document);
+        return keepAsIs(found, isUp ? node.parent.lock() : at(node.children, 0), from.handle());
+    }
+    void askForOwner()
+    {
+        const Held from = pick();
+        ComPtr<IXMLDOMDocument> owner;
+        expect(from.object->get_ownerDocument(owner.put()) == S_OK, "get_ownerDocument's answer");
+        if (from->kind != NODE_DOCUMENT && !from->ownerDocument)
+            from.model->ownerDocument = std::make_shared<Object>(
+                Object{NODE_DOCUMENT, from.handle().document, {from.handle().document, nullptr}});
+        keepSame(ComPtr<IXMLDOMNode>(owner.get()),
+                 from->kind == NODE_DOCUMENT ? from.model : from->ownerDocument);
+    }
+    void askForRoot()
+    {
+        const Held from = pickDocument();
+        ComPtr<IXMLDOMElement> root;
+        expect(from.asDocument().get_documentElement(root.put()) == S_OK, "get_documentElement's answer");
+        const model::Nodes& children = from.orNone().children;
+        const auto found = std::find_if(children.begin(), children.end(),
+                                        [](const NodePtr& child) { return child->type == NODE_ELEMENT; });
+        if (!from->root)
+            from.model->root = std::make_shared<Object>(
+                Object{NODE_ELEMENT, found == children.end() ? nullptr : *found, from.handle()});
+        keepSame(ComPtr<IXMLDOMNode>(root.get()), from->root);
     }
 
-    void makeList(bool byTagName)
+    void makeList()
     {
-        const Held source = pick();
-        if (byTagName && source.kind != NODE_ELEMENT && source.kind != NODE_DOCUMENT)
-            return;
-        HeldList list{nullptr, source, byTagName, m_choose(2) ? L"e" : L"c"};
-        list.source.keeper = keeperOf(source.node);
-        if (byTagName)
-            source.object->selectNodes(Bstr(list.tag.c_str()).get(), list.object.put());
-        else
-            source.object->get_childNodes(list.object.put());
-        list.source.object.reset();
+        const Held source = pickParent();
+        const bool isAble = source->kind == NODE_ELEMENT || source->kind == NODE_DOCUMENT;
+        // Qt takes a null name for all children.
+        static constexpr const wchar_t* kTags[] = {L"e", L"c", nullptr};
+        const bool isSearch = isAble && m_choose(3);
+        HeldList list{nullptr, source->node, source.handle(), keeperOf(source->node),
+                      isSearch ? kTags[m_choose(3)] : nullptr};
+        expect((isSearch ? source.object->selectNodes(Bstr(list.tag).get(), list.object.put())
+                         : source.object->get_childNodes(list.object.put())) == S_OK,
+               "a list's making");
         m_lists.push_back(std::move(list));
     }
-    void listChildren() { makeList(false); }
-    void listByName() { makeList(true); }
-
     void useList()
     {
         if (m_lists.empty())
             return;
         HeldList& list = oneOf(m_lists);
-        model::Nodes expected;
-        if (list.source.node && list.byTagName)
-            model::collect(list.source.node, list.tag, expected);
-        else if (list.source.node)
-            expected = list.source.node->children;
-        LONG length = -1;
-        list.object->get_length(&length);
-        if (static_cast<std::size_t>(length) != expected.size())
-            return expect(false, "length of a list");
+        const model::Nodes expected = list.read();
         const bool isNext = m_choose(2);
-        const unsigned index = isNext ? list.cursor : m_choose(4);
+        const unsigned index = isNext ? list.cursor : m_choose(static_cast<unsigned>(expected.size()) + 1);
         const NodePtr node = at(expected, index);
         ComPtr<IXMLDOMNode> item;
         const HRESULT answer = isNext ? list.object->nextNode(item.put())
                                       : list.object->get_item(static_cast<LONG>(index), item.put());
         expect(answer == (node ? S_OK : S_FALSE), "a list's answer");
         list.cursor += isNext && node ? 1 : 0;
-        keepAsIs(item, node, list.source.document);
+        keepAsIs(item, node, list.handle());
     }
 
     void makeMap()
     {
-        HeldMap map{nullptr, pick()};
-        map.source.object->get_attributes(map.object.put());
-        map.source.object.reset();
-        map.source.keeper = nullptr;
-        if (map.source.node && map.source.node->type != NODE_ELEMENT)
-            map.source.node = nullptr; // without attributes, nothing is kept
+        const Held source = pick();
+        HeldMap map{nullptr, source.orNone().type == NODE_ELEMENT ? source->node : nullptr, source.handle()};
+        expect(source.object->get_attributes(map.object.put()) == S_OK, "a map's making");
         m_maps.push_back(std::move(map));
     }
-
     void useMap()
     {
         if (m_maps.empty())
             return;
         const HeldMap& map = oneOf(m_maps);
-        const model::Node& node = map.source.orNone();
-        LONG length = -1;
-        map.object->get_length(&length);
-        expect(static_cast<std::size_t>(length) == node.attributes.size(), "length of a map");
+        const model::Nodes expected = map.element ? map.element->attributes : model::Nodes();
+        std::size_t length = 0;
+        for (const auto& item : kel::each(map.object)) { // in an order that is Qt's
+            const std::wstring name = kel::textOf(*item, &IXMLDOMNode::get_nodeName);
+            const NodePtr node = map.element ? map.element->attribute(name) : nullptr;
+            expect(node && ++length <= expected.size(), "item of a map");
+            compare(*item, *node, NODE_ATTRIBUTE);
+        }
+        expect(length == expected.size(), "length of a map");
+        const wchar_t* const name = kAttributes[m_choose(3)];
         ComPtr<IXMLDOMNode> item;
-        map.object->getNamedItem(Bstr(L"x").get(), item.put());
-        keepAsIs(item, node.attribute(L"x"), map.source.document);
-        map.object->get_item(static_cast<LONG>(m_choose(3)), item.put());
+        map.object->getNamedItem(Bstr(name).get(), item.put());
+        keepAsIs(item, map.element ? map.element->attribute(name) : nullptr, map.handle());
     }
 
     void changeContent()
     {
         const Held held = pick();
-        if (held.kind == NODE_ELEMENT && m_choose(2)) {
-            static_cast<IXMLDOMElement&>(*held.object).setAttribute(Bstr(L"x").get(), Variant(9).get());
-            return model::setAttribute(held.node, L"x", L"9");
+        // Each its own, to tell apart what has the same name; now and then none.
+        const std::wstring text = m_choose(8) ? std::to_wstring(++m_texts) : std::wstring();
+        if (held->kind == NODE_ELEMENT && m_choose(2)) {
+            const wchar_t* const name = kAttributes[m_choose(3)];
+            auto& element = static_cast<IXMLDOMElement&>(*held.object);
+            expect(element.setAttribute(Bstr(name).get(), Variant(text.c_str()).get()) == S_OK,
+                   "setAttribute's answer");
+            return model::setAttribute(held->node, name, text);
         }
-        expect(held.object->put_text(Bstr(L"val").get()) == S_OK, "put_text's answer");
-        held.kind == NODE_ELEMENT ? model::setText(held.node, L"val") : model::setValue(held.node, L"val");
+        const Bstr given(text.empty() ? nullptr : text.c_str());
+        expect(held.object->put_text(given.get()) == S_OK, "put_text's answer");
+        held->kind == NODE_ELEMENT ? model::setText(held->node, text) : model::setValue(held->node, text);
     }
 
     void clone()
     {
         const Held held = pick();
-        if (held.kind != NODE_ELEMENT)
+        if (held->kind != NODE_ELEMENT)
             return;
         const bool deep = m_choose(2);
         ComPtr<IXMLDOMNode> copy;
         const HRESULT answer = held.object->cloneNode(deep ? VARIANT_TRUE : VARIANT_FALSE, copy.put());
         expect(answer == S_OK, "cloneNode's answer");
-        keepAsIs(copy, held.node ? model::copyOf(*held.node, deep) : nullptr, held.document);
+        keepAsIs(copy, held->node ? model::copyOf(*held->node, deep) : nullptr, held.handle());
     }
 
     void save()
     {
-        const HRESULT answer = oneOf(m_documents).asDocument().save(Variant(L"/dev/null").get());
+        const HRESULT answer = pickDocument().asDocument().save(Variant(L"/dev/null").get());
         expect(answer == S_OK, "save's answer");
     }
 
@@ -334,16 +402,33 @@ private:
             if (!held.empty())
                 held.erase(held.begin() + m_choose(static_cast<unsigned>(held.size())));
         };
-        drop(m_nodes);
+        // Often most of the nodes: what is left has to keep alive what it needs.
+        for (unsigned count = m_choose(static_cast<unsigned>(m_nodes.size()) + 1); count > 0; --count)
+            drop(m_nodes);
+        drop(m_lists);
+        drop(m_maps);
+    }
+    /// The host lets go of a document and of what was reached from it. What was reached from others lives on.
+    void close()
+    {
+        if (m_isOneDocument)
+            return;
+        Held& document = oneOf(m_documents);
+        const auto drop = [gone = document->node](auto& held) {
+            const auto isReached = [&gone](const auto& one) { return one.handle().document == gone; };
+            held.erase(std::remove_if(held.begin(), held.end(), isReached), held.end());
+        };
         drop(m_nodes);
         drop(m_lists);
         drop(m_maps);
-        if (m_documents.size() > 1 && m_choose(6) == 0)
-            oneOf(m_documents) = newDocument(); // the host lets go of one
+        document = newDocument();
     }
 
+    static constexpr const wchar_t* kAttributes[] = {L"x", L"w", L"z"};
+
     std::function<unsigned(unsigned)> m_choose;
-    std::string m_difference;
+    bool m_isOneDocument;
+    unsigned m_texts = 1000;
     std::vector<Held> m_documents;
     std::vector<Held> m_nodes;
     std::vector<HeldList> m_lists;
@@ -354,12 +439,11 @@ private:
 
 std::string makeCalls(std::function<unsigned(unsigned)> choose, const std::function<bool()>& goesOn,
                       std::size_t documents)
-{
+try {
     CallMachine machine(std::move(choose), documents);
-    while (goesOn()) {
-        const std::string& difference = machine.step();
-        if (!difference.empty())
-            return difference;
-    }
+    while (goesOn())
+        machine.step();
     return {};
+} catch (const Difference& difference) {
+    return difference.what;
 }

@@ -50,23 +50,15 @@ inline void adopt(const NodePtr& parent, const NodePtr& child, Nodes& place)
     place.push_back(child);
 }
 
-inline NodePtr plain(int type, const std::wstring& name, const std::wstring& value)
-{
-    return std::make_shared<Node>(Node{type, name, value, {}, {}, {}});
-}
-
 inline NodePtr make(int type, const std::wstring& name, const std::wstring& value = {})
 {
-    NodePtr node = plain(type, name, value);
-    if (type == NODE_ATTRIBUTE && !value.empty())
-        adopt(node, make(NODE_TEXT, L"#text", value), node->children);
-    return node;
+    return std::make_shared<Node>(Node{type, name, value, {}, {}, {}});
 }
 
 /// The tree that Qt's parser gives.
 inline NodePtr fromQt(const QDomNode& node)
 {
-    NodePtr copy = plain(node.nodeType(), node.nodeName().toStdWString(), node.nodeValue().toStdWString());
+    NodePtr copy = make(node.nodeType(), node.nodeName().toStdWString(), node.nodeValue().toStdWString());
     for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
         adopt(copy, fromQt(child), copy->children);
     const QDomNamedNodeMap attributes = node.attributes();
@@ -77,7 +69,7 @@ inline NodePtr fromQt(const QDomNode& node)
 
 inline NodePtr copyOf(const Node& node, bool deep)
 {
-    NodePtr copy = plain(node.type, node.name, node.value);
+    NodePtr copy = make(node.type, node.name, node.value);
     for (const NodePtr& attribute : node.attributes)
         adopt(copy, copyOf(*attribute, true), copy->attributes);
     if (deep)
@@ -137,10 +129,9 @@ inline void setAttribute(const NodePtr& element, const std::wstring& name, const
 {
     if (!element)
         return;
-    if (const NodePtr existing = element->attribute(name))
-        setValue(existing, value);
-    else
-        adopt(element, make(NODE_ATTRIBUTE, name, value), element->attributes);
+    if (!element->attribute(name))
+        adopt(element, make(NODE_ATTRIBUTE, name), element->attributes);
+    setValue(element->attribute(name), value);
 }
 
 /// The elements with a tag name below `top`, in document order.
