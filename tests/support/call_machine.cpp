@@ -100,7 +100,8 @@ private:
 
     void keep(ComPtr<IXMLDOMNode> object, const NodePtr& node, const Handle& handle, DOMNodeType kind)
     {
-        keepSame(std::move(object), std::make_shared<Object>(Object{kind, node, handle, keeperOf(node)}));
+        keepSame(std::move(object),
+                 std::make_shared<Object>(Object{kind, node, handle, ownerElementOf(node)}));
     }
     /// Expects the object of earlier when there is one.
     void keepSame(ComPtr<IXMLDOMNode> object, const ObjectPtr& model)
@@ -310,7 +311,7 @@ private:
         // Qt takes a null name for all children.
         static constexpr const wchar_t* kTags[] = {L"e", L"c", nullptr};
         const bool isSearch = isAble && m_choose(3);
-        HeldList list{nullptr, source->node, source.handle(), keeperOf(source->node),
+        HeldList list{nullptr, source->node, source.handle(), ownerElementOf(source->node),
                       isSearch ? kTags[m_choose(3)] : nullptr};
         expect((isSearch ? source.object->selectNodes(Bstr(list.tag).get(), list.object.put())
                          : source.object->get_childNodes(list.object.put())) == S_OK,

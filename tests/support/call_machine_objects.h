@@ -54,7 +54,7 @@ struct Handle
 };
 
 /// What an object over an attribute keeps alive.
-inline NodePtr keeperOf(const NodePtr& node)
+inline NodePtr ownerElementOf(const NodePtr& node)
 {
     const NodePtr parent = node && node->type == NODE_ATTRIBUTE ? node->parent.lock() : nullptr;
     return parent && parent->type == NODE_ELEMENT ? parent : nullptr;
@@ -69,7 +69,7 @@ struct Object
     DOMNodeType kind; ///< the class: element, attribute, document, or 0 for the generic node
     NodePtr node;     ///< null when the object holds none
     Handle handle;
-    NodePtr keeper{};              ///< an attribute's element
+    NodePtr ownerElement{};        ///< an attribute's element
     ObjectPtr ownerDocument{};     ///< once it was asked for
     ObjectPtr root{};              ///< a document's element, once it was asked for
     const void* address = nullptr; ///< of the real one, where the same is handed out again
@@ -93,7 +93,7 @@ struct HeldList
     ComPtr<IXMLDOMNodeList> object;
     NodePtr top;
     Handle from;
-    NodePtr keeper;
+    NodePtr ownerElement;
     const wchar_t* tag; ///< null for the children
     unsigned cursor = 0;
 
