@@ -3,6 +3,7 @@
 
 #include "KelXmlLib/filer.h"
 
+#include "guards/memory_room.h"
 #include "text/strings.h"
 
 #include <QtCore/QFile>
@@ -46,6 +47,7 @@ KelXmlFilerWrapper::KelXmlFilerWrapper()
 {
     if (!kelxml::hasCodecs())
         return;
+    kelxml::guards::makeSureOfMemoryForFile();
     new (&m_writer) QXmlStreamWriter;
     m_hasWriter = true;
 }
