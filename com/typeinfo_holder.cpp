@@ -21,12 +21,6 @@ using Lent = std::unique_ptr<Description, GiveBack>;
 
 } // namespace
 
-CComTypeInfoHolder::~CComTypeInfoHolder()
-{
-    m_pInfo.reset();
-    m_pMap.reset(); // an array's elements are destroyed from the last to the first
-}
-
 HRESULT CComTypeInfoHolder::GetTI(LCID)
 {
     if (m_pInfo)

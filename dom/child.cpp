@@ -24,7 +24,7 @@ const void* vtableOf()
 {
     static const void* const vtable = [] {
         const QDomDocument none;
-        const Wrapper specimen({}, DocumentRef{none, none});
+        const Wrapper specimen({}, DocumentRef{none});
         return vtableAt(&specimen);
     }();
     return vtable;

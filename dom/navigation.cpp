@@ -13,7 +13,7 @@ namespace kelxml
 namespace
 {
 
-HRESULT handOutIfAny(Handle node, const DocumentRef& document, IXMLDOMNode** out)
+HRESULT handOutIfAny(Handle&& node, const DocumentRef& document, IXMLDOMNode** out)
 {
     if (!out || node.isNull())
         return S_FALSE;

@@ -10,7 +10,7 @@ kel::ComPtr<CMorvXMLDOMDocument> makeOwnerDocument(const QDomDocument& document)
     return kel::ComPtr<CMorvXMLDOMDocument>(new CMorvXMLDOMDocument(document));
 }
 
-void wrapAs(DOMNodeType type, Handle node, const DocumentRef& document, IXMLDOMNode** out)
+void wrapAs(DOMNodeType type, Handle&& node, const DocumentRef& document, IXMLDOMNode** out)
 {
     switch (type) {
     case NODE_ELEMENT:
@@ -22,7 +22,7 @@ void wrapAs(DOMNodeType type, Handle node, const DocumentRef& document, IXMLDOMN
     }
 }
 
-void wrapForReturn(Handle node, const DocumentRef& document, IXMLDOMNode** out)
+void wrapForReturn(Handle&& node, const DocumentRef& document, IXMLDOMNode** out)
 {
     const auto type = static_cast<DOMNodeType>(node.nodeType());
     wrapAs(type, std::move(node), document, out);

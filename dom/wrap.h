@@ -22,9 +22,9 @@ void handOut(Source&& source, const DocumentRef& document, Interface** out)
 
 /// Wraps a node as the class that goes with `type`: element, attribute or, for all others, generic node. The
 /// node is of that type, or null.
-void wrapAs(DOMNodeType type, Handle node, const DocumentRef& document, IXMLDOMNode** out);
+void wrapAs(DOMNodeType type, Handle&& node, const DocumentRef& document, IXMLDOMNode** out);
 
 /// Wraps a node as what it is; a null node becomes a generic node that holds none.
-void wrapForReturn(Handle node, const DocumentRef& document, IXMLDOMNode** out);
+void wrapForReturn(Handle&& node, const DocumentRef& document, IXMLDOMNode** out);
 
 } // namespace kelxml

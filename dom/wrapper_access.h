@@ -31,12 +31,9 @@ struct WrapperAccess
     template <class Wrapper>
     static DocumentRef documentOf(const Wrapper& wrapper)
     {
-        return {wrapper.m_document, wrapper.m_standIn};
+        return {wrapper.m_document, wrapper.m_standIn.get()};
     }
-    static DocumentRef documentOf(const CMorvXMLDOMDocument& document)
-    {
-        return {document.m_document, document.m_document};
-    }
+    static DocumentRef documentOf(const CMorvXMLDOMDocument& document) { return {document.m_document}; }
 
     template <class Wrapper>
     static ULONG& countOf(Wrapper& wrapper)

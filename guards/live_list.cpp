@@ -42,16 +42,16 @@ int LiveList::length(QDomNodeList& list, const DocumentRef& document)
     if (isKept())
         return static_cast<int>(m_kept->nodes.size());
     const int length = read(list, document, [](const QDomNodeList& all) { return all.length(); });
-    m_mayBeLong = length >= kLong;
+    m_askFrom = length < kLong ? kLong : 0;
     m_kept.reset();
-    if (m_mayBeLong)
+    if (length >= kLong)
         keep(length, list);
     return length;
 }
 
 QDomNode LiveList::item(int index, QDomNodeList& list, const DocumentRef& document)
 {
-    if (m_mayBeLong || index >= kLong) {
+    if (index >= m_askFrom) {
         if (index >= length(list, document))
             return {};
         if (m_kept)

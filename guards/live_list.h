@@ -59,7 +59,7 @@ private:
 
     ListOrigin m_origin;
     std::uint64_t m_madeAt = kNeverMade;
-    bool m_mayBeLong = true;            ///< at the last reading, or before the first
+    int m_askFrom = 2;                  ///< the index from which on it is asked whether the list is long
     std::unique_ptr<const Kept> m_kept; ///< null, or of a long list
 };
 

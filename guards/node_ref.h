@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QtXml/QDomDocument>
+#include <memory>
 
 namespace kelxml
 {
@@ -13,17 +14,20 @@ namespace kelxml
 struct DocumentRef
 {
     const QDomDocument& handle;
-    const QDomDocument& standIn; ///< looked at only where `handle` is null
+    const QDomDocument* standIn = nullptr; ///< looked at only where `handle` is null; may be null itself
 
     /// A document that lives as long as the object does, for Qt to refer to.
-    const QDomDocument& living() const { return handle.isNull() ? standIn : handle; }
+    const QDomDocument& living() const { return handle.isNull() && standIn ? *standIn : handle; }
     /// The same handle, with `other` to stand in where there is no document yet.
     DocumentRef orElse(const DocumentRef& other) const
     {
-        return {handle, living().isNull() ? other.living() : living()};
+        return {handle, living().isNull() ? &other.living() : standIn};
     }
     /// What an object keeps beside the handle.
-    QDomDocument keptStandIn() const { return handle.isNull() ? standIn : QDomDocument(); }
+    std::unique_ptr<const QDomDocument> keptStandIn() const
+    {
+        return handle.isNull() ? std::make_unique<const QDomDocument>(living()) : nullptr;
+    }
 };
 
 /// Borrowed from an object for the time of a call.

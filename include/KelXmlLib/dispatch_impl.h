@@ -24,7 +24,11 @@ public:
         : m_pguid(interfaceId), m_plibid(libraryId), m_wMajor(major), m_wMinor(minor)
     {}
     /// Lets go of the type information, then of the names, the last one first.
-    ~CComTypeInfoHolder();
+    ~CComTypeInfoHolder()
+    {
+        m_pInfo.reset();
+        m_pMap.reset(); // an array's elements are destroyed from the last to the first
+    }
     CComTypeInfoHolder(const CComTypeInfoHolder&) = delete;
     CComTypeInfoHolder& operator=(const CComTypeInfoHolder&) = delete;
 

@@ -11,6 +11,7 @@
 #include "KelXmlLib/xmldom.h"
 
 #include <QtXml/QDomDocument>
+#include <memory>
 
 class CMorvXMLDOMDocument;
 
@@ -79,5 +80,6 @@ private:
     QDomNode m_node;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
-    QDomDocument m_standIn; ///< where `m_document` is null, keeps the document alive that the node came from
+    std::unique_ptr<const QDomDocument>
+        m_standIn; ///< where `m_document` is null, keeps the document alive that the node came from
 };

@@ -56,7 +56,8 @@ private:
     std::uint32_t m_cursor = 0;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
-    QDomDocument m_standIn;  ///< where `m_document` is null, keeps the document alive that the node came from
+    std::unique_ptr<const QDomDocument>
+        m_standIn;           ///< where `m_document` is null, keeps the document alive that the node came from
     QDomNode m_ownerElement; ///< the element of an attribute whose children are listed; let go of last
     std::unique_ptr<kelxml::guards::LiveList> m_live; ///< reads `m_list`; let go of before the owner element
 };
