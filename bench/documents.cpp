@@ -1,13 +1,13 @@
-// Whole documents: loading, saving, copying.
+// Whole documents: loading, saving, and writing one by the filer.
 
 #include "host.h"
-#include "inputs.h"
 #include "rows.h"
+
+#include "KelXmlLib/filer.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QTextStream>
-#include <memory>
 
 namespace bench
 {
@@ -17,46 +17,32 @@ namespace
 
 constexpr int kIndent = 4; // of the library
 
-const std::vector<Size> kUpTo10MB = {{"mime", 0, 15}, {"1 MB", 1'000'000, 25}, {"10 MB", 10'000'000, 5}};
-const std::vector<Size> kUpTo100MB = {
-    {"mime", 0, 15}, {"1 MB", 1'000'000, 25}, {"10 MB", 10'000'000, 5}, {"100 MB", 100'000'000, 3}};
-
-Pair load(const Size& size)
+Pair load(const QString& path)
 {
-    const QString path = inputFile(size.value);
-    const auto wide = std::make_shared<Text>(path);
-    const auto ours = std::make_shared<ComPtr<IXMLDOMDocument>>();
-    const auto qts = std::make_shared<QDomDocument>();
-    return {{[=] { return std::uint64_t{(*ours)->load(variantOf(wide->bstr), nullptr) == S_OK}; },
-             [=] {
-                 ours->reset();
-                 *ours = newDocument();
-             }},
-            {[=] {
-                 QFile file(path);
-                 return std::uint64_t{file.open(QIODevice::ReadOnly) && qts->setContent(&file)};
-             },
-             [=] { *qts = QDomDocument(); }},
-            1};
+    return onFresh<LibraryDocument, QDomDocument>(
+        1,
+        [name = std::make_shared<Bstr>(bstrOf(path))](LibraryDocument& library) {
+            return std::uint64_t{library.document->load(variantOf(*name), nullptr) == S_OK};
+        },
+        [path](QDomDocument& document) {
+            QFile file(path);
+            return std::uint64_t{file.open(QIODevice::ReadOnly) && document.setContent(&file)};
+        });
 }
 
 Pair loadXML(const Size& size)
 {
-    const auto text = std::make_shared<Text>(QString::fromUtf8(readFile(inputFile(size.value))));
-    const auto ours = std::make_shared<ComPtr<IXMLDOMDocument>>();
-    const auto qts = std::make_shared<QDomDocument>();
-    return {{[=] { return std::uint64_t{(*ours)->loadXML(text->bstr.get(), nullptr) == S_OK}; },
-             [=] {
-                 ours->reset();
-                 *ours = newDocument();
-             }},
-            {[=] {
-                 const QString narrowed =
-                     QString::fromWCharArray(text->wide.data(), static_cast<int>(text->wide.size()));
-                 return std::uint64_t{qts->setContent(narrowed)};
-             },
-             [=] { *qts = QDomDocument(); }},
-            1};
+    QFile input(inputFile(size.value));
+    require(input.open(QIODevice::ReadOnly), "opening an input");
+    const auto text = std::make_shared<Text>(QString::fromUtf8(input.readAll()));
+    return onFresh<LibraryDocument, QDomDocument>(
+        1,
+        [=](LibraryDocument& library) {
+            return std::uint64_t{library.document->loadXML(text->bstr.get(), nullptr) == S_OK};
+        },
+        [=](QDomDocument& document) {
+            return std::uint64_t{document.setContent(QString::fromStdWString(text->wide))};
+        });
 }
 
 std::uint64_t sizeOf(const QString& path)
@@ -88,31 +74,80 @@ Pair save(const Size& size)
             1};
 }
 
-Pair clone(const Size& size)
+/// How many elements a record comes to.
+constexpr std::int64_t kElementsPerRecord = 2;
+
+void writeRecords(IKelXmlFiler& filer, std::size_t count)
 {
-    const auto document = loadedDocument(inputFile(size.value));
-    const auto ours = rootOf(*document);
-    const auto ourCopy = std::make_shared<ComPtr<IXMLDOMNode>>();
-    const QDomDocument qts = loadedByQt(inputFile(size.value));
-    const auto qtsCopy = std::make_shared<QDomNode>();
-    return {{[=] { return std::uint64_t{ours->cloneNode(VARIANT_TRUE, ourCopy->put()) == S_OK && *ourCopy}; },
-             [=] { ourCopy->reset(); }},
-            {[=] {
-                 *qtsCopy = qts.documentElement().cloneNode(true);
-                 return std::uint64_t{!qtsCopy->isNull()};
+    filer.writeDocBegin();
+    filer.writeElmBegin(names().item.wide.c_str());
+    for (std::size_t index = 0; index < count; ++index) {
+        filer.writeElmBegin(names().record.wide.c_str());
+        filer.writeAttribute(names().id.wide.c_str(), textAt(index).wide.c_str());
+        filer.writeElmBegin(names().note.wide.c_str());
+        filer.writeText(textAt(index + 1).wide.c_str());
+        filer.writeElmEnd();
+        filer.writeElmEnd();
+    }
+    filer.writeDocEnd();
+}
+
+void writeRecords(QXmlStreamWriter& writer, std::size_t count)
+{
+    writer.writeStartDocument();
+    writer.writeStartElement(names().item.ready);
+    for (std::size_t index = 0; index < count; ++index) {
+        writer.writeStartElement(names().record.ready);
+        writer.writeAttribute(names().id.ready, textAt(index).ready);
+        writer.writeStartElement(names().note.ready);
+        writer.writeCharacters(textAt(index + 1).ready);
+        writer.writeEndElement();
+        writer.writeEndElement();
+    }
+    writer.writeEndDocument();
+}
+
+Pair file(const Size& size)
+{
+    const auto path = std::make_shared<Text>(outputFile(QStringLiteral("filed.xml")));
+    const auto count = static_cast<std::size_t>(size.value / kElementsPerRecord);
+    const auto remove = [=] { QFile::remove(path->ready); };
+    return {{[=] {
+                 const std::unique_ptr<IKelXmlFiler> filer(morvCreateXmlFiler(
+                     path->wide.c_str(), KelXmlLib::eEncodingUtf8, 0, true, false, nullptr, nullptr));
+                 writeRecords(*filer, count);
+                 filer->close();
+                 return sizeOf(path->ready);
              },
-             [=] { *qtsCopy = QDomNode(); }},
-            1};
+             remove},
+            {[=] {
+                 QFile file(path->ready);
+                 file.open(QIODevice::WriteOnly | QIODevice::Text);
+                 QXmlStreamWriter writer(&file);
+                 writer.setAutoFormatting(true);
+                 writeRecords(writer, count);
+                 file.close();
+                 return sizeOf(path->ready);
+             },
+             remove},
+            size.value};
 }
 
 } // namespace
 
 std::vector<Row> documentRows()
 {
-    return {{"load", kUpTo100MB, load, 1.05},
-            {"loadXML", kUpTo10MB, loadXML, 0.95},
-            {"save", kUpTo100MB, save, 1.02},
-            {"cloneNode", kUpTo10MB, clone}};
+    const Size mime = {"MIME", 0, 15};
+    const Size small = {"1 MB", 1'000'000, 25};
+    const Size medium = {"10 MB", 10'000'000, 5};
+    const Size large = {"100 MB", 100'000'000, 2};
+    const auto loadFile = [](const Size& size) { return load(inputFile(size.value)); };
+    const auto loadTags = [](const Size& size) { return load(inputFileOfTags(size.value)); };
+    return {{"load", {mime, medium, large}, loadFile, 1.08},
+            {"load of tags", {medium}, loadTags},
+            {"loadXML", {mime, small, medium}, loadXML, 0.95},
+            {"save", {mime, small, medium}, save, 1.02},
+            {"filer", {{"10000", 10'000, 20}, {"100000", 100'000, 5}}, file, 1.12}};
 }
 
 } // namespace bench

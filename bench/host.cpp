@@ -3,17 +3,43 @@
 #include "host.h"
 
 #include "KelComWrapper/typelib.h"
-#include "KelXmlLib/module.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
 #include <stdexcept>
 
 namespace bench
 {
 
-void startLibrary()
+namespace
 {
-    DllMain(nullptr, 1, nullptr);
+
+constexpr char kMimeDatabase[] = "/usr/share/mime/packages/freedesktop.org.xml";
+
+QString inputFileOf(const QString& name, const QString& record, std::int64_t bytes)
+{
+    const QString path = outputFile(QStringLiteral("%1-%2.xml").arg(name).arg(bytes));
+    if (QFile::exists(path))
+        return path;
+    static const QString kWords =
+        QString::fromUtf8("of steel, nickel and brass – to be kept dry; größer als ein Daumen, 三十年 old, "
+                          "with threads at either end, greased, boxed by the dozen");
+    QByteArray text = "<?xml version='1.0' encoding='UTF-8'?>\n<catalogue>\n";
+    for (int number = 1; text.size() < bytes; ++number)
+        text += QString(record)
+                    .replace(QStringLiteral("%1"), QString::number(number))
+                    .replace(QStringLiteral("%2"), kWords.left(20 + number * 37 % 120))
+                    .toUtf8();
+    text += "</catalogue>\n";
+    QFile file(path);
+    require(file.open(QIODevice::WriteOnly) && file.write(text) == text.size(), "writing an input");
+    return path;
+}
+
+} // namespace
+
+void registerTypeLibrary()
+{
     const std::wstring path = QString::fromUtf8(KEL_TYPE_LIBRARY).toStdWString();
     require(KelTypelib::RegisterTypeLib(LIBID_MSXML, path.c_str()) == S_OK, "registering the type library");
 }
@@ -24,19 +50,17 @@ void require(bool works, const char* what)
         throw std::runtime_error(what);
 }
 
-ComPtr<IXMLDOMDocument> newDocument()
+ComPtr<IXMLDOMDocument> loadedDocument(const QString& path)
 {
-    ComPtr<IXMLDOMDocument> document;
-    require(DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument,
-                              reinterpret_cast<void**>(document.put())) == S_OK,
-            "making a document");
+    auto document = kel::newDocument();
+    require(document->load(variantOf(bstrOf(path)), nullptr) == S_OK, "loading through the library");
     return document;
 }
 
-ComPtr<IXMLDOMDocument> loadedDocument(const QString& path)
+ComPtr<IXMLDOMDocument> documentOf(const QString& xml)
 {
-    auto document = newDocument();
-    require(document->load(variantOf(bstrOf(path)), nullptr) == S_OK, "loading through the library");
+    auto document = kel::newDocument();
+    require(document->loadXML(bstrOf(xml).get(), nullptr) == S_OK, "loading a text");
     return document;
 }
 
@@ -70,6 +94,12 @@ Bstr bstrOf(const QString& text)
     return Bstr(text.toStdWString().c_str());
 }
 
+const Names& names()
+{
+    static const Names kNames;
+    return kNames;
+}
+
 const Text& textAt(std::size_t index)
 {
     constexpr std::size_t kDifferent = 1000;
@@ -82,6 +112,34 @@ const Text& textAt(std::size_t index)
     return kTexts[index % kDifferent];
 }
 
+QString inputFile(std::int64_t bytes)
+{
+    if (bytes == 0)
+        return QString::fromUtf8(kMimeDatabase);
+    static const QString kRecord = QString::fromUtf8("  <record id=\"r%1\" kind=\"spare\" weight=\"%1.5\">\n"
+                                                     "    <name>Part %1</name>\n"
+                                                     "    <name xml:lang=\"de\">Gerät für %1 Stück</name>\n"
+                                                     "    <!-- checked -->\n"
+                                                     "    <note>%2</note>\n"
+                                                     "    <place><shelf>A%1 &amp; B</shelf><box/></place>\n"
+                                                     "    <source><![CDATA[if (a < b) use(%1);]]></source>\n"
+                                                     "  </record>\n");
+    return inputFileOf(QStringLiteral("records"), kRecord, bytes);
+}
+
+QString inputFileOfTags(std::int64_t bytes)
+{
+    return inputFileOf(QStringLiteral("tags"), QStringLiteral("<a><b/><c><d/></c></a><e><f>%1</f></e>"),
+                       bytes);
+}
+
+QString outputFile(const QString& name)
+{
+    static const QTemporaryDir directory;
+    require(directory.isValid(), "a temporary directory");
+    return directory.filePath(name);
+}
+
 QString flatTree(std::int64_t count)
 {
     QString xml = QStringLiteral("<root>");
@@ -90,20 +148,17 @@ QString flatTree(std::int64_t count)
     return xml + QStringLiteral("</root>");
 }
 
-LibraryTree::LibraryTree(std::int64_t count) : document(newDocument())
+LibraryTree::LibraryTree(std::int64_t count)
+    : document(documentOf(flatTree(count))), root(rootOf(*document)),
+      otherRoot(rootOf(*documentOf(QStringLiteral("<other/>"))))
 {
-    require(document->loadXML(bstrOf(flatTree(count)).get(), nullptr) == S_OK, "loading a text");
-    root = rootOf(*document);
-    ComPtr<IXMLDOMNodeList> children;
-    root->get_childNodes(children.put());
-    ComPtr<IXMLDOMNode> child;
-    while (children->nextNode(child.put()) == S_OK)
-        elements.push_back(ComPtr<IXMLDOMElement>::adopt(static_cast<IXMLDOMElement*>(child.detach())));
+    for (const auto& child : kel::childrenOf(*root))
+        elements.push_back(kel::asElement(*child));
 }
 
 QtTree::QtTree(std::int64_t count)
 {
-    require(document.setContent(flatTree(count)), "parsing a text");
+    require(document.setContent(flatTree(count)) && other.setContent(QStringLiteral("<other/>")), "parsing");
     root = document.documentElement();
     for (QDomElement child = root.firstChildElement(); !child.isNull(); child = child.nextSiblingElement())
         elements.push_back(child);

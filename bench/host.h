@@ -1,13 +1,13 @@
-// The library as a host of it sees it, and the same trees on both sides.
+// The library as a host of it sees it, and the same documents, trees and texts on both sides.
 
 #pragma once
 
-#include "KelComWrapper/bstr.h"
-#include "KelComWrapper/com_ptr.h"
-#include "KelXmlLib/guids.h"
-#include "KelXmlLib/xmldom.h"
+#include "rows.h"
+
+#include "KelXmlLib/convenience.h"
 
 #include <QtXml/QDomDocument>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -17,14 +17,14 @@ namespace bench
 using kel::Bstr;
 using kel::ComPtr;
 
-/// Makes the library usable, by name as well.
-void startLibrary();
+/// Makes calls by name possible.
+void registerTypeLibrary();
 
 /// A benchmark of what did not work would measure nothing. \throw std::runtime_error
 void require(bool works, const char* what);
 
-ComPtr<IXMLDOMDocument> newDocument();
 ComPtr<IXMLDOMDocument> loadedDocument(const QString& path);
+ComPtr<IXMLDOMDocument> documentOf(const QString& xml);
 ComPtr<IXMLDOMElement> rootOf(IXMLDOMDocument& document);
 ComPtr<IXMLDOMElement> newElement(IXMLDOMDocument& document, const Bstr& name);
 QDomDocument loadedByQt(const QString& path);
@@ -47,6 +47,12 @@ inline Bstr taken(const VARIANT& value)
 
 Bstr bstrOf(const QString& text);
 
+/// A new, empty document.
+struct LibraryDocument
+{
+    ComPtr<IXMLDOMDocument> document = kel::newDocument();
+};
+
 /// One text in the forms in which a program may hold it.
 struct Text
 {
@@ -57,18 +63,42 @@ struct Text
     QString ready;
 };
 
+/// Of elements and attributes.
+struct Names
+{
+    Text record{QStringLiteral("record")};
+    Text item{QStringLiteral("item")};
+    Text note{QStringLiteral("note")};
+    Text id{QStringLiteral("id")};
+    Text kind{QStringLiteral("kind")};
+    Text seen{QStringLiteral("seen")};
+};
+const Names& names();
+
 /// A thousand different texts of a few words, over and over.
 const Text& textAt(std::size_t index);
 
-/// A root with `count` children, each of which has two attributes and a text. The wrappers and handles of the
-/// children are held.
+/// The path of a file, gone with the process, with a document of at least `bytes` and little more: a mix of
+/// elements, attributes, short and long text, characters beyond ASCII. Of the MIME database where that is 0.
+QString inputFile(std::int64_t bytes);
+/// The like with hardly anything but tags.
+QString inputFileOfTags(std::int64_t bytes);
+/// A path to write to, gone with the process.
+QString outputFile(const QString& name);
+
+/// A root with `count` children, each of which has two attributes and a text.
+QString flatTree(std::int64_t count);
+
+/// That tree, and the wrappers or handles of the children; and another document, to append to.
 struct LibraryTree
 {
     explicit LibraryTree(std::int64_t count);
 
     ComPtr<IXMLDOMDocument> document;
     ComPtr<IXMLDOMElement> root;
+    ComPtr<IXMLDOMElement> otherRoot;
     std::vector<ComPtr<IXMLDOMElement>> elements;
+    std::vector<ComPtr<IXMLDOMNamedNodeMap>> maps; ///< of their attributes, where asked for
 };
 
 struct QtTree
@@ -77,10 +107,24 @@ struct QtTree
 
     QDomDocument document;
     QDomElement root;
+    QDomDocument other;
     std::vector<QDomElement> elements;
+    std::vector<QDomNamedNodeMap> maps;
 };
 
-/// That tree as a text; the same for both.
-QString flatTree(std::int64_t count);
+/// Work that finds a new `Library` or `Qt` at each turn. \param arguments to make it of
+template <class Library, class Qt, class Work, class QtWork, class... Arguments>
+Pair onFresh(std::int64_t items, Work work, QtWork qtWork, Arguments... arguments)
+{
+    const auto ours = std::make_shared<std::unique_ptr<Library>>();
+    const auto qts = std::make_shared<std::unique_ptr<Qt>>();
+    const auto renew = [=](auto& held) { // the old one is gone before
+        held.reset();
+        held = std::make_unique<std::decay_t<decltype(*held)>>(arguments...);
+    };
+    return {{[=] { return work(**ours); }, [=] { renew(*ours); }},
+            {[=] { return qtWork(**qts); }, [=] { renew(*qts); }},
+            items};
+}
 
 } // namespace bench

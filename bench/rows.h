@@ -26,15 +26,16 @@ struct Side
 struct Pair
 {
     Side library;
-    Side direct;        ///< with Qt; of a call by name, what it cannot avoid
+    Side direct;        ///< with Qt; of a call by name, through the vtable
     std::int64_t items; ///< how many calls, nodes or documents the work comes to
 };
 
 struct Size
 {
     std::string name;
-    std::int64_t value; ///< nodes or bytes; 0 for the MIME database
-    int turns;          ///< how often both sides take their turn in one run
+    std::int64_t value;         ///< nodes or bytes; 0 for the MIME database
+    int turns;                  ///< how often both sides take their turn in one run
+    bool isLibraryOnly = false; ///< where Qt would take too long, or was measured in another row
 };
 
 struct Row
@@ -44,23 +45,11 @@ struct Row
     std::function<Pair(const Size&)> make;
     double maxRatio = 0;       ///< what the library may take, in times of the other side; 0 for no bound
     double maxNanoseconds = 0; ///< what an item may take; 0 for no bound
-    bool isByName = false;     ///< the other side is not Qt but what a call by name cannot avoid
 };
 
-/// The sizes by which a row that is not about a document shows its growth, each ten times the one before.
-std::vector<Size> sizesFrom(std::int64_t small, int turns, int count = 2);
-/// For rows on a tree: the smallest fits into the processor's caches, the larger two don't.
-inline std::vector<Size> treeSizes()
-{
-    constexpr int kTurns = 20;
-    return sizesFrom(10'000, kTurns, 3);
-}
-
 std::vector<Row> documentRows();
-std::vector<Row> walkRows();
-std::vector<Row> changeRows();
-std::vector<Row> filerRows();
+std::vector<Row> treeRows();
+std::vector<Row> loopRows();
 std::vector<Row> lateBoundRows();
-std::vector<Row> allRows();
 
 } // namespace bench

@@ -1,0 +1,180 @@
+// Loops that change what they read: over elements found by name, or over children, each of which is changed.
+
+#include "host.h"
+#include "rows.h"
+
+#include <atomic>
+#include <future>
+#include <thread>
+
+namespace bench
+{
+
+namespace
+{
+
+/// What is done to each element.
+enum class Change { SetAttribute, SetNewAttribute, PutText, CloneToOther, AppendNew };
+
+void change(LibraryTree& tree, IXMLDOMElement& found, Change kind, const Text& text)
+{
+    const Names& name = names();
+    if (kind == Change::SetAttribute || kind == Change::SetNewAttribute) {
+        const Text& attribute = kind == Change::SetAttribute ? name.kind : name.seen;
+        kel::check(found.setAttribute(attribute.bstr.get(), variantOf(text.bstr)));
+    } else if (kind == Change::PutText) {
+        kel::check(found.put_text(text.bstr.get()));
+    } else if (kind == Change::CloneToOther) {
+        ComPtr<IXMLDOMNode> copy;
+        kel::check(found.cloneNode(VARIANT_TRUE, copy.put()));
+        kel::check(tree.otherRoot->appendChild(copy.get(), nullptr));
+    } else {
+        kel::check(found.appendChild(newElement(*tree.document, name.note.bstr).get(), nullptr));
+    }
+}
+
+void change(QtTree& tree, QDomElement found, Change kind, const Text& text)
+{
+    const Names& name = names();
+    if (kind == Change::SetAttribute || kind == Change::SetNewAttribute) {
+        const Text& attribute = kind == Change::SetAttribute ? name.kind : name.seen;
+        found.setAttribute(attribute.ready, QString::fromStdWString(text.wide));
+    } else if (kind == Change::PutText) {
+        found.removeChild(found.firstChild());
+        found.appendChild(tree.document.createTextNode(QString::fromStdWString(text.wide)));
+    } else if (kind == Change::CloneToOther) {
+        tree.other.documentElement().appendChild(found.cloneNode(true));
+    } else {
+        found.appendChild(tree.document.createElement(name.note.ready));
+    }
+}
+
+enum class Found { ByName, AsChildren, AsBoth };
+
+/// The lists that are read in step: one, or two.
+std::vector<ComPtr<IXMLDOMNodeList>> listsOf(const LibraryTree& tree, Found found)
+{
+    std::vector<ComPtr<IXMLDOMNodeList>> lists;
+    if (found != Found::AsChildren)
+        kel::check(tree.document->selectNodes(names().item.bstr.get(), lists.emplace_back().put()));
+    if (found != Found::ByName)
+        kel::check(tree.root->get_childNodes(lists.emplace_back().put()));
+    return lists;
+}
+
+std::vector<QDomNodeList> listsOf(const QtTree& tree, Found found)
+{
+    std::vector<QDomNodeList> lists;
+    if (found != Found::AsChildren)
+        lists.push_back(tree.document.elementsByTagName(names().item.ready));
+    if (found != Found::ByName)
+        lists.push_back(tree.root.childNodes());
+    return lists;
+}
+
+std::uint64_t loop(LibraryTree& tree, Found found, Change kind)
+{
+    const auto lists = listsOf(tree, found);
+    ComPtr<IXMLDOMNode> node;
+    for (std::uint64_t met = 0;; ++met) {
+        for (const auto& list : lists) {
+            if (list->nextNode(node.put()) != S_OK)
+                return met;
+            change(tree, *kel::asElement(*node), kind, textAt(met));
+        }
+    }
+}
+
+std::uint64_t loopByIndex(LibraryTree& tree, Found found, Change kind)
+{
+    const auto lists = listsOf(tree, found);
+    ComPtr<IXMLDOMNode> node;
+    LONG length = 0;
+    for (LONG index = 0;; ++index) {
+        for (const auto& list : lists) {
+            if (list->get_length(&length) != S_OK || index >= length)
+                return static_cast<std::uint64_t>(index);
+            kel::check(list->get_item(index, node.put()));
+            change(tree, *kel::asElement(*node), kind, textAt(static_cast<std::size_t>(index)));
+        }
+    }
+}
+
+std::uint64_t loop(QtTree& tree, Found found, Change kind)
+{
+    const auto lists = listsOf(tree, found);
+    for (int index = 0;; ++index) {
+        for (const QDomNodeList& list : lists) {
+            if (index >= list.length())
+                return static_cast<std::uint64_t>(index);
+            change(tree, list.item(index).toElement(), kind, textAt(static_cast<std::size_t>(index)));
+        }
+    }
+}
+
+/// The loop while another thread does the same to a document of its own, beside the loop alone.
+Pair twoThreads(const Size& size)
+{
+    const auto work = [](LibraryTree& tree) {
+        std::uint64_t met = 0;
+        for (const Found found : {Found::ByName, Found::AsChildren})
+            for (const Change kind :
+                 {Change::SetAttribute, Change::PutText, Change::AppendNew, Change::PutText})
+                met += loop(tree, found, kind);
+        return met;
+    };
+    const auto together = [=](LibraryTree& tree) {
+        std::promise<void> started; // waiting for it costs no time of this thread
+        std::atomic<bool> isDone = false;
+        std::thread other([&] {
+            LibraryTree others(size.value);
+            for (started.set_value(); !isDone;)
+                work(others);
+        });
+        started.get_future().wait();
+        const std::uint64_t met = work(tree);
+        isDone = true;
+        other.join();
+        return met;
+    };
+    return onFresh<LibraryTree, LibraryTree>(size.value, together, work, size.value);
+}
+
+/// Read by `nextNode`, beside Qt, and by index.
+void addRows(std::vector<Row>& rows, const std::string& name, Found found, Change kind)
+{
+    constexpr double kTenth = 0.1;
+    const Size large = {"40000", 40'000, 5, true};
+    const auto work = [=](auto& tree) { return loop(tree, found, kind); };
+    const auto byIndex = [=](LibraryTree& tree) { return loopByIndex(tree, found, kind); };
+    const auto make = [=](auto ours) {
+        return [=](const Size& size) {
+            return onFresh<LibraryTree, QtTree>(size.value, ours, work, size.value);
+        };
+    };
+    rows.push_back({"loop; " + name + "; nextNode", {{"4000", 4'000, 2}, large}, make(work), kTenth});
+    rows.push_back({"loop; " + name + "; index", {{"4000", 4'000, 20, true}, large}, make(byIndex)});
+}
+
+} // namespace
+
+std::vector<Row> loopRows()
+{
+    constexpr std::pair<Change, const char*> kChanges[] = {
+        {Change::SetAttribute, "set an attribute"},
+        {Change::SetNewAttribute, "set a new attribute"},
+        {Change::PutText, "put_text"},
+        {Change::CloneToOther, "clone to another document"},
+        {Change::AppendNew, "append a new child"}};
+    std::vector<Row> rows;
+    for (const auto& [kind, name] : kChanges) {
+        addRows(rows, std::string(name) + "; by name", Found::ByName, kind);
+        addRows(rows, std::string(name) + "; children", Found::AsChildren, kind);
+    }
+    addRows(rows, "append a new child; both", Found::AsBoth, Change::AppendNew);
+    constexpr double kUndisturbed = 1.2;
+    rows.push_back({"two threads", {{"10000", 10'000, 20}}, twoThreads, kUndisturbed});
+    return rows;
+}
+
+} // namespace bench

@@ -1,0 +1,250 @@
+// Trees: walking, reading, changing and building them.
+
+#include "host.h"
+#include "rows.h"
+
+namespace bench
+{
+
+namespace
+{
+
+// Full walks. All amounts are nodes plus characters.
+
+std::uint64_t walkChildren(IXMLDOMNode& node);
+
+std::uint64_t readAttribute(IXMLDOMNode& node)
+{
+    const auto attribute = kel::asAttribute(node);
+    Bstr name;
+    attribute->get_nodeName(name.put());
+    VARIANT value{};
+    attribute->get_value(&value);
+    return 1 + name.length() + taken(value).length();
+}
+
+std::uint64_t walkAttributes(IXMLDOMNode& node)
+{
+    std::uint64_t amount = 0;
+    ComPtr<IXMLDOMNamedNodeMap> attributes;
+    node.get_attributes(attributes.put());
+    LONG length = 0;
+    attributes->get_length(&length);
+    for (LONG index = 0; index < length; ++index) {
+        ComPtr<IXMLDOMNode> attribute;
+        attributes->get_item(index, attribute.put());
+        amount += readAttribute(*attribute);
+    }
+    return amount;
+}
+
+std::uint64_t walk(IXMLDOMNode& node)
+{
+    DOMNodeType type = NODE_INVALID;
+    node.get_nodeType(&type);
+    Bstr name;
+    node.get_nodeName(name.put());
+    if (type == NODE_ELEMENT)
+        return 1 + name.length() + walkAttributes(node) + walkChildren(node);
+    VARIANT value{};
+    node.get_nodeValue(&value);
+    return 1 + name.length() + taken(value).length();
+}
+
+std::uint64_t walkChildren(IXMLDOMNode& node)
+{
+    std::uint64_t amount = 0;
+    ComPtr<IXMLDOMNodeList> children;
+    node.get_childNodes(children.put());
+    ComPtr<IXMLDOMNode> child;
+    while (children->nextNode(child.put()) == S_OK)
+        amount += walk(*child);
+    return amount;
+}
+
+std::uint64_t readAttribute(const QDomAttr& attribute)
+{
+    return 1 + attribute.nodeName().toStdWString().size() + attribute.value().toStdWString().size();
+}
+
+std::uint64_t walkAttributes(const QDomNode& node)
+{
+    std::uint64_t amount = 0;
+    const QDomNamedNodeMap attributes = node.attributes();
+    for (int index = 0; index < attributes.length(); ++index)
+        amount += readAttribute(attributes.item(index).toAttr());
+    return amount;
+}
+
+template <class WalkChildren>
+std::uint64_t walk(const QDomNode& node, WalkChildren walkChildren)
+{
+    const std::wstring name = node.nodeName().toStdWString();
+    if (node.nodeType() == QDomNode::ElementNode)
+        return 1 + name.size() + walkAttributes(node) + walkChildren(node);
+    return 1 + name.size() + node.nodeValue().toStdWString().size();
+}
+
+std::uint64_t walkChildren(const QDomNode& node)
+{
+    std::uint64_t amount = 0;
+    const QDomNodeList children = node.childNodes();
+    for (int index = 0; index < children.length(); ++index)
+        amount += walk(children.item(index), static_cast<std::uint64_t (*)(const QDomNode&)>(walkChildren));
+    return amount;
+}
+
+std::uint64_t walkSiblings(const QDomNode& node)
+{
+    std::uint64_t amount = 0;
+    for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
+        amount += walk(child, walkSiblings);
+    return amount;
+}
+
+/// How many nodes a document has, attributes included.
+std::int64_t countNodes(const QDomNode& node)
+{
+    std::int64_t count = 1 + node.attributes().length();
+    for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
+        count += countNodes(child);
+    return count;
+}
+
+template <class QtWalk>
+Pair fullWalk(const Size& size, QtWalk qtWalk)
+{
+    const auto ours = loadedDocument(inputFile(size.value));
+    const QDomDocument qts = loadedByQt(inputFile(size.value));
+    return {{[=] { return walkChildren(*ours); }}, {[=] { return qtWalk(qts); }}, countNodes(qts)};
+}
+
+/// The same with each element of a tree. \param each answers an amount
+template <class Each, class QtEach>
+constexpr auto withEach(Each each, QtEach qtEach)
+{
+    return [=](const Size& size) -> Pair {
+        const auto ours = std::make_shared<LibraryTree>(size.value);
+        const auto qts = std::make_shared<QtTree>(size.value);
+        const auto sum = [](auto& tree, const auto& call) {
+            std::uint64_t amount = 0;
+            for (std::size_t index = 0; index < tree.elements.size(); ++index)
+                amount += call(tree, tree.elements[index], index);
+            return amount;
+        };
+        return {{[=] { return sum(*ours, each); }}, {[=] { return sum(*qts, qtEach); }}, size.value};
+    };
+}
+
+using Wrapper = const ComPtr<IXMLDOMElement>;
+
+/// Of maps that are asked for in the first turn, which is not measured.
+constexpr auto kGetNamedItem = withEach(
+    [](LibraryTree& tree, Wrapper& element, std::size_t index) {
+        if (index == tree.maps.size())
+            element->get_attributes(tree.maps.emplace_back().put());
+        ComPtr<IXMLDOMNode> attribute;
+        tree.maps[index]->getNamedItem(names().kind.bstr.get(), attribute.put());
+        return readAttribute(*attribute);
+    },
+    [](QtTree& tree, QDomElement& element, std::size_t index) {
+        if (index == tree.maps.size())
+            tree.maps.push_back(element.attributes());
+        return readAttribute(tree.maps[index].namedItem(names().kind.ready).toAttr());
+    });
+
+constexpr auto kGetText = withEach(
+    [](LibraryTree&, Wrapper& element, std::size_t) {
+        Bstr text;
+        element->get_text(text.put());
+        return text.length();
+    },
+    [](QtTree&, QDomElement& element, std::size_t) { return element.text().toStdWString().size(); });
+
+/// To the text of the element and back.
+constexpr auto kNavigate = withEach(
+    [](LibraryTree&, Wrapper& element, std::size_t) {
+        ComPtr<IXMLDOMNode> child;
+        ComPtr<IXMLDOMNode> parent;
+        element->get_firstChild(child.put());
+        return child->get_parentNode(parent.put()) == S_OK;
+    },
+    [](QtTree&, QDomElement& element, std::size_t) { return !element.firstChild().parentNode().isNull(); });
+
+constexpr auto kSetAttribute = withEach(
+    [](LibraryTree&, Wrapper& element, std::size_t index) {
+        return element->setAttribute(names().id.bstr.get(), variantOf(textAt(index).bstr)) == S_OK;
+    },
+    [](QtTree&, QDomElement& element, std::size_t index) {
+        element.setAttribute(names().id.ready, QString::fromStdWString(textAt(index).wide));
+        return true;
+    });
+
+/// From its place to the end of the same parent.
+constexpr auto kAppendChild = withEach(
+    [](LibraryTree& tree, Wrapper& element, std::size_t) {
+        return tree.root->appendChild(element.get(), nullptr) == S_OK;
+    },
+    [](QtTree& tree, QDomElement& element, std::size_t) { return !tree.root.appendChild(element).isNull(); });
+
+/// A built record: an element with an attribute, and in it an element with a text.
+constexpr std::size_t kNodesPerRecord = 4;
+
+std::uint64_t build(LibraryDocument& library, std::size_t records)
+{
+    IXMLDOMDocument& document = *library.document;
+    const auto root = newElement(document, names().item.bstr);
+    document.appendChild(root.get(), nullptr);
+    for (std::size_t index = 0; index < records; ++index) {
+        const auto record = newElement(document, names().record.bstr);
+        record->setAttribute(names().id.bstr.get(), variantOf(textAt(index).bstr));
+        const auto note = newElement(document, names().note.bstr);
+        note->put_text(textAt(index + 1).bstr.get());
+        record->appendChild(note.get(), nullptr);
+        root->appendChild(record.get(), nullptr);
+    }
+    return records;
+}
+
+std::uint64_t build(QDomDocument& document, std::size_t records)
+{
+    QDomElement root = document.createElement(names().item.ready);
+    document.appendChild(root);
+    for (std::size_t index = 0; index < records; ++index) {
+        QDomElement record = document.createElement(names().record.ready);
+        record.setAttribute(names().id.ready, QString::fromStdWString(textAt(index).wide));
+        QDomElement note = document.createElement(names().note.ready);
+        note.appendChild(document.createTextNode(QString::fromStdWString(textAt(index + 1).wide)));
+        record.appendChild(note);
+        root.appendChild(record);
+    }
+    return records;
+}
+
+Pair buildFromNothing(const Size& size)
+{
+    const auto records = static_cast<std::size_t>(size.value) / kNodesPerRecord;
+    const auto work = [=](auto& document) { return build(document, records); };
+    return onFresh<LibraryDocument, QDomDocument>(size.value, work, work);
+}
+
+} // namespace
+
+std::vector<Row> treeRows()
+{
+    const std::vector<Size> documents = {{"MIME", 0, 15}, {"1 MB", 1'000'000, 25}, {"10 MB", 10'000'000, 5}};
+    const std::vector<Size> trees = {{"10000", 10'000, 20}, {"100000", 100'000, 5}};
+    const std::vector<Size> large = {trees[0], trees[1], {"1000000", 1'000'000, 3}};
+    const auto byLists = [](const QDomNode& node) { return walkChildren(node); };
+    return {{"full walk", documents, [=](const Size& size) { return fullWalk(size, byLists); }, 1.5},
+            {"full walk, Qt by nextSibling", documents,
+             [](const Size& size) { return fullWalk(size, walkSiblings); }},
+            {"get_firstChild, get_parentNode", trees, kNavigate},
+            {"getNamedItem, get_value", trees, kGetNamedItem, 1.8},
+            {"get_text", large, kGetText, 1.8},
+            {"setAttribute", trees, kSetAttribute, 1.8},
+            {"appendChild, moving a node", large, kAppendChild},
+            {"building from nothing", large, buildFromNothing, 1.8}};
+}
+
+} // namespace bench
