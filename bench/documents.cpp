@@ -4,6 +4,7 @@
 #include "rows.h"
 
 #include "KelXmlLib/filer.h"
+#include "KelXmlLib/files.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -52,25 +53,23 @@ std::uint64_t sizeOf(const QString& path)
 
 Pair save(const Size& size)
 {
-    const auto ours = loadedDocument(inputFile(size.value));
+    const auto ours = kel::load(inputFile(size.value).toStdString());
     const QDomDocument qts = loadedByQt(inputFile(size.value));
     const auto path = std::make_shared<Text>(outputFile(QStringLiteral("saved.xml")));
     return {{[=] {
-                 ours->save(variantOf(path->bstr));
-                 return sizeOf(path->ready);
-             },
-             [=] { QFile::remove(path->ready); }},
+                ours->save(variantOf(path->bstr));
+                return sizeOf(path->ready);
+            }},
             {[=] {
-                 QFile file(path->ready);
-                 if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
-                     QTextStream stream(&file);
-                     stream.setCodec("UTF-8");
-                     qts.save(stream, kIndent, QDomNode::EncodingFromDocument);
-                 }
-                 file.close();
-                 return sizeOf(path->ready);
-             },
-             [=] { QFile::remove(path->ready); }},
+                QFile file(path->ready);
+                if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
+                    QTextStream stream(&file);
+                    stream.setCodec("UTF-8");
+                    qts.save(stream, kIndent, QDomNode::EncodingFromDocument);
+                }
+                file.close();
+                return sizeOf(path->ready);
+            }},
             1};
 }
 
@@ -111,25 +110,22 @@ Pair file(const Size& size)
 {
     const auto path = std::make_shared<Text>(outputFile(QStringLiteral("filed.xml")));
     const auto count = static_cast<std::size_t>(size.value / kElementsPerRecord);
-    const auto remove = [=] { QFile::remove(path->ready); };
     return {{[=] {
-                 const std::unique_ptr<IKelXmlFiler> filer(morvCreateXmlFiler(
-                     path->wide.c_str(), KelXmlLib::eEncodingUtf8, 0, true, false, nullptr, nullptr));
-                 writeRecords(*filer, count);
-                 filer->close();
-                 return sizeOf(path->ready);
-             },
-             remove},
+                const std::unique_ptr<IKelXmlFiler> filer(morvCreateXmlFiler(
+                    path->wide.c_str(), KelXmlLib::eEncodingUtf8, 0, true, false, nullptr, nullptr));
+                writeRecords(*filer, count);
+                filer->close();
+                return sizeOf(path->ready);
+            }},
             {[=] {
-                 QFile file(path->ready);
-                 file.open(QIODevice::WriteOnly | QIODevice::Text);
-                 QXmlStreamWriter writer(&file);
-                 writer.setAutoFormatting(true);
-                 writeRecords(writer, count);
-                 file.close();
-                 return sizeOf(path->ready);
-             },
-             remove},
+                QFile file(path->ready);
+                file.open(QIODevice::WriteOnly | QIODevice::Text);
+                QXmlStreamWriter writer(&file);
+                writer.setAutoFormatting(true);
+                writeRecords(writer, count);
+                file.close();
+                return sizeOf(path->ready);
+            }},
             size.value};
 }
 

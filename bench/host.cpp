@@ -50,13 +50,6 @@ void require(bool works, const char* what)
         throw std::runtime_error(what);
 }
 
-ComPtr<IXMLDOMDocument> loadedDocument(const QString& path)
-{
-    auto document = kel::newDocument();
-    require(document->load(variantOf(bstrOf(path)), nullptr) == S_OK, "loading through the library");
-    return document;
-}
-
 ComPtr<IXMLDOMDocument> documentOf(const QString& xml)
 {
     auto document = kel::newDocument();

@@ -8,8 +8,6 @@
 
 #include <QtXml/QDomDocument>
 #include <memory>
-#include <string>
-#include <vector>
 
 namespace bench
 {
@@ -23,7 +21,6 @@ void registerTypeLibrary();
 /// A benchmark of what did not work would measure nothing. \throw std::runtime_error
 void require(bool works, const char* what);
 
-ComPtr<IXMLDOMDocument> loadedDocument(const QString& path);
 ComPtr<IXMLDOMDocument> documentOf(const QString& xml);
 ComPtr<IXMLDOMElement> rootOf(IXMLDOMDocument& document);
 ComPtr<IXMLDOMElement> newElement(IXMLDOMDocument& document, const Bstr& name);

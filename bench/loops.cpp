@@ -143,7 +143,6 @@ Pair twoThreads(const Size& size)
 /// Read by `nextNode`, beside Qt, and by index.
 void addRows(std::vector<Row>& rows, const std::string& name, Found found, Change kind)
 {
-    constexpr double kTenth = 0.1;
     const Size large = {"40000", 40'000, 5, true};
     const auto work = [=](auto& tree) { return loop(tree, found, kind); };
     const auto byIndex = [=](LibraryTree& tree) { return loopByIndex(tree, found, kind); };
@@ -152,7 +151,7 @@ void addRows(std::vector<Row>& rows, const std::string& name, Found found, Chang
             return onFresh<LibraryTree, QtTree>(size.value, ours, work, size.value);
         };
     };
-    rows.push_back({"loop; " + name + "; nextNode", {{"4000", 4'000, 2}, large}, make(work), kTenth});
+    rows.push_back({"loop; " + name + "; nextNode", {{"4000", 4'000, 2}, large}, make(work), 0.1});
     rows.push_back({"loop; " + name + "; index", {{"4000", 4'000, 20, true}, large}, make(byIndex)});
 }
 
@@ -172,8 +171,7 @@ std::vector<Row> loopRows()
         addRows(rows, std::string(name) + "; children", Found::AsChildren, kind);
     }
     addRows(rows, "append a new child; both", Found::AsBoth, Change::AppendNew);
-    constexpr double kUndisturbed = 1.2;
-    rows.push_back({"two threads", {{"10000", 10'000, 20}}, twoThreads, kUndisturbed});
+    rows.push_back({"two threads", {{"10000", 10'000, 20}}, twoThreads, 1.2});
     return rows;
 }
 

@@ -32,8 +32,8 @@ double peakOf(const Side& side)
 {
     side.prepare();
     malloc_trim(0); // else the work would begin with what was freed before it
-    const char resetPeak[] = "5";
-    require(static_cast<bool>(std::ofstream("/proc/self/clear_refs") << resetPeak << std::flush), "a reset");
+    require(static_cast<bool>(std::ofstream("/proc/self/clear_refs") << "5" << std::flush),
+            "resetting a peak");
     const double before = kilobytes("VmRSS");
     side.work();
     return (kilobytes("VmHWM") - before) / 1024;
@@ -87,12 +87,7 @@ void printObjects()
 {
     const LibraryTree tree(1);
     const QtTree qtTree(1);
-    const auto node = [&] {
-        ComPtr<IXMLDOMNode> made;
-        tree.root->get_firstChild(made.put());
-        return made;
-    };
-    std::printf("a live node,bytes,%zu,%zu\n", bytesOf(node),
+    std::printf("a live node,bytes,%zu,%zu\n", bytesOf([&] { return *kel::childrenOf(*tree.root).begin(); }),
                 bytesOf([&] { return qtTree.root.firstChild(); }));
 }
 

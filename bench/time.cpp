@@ -28,17 +28,15 @@ double cpuSeconds()
 /// the work, and a load would take twice the time where a tree was freed before it.
 void tidyHeap()
 {
-    constexpr std::size_t kLarge = 1024 * 1024;
-    void* const volatile block = std::malloc(kLarge);
+    void* const volatile block = std::malloc(1024 * 1024);
     std::free(block);
 }
 
 /// By which one slow turn does not count.
 double median(std::vector<double> values)
 {
-    const std::size_t middle = values.size() / 2;
     std::sort(values.begin(), values.end());
-    return values.size() % 2 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+    return (values[(values.size() - 1) / 2] + values[values.size() / 2]) / 2;
 }
 
 /// \param amount what the side has answered so far, and is to answer again; 0 before its first turn
@@ -86,39 +84,27 @@ void measure(benchmark::State& state, const Row& row, const Size& size)
     state.counters["max_ns"] = row.maxNanoseconds;
 }
 
-void registerRow(const Row& row)
-{
-    for (const Size& size : row.sizes) {
-        const std::string name = row.name + "/" + size.name;
-        benchmark::RegisterBenchmark(name.c_str(),
-                                     [row, size](benchmark::State& state) { measure(state, row, size); })
-            ->Iterations(size.turns)
-            ->UseManualTime()
-            ->Unit(benchmark::kMillisecond);
-    }
-}
-
-/// Freed memory stays with the process. Else a side that gives pages back pays for getting them again, and
-/// which side that is hangs on the order.
-void keepFreedMemory()
-{
-    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
-    mallopt(M_TOP_PAD, 64 * 1024 * 1024);
-    mallopt(M_MMAP_MAX, 0);
-}
-
 } // namespace
 
 } // namespace bench
 
 int main(int argc, char** argv)
 {
-    bench::keepFreedMemory();
+    // Freed memory stays with the process. Else a side that gives pages back pays for getting them again, and
+    // which side that is hangs on the order.
+    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+    mallopt(M_TOP_PAD, 64 * 1024 * 1024);
+    mallopt(M_MMAP_MAX, 0);
     bench::registerTypeLibrary();
     for (const auto& rows :
          {bench::documentRows(), bench::treeRows(), bench::loopRows(), bench::lateBoundRows()})
         for (const bench::Row& row : rows)
-            bench::registerRow(row);
+            for (const bench::Size& size : row.sizes)
+                benchmark::RegisterBenchmark(
+                    (row.name + "/" + size.name).c_str(),
+                    [=](benchmark::State& state) { bench::measure(state, row, size); })
+                    ->Iterations(size.turns)
+                    ->UseManualTime();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -3,6 +3,8 @@
 #include "host.h"
 #include "rows.h"
 
+#include "KelXmlLib/files.h"
+
 namespace bench
 {
 
@@ -102,21 +104,12 @@ std::uint64_t walkSiblings(const QDomNode& node)
     return amount;
 }
 
-/// How many nodes a document has, attributes included.
-std::int64_t countNodes(const QDomNode& node)
-{
-    std::int64_t count = 1 + node.attributes().length();
-    for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
-        count += countNodes(child);
-    return count;
-}
-
 template <class QtWalk>
 Pair fullWalk(const Size& size, QtWalk qtWalk)
 {
-    const auto ours = loadedDocument(inputFile(size.value));
+    const auto ours = kel::load(inputFile(size.value).toStdString());
     const QDomDocument qts = loadedByQt(inputFile(size.value));
-    return {{[=] { return walkChildren(*ours); }}, {[=] { return qtWalk(qts); }}, countNodes(qts)};
+    return {{[=] { return walkChildren(*ours); }}, {[=] { return qtWalk(qts); }}, 1};
 }
 
 /// The same with each element of a tree. \param each answers an amount
@@ -152,14 +145,6 @@ constexpr auto kGetNamedItem = withEach(
             tree.maps.push_back(element.attributes());
         return readAttribute(tree.maps[index].namedItem(names().kind.ready).toAttr());
     });
-
-constexpr auto kGetText = withEach(
-    [](LibraryTree&, Wrapper& element, std::size_t) {
-        Bstr text;
-        element->get_text(text.put());
-        return text.length();
-    },
-    [](QtTree&, QDomElement& element, std::size_t) { return element.text().toStdWString().size(); });
 
 /// To the text of the element and back.
 constexpr auto kNavigate = withEach(
@@ -241,7 +226,6 @@ std::vector<Row> treeRows()
              [](const Size& size) { return fullWalk(size, walkSiblings); }},
             {"get_firstChild, get_parentNode", trees, kNavigate},
             {"getNamedItem, get_value", trees, kGetNamedItem, 1.8},
-            {"get_text", large, kGetText, 1.8},
             {"setAttribute", trees, kSetAttribute, 1.8},
             {"appendChild, moving a node", large, kAppendChild},
             {"building from nothing", large, buildFromNothing, 1.8}};
