@@ -9,12 +9,10 @@ namespace bench
 namespace
 {
 
-const GUID kNoInterface{};
-
 DISPID identifierOf(IDispatch& object, wchar_t* name)
 {
     DISPID identifier = DISPID_UNKNOWN;
-    object.GetIDsOfNames(kNoInterface, &name, 1, 0, &identifier);
+    object.GetIDsOfNames(GUID{}, &name, 1, 0, &identifier);
     return identifier;
 }
 
@@ -72,8 +70,8 @@ Pair propertyGet(const Size& size)
         [=](IDispatch& object, std::size_t) {
             VARIANT name{};
             DISPPARAMS none{};
-            kel::check(object.Invoke(nodeName, kNoInterface, 0, DISPATCH_PROPERTYGET, &none, &name, nullptr,
-                                     nullptr));
+            kel::check(
+                object.Invoke(nodeName, GUID{}, 0, DISPATCH_PROPERTYGET, &none, &name, nullptr, nullptr));
             return taken(name).length();
         },
         [](IXMLDOMNode& object, std::size_t) {
