@@ -21,11 +21,11 @@ HRESULT handOutIfAny(Handle&& node, const DocumentRef& document, IXMLDOMNode** o
     return S_OK;
 }
 
-HRESULT handOutList(const guards::ListOrigin& origin, const DocumentRef& document, IXMLDOMNodeList** list)
+HRESULT handOutList(guards::ListOrigin&& origin, const DocumentRef& document, IXMLDOMNodeList** list)
 {
     if (!list)
         return S_FALSE;
-    handOut<CMorvXMLDOMNodeList>(origin, document, list);
+    handOut<CMorvXMLDOMNodeList>(std::move(origin), document, list);
     return S_OK;
 }
 
@@ -51,7 +51,7 @@ HRESULT hasChildNodes(const NodeRef& self, VARIANT_BOOL* hasChildren)
 
 HRESULT childNodes(const NodeRef& self, IXMLDOMNodeList** children)
 {
-    return handOutList({self.node, false, QString()}, self.document, children);
+    return handOutList({QDomNode(self.node), false, QString()}, self.document, children);
 }
 
 HRESULT attributes(const NodeRef& self, IXMLDOMNamedNodeMap** attributes)
@@ -64,7 +64,7 @@ HRESULT attributes(const NodeRef& self, IXMLDOMNamedNodeMap** attributes)
 
 HRESULT elementsByTagName(const NodeRef& self, const wchar_t* name, IXMLDOMNodeList** list)
 {
-    return handOutList({self.node, true, fromWide(name)}, self.document, list);
+    return handOutList({QDomNode(self.node), true, fromWide(name)}, self.document, list);
 }
 
 HRESULT reportType(DOMNodeType type, DOMNodeType* out)

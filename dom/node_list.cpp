@@ -7,11 +7,12 @@
 #include "guards/live_list.h"
 #include "guards/tree.h"
 
-CMorvXMLDOMNodeList::CMorvXMLDOMNodeList(const kelxml::guards::ListOrigin& origin,
+CMorvXMLDOMNodeList::CMorvXMLDOMNodeList(kelxml::guards::ListOrigin&& origin,
                                          const kelxml::DocumentRef& document)
-    : m_ownerDocument(kelxml::makeOwnerDocument(document.handle)), m_document(document.handle),
+    : m_list(kelxml::guards::makeList(origin, document)),
+      m_ownerDocument(kelxml::makeOwnerDocument(document.handle)), m_document(document.handle),
       m_standIn(document.keptStandIn()), m_ownerElement(kelxml::guards::ownerElementOf(origin.node)),
-      m_live(std::make_unique<kelxml::guards::LiveList>(origin, document, m_list))
+      m_live(std::move(origin))
 {}
 
 CMorvXMLDOMNodeList::~CMorvXMLDOMNodeList()

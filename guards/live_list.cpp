@@ -7,30 +7,24 @@
 namespace kelxml::guards
 {
 
-LiveList::LiveList(ListOrigin origin, const DocumentRef& document, QDomNodeList& list)
-    : m_origin(std::move(origin))
+QDomNodeList makeList(const ListOrigin& origin, const DocumentRef& document)
 {
-    makeAnew(list, document);
+    adopt({origin.node, document});
+    if (!origin.byTagName)
+        return origin.node.childNodes();
+    if (origin.node.isDocument())
+        return origin.node.toDocument().elementsByTagName(origin.tagName);
+    return origin.node.toElement().elementsByTagName(origin.tagName);
 }
 
-void LiveList::makeAnew(QDomNodeList& list, const DocumentRef& document)
-{
-    adopt({m_origin.node, document});
-    if (!m_origin.byTagName)
-        list = m_origin.node.childNodes();
-    else if (m_origin.node.isDocument())
-        list = m_origin.node.toDocument().elementsByTagName(m_origin.tagName);
-    else
-        list = m_origin.node.toElement().elementsByTagName(m_origin.tagName);
-    m_madeAt = documentChanges();
-}
+LiveList::LiveList(ListOrigin&& origin) : m_origin(std::move(origin)), m_madeAt(documentChanges()) {}
 
 template <class Read>
 auto LiveList::read(QDomNodeList& list, const DocumentRef& document, Read read)
 {
     adopt({m_origin.node, document});
     if (m_madeAt != documentChanges())
-        makeAnew(list, document);
+        list = makeList(m_origin, document);
     m_madeAt = kNeverMade; // until it was read whole: without memory, Qt takes what it got to for the whole
     const auto answer = read(list);
     m_madeAt = documentChanges();

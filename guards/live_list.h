@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include "guards/handle.h"
 #include "guards/list_changes.h"
 #include "guards/node_ref.h"
 
@@ -19,10 +20,13 @@ namespace kelxml::guards
 /// What a list shows: the children of a node, or the elements below it that have a name.
 struct ListOrigin
 {
-    QDomNode node;
+    Handle node;
     bool byTagName = false;
     QString tagName; ///< null stands for the children again
 };
+
+/// The list as Qt makes it.
+QDomNodeList makeList(const ListOrigin& origin, const DocumentRef& document);
 
 /// Reads a list of Qt's, which is a member of the object because other binaries rely on its place there. It
 /// is made anew where Qt would be wrong about it: where its node has come into another document (see
@@ -30,7 +34,8 @@ struct ListOrigin
 class LiveList
 {
 public:
-    LiveList(ListOrigin origin, const DocumentRef& document, QDomNodeList& list);
+    /// To be made right after its list.
+    explicit LiveList(ListOrigin&& origin);
 
     int length(QDomNodeList& list, const DocumentRef& document);
     /// Null beyond the end.
@@ -46,7 +51,6 @@ private:
     };
 
     bool isByTagName() const { return m_origin.byTagName && !m_origin.tagName.isNull(); }
-    void makeAnew(QDomNodeList& list, const DocumentRef& document);
     template <class Read>
     auto read(QDomNodeList& list, const DocumentRef& document, Read read);
     std::uint64_t changesNow() const;
@@ -58,7 +62,7 @@ private:
     static constexpr std::uint64_t kNeverMade = std::numeric_limits<std::uint64_t>::max();
 
     ListOrigin m_origin;
-    std::uint64_t m_madeAt = kNeverMade;
+    std::uint64_t m_madeAt;
     int m_askFrom = 2;                  ///< the index from which on it is asked whether the list is long
     std::unique_ptr<const Kept> m_kept; ///< null, or of a long list
 };

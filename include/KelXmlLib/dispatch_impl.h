@@ -26,8 +26,7 @@ public:
     /// Lets go of the type information, then of the names, the last one first.
     ~CComTypeInfoHolder()
     {
-        m_pInfo.reset();
-        m_pMap.reset(); // an array's elements are destroyed from the last to the first
+        m_pInfo.reset(); // the array's elements follow by themselves, the last one first
     }
     CComTypeInfoHolder(const CComTypeInfoHolder&) = delete;
     CComTypeInfoHolder& operator=(const CComTypeInfoHolder&) = delete;

@@ -7,6 +7,7 @@
 #include "KelComWrapper/export.h"
 #include "KelXmlLib/dispatch_impl.h"
 #include "KelXmlLib/guids.h"
+#include "KelXmlLib/in_place.h"
 #include "KelXmlLib/xmldom.h"
 
 #include <QtXml/QDomDocument>
@@ -43,7 +44,7 @@ public:
     virtual ~CMorvXMLDOMNodeList();
 
     /// For the library itself: the list that `origin` describes.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMNodeList(const kelxml::guards::ListOrigin& origin,
+    [[gnu::visibility("hidden")]] CMorvXMLDOMNodeList(kelxml::guards::ListOrigin&& origin,
                                                       const kelxml::DocumentRef& document);
 
 private:
@@ -59,5 +60,6 @@ private:
     std::unique_ptr<const QDomDocument>
         m_standIn;           ///< where `m_document` is null, keeps the document alive that the node came from
     QDomNode m_ownerElement; ///< the element of an attribute whose children are listed; let go of last
-    std::unique_ptr<kelxml::guards::LiveList> m_live; ///< reads `m_list`; let go of before the owner element
+    kelxml::InPlace<kelxml::guards::LiveList, 56>
+        m_live; ///< reads `m_list`; let go of before the owner element
 };
