@@ -4,35 +4,28 @@
 
 #include "support/call_machine_objects.h"
 
-using kel::Bstr;
-using kel::ComPtr;
-using kel::Variant;
-using model::Handle;
-using model::Held;
-using model::HeldList;
-using model::HeldMap;
-using model::NodePtr;
-using model::Object;
-using model::ObjectPtr;
-using model::Text;
+using namespace model;
 
 namespace
 {
 
-struct Difference
-{
-    const char* what;
-};
+using M = class CallMachine;
 
-NodePtr at(const model::Nodes& nodes, std::size_t index)
+IXMLDOMDocument& asDocument(const Held& held)
 {
-    return index < nodes.size() ? nodes[index] : nullptr;
+    return static_cast<IXMLDOMDocument&>(*held.object);
 }
 
 class CallMachine
 {
+    template <class Things>
+    auto& oneOf(Things& things)
+    {
+        return things[m_choose(std::size(things))];
+    }
+
 public:
-    CallMachine(std::function<unsigned(unsigned)> choose, std::size_t documents)
+    CallMachine(Choose choose, std::size_t documents)
         : m_choose(std::move(choose)), m_isOneDocument(documents == 1)
     {
         while (m_documents.size() < documents)
@@ -48,17 +41,13 @@ public:
     void step()
     {
         // What is to happen more often stands there more often.
-        static constexpr void (CallMachine::*kSteps[])() = {
-            &CallMachine::load,        &CallMachine::create,        &CallMachine::create,
-            &CallMachine::append,      &CallMachine::append,        &CallMachine::append,
-            &CallMachine::append,      &CallMachine::moveChildren,  &CallMachine::remove,
-            &CallMachine::remove,      &CallMachine::walkUpOrDown,  &CallMachine::walkUpOrDown,
-            &CallMachine::askForOwner, &CallMachine::askForRoot,    &CallMachine::makeList,
-            &CallMachine::makeList,    &CallMachine::useList,       &CallMachine::makeMap,
-            &CallMachine::useMap,      &CallMachine::changeContent, &CallMachine::changeContent,
-            &CallMachine::clone,       &CallMachine::save,          &CallMachine::close,
-            &CallMachine::release};
-        (this->*kSteps[m_choose(std::size(kSteps))])();
+        static constexpr void (M::*kSteps[])() = {
+            &M::load,          &M::create,       &M::create,       &M::append,     &M::append,
+            &M::append,        &M::append,       &M::moveChildren, &M::remove,     &M::remove,
+            &M::walkUpOrDown,  &M::walkUpOrDown, &M::askForOwner,  &M::askForRoot, &M::makeList,
+            &M::makeList,      &M::useList,      &M::makeMap,      &M::useMap,     &M::changeContent,
+            &M::changeContent, &M::clone,        &M::save,         &M::close,      &M::release};
+        (this->*oneOf(kSteps))();
         if (!m_nodes.empty())
             compare(oneOf(m_nodes));
         if (!m_lists.empty())
@@ -69,17 +58,11 @@ private:
     Held newDocument()
     {
         const auto document = kel::newDocument();
-        const Held held{ComPtr<IXMLDOMNode>(document.get()),
-                        std::make_shared<Object>(Object{NODE_DOCUMENT, nullptr, {}})};
+        const Held held{ComPtr<IXMLDOMNode>(document.get()), makeObject(NODE_DOCUMENT, nullptr, {})};
         held.model->address = document.get();
         if (m_isOneDocument || m_choose(2))
-            loadInto(held, model::texts()[m_choose(static_cast<unsigned>(model::texts().size()))]);
+            loadInto(held, oneOf(texts()));
         return held;
-    }
-    template <class Thing>
-    Thing& oneOf(std::vector<Thing>& things)
-    {
-        return things[m_choose(static_cast<unsigned>(things.size()))];
     }
     Held pick() { return m_nodes.empty() || m_choose(8) == 0 ? oneOf(m_documents) : oneOf(m_nodes); }
     Held pickDocument()
@@ -98,136 +81,78 @@ private:
         return m_choose(3) && walk(document, false) ? m_nodes.back() : document;
     }
 
-    void keep(ComPtr<IXMLDOMNode> object, const NodePtr& node, const Handle& handle, DOMNodeType kind)
-    {
-        keepSame(std::move(object),
-                 std::make_shared<Object>(Object{kind, node, handle, ownerElementOf(node)}));
-    }
     /// Expects the object of earlier when there is one.
-    void keepSame(ComPtr<IXMLDOMNode> object, const ObjectPtr& model)
+    void keep(const ComPtr<IXMLDOMNode>& object, const ObjectPtr& model)
     {
-        expect(object && (!model->address || model->address == object.get()), "which object there is");
+        expect(object && (!model->address || model->address == object.get()));
         model->address = object.get();
-        m_nodes.push_back({std::move(object), model});
+        m_nodes.push_back({object, model});
         compare(m_nodes.back());
     }
     /// Expects both or neither of object and node. \return whether there are
-    bool keepAsIs(ComPtr<IXMLDOMNode> object, const NodePtr& node, const Handle& handle)
+    bool keepAsIs(const ComPtr<IXMLDOMNode>& object, const NodePtr& node, const Handle& handle)
     {
-        expect(!object == !node, "whether there is a node");
+        expect(!object == !node);
         if (!node)
             return false;
         const bool hasClass = node->type == NODE_ELEMENT || node->type == NODE_ATTRIBUTE;
-        keep(std::move(object), node, handle, hasClass ? static_cast<DOMNodeType>(node->type) : NODE_INVALID);
+        const auto kind = hasClass ? static_cast<DOMNodeType>(node->type) : NODE_INVALID;
+        keep(object, makeObject(kind, node, handle));
         return true;
-    }
-    static void expect(bool holds, const char* what)
-    {
-        if (!holds)
-            throw Difference{what};
-    }
-
-    /// What every node answers for itself.
-    void compare(IXMLDOMNode& object, const model::Node& node, int type)
-    {
-        DOMNodeType given = NODE_INVALID;
-        object.get_nodeType(&given);
-        expect(static_cast<int>(given) == type, "type");
-        Bstr name, text;
-        expect(object.get_nodeName(name.put()) == S_OK && name.c_str() == node.name, "name");
-        const bool hasText = type == NODE_ELEMENT || type == NODE_TEXT || type == NODE_CDATA_SECTION;
-        const HRESULT answer = object.get_text(text.put());
-        expect(type == NODE_DOCUMENT || answer == (hasText ? S_OK : S_FALSE), "get_text's answer");
-        expect(text.c_str() == node.text(), "text");
-    }
-    void compare(const Held& held)
-    {
-        const model::Node& node = held.orNone();
-        compare(*held.object, node, held->kind != NODE_INVALID ? held->kind : held->node ? node.type : 21);
-        VARIANT_BOOL has = 7;
-        held.object->hasChildNodes(&has);
-        expect(has == !node.children.empty(), "children");
-        ComPtr<IXMLDOMNode> parent;
-        const HRESULT answer = held.object->get_parentNode(parent.put());
-        const NodePtr above = node.parent.lock();
-        expect(!parent == !above && answer == (above ? S_OK : S_FALSE), "parent");
-        if (above)
-            expect(kel::textOf(*parent, &IXMLDOMNode::get_nodeName) == above->name, "parent's name");
-        Variant value;
-        if (held->kind == NODE_ATTRIBUTE)
-            static_cast<IXMLDOMAttribute&>(*held.object).get_value(value.put());
-        else
-            held.object->get_nodeValue(value.put());
-        const auto given = value.type() == VT_BSTR ? value.text() : std::wstring_view();
-        expect(held->kind == NODE_ELEMENT || (value.type() == VT_BSTR && given == node.value), "value");
-    }
-    void compare(HeldList& list)
-    {
-        const model::Nodes expected = list.read();
-        LONG length = -1;
-        list.object->get_length(&length);
-        expect(static_cast<std::size_t>(length) == expected.size(), "length of a list");
-        ComPtr<IXMLDOMNode> item;
-        for (LONG index = 0; index < length; ++index) {
-            expect(list.object->get_item(index, item.put()) == S_OK, "item of a list");
-            const model::Node& node = *expected[static_cast<std::size_t>(index)];
-            compare(*item, node, node.type);
-        }
-        expect(list.object->get_item(length, item.put()) == S_FALSE, "end of a list");
     }
 
     /// Gives a document a tree, as the first thing that is made in it does.
     static void begin(Object& document)
     {
         if (!document.node)
-            document.node = document.handle.document = model::make(NODE_DOCUMENT, L"#document");
+            document.node = document.handle.document = make(NODE_DOCUMENT, L"#document");
     }
     void loadInto(const Held& held, const Text& text)
     {
-        const HRESULT answer = held.asDocument().loadXML(Bstr(text.xml.c_str()).get(), nullptr);
-        expect(answer == (text.isLoaded ? S_OK : S_FALSE), "verdict");
+        const HRESULT answer = asDocument(held).loadXML(Bstr(text.xml.c_str()).get(), nullptr);
+        expect(answer == (text.isLoaded ? S_OK : S_FALSE));
         begin(*held.model);
-        for (const NodePtr& child : held->node->children)
-            child->parent.reset();
-        held->node->children = model::copyOf(*text.tree, true)->children;
-        for (const NodePtr& child : held->node->children)
-            child->parent = held->node;
+        while (!held->node->children.empty())
+            model::remove(held->node, held->node->children.back());
+        const NodePtr content = copyOf(*text.tree, true);
+        for (const NodePtr& child : content->children)
+            adopt(held->node, child, held->node->children);
     }
     void load()
     {
         const Held held = pickDocument();
         if (m_choose(8) == 0)
-            expect(held.asDocument().loadXML(Bstr(L"").get(), nullptr) == S_FALSE, "verdict on nothing");
+            expect(asDocument(held).loadXML(Bstr(L"").get(), nullptr) == S_FALSE);
         else
-            loadInto(held, model::texts()[m_choose(static_cast<unsigned>(model::texts().size()))]);
+            loadInto(held, oneOf(texts()));
     }
 
     void create()
     {
         const Held held = pickDocument();
         const int type = m_choose(3) != 0 ? NODE_ELEMENT : NODE_ATTRIBUTE;
-        const wchar_t* const name =
-            type == NODE_ELEMENT ? (m_choose(2) ? L"e" : L"c") : kAttributes[m_choose(3)];
+        const wchar_t* const name = type == NODE_ATTRIBUTE ? oneOf(kAttributes) : m_choose(2) ? L"e" : L"c";
         ComPtr<IXMLDOMNode> made;
-        held.asDocument().createNode(Variant(type).get(), Bstr(name).get(), nullptr, made.put());
+        asDocument(held).createNode(Variant(type).get(), Bstr(name).get(), nullptr, made.put());
         begin(*held.model);
-        keepAsIs(made, model::make(type, name), held.handle());
+        keepAsIs(made, make(type, name), held->handle);
     }
 
     /// The result of a change wraps the child, whatever became of it.
-    void keepResult(ComPtr<IXMLDOMNode> result, const Held& parent, const Held& child, const NodePtr& node)
+    void keepResult(const ComPtr<IXMLDOMNode>& result, const Held& parent, const Held& child,
+                    const NodePtr& node)
     {
-        Handle handle = parent.handle();
-        if (!handle.document && !handle.standIn)
-            handle.standIn = child.handle().document ? child.handle().document : child.handle().standIn;
-        keep(std::move(result), node, handle, child->kind == NODE_DOCUMENT ? NODE_INVALID : child->kind);
+        Handle handle = parent->handle;
+        if (!handle.living())
+            handle.standIn = child->handle.living();
+        keep(result, makeObject(child->kind == NODE_DOCUMENT ? NODE_INVALID : child->kind, node, handle));
     }
     void append()
     {
         const Held parent = pick();
         const Held child = pick();
         ComPtr<IXMLDOMNode> result;
-        expect(parent.object->appendChild(child.object.get(), result.put()) == S_OK, "appendChild's answer");
+        expect(parent.object->appendChild(child.object.get(), result.put()) == S_OK);
         model::append(parent->node, child->node);
         keepResult(result, parent, child, child->node);
     }
@@ -235,11 +160,10 @@ private:
     {
         const Held from = pickParent();
         const Held to = pick();
-        std::vector<ComPtr<IXMLDOMNode>> objects;
-        for (const auto& object : kel::childrenOf(*from.object))
-            objects.push_back(object);
-        const model::Nodes children = from.orNone().children;
-        expect(objects.size() == children.size(), "number of children");
+        const auto range = kel::childrenOf(*from.object);
+        const std::vector<ComPtr<IXMLDOMNode>> objects(range.begin(), range.end());
+        const Nodes children = from->orNone().children;
+        expect(objects.size() == children.size());
         for (std::size_t index = 0; index < children.size(); ++index) {
             to.object->appendChild(objects[index].get(), nullptr);
             model::append(to->node, children[index]);
@@ -250,17 +174,14 @@ private:
     {
         const Held parent = pick();
         Held child = pick();
-        if (m_choose(2) && !parent.orNone().children.empty()) {
-            const auto index = m_choose(static_cast<unsigned>(parent->node->children.size()));
-            ComPtr<IXMLDOMNodeList> list;
-            parent.object->get_childNodes(list.put());
-            ComPtr<IXMLDOMNode> item;
-            list->get_item(static_cast<LONG>(index), item.put());
-            keepAsIs(item, parent->node->children[index], parent.handle());
+        if (m_choose(2) && !parent->orNone().children.empty()) {
+            const auto index = m_choose(parent->node->children.size());
+            keepAsIs(*std::next(kel::childrenOf(*parent.object).begin(), index),
+                     parent->node->children[index], parent->handle);
             child = m_nodes.back();
         }
         ComPtr<IXMLDOMNode> result;
-        expect(parent.object->removeChild(child.object.get(), result.put()) == S_OK, "removeChild's answer");
+        expect(parent.object->removeChild(child.object.get(), result.put()) == S_OK);
         const bool holdsNone = !model::remove(parent->node, child->node) && parent->kind == NODE_ELEMENT &&
                                child->kind == NODE_ELEMENT;
         keepResult(result, parent, child, holdsNone ? nullptr : child->node);
@@ -276,32 +197,30 @@ private:
     {
         ComPtr<IXMLDOMNode> found;
         isUp ? from.object->get_parentNode(found.put()) : from.object->get_firstChild(found.put());
-        const model::Node& node = from.orNone();
-        return keepAsIs(found, isUp ? node.parent.lock() : at(node.children, 0), from.handle());
+        const Nodes& children = from->orNone().children;
+        const NodePtr below = children.empty() ? nullptr : children.front();
+        return keepAsIs(found, isUp ? from->orNone().parent.lock() : below, from->handle);
     }
     void askForOwner()
     {
-        const Held from = pick();
+        Held from = pick();
         ComPtr<IXMLDOMDocument> owner;
-        expect(from.object->get_ownerDocument(owner.put()) == S_OK, "get_ownerDocument's answer");
-        if (from->kind != NODE_DOCUMENT && !from->ownerDocument)
-            from.model->ownerDocument = std::make_shared<Object>(
-                Object{NODE_DOCUMENT, from.handle().document, {from.handle().document, nullptr}});
-        keepSame(ComPtr<IXMLDOMNode>(owner.get()),
-                 from->kind == NODE_DOCUMENT ? from.model : from->ownerDocument);
+        expect(from.object->get_ownerDocument(owner.put()) == S_OK);
+        ObjectPtr& known = from->kind == NODE_DOCUMENT ? from.model : from.model->ownerDocument;
+        if (!known)
+            known = makeObject(NODE_DOCUMENT, from->handle.document, {from->handle.document, nullptr});
+        keep(ComPtr<IXMLDOMNode>(owner.get()), known);
     }
     void askForRoot()
     {
         const Held from = pickDocument();
         ComPtr<IXMLDOMElement> root;
-        expect(from.asDocument().get_documentElement(root.put()) == S_OK, "get_documentElement's answer");
-        const model::Nodes& children = from.orNone().children;
-        const auto found = std::find_if(children.begin(), children.end(),
-                                        [](const NodePtr& child) { return child->type == NODE_ELEMENT; });
+        expect(asDocument(from).get_documentElement(root.put()) == S_OK);
+        const auto isElement = [](const NodePtr& child) { return child->type == NODE_ELEMENT; };
+        const NodePtr node = first(from->orNone().children, isElement);
         if (!from->root)
-            from.model->root = std::make_shared<Object>(
-                Object{NODE_ELEMENT, found == children.end() ? nullptr : *found, from.handle()});
-        keepSame(ComPtr<IXMLDOMNode>(root.get()), from->root);
+            from.model->root = makeObject(NODE_ELEMENT, node, from->handle);
+        keep(ComPtr<IXMLDOMNode>(root.get()), from->root);
     }
 
     void makeList()
@@ -311,11 +230,10 @@ private:
         // Qt takes a null name for all children.
         static constexpr const wchar_t* kTags[] = {L"e", L"c", nullptr};
         const bool isSearch = isAble && m_choose(3);
-        HeldList list{nullptr, source->node, source.handle(), ownerElementOf(source->node),
-                      isSearch ? kTags[m_choose(3)] : nullptr};
+        HeldList list{{nullptr, makeObject(source->kind, source->node, source->handle)},
+                      isSearch ? oneOf(kTags) : nullptr};
         expect((isSearch ? source.object->selectNodes(Bstr(list.tag).get(), list.object.put())
-                         : source.object->get_childNodes(list.object.put())) == S_OK,
-               "a list's making");
+                         : source.object->get_childNodes(list.object.put())) == S_OK);
         m_lists.push_back(std::move(list));
     }
     void useList()
@@ -323,23 +241,24 @@ private:
         if (m_lists.empty())
             return;
         HeldList& list = oneOf(m_lists);
-        const model::Nodes expected = list.read();
+        const Nodes expected = list.read();
         const bool isNext = m_choose(2);
-        const unsigned index = isNext ? list.cursor : m_choose(static_cast<unsigned>(expected.size()) + 1);
-        const NodePtr node = at(expected, index);
+        const unsigned index = isNext ? list.cursor : m_choose(expected.size() + 1);
+        const NodePtr node = index < expected.size() ? expected[index] : nullptr;
         ComPtr<IXMLDOMNode> item;
         const HRESULT answer = isNext ? list.object->nextNode(item.put())
                                       : list.object->get_item(static_cast<LONG>(index), item.put());
-        expect(answer == (node ? S_OK : S_FALSE), "a list's answer");
+        expect(answer == (node ? S_OK : S_FALSE));
         list.cursor += isNext && node ? 1 : 0;
-        keepAsIs(item, node, list.handle());
+        keepAsIs(item, node, list->handle);
     }
 
     void makeMap()
     {
         const Held source = pick();
-        HeldMap map{nullptr, source.orNone().type == NODE_ELEMENT ? source->node : nullptr, source.handle()};
-        expect(source.object->get_attributes(map.object.put()) == S_OK, "a map's making");
+        const NodePtr element = source->orNone().type == NODE_ELEMENT ? source->node : nullptr;
+        HeldMap map{nullptr, makeObject(NODE_INVALID, element, source->handle)};
+        expect(source.object->get_attributes(map.object.put()) == S_OK);
         m_maps.push_back(std::move(map));
     }
     void useMap()
@@ -347,36 +266,38 @@ private:
         if (m_maps.empty())
             return;
         const HeldMap& map = oneOf(m_maps);
-        const model::Nodes expected = map.element ? map.element->attributes : model::Nodes();
+        const Node& element = map->orNone();
         std::size_t length = 0;
         for (const auto& item : kel::each(map.object)) { // in an order that is Qt's
-            const std::wstring name = kel::textOf(*item, &IXMLDOMNode::get_nodeName);
-            const NodePtr node = map.element ? map.element->attribute(name) : nullptr;
-            expect(node && ++length <= expected.size(), "item of a map");
+            const NodePtr node = element.attribute(kel::textOf(*item, &IXMLDOMNode::get_nodeName));
+            expect(node && ++length <= element.attributes.size());
             compare(*item, *node, NODE_ATTRIBUTE);
         }
-        expect(length == expected.size(), "length of a map");
-        const wchar_t* const name = kAttributes[m_choose(3)];
+        expect(length == element.attributes.size());
+        const wchar_t* const name = oneOf(kAttributes);
         ComPtr<IXMLDOMNode> item;
         map.object->getNamedItem(Bstr(name).get(), item.put());
-        keepAsIs(item, map.element ? map.element->attribute(name) : nullptr, map.handle());
+        keepAsIs(item, element.attribute(name), map->handle);
     }
 
     void changeContent()
     {
         const Held held = pick();
+        const NodePtr& node = held->node;
         // Each its own, to tell apart what has the same name; now and then none.
         const std::wstring text = m_choose(8) ? std::to_wstring(++m_texts) : std::wstring();
-        if (held->kind == NODE_ELEMENT && m_choose(2)) {
-            const wchar_t* const name = kAttributes[m_choose(3)];
+        const bool isElement = held->kind == NODE_ELEMENT;
+        if (isElement && m_choose(2)) {
+            const wchar_t* const name = oneOf(kAttributes);
             auto& element = static_cast<IXMLDOMElement&>(*held.object);
-            expect(element.setAttribute(Bstr(name).get(), Variant(text.c_str()).get()) == S_OK,
-                   "setAttribute's answer");
-            return model::setAttribute(held->node, name, text);
+            expect(element.setAttribute(Bstr(name).get(), Variant(text.c_str()).get()) == S_OK);
+            if (node)
+                setAttribute(node, name, text);
+            return;
         }
-        const Bstr given(text.empty() ? nullptr : text.c_str());
-        expect(held.object->put_text(given.get()) == S_OK, "put_text's answer");
-        held->kind == NODE_ELEMENT ? model::setText(held->node, text) : model::setValue(held->node, text);
+        expect(held.object->put_text(Bstr(text.empty() ? nullptr : text.c_str()).get()) == S_OK);
+        if (node)
+            isElement ? setText(node, text) : setValue(node, text);
     }
 
     void clone()
@@ -386,25 +307,20 @@ private:
             return;
         const bool deep = m_choose(2);
         ComPtr<IXMLDOMNode> copy;
-        const HRESULT answer = held.object->cloneNode(deep ? VARIANT_TRUE : VARIANT_FALSE, copy.put());
-        expect(answer == S_OK, "cloneNode's answer");
-        keepAsIs(copy, held->node ? model::copyOf(*held->node, deep) : nullptr, held.handle());
+        expect(held.object->cloneNode(deep ? VARIANT_TRUE : VARIANT_FALSE, copy.put()) == S_OK);
+        keepAsIs(copy, held->node ? copyOf(*held->node, deep) : nullptr, held->handle);
     }
 
-    void save()
-    {
-        const HRESULT answer = pickDocument().asDocument().save(Variant(L"/dev/null").get());
-        expect(answer == S_OK, "save's answer");
-    }
+    void save() { expect(asDocument(pickDocument()).save(Variant(L"/dev/null").get()) == S_OK); }
 
     void release()
     {
         const auto drop = [this](auto& held) {
             if (!held.empty())
-                held.erase(held.begin() + m_choose(static_cast<unsigned>(held.size())));
+                held.erase(held.begin() + m_choose(held.size()));
         };
         // Often most of the nodes: what is left has to keep alive what it needs.
-        for (unsigned count = m_choose(static_cast<unsigned>(m_nodes.size()) + 1); count > 0; --count)
+        for (unsigned count = m_choose(m_nodes.size() + 1); count > 0; --count)
             drop(m_nodes);
         drop(m_lists);
         drop(m_maps);
@@ -416,7 +332,7 @@ private:
             return;
         Held& document = oneOf(m_documents);
         const auto drop = [gone = document->node](auto& held) {
-            const auto isReached = [&gone](const auto& one) { return one.handle().document == gone; };
+            const auto isReached = [&gone](const auto& one) { return one->handle.document == gone; };
             held.erase(std::remove_if(held.begin(), held.end(), isReached), held.end());
         };
         drop(m_nodes);
@@ -427,7 +343,7 @@ private:
 
     static constexpr const wchar_t* kAttributes[] = {L"x", L"w", L"z"};
 
-    std::function<unsigned(unsigned)> m_choose;
+    Choose m_choose;
     bool m_isOneDocument;
     unsigned m_texts = 1000;
     std::vector<Held> m_documents;
@@ -438,13 +354,12 @@ private:
 
 } // namespace
 
-std::string makeCalls(std::function<unsigned(unsigned)> choose, const std::function<bool()>& goesOn,
-                      std::size_t documents)
+int makeCalls(Choose choose, const std::function<bool()>& goesOn, std::size_t documents)
 try {
     CallMachine machine(std::move(choose), documents);
     while (goesOn())
         machine.step();
-    return {};
+    return 0;
 } catch (const Difference& difference) {
-    return difference.what;
+    return difference.line;
 }

@@ -3,14 +3,14 @@
 
 #pragma once
 
+#include <cstddef>
 #include <functional>
-#include <string>
+
+/// Answers a number below its argument.
+using Choose = std::function<unsigned(std::size_t)>;
 
 /// Makes calls until it finds a difference or is told to stop, and releases everything.
-/// \param choose answers a number below its argument
 /// \param documents how many there are, in every state. One alone is loaded at once, and no node of another
-/// ever
-///        comes into it
-/// \return an empty string, or what differs from the promise
-std::string makeCalls(std::function<unsigned(unsigned)> choose, const std::function<bool()>& goesOn,
-                      std::size_t documents = 3);
+///        ever comes into it
+/// \return 0, or the line of the machine's source that found a difference from the promise
+int makeCalls(Choose choose, const std::function<bool()>& goesOn, std::size_t documents = 3);

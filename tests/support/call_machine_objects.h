@@ -1,5 +1,5 @@
-// What the call machine loads and holds. Each object has a model beside it, which keeps alive what the real
-// one is to keep alive.
+// What the call machine loads, holds and compares. Each object has a model beside it, which keeps alive what
+// the real one is to keep alive.
 
 #pragma once
 
@@ -9,7 +9,9 @@
 namespace model
 {
 
+using kel::Bstr;
 using kel::ComPtr;
+using kel::Variant;
 
 /// A text, and what Qt makes of it when it stands alone.
 struct Text
@@ -51,76 +53,128 @@ struct Handle
 {
     NodePtr document; ///< null when it comes from a document that held no tree then
     NodePtr standIn;  ///< kept alive in the place of none
-};
 
-/// What an object over an attribute keeps alive.
-inline NodePtr ownerElementOf(const NodePtr& node)
-{
-    const NodePtr parent = node && node->type == NODE_ATTRIBUTE ? node->parent.lock() : nullptr;
-    return parent && parent->type == NODE_ELEMENT ? parent : nullptr;
-}
+    const NodePtr& living() const { return document ? document : standIn; }
+};
 
 struct Object;
 using ObjectPtr = std::shared_ptr<Object>;
 
-/// A node object, and what it keeps alive.
+/// A node object, a list or a map, and what it keeps alive.
 struct Object
 {
-    DOMNodeType kind; ///< the class: element, attribute, document, or 0 for the generic node
+    DOMNodeType kind; ///< the class: element, attribute, document, or 0 for any other
     NodePtr node;     ///< null when the object holds none
     Handle handle;
-    NodePtr ownerElement{};        ///< an attribute's element
+    NodePtr ownerElement;          ///< an attribute's element
     ObjectPtr ownerDocument{};     ///< once it was asked for
     ObjectPtr root{};              ///< a document's element, once it was asked for
     const void* address = nullptr; ///< of the real one, where the same is handed out again
-};
 
-struct Held
-{
-    ComPtr<IXMLDOMNode> object;
-    ObjectPtr model;
-
-    const Object* operator->() const { return model.get(); }
-    const Handle& handle() const { return model->handle; }
     /// The node, or one without anything.
-    const Node& orNone() const { return model->node ? *model->node : kNone; }
-    IXMLDOMDocument& asDocument() const { return static_cast<IXMLDOMDocument&>(*object); }
+    const Node& orNone() const { return node ? *node : kNone; }
     inline static const Node kNone;
 };
 
-struct HeldList
+inline ObjectPtr makeObject(DOMNodeType kind, const NodePtr& node, const Handle& handle)
 {
-    ComPtr<IXMLDOMNodeList> object;
-    NodePtr top;
-    Handle from;
-    NodePtr ownerElement;
+    const NodePtr parent = node && node->type == NODE_ATTRIBUTE ? node->parent.lock() : nullptr;
+    const bool isOwned = parent && parent->type == NODE_ELEMENT;
+    return std::make_shared<Object>(Object{kind, node, handle, isOwned ? parent : nullptr});
+}
+
+template <class Interface>
+struct HeldAs
+{
+    ComPtr<Interface> object;
+    ObjectPtr model;
+
+    const Object* operator->() const { return model.get(); }
+};
+using Held = HeldAs<IXMLDOMNode>;
+using HeldMap = HeldAs<IXMLDOMNamedNodeMap>;
+
+struct HeldList : HeldAs<IXMLDOMNodeList>
+{
     const wchar_t* tag; ///< null for the children
     unsigned cursor = 0;
-
     Nodes kept{}; ///< by a long list, until it is read again
 
-    const Handle& handle() const { return from; }
     /// What a reading finds.
     Nodes read()
     {
         Nodes found;
-        if (top && tag)
-            collect(top, tag, found);
-        else if (top)
-            found = top->children;
+        if (model->node && tag)
+            collect(model->node, tag, found);
+        else
+            found = model->orNone().children;
         kept = found.size() >= kLong ? found : Nodes();
         return found;
     }
     static constexpr std::size_t kLong = 32;
 };
 
-struct HeldMap
+/// The line that found it.
+struct Difference
 {
-    ComPtr<IXMLDOMNamedNodeMap> object;
-    NodePtr element; ///< null for anything else, which is not kept
-    Handle from;
-
-    const Handle& handle() const { return from; }
+    int line;
 };
+
+inline void expect(bool holds, int line = __builtin_LINE())
+{
+    if (!holds)
+        throw Difference{line};
+}
+
+/// What every node answers for itself.
+inline void compare(IXMLDOMNode& object, const Node& node, int type)
+{
+    DOMNodeType given = NODE_INVALID;
+    object.get_nodeType(&given);
+    expect(static_cast<int>(given) == type);
+    expect(kel::textOf(object, &IXMLDOMNode::get_nodeName) == node.name);
+    Bstr text;
+    const bool hasText = type == NODE_ELEMENT || type == NODE_TEXT || type == NODE_CDATA_SECTION;
+    const HRESULT answer = object.get_text(text.put());
+    expect(type == NODE_DOCUMENT || answer == (hasText ? S_OK : S_FALSE));
+    expect(text.c_str() == node.text());
+}
+
+inline void compare(const Held& held)
+{
+    const Node& node = held->orNone();
+    compare(*held.object, node, held->kind != NODE_INVALID ? held->kind : held->node ? node.type : 21);
+    VARIANT_BOOL has = 7;
+    held.object->hasChildNodes(&has);
+    expect(has == !node.children.empty());
+    ComPtr<IXMLDOMNode> parent;
+    const HRESULT answer = held.object->get_parentNode(parent.put());
+    const NodePtr above = node.parent.lock();
+    expect(!parent == !above && answer == (above ? S_OK : S_FALSE));
+    expect(!above || kel::textOf(*parent, &IXMLDOMNode::get_nodeName) == above->name);
+    if (held->kind == NODE_ELEMENT)
+        return;
+    Variant value;
+    if (held->kind == NODE_ATTRIBUTE)
+        static_cast<IXMLDOMAttribute&>(*held.object).get_value(value.put());
+    else
+        held.object->get_nodeValue(value.put());
+    expect(value.type() == VT_BSTR && value.text() == node.value);
+}
+
+inline void compare(HeldList& list)
+{
+    LONG index = 0;
+    ComPtr<IXMLDOMNode> item;
+    const Nodes expected = list.read();
+    LONG length = -1;
+    list.object->get_length(&length);
+    expect(static_cast<std::size_t>(length) == expected.size());
+    for (const NodePtr& node : expected) {
+        expect(list.object->get_item(index++, item.put()) == S_OK);
+        compare(*item, *node, node->type);
+    }
+    expect(list.object->get_item(index, item.put()) == S_FALSE);
+}
 
 } // namespace model

@@ -18,6 +18,14 @@ struct Node;
 using NodePtr = std::shared_ptr<Node>;
 using Nodes = std::vector<NodePtr>;
 
+/// The first that `isWanted`, or null.
+template <class Predicate>
+NodePtr first(const Nodes& nodes, Predicate isWanted)
+{
+    const auto found = std::find_if(nodes.begin(), nodes.end(), isWanted);
+    return found == nodes.end() ? nullptr : *found;
+}
+
 struct Node
 {
     int type = 0;
@@ -27,16 +35,12 @@ struct Node
 
     NodePtr attribute(const std::wstring& wanted) const
     {
-        const auto has = [&wanted](const NodePtr& item) { return item->name == wanted; };
-        const auto found = std::find_if(attributes.begin(), attributes.end(), has);
-        return found == attributes.end() ? nullptr : *found;
+        return first(attributes, [&wanted](const NodePtr& item) { return item->name == wanted; });
     }
     /// The node's own text, or that of an element's descendants.
     std::wstring text() const
     {
-        if (type == NODE_TEXT || type == NODE_CDATA_SECTION)
-            return value;
-        std::wstring all;
+        std::wstring all = type == NODE_TEXT || type == NODE_CDATA_SECTION ? value : L"";
         if (type == NODE_ELEMENT)
             for (const NodePtr& child : children)
                 all += child->text();
@@ -109,8 +113,6 @@ inline void append(const NodePtr& parent, const NodePtr& child)
 /// Puts a text in the place of the first child.
 inline void setText(const NodePtr& parent, const std::wstring& text)
 {
-    if (!parent)
-        return;
     if (!parent->children.empty())
         remove(parent, parent->children.front());
     adopt(parent, make(NODE_TEXT, L"#text", text), parent->children);
@@ -118,8 +120,6 @@ inline void setText(const NodePtr& parent, const std::wstring& text)
 
 inline void setValue(const NodePtr& node, const std::wstring& value)
 {
-    if (!node)
-        return;
     node->value = value;
     if (node->type == NODE_ATTRIBUTE)
         setText(node, value);
@@ -127,8 +127,6 @@ inline void setValue(const NodePtr& node, const std::wstring& value)
 
 inline void setAttribute(const NodePtr& element, const std::wstring& name, const std::wstring& value)
 {
-    if (!element)
-        return;
     if (!element->attribute(name))
         adopt(element, make(NODE_ATTRIBUTE, name), element->attributes);
     setValue(element->attribute(name), value);
