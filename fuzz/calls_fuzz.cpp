@@ -4,15 +4,11 @@
 #include "support.h"
 #include "support/call_machine.h"
 
-#include <cstdio>
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     kelfuzz::Choices choices(data, size);
     // The rest of the bytes is for the machine's end, when it releases what it holds.
-    const int difference = makeCalls([&choices](std::size_t limit) { return choices.below(limit); },
-                                     [&choices, size] { return choices.left() > size / 8; });
-    std::fprintf(stderr, difference ? "A difference in line %d of the call machine\n" : "", difference);
-    kelfuzz::require(difference == 0);
+    makeCalls([&choices](std::size_t limit) { return choices.below(limit); },
+              [&choices, size] { return choices.left() > size / 8; });
     return 0;
 }

@@ -10,17 +10,16 @@
 namespace
 {
 
-struct Convenience : DomTest
+using Convenience = DomTest;
+
+template <class Range>
+std::wstring namesIn(const Range& range)
 {
-    template <class Range>
-    static std::wstring namesIn(const Range& range)
-    {
-        std::wstring names;
-        for (const auto& node : range)
-            names += nameOf(*node) + L' ';
-        return names;
-    }
-};
+    std::wstring names;
+    for (const auto& node : range)
+        names += kel::textOf(*node, &IXMLDOMNode::get_nodeName) + L' ';
+    return names;
+}
 
 /// The error that `action` throws; one of `S_OK` when it throws none.
 template <class Action>

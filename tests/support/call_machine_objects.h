@@ -6,6 +6,8 @@
 #include "KelXmlLib/convenience.h"
 #include "support/model_tree.h"
 
+#include <stdexcept>
+
 namespace model
 {
 
@@ -114,16 +116,10 @@ struct HeldList : HeldAs<IXMLDOMNodeList>
     static constexpr std::size_t kLong = 32;
 };
 
-/// The line that found it.
-struct Difference
-{
-    int line;
-};
-
 inline void expect(bool holds, int line = __builtin_LINE())
 {
     if (!holds)
-        throw Difference{line};
+        throw std::logic_error("line " + std::to_string(line) + " of the call machine finds a difference");
 }
 
 /// What every node answers for itself.

@@ -1,6 +1,6 @@
 // The filer's calls, made of Qt's writer as well: the status is the one that the texts call for, and the
-// bytes are Qt's. What is called, with what, is chosen by a seeded generator or by a fuzzer's bytes. Where
-// the calls made a well-formed document, another parser is to find in it what was written.
+// bytes are Qt's. What is called, with what, is chosen by a seeded generator or by a fuzzer's bytes. What
+// makes an element, another parser is to read back.
 
 #pragma once
 
@@ -8,12 +8,13 @@
 #include "support/own_host.h"
 
 #include <QtCore/QByteArray>
+#include <QtCore/QFile>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QString>
 #include <expat.h>
 #include <functional>
+#include <list>
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace filer_calls
@@ -69,16 +70,7 @@ inline const Call kCalls[] = {
     {23, First}};
 constexpr std::size_t kContent = 6; ///< the first ones make an element's content
 inline const Call &kStartElement = kCalls[0], &kCData = kCalls[4], &kComment = kCalls[5],
-                  &kAttribute = kCalls[6], &kEndElement = kCalls[7], &kEndDocument = kCalls[8];
-
-/// Answers a number below its argument.
-using Choose = std::function<unsigned(std::size_t)>;
-
-/// A text, which may be missing.
-struct Chosen : std::optional<std::wstring>
-{
-    operator Text() const { return has_value() ? (*this)->c_str() : nullptr; }
-};
+                  &kAttribute = kCalls[6], &kEndElement = kCalls[7];
 
 /// Most of them a writer of XML must look at twice. The first `kReadable` can be read back from everywhere.
 constexpr wchar_t kUnits[] =
@@ -87,16 +79,11 @@ constexpr wchar_t kUnits[] =
     L"-\x01\x0b\x1f\ufffe\uffff"; // and the ending zero
 constexpr std::size_t kReadable = std::size(kUnits) - 7;
 
-/// Null, empty, or some of the first `kinds` units; some texts are longer than a file's buffer.
-inline Chosen chooseText(const Choose& choose, std::size_t kinds = std::size(kUnits))
+inline QByteArray contentOf(const std::wstring& path)
 {
-    const unsigned length = choose(10);
-    if (length == 9)
-        return {};
-    Chosen text{std::wstring()};
-    for (unsigned index = 0; index < length; ++index)
-        text->append(length == 8 ? 1000 : 1, kUnits[choose(kinds)]);
-    return text;
+    QFile file(QString::fromStdWString(path));
+    file.open(QIODevice::ReadOnly);
+    return file.readAll();
 }
 
 /// What the filer is to write of a text: U+FFFD for what is no character.
@@ -114,23 +101,22 @@ inline QString writtenOf(Text given)
 }
 
 /// \return what expat finds in a document: `<` and a name, `@` and an attribute, characters, CDATA in
-/// brackets,
-///         `!` and a comment, `>` for an end; nothing if the document is not well-formed
+///         brackets, `!` and a comment, `>` for an end; nothing if the document is not well-formed
 inline QByteArray readBack(const QByteArray& document)
 {
     QByteArray found;
-    const std::unique_ptr<XML_ParserStruct, void (*)(XML_Parser)> owner(XML_ParserCreate(nullptr),
-                                                                        XML_ParserFree);
-    static const auto escaped = [](QByteArray value) { return value.replace('\r', "&13;"); };
-    static const auto add = [](void* to, const QByteArray& what) { *static_cast<QByteArray*>(to) += what; };
+    using Owner = std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)>;
+    const Owner owner(XML_ParserCreate(nullptr), XML_ParserFree);
     const XML_Parser parser = owner.get();
+    static const auto add = [](void* to, const QByteArray& what) { *static_cast<QByteArray*>(to) += what; };
     XML_SetUserData(parser, &found);
     XML_SetElementHandler(
         parser,
         [](void* to, const char* name, const char** attributes) {
             add(to, QByteArray("<") + name);
             for (; *attributes; attributes += 2)
-                add(to, QByteArray("@") + attributes[0] + '=' + escaped(attributes[1]));
+                add(to,
+                    QByteArray("@") + attributes[0] + '=' + QByteArray(attributes[1]).replace('\r', "&13;"));
         },
         [](void* to, auto) { add(to, ">"); });
     XML_SetCharacterDataHandler(
@@ -146,17 +132,47 @@ inline QByteArray readBack(const QByteArray& document)
 class Writers
 {
 public:
-    Writers(Text path, bool autoFormat)
-        : m_autoFormat(autoFormat), m_qt(&m_expected),
-          m_filer(morvCreateXmlFiler(path, KelXmlLib::eEncodingUtf16, 7, autoFormat, true, L"", nullptr))
+    /// Answers a number below its argument.
+    using Choose = std::function<unsigned(std::size_t)>;
+
+    Writers(const std::wstring& path, Choose choose)
+        : m_choose(std::move(choose)), m_path(path), m_autoFormat(m_choose(2)), m_qt(&m_expected),
+          m_filer(morvCreateXmlFiler(path.c_str(), KelXmlLib::eEncodingUtf16, 7, m_autoFormat, true, L"",
+                                     nullptr))
     {
-        m_qt.setAutoFormatting(autoFormat);
+        m_qt.setAutoFormatting(m_autoFormat);
     }
 
+    /// Makes an element, or any calls while it `goesOn`, flushing now and then.
+    /// \return whether every status and what came into the file was as expected
+    bool areAlike(const std::function<bool()>& goesOn)
+    {
+        const bool isElement = m_choose(2);
+        if (isElement)
+            makeElement();
+        while (!isElement && goesOn()) {
+            if (m_choose(20) == 0)
+                finish(28);
+            make(kCalls[m_choose(std::size(kCalls))], chooseText(), chooseText());
+        }
+        finish(27);
+        return m_isRight && (!isElement || isReadBack());
+    }
+
+private:
+    /// Null, empty, or some of the first `kinds` units; some texts are longer than a file's buffer.
+    Text chooseText(std::size_t kinds = std::size(kUnits))
+    {
+        const unsigned length = m_choose(10);
+        std::wstring& text = m_texts.emplace_back();
+        for (unsigned index = 0; index < length; ++index)
+            text.append(length == 8 ? 1000 : 1, kUnits[m_choose(kinds)]);
+        return length == 9 ? nullptr : text.c_str();
+    }
     void make(const Call& call, Text one = nullptr, Text two = nullptr)
     {
         const KelXmlLib::eStatus expected = call.expected(one, two);
-        check(call.answer(*m_filer, one, two), expected);
+        m_isRight = call.answer(*m_filer, one, two) == expected && m_isRight;
         if (expected != KelXmlLib::eStatusAccepted)
             return;
         call.qts(m_qt, writtenOf(one), writtenOf(two));
@@ -165,35 +181,31 @@ public:
                        : *sign == '2' ? foundOf(sign[-1], writtenOf(two))
                                       : QString(QLatin1Char(*sign));
     }
-    void makeAny(const Choose& choose)
-    {
-        const Call& call = kCalls[choose(std::size(kCalls))];
-        make(call, chooseText(choose), chooseText(choose));
-    }
     /// Makes an element that a parser can read.
-    void makeElement(const Choose& choose)
+    void makeElement()
     {
         static constexpr Text kNames[] = {L"a", L"b:c", L"\u00e4\u65e51-", L"\ufeffz"};
-        make(kStartElement, kNames[choose(4)]);
-        for (unsigned name = choose(5); name-- > 0;)
-            make(kAttribute, kNames[name], chooseText(choose));
-        for (unsigned left = choose(8); left > 0; --left) {
-            const Call& call = kCalls[choose(kContent)];
+        make(kStartElement, kNames[m_choose(4)]);
+        for (unsigned name = m_choose(5); name-- > 0;)
+            make(kAttribute, kNames[name], chooseText());
+        for (unsigned left = m_choose(8); left > 0; --left) {
+            const Call& call = kCalls[m_choose(kContent)];
+            const bool isAsItIs = &call == &kCData || &call == &kComment;
             if (&call == &kStartElement)
-                makeElement(choose);
+                makeElement();
             else if (*call.found == '<')
-                make(call, kNames[choose(4)], chooseText(choose));
+                make(call, kNames[m_choose(4)], chooseText());
             else
-                make(call, chooseText(choose, &call == &kCData || &call == &kComment ? kReadable
-                                                                                     : std::size(kUnits)));
+                make(call, chooseText(isAsItIs ? kReadable : std::size(kUnits)));
         }
         make(kEndElement);
     }
-    void flush() { check(own_host::call(m_filer.get(), 28), KelXmlLib::eStatusAccepted); }
-    void close() { check(own_host::call(m_filer.get(), 27), KelXmlLib::eStatusAccepted); }
-    /// Whether every status was the one that the texts called for.
-    bool isRight() const { return m_isRight; }
-    const QByteArray& expected() const { return m_expected; }
+    /// Flushes or closes.
+    void finish(int slot)
+    {
+        const bool isAccepted = own_host::call(m_filer.get(), slot) == KelXmlLib::eStatusAccepted;
+        m_isRight = m_isRight && isAccepted && contentOf(m_path) == m_expected;
+    }
     /// \return whether a parser finds in the document what was written, line breaks being all alike. Where it
     ///         is formatted, white space does not count
     bool isReadBack() const
@@ -203,12 +215,6 @@ public:
             return m_autoFormat ? found.simplified().replace(' ', "") : found;
         };
         return comparable(readBack(m_expected)) == comparable(m_found.toUtf8());
-    }
-
-private:
-    void check(std::int32_t status, KelXmlLib::eStatus expected)
-    {
-        m_isRight = m_isRight && status == expected;
     }
     /// What a parser finds of a text behind a sign.
     static QString foundOf(char sign, QString text)
@@ -222,6 +228,9 @@ private:
         return text.remove(kNotAllowed);
     }
 
+    Choose m_choose;
+    std::list<std::wstring> m_texts;
+    std::wstring m_path;
     bool m_autoFormat;
     bool m_isRight = true;
     QByteArray m_expected;
