@@ -173,6 +173,8 @@ TEST_F(Convenience, WhatIsSetIsReadAndARefusalIsAnError)
         const auto document = newDocument();
         auto element = kel::appendElement(*document, L"r");
         kel::appendElement(*element, L"x", L"one");
+        kel::appendElement(*element, L"y", L"two");
+        EXPECT_EQ(L"onetwo", kel::textOf(*element));
         kel::setAttribute(*element, L"a", L"");
         EXPECT_EQ(L"", kel::attributeOf(*element, L"a", L"none"));
         const auto attribute = attributeOf(*element, L"a");
