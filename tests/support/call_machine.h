@@ -12,5 +12,5 @@ using Choose = std::function<unsigned(std::size_t)>;
 /// Makes calls until it finds a difference or is told to stop, and releases everything.
 /// \param documents how many there are, in every state. One alone is loaded at once, and no node of another
 ///        ever comes into it
-/// \throw std::logic_error that names the line which found a difference from the promise
+/// \throw std::logic_error that says where in the source a difference from the promise was found
 void makeCalls(Choose choose, const std::function<bool()>& goesOn, std::size_t documents = 3);

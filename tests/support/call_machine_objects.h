@@ -116,10 +116,10 @@ struct HeldList : HeldAs<IXMLDOMNodeList>
     static constexpr std::size_t kLong = 32;
 };
 
-inline void expect(bool holds, int line = __builtin_LINE())
+inline void expect(bool holds, const char* file = __builtin_FILE(), int line = __builtin_LINE())
 {
     if (!holds)
-        throw std::logic_error("line " + std::to_string(line) + " of the call machine finds a difference");
+        throw std::logic_error("a difference at " + std::string(file) + ':' + std::to_string(line));
 }
 
 /// What every node answers for itself.
