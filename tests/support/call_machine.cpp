@@ -58,7 +58,7 @@ private:
     Held newDocument()
     {
         const auto document = kel::newDocument();
-        const Held held{ComPtr<IXMLDOMNode>(document.get()), makeObject(NODE_DOCUMENT, nullptr, {})};
+        Held held{ComPtr<IXMLDOMNode>(document.get()), makeObject(NODE_DOCUMENT, nullptr, {})};
         held.model->address = document.get();
         if (m_isOneDocument || m_choose(2))
             loadInto(held, oneOf(texts()));
