@@ -21,12 +21,12 @@ set(CPACK_COMPONENTS_ALL runtime development tool)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
 "XML document object model behind COM interfaces - libraries
-The objects are reached through their dispatch tables or by name. Beside them
+The objects are reached through their vtables or by name. Beside them
 stands a forward-only writer. Both are thin over Qt 5.
 This package holds the shared libraries and the type library.")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
 "XML document object model behind COM interfaces - development files
-The objects are reached through their dispatch tables or by name. Beside them
+The objects are reached through their vtables or by name. Beside them
 stands a forward-only writer. Both are thin over Qt 5.
 This package holds headers, CMake and pkg-config files, the pages of the
 manual, and a host in C++ and one in Python as examples.")

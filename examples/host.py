@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Reaches a document by name alone: host.py [DIRECTORY], where DIRECTORY holds the libraries.
 
-Nothing but ctypes stands between this script and the objects: IDispatch is called through the object's dispatch table,
+Nothing but ctypes stands between this script and the objects: IDispatch is called through the object's vtable,
 as every host in a language without C++ headers would. It does what the example of the README does, sets a text, and
 prints what it finds then.
 """
@@ -37,7 +37,7 @@ def slot(number, *types):
     return number, ctypes.CFUNCTYPE(ctypes.c_int32, ctypes.c_void_p, *types)
 
 
-# The slots of the dispatch table, with what they take behind the object.
+# The slots of the vtable, with what they take behind the object.
 RELEASE = slot(2)
 GET_IDS_OF_NAMES = slot(5, ctypes.POINTER(Guid), ctypes.POINTER(ctypes.c_wchar_p), ctypes.c_uint32, ctypes.c_uint32,
                         ctypes.POINTER(ctypes.c_int32))

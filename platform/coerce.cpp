@@ -1,9 +1,9 @@
 // Numbers, booleans and texts to and fro, and objects to their interfaces.
 
-#include "coerce.h"
+#include "platform/coerce.h"
 
-#include <QLocale>
-#include <QString>
+#include <QtCore/QLocale>
+#include <QtCore/QString>
 #include <cmath>
 #include <limits>
 
@@ -190,9 +190,9 @@ HRESULT numberText(const VARIANT& plain, QString& text)
         text = currencyText(plain.cyVal.int64);
     else {
         double number = 0;
-        const HRESULT isRead = readNumber(plain, number);
-        if (FAILED(isRead))
-            return isRead;
+        const HRESULT hr = readNumber(plain, number);
+        if (FAILED(hr))
+            return hr;
         if (!std::isfinite(number))
             return DISP_E_OVERFLOW;
         text = QLocale::c().toString(number, 'G', plain.vt == VT_R4 ? kFloatDigits : kDoubleDigits);
@@ -222,9 +222,9 @@ HRESULT dereference(const VARIANT& argument, VARIANT& plain)
 HRESULT toInteger(const VARIANT& plain, std::int32_t& integer)
 {
     double number = 0;
-    const HRESULT isRead = readNumber(plain, number);
-    if (FAILED(isRead))
-        return isRead;
+    const HRESULT hr = readNumber(plain, number);
+    if (FAILED(hr))
+        return hr;
     if (!std::isfinite(number))
         return DISP_E_OVERFLOW; // before arithmetic, which a host may have made to trap
     // Unlike the rounding functions, this depends on no rounding mode that a host may have set.
@@ -251,10 +251,10 @@ HRESULT toBoolean(const VARIANT& plain, VARIANT_BOOL& boolean)
             }
         }
     double number = 0;
-    const HRESULT isRead = readNumber(plain, number);
-    if (SUCCEEDED(isRead))
+    const HRESULT hr = readNumber(plain, number);
+    if (SUCCEEDED(hr))
         boolean = number == 0 ? VARIANT_FALSE : VARIANT_TRUE;
-    return isRead;
+    return hr;
 }
 
 HRESULT toText(const VARIANT& plain, BSTR& text, kel::Bstr& made)
@@ -264,9 +264,9 @@ HRESULT toText(const VARIANT& plain, BSTR& text, kel::Bstr& made)
         return S_OK;
     }
     QString number;
-    const HRESULT isMade = numberText(plain, number);
-    if (FAILED(isMade))
-        return isMade;
+    const HRESULT hr = numberText(plain, number);
+    if (FAILED(hr))
+        return hr;
     made = kel::Bstr(number.toStdWString().c_str());
     text = made.get();
     return made ? S_OK : E_OUTOFMEMORY;

@@ -1,6 +1,6 @@
 // Works the published descriptions, the look-up tables and the call descriptions out of what was read.
 
-#include "description.h"
+#include "platform/description.h"
 
 #include <algorithm>
 

@@ -1,11 +1,11 @@
 // Calls by identifier: find the function, bring the arguments into its types, call its slot, deliver its
 // result.
 
-#include "invoke.h"
+#include "platform/invoke.h"
 
 #include "KelComWrapper/bstr.h"
 #include "KelComWrapper/com_ptr.h"
-#include "coerce.h"
+#include "platform/coerce.h"
 
 #include <algorithm>
 #include <climits>
@@ -129,9 +129,9 @@ public:
         plain.vt = VT_ERROR;
         plain.scode = DISP_E_PARAMNOTFOUND;
         if (given) {
-            const HRESULT isPlain = dereference(*given, plain);
-            if (FAILED(isPlain))
-                return isPlain;
+            const HRESULT hr = dereference(*given, plain);
+            if (FAILED(hr))
+                return hr;
         }
         if (!isOmitted(plain))
             return convert(*parameter.type, plain);
@@ -156,9 +156,9 @@ private:
         case VT_I4:
             return toInteger(plain, m_storage.integer);
         default: {
-            const HRESULT isConverted = toObject(plain, type.iid, m_object);
+            const HRESULT hr = toObject(plain, type.iid, m_object);
             m_storage.object = m_object.get();
-            return isConverted;
+            return hr;
         }
         }
     }
@@ -174,15 +174,15 @@ HRESULT setArguments(const Function& function, const DISPPARAMS& parameters, Arg
                      UINT* badArgument)
 {
     Sources sources;
-    const HRESULT isAssigned = assignSources(function, parameters, sources, badArgument);
-    if (FAILED(isAssigned))
-        return isAssigned;
+    HRESULT hr = assignSources(function, parameters, sources, badArgument);
+    if (FAILED(hr))
+        return hr;
     for (std::size_t place = 0; place < function.arguments.size(); ++place) {
         const UINT source = sources[place];
-        const HRESULT isSet = arguments[place].set(function.arguments[place],
-                                                   source == kNone ? nullptr : &parameters.rgvarg[source]);
-        if (FAILED(isSet))
-            return source == kNone ? isSet : failAt(source, isSet, badArgument);
+        hr = arguments[place].set(function.arguments[place],
+                                  source == kNone ? nullptr : &parameters.rgvarg[source]);
+        if (FAILED(hr))
+            return source == kNone ? hr : failAt(source, hr, badArgument);
     }
     return S_OK;
 }
@@ -280,27 +280,27 @@ HRESULT invoke(const InterfaceDescription& interface, void* instance, MEMBERID m
     const Function* const function = functionFor(interface, member, flags);
     if (!function)
         return DISP_E_MEMBERNOTFOUND;
-    const HRESULT areCountsRight = checkCounts(*function, *parameters);
-    if (FAILED(areCountsRight))
-        return areCountsRight;
+    HRESULT hr = checkCounts(*function, *parameters);
+    if (FAILED(hr))
+        return hr;
     Arguments arguments;
-    const HRESULT areSet = setArguments(*function, *parameters, arguments, outputs.badArgument);
-    if (FAILED(areSet))
-        return areSet;
+    hr = setArguments(*function, *parameters, arguments, outputs.badArgument);
+    if (FAILED(hr))
+        return hr;
 
     if (outputs.result)
         *outputs.result = VARIANT{};
     Result result(function->result ? function->result->type->tag : VARTYPE{VT_EMPTY});
-    const HRESULT answer = callSlot(*function, instance, arguments, result.place());
-    if (FAILED(answer))
-        return reportFailure(answer, outputs.exception);
+    hr = callSlot(*function, instance, arguments, result.place());
+    if (FAILED(hr))
+        return reportFailure(hr, outputs.exception);
     if (!function->result)
-        return answer;
+        return hr;
     if (outputs.result)
         *outputs.result = result.value();
     else
         discard(result.value());
-    return answer;
+    return hr;
 }
 
 } // namespace kelcom

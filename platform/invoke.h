@@ -1,8 +1,8 @@
-// Calls a member of an object by its identifier, through the object's own dispatch table.
+// Calls a member of an object by its identifier, through the object's own vtable.
 
 #pragma once
 
-#include "description.h"
+#include "platform/description.h"
 
 namespace kelcom
 {

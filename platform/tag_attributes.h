@@ -2,10 +2,10 @@
 
 #pragma once
 
-#include "description.h"
+#include "platform/description.h"
 
-#include <QUuid>
-#include <QXmlStreamReader>
+#include <QtCore/QUuid>
+#include <QtCore/QXmlStreamReader>
 #include <algorithm>
 #include <initializer_list>
 #include <utility>

@@ -1,9 +1,9 @@
 // ITypeInfo over the description of an interface.
 
-#include "type_info.h"
+#include "platform/type_info.h"
 
 #include "KelComWrapper/bstr.h"
-#include "invoke.h"
+#include "platform/invoke.h"
 
 #include <algorithm>
 #include <cwchar>

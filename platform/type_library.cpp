@@ -1,10 +1,10 @@
 // ITypeLib over a description.
 
-#include "type_library.h"
+#include "platform/type_library.h"
 
 #include "KelComWrapper/bstr.h"
 #include "KelComWrapper/com_ptr.h"
-#include "type_info.h"
+#include "platform/type_info.h"
 
 namespace kelcom
 {

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "description.h"
+#include "platform/description.h"
 
 #include <atomic>
 #include <memory>

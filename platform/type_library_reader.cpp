@@ -1,12 +1,12 @@
 // Reads a type library. Whatever is not understood makes the whole file invalid: a library that is described
 // wrongly would have calls made with wrong arguments.
 
-#include "type_library_reader.h"
+#include "platform/type_library_reader.h"
 
-#include "tag_attributes.h"
+#include "platform/tag_attributes.h"
 
-#include <QCryptographicHash>
-#include <QXmlStreamReader>
+#include <QtCore/QCryptographicHash>
+#include <QtCore/QXmlStreamReader>
 #include <algorithm>
 
 namespace kelcom

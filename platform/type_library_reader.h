@@ -2,9 +2,9 @@
 
 #pragma once
 
-#include "description.h"
+#include "platform/description.h"
 
-#include <QByteArray>
+#include <QtCore/QByteArray>
 #include <memory>
 
 namespace kelcom

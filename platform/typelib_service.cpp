@@ -2,11 +2,11 @@
 
 #include "KelComWrapper/com_ptr.h"
 #include "KelComWrapper/typelib.h"
-#include "type_library.h"
-#include "type_library_reader.h"
+#include "platform/type_library.h"
+#include "platform/type_library_reader.h"
 
-#include <QFile>
-#include <QTextCodec>
+#include <QtCore/QFile>
+#include <QtCore/QTextCodec>
 #include <cwchar>
 #include <fcntl.h>
 #include <map>

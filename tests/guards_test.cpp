@@ -237,7 +237,7 @@ TEST_F(Guards, NullPointersAndForeignChildrenGetTheirAnswerAndChangeNothing)
 {
     const auto made = oneOfEach(L"<a x='1'>t<b/></a>");
     const auto& [document, root, text, attribute, list, map] = made;
-    // A foreign child: a dispatch table that must not be called, and not a byte behind it.
+    // A foreign child: a vtable that must not be called, and not a byte behind it.
     const void* const noTable[120] = {};
     const void* const* foreignObject[1] = {noTable};
     auto* const foreign = reinterpret_cast<IXMLDOMNode*>(foreignObject);

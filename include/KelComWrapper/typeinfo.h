@@ -85,7 +85,7 @@ struct FUNCDESC
     CALLCONV callconv;           ///< `CC_CDECL`
     SHORT cParams;               ///< how many parameters the slot has, the result's place included
     SHORT cParamsOpt;            ///< how many of them may be left out
-    SHORT oVft;                  ///< offset of the slot in the dispatch table, in bytes
+    SHORT oVft;                  ///< offset of the slot in the vtable, in bytes
     SHORT cScodes;               ///< 0
     ELEMDESC elemdescFunc;       ///< what the slot answers: `VT_HRESULT`
     WORD wFuncFlags;             ///< 0
@@ -105,7 +105,7 @@ struct TYPEATTR
     WORD cFuncs;               ///< how many functions it has, inherited ones included, without `IDispatch`'s
     WORD cVars;                ///< 0
     WORD cImplTypes;           ///< 0
-    WORD cbSizeVft;            ///< bytes of the dispatch table, the slots of `IDispatch` included
+    WORD cbSizeVft;            ///< bytes of the vtable, the slots of `IDispatch` included
     WORD cbAlignment;          ///< alignment of a pointer to the interface, in bytes
     WORD wTypeFlags;           ///< `TYPEFLAG_FDUAL` and `TYPEFLAG_FDISPATCHABLE`
     WORD wMajorVerNum;         ///< of the library's version
@@ -161,9 +161,8 @@ public:
     virtual HRESULT GetImplTypeFlags(UINT index, INT* flags) = 0;
     /// See `IDispatch::GetIDsOfNames`.
     virtual HRESULT GetIDsOfNames(wchar_t** names, UINT count, MEMBERID* identifiers) = 0;
-    /// Calls a member of `instance`, an object by this very interface, through the object's own dispatch
-    /// table. See `IDispatch::Invoke` for the other arguments and the answers; `E_INVALIDARG` for a null
-    /// `instance`.
+    /// Calls a member of `instance`, an object by this very interface, through the object's own vtable.
+    /// See `IDispatch::Invoke` for the other arguments and the answers; `E_INVALIDARG` for a null `instance`.
     virtual HRESULT Invoke(void* instance, MEMBERID member, WORD flags, DISPPARAMS* parameters,
                            VARIANT* result, EXCEPINFO* exception, UINT* badArgument) = 0;
     /// The name of a member, or of the interface. Nothing else is told; any output may be null.

@@ -29,7 +29,7 @@ using Q = const QString&;
 
 struct Call
 {
-    int slot; ///< its place in the dispatch table, through which it is called
+    int slot; ///< its place in the vtable, through which it is called
     Needs needs = Nothing;
     const char* found = ""; ///< by a parser, in the signs of `readBack`, 1 and 2 being the texts
     void (*qts)(W writer, Q one, Q two) = [](W, Q, Q) {};

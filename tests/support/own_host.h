@@ -1,4 +1,4 @@
-// A host that declares what it needs by itself: slots by number in a dispatch table, nothing from our
+// A host that declares what it needs by itself: slots by number in a vtable, nothing from our
 // headers.
 
 #pragma once
@@ -23,7 +23,7 @@ struct Variant
     void* more;
 };
 
-/// Slots of the dispatch tables, counted from 0 with QueryInterface.
+/// Slots of the vtables, counted from 0 with QueryInterface.
 constexpr int kRelease = 2, kGetIdsOfNames = 5, kNodeName = 7, kChildNodes = 12, kFirstChild = 13,
               kAttributes = 17, kAppendChild = 21, kSelectNodes = 36, kDocumentElement = 45, kCreateNode = 56,
               kLoad = 58, kLoadXml = 65, kSave = 66, kSetAttribute = 45, kAttributeValue = 44,
