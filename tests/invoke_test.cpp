@@ -1,183 +1,249 @@
-// Calls by identifier: kinds, counts, names, results and failures.
+// Calls by identifier of an object that takes and gives back one value of each kind: what arguments become,
+// kinds, counts, names, results and failures.
 
 #include "support/allocations.h"
-#include "support/probe.h"
+#include "support/type_library_file.h"
+#include "support/variant_text.h"
+
+#include <cfenv>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <stdexcept>
+#include <vector>
 
 using namespace keltest;
-using Invoke = InvokeTest;
 
-TEST_F(Invoke, ObjectsAreAskedForTheWantedInterfaceAndGivenBack)
+namespace
 {
-    const VARIANT given = object(&part);
-    for (const auto& [member, type] : {std::pair{kPartMember, VT_DISPATCH}, {kObject, VT_UNKNOWN}}) {
-        EXPECT_EQ(call(member, {given}), S_OK);
-        EXPECT_EQ(result.vt, type);
-        EXPECT_EQ(result.punkVal, &part);
-        EXPECT_EQ(part.count--, 2U) << "one for the receiver";
-        EXPECT_EQ(call(member, {integer(0, VT_UNKNOWN)}), S_OK) << "null needs no interface";
-        EXPECT_EQ(result.vt, type);
-        EXPECT_EQ(result.punkVal, nullptr);
-        for (const VARIANT& wrong : {integer(1), VARIANT{}, text(L"part"), object(&probe)})
-            EXPECT_EQ(call(member, {wrong}), DISP_E_TYPEMISMATCH);
-    }
-    VARIANT argument = given;
-    DISPPARAMS parameters{&argument, nullptr, 1, 0};
-    EXPECT_EQ(info->Invoke(&probe, kPartMember, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr),
-              S_OK);
-    EXPECT_EQ(part.count, 1U) << "nobody wanted the result";
-}
 
-TEST_F(Invoke, OutputsThatTheMemberLeavesAloneBecomeEmpty)
+constexpr GUID kProbe{1, 0, 0, {0, 0, 0, 0, 0, 0, 0, 1}};
+constexpr GUID kPart{1, 0, 0, {0, 0, 0, 0, 0, 0, 0, 2}};
+
+/// Counts what is taken of it.
+struct Part final : IUnknown
 {
-    probe.isSilent = true;
-    for (const HRESULT answer : {S_OK, S_FALSE}) {
-        probe.answer = answer;
-        for (const DISPID member : {kText, kNumber, kFlag, kKind, kAny, kPartMember, kObject}) {
-            const bool wantsObject = member == kPartMember || member == kObject;
-            EXPECT_EQ(call(member, {integer(0, wantsObject ? VT_UNKNOWN : VT_I4)}), answer);
-            EXPECT_EQ(shown(), L"empty") << member;
-        }
-        EXPECT_EQ(call(kMany, {text(L"")}), answer);
-        EXPECT_EQ(shown(), L"empty") << "no result at all";
-    }
-    probe.isSilent = false;
-    EXPECT_EQ(call(kFlag, {integer(1, VT_BOOL)}), S_FALSE);
-    EXPECT_EQ(shown(), L"11:1") << "written in spite of S_FALSE, and as it was written";
-}
-
-TEST_F(Invoke, KindOfMemberHasToBeTheOneAskedFor)
-{
-    const VARIANT name = text(L"n");
-    const VARIANT one = integer(1);
-    const WORD nonsense[] = {0, 5, 6, 7, 9, 16, 0x8001};
-    for (const WORD flags : nonsense)
-        EXPECT_EQ(call(kText, {name}, flags), DISP_E_MEMBERNOTFOUND) << flags;
-    for (const WORD flags : {DISPATCH_PROPERTYGET, DISPATCH_PROPERTYPUT, DISPATCH_PROPERTYPUTREF})
-        EXPECT_EQ(call(kText, {name}, flags, {DISPID_PROPERTYPUT}), DISP_E_MEMBERNOTFOUND) << flags;
-    EXPECT_EQ(call(kEntry, {one}, DISPATCH_METHOD), DISP_E_MEMBERNOTFOUND);
-    for (const DISPID none : {DISPID_UNKNOWN, 8, 1000, INT32_MIN})
-        EXPECT_EQ(call(none, {name}), DISP_E_MEMBERNOTFOUND);
-    EXPECT_EQ(shown(), L"3:4711") << "no member ran";
-
-    for (const WORD flags : {DISPATCH_PROPERTYGET, WORD{DISPATCH_METHOD | DISPATCH_PROPERTYGET}}) {
-        EXPECT_EQ(call(kEntry, {one}, flags), S_OK);
-        EXPECT_EQ(shown(), L"8:1");
-    }
-    EXPECT_EQ(call(kText, {name}, DISPATCH_METHOD | DISPATCH_PROPERTYGET), S_OK);
-}
-
-TEST_F(Invoke, PutsNeedTheirValueByItsName)
-{
-    const VARIANT value = text(L"v");
-    const VARIANT three = integer(3);
-    const VARIANT passed = object(&part);
-    EXPECT_EQ(call(kEntry, {value, three}, DISPATCH_PROPERTYPUT, {DISPID_PROPERTYPUT}), S_OK);
-    EXPECT_EQ(call(kEntry, {three, value}, DISPATCH_PROPERTYPUT, {0, DISPID_PROPERTYPUT}), S_OK);
-    EXPECT_EQ(
-        call(kEntry, {value, three}, DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF, {DISPID_PROPERTYPUT}),
-        S_OK);
-    EXPECT_EQ(call(kEntry, {passed, three}, DISPATCH_PROPERTYPUTREF, {DISPID_PROPERTYPUT}), S_OK);
-    EXPECT_EQ(probe.seen, L"put 3 vput 3 vput 3 vputref 3 object");
-    EXPECT_EQ(part.count, 1U);
-
-    using Names = std::vector<DISPID>;
-    for (const Names& names : {Names{}, Names{0}, Names{1}, Names{1, 0}, Names{0, 1}, Names{-3, -3},
-                               Names{-3, 1}, Names{-3, 7}, Names{INT32_MIN, -3}})
-        EXPECT_EQ(call(kEntry, {value, three}, DISPATCH_PROPERTYPUT, names), DISP_E_PARAMNOTFOUND)
-            << names.size();
-    EXPECT_EQ(call(kEntry, {value}, DISPATCH_PROPERTYPUT, {-3}), DISP_E_BADPARAMCOUNT);
-    EXPECT_EQ(call(kNumber, {three}, DISPATCH_METHOD, {-3}), DISP_E_PARAMNOTFOUND);
-}
-
-TEST_F(Invoke, ArgumentsAreCountedNamedAndLeftOutAsPublished)
-{
-    const VARIANT first = text(L"f");
-    const VARIANT number = integer(5);
-    const VARIANT passed = object(&part);
-    VARIANT hidden = omitted();
-    const struct
+    explicit Part(bool answers) : isPart(answers) {}
+    HRESULT QueryInterface(const GUID& riid, void** ppv) override
     {
-        std::vector<VARIANT> arguments; ///< last first
-        std::vector<DISPID> names;
-        const wchar_t* seen;
-        HRESULT answer = S_OK;
-        UINT badArgument = 77;
-    } rows[] = {
-        {{first}, {}, L"f,10:-2147352572,0,null"},
-        {{number, first}, {}, L"f,3:5,0,null"},
-        {{passed, number, number, first}, {}, L"f,3:5,5,part"},
-        {{omitted(), number, omitted(), first}, {}, L"f,10:-2147352572,5,null"},
-        {{number, first}, {2}, L"f,10:-2147352572,5,null"},
-        {{passed, number, first}, {3, 2}, L"f,10:-2147352572,5,part"},
-        {{number, passed, first, number}, {2, 3, 0, 1}, L"f,3:5,5,part"},
-        {{}, {}, L"", DISP_E_BADPARAMCOUNT},
-        {{number, number, number, number, first}, {}, L"", DISP_E_BADPARAMCOUNT},
-        {{first}, {0, 1}, L"", DISP_E_BADPARAMCOUNT},
-        {{number}, {2}, L"", DISP_E_PARAMNOTOPTIONAL},
-        {{number, omitted()}, {}, L"", DISP_E_PARAMNOTOPTIONAL, 1},
-        {{number, reference(VT_VARIANT, &hidden)}, {}, L"", DISP_E_PARAMNOTOPTIONAL, 1},
-        {{number, first}, {4}, L"", DISP_E_PARAMNOTFOUND, 0},
-        {{number, first}, {0}, L"", DISP_E_PARAMNOTFOUND, 0},
-        {{number, number, first}, {1, 1}, L"", DISP_E_PARAMNOTFOUND, 1},
-        {{number, number, number, first}, {}, L"", DISP_E_TYPEMISMATCH, 0},
-        {{passed, text(L"x"), number, first}, {}, L"", DISP_E_TYPEMISMATCH, 1},
-        {{real(1e10), number, first}, {}, L"", DISP_E_OVERFLOW, 0},
-        {{text(L"x"), first}, {2}, L"", DISP_E_TYPEMISMATCH, 0},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(&row - rows);
-        probe.seen.clear();
-        EXPECT_EQ(call(kMany, row.arguments, DISPATCH_METHOD, row.names), row.answer);
-        EXPECT_EQ(badArgument, row.badArgument);
-        EXPECT_EQ(probe.seen, row.seen);
-        EXPECT_EQ(shown(), row.answer == S_OK ? L"empty" : L"3:4711");
-        EXPECT_EQ(part.count, 1U);
+        *ppv = isPart && (riid == IID_IUnknown || riid == kPart) ? this : nullptr;
+        count += *ppv ? 1 : 0;
+        return *ppv ? S_OK : E_NOINTERFACE;
     }
+    ULONG AddRef() override { return ++count; }
+    ULONG Release() override { return --count; }
+    const bool isPart;
+    ULONG count = 1;
+};
+
+template <class Value>
+Value copyOf(Value value)
+{
+    return value;
+}
+BSTR copyOf(BSTR text)
+{
+    return SysAllocStringLen(text, SysStringLen(text));
+}
+IUnknown* copyOf(IUnknown* object)
+{
+    return kel::ComPtr<IUnknown>(object).detach();
+}
+
+/// An object made by hand, with the slots that `invoke_library.xml` describes.
+struct Probe
+{
+    template <class Value>
+    static HRESULT give(Probe* probe, Value value, Value* result)
+    {
+        if (!probe->isSilent)
+            *result = copyOf(value);
+        return probe->answer;
+    }
+    static HRESULT getEntry(Probe* probe, INT index, BSTR* entry)
+    {
+        return give(probe, kel::Bstr(std::to_wstring(index).c_str()).get(), entry);
+    }
+    static HRESULT putEntry(Probe* probe, INT index, BSTR entry)
+    {
+        return probe->note("put," + std::to_string(index) + ',' + static_cast<char>(*entry));
+    }
+    static HRESULT putEntryByReference(Probe* probe, INT index, IUnknown* entry)
+    {
+        return probe->note("putref," + std::to_string(index) + (entry ? ",part" : ",null"));
+    }
+    static HRESULT many(Probe* probe, BSTR first, VARIANT second, INT third, IUnknown* fourth)
+    {
+        return probe->note(static_cast<char>(*first) + (',' + wordOf(second)) + ',' + std::to_string(third) +
+                           (fourth ? ",part" : ",null"));
+    }
+    static HRESULT fail(Probe*, INT code, BSTR*) { return code; }
+    HRESULT note(const std::string& what)
+    {
+        if (isThrowing)
+            throw std::runtime_error("from a member");
+        seen = isSilent ? "" : ' ' + what;
+        return answer;
+    }
+
+    using Slot = void (*)();
+    template <class... Functions>
+    static std::array<Slot, 7 + sizeof...(Functions)> slotsOf(Functions*... functions)
+    {
+        return {{{}, {}, {}, {}, {}, {}, {}, reinterpret_cast<Slot>(functions)...}};
+    }
+    inline static const auto kSlots =
+        slotsOf(give<BSTR>, give<INT>, give<VARIANT_BOOL>, give<INT>, give<VARIANT>, give<IUnknown*>,
+                give<IUnknown*>, getEntry, putEntry, putEntryByReference, many, fail);
+    const Slot* vtable = kSlots.data();
+    HRESULT answer = S_OK;
+    bool isSilent = false, isThrowing = false;
+    std::string seen;
+};
+
+struct Invoke : testing::Test
+{
+    /// Calls with everything that the caller may want, and once more without. \return the call in words
+    std::string call(const std::string& member, WORD flags, std::vector<VARIANT> arguments,
+                     std::vector<DISPID> names = {})
+    {
+        const bool isNumber = member.find_first_not_of("-0123456789") == std::string::npos;
+        const DISPID id =
+            isNumber ? std::stoi(member) : idOf(*info, std::wstring(member.begin(), member.end()));
+        DISPPARAMS parameters{arguments.data(), names.data(), static_cast<UINT>(arguments.size()),
+                              static_cast<UINT>(names.size())};
+        const auto invoke = [&](VARIANT* result, EXCEPINFO* failure, UINT* badArgument) {
+            probe.seen.clear();
+            feenableexcept(FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW | FE_UNDERFLOW); // as a host may do
+            const HRESULT answer = info->Invoke(&probe, id, flags, &parameters, result, failure, badArgument);
+            fedisableexcept(FE_ALL_EXCEPT);
+            return answer;
+        };
+        VARIANT written = kel::Variant(4711).get();
+        UINT badArgument = 77;
+        const HRESULT answer = invoke(&written, &exception, &badArgument);
+        const auto result = kel::Variant::adopt(written);
+        const bool isObject = result.type() == VT_DISPATCH || result.type() == VT_UNKNOWN;
+        std::string words = wordOf(answer);
+        if (badArgument != 77)
+            words += " @" + std::to_string(badArgument);
+        if (isObject)
+            words += ' ' + wordOf(written, !written.punkVal           ? "null"
+                                           : written.punkVal == &part ? "part"
+                                                                      : "?");
+        else if (wordOf(written) != "i4:4711")
+            words += ' ' + wordOf(written);
+        words += probe.seen;
+        EXPECT_EQ(isObject && written.punkVal ? 2U : 1U, part.count);
+        EXPECT_EQ(answer, invoke(nullptr, nullptr, nullptr));
+        return words;
+    }
+
+    Probe probe;
+    Part part{true}, stranger{false};
+    EXCEPINFO exception{};
+    const TypeLibraryFile file{stamped(contentOf(KEL_TESTS "invoke_library.xml"))};
+    const kel::ComPtr<ITypeInfo> info = typeInfo(file.widePath(), kProbe);
+    Variants variants{{{"part", &part}, {"stranger", &stranger}}, {}, {}};
+};
+
+TEST_F(Invoke, ArgumentsAreConvertedAsListed)
+{
+    forEachLine("invoke_coercions.txt", [this](const std::string& line) {
+        SCOPED_TRACE(line);
+        std::istringstream words(line);
+        std::string given, number, flag, text;
+        words >> given >> number >> flag >> text;
+        const auto check = [&](const char* member, const std::string& expected) {
+            const bool isRefused = expected == "TYPEMISMATCH" || expected == "OVERFLOW";
+            EXPECT_EQ(isRefused ? expected + " @0" : "S_OK " + expected,
+                      call(member, DISPATCH_METHOD, {variants.of(given)}));
+        };
+        check("number", number);
+        check("kind", number);
+        check("flag", flag);
+        check("text", text);
+    });
+}
+
+TEST_F(Invoke, ATextThatQtHasNoRoomForIsNoNumberAndNoWordWhateverItBeginsWith)
+{
+    struct
+    {
+        UINT length;
+        wchar_t text[5];
+    } texts[] = {{(1U << 30) + 1, L"7"}, {(1U << 30) + 4, L"true"}, {~0U, L"7"}};
+    for (auto& [length, characters] : texts) {
+        VARIANT given = variants.of("bstr:");
+        given.bstrVal = characters;
+        for (const char* member : {"number", "flag"})
+            EXPECT_EQ("TYPEMISMATCH @0", call(member, DISPATCH_METHOD, {given})) << length;
+    }
+}
+
+TEST_F(Invoke, CallsAnswerAsListed)
+{
+    forEachLine("invoke_calls.txt", [this](const std::string& line) {
+        SCOPED_TRACE(line);
+        std::istringstream words(line);
+        std::string member, word;
+        WORD flags = 0;
+        words >> member >> flags;
+        if (member == ":") {
+            probe.answer = flags;
+            probe.isSilent = line.find("silent") != std::string::npos;
+            return;
+        }
+        std::vector<VARIANT> arguments;
+        std::vector<DISPID> names;
+        while (words >> word && word != "->") {
+            const std::size_t sign = word.find('=');
+            if (sign != std::string::npos)
+                names.push_back(std::stoi(word));
+            if (sign + 1 != word.size())
+                arguments.push_back(variants.of(word.substr(sign + 1))); // all of it where there is no name
+        }
+        EXPECT_EQ(line.substr(line.find("->") + 3), call(member, flags, arguments, names));
+    });
 }
 
 TEST_F(Invoke, NullsAreRefusedWhereSomethingIsNeeded)
 {
-    VARIANT argument = integer(1);
-    DISPPARAMS none{nullptr, nullptr, 1, 0};
-    DISPPARAMS noNames{&argument, nullptr, 1, 1};
-    DISPPARAMS good{&argument, nullptr, 1, 0};
+    VARIANT argument = variants.of("i4:1");
+    DISPPARAMS none{nullptr, nullptr, 1, 0}, noNames{&argument, nullptr, 1, 1},
+        good{&argument, nullptr, 1, 0};
     const auto invoke = [&](void* instance, DISPPARAMS* parameters) {
-        return info->Invoke(instance, kNumber, DISPATCH_METHOD, parameters, nullptr, nullptr, nullptr);
+        return info->Invoke(instance, 2, DISPATCH_METHOD, parameters, nullptr, nullptr, nullptr);
     };
-    EXPECT_EQ(invoke(nullptr, &good), E_INVALIDARG);
-    EXPECT_EQ(invoke(&probe, nullptr), E_INVALIDARG);
-    EXPECT_EQ(invoke(&probe, &none), E_INVALIDARG);
-    EXPECT_EQ(invoke(&probe, &noNames), E_INVALIDARG);
-    EXPECT_EQ(invoke(&probe, &good), S_OK);
-    argument = integer(1, VT_NULL);
-    EXPECT_EQ(invoke(&probe, &good), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(E_INVALIDARG, invoke(nullptr, &good));
+    for (DISPPARAMS* const parameters : {static_cast<DISPPARAMS*>(nullptr), &none, &noNames})
+        EXPECT_EQ(E_INVALIDARG, invoke(&probe, parameters));
 }
 
 TEST_F(Invoke, FailureOfTheMemberIsToldAsAnException)
 {
     std::memset(&exception, 0x55, sizeof exception);
-    EXPECT_EQ(call(kFail, {integer(E_OUTOFMEMORY)}), DISP_E_EXCEPTION);
-    EXPECT_EQ(shown(), L"empty");
-    EXPECT_EQ(exception.scode, E_OUTOFMEMORY);
-    EXPECT_EQ(exception.bstrDescription, nullptr);
-    EXPECT_EQ(exception.wCode, 0);
-    EXPECT_EQ(exception.pfnDeferredFillIn, nullptr);
-    EXPECT_EQ(call(kFail, {integer(5)}), 5) << "a success goes back as it is";
+    EXPECT_EQ(std::to_string(DISP_E_EXCEPTION) + " empty",
+              call("fail", DISPATCH_METHOD, {variants.of("i4:-9")}));
+    EXPECT_EQ(-9, exception.scode);
+    EXPECT_EQ(nullptr, exception.bstrDescription);
+    EXPECT_EQ(0, exception.wCode);
+    EXPECT_EQ(nullptr, exception.pfnDeferredFillIn);
 }
 
 TEST_F(Invoke, ExceptionOfTheMemberPassesAndLeavesNothingBehind)
 {
     probe.isThrowing = true;
-    const VARIANT passed = object(&part);
-    VARIANT arguments[] = {passed, integer(1), integer(2), real(1234567.25)};
+    VARIANT arguments[] = {variants.of("dispatch:part"), variants.of("i4:1"), variants.of("i4:2"),
+                           variants.of("r8:1234567.25")};
     DISPPARAMS parameters{arguments, nullptr, 4, 0};
-    const auto invoke = [&] {
-        EXPECT_THROW(info->Invoke(&probe, kMany, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr),
+    std::size_t before = 0;
+    for (int round = 0; round < 2; ++round) {
+        before = allocations::live();
+        EXPECT_THROW(info->Invoke(&probe, -525, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr),
                      std::runtime_error);
-    };
-    invoke();
-    const std::size_t before = allocations::live();
-    invoke();
-    EXPECT_EQ(allocations::live(), before);
-    EXPECT_EQ(part.count, 1U);
+    }
+    EXPECT_EQ(before, allocations::live());
+    EXPECT_EQ(1U, part.count);
 }
+
+} // namespace

@@ -6,13 +6,21 @@
 #include "KelComWrapper/com_ptr.h"
 #include "KelComWrapper/typelib.h"
 
-#include <QCryptographicHash>
-#include <QFile>
-#include <QTemporaryDir>
+#include <QtCore/QCryptographicHash>
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
 #include <string>
 
 namespace keltest
 {
+
+inline QByteArray contentOf(const char* path)
+{
+    QFile file(QString::fromUtf8(path));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("%s cannot be read", path);
+    return file.readAll();
+}
 
 inline QByteArray stamped(const QByteArray& body)
 {

@@ -1,0 +1,102 @@
+// VARIANTs and answers as words of the text files that tests read.
+
+#pragma once
+
+#include "KelComWrapper/variant_owner.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <deque>
+#include <fstream>
+#include <map>
+#include <string>
+
+namespace keltest
+{
+
+constexpr std::array kTypes{"empty", "null",     "i2",    "i4",   "r4",      "r8",      "cy",      "date",
+                            "bstr",  "dispatch", "error", "bool", "variant", "unknown", "decimal", "15",
+                            "i1",    "ui1",      "ui2",   "ui4",  "i8",      "ui8",     "int",     "uint"};
+
+/// Makes values of words such as `i4:-7`, `r8:0x7ff0000000000000` by its bits, `bstr:a_b` with a space,
+/// `unknown:name`, `0x2003:0` of any type; `&ui1:3` refers to a value, `*i4:7` to a variable with it. Owns
+/// what they point to, but for the objects.
+struct Variants
+{
+    VARIANT& of(const std::string& word)
+    {
+        VARIANT& value = values.emplace_back();
+        if (word[0] == '&' || word[0] == '*') {
+            VARIANT& target = of(word.substr(1));
+            value.vt = static_cast<VARTYPE>(VT_BYREF | (word[0] == '*' ? VARTYPE{VT_VARIANT} : target.vt));
+            value.byref = word[0] == '*' ? &target : static_cast<void*>(&target.llVal);
+            return value;
+        }
+        const std::size_t colon = std::min(word.find(':'), word.size());
+        const std::string type = word.substr(0, colon);
+        std::string text = word.substr(std::min(colon + 1, word.size()));
+        std::replace(text.begin(), text.end(), '_', ' ');
+        const auto known = std::find(kTypes.begin(), kTypes.end(), type);
+        value.vt = static_cast<VARTYPE>(known == kTypes.end() ? std::strtol(type.c_str(), nullptr, 0)
+                                                              : known - kTypes.begin());
+        value.llVal = std::strtoll(text.c_str(), nullptr, 0);
+        if (value.vt == VT_BSTR)
+            value.bstrVal = texts.emplace_back(std::wstring(text.begin(), text.end()).c_str()).get();
+        else if (value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN)
+            value.punkVal = objects[text];
+        else if (value.vt == VT_R4 && text[1] != 'x')
+            value.fltVal = std::strtof(text.c_str(), nullptr);
+        else if ((value.vt == VT_R8 || value.vt == VT_DATE) && text[1] != 'x')
+            value.dblVal = std::strtod(text.c_str(), nullptr);
+        return value;
+    }
+    std::map<std::string, IUnknown*> objects;
+    std::deque<VARIANT> values;
+    std::deque<kel::Bstr> texts;
+};
+
+/// The word for a value. \param object what is to be said of one
+inline std::string wordOf(const VARIANT& value, const std::string& object = {})
+{
+    if (value.vt == VT_EMPTY)
+        return "empty";
+    const std::string type = value.vt < kTypes.size() ? kTypes[value.vt] : std::to_string(value.vt);
+    if (value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN)
+        return type + ':' + object;
+    if (value.vt != VT_BSTR)
+        return type + ':' + std::to_string(value.vt == VT_BOOL ? value.boolVal : value.lVal);
+    std::string text;
+    std::transform(value.bstrVal, value.bstrVal + SysStringLen(value.bstrVal), std::back_inserter(text),
+                   [](wchar_t unit) { return unit == L' ' ? '_' : static_cast<char>(unit); });
+    return type + ':' + text;
+}
+
+inline std::string wordOf(HRESULT answer)
+{
+    static const std::map<HRESULT, std::string> kWords{{S_OK, "S_OK"},
+                                                       {S_FALSE, "S_FALSE"},
+                                                       {DISP_E_MEMBERNOTFOUND, "MEMBERNOTFOUND"},
+                                                       {DISP_E_PARAMNOTFOUND, "PARAMNOTFOUND"},
+                                                       {DISP_E_TYPEMISMATCH, "TYPEMISMATCH"},
+                                                       {DISP_E_OVERFLOW, "OVERFLOW"},
+                                                       {DISP_E_BADPARAMCOUNT, "BADPARAMCOUNT"},
+                                                       {DISP_E_PARAMNOTOPTIONAL, "PARAMNOTOPTIONAL"}};
+    const auto found = kWords.find(answer);
+    return found == kWords.end() ? std::to_string(answer) : found->second;
+}
+
+/// Gives the lines of one of the files below `tests/` to `use`, but for empty ones and comments.
+template <class Use>
+void forEachLine(const char* name, Use use)
+{
+    std::ifstream file(std::string(KEL_TESTS) + name);
+    std::size_t used = 0;
+    for (std::string line; std::getline(file, line);)
+        if (!line.empty() && line[0] != '#')
+            use(line), ++used;
+    if (used == 0)
+        std::abort();
+}
+
+} // namespace keltest
