@@ -20,8 +20,8 @@ constexpr std::array kTypes{"empty", "null",     "i2",    "i4",   "r4",      "r8
                             "i1",    "ui1",      "ui2",   "ui4",  "i8",      "ui8",     "int",     "uint"};
 
 /// Makes values of words such as `i4:-7`, `r8:0x7ff0000000000000` by its bits, `bstr:a_b` with a space,
-/// `unknown:name`, `0x2003:0` of any type; `&ui1:3` refers to a value, `*i4:7` to a variable with it. Owns
-/// what they point to, but for the objects.
+/// `bstr` null, `unknown:name`, `0x2003:0` of any type; `&ui1:3` refers to a value, `*i4:7` to a variable
+/// with it. Owns what they point to, but for the objects.
 struct Variants
 {
     VARIANT& of(const std::string& word)
@@ -41,7 +41,7 @@ struct Variants
         value.vt = static_cast<VARTYPE>(known == kTypes.end() ? std::strtol(type.c_str(), nullptr, 0)
                                                               : known - kTypes.begin());
         value.llVal = std::strtoll(text.c_str(), nullptr, 0);
-        if (value.vt == VT_BSTR)
+        if (value.vt == VT_BSTR && colon < word.size())
             value.bstrVal = texts.emplace_back(std::wstring(text.begin(), text.end()).c_str()).get();
         else if (value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN)
             value.punkVal = objects[text];
@@ -51,9 +51,9 @@ struct Variants
             value.dblVal = std::strtod(text.c_str(), nullptr);
         return value;
     }
-    std::map<std::string, IUnknown*> objects;
-    std::deque<VARIANT> values;
-    std::deque<kel::Bstr> texts;
+    std::map<std::string, IUnknown*> objects{};
+    std::deque<VARIANT> values{};
+    std::deque<kel::Bstr> texts{};
 };
 
 /// The word for a value. \param object what is to be said of one
@@ -80,6 +80,7 @@ inline std::string wordOf(HRESULT answer)
                                                        {DISP_E_PARAMNOTFOUND, "PARAMNOTFOUND"},
                                                        {DISP_E_TYPEMISMATCH, "TYPEMISMATCH"},
                                                        {DISP_E_OVERFLOW, "OVERFLOW"},
+                                                       {DISP_E_EXCEPTION, "EXCEPTION"},
                                                        {DISP_E_BADPARAMCOUNT, "BADPARAMCOUNT"},
                                                        {DISP_E_PARAMNOTOPTIONAL, "PARAMNOTOPTIONAL"}};
     const auto found = kWords.find(answer);
