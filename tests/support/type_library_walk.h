@@ -12,8 +12,10 @@
 namespace keltest
 {
 
+using Names = std::array<kel::Bstr, kelcom::kMaxArguments + 2>;
+
 /// \param require is given what has to hold
-/// \param use is given each function
+/// \param use is given each function, and the names of it and its parameters
 template <class Require, class Use>
 void walkFunction(ITypeInfo& info, UINT index, Require require, Use use)
 {
@@ -21,26 +23,26 @@ void walkFunction(ITypeInfo& info, UINT index, Require require, Use use)
     require(info.GetFuncDesc(index, &function) == S_OK);
     require(function->oVft == static_cast<SHORT>((kelcom::kDispatchSlots + index) * kelcom::kSlotSize));
     require(function->cParams >= function->cParamsOpt && function->cParamsOpt >= 0);
+    require(function->elemdescFunc.tdesc.vt == VT_HRESULT);
     for (SHORT place = 0; place < function->cParams; ++place) {
         const TYPEDESC* type = &function->lprgelemdescParam[place].tdesc;
         while (type->vt == VT_PTR)
             type = type->lptdesc;
         require(type->vt != VT_EMPTY && (type->vt != VT_USERDEFINED || type->hreftype <= kelcom::kMaxTypes));
     }
-    std::array<kel::Bstr, kelcom::kMaxArguments + 2> names;
+    Names names;
     UINT count = 0;
     require(info.GetNames(function->memid, names[0].put(), static_cast<UINT>(names.size()), &count) == S_OK);
     require(count >= 1 && count <= names.size() && names[count - 1]);
     require(nameOf(info, function->memid) == names[0].c_str());
     require(idOf(info, names[0].c_str()) == function->memid);
-    use(info, *function);
+    use(info, *function, names);
     info.ReleaseFuncDesc(function);
 }
 
 /// \return how many functions the library describes
-template <class Require, class Use = void (*)(ITypeInfo&, const FUNCDESC&)>
-std::size_t walkLibrary(
-    ITypeLib& library, Require require, Use use = [](ITypeInfo&, const FUNCDESC&) {})
+template <class Require, class Use>
+std::size_t walkLibrary(ITypeLib& library, Require require, Use use)
 {
     std::size_t functions = 0;
     const UINT count = library.GetTypeInfoCount();
