@@ -5,7 +5,7 @@
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
-#include <string>
+#include <tuple>
 
 namespace
 {
@@ -25,7 +25,7 @@ protected:
         using Get = std::int32_t (*)(const Guid&, const Guid&, void**);
         ASSERT_EQ(0, function<Get>("DllGetClassObject")(guid("CLSID_DOMDocument"),
                                                         guid("IID_IXMLDOMDocument"), &m_document));
-        wchar_t xml[] = L"<a x='1'>t<b/></a>";
+        wchar_t xml[] = L"<a x='1'>t<b/></a>", load[] = L"load", *names[] = {load};
         std::int16_t success = 7;
         ASSERT_EQ(0, call(m_document, kLoadXml, xml, &success));
         EXPECT_EQ(-1, success);
@@ -37,7 +37,6 @@ protected:
         using Register = std::int32_t (*)(const Guid&, const wchar_t*);
         const auto name = "_ZN10KelTypelib15RegisterTypeLibERK4GUIDPKw";
         EXPECT_EQ(0, function<Register>(name)(guid("LIBID_MSXML"), L"" KEL_TYPE_LIBRARY));
-        wchar_t load[] = L"load", *names[] = {load};
         std::int32_t id = 0;
         EXPECT_EQ(0, call(m_document, kGetIdsOfNames, &guid("IID_IXMLDOMNode"), names, 1u, 0u, &id));
         EXPECT_EQ(58, id);
@@ -60,33 +59,26 @@ protected:
     }
     const Guid& guid(const char* name) { return *function<const Guid*>(name); }
 
-    std::wstring takeString(wchar_t* text)
-    {
-        const std::wstring copy = text ? text : L"(null)";
-        reinterpret_cast<void (*)(wchar_t*)>(dlsym(m_com, "SysFreeString"))(text);
-        return copy;
-    }
-
     void *m_document = nullptr, *m_root = nullptr, *m_text = nullptr, *m_list = nullptr, *m_map = nullptr,
-         *m_attribute = nullptr;
-
-private:
-    void *m_com = nullptr, *m_library = nullptr;
+         *m_attribute = nullptr, *m_com = nullptr, *m_library = nullptr;
 };
 
 TEST_F(BinaryInterface, AHostWithoutOurHeadersDrivesADocumentThroughTheSlots)
 {
-    wchar_t name[] = L"b", key[] = L"x";
+    wchar_t name[] = L"b", key[] = L"x", *none = nullptr;
     void *found = nullptr, *named = nullptr, *made = nullptr, *placed = nullptr;
     std::int32_t number = 0;
-    EXPECT_EQ(0, call(m_root, kSetAttribute, key, Variant{3, {}, reinterpret_cast<void*>(5), nullptr}));
+    const auto numeric = [](std::intptr_t value) {
+        return Variant{3, {}, reinterpret_cast<void*>(value), nullptr};
+    };
+    EXPECT_EQ(0, call(m_root, kSetAttribute, key, numeric(5)));
     EXPECT_EQ(0, call(m_map, kMapNamedItem, key, &named));
     Variant value{};
     EXPECT_EQ(0, call(named, kAttributeValue, &value));
     EXPECT_EQ(8, value.type);
-    EXPECT_EQ(L"5", takeString(static_cast<wchar_t*>(value.value)));
-    const Variant element{3, {}, reinterpret_cast<void*>(1), nullptr};
-    EXPECT_EQ(0, call(m_document, kCreateNode, element, name, static_cast<wchar_t*>(nullptr), &made));
+    EXPECT_STREQ(L"5", static_cast<wchar_t*>(value.value));
+    reinterpret_cast<void (*)(void*)>(dlsym(m_com, "SysFreeString"))(value.value);
+    EXPECT_EQ(0, call(m_document, kCreateNode, numeric(1), name, none, &made));
     EXPECT_EQ(0, call(m_root, kAppendChild, made, &placed));
     EXPECT_EQ(0, call(m_root, kSelectNodes, name, &found));
     EXPECT_EQ(0, call(found, kListLength, &number));
@@ -96,14 +88,9 @@ TEST_F(BinaryInterface, AHostWithoutOurHeadersDrivesADocumentThroughTheSlots)
         EXPECT_EQ(0, call(object, kRelease));
 }
 
-TEST_F(BinaryInterface, EveryVirtualTableEndsWithTheDestructorAfterThePublishedSlots)
+TEST_F(BinaryInterface, EveryVtableEndsWithTheDestructorAfterThePublishedSlots)
 {
-    const struct
-    {
-        void* object;
-        int slot;
-        const char* symbol;
-    } rows[] = {
+    const std::tuple<void*, int, const char*> slots[] = {
         {m_document, kNodeName, "_ZN19CMorvXMLDOMDocument12get_nodeNameEPPw"},
         {m_document, 42, "_ZN19CMorvXMLDOMDocument21transformNodeToObjectEP11IXMLDOMNode7VARIANT"},
         {m_document, 43, "_ZN19CMorvXMLDOMDocument11get_doctypeEPP19IXMLDOMDocumentType"},
@@ -116,11 +103,8 @@ TEST_F(BinaryInterface, EveryVirtualTableEndsWithTheDestructorAfterThePublishedS
         {m_list, 12, "_ZN19CMorvXMLDOMNodeListD1Ev"},
         {m_map, 17, "_ZN23CMorvXMLDOMNamedNodeMapD1Ev"},
     };
-    for (const auto& row : rows) {
-        void** table = nullptr;
-        std::memcpy(&table, row.object, sizeof table);
-        EXPECT_EQ(function<void*>(row.symbol), table[row.slot]) << row.symbol;
-    }
+    for (const auto& [object, slot, symbol] : slots)
+        EXPECT_EQ(function<void*>(symbol), (*static_cast<void***>(object))[slot]) << symbol;
 }
 
 TEST_F(BinaryInterface, LoadingCallingByNameAndUnloadingOverAndOverLeavesNothingMore)

@@ -4,40 +4,28 @@
 
 #include <cwchar>
 #include <gtest/gtest.h>
+#include <string>
 
-TEST(Bstr, NullsAreTakenAndGivenBack)
+TEST(Bstr, HasItsLengthBeforeAndAZeroBehindWhateverTheTextHolds)
 {
-    EXPECT_EQ(SysAllocString(nullptr), nullptr);
-    EXPECT_EQ(SysStringLen(nullptr), 0U);
-    EXPECT_EQ(lstrlenW(nullptr), 0);
-    SysFreeString(nullptr);
-}
-
-TEST(Bstr, LengthPrefixCountsCharactersAndAZeroEndsThem)
-{
-    for (const wchar_t* text : {L"", L"a", L"\U0001F600 beyond the first plane"}) {
-        const kel::Bstr copy(text);
-        EXPECT_STREQ(copy.get(), text);
-        EXPECT_EQ(lstrlenW(copy.get()), static_cast<INT>(copy.length()));
+    const auto expectText = [](BSTR made, const std::wstring& text) {
+        kel::Bstr owner;
+        owner.reset(made);
         UINT prefix = 0;
-        std::memcpy(&prefix, reinterpret_cast<const char*>(copy.get()) - sizeof prefix, sizeof prefix);
-        EXPECT_EQ(prefix, std::wcslen(text)) << "published: stands just before the text";
-        EXPECT_EQ(copy.length(), prefix);
-    }
-}
+        std::memcpy(&prefix, reinterpret_cast<const char*>(made) - sizeof prefix, sizeof prefix);
+        EXPECT_EQ(text.size(), prefix) << "published: stands just before the text";
+        EXPECT_EQ(prefix, owner.length());
+        EXPECT_EQ(text + L'\0', std::wstring(made, prefix + 1));
+        EXPECT_EQ(static_cast<INT>(std::wcslen(text.c_str())), lstrlenW(made));
+    };
+    for (const wchar_t* text : {L"", L"a", L"\U0001F600 beyond the first plane"})
+        expectText(SysAllocString(text), text);
+    expectText(SysAllocStringLen(L"ab\0cd", 5), std::wstring(L"ab\0cd", 5));
+    expectText(SysAllocStringLen(L"abcdef", 3), L"abc");
+    expectText(SysAllocStringLen(nullptr, 1000), std::wstring(1000, L'\0'));
 
-TEST(Bstr, GivenLengthCountsWhateverTheTextHolds)
-{
-    kel::Bstr text;
-    text.reset(SysAllocStringLen(L"ab\0cd", 5));
-    EXPECT_EQ(text.length(), 5U);
-    EXPECT_EQ(lstrlenW(text.get()), 2);
-    EXPECT_EQ(std::wmemcmp(text.get(), L"ab\0cd", 6), 0);
-
-    text.reset(SysAllocStringLen(L"abcdef", 3));
-    EXPECT_STREQ(text.get(), L"abc") << "ended where the length says";
-
-    text.reset(SysAllocStringLen(nullptr, 1000));
-    EXPECT_EQ(text.length(), 1000U);
-    EXPECT_EQ(std::wstring(text.get(), 1001), std::wstring(1001, L'\0'));
+    EXPECT_EQ(nullptr, SysAllocString(nullptr));
+    EXPECT_EQ(0U, SysStringLen(nullptr));
+    EXPECT_EQ(0, lstrlenW(nullptr));
+    SysFreeString(nullptr);
 }

@@ -86,15 +86,14 @@ struct Fake final : ITypeLib, ITypeInfo
 } fake;
 
 /// What a holder does from its first lookup to its end, and what the lookup finds.
-std::string lifeOf(WORD functions, std::wstring name, HRESULT answer = S_OK,
-                   std::size_t failingAllocation = 0)
+std::string lifeOf(WORD functions, HRESULT answer = S_OK, std::size_t failingAllocation = 0)
 {
     notes.clear();
     fake.attributes.cFuncs = functions;
     fake.answer = answer;
     {
         CComTypeInfoHolder holder(&IID_IUnknown, &IID_IUnknown, 1, 0);
-        wchar_t* names[] = {name.data()};
+        wchar_t name[] = L"d", *names[] = {name};
         DISPID id = DISPID_UNKNOWN;
         const allocations::FailAt failing(failingAllocation);
         holder.GetIDsOfNames(names, 1, 0, &id);
@@ -105,23 +104,19 @@ std::string lifeOf(WORD functions, std::wstring name, HRESULT answer = S_OK,
 
 } // namespace
 
-namespace KelTypelib
-{
-
 /// Leaves something in the buffer, for the next one to be told from one that was cleared.
-HRESULT GetTlbFilePath(const GUID&, wchar_t* path)
+HRESULT KelTypelib::GetTlbFilePath(const GUID&, wchar_t* path)
 {
     const bool isClear = std::all_of(path, path + PathCapacity, [](wchar_t unit) { return unit == 0; });
     std::fill_n(path, PathCapacity - 1, L'x');
     return note(isClear ? "zeros" : "remains");
 }
-HRESULT LoadTypeLib(const wchar_t*, ITypeLib** library)
+
+HRESULT KelTypelib::LoadTypeLib(const wchar_t*, ITypeLib** library)
 {
     *library = &fake;
     return S_OK;
 }
-
-} // namespace KelTypelib
 
 void SysFreeString(BSTR text)
 {
@@ -134,10 +129,10 @@ TEST(TypeInfoHolder, GivesBackAndFreesInThePublishedOrder)
     notes.reserve(1000); // notes allocate nothing where an allocation is to fail
     EXPECT_EQ("zeros info attributes function name -function function function name -function free:c "
               "function name -function -attributes 3 release free:d free:a ",
-              lifeOf(4, L"d"));
-    EXPECT_EQ("zeros info attributes -attributes ask -1 release ", lifeOf(0, L"d"));
-    EXPECT_EQ("zeros info attributes ask -1 release ", lifeOf(4, L"d", E_FAIL));
+              lifeOf(4));
+    EXPECT_EQ("zeros info attributes -attributes ask -1 release ", lifeOf(0));
+    EXPECT_EQ("zeros info attributes ask -1 release ", lifeOf(4, E_FAIL));
     if (allocations::kCanFail) {
-        EXPECT_EQ("zeros info attributes -attributes ask -1 release ", lifeOf(4, L"d", S_OK, 1));
+        EXPECT_EQ("zeros info attributes -attributes ask -1 release ", lifeOf(4, S_OK, 1));
     }
 }

@@ -15,22 +15,20 @@ int main()
     auto& object = static_cast<CMorvXMLDOMDocument&>(*document); // its methods are called directly
     UINT count = 0;
     kel::ComPtr<ITypeInfo> information;
-    if (object.GetTypeInfoCount(&count) != S_OK || object.GetTypeInfo(0, 0, information.put()) != S_OK)
-        return 1;
     const kel::Bstr name(L"loadXML");
     wchar_t* names = name.get();
     DISPID member = DISPID_UNKNOWN;
-    if (object.GetIDsOfNames(GUID{}, &names, 1, 0, &member) != S_OK)
-        return 1;
     const kel::Variant xml(L"<greeting>hello</greeting>");
     VARIANT argument = xml.get();
     DISPPARAMS arguments{&argument, nullptr, 1, 0};
     kel::Variant loaded;
-    if (object.Invoke(member, GUID{}, 0, DISPATCH_METHOD, &arguments, loaded.put(), nullptr, nullptr) != S_OK)
-        return 2;
+    const bool isCalled =
+        object.GetTypeInfoCount(&count) == S_OK && object.GetTypeInfo(0, 0, information.put()) == S_OK &&
+        object.GetIDsOfNames(GUID{}, &names, 1, 0, &member) == S_OK &&
+        object.Invoke(member, GUID{}, 0, DISPATCH_METHOD, &arguments, loaded.put(), nullptr, nullptr) == S_OK;
 
     const std::unique_ptr<IKelXmlFiler> filer(
         morvCreateXmlFiler(L"/dev/null", KelXmlLib::eEncodingUtf8, 0, true, false, nullptr, nullptr));
     const bool isWritten = filer && filer->writeElmBegin(L"a", L"b") == KelXmlLib::eStatusAccepted;
-    return loaded.truth() && isWritten ? 0 : 3;
+    return isCalled && loaded.truth() && isWritten ? 0 : 1;
 }

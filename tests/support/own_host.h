@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstring>
 
 namespace own_host
 {
@@ -23,7 +22,7 @@ struct Variant
     void* more;
 };
 
-/// Slots of the vtables, counted from 0 with QueryInterface.
+/// Slots, counted from 0 with QueryInterface.
 constexpr int kRelease = 2, kGetIdsOfNames = 5, kNodeName = 7, kChildNodes = 12, kFirstChild = 13,
               kAttributes = 17, kAppendChild = 21, kSelectNodes = 36, kDocumentElement = 45, kCreateNode = 56,
               kLoad = 58, kLoadXml = 65, kSave = 66, kSetAttribute = 45, kAttributeValue = 44,
@@ -33,10 +32,8 @@ constexpr int kRelease = 2, kGetIdsOfNames = 5, kNodeName = 7, kChildNodes = 12,
 template <class... Arguments>
 __attribute__((no_sanitize("undefined"))) std::int32_t call(void* object, int slot, Arguments... arguments)
 {
-    void** table = nullptr;
-    std::memcpy(&table, object, sizeof table);
-    const auto function = reinterpret_cast<std::int32_t (*)(void*, Arguments...)>(table[slot]);
-    return function(object, arguments...);
+    void** const vtable = *static_cast<void***>(object);
+    return reinterpret_cast<std::int32_t (*)(void*, Arguments...)>(vtable[slot])(object, arguments...);
 }
 
 } // namespace own_host
