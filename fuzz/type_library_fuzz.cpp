@@ -2,16 +2,14 @@
 // or a library all of whose descriptions can be read and whose every function can be called.
 
 #include "KelComWrapper/typelib.h"
-#include "KelComWrapper/variant_owner.h"
 #include "platform/type_library_reader.h"
 #include "support.h"
 #include "support/type_library_walk.h"
+#include "support/variant_text.h"
 
-#include <array>
 #include <vector>
 
 using namespace kelcom;
-using kel::Variant;
 using kelfuzz::require;
 
 namespace
@@ -25,16 +23,12 @@ HRESULT answerNothing()
 
 void call(ITypeInfo& info, const FUNCDESC& function, std::vector<VARIANT> arguments)
 {
-    static const auto kTable = [] {
-        std::array<HRESULT (*)(), kDispatchSlots + kMaxFunctions> slots;
-        slots.fill(answerNothing);
-        return slots;
-    }();
-    const auto* instance = kTable.data();
+    static const std::vector<HRESULT (*)()> kSlots(kDispatchSlots + kMaxFunctions, answerNothing);
+    const auto* instance = kSlots.data();
     DISPID put = DISPID_PROPERTYPUT;
     DISPPARAMS parameters{arguments.data(), &put, static_cast<UINT>(arguments.size()),
                           function.invkind >= INVOKE_PROPERTYPUT ? 1U : 0U};
-    VARIANT result = Variant(1).get();
+    VARIANT result = kel::Variant(1).get();
     const HRESULT answer = info.Invoke(&instance, function.memid, static_cast<WORD>(function.invkind),
                                        &parameters, &result, nullptr, nullptr);
     require(FAILED(answer) || (answer == S_FALSE && result.vt == VT_EMPTY));
@@ -43,24 +37,19 @@ void call(ITypeInfo& info, const FUNCDESC& function, std::vector<VARIANT> argume
 /// With every number of arguments; those that are no objects are made of one value each time.
 void callWithEverything(ITypeInfo& info, const FUNCDESC& function)
 {
-    VARIANT none{};
-    none.vt = VT_DISPATCH;
-    VARIANT omitted{};
-    omitted.vt = VT_ERROR;
-    omitted.scode = DISP_E_PARAMNOTFOUND;
-    static const Variant kValues[] = {Variant(), Variant(std::int64_t{7}), Variant(L"-7.5"),
-                                      Variant::adopt(omitted)};
-    const auto isObject = [&function](std::size_t place) {
-        const VARTYPE type = function.lprgelemdescParam[place].tdesc.vt;
-        return type == VT_PTR || type == VT_UNKNOWN || type == VT_DISPATCH;
-    };
+    static keltest::Variants variants;
+    static const VARIANT kValues[] = {variants.of("empty"), variants.of("i8:7"), variants.of("bstr:-7.5"),
+                                      variants.of("error:-2147352572")};
+    static const VARIANT kNoObject = variants.of("dispatch:");
     const unsigned count = kelfuzz::argumentsOf(function);
-    for (const Variant& value : kValues)
+    for (const VARIANT& value : kValues)
         for (unsigned given = count - static_cast<unsigned>(function.cParamsOpt); given <= count; ++given) {
-            std::vector<VARIANT> arguments(given, value.get());
-            for (unsigned place = 0; place < given; ++place)
-                if (isObject(place))
-                    arguments[given - 1 - place] = none;
+            std::vector<VARIANT> arguments(given, value);
+            for (unsigned place = 0; place < given; ++place) {
+                const VARTYPE type = function.lprgelemdescParam[place].tdesc.vt;
+                if (type == VT_PTR || type == VT_UNKNOWN || type == VT_DISPATCH)
+                    arguments[given - 1 - place] = kNoObject;
+            }
             call(info, function, std::move(arguments));
         }
 }
@@ -77,7 +66,7 @@ void check(const QByteArray& contents)
     }
     // Not from the service, which keeps every library for good.
     const kel::ComPtr<ITypeLib> library(new TypeLibrary(std::move(description)));
-    keltest::walkLibrary(*library, require, callWithEverything);
+    keltest::describe(*library, require, callWithEverything);
 }
 
 } // namespace

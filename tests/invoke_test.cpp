@@ -156,7 +156,7 @@ struct Invoke : testing::Test
 
 TEST_F(Invoke, ArgumentsAreConvertedAsListed)
 {
-    forEachLine("invoke_coercions.txt", [this](const std::string& line) {
+    forEachLine(KEL_TESTS "invoke_coercions.txt", [this](const std::string& line) {
         std::istringstream words(line);
         std::string given, expected;
         words >> given;
@@ -207,9 +207,9 @@ TEST_F(Invoke, CallsAnswerAsListedAndNothingIsLeft)
         }
         EXPECT_EQ(line.substr(line.find("->") + 3), call(member, flags, arguments, names)) << line;
     };
-    forEachLine("invoke_calls.txt", makeCall);
+    forEachLine(KEL_TESTS "invoke_calls.txt", makeCall);
     const std::size_t before = allocations::live();
-    forEachLine("invoke_calls.txt", makeCall);
+    forEachLine(KEL_TESTS "invoke_calls.txt", makeCall);
     EXPECT_EQ(before, allocations::live());
 }
 

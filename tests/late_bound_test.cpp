@@ -21,7 +21,7 @@ struct LateBound : DomTest
         for (const char* name : {"document", "built", "loaded"})
             objects[name] = ComPtr<IDispatch>(newDocument().get());
         keltest::Variants variants;
-        keltest::forEachLine("late_bound_calls.txt", [&](const std::string& line) {
+        keltest::forEachLine(KEL_TESTS "late_bound_calls.txt", [&](const std::string& line) {
             SCOPED_TRACE(line);
             std::istringstream words(line);
             std::string object, member, word, answer, expected, name;

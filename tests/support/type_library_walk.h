@@ -1,5 +1,5 @@
-// Uses every description of a type library, so that a wrong pointer in one does not stay unnoticed, and holds
-// them against each other.
+// Writes down every description of a type library, so that a wrong pointer in one does not stay unnoticed,
+// and holds them against each other.
 
 #pragma once
 
@@ -8,47 +8,67 @@
 #include "support/type_library_file.h"
 
 #include <array>
+#include <sstream>
+#include <vector>
 
 namespace keltest
 {
 
-using Names = std::array<kel::Bstr, kelcom::kMaxArguments + 2>;
-
-/// \param require is given what has to hold
-/// \param use is given each function, and the names of it and its parameters
-template <class Require, class Use>
-void walkFunction(ITypeInfo& info, UINT index, Require require, Use use)
+inline std::string plain(const std::wstring& text)
 {
-    FUNCDESC* function = nullptr;
-    require(info.GetFuncDesc(index, &function) == S_OK);
-    require(function->oVft == static_cast<SHORT>((kelcom::kDispatchSlots + index) * kelcom::kSlotSize));
-    require(function->cParams >= function->cParamsOpt && function->cParamsOpt >= 0);
-    require(function->elemdescFunc.tdesc.vt == VT_HRESULT);
-    for (SHORT place = 0; place < function->cParams; ++place) {
-        const TYPEDESC* type = &function->lprgelemdescParam[place].tdesc;
-        while (type->vt == VT_PTR)
-            type = type->lptdesc;
-        require(type->vt != VT_EMPTY && (type->vt != VT_USERDEFINED || type->hreftype <= kelcom::kMaxTypes));
-    }
-    Names names;
-    UINT count = 0;
-    require(info.GetNames(function->memid, names[0].put(), static_cast<UINT>(names.size()), &count) == S_OK);
-    require(count >= 1 && count <= names.size() && names[count - 1]);
-    require(nameOf(info, function->memid) == names[0].c_str());
-    require(idOf(info, names[0].c_str()) == function->memid);
-    use(info, *function, names);
-    info.ReleaseFuncDesc(function);
+    return std::string(text.begin(), text.end());
 }
 
-/// \return how many functions the library describes
-template <class Require, class Use>
-std::size_t walkLibrary(ITypeLib& library, Require require, Use use)
+/// A function in a line: its identifier, its kind (1 a method, 2 a get, 4 a put, 8 a put by reference), the
+/// names of the member and its parameters with the identifiers that they have in calls; and for each
+/// parameter its flags, a star for each pointer, its type, and which of the library's types that is.
+template <class Require>
+void describe(ITypeInfo& info, const FUNCDESC& function, Require require, std::ostream& out)
 {
-    std::size_t functions = 0;
-    const UINT count = library.GetTypeInfoCount();
+    std::array<kel::Bstr, kelcom::kMaxArguments + 2> names;
+    const UINT room = static_cast<UINT>(names.size());
+    UINT count = 0;
+    require(info.GetNames(function.memid, names[0].put(), room, &count) == S_OK && count >= 1 &&
+            count <= room);
+    std::array<wchar_t*, kelcom::kMaxArguments + 2> pointers{};
+    std::array<MEMBERID, kelcom::kMaxArguments + 2> ids{};
+    for (UINT place = 0; place < count; ++place)
+        pointers[place] = names[place].get();
+    info.GetIDsOfNames(pointers.data(), count, ids.data());
+    require(ids[0] == function.memid && nameOf(info, function.memid) == names[0].c_str());
+    out << function.memid << ' ' << function.invkind;
+    for (UINT place = 0; place < count; ++place)
+        out << ' ' << plain(names[place].c_str()) << (place == 0 ? "" : '=' + std::to_string(ids[place]));
+
+    require(function.cParams >= function.cParamsOpt && function.cParamsOpt >= 0);
+    require(function.elemdescFunc.tdesc.vt == VT_HRESULT);
+    for (SHORT place = 0; place < function.cParams; ++place) {
+        const ELEMDESC& parameter = function.lprgelemdescParam[place];
+        out << ", " << parameter.paramdesc.wParamFlags << ' ';
+        const TYPEDESC* type = &parameter.tdesc;
+        for (; type->vt == VT_PTR; type = type->lptdesc)
+            out << '*';
+        out << type->vt;
+        require(type->vt != VT_EMPTY && (type->vt != VT_USERDEFINED || type->hreftype <= kelcom::kMaxTypes));
+        if (type->vt == VT_USERDEFINED)
+            out << '#' << type->hreftype;
+    }
+    out << '\n';
+}
+
+/// An interface in a line: what its identifier begins with, its name, kind, functions, bytes of slots, flags,
+/// version; then its functions.
+/// \param require is given what has to hold
+/// \param use is given each function
+template <class Require, class Use = void (*)(ITypeInfo&, const FUNCDESC&)>
+std::string describe(
+    ITypeLib& library, Require require, Use use = [](ITypeInfo&, const FUNCDESC&) {})
+{
+    std::ostringstream out;
     kel::ComPtr<ITypeInfo> info, sameInfo;
     kel::ComPtr<ITypeLib> sameLibrary;
     kel::Bstr name;
+    const UINT count = library.GetTypeInfoCount();
     for (UINT index = 0; index < count; ++index) {
         TYPEATTR* attributes = nullptr;
         TYPEKIND kind{};
@@ -58,21 +78,32 @@ std::size_t walkLibrary(ITypeLib& library, Require require, Use use)
         require(library.GetTypeInfoOfGuid(attributes->guid, sameInfo.put()) == S_OK);
         require(sameInfo->GetContainingTypeLib(sameLibrary.put(), &sameIndex) == S_OK);
         require(sameLibrary.get() == &library && sameIndex == index);
-        for (UINT function = 0; function < attributes->cFuncs; ++function, ++functions)
-            walkFunction(*info, function, require, use);
-        FUNCDESC* none = nullptr;
-        require(info->GetFuncDesc(attributes->cFuncs, &none) == TYPE_E_ELEMENTNOTFOUND && !none);
         require(library.GetDocumentation(static_cast<INT>(index), name.put(), nullptr, nullptr, nullptr) ==
                 S_OK);
         require(nameOf(*info, MEMBERID_NIL) == name.c_str());
+        out << std::hex << attributes->guid.Data1 << std::dec << ' ' << plain(name.c_str()) << ' ' << kind
+            << ' ' << attributes->cFuncs << ' ' << attributes->cbSizeVft << ' ' << attributes->wTypeFlags
+            << ' ' << attributes->wMajorVerNum << ' ' << attributes->wMinorVerNum << '\n';
+        FUNCDESC* function = nullptr;
+        for (UINT place = 0; place < attributes->cFuncs; ++place) {
+            require(info->GetFuncDesc(place, &function) == S_OK);
+            require(function->oVft ==
+                    static_cast<SHORT>((kelcom::kDispatchSlots + place) * kelcom::kSlotSize));
+            describe(*info, *function, require, out);
+            use(*info, *function);
+            info->ReleaseFuncDesc(function);
+        }
+        require(info->GetFuncDesc(attributes->cFuncs, &function) == TYPE_E_ELEMENTNOTFOUND && !function);
         info->ReleaseTypeAttr(attributes);
     }
     require(library.GetTypeInfo(count, sameInfo.put()) == TYPE_E_ELEMENTNOTFOUND && !sameInfo);
     TLIBATTR* attributes = nullptr;
     require(library.GetLibAttr(&attributes) == S_OK);
     require(library.GetDocumentation(-1, name.put(), nullptr, nullptr, nullptr) == S_OK && name);
+    out << std::hex << attributes->guid.Data1 << std::dec << ' ' << plain(name.c_str()) << ' '
+        << attributes->wMajorVerNum << '.' << attributes->wMinorVerNum << '\n';
     library.ReleaseTLibAttr(attributes);
-    return functions;
+    return out.str();
 }
 
 } // namespace keltest

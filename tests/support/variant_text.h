@@ -87,11 +87,11 @@ inline std::string wordOf(HRESULT answer)
     return found == kWords.end() ? std::to_string(answer) : found->second;
 }
 
-/// Gives the lines of one of the files below `tests/` to `use`, but for empty ones and comments.
+/// Gives the lines of a file to `use`, but for empty ones and comments.
 template <class Use>
 void forEachLine(const char* name, Use use)
 {
-    std::ifstream file(std::string(KEL_TESTS) + name);
+    std::ifstream file(name);
     std::size_t used = 0;
     for (std::string line; std::getline(file, line);)
         if (!line.empty() && line[0] != '#')
