@@ -112,31 +112,23 @@ TEST_F(BinaryInterface, EveryVtableEndsWithTheDestructorAndItsNoOpsAnswerOkAndWr
         void* object;
         int end; ///< the slot of the destructor
         const char* destructor;
-        std::set<int> working; ///< the slots, from 7 on, of what is carried out
+        std::set<int> working; ///< the slots, from 7 on, of what is carried out, but for the common ones
     } classes[] = {
-        {m_document,
-         76,
-         "_ZN19CMorvXMLDOMDocumentD1Ev",
-         {7, 8, 10, 11, 12, 13, 17, 20, 21, 22, 23, 27, 36, 45, 56, 58, 65, 66}},
-        {m_text, 43, "_ZN15CMorvXMLDOMNodeD1Ev", {7, 8, 10, 11, 12, 13, 17, 20, 21, 22, 23, 26, 27}},
-        {m_root,
-         52,
-         "_ZN18CMorvXMLDOMElementD1Ev",
-         {7, 10, 11, 12, 13, 17, 20, 21, 22, 23, 24, 26, 27, 36, 45}},
-        {m_attribute,
-         46,
-         "_ZN20CMorvXMLDOMAttributeD1Ev",
-         {7, 10, 11, 12, 13, 17, 20, 21, 22, 23, 26, 27, 44}},
+        {m_document, 76, "_ZN19CMorvXMLDOMDocumentD1Ev", {8, 36, 45, 56, 58, 65, 66}},
+        {m_text, 43, "_ZN15CMorvXMLDOMNodeD1Ev", {8, 26}},
+        {m_root, 52, "_ZN18CMorvXMLDOMElementD1Ev", {24, 26, 36, 45}},
+        {m_attribute, 46, "_ZN20CMorvXMLDOMAttributeD1Ev", {26, 44}},
         {m_list, 12, "_ZN19CMorvXMLDOMNodeListD1Ev", {7, 8, 9}},
         {m_map, 17, "_ZN23CMorvXMLDOMNamedNodeMapD1Ev", {7, 10, 11}},
     };
+    const std::set<int> common{7, 10, 11, 12, 13, 17, 20, 21, 22, 23, 27}; // to all nodes
     for (const auto& [object, end, destructor, working] : classes) {
         EXPECT_EQ(function<void*>(destructor), (*static_cast<void***>(object))[end]) << destructor;
+        const bool isNode = object != m_list && object != m_map;
         for (int slot = 7; slot < end; ++slot) {
-            if (working.count(slot))
+            if (working.count(slot) || (isNode && common.count(slot)))
                 continue;
-            // In every register that an argument may use, and where a VARIANT would lie, is a pointer to
-            // this.
+            // Pointers to this lie in every register that an argument may use, and where a VARIANT would.
             std::array<std::array<unsigned char, 64>, 3> storage;
             std::memset(&storage, 0xA5, sizeof storage);
             const auto expected = storage;
