@@ -6,7 +6,6 @@
 #include "KelComWrapper/typelib.h"
 #include "KelXmlLib/convenience.h"
 #include "support/allocations.h"
-#include "support/saved_by_qt.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
@@ -155,18 +154,6 @@ protected:
         const QString path = pathOf("saved.xml");
         EXPECT_EQ(S_OK, save(*document, path));
         return contentOf(path).toStdString();
-    }
-
-    /// Loads a file with Qt directly and through the library. \return the verdict, expected to be the same
-    static bool loadBoth(const QString& path, QDomDocument& theirs, IXMLDOMDocument& ours)
-    {
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        const bool verdict = theirs.setContent(&file);
-        VARIANT_BOOL success = 7;
-        EXPECT_EQ(verdict ? S_OK : S_FALSE, load(ours, path, &success));
-        EXPECT_EQ(verdict ? VARIANT_TRUE : VARIANT_FALSE, success);
-        return verdict;
     }
 
 private:
