@@ -26,8 +26,7 @@ struct Threads : DomTest
             EXPECT_EQ(1, lengthOf(*list));
 
             EXPECT_EQ(S_OK, KelTypelib::RegisterTypeLib(LIBID_MSXML, L"" KEL_TYPE_LIBRARY));
-            const Bstr name(L"documentElement");
-            wchar_t* names = name.get();
+            wchar_t name[] = L"documentElement", *names = name;
             DISPID member = 0;
             EXPECT_EQ(S_OK, two->GetIDsOfNames(IID_IUnknown, &names, 1, 0, &member));
             DISPPARAMS nothing{};
@@ -43,10 +42,8 @@ struct Threads : DomTest
             EXPECT_EQ(S_OK, KelTypelib::GetTlbFilePath(own, registered));
             EXPECT_TRUE(keltest::typeInfo(registered, IID_IXMLDOMNode));
             EXPECT_EQ(S_OK, KelTypelib::UnRegisterTypeLib(own));
-            for (int copy = 0; copy < 20; ++copy) {
-                const ComPtr<ITypeInfo> mine(&shared);
-                EXPECT_EQ(63, keltest::idOf(*mine, L"loadxml"));
-            }
+            for (int copy = 0; copy < 20; ++copy)
+                EXPECT_EQ(63, keltest::idOf(*ComPtr<ITypeInfo>(&shared), L"loadxml"));
         }
     }
 };

@@ -25,7 +25,6 @@ std::size_t allocations::live()
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_memalign(std::size_t alignment, std::size_t size);
 void __libc_free(void* memory);
 }
 
@@ -39,11 +38,10 @@ std::atomic<std::size_t> liveCount{0};
 bool failsNow(std::size_t size)
 {
     const bool isReached = untilFailure > 0 && --untilFailure == 0;
-    isFailureReached = isFailureReached || isReached;
-    untilFailure += isReached && staysOut ? 1 : 0;
     const bool fails = isReached || bytesLeft < static_cast<std::ptrdiff_t>(size);
     if (fails)
         errno = ENOMEM;
+    isFailureReached = isFailureReached || fails;
     return fails;
 }
 
@@ -83,19 +81,6 @@ void* realloc(void* memory, std::size_t size)
         free(memory);
     }
     return moved;
-}
-void* memalign(std::size_t alignment, std::size_t size)
-{
-    return failsNow(size) ? nullptr : counted(__libc_memalign(alignment, size));
-}
-void* aligned_alloc(std::size_t alignment, std::size_t size)
-{
-    return memalign(alignment, size);
-}
-int posix_memalign(void** memory, std::size_t alignment, std::size_t size)
-{
-    *memory = memalign(alignment, size);
-    return *memory ? 0 : ENOMEM;
 }
 }
 

@@ -13,42 +13,43 @@ std::size_t live();
 
 /// What the allocator asks before each allocation of this thread; set by the classes below.
 inline thread_local std::size_t untilFailure = 0;
-inline thread_local bool staysOut = false;
 inline thread_local bool isFailureReached = false;
 inline constexpr std::ptrdiff_t kPlenty = PTRDIFF_MAX / 2;
 inline thread_local std::ptrdiff_t bytesLeft = kPlenty;
 
-/// Fails the `nth` allocation of this thread, counted from 1, while it lives, or that one and all after it.
-/// Neither a sanitizer's allocator nor valgrind's can be made to; `kCanFail` tells.
-class FailAt
+/// Memory runs short for this thread while it lives. Neither a sanitizer's allocator nor valgrind's can be
+/// made to fail; `kCanFail` tells.
+class Shortage
 {
 public:
-    explicit FailAt(std::size_t nth, bool andAllAfter = false)
+    Shortage(std::size_t nth, std::ptrdiff_t bytes)
     {
         isFailureReached = false;
-        staysOut = andAllAfter;
         untilFailure = nth;
+        bytesLeft = bytes;
     }
-    ~FailAt()
+    ~Shortage()
     {
         untilFailure = 0;
-        staysOut = false;
+        bytesLeft = kPlenty;
     }
-    FailAt(const FailAt&) = delete;
-    FailAt& operator=(const FailAt&) = delete;
+    Shortage(const Shortage&) = delete;
+    Shortage& operator=(const Shortage&) = delete;
 
-    /// Whether that allocation was reached.
+    /// Whether an allocation has failed.
     bool failed() const { return isFailureReached; }
 };
 
-/// Lets this thread have only so many bytes more than it has, while it lives.
-class Budget
+/// Only the `nth` allocation fails, counted from 1.
+struct FailAt : Shortage
 {
-public:
-    explicit Budget(std::ptrdiff_t bytes) { bytesLeft = bytes; }
-    ~Budget() { bytesLeft = kPlenty; }
-    Budget(const Budget&) = delete;
-    Budget& operator=(const Budget&) = delete;
+    explicit FailAt(std::size_t nth) : Shortage(nth, kPlenty) {}
+};
+
+/// There are only so many pieces of 256 bytes more than there are.
+struct Budget : Shortage
+{
+    explicit Budget(std::size_t pieces) : Shortage(0, static_cast<std::ptrdiff_t>(pieces * 256)) {}
 };
 
 extern const bool kCanFail;
