@@ -1,5 +1,6 @@
-// Loading and saving through the interface against Qt used directly: same verdict, same saved bytes, and a
-// text beyond the bounds is refused with the earlier tree in place.
+// Loading and saving through the interface against Qt used directly: the same verdict, the same saved bytes,
+// nothing deeper and nothing longer than the look at the text said, and a text beyond the bounds is refused
+// with the earlier tree in place.
 
 #include "KelXmlLib/convenience.h"
 #include "guards/limits.h"
@@ -15,6 +16,24 @@ using kel::Variant;
 namespace
 {
 
+struct Tree
+{
+    int depth = 0;
+    qint64 length = 0;
+};
+
+/// \param depth how many elements there are down to the node
+void measure(const QDomNode& node, int depth, Tree& tree)
+{
+    tree.depth = std::max(tree.depth, depth);
+    tree.length += node.nodeValue().size();
+    const QDomNamedNodeMap attributes = node.attributes();
+    for (int i = 0; i < attributes.length(); ++i)
+        tree.length += attributes.item(i).nodeValue().size();
+    for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
+        measure(child, depth + (child.isElement() ? 1 : 0), tree);
+}
+
 QByteArray savedBy(IXMLDOMDocument& document)
 {
     static const MemoryFile file;
@@ -22,11 +41,22 @@ QByteArray savedBy(IXMLDOMDocument& document)
     return file.read();
 }
 
+/// What is known of a text beforehand. What an encoding makes of bytes is Qt's to know.
+struct Known
+{
+    qint64 length; ///< the most characters that the text can have
+    bool hasEntities = true;
+    bool onlyElementsNest = false; ///< no content model can have parentheses
+};
+
 /// \param load loads into the document given, with the flag given
 /// \param content what Qt is to load
 template <class Load, class Content>
-void compare(Load load, const Prescan& seen, Content&& content)
+void compare(Load load, const Prescan& seen, Content&& content, const Known& known)
 {
+    require(seen.nesting <= kMaxNesting + 1);
+    // Without entities, only markup that is there can nest, and a parenthesis is the shortest.
+    require(seen.within || known.hasEntities || known.length > kMaxNesting);
     const auto document = kel::newDocument();
     require(document->loadXML(Bstr(L"<earlier/>").get(), nullptr) == S_OK);
     const QByteArray earlier = savedBy(*document);
@@ -37,6 +67,12 @@ void compare(Load load, const Prescan& seen, Content&& content)
     require(result == (accepted ? S_OK : S_FALSE));
     require(success == (accepted ? VARIANT_TRUE : VARIANT_FALSE));
     require(savedBy(*document) == (seen.within ? savedByQt(direct) : earlier));
+    Tree tree;
+    measure(direct, 0, tree);
+    require(!seen.within || (tree.depth <= seen.nesting && seen.nesting <= kMaxNesting));
+    require(!accepted || !known.onlyElementsNest || tree.depth == seen.nesting);
+    require(tree.length <=
+            known.length + std::max(kEntityActivationThreshold, kMaxEntityAmplification * known.length));
 }
 
 } // namespace
@@ -47,18 +83,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Bstr xml(QString::fromUtf8(bytes).toStdWString().c_str());
     const QString text = QString::fromUcs4(reinterpret_cast<const char32_t*>(xml.c_str()));
     if (!text.isEmpty())
-        compare([&xml](IXMLDOMDocument& document,
-                       VARIANT_BOOL* success) { return document.loadXML(xml.get(), success); },
-                prescan(text), text);
+        compare([&xml](auto& document, auto* success) { return document.loadXML(xml.get(), success); },
+                prescan(text), text,
+                {text.size(), text.contains(QLatin1String("<!EN")), !text.contains(u'(')});
 
     static MemoryFile file;
     file.write(bytes);
     const Variant path(file.path());
     QBuffer buffer(&bytes);
     require(buffer.open(QIODevice::ReadOnly));
-    const Prescan seen = prescan(bytes);
-    compare([&path](IXMLDOMDocument& document,
-                    VARIANT_BOOL* success) { return document.load(path.get(), success); },
-            seen, &buffer);
+    compare([&path](auto& document, auto* success) { return document.load(path.get(), success); },
+            prescan(bytes), &buffer, {bytes.size()});
     return 0;
 }

@@ -35,8 +35,9 @@ TEST_F(Guards, ANodeThatOutlivedItsParentTakesNoFormerSiblingAlong)
 {
     const auto document = documentOf(L"<r><a/><b><c/></b><d/></r>");
     auto root = firstChildOf(*document);
-    const auto a = childAt(*root, 0);
-    const auto b = childAt(*root, 1);
+    const auto a = firstChildOf(*root);
+    ComPtr<IXMLDOMNode> b;
+    listOf(*root)->get_item(1, b.put());
     document->removeChild(root.get(), nullptr);
     root.reset();   // and with it the sibling after b
     append(*b, *a); // whose next sibling was b itself

@@ -134,23 +134,20 @@ TEST_F(LoadSave, BytesCutOffAnywhereOrUnderAWrongLabelGetQtsVerdictAndBytes)
 
     const QByteArray bodies[] = {"<a>\xC3\xA9\xF0\x9F\x98\x80</a>", "<a>\xE9\xFF</a>", "<a>\xED\xA0\x80</a>",
                                  QByteArray("<a>\0b</a>", 9), "<a\0"};
-    QList<QByteArray> heads{"",
-                            "\xEF\xBB\xBF",
-                            "\xFE\xFF",
-                            "\xFF\xFE",
-                            QByteArray("\xFF\xFE\0\0", 4),
-                            QByteArray("\0\0\xFE\xFF", 4)};
+    QList<QByteArray> heads{"", "\xEF\xBB\xBF", "\xFE\xFF", "\xFF\xFE"};
+    heads << QByteArray("\xFF\xFE\0\0", 4) << QByteArray("\0\0\xFE\xFF", 4);
     // Not UTF-32: Qt ends it with what its memory holds when it encodes pairs of surrogates.
     for (const char* const label :
          {"UTF-8", "UTF-16", "ISO-8859-1", "windows-1251", "Shift_JIS", "no-such", "", "UTF-7", "\xFF"})
         heads += QByteArray("<?xml version='1.0' encoding='") + label + "'?>";
     for (const QByteArray& body : bodies) {
-        for (const QByteArray& head : heads)
-            expectQtsVerdictTreeAndBytes(head + body);
-        for (const char* const codec : {"UTF-16LE", "UTF-16BE"})
-            for (const QByteArray& head : heads)
-                expectQtsVerdictTreeAndBytes(
-                    QTextCodec::codecForName(codec)->fromUnicode(QString::fromUtf8(head + body)));
+        for (const QByteArray& head : heads) {
+            const QByteArray bytes = head + body;
+            const QString text = QString::fromUtf8(bytes);
+            expectQtsVerdictTreeAndBytes(bytes);
+            for (const char* const codec : {"UTF-16LE", "UTF-16BE"})
+                expectQtsVerdictTreeAndBytes(QTextCodec::codecForName(codec)->fromUnicode(text));
+        }
     }
     // A surrogate on its own.
     expectQtsVerdictTreeAndBytes(QByteArray("\xFF\xFE<\0a\0>\0\0\xD8<\0/\0a\0>\0", 18));

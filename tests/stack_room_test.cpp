@@ -41,7 +41,7 @@ struct StackRoom : DomTest
         if (isLoaded) {
             ComPtr<IXMLDOMNode> copy;
             EXPECT_EQ(S_OK, rootOf(document)->cloneNode(1, copy.put()));
-            EXPECT_EQ(L"t", textIn(*copy));
+            EXPECT_EQ(L"t", kel::textOf(*copy, &IXMLDOMNode::get_text));
         }
         const bool isSaved = save(*document, path) == S_OK;
         EXPECT_EQ(isSaved, contentOf(path) != "there");

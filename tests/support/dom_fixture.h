@@ -71,7 +71,6 @@ protected:
     static auto listOf(IXMLDOMNode& node) { return get(node, &IXMLDOMNode::get_childNodes); }
     static auto mapOf(IXMLDOMNode& node) { return get(node, &IXMLDOMNode::get_attributes); }
     static std::wstring nameOf(IXMLDOMNode& node) { return kel::textOf(node, &IXMLDOMNode::get_nodeName); }
-    static std::wstring textIn(IXMLDOMNode& node) { return kel::textOf(node, &IXMLDOMNode::get_text); }
 
     template <class List>
     static LONG lengthOf(List& list)
@@ -80,16 +79,6 @@ protected:
         EXPECT_EQ(S_OK, list.get_length(&length));
         return length;
     }
-    /// A list's or a map's; null beyond its end.
-    template <class List>
-    static ComPtr<IXMLDOMNode> itemOf(List& list, LONG index)
-    {
-        ComPtr<IXMLDOMNode> item;
-        list.get_item(index, item.put());
-        return item;
-    }
-    /// The children as a list, each by its own index.
-    static auto childAt(IXMLDOMNode& node, LONG index) { return itemOf(*listOf(node), index); }
 
     static ComPtr<IXMLDOMAttribute> attributeOf(IXMLDOMNode& element, const std::wstring& name)
     {
