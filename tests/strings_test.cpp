@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 #include <random>
-#include <vector>
+#include <string>
 
 namespace
 {
@@ -18,25 +18,18 @@ const char32_t kUnits[] = {U'a',   U'<',    U'&',    0x7F,     0x80,     0xE9,  
 
 constexpr std::size_t kUnitsOf16Bits = 17;
 
-std::vector<wchar_t> randomWide(std::mt19937& random, std::size_t length)
-{
-    const std::size_t kinds = random() % 2 ? kUnitsOf16Bits : std::size(kUnits);
-    std::vector<wchar_t> text;
-    for (std::size_t index = 0; index < length; ++index)
-        text.push_back(static_cast<wchar_t>(kUnits[random() % kinds]));
-    text.push_back(0);
-    return text;
-}
-
 TEST(Text, InwardsEqualsQtsConversionForAnyUnits)
 {
     EXPECT_TRUE(kelxml::fromWide(nullptr).isNull());
     std::mt19937 random(1);
     for (int round = 0; round < 20000; ++round) {
-        const auto text = randomWide(random, random() % 40);
-        const QString expected = QString::fromUcs4(reinterpret_cast<const char32_t*>(text.data()), -1);
-        ASSERT_EQ(expected, kelxml::fromWide(text.data())) << round;
-        ASSERT_EQ(expected.isNull(), kelxml::fromWide(text.data()).isNull());
+        const std::size_t kinds = random() % 2 ? kUnitsOf16Bits : std::size(kUnits);
+        std::wstring text(random() % 40, L'\0');
+        for (wchar_t& unit : text)
+            unit = static_cast<wchar_t>(kUnits[random() % kinds]);
+        const QString expected = QString::fromUcs4(reinterpret_cast<const char32_t*>(text.c_str()), -1);
+        ASSERT_EQ(expected, kelxml::fromWide(text.c_str())) << round;
+        ASSERT_EQ(expected.isNull(), kelxml::fromWide(text.c_str()).isNull());
     }
 }
 
@@ -51,13 +44,13 @@ TEST(Text, OutwardsEqualsQtsConversionUpToTheFirstZero)
             const auto any = kUnits[random() % kUnitsOf16Bits];
             unit = QChar(static_cast<ushort>(!isLong && random() % 8 == 0 ? random() % 3 : any));
         }
-        std::vector<wchar_t> expected(static_cast<std::size_t>(text.size()) + 1, L'\0');
+        std::wstring expected(static_cast<std::size_t>(text.size()), L'\0');
         text.toWCharArray(expected.data());
         kel::Bstr out;
         out.reset(kelxml::toBstr(text));
         ASSERT_TRUE(out);
-        ASSERT_STREQ(expected.data(), out.c_str()) << round;
-        ASSERT_EQ(static_cast<UINT>(std::wcslen(expected.data())), out.length());
+        ASSERT_STREQ(expected.c_str(), out.c_str()) << round;
+        ASSERT_EQ(std::wcslen(expected.c_str()), out.length());
     }
 }
 
