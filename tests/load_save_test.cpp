@@ -36,7 +36,7 @@ struct LoadSave : DomTest
         const QString path = pathOf("bytes.xml");
         write(path, bytes);
         expectQtsVerdictTreeAndBytes(path);
-        ASSERT_FALSE(HasFailure()) << bytes.toStdString();
+        ASSERT_FALSE(HasFailure()) << bytes.toPercentEncoding().toStdString();
     }
     /// Every node with what it has; files are shallow, and so is the recursion.
     static void expectSame(const QDomNode& theirs, IXMLDOMNode& ours)
