@@ -85,6 +85,20 @@ TEST_F(Guards, WhatAttributesHoldCountsForTheDepthAsWell)
     EXPECT_TRUE(takes(*parentOf(*place), *carrier));
 }
 
+TEST_F(Guards, RingsDocumentsAndPlacedAttributesAreNotAppended)
+{
+    const auto document = documentOf(L"<a x='1'><b><c/></b></a>");
+    const ComPtr<IXMLDOMNode> root(rootOf(document).get());
+    const auto b = firstChildOf(*root);
+    const auto c = firstChildOf(*b);
+    const ComPtr<IXMLDOMNode> attribute(attributeOf(*root, L"x").get());
+    const std::string before = saved(document);
+    for (const auto& child : {root, b, c, parentOf(*root), attribute, ComPtr<IXMLDOMNode>(document.get())})
+        append(*c, *child);
+    append(*newDocument(), *documentOf(L"<z/>"));
+    EXPECT_EQ(before, saved(document));
+}
+
 TEST_F(Guards, AListOfANodeThatMovedToAnotherDocumentIsMadeAnew)
 {
     // Qt knows a list that is out of date by its document's count of changes. Two documents' can be the same.

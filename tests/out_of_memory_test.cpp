@@ -9,10 +9,12 @@
 #include <QtCore/QBuffer>
 #include <QtCore/QTextStream>
 #include <QtXml/QDomDocument>
+#include <fstream>
 #include <functional>
 #include <future>
 #include <memory>
 #include <new>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -249,6 +251,19 @@ TEST_F(OutOfMemory, AListWhoseReadingFailedIsReadAnew)
     }
 }
 
+/// The process gets only so many pieces of 16 KiB of address space more than it has.
+struct AddressSpace
+{
+    explicit AddressSpace(std::size_t pieces)
+    {
+        std::size_t pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        const rlimit limit = {pages * 4096 + pieces * 16 * 1024, RLIM_INFINITY};
+        setrlimit(RLIMIT_AS, &limit);
+    }
+    bool failed() const { return false; } // but for what is thrown
+};
+
 /// How many processes die in which memory runs out in `work`, at one place after the other, on a new thread:
 /// there Qt makes more objects.
 template <class Shortage>
@@ -261,7 +276,9 @@ int deathsIn(const std::function<void()>& work)
             const Shortage shortage(nth);
             try {
                 work();
-            } catch (const std::bad_alloc&) {}
+            } catch (const std::bad_alloc&) {
+                return true;
+            }
             return shortage.failed();
         };
         const pid_t child = fork();
@@ -285,6 +302,11 @@ TEST_F(OutOfMemory, SavingAndLoadingThrowWhereverMemoryRunsOut)
         if (file.open(QIODevice::WriteOnly))
             QTextStream stream(&file);
     };
+    const auto openFile = [&] { QFile(written).open(QIODevice::ReadOnly); };
+    const auto makeFiler = [path = written.toStdWString()] {
+        const std::unique_ptr<IKelXmlFiler> filer(
+            morvCreateXmlFiler(path.c_str(), KelXmlLib::eEncodingUtf8, 0, true, true, nullptr, nullptr));
+    };
     std::wstring elements;
     for (int count = 0; count < 2000; ++count)
         elements += L"<e a='1'>t</e>";
@@ -297,8 +319,14 @@ TEST_F(OutOfMemory, SavingAndLoadingThrowWhereverMemoryRunsOut)
         const auto save = [&] { document->save(destination.get()); };
         const auto load = [&] { newDocument()->load(source.get(), nullptr); };
         EXPECT_EQ(deathsIn<allocations::FailAt>(openStream), deathsIn<allocations::FailAt>(save));
-        EXPECT_EQ(0, deathsIn<allocations::Budget>(save));
-        EXPECT_EQ(0, deathsIn<allocations::Budget>(load));
+        EXPECT_EQ(deathsIn<allocations::FailFrom>(openStream), deathsIn<allocations::FailFrom>(save));
+        EXPECT_EQ(deathsIn<allocations::FailAt>(openFile), deathsIn<allocations::FailAt>(load));
+        EXPECT_EQ(deathsIn<allocations::FailFrom>(openFile), deathsIn<allocations::FailFrom>(load));
+        for (const auto& work : std::vector<std::function<void()>>{save, load}) {
+            EXPECT_EQ(0, deathsIn<allocations::Budget>(work));
+            EXPECT_EQ(0, deathsIn<AddressSpace>(work));
+        }
+        EXPECT_EQ(0, deathsIn<allocations::Budget>(makeFiler));
     }
 }
 

@@ -38,6 +38,7 @@ std::atomic<std::size_t> liveCount{0};
 bool failsNow(std::size_t size)
 {
     const bool isReached = untilFailure > 0 && --untilFailure == 0;
+    untilFailure += isReached && isForGood ? 1 : 0;
     const bool fails = isReached || bytesLeft < static_cast<std::ptrdiff_t>(size);
     if (fails)
         errno = ENOMEM;

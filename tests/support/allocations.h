@@ -13,6 +13,7 @@ std::size_t live();
 
 /// What the allocator asks before each allocation of this thread; set by the classes below.
 inline thread_local std::size_t untilFailure = 0;
+inline thread_local bool isForGood = false;
 inline thread_local bool isFailureReached = false;
 inline constexpr std::ptrdiff_t kPlenty = PTRDIFF_MAX / 2;
 inline thread_local std::ptrdiff_t bytesLeft = kPlenty;
@@ -22,8 +23,9 @@ inline thread_local std::ptrdiff_t bytesLeft = kPlenty;
 class Shortage
 {
 public:
-    Shortage(std::size_t nth, std::ptrdiff_t bytes)
+    Shortage(std::size_t nth, std::ptrdiff_t bytes, bool forGood = false)
     {
+        isForGood = forGood;
         isFailureReached = false;
         untilFailure = nth;
         bytesLeft = bytes;
@@ -44,6 +46,12 @@ public:
 struct FailAt : Shortage
 {
     explicit FailAt(std::size_t nth) : Shortage(nth, kPlenty) {}
+};
+
+/// The `nth` allocation fails, and all after it.
+struct FailFrom : Shortage
+{
+    explicit FailFrom(std::size_t nth) : Shortage(nth, kPlenty, true) {}
 };
 
 /// There are only so many pieces of 256 bytes more than there are.
