@@ -51,7 +51,7 @@ HRESULT hasChildNodes(const NodeRef& self, VARIANT_BOOL* hasChildren)
 
 HRESULT childNodes(const NodeRef& self, IXMLDOMNodeList** children)
 {
-    return handOutList({QDomNode(self.node), false, QString()}, self.document, children);
+    return handOutList({QDomNode(self.node), QString()}, self.document, children);
 }
 
 HRESULT attributes(const NodeRef& self, IXMLDOMNamedNodeMap** attributes)
@@ -64,7 +64,7 @@ HRESULT attributes(const NodeRef& self, IXMLDOMNamedNodeMap** attributes)
 
 HRESULT elementsByTagName(const NodeRef& self, const wchar_t* name, IXMLDOMNodeList** list)
 {
-    return handOutList({QDomNode(self.node), true, fromWide(name)}, self.document, list);
+    return handOutList({QDomNode(self.node), fromWide(name)}, self.document, list);
 }
 
 HRESULT reportType(DOMNodeType type, DOMNodeType* out)

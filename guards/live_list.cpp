@@ -10,7 +10,7 @@ namespace kelxml::guards
 QDomNodeList makeList(const ListOrigin& origin, const DocumentRef& document)
 {
     adopt({origin.node, document});
-    if (!origin.byTagName)
+    if (origin.tagName.isNull())
         return origin.node.childNodes();
     if (origin.node.isDocument())
         return origin.node.toDocument().elementsByTagName(origin.tagName);
@@ -36,16 +36,17 @@ int LiveList::length(QDomNodeList& list, const DocumentRef& document)
     if (isKept())
         return static_cast<int>(m_kept->nodes.size());
     const int length = read(list, document, [](const QDomNodeList& all) { return all.length(); });
-    m_askFrom = length < kLong ? kLong : 0;
+    const bool isLong = length >= keptFrom();
+    m_firstUnsure = isLong ? 0 : keptFrom();
     m_kept.reset();
-    if (length >= kLong)
+    if (isLong)
         keep(length, list);
     return length;
 }
 
 QDomNode LiveList::item(int index, QDomNodeList& list, const DocumentRef& document)
 {
-    if (index >= m_askFrom) {
+    if (index >= m_firstUnsure) {
         if (index >= length(list, document))
             return {};
         if (m_kept)

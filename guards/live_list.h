@@ -21,8 +21,7 @@ namespace kelxml::guards
 struct ListOrigin
 {
     Handle node;
-    bool byTagName = false;
-    QString tagName; ///< null stands for the children again
+    QString tagName; ///< null for the children
 };
 
 /// The list as Qt makes it.
@@ -50,20 +49,21 @@ private:
         std::vector<QDomNode> nodes;
     };
 
-    bool isByTagName() const { return m_origin.byTagName && !m_origin.tagName.isNull(); }
+    bool isByTagName() const { return !m_origin.tagName.isNull(); }
+    /// From how many nodes on they are kept. To find elements costs the document, however few they are.
+    int keptFrom() const { return isByTagName() ? 4 : 32; }
     template <class Read>
     auto read(QDomNodeList& list, const DocumentRef& document, Read read);
     std::uint64_t changesNow() const;
     bool isKept() const;
     void keep(int length, const QDomNodeList& list);
 
-    static constexpr int kLong = 32;
     /// No count of changes: a list made at it is made anew.
     static constexpr std::uint64_t kNeverMade = std::numeric_limits<std::uint64_t>::max();
 
     ListOrigin m_origin;
     std::uint64_t m_madeAt;
-    int m_askFrom = 2;                  ///< the index from which on it is asked whether the list is long
+    int m_firstUnsure = 2; ///< an index from here on may mean a long list: its length is asked first
     std::unique_ptr<const Kept> m_kept; ///< null, or of a long list
 };
 

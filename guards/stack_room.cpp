@@ -80,9 +80,9 @@ bool hasRoomFor(std::size_t bytes)
     static thread_local Stack known;
     if (!known.holds(here) || bytes > kLittle) {
         const Stack first = firstStack();
-        const Stack found = first.holds(here) ? first : known.holds(here) ? known : stackOfThread();
-        if (found.holds(here))
-            known = found;
+        const bool isOfThread = known.holds(here) && known.high != first.high;
+        const Stack found = first.holds(here) ? first : isOfThread ? known : stackOfThread();
+        known = found.holds(here) ? found : Stack();
     }
     return (known.holds(here) ? here - known.low : kUnknownStack) >= bytes + kReserve;
 }

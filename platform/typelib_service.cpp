@@ -109,7 +109,8 @@ QByteArray encoded(const wchar_t* path)
 {
     const QString text = QString::fromWCharArray(path);
     const QByteArray name = QFile::encodeName(text);
-    return QFile::decodeName(name) == text ? name : QByteArray();
+    const bool isWhole = *path != QChar::ByteOrderMark; // else the conversion has taken that off
+    return isWhole && QFile::decodeName(name) == text ? name : QByteArray();
 }
 
 HRESULT Service::load(const wchar_t* path, ITypeLib** library)

@@ -6,6 +6,7 @@
 #include "support/dom_fixture.h"
 
 #include <filesystem>
+#include <limits>
 
 namespace
 {
@@ -162,7 +163,8 @@ TEST_F(Convenience, FilesAreNamedInUtf8AndAFailureSaysWhichFileAndWhy)
               messageOf([&] { kel::load(path); }));
     EXPECT_EQ("loading '" + path + "/': there is no such file", messageOf([&] { kel::load(path + '/'); }));
     EXPECT_EQ("saving '" + path +
-                  "/': it cannot be opened for writing, or the tree is too deep for the free stack",
+                  "/': it cannot be opened for writing, file names cannot hold the path, or the tree is too "
+                  "deep for the free stack",
               messageOf([&] { kel::save(*newDocument(), path + '/'); }));
     EXPECT_EQ("loading '\xFF': the path is not UTF-8", messageOf([] { kel::load("\xFF"); }));
 }
@@ -177,6 +179,14 @@ TEST_F(Convenience, WhatIsSetIsReadAndARefusalIsAnError)
         EXPECT_EQ(L"onetwo", kel::textOf(*element));
         kel::setAttribute(*element, L"a", L"");
         EXPECT_EQ(L"", kel::attributeOf(*element, L"a", L"none"));
+        const auto given = [&element](auto number) {
+            kel::setAttribute(*element, L"a", number);
+            return kel::attributeOf(*element, L"a");
+        };
+        EXPECT_EQ(L"18446744073709551615", given(std::numeric_limits<std::size_t>::max()));
+        EXPECT_EQ(L"-5 4294967295 0.5 1.5", given(short{-5}) + L' ' +
+                                                given(std::numeric_limits<unsigned>::max()) + L' ' +
+                                                given(0.5F) + L' ' + given(1.5));
         const auto attribute = attributeOf(*element, L"a");
         kel::setText(*attribute, L"7");
         EXPECT_EQ(L"7", kel::attributeOf(*element, L"a"));

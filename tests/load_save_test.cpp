@@ -114,8 +114,10 @@ TEST_F(LoadSave, PathThatFileNamesCannotHoldIsRefusedAndNoOtherFileIsTaken)
     auto document = documentOf(L"<a/>");
     QTextCodec* const locales = QTextCodec::codecForLocale();
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
-    for (const wchar_t* const name : {L"\xd83d.xml", L"a\xdc00", L"\x110061", L"\x4010000", L"\u0107.xml"}) {
-        const std::wstring path = pathOf("x").toStdWString() + name;
+    std::vector<std::wstring> paths{L'\ufeff' + pathOf("x").toStdWString()};
+    for (const wchar_t* const name : {L"\xd83d.xml", L"a\xdc00", L"\x110061", L"\x4010000", L"\u0107.xml"})
+        paths.push_back(pathOf("x").toStdWString() + name);
+    for (const std::wstring& path : paths) {
         const QString other = QFile::decodeName(QFile::encodeName(QString::fromStdWString(path)));
         write(other, "<other/>");
         EXPECT_EQ(S_FALSE, document->load(Variant(path).get(), nullptr)) << other.toStdString();

@@ -97,7 +97,7 @@ QString charactersFromWide(const wchar_t* text)
 
 std::optional<QString> pathFromWide(const wchar_t* path)
 {
-    if (!hasCodecs())
+    if (!hasCodecs() || (path && *path == QChar::ByteOrderMark)) // which the conversion would take off
         return std::nullopt;
     QString text = fromWide(path);
     if (text != charactersFromWide(path) || text != QFile::decodeName(QFile::encodeName(text)))

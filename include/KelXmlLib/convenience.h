@@ -142,10 +142,10 @@ inline Nodes<IXMLDOMNamedNodeMap> attributesOf(IXMLDOMNode& node)
     return each(std::move(map));
 }
 /// The elements below a document or an element that have a tag name. \throw Error
-inline Nodes<IXMLDOMNodeList> elementsNamed(IXMLDOMNode& node, const wchar_t* tagName)
+inline Nodes<IXMLDOMNodeList> elementsNamed(IXMLDOMNode& node, std::wstring tagName)
 {
     ComPtr<IXMLDOMNodeList> list;
-    check(node.selectNodes(Bstr(tagName).get(), list.put()), "searching for elements");
+    check(node.selectNodes(tagName.data(), list.put()), "searching for elements");
     return each(std::move(list));
 }
 
@@ -167,10 +167,10 @@ inline std::wstring textOf(IXMLDOMNode& node)
 }
 
 /// Makes a text all that an element holds: unlike `put_text`, which takes out no more than the first child.
-/// Of any other node it sets the value.
+/// Of any other node it sets the value, which a document does not show.
 /// \param node the element
 /// \param text read up to its first zero character
-/// \throw Error
+/// \throw Error, std::bad_alloc: children may be gone by then
 inline void setText(IXMLDOMNode& node, std::wstring text)
 {
     constexpr const char* kAction = "setting a text";
@@ -200,6 +200,41 @@ inline std::wstring attributeOf(IXMLDOMNode& element, std::wstring name, std::ws
     return std::wstring(value.text());
 }
 
+namespace detail
+{
+
+/// A text or a number as the library takes it for an attribute.
+/// \param value is copied
+template <class Value>
+Variant attributeValue(const Value& value)
+{
+    VARIANT number{};
+    if constexpr (std::is_convertible_v<const Value&, std::wstring_view>) {
+        return Variant(std::wstring_view(value));
+    } else if constexpr (std::is_same_v<Value, float>) {
+        number.vt = VT_R4;
+        number.fltVal = value;
+    } else if constexpr (std::is_floating_point_v<Value>) {
+        number.vt = VT_R8;
+        number.dblVal = static_cast<double>(value);
+    } else if constexpr (std::is_signed_v<Value>) {
+        number.vt = VT_I8;
+        number.llVal = value;
+    } else {
+        number.vt = VT_UI8;
+        number.ullVal = value;
+    }
+    return Variant::adopt(number);
+}
+
+/// Whether a value of the type means a truth or a character, though it counts as a number.
+template <class Value>
+constexpr bool isNoNumber =
+    std::is_same_v<Value, bool> || std::is_same_v<Value, char> || std::is_same_v<Value, wchar_t> ||
+    std::is_same_v<Value, char16_t> || std::is_same_v<Value, char32_t>;
+
+} // namespace detail
+
 /// Sets an attribute, which is made when it is not there.
 /// \param element what gets it
 /// \param name of the attribute
@@ -209,10 +244,10 @@ template <class Value>
 void setAttribute(IXMLDOMNode& element, std::wstring name, const Value& value)
 {
     static_assert(std::is_convertible_v<const Value&, std::wstring_view> ||
-                      (std::is_arithmetic_v<Value> && !std::is_same_v<Value, bool>),
-                  "the library writes nothing else");
+                      (std::is_arithmetic_v<Value> && !detail::isNoNumber<Value>),
+                  "a text or a number");
     const auto target = asElement(element);
-    check(target ? target->setAttribute(name.data(), Variant(value).get()) : E_NOINTERFACE,
+    check(target ? target->setAttribute(name.data(), detail::attributeValue(value).get()) : E_NOINTERFACE,
           "setting an attribute");
 }
 
@@ -221,7 +256,8 @@ void setAttribute(IXMLDOMNode& element, std::wstring name, const Value& value)
 /// \param name which is not checked to be one
 /// \param text that it gets, if any
 /// \return the new element
-/// \throw Error also for what `appendChild` leaves undone without a word
+/// \throw Error also for what `appendChild` leaves undone without a word. Out of memory, the element may
+/// stand there
 inline ComPtr<IXMLDOMElement> appendElement(IXMLDOMNode& parent, std::wstring name, std::wstring text = {})
 {
     constexpr const char* kAction = "appending an element";
@@ -234,7 +270,8 @@ inline ComPtr<IXMLDOMElement> appendElement(IXMLDOMNode& parent, std::wstring na
     check(parent.appendChild(made.get(), nullptr), kAction);
     ComPtr<IXMLDOMNode> place;
     if (made->get_parentNode(place.put()) != S_OK)
-        throw Error(S_FALSE, kAction, "its name is empty, or the tree would become too deep");
+        throw Error(S_FALSE, kAction,
+                    "its name is empty, the parent holds no node, or the tree would become too deep");
     return asElement(*made);
 }
 

@@ -106,7 +106,8 @@ public:
     /// \param text must not be missing
     virtual KelXmlLib::eStatus writeCData(const wchar_t* text) = 0;
     /// Writes a comment.
-    /// \param text must not be missing, nor hold two hyphens in a row, which nobody could read back
+    /// \param text must not be missing, nor hold two hyphens in a row or end in one,
+    ///        which nobody could read back
     virtual KelXmlLib::eStatus writeComment(const wchar_t* text) = 0;
     /// Accepted, nothing is written. `data` is not read.
     /// \param data not null
@@ -170,7 +171,7 @@ public:
 private:
     /// Makes the writer, unless Qt's codecs are gone: its constructor needs them.
     [[gnu::visibility("hidden")]] KelXmlFilerWrapper();
-    /// Lets `write` loose on the writer when the required arguments are present.
+    /// Calls `write` with the writer when the required arguments are present.
     template <class Write>
     KelXmlLib::eStatus forward(std::initializer_list<const wchar_t*> required, Write write);
 

@@ -24,6 +24,8 @@ inline Variant pathValue(const std::filesystem::path& path, const std::string& a
 {
     try {
         const std::u32string text = path.u32string();
+        if (text.find(U'\0') != std::u32string::npos)
+            throw Error(E_INVALIDARG, action, "the path holds a zero");
         return Variant(std::wstring(text.begin(), text.end()));
     } catch (const std::filesystem::filesystem_error&) {
         throw Error(E_INVALIDARG, action, "the path is not UTF-8");
@@ -43,11 +45,11 @@ inline ComPtr<IXMLDOMDocument> load(const std::filesystem::path& path)
     const HRESULT result = document->load(detail::pathValue(path, action).get(), nullptr);
     if (result == S_OK)
         return document;
-    std::error_code ignored;
+    std::error_code error;
+    const bool isMissing = !std::filesystem::exists(path, error) && !error;
     throw Error(result, action,
-                std::filesystem::exists(path, ignored)
-                    ? "it cannot be read, or holds no well-formed XML within the library's limits"
-                    : "there is no such file");
+                isMissing ? "there is no such file"
+                          : "it cannot be read, or holds no well-formed XML within the library's limits");
 }
 
 /// Writes a document to a file. That the disk was full is not noticed.
@@ -60,7 +62,8 @@ inline void save(IXMLDOMDocument& document, const std::filesystem::path& path)
     const HRESULT result = document.save(detail::pathValue(path, action).get());
     if (result != S_OK)
         throw Error(result, action,
-                    "it cannot be opened for writing, or the tree is too deep for the free stack");
+                    "it cannot be opened for writing, file names cannot hold the path, or the tree is too "
+                    "deep for the free stack");
 }
 
 } // namespace kel

@@ -110,10 +110,11 @@ struct HeldList : HeldAs<IXMLDOMNodeList>
             collect(model->node, tag, found);
         else
             found = model->orNone().children;
-        kept = found.size() >= kLong ? found : Nodes();
+        kept = found.size() >= (tag ? kFewFound : kLong) ? found : Nodes();
         return found;
     }
     static constexpr std::size_t kLong = 32;
+    static constexpr std::size_t kFewFound = 4;
 };
 
 inline void expect(bool holds, const char* file = __builtin_FILE(), int line = __builtin_LINE())

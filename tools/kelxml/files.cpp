@@ -26,7 +26,7 @@ namespace
 
 constexpr wchar_t kStandard[] = L"-";
 /// More than the library takes, so that it still refuses what was cut off here.
-constexpr std::uintmax_t kMostRead = (std::uintmax_t{1} << 30U) + 1;
+constexpr std::uintmax_t kMostRead = (std::uintmax_t{512} << 20U) + 1;
 
 std::string readName(const std::wstring& path)
 {

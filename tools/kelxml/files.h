@@ -19,7 +19,8 @@ using FileWork = std::function<bool(const std::wstring& place)>;
 std::uintmax_t loadBy(const Library& library, const std::wstring& path, const FileWork& load);
 
 /// Saves a document by `save`. A file comes to be, or changes, only when everything has gone well: what is
-/// saved is held in memory first, read back, written beside the file and put into its place. \return the
+/// saved is held in memory first, read back, written beside the file and put into its place; but a file with
+/// several names is written in place. \return the
 /// bytes written \throw Failure that says what is wrong
 std::uintmax_t saveBy(const Library& library, const std::wstring& path, const FileWork& save);
 
