@@ -1,4 +1,4 @@
-// The look at a string and at the bytes of a file.
+// The prescan of a string and of the bytes of a file.
 
 #include "guards/prescan.h"
 

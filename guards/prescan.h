@@ -17,7 +17,7 @@ struct Prescan
 {
     /// Nothing in the text goes beyond the limits.
     bool within;
-    /// The deepest nesting that the parser gets to, for `hasRoomToParse`; up to where the look stopped.
+    /// The deepest nesting that the parser gets to, for `hasRoomToParse`; up to where the prescan stopped.
     int nesting;
 };
 

@@ -183,7 +183,7 @@ std::vector<Call> OutOfMemory::calls()
         {"setAttribute", S_OK, [this](O& o, Out&) { return o.root->setAttribute(name.get(), string.get()); },
          [](QDomDocument& d, const QString& n) { d.documentElement().setAttribute(n, n + n); }},
         {"load", S_OK, [source](O& o, Out&) { return o.document->load(source.get(), nullptr); },
-         [](QDomDocument& d, const QString&) { // loses in the look what its input source was reading
+         [](QDomDocument& d, const QString&) { // loses in the prescan what its input source was reading
              QByteArray bytes("<n y='2'>u<!--k--></n>");
              kelxml::guards::prescan(bytes);
              QBuffer buffer(&bytes);

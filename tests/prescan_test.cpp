@@ -1,4 +1,4 @@
-// The look at a text: each limit exactly at it and one beyond, in content, in entities and in every encoding
+// The prescan of a text: each limit exactly at it and one beyond, in content, in entities and in every encoding
 // that Qt reads.
 
 #include "guards/prescan.h"
