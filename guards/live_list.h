@@ -63,7 +63,8 @@ private:
 
     ListOrigin m_origin;
     std::uint64_t m_madeAt;
-    int m_firstUnsure = 2; ///< an index from here on may mean a long list: its length is asked first
+    /// An index from here on may mean a long list: its length is asked first. Of children most have few.
+    int m_firstUnsure = isByTagName() ? 0 : 2;
     std::unique_ptr<const Kept> m_kept; ///< null, or of a long list
 };
 
