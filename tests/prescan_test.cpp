@@ -1,5 +1,5 @@
-// The prescan of a text: each limit exactly at it and one beyond, in content, in entities and in every encoding
-// that Qt reads.
+// The prescan of a text: each limit exactly at it and one beyond, in content, in entities and in every
+// encoding that Qt reads.
 
 #include "guards/prescan.h"
 
