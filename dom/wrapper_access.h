@@ -35,12 +35,6 @@ struct WrapperAccess
     }
     static DocumentRef documentOf(const CMorvXMLDOMDocument& document) { return {document.m_document}; }
 
-    template <class Wrapper>
-    static ULONG& countOf(Wrapper& wrapper)
-    {
-        return wrapper.m_refCount;
-    }
-
     /// For an object that can hold an owner element: releases what else it holds in the promised order. The
     /// owner element, a later member, would go first, and goes after all that may still point into it.
     /// Without one, the order is that of the members.

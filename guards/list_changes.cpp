@@ -60,6 +60,13 @@ Handle nextInSubtree(const Handle& node, const QDomNode& root)
     return next;
 }
 
+/// The name by which Qt finds an element.
+QString listedName(const QDomNode& element)
+{
+    const QString local = element.localName(); // null for an element of a document read without namespaces
+    return local.isNull() ? element.nodeName() : local;
+}
+
 /// The hashes of the names of all elements in a subtree.
 QVarLengthArray<uint, 16> namesIn(const QDomNode& root)
 {
@@ -116,12 +123,6 @@ void noteReplacedContent(const QDomDocument& document) noexcept
 {
     ofChildren.add(document);
     ofContent.add(document);
-}
-
-QString listedName(const QDomNode& element)
-{
-    const QString local = element.localName(); // null for an element of a document read without namespaces
-    return local.isNull() ? element.nodeName() : local;
 }
 
 } // namespace kelxml::guards

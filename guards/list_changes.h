@@ -33,7 +33,4 @@ void noteChild(const QDomNode& node, const QDomNode& parent);
 /// To be called before the top-level nodes of a document are replaced; elements below them keep theirs.
 void noteReplacedContent(const QDomDocument& document) noexcept;
 
-/// The name by which Qt finds an element.
-QString listedName(const QDomNode& element);
-
 } // namespace kelxml::guards
