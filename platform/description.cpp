@@ -95,10 +95,8 @@ bool prepareCall(Function& function)
 
 void index(InterfaceDescription& interface)
 {
-    interface.byId.assign(interface.functions.begin(), interface.functions.end());
-    std::stable_sort(interface.byId.begin(), interface.byId.end(),
-                     [](const Function* left, const Function* right) { return left->id < right->id; });
-
+    for (const Function* function : interface.functions)
+        interface.members[function->id].push_back(function);
     for (const Function* function : interface.functions)
         if (interface.firstOf(function->id) == function)
             interface.byName.emplace_back(folded(function->name), function);
@@ -148,25 +146,20 @@ bool isSameName(std::wstring_view left, std::wstring_view right)
                       [](wchar_t a, wchar_t b) { return foldedLetter(a) == foldedLetter(b); });
 }
 
-InterfaceDescription::Functions InterfaceDescription::firstFrom(MEMBERID id) const
-{
-    return std::lower_bound(byId.begin(), byId.end(), id,
-                            [](const Function* function, MEMBERID sought) { return function->id < sought; });
-}
-
 std::pair<InterfaceDescription::Functions, InterfaceDescription::Functions>
 InterfaceDescription::member(MEMBERID id) const
 {
-    const auto first = firstFrom(id);
-    const auto last =
-        std::find_if(first, byId.end(), [id](const Function* function) { return function->id != id; });
-    return {first, last};
+    const auto place = members.find(id);
+    if (place == members.end())
+        return {};
+    const auto& found = place->second;
+    return {found.data(), found.data() + found.size()};
 }
 
 const Function* InterfaceDescription::firstOf(MEMBERID id) const
 {
-    const auto first = firstFrom(id);
-    return first != byId.end() && (*first)->id == id ? *first : nullptr;
+    const auto place = members.find(id);
+    return place == members.end() ? nullptr : place->second.front();
 }
 
 const Function* InterfaceDescription::firstNamed(std::wstring_view name) const

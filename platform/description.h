@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -87,20 +88,17 @@ struct InterfaceDescription
 
     // The following is worked out of the above by `complete`.
     TYPEATTR attributes{};
-    std::vector<const Function*> byId; ///< sorted; those of one member in slot order
+    std::unordered_map<MEMBERID, std::vector<const Function*>>
+        members;                                                  ///< each with its functions in slot order
     std::vector<std::pair<std::wstring, const Function*>> byName; ///< sorted by folded name, one per member
 
-    using Functions = std::vector<const Function*>::const_iterator;
+    using Functions = const Function* const*;
     /// The functions of a member; an empty range when there is none.
     std::pair<Functions, Functions> member(MEMBERID id) const;
     /// The first function of a member; null when there is none.
     const Function* firstOf(MEMBERID id) const;
     /// The first function of a member, found by its name in any capitals; null when there is none.
     const Function* firstNamed(std::wstring_view name) const;
-
-private:
-    /// The first function whose member has this identifier or a greater one.
-    Functions firstFrom(MEMBERID id) const;
 };
 
 struct LibraryDescription
