@@ -9,18 +9,17 @@
 #include <QtCore/QBuffer>
 #include <QtCore/QTextStream>
 #include <QtXml/QDomDocument>
-#include <fstream>
 #include <functional>
 #include <future>
 #include <memory>
-#include <new>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
 namespace
 {
+
+using allocations::Lack;
 
 /// What a call can work on, made afresh for each failure.
 struct Objects : OneOfEach
@@ -89,26 +88,18 @@ struct OutOfMemory : DomTest
 
     std::vector<Call> calls();
 
-    /// Fails each allocation of the call in turn. \return how many there were
-    static int failEach(const Call& call)
+    /// Fails each allocation of the call in turn.
+    static void failEach(const Call& call)
     {
-        for (int nth = 1;; ++nth) {
+        bool hasFailed = true;
+        for (std::size_t nth = 1; hasFailed; ++nth) {
             Objects objects = prepare();
             Out out;
-            bool hasFailed = false, isTold = false;
-            {
-                const allocations::FailAt at(static_cast<std::size_t>(nth));
-                try {
-                    isTold = call.make(objects, out) != S_OK || out.isNull();
-                } catch (const std::bad_alloc&) {
-                    isTold = out.isUntouched();
-                }
-                hasFailed = at.failed();
-            }
+            HRESULT answer = kThrown;
+            hasFailed = allocations::failsIn(nth, [&] { answer = call.make(objects, out); });
+            const bool isTold = answer == kThrown ? out.isUntouched() : answer != S_OK || out.isNull();
             EXPECT_EQ(hasFailed, isTold) << "allocation " << nth << ": not told, or an output is touched";
             append(*objects.root, *objects.spare);
-            if (!hasFailed)
-                return nth - 1;
         }
     }
 
@@ -121,15 +112,19 @@ struct OutOfMemory : DomTest
             QDomDocument document;
             document.setContent(QStringLiteral("<a x='1'>t<b><c/></b></a>"));
             const QString name = QString::fromUtf8("name");
-            const allocations::FailAt at(nth);
-            try {
-                call.qtAlone(document, name);
-            } catch (const std::bad_alloc&) {}
-            hasFailed = at.failed();
+            hasFailed = allocations::failsIn(nth, [&] { call.qtAlone(document, name); });
         }
         return allocations::live() - before;
     }
 
+    static auto makeFiler(const std::wstring& path)
+    {
+        return std::unique_ptr<IKelXmlFiler>(
+            morvCreateXmlFiler(path.c_str(), KelXmlLib::eEncodingUtf8, 0, true, true, nullptr, nullptr));
+    }
+
+    /// In place of the answer of a call that threw.
+    static constexpr HRESULT kThrown = 7777;
     const Bstr name{L"name"}, x{L"x"}, tag{L"b"}, words{L"text"}, xml{L"<n y='2'>u<!--k--></n>"};
     const Variant one{1}, string{L"text"};
 };
@@ -192,12 +187,7 @@ std::vector<Call> OutOfMemory::calls()
          }},
         {"loadXML", S_OK, [this](O& o, Out&) { return o.document->loadXML(xml.get(), nullptr); },
          [](QDomDocument& d, const QString&) { d.setContent(QString::fromUtf8("<n y='2'>u<!--k--></n>")); }},
-        {"morvCreateXmlFiler", S_OK,
-         [written](O&, Out&) {
-             const std::unique_ptr<IKelXmlFiler> filer(morvCreateXmlFiler(
-                 written.c_str(), KelXmlLib::eEncodingUtf8, 0, true, true, nullptr, nullptr));
-             return filer ? S_OK : E_FAIL;
-         },
+        {"morvCreateXmlFiler", S_OK, [written](O&, Out&) { return makeFiler(written) ? S_OK : E_FAIL; },
          [](QDomDocument&, const QString&) { QXmlStreamWriter(); }},
     };
 }
@@ -209,10 +199,10 @@ TEST_F(OutOfMemory, LeavesOutputsUntouchedAndNothingBehind)
         SCOPED_TRACE(call.name);
         failEach(call);
         const std::size_t before = allocations::live();
-        const int count = failEach(call);
+        failEach(call);
         const std::size_t left = allocations::live() - before;
         leftByQt(call);
-        EXPECT_EQ(leftByQt(call), left) << count << " allocations";
+        EXPECT_EQ(leftByQt(call), left);
     }
 }
 
@@ -238,52 +228,27 @@ TEST_F(OutOfMemory, AListWhoseReadingFailedIsReadAnew)
         document->selectNodes(tag.get(), descendants.put());
         const auto children = listOf(*rootOf(document));
         LONG length = 0;
-        {
-            const allocations::FailAt at(nth);
-            try {
-                children->get_length(&length);
-                descendants->get_length(&length);
-            } catch (const std::bad_alloc&) {}
-            hasFailed = at.failed();
-        }
+        hasFailed = allocations::failsIn(nth, [&] {
+            children->get_length(&length);
+            descendants->get_length(&length);
+        });
         EXPECT_EQ(2, lengthOf(*children)) << "allocation " << nth;
         EXPECT_EQ(1, lengthOf(*descendants)) << "allocation " << nth;
     }
 }
 
-/// The process gets only so many pieces of 16 KiB of address space more than it has.
-struct AddressSpace
-{
-    explicit AddressSpace(std::size_t pieces)
-    {
-        std::size_t pages = 0;
-        std::ifstream("/proc/self/statm") >> pages;
-        const rlimit limit = {pages * 4096 + pieces * 16 * 1024, RLIM_INFINITY};
-        setrlimit(RLIMIT_AS, &limit);
-    }
-    bool failed() const { return false; } // but for what is thrown
-};
-
 /// How many processes die in which memory runs out in `work`, at one place after the other, on a new thread:
 /// there Qt makes more objects.
-template <class Shortage>
-int deathsIn(const std::function<void()>& work)
+int deathsIn(const std::function<void()>& work, Lack lack)
 {
     int deaths = 0;
     int status = 1;
     for (std::size_t nth = 1; status != 0; nth += nth < 64 ? 1 : nth / 8) {
-        const auto hasFailed = [&] {
-            const Shortage shortage(nth);
-            try {
-                work();
-            } catch (const std::bad_alloc&) {
-                return true;
-            }
-            return shortage.failed();
-        };
         const pid_t child = fork();
-        if (child == 0)
-            _exit(std::async(std::launch::async, hasFailed).get() ? 1 : 0);
+        if (child == 0) {
+            const auto fails = [&] { return allocations::failsIn(nth, work, lack); };
+            _exit(std::async(std::launch::async, fails).get() ? 1 : 0);
+        }
         waitpid(child, &status, 0);
         deaths += WIFSIGNALED(status) ? 1 : 0;
     }
@@ -303,10 +268,7 @@ TEST_F(OutOfMemory, SavingAndLoadingThrowWhereverMemoryRunsOut)
             QTextStream stream(&file);
     };
     const auto openFile = [&] { QFile(written).open(QIODevice::ReadOnly); };
-    const auto makeFiler = [path = written.toStdWString()] {
-        const std::unique_ptr<IKelXmlFiler> filer(
-            morvCreateXmlFiler(path.c_str(), KelXmlLib::eEncodingUtf8, 0, true, true, nullptr, nullptr));
-    };
+    const auto makeAFiler = [path = written.toStdWString()] { makeFiler(path); };
     std::wstring elements;
     for (int count = 0; count < 2000; ++count)
         elements += L"<e a='1'>t</e>";
@@ -318,15 +280,15 @@ TEST_F(OutOfMemory, SavingAndLoadingThrowWhereverMemoryRunsOut)
         ASSERT_EQ(S_OK, document->save(source.get()));
         const auto save = [&] { document->save(destination.get()); };
         const auto load = [&] { newDocument()->load(source.get(), nullptr); };
-        EXPECT_EQ(deathsIn<allocations::FailAt>(openStream), deathsIn<allocations::FailAt>(save));
-        EXPECT_EQ(deathsIn<allocations::FailFrom>(openStream), deathsIn<allocations::FailFrom>(save));
-        EXPECT_EQ(deathsIn<allocations::FailAt>(openFile), deathsIn<allocations::FailAt>(load));
-        EXPECT_EQ(deathsIn<allocations::FailFrom>(openFile), deathsIn<allocations::FailFrom>(load));
-        for (const auto& work : std::vector<std::function<void()>>{save, load}) {
-            EXPECT_EQ(0, deathsIn<allocations::Budget>(work));
-            EXPECT_EQ(0, deathsIn<AddressSpace>(work));
+        for (const Lack lack : {Lack::Once, Lack::ForGood}) {
+            EXPECT_EQ(deathsIn(openStream, lack), deathsIn(save, lack));
+            EXPECT_EQ(deathsIn(openFile, lack), deathsIn(load, lack));
         }
-        EXPECT_EQ(0, deathsIn<allocations::Budget>(makeFiler));
+        for (const Lack lack : {Lack::OfBytes, Lack::OfSpace}) {
+            EXPECT_EQ(0, deathsIn(save, lack));
+            EXPECT_EQ(0, deathsIn(load, lack));
+        }
+        EXPECT_EQ(0, deathsIn(makeAFiler, Lack::OfBytes));
     }
 }
 

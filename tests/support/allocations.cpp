@@ -5,8 +5,56 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <sys/resource.h>
+
+namespace
+{
+
+using allocations::Lack;
+
+/// What the allocator asks before each allocation of this thread.
+struct Shortage
+{
+    std::size_t untilFailure = 0;
+    bool isForGood = false;
+    std::ptrdiff_t bytesLeft = PTRDIFF_MAX / 2;
+    bool isReached = false;
+};
+thread_local Shortage shortage;
+
+void limitSpace(std::size_t pieces)
+{
+    std::size_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    const rlimit limit = {pages * 4096 + pieces * 16 * 1024, RLIM_INFINITY};
+    setrlimit(RLIMIT_AS, &limit);
+}
+
+} // namespace
+
+allocations::FailAt::FailAt(std::size_t nth, Lack lack)
+{
+    if (lack == Lack::OfSpace)
+        limitSpace(nth);
+    else if (lack == Lack::OfBytes)
+        shortage.bytesLeft = static_cast<std::ptrdiff_t>(nth * 256);
+    else
+        shortage = {nth, lack == Lack::ForGood};
+}
+
+allocations::FailAt::~FailAt()
+{
+    shortage = {};
+}
+
+bool allocations::FailAt::failed() const
+{
+    return shortage.isReached;
+}
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 
@@ -31,18 +79,16 @@ void __libc_free(void* memory);
 namespace
 {
 
-using namespace allocations;
-
 std::atomic<std::size_t> liveCount{0};
 
 bool failsNow(std::size_t size)
 {
-    const bool isReached = untilFailure > 0 && --untilFailure == 0;
-    untilFailure += isReached && isForGood ? 1 : 0;
-    const bool fails = isReached || bytesLeft < static_cast<std::ptrdiff_t>(size);
+    const bool isNth = shortage.untilFailure > 0 && --shortage.untilFailure == 0;
+    shortage.untilFailure += isNth && shortage.isForGood ? 1 : 0;
+    const bool fails = isNth || shortage.bytesLeft < static_cast<std::ptrdiff_t>(size);
     if (fails)
         errno = ENOMEM;
-    isFailureReached = isFailureReached || fails;
+    shortage.isReached = shortage.isReached || fails;
     return fails;
 }
 
@@ -50,7 +96,7 @@ void* counted(void* memory)
 {
     if (memory) {
         ++liveCount;
-        bytesLeft -= static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
+        shortage.bytesLeft -= static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
     }
     return memory;
 }
@@ -70,7 +116,7 @@ void free(void* memory)
 {
     if (memory) {
         --liveCount;
-        bytesLeft += static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
+        shortage.bytesLeft += static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
     }
     __libc_free(memory);
 }
@@ -94,7 +140,7 @@ std::size_t allocations::live()
 
 // Under valgrind and the sanitizers, whose allocators take the place of this one, nothing fails.
 const bool allocations::kCanFail = [] {
-    FailAt first(1);
+    const FailAt first(1);
     void* volatile memory = std::malloc(1);
     const bool failed = !memory;
     std::free(memory);

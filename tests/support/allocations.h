@@ -3,7 +3,7 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
+#include <new>
 
 namespace allocations
 {
@@ -11,54 +11,38 @@ namespace allocations
 /// What is live in the process: a number that is the same again when everything made since has been freed.
 std::size_t live();
 
-/// What the allocator asks before each allocation of this thread; set by the classes below.
-inline thread_local std::size_t untilFailure = 0;
-inline thread_local bool isForGood = false;
-inline thread_local bool isFailureReached = false;
-inline constexpr std::ptrdiff_t kPlenty = PTRDIFF_MAX / 2;
-inline thread_local std::ptrdiff_t bytesLeft = kPlenty;
+enum class Lack {
+    Once,    ///< only the `nth` allocation fails, counted from 1
+    ForGood, ///< the `nth` allocation fails, and all after it
+    OfBytes, ///< there are only `nth` pieces of 256 bytes more than there are
+    OfSpace  ///< the process gets only `nth` pieces of 16 KiB of address space more than it has, from now on
+};
 
 /// Memory runs short for this thread while it lives. Neither a sanitizer's allocator nor valgrind's can be
 /// made to fail; `kCanFail` tells.
-class Shortage
+class FailAt
 {
 public:
-    Shortage(std::size_t nth, std::ptrdiff_t bytes, bool forGood = false)
-    {
-        isForGood = forGood;
-        isFailureReached = false;
-        untilFailure = nth;
-        bytesLeft = bytes;
+    explicit FailAt(std::size_t nth, Lack lack = Lack::Once);
+    ~FailAt();
+    FailAt(const FailAt&) = delete;
+
+    /// Whether an allocation has failed; always false for lack of space.
+    bool failed() const;
+};
+
+/// \return whether memory ran out in `work`
+template <class Work>
+bool failsIn(std::size_t nth, Work work, Lack lack = Lack::Once)
+{
+    const FailAt shortage(nth, lack);
+    try {
+        work();
+    } catch (const std::bad_alloc&) {
+        return true;
     }
-    ~Shortage()
-    {
-        untilFailure = 0;
-        bytesLeft = kPlenty;
-    }
-    Shortage(const Shortage&) = delete;
-    Shortage& operator=(const Shortage&) = delete;
-
-    /// Whether an allocation has failed.
-    bool failed() const { return isFailureReached; }
-};
-
-/// Only the `nth` allocation fails, counted from 1.
-struct FailAt : Shortage
-{
-    explicit FailAt(std::size_t nth) : Shortage(nth, kPlenty) {}
-};
-
-/// The `nth` allocation fails, and all after it.
-struct FailFrom : Shortage
-{
-    explicit FailFrom(std::size_t nth) : Shortage(nth, kPlenty, true) {}
-};
-
-/// There are only so many pieces of 256 bytes more than there are.
-struct Budget : Shortage
-{
-    explicit Budget(std::size_t pieces) : Shortage(0, static_cast<std::ptrdiff_t>(pieces * 256)) {}
-};
+    return shortage.failed();
+}
 
 extern const bool kCanFail;
 

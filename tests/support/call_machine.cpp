@@ -267,13 +267,7 @@ private:
             return;
         const HeldMap& map = oneOf(m_maps);
         const Node& element = map->orNone();
-        std::size_t length = 0;
-        for (const auto& item : kel::each(map.object)) { // in an order that is Qt's
-            const NodePtr node = element.attribute(kel::textOf(*item, &IXMLDOMNode::get_nodeName));
-            expect(node && ++length <= element.attributes.size());
-            compare(*item, *node, NODE_ATTRIBUTE);
-        }
-        expect(length == element.attributes.size());
+        compareAttributes(kel::each(map.object), element);
         const wchar_t* const name = oneOf(kAttributes);
         ComPtr<IXMLDOMNode> item;
         map.object->getNamedItem(Bstr(name).get(), item.put());

@@ -135,6 +135,10 @@ inline void compare(IXMLDOMNode& object, const Node& node, int type)
     const HRESULT answer = object.get_text(text.put());
     expect(type == NODE_DOCUMENT || answer == (hasText ? S_OK : S_FALSE));
     expect(text.c_str() == node.text());
+    Variant value;
+    type == NODE_ATTRIBUTE ? static_cast<IXMLDOMAttribute&>(object).get_value(value.put())
+                           : object.get_nodeValue(value.put());
+    expect(type == NODE_ELEMENT || (value.type() == VT_BSTR && value.text() == node.value));
 }
 
 inline void compare(const Held& held)
@@ -149,14 +153,32 @@ inline void compare(const Held& held)
     const NodePtr above = node.parent.lock();
     expect(!parent == !above && answer == (above ? S_OK : S_FALSE));
     expect(!above || kel::textOf(*parent, &IXMLDOMNode::get_nodeName) == above->name);
-    if (held->kind == NODE_ELEMENT)
-        return;
-    Variant value;
-    if (held->kind == NODE_ATTRIBUTE)
-        static_cast<IXMLDOMAttribute&>(*held.object).get_value(value.put());
-    else
-        held.object->get_nodeValue(value.put());
-    expect(value.type() == VT_BSTR && value.text() == node.value);
+}
+
+/// \param items the attributes, in an order that is Qt's
+template <class Items>
+void compareAttributes(const Items& items, const Node& element)
+{
+    std::size_t length = 0;
+    for (const auto& item : items) {
+        const NodePtr node = element.attribute(kel::textOf(*item, &IXMLDOMNode::get_nodeName));
+        expect(node && ++length <= element.attributes.size());
+        compare(*item, *node, NODE_ATTRIBUTE);
+    }
+    expect(length == element.attributes.size());
+}
+
+/// All that stands below a node as well.
+inline void compareTree(IXMLDOMNode& object, const Node& node)
+{
+    compare(object, node, node.type);
+    compareAttributes(kel::attributesOf(object), node);
+    std::size_t index = 0;
+    for (const auto& item : kel::childrenOf(object)) {
+        expect(index < node.children.size());
+        compareTree(*item, *node.children[index++]);
+    }
+    expect(index == node.children.size());
 }
 
 inline void compare(HeldList& list)

@@ -59,10 +59,11 @@ inline NodePtr make(int type, const std::wstring& name, const std::wstring& valu
     return std::make_shared<Node>(Node{type, name, value, {}, {}, {}});
 }
 
-/// The tree that Qt's parser gives.
+/// The tree that Qt's parser gives, each value up to its first zero.
 inline NodePtr fromQt(const QDomNode& node)
 {
-    NodePtr copy = make(node.nodeType(), node.nodeName().toStdWString(), node.nodeValue().toStdWString());
+    NodePtr copy =
+        make(node.nodeType(), node.nodeName().toStdWString(), node.nodeValue().toStdWString().c_str());
     for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
         adopt(copy, fromQt(child), copy->children);
     const QDomNamedNodeMap attributes = node.attributes();
