@@ -23,6 +23,20 @@ struct StackRoom : DomTest
         EXPECT_TRUE(thread->wait());
     }
 
+    /// Does `work` under a lower limit. \return what it answers
+    template <class Work>
+    static auto under(__rlimit_resource resource, rlim_t most, Work work)
+    {
+        rlimit usual = {};
+        EXPECT_EQ(0, getrlimit(resource, &usual));
+        const rlimit low = {most, usual.rlim_max};
+        EXPECT_EQ(0, setrlimit(resource, &low));
+        const auto answer = work();
+        EXPECT_EQ(0, setrlimit(resource, &usual));
+        return answer;
+    }
+
+    static HRESULT loadNested(int depth) { return newDocument()->loadXML(nested(depth).get(), nullptr); }
     static Bstr nested(int depth)
     {
         const QString text =
@@ -52,22 +66,15 @@ struct StackRoom : DomTest
 // First, and on the first thread: what is known of a stack is remembered.
 TEST_F(StackRoom, APassingShortageRefusesNothingAndIsNotRemembered)
 {
+    EXPECT_EQ(S_FALSE, loadNested(0)); // for a sanitizer to know the classes: it needs files
+    EXPECT_EQ(S_OK, under(RLIMIT_NOFILE, 0, [] { return loadNested(100); }));
     const Bstr text = nested(100);
     const auto document = newDocument();
-    EXPECT_EQ(S_FALSE,
-              document->loadXML(nullptr, nullptr)); // for a sanitizer to know the class: it needs files
-    rlimit files = {};
-    ASSERT_EQ(0, getrlimit(RLIMIT_NOFILE, &files));
-    const rlimit none = {0, files.rlim_max};
-    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &none));
-    EXPECT_EQ(S_OK, document->loadXML(text.get(), nullptr));
-    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &files));
-
     for (std::size_t nth = 1; nth < 40; ++nth) {
+        const auto load = [&] {
+            EXPECT_EQ(S_OK, document->loadXML(text.get(), nullptr)) << "allocation " << nth;
+        };
         onStackOf(8 << 20, [&] {
-            const auto load = [&] {
-                EXPECT_EQ(S_OK, document->loadXML(text.get(), nullptr)) << "allocation " << nth;
-            };
             allocations::failsIn(nth, load);
             load();
         });
@@ -99,16 +106,9 @@ TEST_F(StackRoom, EveryStackGetsTheResultOrARefusalAtEveryDepth)
 
 TEST_F(StackRoom, ALimitThatIsLoweredIsHeeded)
 {
-    rlimit usual = {};
-    ASSERT_EQ(0, getrlimit(RLIMIT_STACK, &usual));
-    const rlimit low = {512 * 1024, usual.rlim_max};
-    const Bstr text(nested(1500).c_str());
     const auto load = [&] {
         useDocument(8); // what this uses of the stack is there then
-        EXPECT_EQ(0, setrlimit(RLIMIT_STACK, &low));
-        const HRESULT answer = newDocument()->loadXML(text.get(), nullptr);
-        EXPECT_EQ(0, setrlimit(RLIMIT_STACK, &usual));
-        return answer;
+        return under(RLIMIT_STACK, 512 * 1024, [] { return loadNested(1500); });
     };
     EXPECT_EQ(S_FALSE, load());
     const auto belowTheLimit = [&] {
@@ -120,8 +120,7 @@ TEST_F(StackRoom, ALimitThatIsLoweredIsHeeded)
 
 TEST_F(StackRoom, WhatWasBuiltOnALargeStackCanBeFreedOnASmallOne)
 {
-    auto document = newDocument();
-    EXPECT_EQ(S_OK, document->loadXML(nested(2048).get(), nullptr));
+    auto document = documentOf(nested(2048).c_str());
     onStackOf(512 * 1024, [&] {
         EXPECT_EQ(S_FALSE, save(*document, pathOf("new.xml")));
         EXPECT_FALSE(QFile::exists(pathOf("new.xml")));
@@ -143,8 +142,8 @@ TEST_F(StackRoom, AStackTheSystemDoesNotKnowCountsAsSmall)
     makecontext(
         &coroutine,
         [] {
-            shallow = newDocument()->loadXML(nested(10).get(), nullptr);
-            deep = newDocument()->loadXML(nested(300).get(), nullptr);
+            shallow = loadNested(10);
+            deep = loadNested(300);
         },
         0);
     swapcontext(&caller, &coroutine);
