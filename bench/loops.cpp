@@ -18,9 +18,8 @@ enum class Change { SetAttribute, SetNewAttribute, PutText, CloneToOther, Append
 
 void change(LibraryTree& tree, IXMLDOMElement& found, Change kind, const Text& text)
 {
-    const Names& name = names();
     if (kind == Change::SetAttribute || kind == Change::SetNewAttribute) {
-        const Text& attribute = kind == Change::SetAttribute ? name.kind : name.seen;
+        const Text& attribute = kind == Change::SetAttribute ? names().kind : names().seen;
         kel::check(found.setAttribute(attribute.bstr.get(), variantOf(text.bstr)));
     } else if (kind == Change::PutText) {
         kel::check(found.put_text(text.bstr.get()));
@@ -29,15 +28,14 @@ void change(LibraryTree& tree, IXMLDOMElement& found, Change kind, const Text& t
         kel::check(found.cloneNode(VARIANT_TRUE, copy.put()));
         kel::check(tree.otherRoot->appendChild(copy.get(), nullptr));
     } else {
-        kel::check(found.appendChild(newElement(*tree.document, name.note.bstr).get(), nullptr));
+        kel::check(found.appendChild(newElement(*tree.document, names().note.bstr).get(), nullptr));
     }
 }
 
 void change(QtTree& tree, QDomElement found, Change kind, const Text& text)
 {
-    const Names& name = names();
     if (kind == Change::SetAttribute || kind == Change::SetNewAttribute) {
-        const Text& attribute = kind == Change::SetAttribute ? name.kind : name.seen;
+        const Text& attribute = kind == Change::SetAttribute ? names().kind : names().seen;
         found.setAttribute(attribute.ready, QString::fromStdWString(text.wide));
     } else if (kind == Change::PutText) {
         found.removeChild(found.firstChild());
@@ -45,7 +43,7 @@ void change(QtTree& tree, QDomElement found, Change kind, const Text& text)
     } else if (kind == Change::CloneToOther) {
         tree.other.documentElement().appendChild(found.cloneNode(true));
     } else {
-        found.appendChild(tree.document.createElement(name.note.ready));
+        found.appendChild(tree.document.createElement(names().note.ready));
     }
 }
 
@@ -72,30 +70,27 @@ std::vector<QDomNodeList> listsOf(const QtTree& tree, Found found)
     return lists;
 }
 
-std::uint64_t loop(LibraryTree& tree, Found found, Change kind)
+enum class Read { ByNextNode, ByIndex };
+
+/// \return whether there is another node
+bool readNext(IXMLDOMNodeList& list, Read read, LONG index, ComPtr<IXMLDOMNode>& node)
+{
+    if (read == Read::ByNextNode)
+        return list.nextNode(node.put()) == S_OK;
+    LONG length = 0;
+    kel::check(list.get_length(&length));
+    return index < length && list.get_item(index, node.put()) == S_OK;
+}
+
+std::uint64_t loop(LibraryTree& tree, Found found, Change kind, Read read = Read::ByNextNode)
 {
     const auto lists = listsOf(tree, found);
     ComPtr<IXMLDOMNode> node;
     for (std::uint64_t met = 0;; ++met) {
         for (const auto& list : lists) {
-            if (list->nextNode(node.put()) != S_OK)
+            if (!readNext(*list, read, static_cast<LONG>(met), node))
                 return met;
             change(tree, *kel::asElement(*node), kind, textAt(met));
-        }
-    }
-}
-
-std::uint64_t loopByIndex(LibraryTree& tree, Found found, Change kind)
-{
-    const auto lists = listsOf(tree, found);
-    ComPtr<IXMLDOMNode> node;
-    LONG length = 0;
-    for (LONG index = 0;; ++index) {
-        for (const auto& list : lists) {
-            if (list->get_length(&length) != S_OK || index >= length)
-                return static_cast<std::uint64_t>(index);
-            kel::check(list->get_item(index, node.put()));
-            change(tree, *kel::asElement(*node), kind, textAt(static_cast<std::size_t>(index)));
         }
     }
 }
@@ -158,7 +153,7 @@ Pair twoThreads(const Size& size)
 void addRows(std::vector<Row>& rows, const std::string& name, Found found, Change kind)
 {
     const auto work = [=](auto& tree) { return loop(tree, found, kind); };
-    const auto byIndex = [=](LibraryTree& tree) { return loopByIndex(tree, found, kind); };
+    const auto byIndex = [=](LibraryTree& tree) { return loop(tree, found, kind, Read::ByIndex); };
     const auto foundFirst = [=](QtTree& tree) { return loopFoundFirst(tree, found, kind); };
     const auto make = [](auto ours, auto qts) {
         return

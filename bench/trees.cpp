@@ -28,15 +28,8 @@ std::uint64_t readAttribute(IXMLDOMNode& node)
 std::uint64_t walkAttributes(IXMLDOMNode& node)
 {
     std::uint64_t amount = 0;
-    ComPtr<IXMLDOMNamedNodeMap> attributes;
-    node.get_attributes(attributes.put());
-    LONG length = 0;
-    attributes->get_length(&length);
-    for (LONG index = 0; index < length; ++index) {
-        ComPtr<IXMLDOMNode> attribute;
-        attributes->get_item(index, attribute.put());
+    for (const auto& attribute : kel::attributesOf(node))
         amount += readAttribute(*attribute);
-    }
     return amount;
 }
 
@@ -172,9 +165,7 @@ constexpr auto kAppendChild = withEach(
     },
     [](QtTree& tree, QDomElement& element, std::size_t) { return !tree.root.appendChild(element).isNull(); });
 
-/// A built record: an element with an attribute, and in it an element with a text.
-constexpr std::size_t kNodesPerRecord = 4;
-
+/// A record is an element with an attribute, and in it an element with a text: four nodes.
 std::uint64_t build(LibraryDocument& library, std::size_t records)
 {
     IXMLDOMDocument& document = *library.document;
@@ -208,7 +199,7 @@ std::uint64_t build(QDomDocument& document, std::size_t records)
 
 Pair buildFromNothing(const Size& size)
 {
-    const auto records = static_cast<std::size_t>(size.value) / kNodesPerRecord;
+    const auto records = static_cast<std::size_t>(size.value) / 4;
     const auto work = [=](auto& document) { return build(document, records); };
     return onFresh<LibraryDocument, QDomDocument>(size.value, work, work);
 }
