@@ -102,6 +102,12 @@ void prepareMeeting(const NodeRef& parent, const NodeRef& child)
         countDocumentChange();
 }
 
+void adoptBeforeNewNodes(const NodeRef& node)
+{
+    adopt(node);
+    noteNewNodes();
+}
+
 } // namespace
 
 void appendChild(const NodeRef& parent, const NodeRef& child)
@@ -142,15 +148,13 @@ QDomNode createAttribute(QDomDocument& document, const QString& namespaceUri, co
 
 QDomNode cloneNode(const NodeRef& node, bool deep)
 {
-    adopt(node);
-    noteNewNodes();
+    adoptBeforeNewNodes(node);
     return node.node.cloneNode(deep);
 }
 
 void setNodeValue(const NodeRef& node, const QString& value)
 {
-    adopt(node);
-    noteNewNodes();
+    adoptBeforeNewNodes(node);
     if (node.node.isAttr())
         noteChild(node.node.firstChild(), node.node);
     QDomNode(node.node).setNodeValue(value);
@@ -158,8 +162,7 @@ void setNodeValue(const NodeRef& node, const QString& value)
 
 void replaceFirstChild(const NodeRef& element, const QString& text)
 {
-    adopt(element);
-    noteNewNodes();
+    adoptBeforeNewNodes(element);
     QDomDocument document = element.document.living();
     const QDomNode replacement = document.createTextNode(text);
     const QDomNode first = element.node.firstChild();
@@ -170,8 +173,7 @@ void replaceFirstChild(const NodeRef& element, const QString& text)
 
 void prepareSettingAttribute(const NodeRef& element, const QString& name)
 {
-    adopt(element);
-    noteNewNodes();
+    adoptBeforeNewNodes(element);
     if (!areChangesCounted())
         return;
     const QDomNode attribute = element.node.attributes().namedItem(name);

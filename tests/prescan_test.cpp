@@ -57,6 +57,7 @@ const Bound kBounds[] = {
     // tag.
     {2048, true, "{<a>}{</a>}"},
     {2048, false, "{<a>}"},
+    {2048, true, "<r><b></b><!----><![CDATA[]] ]]]><?xm d?>{<a>|-1}{</a>|-1}</r>"},
     {2048, true, "<!DOCTYPE r [<!ENTITY e '{<a>}{</a>}'>]><r/>"},
     {2048, true, "<!DOCTYPE r [<!ENTITY e '{&#60;a>}'>]><r/>"},
     {2048, true, "<!DOCTYPE r [<!ENTITY e '{<a>|500}{</a>|500}'>]>{<a>|-500}&e;{</a>|-500}"},
@@ -70,13 +71,16 @@ const Bound kBounds[] = {
     {4096, true, "<!DOCTYPE r [{<!ENTITY e@ ''>}]><r/>"},
     {4096, false, "<!DOCTYPE r [{<!ENTITY % p@ ''>}]><r/>"},
     {4096, true, "<!DOCTYPE r [{<!ENTITY e ''>}]><r/>"},
-    // The text of entities, in content, in an attribute, in a default, in a value, and in a longer text.
+    // The text of entities, in content, in an attribute, in a default, in a value, in another's, and in a
+    // longer text.
     {1'000'000, true, "<!DOCTYPE r [<!ENTITY e '{x|1000}'><!ENTITY f '{y|-991000}'>]><a>{&e;|990}</a>"},
     {1'000'000, true, "<!DOCTYPE r [<!ENTITY e '{x|1000}'><!ENTITY f '{y|-991000}'>]><r a='{&e;|990}'/>"},
     {1'000'000, true,
      "<!DOCTYPE r [<!ENTITY e '{x|1000}'><!ENTITY f '{y|-991000}'><!ATTLIST r a CDATA '{&e;|990}'>]><r/>"},
     {1'000'000, true,
      "<!DOCTYPE r [<!ENTITY % p '{x|1000}'><!ENTITY e '{%p;|990}'><!ENTITY f '{y|-991000}'>]><r/>"},
+    {1'000'000, false, // Qt has a bound of its own there
+     "<!DOCTYPE r [<!ENTITY e '{x|1000}'><!ENTITY f '{&e;|990}'><!ENTITY g '{y|-996940}'>]><a>&f;</a>"},
     {2'000'000, true, "<!DOCTYPE r [<!ENTITY e '{x|1000}'><!ENTITY f '{y|-1901000}'>]><a>{&e;|1900}</a>",
      200'000},
 };
@@ -107,7 +111,7 @@ TEST(PrescanTest, MarkupInsideOtherThingsDoesNotCount)
         {"<r/><!--$-->", 1},
         {"<r><![CDATA[$]]]></r>", 1},
         {"<r><?p $?></r>", 1},
-        {"<r><?p '$?><b/></r>", 2},
+        {"<r><?xyz '$?><b/></r>", 2},
         {"<!DOCTYPE r [<!--$-->]><r/>", 1},
         {"<!DOCTYPE r [<?p $?>]><r/>", 1},
         {"<!DOCTYPE r SYSTEM '$'><r/>", 1},
