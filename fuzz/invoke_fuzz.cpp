@@ -6,8 +6,6 @@
 #include "support.h"
 #include "support/variant_text.h"
 
-#include <vector>
-
 using namespace kelfuzz;
 using kel::Bstr;
 using kel::ComPtr;
@@ -23,13 +21,9 @@ constexpr DISPID kSave = 64;
 constexpr VARTYPE kUntouchedType = 0x5555;
 constexpr UINT kUntouched = 0x55555555;
 
-// What is more often right stands there more often.
-constexpr const char* kArgumentTypes[] = {
-    "bstr",   "bstr",    "bstr",    "bstr",    "dispatch", "dispatch", "dispatch", "dispatch", "i4",
-    "i4",     "empty",   "null",    "i1",      "ui1",      "i2",       "ui2",      "ui4",      "i8",
-    "ui8",    "int",     "uint",    "bool",    "r4",       "r8",       "date",     "cy",       "error",
-    "error",  "unknown", "decimal", "variant", "24",       "26",       "0x2000",   "0x1003",   "0x2008",
-    "0x7fff", "0x8000",  "0x4008",  "0x4009",  "0x400d",   "0x400c"};
+constexpr const char* kUsualTypes[] = {"bstr", "dispatch", "i4"};
+constexpr const char* kOddTypes[] = {"24",     "26",     "0x2000", "0x1003", "0x2008", "0x7fff",
+                                     "0x8000", "0x4008", "0x4009", "0x400d", "0x400c"};
 /// The last ones are one half, 1e10, infinity and no number, in single and in double precision.
 // clang-format off
 constexpr const char* kNumbers[] = {
@@ -46,9 +40,11 @@ constexpr DISPID kNames[] = {DISPID_PROPERTYPUT, 0, 1, 2, 7, 8, -1, INT32_MIN};
 VARIANT argument(Choices& choices, keltest::Variants& variants, const Objects& objects, bool isPath)
 {
     static constexpr const char* kReferences[] = {"&", "*", "*&"};
-    const std::string type = choices.of(kArgumentTypes);
-    const bool isNullReference = type.substr(0, 4) == "0x40";
     const std::string reference = choices.oneIn(4) ? choices.of(kReferences) : "";
+    const std::string type = !choices.oneIn(3)  ? choices.of(kUsualTypes)
+                             : choices.oneIn(3) ? choices.of(kOddTypes)
+                                                : choices.of(keltest::kTypes);
+    const bool isNullReference = type.substr(0, 4) == "0x40";
     const VARIANT& given =
         variants.of(reference + type + ':' + (isNullReference ? "0" : choices.of(kNumbers)));
     VARIANT& value = variants.values.back(); // the one that is referred to
@@ -69,21 +65,20 @@ void makeCall(IDispatch& object, Choices& choices, Objects& objects)
     require(info->GetFuncDesc(choices.below(attributes->cFuncs), &function) == S_OK);
     const DISPID member = choices.oneIn(16) ? choices.of(kNames) : function->memid;
     const auto flags = static_cast<WORD>(choices.oneIn(16) ? choices.below(20) : unsigned(function->invkind));
-    const unsigned count = choices.oneIn(16) ? choices.below(kMostArguments) : argumentsOf(*function);
     keltest::Variants variants;
-    std::vector<VARIANT> values;
-    for (unsigned index = 0; index < count; ++index)
-        values.push_back(argument(choices, variants, objects, member == kSave));
-    std::vector<DISPID> names(flags >= DISPATCH_PROPERTYPUT ? 1 : 0, DISPID_PROPERTYPUT);
-    if (choices.oneIn(16)) {
-        names.resize(choices.below(kMostArguments));
-        for (DISPID& name : names)
-            name = choices.of(kNames);
-    }
+    keltest::Arguments arguments;
+    for (auto left = choices.oneIn(16) ? choices.below(kMostArguments) : argumentsOf(*function); left > 0;
+         --left)
+        arguments.values.push_back(argument(choices, variants, objects, member == kSave));
+    arguments.names.assign(flags >= DISPATCH_PROPERTYPUT ? 1 : 0, DISPID_PROPERTYPUT);
+    if (choices.oneIn(16))
+        for (auto left = choices.below(kMostArguments); left > 0; --left)
+            arguments.names.push_back(choices.of(kNames));
 
-    const std::vector<VARIANT> before = values;
-    DISPPARAMS parameters{choices.oneIn(64) ? nullptr : values.data(), names.data(), count,
-                          static_cast<UINT>(names.size())};
+    const std::vector<VARIANT> before = arguments.values;
+    DISPPARAMS parameters = arguments.parameters();
+    if (choices.oneIn(64))
+        parameters.rgvarg = nullptr;
     VARIANT result{};
     result.vt = kUntouchedType;
     EXCEPINFO exception{};
@@ -94,8 +89,9 @@ void makeCall(IDispatch& object, Choices& choices, Objects& objects)
         object.Invoke(member, IID_IUnknown, 0, flags, &parameters, isResultWanted ? &result : nullptr,
                       areDetailsWanted ? &exception : nullptr, areDetailsWanted ? &badArgument : nullptr);
 
-    require(count == 0 || std::memcmp(before.data(), values.data(), count * sizeof(VARIANT)) == 0);
-    require(badArgument == kUntouched || (FAILED(answer) && badArgument < count));
+    require(before.empty() ||
+            std::memcmp(before.data(), arguments.values.data(), before.size() * sizeof(VARIANT)) == 0);
+    require(badArgument == kUntouched || (FAILED(answer) && badArgument < before.size()));
     require(!areDetailsWanted || FAILED(exception.scode) == (answer == DISP_E_EXCEPTION));
     if (FAILED(answer) || !isResultWanted) {
         require(result.vt == kUntouchedType || result.vt == VT_EMPTY);

@@ -5,14 +5,11 @@
 
 #include "KelComWrapper/typeinfo.h"
 
-#include <QtCore/QByteArray>
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
+#include <QtCore/QFile>
 #include <cstdlib>
+#include <fuzzer/FuzzedDataProvider.h>
 #include <string>
 #include <sys/mman.h>
-#include <unistd.h>
 
 namespace kelfuzz
 {
@@ -23,26 +20,17 @@ inline void require(bool condition)
         std::abort();
 }
 
-/// Takes decisions from bytes, a single one for most. When they are used up, the last of what is possible is
-/// chosen.
+/// Takes decisions from bytes. When they are used up, the last of what is possible is chosen.
 class Choices
 {
 public:
-    Choices(const std::uint8_t* data, std::size_t size) : m_data(data), m_left(size) {}
+    Choices(const std::uint8_t* data, std::size_t size) : m_bytes(data, size) {}
 
-    std::size_t left() const { return m_left; }
-
-    /// A number below `limit`, which is at most 65536.
+    std::size_t left() { return m_bytes.remaining_bytes(); }
     unsigned below(std::size_t limit)
     {
-        if (m_left < 2)
-            m_left = limit > 256 ? 0 : m_left;
-        if (m_left == 0)
-            return static_cast<unsigned>(limit) - 1;
-        unsigned number = byte();
-        if (limit > 256)
-            number = number << 8 | byte();
-        return number % static_cast<unsigned>(limit);
+        const auto last = static_cast<unsigned>(limit) - 1;
+        return last - m_bytes.ConsumeIntegralInRange(0U, last);
     }
     bool oneIn(std::size_t limit) { return below(limit) == 0; }
     template <class Values>
@@ -52,54 +40,40 @@ public:
     }
 
 private:
-    std::uint8_t byte()
-    {
-        --m_left;
-        return *m_data++;
-    }
-
-    const std::uint8_t* m_data;
-    std::size_t m_left;
+    FuzzedDataProvider m_bytes;
 };
 
 /// A file that is only in memory, with a path.
 class MemoryFile
 {
 public:
-    MemoryFile() : m_descriptor(memfd_create("fuzz", 0)) { require(m_descriptor >= 0); }
-    ~MemoryFile() { close(m_descriptor); }
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
-
-    std::wstring path() const { return L"/proc/self/fd/" + std::to_wstring(m_descriptor); }
-    int size() const { return static_cast<int>(lseek(m_descriptor, 0, SEEK_END)); }
-
-    void write(const QByteArray& bytes)
+    MemoryFile()
     {
-        require(ftruncate(m_descriptor, 0) == 0);
-        require(pwrite(m_descriptor, bytes.data(), static_cast<std::size_t>(bytes.size()), 0) ==
-                bytes.size());
+        require(m_file.open(memfd_create("fuzz", 0), QIODevice::ReadWrite | QIODevice::Unbuffered,
+                            QFileDevice::AutoCloseHandle));
     }
 
+    std::wstring path() const { return L"/proc/self/fd/" + std::to_wstring(m_file.handle()); }
+    void write(const QByteArray& bytes)
+    {
+        require(m_file.resize(0) && m_file.seek(0) && m_file.write(bytes) == bytes.size());
+    }
     QByteArray read() const
     {
-        QByteArray bytes(size(), '\0');
-        require(pread(m_descriptor, bytes.data(), static_cast<std::size_t>(bytes.size()), 0) == bytes.size());
-        return bytes;
+        require(m_file.seek(0));
+        return m_file.readAll();
     }
 
 private:
-    int m_descriptor;
+    mutable QFile m_file;
 };
 
 /// How many arguments a function takes; its result is none.
-inline unsigned argumentsOf(const FUNCDESC& function)
+inline UINT argumentsOf(const FUNCDESC& function)
 {
-    const ELEMDESC* const elements = function.lprgelemdescParam;
-    return static_cast<unsigned>(
-        std::count_if(elements, elements + function.cParams, [](const ELEMDESC& element) {
-            return (element.paramdesc.wParamFlags & PARAMFLAG_FIN) != 0;
-        }));
+    const auto count = static_cast<UINT>(function.cParams);
+    const ELEMDESC* const end = function.lprgelemdescParam + count;
+    return count > 0 && (end[-1].paramdesc.wParamFlags & PARAMFLAG_FRETVAL) != 0 ? count - 1 : count;
 }
 
 } // namespace kelfuzz

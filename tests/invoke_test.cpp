@@ -7,9 +7,7 @@
 
 #include <cfenv>
 #include <gtest/gtest.h>
-#include <sstream>
 #include <stdexcept>
-#include <vector>
 
 using namespace keltest;
 using kel::Variant;
@@ -39,28 +37,20 @@ struct Part final : IUnknown
     ULONG count = 1;
 };
 
-template <class Value>
-Value copyOf(Value value)
-{
-    return value;
-}
-BSTR copyOf(BSTR text)
-{
-    return SysAllocStringLen(text, SysStringLen(text));
-}
-IUnknown* copyOf(IUnknown* object)
-{
-    return kel::ComPtr<IUnknown>(object).detach();
-}
-
 /// An object made by hand, with the slots that `invoke_library.xml` describes.
 struct Probe
 {
     template <class Value>
     static HRESULT give(Probe* probe, Value value, Value* result)
     {
-        if (!probe->isSilent)
-            *result = copyOf(value);
+        if (probe->isSilent)
+            return probe->answer;
+        if constexpr (std::is_same_v<Value, BSTR>)
+            *result = SysAllocStringLen(value, SysStringLen(value));
+        else if constexpr (std::is_same_v<Value, IUnknown*>)
+            *result = kel::ComPtr<IUnknown>(value).detach();
+        else
+            *result = value;
         return probe->answer;
     }
     static HRESULT getEntry(Probe* probe, INT index, BSTR* entry)
@@ -107,14 +97,11 @@ struct Probe
 struct Invoke : testing::Test
 {
     /// Calls with everything that the caller may want, and once more without. \return the call in words
-    std::string call(const std::string& member, WORD flags, std::vector<VARIANT> arguments,
-                     std::vector<DISPID> names = {})
+    std::string call(const std::string& member, WORD flags, Arguments arguments)
     {
-        const bool isNumber = member.find_first_not_of("-0123456789") == std::string::npos;
-        const DISPID id =
-            isNumber ? std::stoi(member) : idOf(*info, std::wstring(member.begin(), member.end()));
-        DISPPARAMS parameters{arguments.data(), names.data(), static_cast<UINT>(arguments.size()),
-                              static_cast<UINT>(names.size())};
+        const DISPID id = std::isalpha(member[0]) ? idOf(*info, std::wstring(member.begin(), member.end()))
+                                                  : std::stoi(member);
+        DISPPARAMS parameters = arguments.parameters();
         const auto invoke = [&](VARIANT* result, EXCEPINFO* exception, UINT* badArgument) {
             HRESULT answer = kThrown;
             feenableexcept(FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW | FE_UNDERFLOW); // as a host may do
@@ -148,20 +135,18 @@ struct Invoke : testing::Test
     Probe probe;
     Part part{true}, stranger{false};
     const TypeLibraryFile file{stamped(contentOf(KEL_TESTS "invoke_library.xml"))};
-    const kel::ComPtr<ITypeInfo> info = typeInfo(file.widePath(), kProbe);
-    const std::map<std::string, IUnknown*> objects{{"part", &part}, {"stranger", &stranger}};
-    Variants variants{objects};
+    const kel::ComPtr<ITypeInfo> info = typeInfo(file.widePath.c_str(), kProbe);
+    Variants variants{{{"part", &part}, {"stranger", &stranger}}};
 };
 
 TEST_F(Invoke, ArgumentsAreConvertedAsListed)
 {
-    forEachLine(KEL_TESTS "invoke_coercions.txt", [this](const std::string& line) {
-        std::istringstream words(line);
+    forEachLine(KEL_TESTS "invoke_coercions.txt", [this](std::istringstream words) {
         std::string given, expected;
         words >> given;
         for (const char* member : {"number", "flag", "text"}) {
             words >> expected;
-            EXPECT_EQ(expected, call(member, DISPATCH_METHOD, {variants.of(given)})) << line;
+            EXPECT_EQ(expected, call(member, DISPATCH_METHOD, {{variants.of(given)}})) << given;
         }
     });
 }
@@ -177,34 +162,27 @@ TEST_F(Invoke, ATextThatQtHasNoRoomForIsNoNumberAndNoWordWhateverItBeginsWith)
         VARIANT given = variants.of("bstr:");
         given.bstrVal = characters;
         for (const char* member : {"number", "flag"})
-            EXPECT_EQ("TYPEMISMATCH@0", call(member, DISPATCH_METHOD, {given})) << length;
+            EXPECT_EQ("a_value_has_the_wrong_type@0", call(member, DISPATCH_METHOD, {{given}})) << length;
     }
 }
 
 TEST_F(Invoke, CallsAnswerAsListedAndNothingIsLeft)
 {
-    const auto makeCall = [this](const std::string& line) {
-        std::istringstream words(line);
-        std::string member, word;
+    const auto makeCall = [this](std::istringstream words) {
+        std::string member, expected;
         WORD flags = 0;
         words >> member >> flags;
         if (member == ":") {
+            words >> expected;
             probe.answer = flags;
-            probe.isSilent = line.find("silent") != std::string::npos;
-            probe.isThrowing = line.find("throws") != std::string::npos;
+            probe.isSilent = expected == "silent";
+            probe.isThrowing = expected == "throws";
             return;
         }
-        Variants own{objects};
-        std::vector<VARIANT> arguments;
-        std::vector<DISPID> names;
-        while (words >> word && word != "->") {
-            const std::size_t sign = word.find('=');
-            if (sign != std::string::npos)
-                names.push_back(std::stoi(word));
-            if (sign + 1 != word.size())
-                arguments.push_back(own.of(word.substr(sign + 1))); // all of it where there is no name
-        }
-        EXPECT_EQ(line.substr(line.find("->") + 3), call(member, flags, arguments, names)) << line;
+        Variants own{variants.objects};
+        const Arguments arguments = own.argumentsOf(words);
+        std::getline(words >> std::ws, expected);
+        EXPECT_EQ(expected, call(member, flags, arguments)) << words.str();
     };
     forEachLine(KEL_TESTS "invoke_calls.txt", makeCall);
     const std::size_t before = allocations::live();
@@ -216,12 +194,11 @@ TEST_F(Invoke, NullsAreRefusedWhereSomethingIsNeeded)
 {
     VARIANT one = variants.of("i4:1");
     DISPPARAMS none{nullptr, nullptr, 1, 0}, noNames{&one, nullptr, 1, 1}, good{&one, nullptr, 1, 0};
-    const auto invoke = [&](void* instance, DISPPARAMS* parameters) {
-        return info->Invoke(instance, 2, DISPATCH_METHOD, parameters, nullptr, nullptr, nullptr);
-    };
-    EXPECT_EQ(E_INVALIDARG, invoke(nullptr, &good));
-    for (DISPPARAMS* const parameters : {static_cast<DISPPARAMS*>(nullptr), &none, &noNames})
-        EXPECT_EQ(E_INVALIDARG, invoke(&probe, parameters));
+    const std::pair<Probe*, DISPPARAMS*> cases[] = {
+        {nullptr, &good}, {&probe, nullptr}, {&probe, &none}, {&probe, &noNames}};
+    for (const auto& [object, parameters] : cases)
+        EXPECT_EQ(E_INVALIDARG,
+                  info->Invoke(object, 2, DISPATCH_METHOD, parameters, nullptr, nullptr, nullptr));
 }
 
 } // namespace

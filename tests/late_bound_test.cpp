@@ -4,8 +4,6 @@
 #include "support/variant_text.h"
 
 #include <QtCore/QDir>
-#include <sstream>
-#include <vector>
 
 namespace
 {
@@ -21,24 +19,21 @@ struct LateBound : DomTest
         for (const char* name : {"document", "built", "loaded"})
             objects[name] = ComPtr<IDispatch>(newDocument().get());
         keltest::Variants variants;
-        keltest::forEachLine(KEL_TESTS "late_bound_calls.txt", [&](const std::string& line) {
-            SCOPED_TRACE(line);
-            std::istringstream words(line);
-            std::string object, member, word, answer, expected, name;
+        keltest::forEachLine(KEL_TESTS "late_bound_calls.txt", [&](std::istringstream words) {
+            SCOPED_TRACE(words.str());
+            std::string object, member, answer, expected, name;
             words >> object >> member;
-            const bool isPut = member.back() == '=';
-            std::vector<VARIANT> arguments; // last first
-            while (words >> word && word != "->")
-                arguments.insert(arguments.begin(), variants.of(word));
+            keltest::Arguments arguments = variants.argumentsOf(words);
             words >> answer >> expected >> name;
 
-            const Bstr text(std::wstring(member.begin(), member.end() - isPut).c_str());
+            const Bstr text(std::wstring(member.begin(), member.end()).c_str());
             wchar_t* names = text.get();
-            DISPID id = 0, put = DISPID_PROPERTYPUT;
+            DISPID id = 0;
             EXPECT_EQ(S_OK, objects[object]->GetIDsOfNames(IID_IUnknown, &names, 1, 0, &id));
-            DISPPARAMS parameters{arguments.data(), &put, static_cast<UINT>(arguments.size()), isPut};
+            DISPPARAMS parameters = arguments.parameters();
             Variant result;
-            const WORD flags = isPut ? DISPATCH_PROPERTYPUT : DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+            const WORD flags =
+                arguments.names.empty() ? DISPATCH_METHOD | DISPATCH_PROPERTYGET : DISPATCH_PROPERTYPUT;
             const HRESULT hr = objects[object]->Invoke(id, IID_IUnknown, 0, flags, &parameters, result.put(),
                                                        nullptr, nullptr);
             EXPECT_EQ(answer + ' ' + expected, wordOf(hr) + ' ' + wordOf(result.get(), nodeNameOf(result)));
@@ -83,7 +78,7 @@ TEST_F(LateBound, TheHolderAnswersForItselfAndTriesAgainAfterAFailure)
     EXPECT_EQ(S_OK, document->GetTypeInfo(0, 0, second.put()));
     EXPECT_EQ(first.get(), second.get());
 
-    wchar_t load[] = L"LOAD", unknown[] = L"lode";
+    wchar_t load[] = L"load", unknown[] = L"lode";
     wchar_t* names[] = {load, unknown};
     DISPID identifiers[2] = {};
     EXPECT_EQ(DISP_E_UNKNOWNNAME, document->GetIDsOfNames(IID_IUnknown, names, 2, 0, identifiers));

@@ -30,35 +30,23 @@ inline QByteArray stamped(const QByteArray& body)
 }
 
 /// A file of its own, over which any contents can be written.
-class TypeLibraryFile
+struct TypeLibraryFile
 {
-public:
-    TypeLibraryFile()
-        : m_path(m_directory.filePath(QStringLiteral("test.tlb"))), m_widePath(m_path.toStdWString())
-    {}
-    explicit TypeLibraryFile(const QByteArray& contents) : TypeLibraryFile() { write(contents); }
+    explicit TypeLibraryFile(const QByteArray& contents = {}) { write(contents); }
 
-    void write(const QByteArray& contents)
+    void write(const QByteArray& contents) const
     {
-        QFile file(m_path);
+        QFile file(path);
         if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size())
             qFatal("no place for test files");
     }
-    const QString& path() const { return m_path; }
-    const wchar_t* widePath() const { return m_widePath.c_str(); }
     /// Has the service read it anew.
-    void registerAgain() const { KelTypelib::RegisterTypeLib(GUID{}, widePath()); }
-    HRESULT load(ITypeLib** library) const { return KelTypelib::LoadTypeLib(widePath(), library); }
-    HRESULT load() const
-    {
-        ITypeLib* library = nullptr;
-        return load(&library);
-    }
+    void registerAgain() const { KelTypelib::RegisterTypeLib(GUID{}, widePath.c_str()); }
+    HRESULT load(ITypeLib*& library) const { return KelTypelib::LoadTypeLib(widePath.c_str(), &library); }
 
-private:
-    QTemporaryDir m_directory;
-    QString m_path;
-    std::wstring m_widePath;
+    const QTemporaryDir directory;
+    const QString path = directory.filePath(QStringLiteral("test.tlb"));
+    const std::wstring widePath = path.toStdWString();
 };
 
 /// The type information of one interface; null when it cannot be had.

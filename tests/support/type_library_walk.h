@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "KelXmlLib/convenience.h"
 #include "platform/description.h"
 #include "platform/type_library.h"
 #include "support/type_library_file.h"
@@ -25,16 +26,15 @@ inline std::string plain(const std::wstring& text)
 template <class Require>
 void describe(ITypeInfo& info, const FUNCDESC& function, Require require, std::ostream& out)
 {
-    std::array<kel::Bstr, kelcom::kMaxArguments + 2> names;
-    const UINT room = static_cast<UINT>(names.size());
+    constexpr UINT kRoom = kelcom::kMaxArguments + 2;
+    std::array<kel::Bstr, kRoom> names;
+    std::array<MEMBERID, kRoom> ids{};
     UINT count = 0;
-    require(info.GetNames(function.memid, names[0].put(), room, &count) == S_OK && count >= 1 &&
-            count <= room);
-    std::array<wchar_t*, kelcom::kMaxArguments + 2> pointers{};
-    std::array<MEMBERID, kelcom::kMaxArguments + 2> ids{};
-    for (UINT place = 0; place < count; ++place)
-        pointers[place] = names[place].get();
-    info.GetIDsOfNames(pointers.data(), count, ids.data());
+    BSTR* const places = names[0].put();
+    require(info.GetNames(function.memid, places, kRoom, &count) == S_OK && count >= 1 && count <= kRoom);
+    const HRESULT answer = info.GetIDsOfNames(places, count, ids.data());
+    const auto unknown = std::count(ids.data() + 1, ids.data() + count, DISPID_UNKNOWN);
+    require(answer == (unknown == 0 ? S_OK : DISP_E_UNKNOWNNAME));
     require(ids[0] == function.memid && nameOf(info, function.memid) == names[0].c_str());
     out << function.memid << ' ' << function.invkind;
     for (UINT place = 0; place < count; ++place)
@@ -78,6 +78,10 @@ std::string describe(
         require(library.GetTypeInfoOfGuid(attributes->guid, sameInfo.put()) == S_OK);
         require(sameInfo->GetContainingTypeLib(sameLibrary.put(), &sameIndex) == S_OK);
         require(sameLibrary.get() == &library && sameIndex == index);
+        void* other = &library;
+        require(info->QueryInterface(IID_IDispatch, &other) == E_NOINTERFACE && !other);
+        for (const GUID& iid : {IID_IUnknown, IID_ITypeInfo})
+            require(kel::query<ITypeInfo>(*info, iid).get() == info.get());
         require(library.GetDocumentation(static_cast<INT>(index), name.put(), nullptr, nullptr, nullptr) ==
                 S_OK);
         require(nameOf(*info, MEMBERID_NIL) == name.c_str());
@@ -97,6 +101,9 @@ std::string describe(
         info->ReleaseTypeAttr(attributes);
     }
     require(library.GetTypeInfo(count, sameInfo.put()) == TYPE_E_ELEMENTNOTFOUND && !sameInfo);
+    for (const INT index : {-2, static_cast<INT>(count)})
+        require(library.GetDocumentation(index, nullptr, nullptr, nullptr, nullptr) ==
+                TYPE_E_ELEMENTNOTFOUND);
     TLIBATTR* attributes = nullptr;
     require(library.GetLibAttr(&attributes) == S_OK);
     require(library.GetDocumentation(-1, name.put(), nullptr, nullptr, nullptr) == S_OK && name);

@@ -10,7 +10,9 @@
 #include <deque>
 #include <fstream>
 #include <map>
+#include <sstream>
 #include <string>
+#include <vector>
 
 namespace keltest
 {
@@ -18,6 +20,18 @@ namespace keltest
 constexpr std::array kTypes{"empty", "null",     "i2",    "i4",   "r4",      "r8",      "cy",      "date",
                             "bstr",  "dispatch", "error", "bool", "variant", "unknown", "decimal", "15",
                             "i1",    "ui1",      "ui2",   "ui4",  "i8",      "ui8",     "int",     "uint"};
+
+/// The arguments of a call as they stand in `rgvarg`, the named ones with their names.
+struct Arguments
+{
+    DISPPARAMS parameters()
+    {
+        return {values.data(), names.data(), static_cast<UINT>(values.size()),
+                static_cast<UINT>(names.size())};
+    }
+    std::vector<VARIANT> values{};
+    std::vector<DISPID> names{};
+};
 
 /// Makes values of words such as `i4:-7`, `r8:0x7ff0000000000000` by its bits, `bstr:a_b` with a space,
 /// `bstr` null, `unknown:name`, `0x2003:0` of any type; `&ui1:3` refers to a value, `*i4:7` to a variable
@@ -51,6 +65,20 @@ struct Variants
             value.dblVal = std::strtod(text.c_str(), nullptr);
         return value;
     }
+    /// Reads up to the arrow; `2=i4:7` is an argument by its name, and `2=` a name alone.
+    Arguments argumentsOf(std::istream& words)
+    {
+        Arguments arguments;
+        for (std::string word; words >> word && word != "->";) {
+            const std::size_t sign = word.find_first_of("=:");
+            const bool isNamed = sign < word.size() && word[sign] == '=';
+            if (isNamed)
+                arguments.names.push_back(std::stoi(word));
+            if (!isNamed || sign + 1 < word.size())
+                arguments.values.push_back(of(isNamed ? word.substr(sign + 1) : word));
+        }
+        return arguments;
+    }
     std::map<std::string, IUnknown*> objects{};
     std::deque<VARIANT> values{};
     std::deque<kel::Bstr> texts{};
@@ -72,22 +100,15 @@ inline std::string wordOf(const VARIANT& value, const std::string& object = {})
     return type + ':' + text;
 }
 
+/// What `kel::describe` says, as one word.
 inline std::string wordOf(HRESULT answer)
 {
-    static const std::map<HRESULT, std::string> kWords{{S_OK, "S_OK"},
-                                                       {S_FALSE, "S_FALSE"},
-                                                       {DISP_E_MEMBERNOTFOUND, "MEMBERNOTFOUND"},
-                                                       {DISP_E_PARAMNOTFOUND, "PARAMNOTFOUND"},
-                                                       {DISP_E_TYPEMISMATCH, "TYPEMISMATCH"},
-                                                       {DISP_E_OVERFLOW, "OVERFLOW"},
-                                                       {DISP_E_EXCEPTION, "EXCEPTION"},
-                                                       {DISP_E_BADPARAMCOUNT, "BADPARAMCOUNT"},
-                                                       {DISP_E_PARAMNOTOPTIONAL, "PARAMNOTOPTIONAL"}};
-    const auto found = kWords.find(answer);
-    return found == kWords.end() ? std::to_string(answer) : found->second;
+    std::string word = kel::describe(answer);
+    std::replace(word.begin(), word.end(), ' ', '_');
+    return word;
 }
 
-/// Gives the lines of a file to `use`, but for empty ones and comments.
+/// Gives the lines of a file to `use`, but for empty ones and comments, each as a stream of its words.
 template <class Use>
 void forEachLine(const char* name, Use use)
 {
@@ -95,7 +116,7 @@ void forEachLine(const char* name, Use use)
     std::size_t used = 0;
     for (std::string line; std::getline(file, line);)
         if (!line.empty() && line[0] != '#')
-            use(line), ++used;
+            use(std::istringstream(line)), ++used;
     if (used == 0)
         std::abort();
 }
