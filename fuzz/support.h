@@ -21,16 +21,15 @@ inline void require(bool condition)
 }
 
 /// Takes decisions from bytes. When they are used up, the last of what is possible is chosen.
-class Choices
+struct Choices : FuzzedDataProvider
 {
-public:
-    Choices(const std::uint8_t* data, std::size_t size) : m_bytes(data, size) {}
+    using FuzzedDataProvider::FuzzedDataProvider;
 
-    std::size_t left() { return m_bytes.remaining_bytes(); }
+    std::size_t left() { return remaining_bytes(); }
     unsigned below(std::size_t limit)
     {
         const auto last = static_cast<unsigned>(limit) - 1;
-        return last - m_bytes.ConsumeIntegralInRange(0U, last);
+        return last - ConsumeIntegralInRange(0U, last);
     }
     bool oneIn(std::size_t limit) { return below(limit) == 0; }
     template <class Values>
@@ -38,34 +37,27 @@ public:
     {
         return *(std::begin(values) + below(std::size(values)));
     }
-
-private:
-    FuzzedDataProvider m_bytes;
 };
 
 /// A file that is only in memory, with a path.
-class MemoryFile
+struct MemoryFile
 {
-public:
     MemoryFile()
     {
-        require(m_file.open(memfd_create("fuzz", 0), QIODevice::ReadWrite | QIODevice::Unbuffered,
-                            QFileDevice::AutoCloseHandle));
+        require(file.open(memfd_create("fuzz", 0), QIODevice::ReadWrite | QIODevice::Unbuffered,
+                          QFileDevice::AutoCloseHandle));
     }
-
-    std::wstring path() const { return L"/proc/self/fd/" + std::to_wstring(m_file.handle()); }
+    std::wstring path() const { return L"/proc/self/fd/" + std::to_wstring(file.handle()); }
     void write(const QByteArray& bytes)
     {
-        require(m_file.resize(0) && m_file.seek(0) && m_file.write(bytes) == bytes.size());
+        require(file.resize(0) && file.seek(0) && file.write(bytes) == bytes.size());
     }
     QByteArray read() const
     {
-        require(m_file.seek(0));
-        return m_file.readAll();
+        require(file.seek(0));
+        return file.readAll();
     }
-
-private:
-    mutable QFile m_file;
+    mutable QFile file;
 };
 
 /// How many arguments a function takes; its result is none.

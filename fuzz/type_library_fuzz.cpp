@@ -7,7 +7,7 @@
 #include "support/variant_text.h"
 
 using namespace kelcom;
-using kelfuzz::require;
+using keltest::require;
 
 namespace
 {
@@ -48,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         // Not from the service, which keeps every library for good.
         if (auto description = readTypeLibrary(contents)) {
             const kel::ComPtr<ITypeLib> library(new TypeLibrary(std::move(description)));
-            keltest::describe(*library, require, callWithEverything);
+            keltest::describe(*library, callWithEverything);
         }
     return 0;
 }

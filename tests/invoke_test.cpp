@@ -1,6 +1,8 @@
 // Calls by identifier of an object that takes and gives back one value of each kind: what arguments become,
-// kinds, counts, names, results and failures.
+// kinds, counts, names, results and failures. And what carries texts in them: the length prefix, the ending
+// zero and nulls of BSTRs.
 
+#include "KelXmlLib/convenience.h"
 #include "support/allocations.h"
 #include "support/type_library_file.h"
 #include "support/variant_text.h"
@@ -16,26 +18,9 @@ namespace
 {
 
 constexpr GUID kProbe{1, 0, 0, {0, 0, 0, 0, 0, 0, 0, 1}};
-constexpr GUID kPart{1, 0, 0, {0, 0, 0, 0, 0, 0, 0, 2}};
 
 /// In place of the answer of a member that threw.
 constexpr HRESULT kThrown = 7777;
-
-/// Counts what is taken of it.
-struct Part final : IUnknown
-{
-    explicit Part(bool answers) : isPart(answers) {}
-    HRESULT QueryInterface(const GUID& riid, void** ppv) override
-    {
-        *ppv = isPart && (riid == IID_IUnknown || riid == kPart) ? this : nullptr;
-        count += *ppv ? 1 : 0;
-        return *ppv ? S_OK : E_NOINTERFACE;
-    }
-    ULONG AddRef() override { return ++count; }
-    ULONG Release() override { return --count; }
-    const bool isPart;
-    ULONG count = 1;
-};
 
 /// An object made by hand, with the slots that `invoke_library.xml` describes.
 struct Probe
@@ -70,7 +55,6 @@ struct Probe
         return probe->note(static_cast<char>(*first) + (',' + wordOf(second)) + ',' + std::to_string(third) +
                            (fourth ? ",part" : ",null"));
     }
-    static HRESULT fail(Probe*, INT code, BSTR*) { return code; }
     HRESULT note(const std::string& what)
     {
         if (isThrowing)
@@ -87,7 +71,7 @@ struct Probe
     }
     inline static const auto kSlots =
         slotsOf(give<BSTR>, give<INT>, give<VARIANT_BOOL>, give<INT>, give<VARIANT>, give<IUnknown*>,
-                give<IUnknown*>, getEntry, putEntry, putEntryByReference, many, fail);
+                give<IUnknown*>, getEntry, putEntry, putEntryByReference, many);
     const Slot* vtable = kSlots.data();
     HRESULT answer = S_OK;
     bool isSilent = false, isThrowing = false;
@@ -125,18 +109,20 @@ struct Invoke : testing::Test
             words += '@' + std::to_string(badArgument);
         const bool isObject = (written.vt == VT_DISPATCH || written.vt == VT_UNKNOWN) && written.punkVal;
         const std::string word = wordOf(written, isObject ? "part" : "null");
-        EXPECT_TRUE(!isObject || written.punkVal == &part);
+        EXPECT_TRUE(!isObject || written.punkVal == part.get());
         words += (word == "i4:4711" ? "" : ' ' + word) + probe.seen;
-        EXPECT_EQ(isObject ? 2U : 1U, part.count);
+        part->AddRef();
+        EXPECT_EQ(isObject ? 2U : 1U, part->Release());
         EXPECT_EQ(answer, invoke(nullptr, nullptr, nullptr));
         return words.substr(1);
     }
 
     Probe probe;
-    Part part{true}, stranger{false};
     const TypeLibraryFile file{stamped(contentOf(KEL_TESTS "invoke_library.xml"))};
     const kel::ComPtr<ITypeInfo> info = typeInfo(file.widePath.c_str(), kProbe);
-    Variants variants{{{"part", &part}, {"stranger", &stranger}}};
+    const kel::ComPtr<ITypeInfo> part = typeInfo(L"" KEL_TYPE_LIBRARY, IID_IXMLDOMNode);
+    const kel::ComPtr<IXMLDOMDocument> stranger = kel::newDocument();
+    Variants variants{{{"part", part.get()}, {"stranger", stranger.get()}}};
 };
 
 TEST_F(Invoke, ArgumentsAreConvertedAsListed)
@@ -170,7 +156,7 @@ TEST_F(Invoke, CallsAnswerAsListedAndNothingIsLeft)
 {
     const auto makeCall = [this](std::istringstream words) {
         std::string member, expected;
-        WORD flags = 0;
+        int flags = 0;
         words >> member >> flags;
         if (member == ":") {
             words >> expected;
@@ -182,7 +168,7 @@ TEST_F(Invoke, CallsAnswerAsListedAndNothingIsLeft)
         Variants own{variants.objects};
         const Arguments arguments = own.argumentsOf(words);
         std::getline(words >> std::ws, expected);
-        EXPECT_EQ(expected, call(member, flags, arguments)) << words.str();
+        EXPECT_EQ(expected, call(member, static_cast<WORD>(flags), arguments)) << words.str();
     };
     forEachLine(KEL_TESTS "invoke_calls.txt", makeCall);
     const std::size_t before = allocations::live();
@@ -199,6 +185,30 @@ TEST_F(Invoke, NullsAreRefusedWhereSomethingIsNeeded)
     for (const auto& [object, parameters] : cases)
         EXPECT_EQ(E_INVALIDARG,
                   info->Invoke(object, 2, DISPATCH_METHOD, parameters, nullptr, nullptr, nullptr));
+}
+
+TEST(Bstr, HasItsLengthBeforeAndAZeroBehindWhateverTheTextHolds)
+{
+    const auto expectText = [](BSTR made, const std::wstring& text) {
+        kel::Bstr owner;
+        owner.reset(made);
+        UINT prefix = 0;
+        std::memcpy(&prefix, reinterpret_cast<const char*>(made) - sizeof prefix, sizeof prefix);
+        EXPECT_EQ(text.size(), prefix) << "published: stands just before the text";
+        EXPECT_EQ(prefix, owner.length());
+        EXPECT_EQ(text + L'\0', std::wstring(made, prefix + 1));
+        EXPECT_EQ(static_cast<INT>(std::wcslen(text.c_str())), lstrlenW(made));
+    };
+    for (const wchar_t* text : {L"", L"a", L"\U0001F600 beyond the first plane"})
+        expectText(SysAllocString(text), text);
+    expectText(SysAllocStringLen(L"ab\0cd", 5), std::wstring(L"ab\0cd", 5));
+    expectText(SysAllocStringLen(L"abcdef", 3), L"abc");
+    expectText(SysAllocStringLen(nullptr, 1000), std::wstring(1000, L'\0'));
+
+    EXPECT_EQ(nullptr, SysAllocString(nullptr));
+    EXPECT_EQ(0U, SysStringLen(nullptr));
+    EXPECT_EQ(0, lstrlenW(nullptr));
+    SysFreeString(nullptr);
 }
 
 } // namespace

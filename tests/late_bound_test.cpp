@@ -70,7 +70,6 @@ TEST_F(LateBound, TheHolderAnswersForItselfAndTriesAgainAfterAFailure)
     ComPtr<ITypeInfo> first, second;
     DISPPARAMS nothing{};
     EXPECT_EQ(TYPE_E_LIBNOTREGISTERED, document->GetTypeInfo(0, 0, first.put()));
-    EXPECT_FALSE(first);
     EXPECT_EQ(TYPE_E_LIBNOTREGISTERED, document->Invoke(2, IID_IUnknown, 0, DISPATCH_PROPERTYGET, &nothing,
                                                         nullptr, nullptr, nullptr));
     SetUpTestSuite();

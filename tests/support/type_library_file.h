@@ -59,12 +59,6 @@ inline kel::ComPtr<ITypeInfo> typeInfo(const wchar_t* path, const GUID& iid)
     return found;
 }
 
-inline std::wstring nameOf(ITypeInfo& info, MEMBERID member)
-{
-    kel::Bstr name;
-    return info.GetDocumentation(member, name.put(), nullptr, nullptr, nullptr) == S_OK ? name.c_str() : L"?";
-}
-
 inline MEMBERID idOf(ITypeInfo& info, std::wstring name)
 {
     wchar_t* names[] = {name.data()};

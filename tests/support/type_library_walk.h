@@ -8,37 +8,60 @@
 #include "platform/type_library.h"
 #include "support/type_library_file.h"
 
+#include <algorithm>
 #include <array>
+#include <functional>
 #include <sstream>
-#include <vector>
+#include <stdexcept>
+#include <string>
 
 namespace keltest
 {
 
-inline std::string plain(const std::wstring& text)
+inline std::string plain(const kel::Bstr& text)
 {
-    return std::string(text.begin(), text.end());
+    return std::string(text.get(), text.get() + text.length());
+}
+
+inline void require(bool condition, int line = __builtin_LINE())
+{
+    if (!condition)
+        throw std::logic_error("line " + std::to_string(line) + " of the walk is not met");
+}
+
+/// The name of a member, or of an interface, and nothing else; what is answered where there is none.
+template <class Object>
+std::string nameOf(Object& object, INT member)
+{
+    kel::Bstr name;
+    wchar_t before[] = L"before";
+    BSTR documentation = before, helpFile = before;
+    DWORD context = 9;
+    const HRESULT answer = object.GetDocumentation(member, name.put(), &documentation, &context, &helpFile);
+    require(!documentation && !helpFile && context == 0);
+    return answer == S_OK ? plain(name) : kel::describe(answer);
 }
 
 /// A function in a line: its identifier, its kind (1 a method, 2 a get, 4 a put, 8 a put by reference), the
 /// names of the member and its parameters with the identifiers that they have in calls; and for each
 /// parameter its flags, a star for each pointer, its type, and which of the library's types that is.
-template <class Require>
-void describe(ITypeInfo& info, const FUNCDESC& function, Require require, std::ostream& out)
+inline void describe(ITypeInfo& info, const FUNCDESC& function, std::ostream& out)
 {
     constexpr UINT kRoom = kelcom::kMaxArguments + 2;
     std::array<kel::Bstr, kRoom> names;
     std::array<MEMBERID, kRoom> ids{};
     UINT count = 0;
     BSTR* const places = names[0].put();
+    require(info.GetNames(function.memid, places, 1, &count) == S_OK && count == 1 && !names[1]);
+    names[0].reset();
     require(info.GetNames(function.memid, places, kRoom, &count) == S_OK && count >= 1 && count <= kRoom);
     const HRESULT answer = info.GetIDsOfNames(places, count, ids.data());
     const auto unknown = std::count(ids.data() + 1, ids.data() + count, DISPID_UNKNOWN);
     require(answer == (unknown == 0 ? S_OK : DISP_E_UNKNOWNNAME));
-    require(ids[0] == function.memid && nameOf(info, function.memid) == names[0].c_str());
+    require(ids[0] == function.memid && nameOf(info, function.memid) == plain(names[0]));
     out << function.memid << ' ' << function.invkind;
     for (UINT place = 0; place < count; ++place)
-        out << ' ' << plain(names[place].c_str()) << (place == 0 ? "" : '=' + std::to_string(ids[place]));
+        out << ' ' << plain(names[place]) << (place == 0 ? "" : '=' + std::to_string(ids[place]));
 
     require(function.cParams >= function.cParamsOpt && function.cParamsOpt >= 0);
     require(function.elemdescFunc.tdesc.vt == VT_HRESULT);
@@ -58,16 +81,13 @@ void describe(ITypeInfo& info, const FUNCDESC& function, Require require, std::o
 
 /// An interface in a line: what its identifier begins with, its name, kind, functions, bytes of slots, flags,
 /// version; then its functions.
-/// \param require is given what has to hold
 /// \param use is given each function
-template <class Require, class Use = void (*)(ITypeInfo&, const FUNCDESC&)>
-std::string describe(
-    ITypeLib& library, Require require, Use use = [](ITypeInfo&, const FUNCDESC&) {})
+inline std::string describe(
+    ITypeLib& library, const std::function<void(ITypeInfo&, const FUNCDESC&)>& use = [](auto&&...) {})
 {
     std::ostringstream out;
     kel::ComPtr<ITypeInfo> info, sameInfo;
     kel::ComPtr<ITypeLib> sameLibrary;
-    kel::Bstr name;
     const UINT count = library.GetTypeInfoCount();
     for (UINT index = 0; index < count; ++index) {
         TYPEATTR* attributes = nullptr;
@@ -82,18 +102,17 @@ std::string describe(
         require(info->QueryInterface(IID_IDispatch, &other) == E_NOINTERFACE && !other);
         for (const GUID& iid : {IID_IUnknown, IID_ITypeInfo})
             require(kel::query<ITypeInfo>(*info, iid).get() == info.get());
-        require(library.GetDocumentation(static_cast<INT>(index), name.put(), nullptr, nullptr, nullptr) ==
-                S_OK);
-        require(nameOf(*info, MEMBERID_NIL) == name.c_str());
-        out << std::hex << attributes->guid.Data1 << std::dec << ' ' << plain(name.c_str()) << ' ' << kind
-            << ' ' << attributes->cFuncs << ' ' << attributes->cbSizeVft << ' ' << attributes->wTypeFlags
-            << ' ' << attributes->wMajorVerNum << ' ' << attributes->wMinorVerNum << '\n';
+        const std::string name = nameOf(library, static_cast<INT>(index));
+        require(nameOf(*info, MEMBERID_NIL) == name);
+        out << std::hex << attributes->guid.Data1 << std::dec << ' ' << name << ' ' << kind << ' '
+            << attributes->cFuncs << ' ' << attributes->cbSizeVft << ' ' << attributes->wTypeFlags << ' '
+            << attributes->wMajorVerNum << ' ' << attributes->wMinorVerNum << '\n';
         FUNCDESC* function = nullptr;
         for (UINT place = 0; place < attributes->cFuncs; ++place) {
             require(info->GetFuncDesc(place, &function) == S_OK);
             require(function->oVft ==
                     static_cast<SHORT>((kelcom::kDispatchSlots + place) * kelcom::kSlotSize));
-            describe(*info, *function, require, out);
+            describe(*info, *function, out);
             use(*info, *function);
             info->ReleaseFuncDesc(function);
         }
@@ -102,12 +121,10 @@ std::string describe(
     }
     require(library.GetTypeInfo(count, sameInfo.put()) == TYPE_E_ELEMENTNOTFOUND && !sameInfo);
     for (const INT index : {-2, static_cast<INT>(count)})
-        require(library.GetDocumentation(index, nullptr, nullptr, nullptr, nullptr) ==
-                TYPE_E_ELEMENTNOTFOUND);
+        require(nameOf(library, index) == kel::describe(TYPE_E_ELEMENTNOTFOUND));
     TLIBATTR* attributes = nullptr;
     require(library.GetLibAttr(&attributes) == S_OK);
-    require(library.GetDocumentation(-1, name.put(), nullptr, nullptr, nullptr) == S_OK && name);
-    out << std::hex << attributes->guid.Data1 << std::dec << ' ' << plain(name.c_str()) << ' '
+    out << std::hex << attributes->guid.Data1 << std::dec << ' ' << nameOf(library, -1) << ' '
         << attributes->wMajorVerNum << '.' << attributes->wMinorVerNum << '\n';
     library.ReleaseTLibAttr(attributes);
     return out.str();
