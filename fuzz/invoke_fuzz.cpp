@@ -58,13 +58,14 @@ void makeCall(IDispatch& object, Choices& choices, Objects& objects)
     const auto flags = static_cast<WORD>(choices.oneIn(16) ? choices.below(20) : unsigned(function->invkind));
     keltest::Variants variants;
     keltest::Arguments arguments;
-    for (auto left = choices.oneIn(16) ? choices.below(kMostArguments) : argumentsOf(*function); left > 0;
-         --left)
+    const unsigned count = choices.oneIn(16) ? choices.below(kMostArguments) : argumentsOf(*function);
+    while (arguments.values.size() < count)
         arguments.values.push_back(argument(choices, variants, objects, member == kSave));
-    arguments.names.assign(flags >= DISPATCH_PROPERTYPUT ? 1 : 0, DISPID_PROPERTYPUT);
     if (choices.oneIn(16))
         for (auto left = choices.below(kMostArguments); left > 0; --left)
             arguments.names.push_back(choices.of(kNames));
+    else if (flags >= DISPATCH_PROPERTYPUT)
+        arguments.names.push_back(DISPID_PROPERTYPUT);
 
     const std::vector<VARIANT> before = arguments.values;
     DISPPARAMS parameters = arguments.parameters();
