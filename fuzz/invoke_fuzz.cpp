@@ -96,13 +96,6 @@ void makeCall(IDispatch& object, Choices& choices, Objects& objects)
         objects.push_back(owner.object());
 }
 
-ComPtr<IDispatch> newDocument()
-{
-    const auto document = kel::newDocument();
-    require(document->loadXML(Bstr(L"<r x='1' p:y='2'>t<a/><!--c--></r>").get(), nullptr) == S_OK);
-    return ComPtr<IDispatch>(document.get());
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -110,7 +103,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const HRESULT registered = KelTypelib::RegisterTypeLib(LIBID_MSXML, L"" KEL_TYPE_LIBRARY);
     require(registered == S_OK);
     Choices choices(data, size);
-    Objects objects{newDocument(), newDocument()};
+    Objects objects;
+    for (const auto& document : {kel::newDocument(), kel::newDocument()}) {
+        require(document->loadXML(Bstr(L"<r x='1' p:y='2'>t<a/><!--c--></r>").get(), nullptr) == S_OK);
+        objects.emplace_back(document.get());
+    }
     const auto release = [&] { objects.erase(objects.begin() + choices.below(objects.size())); };
     // The rest of the bytes is for the end.
     while (choices.left() > size / 8) {

@@ -19,78 +19,65 @@ HRESULT note(const std::string& what, HRESULT answer = S_OK)
     return answer;
 }
 
+/// An object made by hand: its vtable has the slots that a holder calls, and no others.
+template <class Interface>
+struct HandMade
+{
+    template <class Method>
+    void put(int slot, Method method)
+    {
+        entries[2 + slot] = reinterpret_cast<const void*>(+method);
+    }
+    Interface* get() { return reinterpret_cast<Interface*>(this); }
+
+    const void* const* vtable = entries + 2;
+    const void* entries[24] = {nullptr, &typeid(Interface)}; ///< the slots, behind what tells the type
+};
+
+HandMade<ITypeLib> library;
+HandMade<ITypeInfo> info;
+TYPEATTR attributes{};
+FUNCDESC function{};
+HRESULT attributesAnswer = S_OK;
+struct
+{
+    UINT length;
+    wchar_t text[2];
+} texts[4] = {{1, L"a"}, {1, L"b"}, {1, L"c"}, {1, L"d"}};
+
 /// A library and its one interface, whose second function cannot be described, and whose third is named with
 /// a failure.
-struct Fake final : ITypeLib, ITypeInfo
+void makeObjects()
 {
-    HRESULT GetTypeInfoOfGuid(const GUID&, ITypeInfo** typeInfo) override
-    {
-        *typeInfo = this;
+    library.put(6, [](void*, const GUID&, ITypeInfo** found) {
+        *found = info.get();
         return note("info");
-    }
-    ULONG Release() override { return static_cast<ULONG>(note("release")); }
-    HRESULT GetTypeAttr(TYPEATTR** lent) override
-    {
+    });
+    info.put(2, [](void*) { return static_cast<ULONG>(note("release")); });
+    info.put(3, [](void*, TYPEATTR** lent) {
         *lent = &attributes;
-        return note("attributes", answer);
-    }
-    void ReleaseTypeAttr(TYPEATTR*) override { note("-attributes"); }
-    HRESULT GetFuncDesc(UINT index, FUNCDESC** lent) override
-    {
+        return note("attributes", attributesAnswer);
+    });
+    info.put(5, [](void*, UINT index, FUNCDESC** lent) {
         function.memid = static_cast<MEMBERID>(index);
         *lent = &function;
         return note("function", index == 1 ? E_FAIL : S_OK);
-    }
-    void ReleaseFuncDesc(FUNCDESC*) override { note("-function"); }
-    HRESULT GetDocumentation(INT member, BSTR* name, BSTR*, DWORD*, BSTR*) override
-    {
-        *name = names[member].text;
+    });
+    info.put(10, [](void*, wchar_t**, UINT, MEMBERID*) { return note("ask", DISP_E_UNKNOWNNAME); });
+    info.put(12, [](void*, MEMBERID member, BSTR* name, BSTR*, DWORD*, BSTR*) {
+        *name = texts[member].text;
         return note("name", member == 2 ? E_FAIL : S_OK);
-    }
-
-    HRESULT QueryInterface(const GUID&, void**) override { return E_NOTIMPL; }
-    ULONG AddRef() override { return 1; }
-    UINT GetTypeInfoCount() override { return 1; }
-    HRESULT GetTypeInfo(UINT, ITypeInfo**) override { return E_NOTIMPL; }
-    HRESULT GetTypeInfoType(UINT, TYPEKIND*) override { return E_NOTIMPL; }
-    HRESULT GetLibAttr(TLIBATTR**) override { return E_NOTIMPL; }
-    HRESULT GetTypeComp(ITypeComp**) override { return E_NOTIMPL; }
-    HRESULT IsName(wchar_t*, ULONG, INT*) override { return E_NOTIMPL; }
-    HRESULT FindName(wchar_t*, ULONG, ITypeInfo**, MEMBERID*, USHORT*) override { return E_NOTIMPL; }
-    void ReleaseTLibAttr(TLIBATTR*) override {}
-    HRESULT GetVarDesc(UINT, VARDESC**) override { return E_NOTIMPL; }
-    HRESULT GetNames(MEMBERID, BSTR*, UINT, UINT*) override { return E_NOTIMPL; }
-    HRESULT GetRefTypeOfImplType(UINT, HREFTYPE*) override { return E_NOTIMPL; }
-    HRESULT GetImplTypeFlags(UINT, INT*) override { return E_NOTIMPL; }
-    HRESULT GetIDsOfNames(wchar_t**, UINT, MEMBERID*) override { return note("ask", DISP_E_UNKNOWNNAME); }
-    HRESULT Invoke(void*, MEMBERID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT GetDllEntry(MEMBERID, INVOKEKIND, BSTR*, BSTR*, WORD*) override { return E_NOTIMPL; }
-    HRESULT GetRefTypeInfo(HREFTYPE, ITypeInfo**) override { return E_NOTIMPL; }
-    HRESULT AddressOfMember(MEMBERID, INVOKEKIND, void**) override { return E_NOTIMPL; }
-    HRESULT CreateInstance(IUnknown*, const GUID&, void**) override { return E_NOTIMPL; }
-    HRESULT GetMops(MEMBERID, BSTR*) override { return E_NOTIMPL; }
-    HRESULT GetContainingTypeLib(ITypeLib**, UINT*) override { return E_NOTIMPL; }
-    void ReleaseVarDesc(VARDESC*) override {}
-
-    struct
-    {
-        UINT length;
-        wchar_t text[2];
-    } names[4] = {{1, L"a"}, {1, L"b"}, {1, L"c"}, {1, L"d"}};
-    TYPEATTR attributes{};
-    FUNCDESC function{};
-    HRESULT answer = S_OK;
-} fake;
+    });
+    info.put(19, [](void*, TYPEATTR*) { note("-attributes"); });
+    info.put(20, [](void*, FUNCDESC*) { note("-function"); });
+}
 
 /// What a holder does from its first lookup to its end, and what the lookup finds.
 std::string lifeOf(WORD functions, HRESULT answer = S_OK, std::size_t failingAllocation = 0)
 {
     notes.clear();
-    fake.attributes.cFuncs = functions;
-    fake.answer = answer;
+    attributes.cFuncs = functions;
+    attributesAnswer = answer;
     {
         CComTypeInfoHolder holder(&IID_IUnknown, &IID_IUnknown, 1, 0);
         wchar_t name[] = L"a", *names[] = {name};
@@ -112,9 +99,9 @@ HRESULT KelTypelib::GetTlbFilePath(const GUID&, wchar_t* path)
     return note(isClear ? "zeros" : "remains");
 }
 
-HRESULT KelTypelib::LoadTypeLib(const wchar_t*, ITypeLib** library)
+HRESULT KelTypelib::LoadTypeLib(const wchar_t*, ITypeLib** loaded)
 {
-    *library = &fake;
+    *loaded = library.get();
     return S_OK;
 }
 
@@ -126,6 +113,7 @@ void SysFreeString(BSTR text)
 
 TEST(TypeInfoHolder, GivesBackAndFreesInThePublishedOrder)
 {
+    makeObjects();
     notes.reserve(1000); // notes allocate nothing where an allocation is to fail
     EXPECT_EQ("zeros info attributes function name -function function function name -function free:c "
               "function name -function -attributes 0 release free:d free:a ",

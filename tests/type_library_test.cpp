@@ -149,7 +149,7 @@ TEST(XmlDomLibrary, DescribesEveryFunctionInSlotOrderAsListedAndNothingStaysHeld
 
 TEST(TypeInfo, MapsNamesInAnyCapitalsAndGivesNothingOfWhatItLacksOrIsGivenNoPlaceFor)
 {
-    const auto document = typeInfo(L"" KEL_TYPE_LIBRARY, IID_IXMLDOMDocument);
+    const auto info = typeInfo(L"" KEL_TYPE_LIBRARY, IID_IXMLDOMDocument);
     const std::pair<std::array<std::wstring, 3>, std::array<MEMBERID, 3>> cases[] = {
         {{L"createNode", L"none", L"NAMESPACEuri"}, {54, -1, 2}},
         {{L"createNode", L"type", L"node"}, {54, 0, -1}},
@@ -161,39 +161,40 @@ TEST(TypeInfo, MapsNamesInAnyCapitalsAndGivesNothingOfWhatItLacksOrIsGivenNoPlac
     for (auto [texts, expected] : cases) {
         wchar_t* all[] = {texts[0].data(), texts[1].data(), texts[2].data()};
         std::array<MEMBERID, 3> ids{777, 777, 777};
-        EXPECT_EQ(DISP_E_UNKNOWNNAME, document->GetIDsOfNames(all, 3, ids.data()));
+        EXPECT_EQ(DISP_E_UNKNOWNNAME, info->GetIDsOfNames(all, 3, ids.data()));
         EXPECT_EQ(expected, ids);
     }
 
     kel::Bstr name;
     UINT count = 99;
-    EXPECT_EQ(TYPE_E_ELEMENTNOTFOUND, document->GetNames(9999, name.put(), 1, &count));
+    EXPECT_EQ(TYPE_E_ELEMENTNOTFOUND, info->GetNames(9999, name.put(), 1, &count));
     EXPECT_EQ(0U, count);
-    EXPECT_EQ(kel::describe(TYPE_E_ELEMENTNOTFOUND), nameOf(*document, 9999));
+    EXPECT_EQ(kel::describe(TYPE_E_ELEMENTNOTFOUND), nameOf(*info, 9999));
     VARIANT value{};
     DISPPARAMS none{nullptr, nullptr, 1, 0}, noNames{&value, nullptr, 1, 1}, good{&value, nullptr, 1, 0};
     const std::pair<VARIANT*, DISPPARAMS*> calls[] = {
         {nullptr, &good}, {&value, nullptr}, {&value, &none}, {&value, &noNames}};
     for (const auto& [object, parameters] : calls)
         EXPECT_EQ(E_INVALIDARG,
-                  document->Invoke(object, 63, DISPATCH_METHOD, parameters, nullptr, nullptr, nullptr));
+                  info->Invoke(object, 63, DISPATCH_METHOD, parameters, nullptr, nullptr, nullptr));
     MEMBERID id = 777;
     wchar_t* noName[] = {nullptr};
     ITypeLib* library = nullptr;
-    EXPECT_EQ(DISP_E_UNKNOWNNAME, document->GetIDsOfNames(noName, 1, &id));
-    EXPECT_EQ(E_INVALIDARG, document->GetIDsOfNames(noName, 0, &id));
-    const std::vector<HRESULT> answers{document->GetIDsOfNames(nullptr, 1, &id),
-                                       document->GetIDsOfNames(noName, 1, nullptr),
-                                       document->GetNames(54, nullptr, 1, &count),
-                                       document->GetNames(54, name.put(), 1, nullptr),
-                                       document->GetTypeAttr(nullptr),
-                                       document->GetFuncDesc(0, nullptr),
-                                       document->GetContainingTypeLib(nullptr, nullptr),
-                                       document->QueryInterface(IID_IUnknown, nullptr),
-                                       KelTypelib::LoadTypeLib(nullptr, &library),
-                                       KelTypelib::LoadTypeLib(L"x", nullptr),
-                                       KelTypelib::GetTlbFilePath(kUnknownGuid, nullptr)};
-    EXPECT_EQ(std::vector<HRESULT>(answers.size(), E_POINTER), answers);
+    EXPECT_EQ(DISP_E_UNKNOWNNAME, info->GetIDsOfNames(noName, 1, &id));
+    EXPECT_EQ(E_INVALIDARG, info->GetIDsOfNames(noName, 0, &id));
+    const HRESULT answers[] = {info->GetIDsOfNames(nullptr, 1, &id),
+                               info->GetIDsOfNames(noName, 1, nullptr),
+                               info->GetNames(54, nullptr, 1, &count),
+                               info->GetNames(54, name.put(), 1, nullptr),
+                               info->GetTypeAttr(nullptr),
+                               info->GetFuncDesc(0, nullptr),
+                               info->GetContainingTypeLib(nullptr, nullptr),
+                               info->QueryInterface(IID_IUnknown, nullptr),
+                               KelTypelib::LoadTypeLib(nullptr, &library),
+                               KelTypelib::LoadTypeLib(L"x", nullptr),
+                               KelTypelib::GetTlbFilePath(kUnknownGuid, nullptr)};
+    for (const HRESULT& answer : answers)
+        EXPECT_EQ(E_POINTER, answer) << &answer - answers;
 }
 
 } // namespace
