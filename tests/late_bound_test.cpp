@@ -8,7 +8,7 @@
 namespace
 {
 
-using keltest::wordOf;
+using namespace keltest;
 
 struct LateBound : DomTest
 {
@@ -18,12 +18,12 @@ struct LateBound : DomTest
         std::map<std::string, ComPtr<IDispatch>> objects;
         for (const char* name : {"document", "built", "loaded"})
             objects[name] = ComPtr<IDispatch>(newDocument().get());
-        keltest::Variants variants;
-        keltest::forEachLine(KEL_TESTS "late_bound_calls.txt", [&](std::istringstream words) {
+        Variants variants;
+        forEachLine(KEL_TESTS "late_bound_calls.txt", [&](std::istringstream words) {
             SCOPED_TRACE(words.str());
             std::string object, member, answer, expected, name;
             words >> object >> member;
-            keltest::Arguments arguments = variants.argumentsOf(words);
+            Arguments arguments = variants.argumentsOf(words);
             words >> answer >> expected >> name;
 
             const Bstr text(std::wstring(member.begin(), member.end()).c_str());
@@ -36,7 +36,8 @@ struct LateBound : DomTest
                 arguments.names.empty() ? DISPATCH_METHOD | DISPATCH_PROPERTYGET : DISPATCH_PROPERTYPUT;
             const HRESULT hr = objects[object]->Invoke(id, IID_IUnknown, 0, flags, &parameters, result.put(),
                                                        nullptr, nullptr);
-            EXPECT_EQ(answer + ' ' + expected, wordOf(hr) + ' ' + wordOf(result.get(), nodeNameOf(result)));
+            EXPECT_EQ(answer + ' ' + expected,
+                      asWord(kel::describe(hr)) + ' ' + wordOf(result.get(), nodeNameOf(result)));
             if (!name.empty())
                 variants.objects[name] = (objects[name] = result.object()).get();
         });

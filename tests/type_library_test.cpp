@@ -182,19 +182,14 @@ TEST(TypeInfo, MapsNamesInAnyCapitalsAndGivesNothingOfWhatItLacksOrIsGivenNoPlac
     ITypeLib* library = nullptr;
     EXPECT_EQ(DISP_E_UNKNOWNNAME, info->GetIDsOfNames(noName, 1, &id));
     EXPECT_EQ(E_INVALIDARG, info->GetIDsOfNames(noName, 0, &id));
-    const HRESULT answers[] = {info->GetIDsOfNames(nullptr, 1, &id),
-                               info->GetIDsOfNames(noName, 1, nullptr),
-                               info->GetNames(54, nullptr, 1, &count),
-                               info->GetNames(54, name.put(), 1, nullptr),
-                               info->GetTypeAttr(nullptr),
-                               info->GetFuncDesc(0, nullptr),
-                               info->GetContainingTypeLib(nullptr, nullptr),
-                               info->QueryInterface(IID_IUnknown, nullptr),
-                               KelTypelib::LoadTypeLib(nullptr, &library),
-                               KelTypelib::LoadTypeLib(L"x", nullptr),
-                               KelTypelib::GetTlbFilePath(kUnknownGuid, nullptr)};
-    for (const HRESULT& answer : answers)
-        EXPECT_EQ(E_POINTER, answer) << &answer - answers;
+    for (const HRESULT answer :
+         {info->GetIDsOfNames(nullptr, 1, &id), info->GetIDsOfNames(noName, 1, nullptr),
+          info->GetNames(54, nullptr, 1, &count), info->GetNames(54, name.put(), 1, nullptr),
+          info->GetTypeAttr(nullptr), info->GetFuncDesc(0, nullptr),
+          info->GetContainingTypeLib(nullptr, nullptr), info->QueryInterface(IID_IUnknown, nullptr),
+          KelTypelib::LoadTypeLib(nullptr, &library), KelTypelib::LoadTypeLib(L"x", nullptr),
+          KelTypelib::GetTlbFilePath(kUnknownGuid, nullptr)})
+        EXPECT_EQ(E_POINTER, answer);
 }
 
 } // namespace

@@ -65,24 +65,27 @@ struct Variants
             value.dblVal = std::strtod(text.c_str(), nullptr);
         return value;
     }
-    /// Reads up to the arrow; `2=i4:7` is an argument by its name, and `2=` a name alone.
+    /// Reads up to the arrow. `2=` is the name of an argument: the first name, the first argument's.
     Arguments argumentsOf(std::istream& words)
     {
         Arguments arguments;
-        for (std::string word; words >> word && word != "->";) {
-            const std::size_t sign = word.find_first_of("=:");
-            const bool isNamed = sign < word.size() && word[sign] == '=';
-            if (isNamed)
+        for (std::string word; words >> word && word != "->";)
+            if (word.back() == '=')
                 arguments.names.push_back(std::stoi(word));
-            if (!isNamed || sign + 1 < word.size())
-                arguments.values.push_back(of(isNamed ? word.substr(sign + 1) : word));
-        }
+            else
+                arguments.values.push_back(of(word));
         return arguments;
     }
     std::map<std::string, IUnknown*> objects{};
     std::deque<VARIANT> values{};
     std::deque<kel::Bstr> texts{};
 };
+
+inline std::string asWord(std::string text)
+{
+    std::replace(text.begin(), text.end(), ' ', '_');
+    return text;
+}
 
 /// The word for a value. \param object what is to be said of one
 inline std::string wordOf(const VARIANT& value, const std::string& object = {})
@@ -92,20 +95,9 @@ inline std::string wordOf(const VARIANT& value, const std::string& object = {})
     const std::string type = value.vt < kTypes.size() ? kTypes[value.vt] : std::to_string(value.vt);
     if (value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN)
         return type + ':' + object;
-    if (value.vt != VT_BSTR)
-        return type + ':' + std::to_string(value.vt == VT_BOOL ? value.boolVal : value.lVal);
-    std::string text;
-    std::transform(value.bstrVal, value.bstrVal + SysStringLen(value.bstrVal), std::back_inserter(text),
-                   [](wchar_t unit) { return unit == L' ' ? '_' : static_cast<char>(unit); });
-    return type + ':' + text;
-}
-
-/// What `kel::describe` says, as one word.
-inline std::string wordOf(HRESULT answer)
-{
-    std::string word = kel::describe(answer);
-    std::replace(word.begin(), word.end(), ' ', '_');
-    return word;
+    if (value.vt == VT_BSTR)
+        return type + ':' + asWord(std::string(value.bstrVal, value.bstrVal + SysStringLen(value.bstrVal)));
+    return type + ':' + std::to_string(value.vt == VT_BOOL ? value.boolVal : value.lVal);
 }
 
 /// Gives the lines of a file to `use`, but for empty ones and comments, each as a stream of its words.
