@@ -76,15 +76,13 @@ void makeCall(IDispatch& object, Choices& choices, Objects& objects)
     EXCEPINFO exception{};
     UINT badArgument = kUntouched;
     const bool isResultWanted = !choices.oneIn(4);
-    const bool areDetailsWanted = choices.oneIn(2);
-    const HRESULT answer =
-        object.Invoke(member, IID_IUnknown, 0, flags, &parameters, isResultWanted ? &result : nullptr,
-                      areDetailsWanted ? &exception : nullptr, areDetailsWanted ? &badArgument : nullptr);
+    const HRESULT answer = object.Invoke(member, IID_IUnknown, 0, flags, &parameters,
+                                         isResultWanted ? &result : nullptr, &exception, &badArgument);
 
     require(before.empty() ||
             std::memcmp(before.data(), arguments.values.data(), before.size() * sizeof(VARIANT)) == 0);
     require(badArgument == kUntouched || (FAILED(answer) && badArgument < before.size()));
-    require(!areDetailsWanted || FAILED(exception.scode) == (answer == DISP_E_EXCEPTION));
+    require(FAILED(exception.scode) == (answer == DISP_E_EXCEPTION));
     if (FAILED(answer) || !isResultWanted) {
         require(result.vt == kUntouchedType || result.vt == VT_EMPTY);
         return;

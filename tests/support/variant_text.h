@@ -24,11 +24,7 @@ constexpr std::array kTypes{"empty", "null",     "i2",    "i4",   "r4",      "r8
 /// The arguments of a call as they stand in `rgvarg`, the named ones with their names.
 struct Arguments
 {
-    DISPPARAMS parameters()
-    {
-        return {values.data(), names.data(), static_cast<UINT>(values.size()),
-                static_cast<UINT>(names.size())};
-    }
+    DISPPARAMS parameters() { return {values.data(), names.data(), UINT(values.size()), UINT(names.size())}; }
     std::vector<VARIANT> values{};
     std::vector<DISPID> names{};
 };
