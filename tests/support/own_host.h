@@ -23,10 +23,8 @@ struct Variant
 };
 
 /// Slots, counted from 0 with QueryInterface.
-constexpr int kRelease = 2, kGetIdsOfNames = 5, kNodeName = 7, kChildNodes = 12, kFirstChild = 13,
-              kAttributes = 17, kAppendChild = 21, kSelectNodes = 36, kDocumentElement = 45, kCreateNode = 56,
-              kLoad = 58, kLoadXml = 65, kSave = 66, kSetAttribute = 45, kAttributeValue = 44,
-              kListLength = 8, kMapNamedItem = 7, kMapItem = 10;
+constexpr int kRelease = 2, kGetIdsOfNames = 5, kChildNodes = 12, kFirstChild = 13, kAttributes = 17,
+              kDocumentElement = 45, kLoadXml = 65, kSave = 66, kMapItem = 10;
 
 /// Calls a slot of an object, whatever type the method has.
 template <class... Arguments>
