@@ -36,10 +36,9 @@ kel::Error errorOf(Action action)
 
 TEST_F(Convenience, ValuesHoldWhatTheyWereMadeFromAndConvertNothingElse)
 {
-    EXPECT_EQ(-7, Variant(-7).integer());
     EXPECT_EQ(std::int64_t{1} << 40, Variant(std::int64_t{1} << 40).integer());
     EXPECT_EQ(1.5, Variant(1.5).number());
-    EXPECT_EQ(3.0, Variant(3).number());
+    EXPECT_EQ(-3.0, Variant(-3).number());
     EXPECT_EQ(VARIANT_TRUE, Variant(true).get().boolVal);
     EXPECT_FALSE(Variant(false).truth());
     EXPECT_EQ(std::wstring_view(L"a\0b", 3), Variant(std::wstring(L"a\0b", 3)).text());
@@ -67,86 +66,60 @@ TEST_F(Convenience, ValuesHoldWhatTheyWereMadeFromAndConvertNothingElse)
 TEST_F(Convenience, AValueFreesItsTextOrReferenceOnceWhateverIsDoneWithIt)
 {
     expectNothingLeft([] {
-        Variant first(L"first");
-        Variant copy(first);
-        EXPECT_NE(first.get().bstrVal, copy.get().bstrVal);
-        Variant moved(std::move(first));
-        EXPECT_EQ(VT_EMPTY, first.type());
-        first = copy;
-        copy = std::move(moved);
-        Variant& same = copy;
-        copy = same;
-        copy = std::move(same);
-        EXPECT_EQ(L"first", copy.text());
-        EXPECT_EQ(VT_EMPTY, copy.put()->vt);
-        *copy.put() = Variant(L"given out").detach();
-        if (allocations::kCanFail) {
-            const allocations::FailAt failing(1);
-            EXPECT_THROW(copy = first, std::bad_alloc);
-        }
-        EXPECT_EQ(L"given out", copy.text());
-        EXPECT_EQ(L"first", first.text());
-    });
-
-    const auto document = newDocument();
-    const auto references = [&document] {
-        document->AddRef();
-        return document->Release();
-    };
-    const ULONG before = references();
-    {
-        const Variant first(document);
-        Variant copy(first);
-        const Variant moved(std::move(copy));
-        EXPECT_EQ(before + 2, references());
-        const auto object = moved.object();
+        const auto document = newDocument();
         VARIANT unknown{};
         unknown.vt = VT_UNKNOWN;
         unknown.punkVal = ComPtr<IUnknown>(document.get()).detach();
-        const Variant owner = Variant::adopt(unknown);
-        const Variant copied(owner);
-        EXPECT_EQ(before + 5, references());
-    }
-    EXPECT_EQ(before, references());
+        for (const Variant& value : {Variant(L"text"), Variant(document), Variant::adopt(unknown)}) {
+            Variant first(value), copy(first), moved(std::move(first));
+            EXPECT_EQ(VT_EMPTY, first.type());
+            first = copy;
+            copy = std::move(moved);
+            Variant& same = copy;
+            copy = same;
+            copy = std::move(same);
+            EXPECT_EQ(value.type(), copy.type());
+            EXPECT_EQ(VT_EMPTY, first.put()->vt);
+            *first.put() = copy.detach();
+            if (value.type() == VT_BSTR && allocations::kCanFail) {
+                const allocations::FailAt failing(1);
+                EXPECT_THROW(copy = first, std::bad_alloc);
+                EXPECT_EQ(VT_EMPTY, copy.type());
+                EXPECT_EQ(L"text", first.text());
+            }
+        }
+        EXPECT_EQ(2u, document->AddRef());
+        document->Release();
+    });
 }
 
 TEST_F(Convenience, AnAnswerOfFalseIsAFailureUnlessItWasSaidToBeNone)
 {
-    EXPECT_TRUE(kel::check(S_OK));
     EXPECT_FALSE(kel::check(S_FALSE, kel::FalseIs::success));
     EXPECT_EQ(S_FALSE, errorOf([] { kel::check(S_FALSE); }).code());
     EXPECT_STREQ("loading: could not be done", errorOf([] { kel::check(S_FALSE, "loading"); }).what());
     EXPECT_EQ(E_FAIL, errorOf([] { kel::check(E_FAIL, kel::FalseIs::success); }).code());
     // A success code that nobody knows is no permission to go on as after `S_OK`.
-    EXPECT_EQ(2, errorOf([] { kel::check(2); }).code());
-    EXPECT_STREQ("unknown answer 0x80001234", kel::Error(static_cast<HRESULT>(0x80001234U)).what());
+    EXPECT_STREQ("unknown answer 0x00000002", errorOf([] { kel::check(2); }).what());
 }
 
-TEST_F(Convenience, LoopsKeepTheirListAliveAndCanBeRepeatedLeftByAnExceptionAndOutrunByChanges)
+TEST_F(Convenience, LoopsKeepTheirListAliveAndCanBeRepeatedAndOutrunByChanges)
 {
-    expectNothingLeft([] {
-        const auto document = documentOf(L"<r a='1' b='2'><x/>text<y><x/></y><!--c--></r>");
-        const auto root = rootOf(document);
-        EXPECT_EQ(L"", namesIn(kel::each(ComPtr<IXMLDOMNodeList>())));
-        EXPECT_EQ(4u, namesIn(kel::attributesOf(*root)).size());
-        const auto list = listOf(*root);
-        ComPtr<IXMLDOMNode> next;
-        list->nextNode(next.put());
-        EXPECT_EQ(L"x #text y #comment ", namesIn(kel::each(list)));
-        EXPECT_THROW(
-            {
-                for (const auto& node : kel::each(list))
-                    throw nameOf(*node);
-            },
-            std::wstring);
-        // Every node that goes lets the next one move up.
-        for (const auto& node : kel::childrenOf(*root))
-            root->removeChild(node.get(), nullptr);
-        EXPECT_EQ(L"#text #comment ", namesIn(kel::each(list)));
-        // The list's cursor was nobody's but its owner's.
-        EXPECT_EQ(S_OK, list->nextNode(next.put()));
-        EXPECT_EQ(L"#comment", nameOf(*next));
-    });
+    const auto document = documentOf(L"<r a='1' b='2'><x/>text<y><x/></y><!--c--></r>");
+    const auto root = rootOf(document);
+    EXPECT_EQ(L"", namesIn(kel::each(ComPtr<IXMLDOMNodeList>())));
+    EXPECT_EQ(4u, namesIn(kel::attributesOf(*root)).size());
+    const auto list = listOf(*root);
+    ComPtr<IXMLDOMNode> next;
+    list->nextNode(next.put());
+    EXPECT_EQ(L"x #text y #comment ", namesIn(kel::each(list)));
+    // Every node that goes lets the next one move up.
+    for (const auto& node : kel::childrenOf(*root))
+        root->removeChild(node.get(), nullptr);
+    EXPECT_EQ(L"#text #comment ", namesIn(kel::each(list)));
+    // The list's cursor was nobody's but its owner's.
+    EXPECT_EQ(S_OK, list->nextNode(next.put()));
+    EXPECT_EQ(L"#comment", nameOf(*next));
 }
 
 TEST_F(Convenience, FilesAreNamedInUtf8AndAFailureSaysWhichFileAndWhy)
@@ -174,24 +147,19 @@ TEST_F(Convenience, WhatIsSetIsReadAndARefusalIsAnError)
     expectNothingLeft([] {
         const auto document = newDocument();
         auto element = kel::appendElement(*document, L"r");
-        kel::appendElement(*element, L"x", L"one");
-        kel::appendElement(*element, L"y", L"two");
-        EXPECT_EQ(L"onetwo", kel::textOf(*element));
-        kel::setAttribute(*element, L"a", L"");
-        EXPECT_EQ(L"", kel::attributeOf(*element, L"a", L"none"));
-        const auto given = [&element](auto number) {
-            kel::setAttribute(*element, L"a", number);
-            return kel::attributeOf(*element, L"a");
+        const auto given = [&element](auto value) {
+            kel::setAttribute(*element, L"a", value);
+            return kel::attributeOf(*element, L"a", L"none") + L' ';
         };
-        EXPECT_EQ(L"18446744073709551615", given(std::numeric_limits<std::size_t>::max()));
-        EXPECT_EQ(L"-5 4294967295 0.5 1.5", given(short{-5}) + L' ' +
-                                                given(std::numeric_limits<unsigned>::max()) + L' ' +
-                                                given(0.5F) + L' ' + given(1.5));
+        EXPECT_EQ(L" 18446744073709551615 -5 4294967295 0.5 1.5 ",
+                  given(L"") + given(std::numeric_limits<std::size_t>::max()) + given(short{-5}) +
+                      given(std::numeric_limits<unsigned>::max()) + given(0.5F) + given(1.5));
         const auto attribute = attributeOf(*element, L"a");
         kel::setText(*attribute, L"7");
         EXPECT_EQ(L"7", kel::attributeOf(*element, L"a"));
         EXPECT_EQ(S_FALSE, errorOf([&] { kel::textOf(*attribute); }).code());
 
+        append(*element, *create(*document, NODE_ELEMENT, L"x"));
         append(*element, *create(*document, NODE_ATTRIBUTE, L"odd"));
         kel::setText(*element, L"all");
         EXPECT_EQ(L"#text ", namesIn(kel::childrenOf(*element)));
@@ -201,10 +169,6 @@ TEST_F(Convenience, WhatIsSetIsReadAndARefusalIsAnError)
         EXPECT_EQ(E_NOINTERFACE, errorOf([&] { kel::setAttribute(*text, L"a", 1); }).code());
 
         EXPECT_EQ(S_FALSE, errorOf([&] { kel::appendElement(*element, L""); }).code());
-        EXPECT_EQ(S_FALSE, errorOf([&] {
-                               for (int level = 0; level < 3000; ++level)
-                                   element = kel::appendElement(*element, L"deeper");
-                           }).code());
     });
 }
 
