@@ -28,10 +28,11 @@ file(RENAME ${WORK}/installed ${prefix})
 
 set(source ${CMAKE_CURRENT_LIST_DIR}/consumer)
 run(${CMAKE_COMMAND} -S ${source} -B by-cmake -G ${GENERATOR} -DCMAKE_CXX_COMPILER=${CXX}
-    -DCMAKE_PREFIX_PATH=${prefix} -DREADME=${README})
+    -DCMAKE_PREFIX_PATH=${prefix} -DREADME=${README} -DTOUR=${BUILD}/docs/tour/program.cpp)
 run(${CMAKE_COMMAND} --build by-cmake)
 run(by-cmake/readme)
-run(by-cmake/by_name)
+configure_file(${BUILD}/docs/tour/block0.xml ${WORK}/shelf.xml COPYONLY)
+run(by-cmake/tour)
 
 # What the README tells to type and promises to come of it. take_block(LANGUAGE): the next fenced block goes to `text`.
 file(READ ${README} readme)
@@ -76,9 +77,10 @@ run(${PKG_CONFIG} --variable=typelib KelXmlLib)
 set(typelib ${output})
 run(${PKG_CONFIG} --cflags --libs KelXmlLib)
 separate_arguments(flags UNIX_COMMAND "${output}")
-run(${CXX} -std=c++17 -fPIC ${source}/by_name.cpp -DTYPE_LIBRARY=L"${typelib}" -o by_name ${flags}
+configure_file(${BUILD}/docs/tour/block0.xml ${WORK}/shelf.xml COPYONLY)
+run(${CXX} -std=c++17 -fPIC ${BUILD}/docs/tour/program.cpp -DTYPE_LIBRARY=L"${typelib}" -o tour ${flags}
     -Wl,-rpath,${libdir})
-run(./by_name)
+run(./tour)
 
 # The installed tool finds the installed library and its type library.
 file(WRITE ${WORK}/file.xml "<a><b/></a>")
