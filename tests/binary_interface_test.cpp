@@ -23,14 +23,12 @@ class BinaryInterface : public testing::Test
 protected:
     void SetUp() override
     {
-        m_com = dlopen(KEL_COM_LIBRARY, RTLD_NOW);
         m_library = dlopen(KEL_LIBRARY, RTLD_NOW);
-        ASSERT_TRUE(m_library && m_com) << dlerror();
-        ASSERT_EQ(1, function<int (*)(void*, unsigned, void*)>("DllMain")(m_library, 1, nullptr));
-        ASSERT_EQ(1, function<int (*)()>("ylrxDelegatedLoadEntry")());
-        using Get = std::int32_t (*)(const Guid&, const Guid&, void**);
-        ASSERT_EQ(0, function<Get>("DllGetClassObject")(guid("CLSID_DOMDocument"),
-                                                        guid("IID_IXMLDOMDocument"), &m_document));
+        ASSERT_TRUE(m_library) << dlerror();
+        ASSERT_EQ(1, run("DllMain", m_library, 1u, nullptr));
+        ASSERT_EQ(1, run("ylrxDelegatedLoadEntry"));
+        ASSERT_EQ(0, run("DllGetClassObject", symbol("CLSID_DOMDocument"), symbol("IID_IXMLDOMDocument"),
+                         &m_document));
         wchar_t xml[] = L"<a x='1'>t<b/></a>", load[] = L"load", *names[] = {load};
         std::int16_t success = 7;
         ASSERT_EQ(0, call(m_document, kLoadXml, xml, &success));
@@ -40,33 +38,32 @@ protected:
         EXPECT_EQ(0, call(m_root, kChildNodes, &m_list));
         EXPECT_EQ(0, call(m_root, kAttributes, &m_map));
         EXPECT_EQ(0, call(m_map, kMapItem, 0, &m_attribute));
-        using Register = std::int32_t (*)(const Guid&, const wchar_t*);
-        const auto name = "_ZN10KelTypelib15RegisterTypeLibERK4GUIDPKw";
-        EXPECT_EQ(0, function<Register>(name)(guid("LIBID_MSXML"), L"" KEL_TYPE_LIBRARY));
+        const auto registerLibrary = "_ZN10KelTypelib15RegisterTypeLibERK4GUIDPKw";
+        EXPECT_EQ(0, run(registerLibrary, symbol("LIBID_MSXML"), L"" KEL_TYPE_LIBRARY));
         std::int32_t id = 0;
-        EXPECT_EQ(0, call(m_document, kGetIdsOfNames, &guid("IID_IXMLDOMNode"), names, 1u, 0u, &id));
+        EXPECT_EQ(0, call(m_document, kGetIdsOfNames, symbol("IID_IXMLDOMNode"), names, 1u, 0u, &id));
         EXPECT_EQ(58, id);
     }
     /// The objects go after the libraries were unloaded.
     void TearDown() override
     {
-        function<void (*)()>("ylrxDelegatedUnloadEntry")();
+        run("ylrxDelegatedUnloadEntry");
         EXPECT_EQ(0, dlclose(m_library));
-        EXPECT_EQ(0, dlclose(m_com));
         // Only the document holds its element as well.
         for (void* object : {m_attribute, m_map, m_list, m_text, m_root, m_document})
             EXPECT_EQ(object == m_root ? 1 : 0, call(object, kRelease));
     }
 
-    template <class Function>
-    Function function(const char* name)
+    void* symbol(const char* name) { return dlsym(m_library, name); }
+    /// Calls an exported function, whatever type it has.
+    template <class... Arguments>
+    int run(const char* name, Arguments... arguments)
     {
-        return reinterpret_cast<Function>(dlsym(m_library, name));
+        return reinterpret_cast<int (*)(Arguments...)>(symbol(name))(arguments...);
     }
-    const Guid& guid(const char* name) { return *function<const Guid*>(name); }
 
     void *m_document = nullptr, *m_root = nullptr, *m_text = nullptr, *m_list = nullptr, *m_map = nullptr,
-         *m_attribute = nullptr, *m_com = nullptr, *m_library = nullptr;
+         *m_attribute = nullptr, *m_library = nullptr;
 };
 
 /// A line of the file has an object, a slot of its vtable, whether that works, and what it calls.
@@ -80,7 +77,7 @@ TEST_F(BinaryInterface, EveryVtableIsAsRecordedAndItsNoOpsAnswerOkAndWriteNothin
     for (int slot = 0; vtables >> name >> slot >> kind >> method;) {
         SCOPED_TRACE(method);
         void* const object = objects.at(name);
-        EXPECT_EQ(function<void*>(method.c_str()), (*static_cast<void***>(object))[slot]);
+        EXPECT_EQ(symbol(method.c_str()), (*static_cast<void***>(object))[slot]);
         if (kind == "works")
             continue;
         // Pointers to this lie in every register that an argument may use, and where a VARIANT would.

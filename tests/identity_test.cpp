@@ -11,7 +11,6 @@ TEST_F(Identity, TheEntryPointRefusesUntilAttachedAndThenMakesADocumentForEachIn
 {
     _xmlModule = nullptr; // as the library is loaded; other tests may have attached it
     void* object = &object;
-    EXPECT_EQ(1, ylrxDelegatedLoadEntry());
     for (const unsigned int reason : {0u, 2u, 3u})
         EXPECT_EQ(1, DllMain(nullptr, reason, nullptr));
     EXPECT_EQ(E_FAIL, DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &object));
@@ -57,9 +56,7 @@ TEST_F(Identity, EachClassAnswersForItsOwnInterfacesWithItsOwnAddress)
             const HRESULT code = object->QueryInterface(interface, &answer);
             answers += code == S_OK ? '+' : code == E_NOINTERFACE ? '-' : '?';
             EXPECT_EQ(code == S_OK ? object : nullptr, answer);
-            if (code == S_OK) {
-                EXPECT_EQ(count, object->Release());
-            }
+            ComPtr<IUnknown>::adopt(static_cast<IUnknown*>(answer)); // which counts below
         }
         EXPECT_EQ(expected, answers);
         EXPECT_EQ(count - 1, object->Release());

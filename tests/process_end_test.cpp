@@ -62,8 +62,7 @@ struct LastCalls
         document->get_documentElement(root.put());
         kel::appendElement(*root, L"n\u00e4me");
         require(kel::textOf(*root) == L"t\u00e4");
-        kel::Bstr name(L"nodeName");
-        wchar_t* names = name.get();
+        wchar_t name[] = L"nodeName", *names = name;
         DISPID member = 0;
         DISPPARAMS none{};
         kel::Variant result;

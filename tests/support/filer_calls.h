@@ -92,8 +92,8 @@ inline QString writtenOf(Text given)
 inline QByteArray readBack(const QByteArray& document)
 {
     QByteArray found;
-    using Owner = std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)>;
-    const Owner owner(XML_ParserCreate(nullptr), XML_ParserFree);
+    const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> owner(XML_ParserCreate(nullptr),
+                                                                             XML_ParserFree);
     const XML_Parser parser = owner.get();
     static const auto add = [](void* to, const QByteArray& what) { *static_cast<QByteArray*>(to) += what; };
     XML_SetUserData(parser, &found);
@@ -111,8 +111,7 @@ inline QByteArray readBack(const QByteArray& document)
     XML_SetCdataSectionHandler(
         parser, [](void* to) { add(to, "["); }, [](void* to) { add(to, "]"); });
     XML_SetCommentHandler(parser, [](void* to, const char* text) { add(to, QByteArray("!") + text); });
-    const bool isRead = XML_Parse(parser, document.data(), document.size(), 1) == XML_STATUS_OK;
-    return isRead ? found : QByteArray();
+    return XML_Parse(parser, document.data(), document.size(), 1) == XML_STATUS_OK ? found : QByteArray();
 }
 
 /// The filer and Qt's writer, which get the same calls.
@@ -128,6 +127,7 @@ public:
                                      nullptr))
     {
         m_qt.setAutoFormatting(m_autoFormat);
+        m_isRight = own_host::call(m_filer.get(), 4) == m_autoFormat;
     }
 
     /// Makes an element, or any calls, and closes the file or leaves that to the filer's end.
@@ -203,8 +203,7 @@ private:
     /// Flushes or closes.
     void finish(int slot)
     {
-        const bool isAccepted = own_host::call(m_filer.get(), slot) == KelXmlLib::eStatusAccepted;
-        m_isRight = isAccepted && contentOf(m_path) == m_expected && m_isRight;
+        m_isRight = own_host::call(m_filer.get(), slot) == 0 && contentOf(m_path) == m_expected && m_isRight;
     }
     /// \return whether a parser finds in the document what was written, line breaks being all alike. Where it
     ///         is formatted, white space does not count

@@ -8,11 +8,6 @@
 namespace own_host
 {
 
-struct Guid
-{
-    unsigned char bytes[16];
-};
-
 /// The published 64-bit VARIANT: three words of eight bytes, passed by value in memory.
 struct Variant
 {
