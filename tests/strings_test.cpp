@@ -34,7 +34,7 @@ TEST(Text, BothWaysEqualQtsConversionsForAnyUnitsOutwardsUpToTheFirstZero)
         ASSERT_EQ(text, kelxml::fromWide(given.c_str())) << round;
         ASSERT_EQ(text.isNull(), kelxml::fromWide(given.c_str()).isNull());
 
-        if (!isLong && !text.isEmpty())
+        if (!isLong && !text.isEmpty() && random() % 2 == 0)
             text[static_cast<int>(random() % 40) % text.size()] = QChar(static_cast<ushort>(random() % 3));
         std::wstring expected(static_cast<std::size_t>(text.size()), L'\0');
         text.toWCharArray(expected.data());
