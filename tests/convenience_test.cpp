@@ -133,7 +133,7 @@ TEST_F(Convenience, WhatIsSetIsReadAndARefusalIsAnError)
 {
     expectNothingLeft([] {
         const auto document = newDocument();
-        auto element = kel::appendElement(*document, L"r");
+        const auto element = kel::appendElement(*document, L"r");
         const auto given = [&element](auto value) {
             kel::setAttribute(*element, L"a", value);
             return kel::attributeOf(*element, L"a", L"none") + L' ';
@@ -146,8 +146,8 @@ TEST_F(Convenience, WhatIsSetIsReadAndARefusalIsAnError)
         EXPECT_EQ(L"7", kel::attributeOf(*element, L"a"));
         EXPECT_EQ(S_FALSE, errorOf([&] { kel::textOf(*attribute); }).code());
 
-        append(*element, *create(*document, NODE_ELEMENT, L"x"));
-        append(*element, *create(*document, NODE_ATTRIBUTE, L"odd"));
+        for (const DOMNodeType type : {NODE_ELEMENT, NODE_ELEMENT, NODE_ATTRIBUTE})
+            append(*element, *create(*document, type, L"child"));
         kel::setText(*element, L"all");
         EXPECT_EQ(L"#text ", namesIn(kel::childrenOf(*element)));
         const auto text = firstChildOf(*element);
