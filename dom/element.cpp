@@ -43,6 +43,12 @@ HRESULT CMorvXMLDOMElement::put_text(BSTR text)
     return S_OK;
 }
 
+// The result of an element that is no child of this one holds no node.
+HRESULT CMorvXMLDOMElement::removeChild(IXMLDOMNode* child, IXMLDOMNode** result)
+{
+    return kelxml::removeChildOfElement(refTo(*this), child, result);
+}
+
 // One line each, in interface order: what the classes have in common.
 // clang-format off
 HRESULT CMorvXMLDOMElement::QueryInterface(const GUID& riid, void** ppv) { return kelxml::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMElement, &IID_IXMLDOMNode}, riid, ppv); }
@@ -54,7 +60,6 @@ HRESULT CMorvXMLDOMElement::get_parentNode(IXMLDOMNode** parent) { return kelxml
 HRESULT CMorvXMLDOMElement::get_childNodes(IXMLDOMNodeList** list) { return kelxml::childNodes(refTo(*this), list); }
 HRESULT CMorvXMLDOMElement::get_firstChild(IXMLDOMNode** child) { return kelxml::firstChild(refTo(*this), child); }
 HRESULT CMorvXMLDOMElement::get_attributes(IXMLDOMNamedNodeMap** map) { return kelxml::attributes(refTo(*this), map); }
-HRESULT CMorvXMLDOMElement::removeChild(IXMLDOMNode* child, IXMLDOMNode** result) { return kelxml::removeChildOfElement(refTo(*this), child, result); }
 HRESULT CMorvXMLDOMElement::appendChild(IXMLDOMNode* child, IXMLDOMNode** result) { return kelxml::appendChild(refTo(*this), child, result); }
 HRESULT CMorvXMLDOMElement::hasChildNodes(VARIANT_BOOL* has) { return kelxml::hasChildNodes(refTo(*this), has); }
 HRESULT CMorvXMLDOMElement::get_ownerDocument(IXMLDOMDocument** document) { return kelxml::ownerDocument(refTo(*this), m_ownerDocument, document); }

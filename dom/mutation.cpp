@@ -1,5 +1,5 @@
 // One shape for every change: recognise the child, change the tree, hand out a new object for the child. What
-// Qt or a guard refuses is not reported.
+// Qt or a guard refuses is not reported, but that an element hands out what Qt says it has removed.
 
 #include "dom/mutation.h"
 
