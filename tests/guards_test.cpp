@@ -1,4 +1,5 @@
-// Calls in an order that Qt alone does not survive, and the answers that the caller gets instead.
+// Calls in an order that Qt alone does not survive, and the answers that the caller gets instead or where
+// nothing is found.
 
 #include "support/dom_fixture.h"
 
@@ -129,6 +130,46 @@ TEST_F(Guards, AForeignChildIsRefusedAndNoChildChangesNothing)
         EXPECT_EQ(made.root.get(), preset);
     }
     EXPECT_EQ("<a x=\"1\">t<b/>\n</a>\n", saved(made.document));
+}
+
+TEST_F(Guards, WhatIsNotFoundLeavesTheOutputAloneButInMapsAndAtTheEndOfAWalk)
+{
+    const auto made = oneOfEach(L"<a x=''>t</a>");
+    const auto [document, root, text, attribute, list, map] = made;
+    const auto free = create(*document, NODE_ATTRIBUTE, L"free");
+    IXMLDOMNode* out = root.get();
+    EXPECT_EQ(S_FALSE, document->get_parentNode(&out));
+    EXPECT_EQ(S_FALSE, text->get_firstChild(&out));
+    EXPECT_EQ(S_FALSE, free->get_parentNode(&out));
+    for (const LONG index : {1, -1, INT32_MAX, INT32_MIN})
+        EXPECT_EQ(S_FALSE, list->get_item(index, &out));
+    for (const wchar_t* const name : {L"z", static_cast<const wchar_t*>(nullptr)})
+        EXPECT_EQ(S_FALSE, map->getNamedItem(Bstr(name).get(), &out));
+    EXPECT_EQ(S_FALSE, document->createNode(Variant(1).get(), nullptr, nullptr, &out));
+    for (const Variant& type : {Variant(3), Variant(0), Variant(L"element")})
+        EXPECT_EQ(S_OK, document->createNode(type.get(), Bstr(L"n").get(), nullptr, &out));
+    EXPECT_EQ(root.get(), out);
+
+    for (const LONG index : {1, -1}) {
+        out = root.get();
+        EXPECT_EQ(S_OK, map->get_item(index, &out));
+        EXPECT_EQ(nullptr, out);
+    }
+    ComPtr<IXMLDOMNode> node;
+    EXPECT_EQ(S_OK, list->nextNode(node.put()));
+    EXPECT_EQ(S_OK, list->reset());
+    out = root.get();
+    EXPECT_EQ(S_FALSE, list->nextNode(&out)) << "the cursor only grows";
+    EXPECT_EQ(nullptr, out);
+    EXPECT_NE(free.get(), append(*root, *free).get()) << "a new object";
+    EXPECT_FALSE(kel::query<IXMLDOMDocument>(*parentOf(*root), IID_IXMLDOMDocument));
+
+    LONG number = 1;
+    VARIANT reference{};
+    reference.vt = VT_I4 | VT_BYREF;
+    reference.plVal = &number;
+    EXPECT_EQ(S_OK, root->setAttribute(Bstr(L"none").get(), reference)) << "as values of most types are";
+    EXPECT_EQ(1, lengthOf(*map));
 }
 
 } // namespace

@@ -86,12 +86,6 @@ protected:
         EXPECT_EQ(S_OK, mapOf(element)->getNamedItem(Bstr(name.c_str()).get(), node.put()));
         return kel::asAttribute(*node);
     }
-    static std::wstring valueOf(IXMLDOMAttribute& attribute)
-    {
-        Variant value;
-        EXPECT_EQ(S_OK, attribute.get_value(value.put()));
-        return std::wstring(value.text());
-    }
 
     /// \param xml its element has text first and an attribute `x`
     static OneOfEach oneOfEach(const wchar_t* xml)
