@@ -1,6 +1,7 @@
 // Calls in an order that Qt alone does not survive, and the answers that the caller gets instead or where
 // nothing is found.
 
+#include "support/beside_qt.h"
 #include "support/dom_fixture.h"
 
 namespace
@@ -76,11 +77,11 @@ TEST_F(Guards, RingsDocumentsAndPlacedAttributesAreNotAppended)
     const auto b = firstChildOf(*root);
     const auto c = firstChildOf(*b);
     const ComPtr<IXMLDOMNode> attribute(attributeOf(*root, L"x").get());
-    const std::string before = saved(document);
+    const std::string before = saved(*document);
     for (const auto& child : {root, b, c, parentOf(*root), attribute, ComPtr<IXMLDOMNode>(document.get())})
         append(*c, *child);
     append(*newDocument(), *documentOf(L"<z/>"));
-    EXPECT_EQ(before, saved(document));
+    EXPECT_EQ(before, saved(*document));
 }
 
 TEST_F(Guards, ALongListOfAnAttributesChildrenIsReadAnewOnceTheAttributeIsSet)
@@ -129,7 +130,7 @@ TEST_F(Guards, AForeignChildIsRefusedAndNoChildChangesNothing)
         EXPECT_EQ(S_FALSE, node->removeChild(foreign, &preset));
         EXPECT_EQ(made.root.get(), preset);
     }
-    EXPECT_EQ("<a x=\"1\">t<b/>\n</a>\n", saved(made.document));
+    EXPECT_EQ("<a x=\"1\">t<b/>\n</a>\n", saved(*made.document));
 }
 
 TEST_F(Guards, WhatIsNotFoundLeavesTheOutputAloneButInMapsAndAtTheEndOfAWalk)

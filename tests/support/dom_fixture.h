@@ -131,14 +131,6 @@ protected:
         return file.readAll();
     }
 
-    /// What `save` writes.
-    std::string saved(const ComPtr<IXMLDOMDocument>& document)
-    {
-        const QString path = pathOf("saved.xml");
-        EXPECT_EQ(S_OK, save(*document, path));
-        return contentOf(path).toStdString();
-    }
-
 private:
     QTemporaryDir m_directory;
 };

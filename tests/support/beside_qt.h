@@ -1,0 +1,65 @@
+// Documents that the library loads and saves beside Qt's own, for comparing.
+
+#pragma once
+
+#include "support/call_machine_objects.h"
+
+#include <QtCore/QTemporaryFile>
+#include <QtCore/QTextStream>
+
+/// What `save` writes.
+inline std::string saved(IXMLDOMDocument& document)
+{
+    QTemporaryFile file;
+    model::expect(file.open());
+    model::expect(document.save(kel::Variant(file.fileName().toStdWString()).get()) == S_OK);
+    return file.readAll().toStdString();
+}
+
+inline std::string savedByQt(const QDomDocument& document)
+{
+    QByteArray bytes;
+    QTextStream stream(&bytes, QIODevice::WriteOnly | QIODevice::Text);
+    stream.setCodec("UTF-8");
+    document.save(stream, 4, QDomNode::EncodingFromDocument);
+    stream.flush();
+    return bytes.toStdString();
+}
+
+/// Expects the same verdict, flag and saved bytes of both. \return the verdict
+/// \param load loads into the document given, with the flag given
+/// \param content what Qt is to load
+/// \param isWithin whether it is to be loaded at all
+template <class Load, class Content>
+bool loadBeside(QDomDocument& theirs, IXMLDOMDocument& ours, Load load, Content&& content,
+                bool isWithin = true)
+{
+    const bool isLoaded = isWithin && theirs.setContent(content);
+    VARIANT_BOOL success = 7;
+    model::expect(load(ours, &success) == (isLoaded ? S_OK : S_FALSE));
+    model::expect(success == (isLoaded ? VARIANT_TRUE : VARIANT_FALSE));
+    model::expect(saved(ours) == savedByQt(theirs));
+    return isLoaded;
+}
+
+struct Extent
+{
+    int depth = 0; ///< how many elements stand below one another
+    qint64 length = 0;
+};
+
+/// Of a node with all that it holds.
+inline Extent extentOf(const QDomNode& node)
+{
+    Extent extent{0, node.nodeValue().size()};
+    const QDomNamedNodeMap attributes = node.attributes();
+    for (int index = 0; index < attributes.length(); ++index)
+        extent.length += attributes.item(index).nodeValue().size();
+    for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling()) {
+        const Extent below = extentOf(child);
+        extent.depth = std::max(extent.depth, below.depth);
+        extent.length += below.length;
+    }
+    extent.depth += node.isElement() ? 1 : 0;
+    return extent;
+}
