@@ -10,27 +10,20 @@ namespace
 
 using CallSequences = DomTest;
 
-/// A number that the environment may set: to share the sequences among processes, or to look for long.
-unsigned asked(const char* variable, int otherwise)
-{
-    bool isSet = false;
-    const int value = qEnvironmentVariableIntValue(variable, &isSet);
-    return static_cast<unsigned>(isSet ? value : otherwise);
-}
-
 void run(unsigned seed, std::size_t documents)
 {
     std::mt19937 random(seed);
-    int calls = 0;
-    ASSERT_NO_THROW(makeCalls([&](std::size_t limit) { return static_cast<unsigned>(random() % limit); },
-                              [&calls] { return calls++ < 100; }, documents))
-        << "seed " << seed << ", call " << calls;
+    model::CallMachine machine([&](std::size_t limit) { return static_cast<unsigned>(random() % limit); },
+                               documents);
+    for (int call = 0; call < 100; ++call)
+        ASSERT_NO_THROW(machine.step()) << "seed " << seed << ", call " << call;
 }
 
 TEST_F(CallSequences, NeverKillLeakOrDifferFromTheModel)
 {
-    const unsigned first = asked("KEL_FIRST_SEED", 0);
-    const unsigned end = first + asked("KEL_SEQUENCES", 3000);
+    // The environment may share the sequences among processes, or look for long.
+    const unsigned first = qEnvironmentVariable("KEL_FIRST_SEED").toUInt();
+    const unsigned end = first + qEnvironmentVariable("KEL_SEQUENCES", QStringLiteral("3000")).toUInt();
     // With one document first: once two have met, guards are awake that may hide a fault of others.
     for (const std::size_t documents : {1, 3})
         for (unsigned seed = first; seed < end && !HasFatalFailure(); ++seed)

@@ -19,31 +19,28 @@ using allocations::Lack;
 /// What the allocator asks before each allocation of this thread.
 struct Shortage
 {
-    std::size_t untilFailure = 0;
-    bool isForGood = false;
+    std::size_t first = SIZE_MAX; ///< of the allocations that fail
+    std::size_t last = 0;
+    std::size_t asked = 0;
     std::ptrdiff_t bytesLeft = PTRDIFF_MAX / 2;
     bool isReached = false;
 };
 thread_local Shortage shortage;
 
-void limitSpace(std::size_t pieces)
-{
-    std::size_t pages = 0;
-    std::ifstream("/proc/self/statm") >> pages;
-    const rlimit limit = {pages * 4096 + pieces * 16 * 1024, RLIM_INFINITY};
-    setrlimit(RLIMIT_AS, &limit);
-}
-
 } // namespace
 
 allocations::FailAt::FailAt(std::size_t nth, Lack lack)
 {
-    if (lack == Lack::OfSpace)
-        limitSpace(nth);
-    else if (lack == Lack::OfBytes)
+    if (lack == Lack::OfSpace) {
+        std::size_t pages = 0;
+        std::ifstream("/proc/self/statm") >> pages;
+        const rlimit limit = {pages * 4096 + nth * 16 * 1024, RLIM_INFINITY};
+        setrlimit(RLIMIT_AS, &limit);
+    } else if (lack == Lack::OfBytes) {
         shortage.bytesLeft = static_cast<std::ptrdiff_t>(nth * 256);
-    else
-        shortage = {nth, lack == Lack::ForGood};
+    } else {
+        shortage = {nth, lack == Lack::ForGood ? SIZE_MAX : nth};
+    }
 }
 
 allocations::FailAt::~FailAt()
@@ -83,9 +80,8 @@ std::atomic<std::size_t> liveCount{0};
 
 bool failsNow(std::size_t size)
 {
-    const bool isNth = shortage.untilFailure > 0 && --shortage.untilFailure == 0;
-    shortage.untilFailure += isNth && shortage.isForGood ? 1 : 0;
-    const bool fails = isNth || shortage.bytesLeft < static_cast<std::ptrdiff_t>(size);
+    const bool isCounted = ++shortage.asked >= shortage.first && shortage.asked <= shortage.last;
+    const bool fails = isCounted || shortage.bytesLeft < static_cast<std::ptrdiff_t>(size);
     if (fails)
         errno = ENOMEM;
     shortage.isReached = shortage.isReached || fails;
@@ -139,10 +135,4 @@ std::size_t allocations::live()
 #endif
 
 // Under valgrind and the sanitizers, whose allocators take the place of this one, nothing fails.
-const bool allocations::kCanFail = [] {
-    const FailAt first(1);
-    void* volatile memory = std::malloc(1);
-    const bool failed = !memory;
-    std::free(memory);
-    return failed;
-}();
+const bool allocations::kCanFail = failsIn(1, [] { operator delete(operator new(1)); });

@@ -1,16 +1,349 @@
-// Random calls over the six classes and three documents, each held against the model. The choices come from a
+// Random calls over the six classes and their documents, each held against the model. The choices come from a
 // seeded generator or from a fuzzer's bytes.
 
 #pragma once
 
-#include <cstddef>
+#include "support/call_machine_objects.h"
+
 #include <functional>
+
+namespace model
+{
 
 /// Answers a number below its argument.
 using Choose = std::function<unsigned(std::size_t)>;
 
-/// Makes calls until it finds a difference or is told to stop, and releases everything.
-/// \param documents how many there are, in every state. One alone is loaded at once, and no node of another
-///        ever comes into it
-/// \throw std::logic_error that says where in the source a difference from the promise was found
-void makeCalls(Choose choose, const std::function<bool()>& goesOn, std::size_t documents = 3);
+/// One function for each kind of call: make it, let the model do the same, compare.
+class CallMachine
+{
+    using M = CallMachine;
+
+    template <class Things>
+    auto& oneOf(Things& things)
+    {
+        return things[m_choose(std::size(things))];
+    }
+    static IXMLDOMDocument& asDocument(const Held& held)
+    {
+        return static_cast<IXMLDOMDocument&>(*held.object);
+    }
+
+public:
+    /// \param documents how many there are, in every state. One alone is loaded at once, and no node of
+    ///        another ever comes into it
+    explicit CallMachine(Choose choose, std::size_t documents = 3)
+        : m_choose(std::move(choose)), m_isOneDocument(documents == 1)
+    {
+        while (m_documents.size() < documents)
+            m_documents.push_back(newDocument());
+    }
+    CallMachine(const CallMachine&) = delete;
+    /// Releases everything, in an order that is chosen as well.
+    ~CallMachine()
+    {
+        while (!m_nodes.empty() || !m_lists.empty() || !m_maps.empty())
+            release();
+    }
+
+    /// Makes one call. \throw std::logic_error that says where a difference from the promise was found
+    void step()
+    {
+        // What is to happen more often stands there more often.
+        static constexpr void (M::*kSteps[])() = {
+            &M::load,          &M::create,  &M::create,       &M::append,     &M::append,
+            &M::append,        &M::append,  &M::moveChildren, &M::remove,     &M::remove,
+            &M::walk,          &M::walk,    &M::askForOwner,  &M::askForRoot, &M::makeList,
+            &M::makeList,      &M::useList, &M::makeMap,      &M::useMap,     &M::changeContent,
+            &M::changeContent, &M::clone,   &M::save,         &M::close,      &M::release};
+        (this->*oneOf(kSteps))();
+        if (!m_nodes.empty())
+            compare(oneOf(m_nodes));
+        if (!m_lists.empty())
+            compare(oneOf(m_lists));
+    }
+
+private:
+    Held newDocument()
+    {
+        const auto document = kel::newDocument();
+        Held held{ComPtr<IXMLDOMNode>(document.get()), makeObject(NODE_DOCUMENT, nullptr, {})};
+        held.model->address = document.get();
+        if (m_isOneDocument || m_choose(2))
+            loadInto(held, oneOf(texts()));
+        return held;
+    }
+    Held pick() { return m_nodes.empty() || m_choose(8) == 0 ? oneOf(m_documents) : oneOf(m_nodes); }
+    Held pickDocument()
+    {
+        if (m_choose(3) != 0)
+            return oneOf(m_documents);
+        askForOwner();
+        return m_nodes.back();
+    }
+    /// As often as any other, a document or what stands first in it: there the long lists are.
+    Held pickParent()
+    {
+        if (m_choose(2))
+            return pick();
+        const Held document = pickDocument();
+        return walk(document) ? m_nodes.back() : document;
+    }
+
+    /// Expects the object of earlier when there is one.
+    void keep(const ComPtr<IXMLDOMNode>& object, const ObjectPtr& model)
+    {
+        expect(object && (!model->address || model->address == object.get()));
+        model->address = object.get();
+        m_nodes.push_back({object, model});
+        compare(m_nodes.back());
+    }
+    /// Expects both or neither of object and node. \return whether there are
+    bool keepAsIs(const ComPtr<IXMLDOMNode>& object, const NodePtr& node, const Handle& handle)
+    {
+        expect(!object == !node);
+        if (!node)
+            return false;
+        const bool hasClass = node->type == NODE_ELEMENT || node->type == NODE_ATTRIBUTE;
+        const auto kind = hasClass ? static_cast<DOMNodeType>(node->type) : NODE_INVALID;
+        keep(object, makeObject(kind, node, handle));
+        return true;
+    }
+
+    /// Gives a document a tree, as the first thing that is made in it does.
+    static void begin(Object& document)
+    {
+        if (!document.node)
+            document.node = document.handle.document = make(NODE_DOCUMENT, L"#document");
+    }
+    void loadInto(const Held& held, const Text& text)
+    {
+        const HRESULT answer = asDocument(held).loadXML(Bstr(text.xml.c_str()).get(), nullptr);
+        expect(answer == (text.isLoaded ? S_OK : S_FALSE));
+        if (text.xml.empty())
+            return;
+        begin(*held.model);
+        while (!held->node->children.empty())
+            model::remove(held->node, held->node->children.back());
+        const NodePtr content = fromQt(text.parsed);
+        for (const NodePtr& child : content->children)
+            adopt(held->node, child, held->node->children);
+    }
+    void load() { loadInto(pickDocument(), oneOf(texts())); }
+
+    void create()
+    {
+        const Held held = pickDocument();
+        const int type = m_choose(3) != 0 ? NODE_ELEMENT : NODE_ATTRIBUTE;
+        const wchar_t* const name = type == NODE_ATTRIBUTE ? oneOf(kAttributes) : m_choose(2) ? L"e" : L"c";
+        ComPtr<IXMLDOMNode> made;
+        asDocument(held).createNode(Variant(type).get(), Bstr(name).get(), nullptr, made.put());
+        begin(*held.model);
+        keepAsIs(made, make(type, name), held->handle);
+    }
+
+    /// The result of a change wraps the child, whatever became of it.
+    void keepResult(const ComPtr<IXMLDOMNode>& result, const Held& parent, const Held& child,
+                    const NodePtr& node)
+    {
+        Handle handle = parent->handle;
+        if (!handle.living())
+            handle.standIn = child->handle.living();
+        keep(result, makeObject(child->kind == NODE_DOCUMENT ? NODE_INVALID : child->kind, node, handle));
+    }
+    void append()
+    {
+        const Held parent = pick();
+        const Held child = pick();
+        ComPtr<IXMLDOMNode> result;
+        expect(parent.object->appendChild(child.object.get(), result.put()) == S_OK);
+        model::append(parent->node, child->node);
+        keepResult(result, parent, child, child->node);
+    }
+    void moveChildren()
+    {
+        const Held from = pickParent();
+        const Held to = pick();
+        const auto range = kel::childrenOf(*from.object);
+        const std::vector<ComPtr<IXMLDOMNode>> objects(range.begin(), range.end());
+        const Nodes children = from->orNone().children;
+        expect(objects.size() == children.size());
+        for (std::size_t index = 0; index < children.size(); ++index) {
+            to.object->appendChild(objects[index].get(), nullptr);
+            model::append(to->node, children[index]);
+        }
+    }
+
+    void remove()
+    {
+        const Held parent = pick();
+        Held child = pick();
+        if (m_choose(2) && !parent->orNone().children.empty()) {
+            const auto index = m_choose(parent->node->children.size());
+            keepAsIs(*std::next(kel::childrenOf(*parent.object).begin(), index),
+                     parent->node->children[index], parent->handle);
+            child = m_nodes.back();
+        }
+        ComPtr<IXMLDOMNode> result;
+        expect(parent.object->removeChild(child.object.get(), result.put()) == S_OK);
+        const bool holdsNone = !model::remove(parent->node, child->node) && parent->kind == NODE_ELEMENT &&
+                               child->kind == NODE_ELEMENT;
+        keepResult(result, parent, child, holdsNone ? nullptr : child->node);
+    }
+
+    void walk() { walk(pick()); }
+    /// Up or down. \return whether there was a node
+    bool walk(const Held& from)
+    {
+        const bool isUp = m_choose(2);
+        ComPtr<IXMLDOMNode> found;
+        isUp ? from.object->get_parentNode(found.put()) : from.object->get_firstChild(found.put());
+        const Nodes& children = from->orNone().children;
+        const NodePtr below = children.empty() ? nullptr : children.front();
+        return keepAsIs(found, isUp ? from->orNone().parent.lock() : below, from->handle);
+    }
+    void askForOwner()
+    {
+        Held from = pick();
+        ComPtr<IXMLDOMDocument> owner;
+        expect(from.object->get_ownerDocument(owner.put()) == S_OK);
+        ObjectPtr& known = from->kind == NODE_DOCUMENT ? from.model : from.model->ownerDocument;
+        if (!known)
+            known = makeObject(NODE_DOCUMENT, from->handle.document, {from->handle.document, nullptr});
+        keep(ComPtr<IXMLDOMNode>(owner.get()), known);
+    }
+    void askForRoot()
+    {
+        const Held from = pickDocument();
+        ComPtr<IXMLDOMElement> root;
+        expect(asDocument(from).get_documentElement(root.put()) == S_OK);
+        const auto isElement = [](const NodePtr& child) { return child->type == NODE_ELEMENT; };
+        const NodePtr node = first(from->orNone().children, isElement);
+        if (!from->root)
+            from.model->root = makeObject(NODE_ELEMENT, node, from->handle);
+        keep(ComPtr<IXMLDOMNode>(root.get()), from->root);
+    }
+
+    void makeList()
+    {
+        const Held source = pickParent();
+        const bool isAble = source->kind == NODE_ELEMENT || source->kind == NODE_DOCUMENT;
+        // Qt takes a null name for all children.
+        static constexpr const wchar_t* kTags[] = {L"e", L"c", nullptr};
+        const bool isSearch = isAble && m_choose(3);
+        HeldList list{{nullptr, makeObject(source->kind, source->node, source->handle)},
+                      isSearch ? oneOf(kTags) : nullptr};
+        expect((isSearch ? source.object->selectNodes(Bstr(list.tag).get(), list.object.put())
+                         : source.object->get_childNodes(list.object.put())) == S_OK);
+        m_lists.push_back(std::move(list));
+    }
+    void useList()
+    {
+        if (m_lists.empty())
+            return;
+        HeldList& list = oneOf(m_lists);
+        const Nodes expected = list.read();
+        const bool isNext = m_choose(2);
+        const unsigned index = isNext ? list.cursor : m_choose(expected.size() + 1);
+        const NodePtr node = index < expected.size() ? expected[index] : nullptr;
+        ComPtr<IXMLDOMNode> item;
+        const HRESULT answer = isNext ? list.object->nextNode(item.put())
+                                      : list.object->get_item(static_cast<LONG>(index), item.put());
+        expect(answer == (node ? S_OK : S_FALSE));
+        list.cursor += isNext && node ? 1 : 0;
+        keepAsIs(item, node, list->handle);
+    }
+
+    void makeMap()
+    {
+        const Held source = pick();
+        const NodePtr element = source->orNone().type == NODE_ELEMENT ? source->node : nullptr;
+        HeldMap map{nullptr, makeObject(NODE_INVALID, element, source->handle)};
+        expect(source.object->get_attributes(map.object.put()) == S_OK);
+        m_maps.push_back(std::move(map));
+    }
+    void useMap()
+    {
+        if (m_maps.empty())
+            return;
+        const HeldMap& map = oneOf(m_maps);
+        const Node& element = map->orNone();
+        compareAttributes(kel::each(map.object), element);
+        const wchar_t* const name = oneOf(kAttributes);
+        ComPtr<IXMLDOMNode> item;
+        map.object->getNamedItem(Bstr(name).get(), item.put());
+        keepAsIs(item, element.attribute(name), map->handle);
+    }
+
+    void changeContent()
+    {
+        const Held held = pick();
+        const NodePtr& node = held->node;
+        // Each its own, to tell apart what has the same name; now and then none.
+        const std::wstring text = m_choose(8) ? std::to_wstring(++m_texts) : std::wstring();
+        const bool isElement = held->kind == NODE_ELEMENT;
+        if (isElement && m_choose(2)) {
+            const wchar_t* const name = oneOf(kAttributes);
+            auto& element = static_cast<IXMLDOMElement&>(*held.object);
+            expect(element.setAttribute(Bstr(name).get(), Variant(text.c_str()).get()) == S_OK);
+            if (node)
+                setAttribute(node, name, text);
+            return;
+        }
+        expect(held.object->put_text(Bstr(text.empty() ? nullptr : text.c_str()).get()) == S_OK);
+        if (node)
+            isElement ? setText(node, text) : setValue(node, text);
+    }
+
+    void clone()
+    {
+        const Held held = pick();
+        if (held->kind != NODE_ELEMENT)
+            return;
+        const bool deep = m_choose(2);
+        ComPtr<IXMLDOMNode> copy;
+        expect(held.object->cloneNode(deep ? VARIANT_TRUE : VARIANT_FALSE, copy.put()) == S_OK);
+        keepAsIs(copy, held->node ? copyOf(*held->node, deep) : nullptr, held->handle);
+    }
+
+    void save() { expect(asDocument(pickDocument()).save(Variant(L"/dev/null").get()) == S_OK); }
+
+    void release()
+    {
+        const auto drop = [this](auto& held) {
+            if (!held.empty())
+                held.erase(held.begin() + m_choose(held.size()));
+        };
+        // Often most of the nodes: what is left has to keep alive what it needs.
+        for (unsigned count = m_choose(m_nodes.size() + 1); count > 0; --count)
+            drop(m_nodes);
+        drop(m_lists);
+        drop(m_maps);
+    }
+    /// The host lets go of a document and of what was reached from it. What was reached from others lives on.
+    void close()
+    {
+        if (m_isOneDocument)
+            return;
+        Held& document = oneOf(m_documents);
+        const auto drop = [gone = document->node](auto& held) {
+            const auto isReached = [&gone](const auto& one) { return one->handle.document == gone; };
+            held.erase(std::remove_if(held.begin(), held.end(), isReached), held.end());
+        };
+        drop(m_nodes);
+        drop(m_lists);
+        drop(m_maps);
+        document = newDocument();
+    }
+
+    static constexpr const wchar_t* kAttributes[] = {L"x", L"w", L"z"};
+
+    Choose m_choose;
+    bool m_isOneDocument;
+    unsigned m_texts = 1000;
+    std::vector<Held> m_documents;
+    std::vector<Held> m_nodes;
+    std::vector<HeldList> m_lists;
+    std::vector<HeldMap> m_maps;
+};
+
+} // namespace model
