@@ -163,13 +163,11 @@ private:
     {
         const Held from = pickParent();
         const Held to = pick();
-        const auto range = kel::childrenOf(*from.object);
-        const std::vector<ComPtr<IXMLDOMNode>> objects(range.begin(), range.end());
-        const Nodes children = from->orNone().children;
-        expect(objects.size() == children.size());
-        for (std::size_t index = 0; index < children.size(); ++index) {
-            to.object->appendChild(objects[index].get(), nullptr);
-            model::append(to->node, children[index]);
+        for (std::size_t count = from->orNone().children.size(); count > 0; --count) {
+            ComPtr<IXMLDOMNode> child;
+            from.object->get_firstChild(child.put());
+            to.object->appendChild(child.get(), nullptr);
+            model::append(to->node, NodePtr(from->node->children.front()));
         }
     }
 
@@ -283,8 +281,7 @@ private:
         const bool isElement = held->kind == NODE_ELEMENT;
         if (isElement && m_choose(2)) {
             const wchar_t* const name = oneOf(kAttributes);
-            auto& element = static_cast<IXMLDOMElement&>(*held.object);
-            expect(element.setAttribute(Bstr(name).get(), Variant(text.c_str()).get()) == S_OK);
+            kel::setAttribute(*held.object, name, text);
             if (node)
                 setAttribute(node, name, text);
             return;

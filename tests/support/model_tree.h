@@ -86,7 +86,7 @@ inline NodePtr copyOf(const Node& node, bool deep)
 /// \return whether there was such a child
 inline bool remove(const NodePtr& parent, const NodePtr& child)
 {
-    if (!parent || !child || child->parent.lock() != parent)
+    if (!parent)
         return false;
     const auto place = std::find(parent->children.begin(), parent->children.end(), child);
     if (place == parent->children.end())
