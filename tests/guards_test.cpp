@@ -3,6 +3,7 @@
 
 #include "support/beside_qt.h"
 #include "support/dom_fixture.h"
+#include "support/variant_text.h"
 
 namespace
 {
@@ -165,11 +166,8 @@ TEST_F(Guards, WhatIsNotFoundLeavesTheOutputAloneButInMapsAndAtTheEndOfAWalk)
     EXPECT_NE(free.get(), append(*root, *free).get()) << "a new object";
     EXPECT_FALSE(kel::query<IXMLDOMDocument>(*parentOf(*root), IID_IXMLDOMDocument));
 
-    LONG number = 1;
-    VARIANT reference{};
-    reference.vt = VT_I4 | VT_BYREF;
-    reference.plVal = &number;
-    EXPECT_EQ(S_OK, root->setAttribute(Bstr(L"none").get(), reference)) << "as values of most types are";
+    keltest::Variants values;
+    EXPECT_EQ(S_OK, root->setAttribute(Bstr(L"none").get(), values.of("&i4:1"))) << "as values of most types";
     EXPECT_EQ(1, lengthOf(*map));
 }
 

@@ -128,7 +128,11 @@ private:
         for (const NodePtr& child : content->children)
             adopt(held->node, child, held->node->children);
     }
-    void load() { loadInto(pickDocument(), oneOf(texts())); }
+    void load()
+    {
+        static const Text none{L""};
+        loadInto(pickDocument(), m_choose(8) ? oneOf(texts()) : none);
+    }
 
     void create()
     {

@@ -23,7 +23,7 @@ struct Text
     bool isLoaded = parsed.setContent(QString::fromStdWString(xml));
 };
 
-/// Texts of every kind: short, long, none, refused before and after something was read, without an element.
+/// Texts of every kind: short, long, refused before and after something was read, without an element.
 inline const std::vector<Text>& texts()
 {
     static const std::vector<Text> all = [] {
@@ -42,8 +42,7 @@ inline const std::vector<Text>& texts()
             {comments},
             {L"<?xml version='1.0'?><e/><!--z-->"},
             {L"<e><c/>t</e>"},
-            {L"<bad"},
-            {L""}};
+            {L"<bad"}};
     }();
     return all;
 }
