@@ -136,8 +136,7 @@ TEST_F(Guards, AForeignChildIsRefusedAndNoChildChangesNothing)
 
 TEST_F(Guards, WhatIsNotFoundLeavesTheOutputAloneButInMapsAndAtTheEndOfAWalk)
 {
-    const auto made = oneOfEach(L"<a x=''>t</a>");
-    const auto [document, root, text, attribute, list, map] = made;
+    const auto [document, root, text, attribute, list, map] = oneOfEach(L"<a x=''>t</a>");
     const auto free = create(*document, NODE_ATTRIBUTE, L"free");
     IXMLDOMNode* out = root.get();
     EXPECT_EQ(S_FALSE, document->get_parentNode(&out));
