@@ -25,7 +25,7 @@ TEST_F(CallSequences, NeverKillLeakOrDifferFromTheModel)
     const unsigned first = qEnvironmentVariable("KEL_FIRST_SEED").toUInt();
     const unsigned end = first + qEnvironmentVariable("KEL_SEQUENCES", QStringLiteral("3000")).toUInt();
     // With one document first: once two have met, guards are awake that may hide a fault of others.
-    for (const std::size_t documents : {1, 3})
+    for (const std::size_t documents : {1U, 3U})
         for (unsigned seed = first; seed < end && !HasFatalFailure(); ++seed)
             if ((seed % 3 == 0) == (documents == 1)) {
                 if (seed % 100 < 2)
