@@ -1,24 +1,16 @@
-// What the fuzz targets share: a condition that ends the run, decisions out of the fuzzer's bytes, and a file
-// that is only in memory.
+// What the fuzz targets share: decisions out of the fuzzer's bytes, and a file that is only in
+// memory.
 
 #pragma once
 
 #include "KelComWrapper/typeinfo.h"
+#include "support/require.h"
 
-#include <QtCore/QFile>
-#include <cstdlib>
 #include <fuzzer/FuzzedDataProvider.h>
-#include <string>
 #include <sys/mman.h>
 
 namespace kelfuzz
 {
-
-inline void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 /// Takes decisions from bytes. When they are used up, the last of what is possible is chosen.
 struct Choices : FuzzedDataProvider

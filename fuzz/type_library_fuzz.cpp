@@ -7,7 +7,6 @@
 #include "support/variant_text.h"
 
 using namespace kelcom;
-using keltest::require;
 
 namespace
 {

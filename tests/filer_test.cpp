@@ -78,8 +78,8 @@ TEST_F(FilerTest, OperationWithoutAnOpenFileAnswersTheSameWritesNothingAndQtWarn
         EXPECT_EQ(messages.size(), isClosed ? 1 : 0) << "once that the device is not open";
         messages.clear();
     }
-    EXPECT_EQ(contentOf(other), "\n<other");
-    EXPECT_EQ(contentOf(m_path), "\n<r");
+    EXPECT_EQ(contentOf(QString::fromStdWString(other)), "\n<other");
+    EXPECT_EQ(contentOf(QString::fromStdWString(m_path)), "\n<r");
     for (const Text path : {Text(nullptr), L""})
         EXPECT_FALSE(morvCreateXmlFiler(path, KelXmlLib::eEncodingUtf8, 0, true, true, nullptr, nullptr));
     EXPECT_FALSE(QFile::exists(m_directory.filePath(QStringLiteral("missing"))));

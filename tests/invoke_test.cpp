@@ -108,7 +108,7 @@ struct Invoke : testing::Test
     }
 
     Probe probe;
-    const TypeLibraryFile file{stamped(contentOf(KEL_TESTS "invoke_library.xml"))};
+    const TypeLibraryFile file{stamped(contentOf(QStringLiteral(KEL_TESTS "invoke_library.xml")))};
     const kel::ComPtr<ITypeInfo> info = typeInfo(file.widePath.c_str(), kProbe);
     const kel::ComPtr<ITypeInfo> part = typeInfo(L"" KEL_TYPE_LIBRARY, IID_IXMLDOMNode);
     const kel::ComPtr<IXMLDOMDocument> stranger = kel::newDocument();

@@ -4,21 +4,15 @@
 #include "KelComWrapper/typelib.h"
 #include "KelXmlLib/convenience.h"
 #include "KelXmlLib/filer.h"
+#include "support/require.h"
 
 #include <cstdio>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
 #include <thread>
 
 namespace
 {
-
-void require(bool condition, int line = __builtin_LINE())
-{
-    if (!condition)
-        throw std::logic_error("line " + std::to_string(line) + " is not met");
-}
 
 struct LastCalls
 {

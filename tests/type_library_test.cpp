@@ -16,7 +16,7 @@ namespace
 
 constexpr GUID kUnknownGuid{0x12345678, 0, 0, {}};
 
-const QByteArray kSmallBody = contentOf(KEL_TESTS "../fuzz/seeds/type_library/small.xml");
+const QByteArray kSmallBody = contentOf(QStringLiteral(KEL_TESTS "../fuzz/seeds/type_library/small.xml"));
 
 TEST(TypeLibraryRegistry, KeepsOnePathPerIdentifierUntilItIsTakenBack)
 {
@@ -88,7 +88,7 @@ TEST(TypeLibraryFiles, WhatIsNoReadableRegularFileOfSensibleSizeIsRefused)
 
 TEST(TypeLibraryFiles, CutShortOrChangedInOneByteIsRefused)
 {
-    const QByteArray whole = contentOf(KEL_TYPE_LIBRARY);
+    const QByteArray whole = contentOf(QStringLiteral(KEL_TYPE_LIBRARY));
     const TypeLibraryFile file;
     ITypeLib* library = nullptr;
     // The head is not under the digest, so each of its bytes has its turn.
@@ -137,7 +137,7 @@ TEST(XmlDomLibrary, DescribesEveryFunctionInSlotOrderAsListedAndNothingStaysHeld
     ITypeLib* library = nullptr;
     ASSERT_EQ(S_OK, KelTypelib::LoadTypeLib(L"" KEL_TYPE_LIBRARY, &library));
     const ULONG before = library->AddRef();
-    EXPECT_EQ(contentOf(KEL_TESTS "type_library.txt").toStdString(), describe(*library));
+    EXPECT_EQ(contentOf(QStringLiteral(KEL_TESTS "type_library.txt")).toStdString(), describe(*library));
     TLIBATTR* attributes = nullptr;
     EXPECT_EQ(S_OK, library->GetLibAttr(&attributes));
     EXPECT_EQ(LIBID_MSXML, attributes->guid);

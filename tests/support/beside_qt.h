@@ -11,8 +11,8 @@
 inline std::string saved(IXMLDOMDocument& document)
 {
     QTemporaryFile file;
-    model::expect(file.open());
-    model::expect(document.save(kel::Variant(file.fileName().toStdWString()).get()) == S_OK);
+    require(file.open());
+    require(document.save(kel::Variant(file.fileName().toStdWString()).get()) == S_OK);
     return file.readAll().toStdString();
 }
 
@@ -36,9 +36,9 @@ bool loadBeside(QDomDocument& theirs, IXMLDOMDocument& ours, Load load, Content&
 {
     const bool isLoaded = isWithin && theirs.setContent(content);
     VARIANT_BOOL success = 7;
-    model::expect(load(ours, &success) == (isLoaded ? S_OK : S_FALSE));
-    model::expect(success == (isLoaded ? VARIANT_TRUE : VARIANT_FALSE));
-    model::expect(saved(ours) == savedByQt(theirs));
+    require(load(ours, &success) == (isLoaded ? S_OK : S_FALSE));
+    require(success == (isLoaded ? VARIANT_TRUE : VARIANT_FALSE));
+    require(saved(ours) == savedByQt(theirs));
     return isLoaded;
 }
 

@@ -92,7 +92,7 @@ private:
     /// Expects the object of earlier when there is one.
     void keep(const ComPtr<IXMLDOMNode>& object, const ObjectPtr& model)
     {
-        expect(object && (!model->address || model->address == object.get()));
+        require(object && (!model->address || model->address == object.get()));
         model->address = object.get();
         m_nodes.push_back({object, model});
         compare(m_nodes.back());
@@ -100,7 +100,7 @@ private:
     /// Expects both or neither of object and node. \return whether there are
     bool keepAsIs(const ComPtr<IXMLDOMNode>& object, const NodePtr& node, const Handle& handle)
     {
-        expect(!object == !node);
+        require(!object == !node);
         if (!node)
             return false;
         const bool hasClass = node->type == NODE_ELEMENT || node->type == NODE_ATTRIBUTE;
@@ -118,7 +118,7 @@ private:
     void loadInto(const Held& held, const Text& text)
     {
         const HRESULT answer = asDocument(held).loadXML(Bstr(text.xml.c_str()).get(), nullptr);
-        expect(answer == (text.isLoaded ? S_OK : S_FALSE));
+        require(answer == (text.isLoaded ? S_OK : S_FALSE));
         if (text.xml.empty())
             return;
         begin(*held.model);
@@ -159,7 +159,7 @@ private:
         const Held parent = pick();
         const Held child = pick();
         ComPtr<IXMLDOMNode> result;
-        expect(parent.object->appendChild(child.object.get(), result.put()) == S_OK);
+        require(parent.object->appendChild(child.object.get(), result.put()) == S_OK);
         model::append(parent->node, child->node);
         keepResult(result, parent, child, child->node);
     }
@@ -186,7 +186,7 @@ private:
             child = m_nodes.back();
         }
         ComPtr<IXMLDOMNode> result;
-        expect(parent.object->removeChild(child.object.get(), result.put()) == S_OK);
+        require(parent.object->removeChild(child.object.get(), result.put()) == S_OK);
         const bool holdsNone = !model::remove(parent->node, child->node) && parent->kind == NODE_ELEMENT &&
                                child->kind == NODE_ELEMENT;
         keepResult(result, parent, child, holdsNone ? nullptr : child->node);
@@ -207,7 +207,7 @@ private:
     {
         Held from = pick();
         ComPtr<IXMLDOMDocument> owner;
-        expect(from.object->get_ownerDocument(owner.put()) == S_OK);
+        require(from.object->get_ownerDocument(owner.put()) == S_OK);
         ObjectPtr& known = from->kind == NODE_DOCUMENT ? from.model : from.model->ownerDocument;
         if (!known)
             known = makeObject(NODE_DOCUMENT, from->handle.document, {from->handle.document, nullptr});
@@ -217,7 +217,7 @@ private:
     {
         const Held from = pickDocument();
         ComPtr<IXMLDOMElement> root;
-        expect(asDocument(from).get_documentElement(root.put()) == S_OK);
+        require(asDocument(from).get_documentElement(root.put()) == S_OK);
         const auto isElement = [](const NodePtr& child) { return child->type == NODE_ELEMENT; };
         const NodePtr node = first(from->orNone().children, isElement);
         if (!from->root)
@@ -234,8 +234,8 @@ private:
         const bool isSearch = isAble && m_choose(3);
         HeldList list{{nullptr, makeObject(source->kind, source->node, source->handle)},
                       isSearch ? oneOf(kTags) : nullptr};
-        expect((isSearch ? source.object->selectNodes(Bstr(list.tag).get(), list.object.put())
-                         : source.object->get_childNodes(list.object.put())) == S_OK);
+        require((isSearch ? source.object->selectNodes(Bstr(list.tag).get(), list.object.put())
+                          : source.object->get_childNodes(list.object.put())) == S_OK);
         m_lists.push_back(std::move(list));
     }
     void useList()
@@ -250,7 +250,7 @@ private:
         ComPtr<IXMLDOMNode> item;
         const HRESULT answer = isNext ? list.object->nextNode(item.put())
                                       : list.object->get_item(static_cast<LONG>(index), item.put());
-        expect(answer == (node ? S_OK : S_FALSE));
+        require(answer == (node ? S_OK : S_FALSE));
         list.cursor += isNext && node ? 1 : 0;
         keepAsIs(item, node, list->handle);
     }
@@ -260,7 +260,7 @@ private:
         const Held source = pick();
         const NodePtr element = source->orNone().type == NODE_ELEMENT ? source->node : nullptr;
         HeldMap map{nullptr, makeObject(NODE_INVALID, element, source->handle)};
-        expect(source.object->get_attributes(map.object.put()) == S_OK);
+        require(source.object->get_attributes(map.object.put()) == S_OK);
         m_maps.push_back(std::move(map));
     }
     void useMap()
@@ -290,7 +290,7 @@ private:
                 setAttribute(node, name, text);
             return;
         }
-        expect(held.object->put_text(Bstr(text.empty() ? nullptr : text.c_str()).get()) == S_OK);
+        require(held.object->put_text(Bstr(text.empty() ? nullptr : text.c_str()).get()) == S_OK);
         if (node)
             isElement ? setText(node, text) : setValue(node, text);
     }
@@ -302,11 +302,11 @@ private:
             return;
         const bool deep = m_choose(2);
         ComPtr<IXMLDOMNode> copy;
-        expect(held.object->cloneNode(deep ? VARIANT_TRUE : VARIANT_FALSE, copy.put()) == S_OK);
+        require(held.object->cloneNode(deep ? VARIANT_TRUE : VARIANT_FALSE, copy.put()) == S_OK);
         keepAsIs(copy, held->node ? copyOf(*held->node, deep) : nullptr, held->handle);
     }
 
-    void save() { expect(asDocument(pickDocument()).save(Variant(L"/dev/null").get()) == S_OK); }
+    void save() { require(asDocument(pickDocument()).save(Variant(L"/dev/null").get()) == S_OK); }
 
     void release()
     {

@@ -5,8 +5,7 @@
 
 #include "KelXmlLib/convenience.h"
 #include "support/model_tree.h"
-
-#include <stdexcept>
+#include "support/require.h"
 
 namespace model
 {
@@ -114,28 +113,22 @@ struct HeldList : HeldAs<IXMLDOMNodeList>
     static constexpr std::size_t kFewFound = 4;
 };
 
-inline void expect(bool holds, const char* file = __builtin_FILE(), int line = __builtin_LINE())
-{
-    if (!holds)
-        throw std::logic_error("a difference at " + std::string(file) + ':' + std::to_string(line));
-}
-
 /// What every node answers for itself.
 inline void compare(IXMLDOMNode& object, const Node& node, int type)
 {
     DOMNodeType given = NODE_INVALID;
     object.get_nodeType(&given);
-    expect(static_cast<int>(given) == type);
-    expect(kel::textOf(object, &IXMLDOMNode::get_nodeName) == node.name);
+    require(static_cast<int>(given) == type);
+    require(kel::textOf(object, &IXMLDOMNode::get_nodeName) == node.name);
     Bstr text;
     const bool hasText = type == NODE_ELEMENT || type == NODE_TEXT || type == NODE_CDATA_SECTION;
     const HRESULT answer = object.get_text(text.put());
-    expect(type == NODE_DOCUMENT || answer == (hasText ? S_OK : S_FALSE));
-    expect(text.c_str() == node.text());
+    require(type == NODE_DOCUMENT || answer == (hasText ? S_OK : S_FALSE));
+    require(text.c_str() == node.text());
     Variant value;
     type == NODE_ATTRIBUTE ? static_cast<IXMLDOMAttribute&>(object).get_value(value.put())
                            : object.get_nodeValue(value.put());
-    expect(type == NODE_ELEMENT || (value.type() == VT_BSTR && value.text() == node.value));
+    require(type == NODE_ELEMENT || (value.type() == VT_BSTR && value.text() == node.value));
 }
 
 inline void compare(const Held& held)
@@ -144,12 +137,12 @@ inline void compare(const Held& held)
     compare(*held.object, node, held->kind != NODE_INVALID ? held->kind : held->node ? node.type : 21);
     VARIANT_BOOL has = 7;
     held.object->hasChildNodes(&has);
-    expect(has == !node.children.empty());
+    require(has == !node.children.empty());
     ComPtr<IXMLDOMNode> parent;
     const HRESULT answer = held.object->get_parentNode(parent.put());
     const NodePtr above = node.parent.lock();
-    expect(!parent == !above && answer == (above ? S_OK : S_FALSE));
-    expect(!above || kel::textOf(*parent, &IXMLDOMNode::get_nodeName) == above->name);
+    require(!parent == !above && answer == (above ? S_OK : S_FALSE));
+    require(!above || kel::textOf(*parent, &IXMLDOMNode::get_nodeName) == above->name);
 }
 
 /// \param items the attributes, in an order that is Qt's
@@ -159,10 +152,10 @@ void compareAttributes(const Items& items, const Node& element)
     std::size_t length = 0;
     for (const auto& item : items) {
         const NodePtr node = element.attribute(kel::textOf(*item, &IXMLDOMNode::get_nodeName));
-        expect(node && ++length <= element.attributes.size());
+        require(node && ++length <= element.attributes.size());
         compare(*item, *node, NODE_ATTRIBUTE);
     }
-    expect(length == element.attributes.size());
+    require(length == element.attributes.size());
 }
 
 /// \param deep whether all that stands on and below the nodes is compared as well
@@ -171,7 +164,7 @@ void compareNodes(const Items& items, const Nodes& nodes, bool deep)
 {
     std::size_t length = 0;
     for (const auto& item : items) {
-        expect(length < nodes.size());
+        require(length < nodes.size());
         const Node& node = *nodes[length++];
         compare(*item, node, node.type);
         if (!deep)
@@ -179,7 +172,7 @@ void compareNodes(const Items& items, const Nodes& nodes, bool deep)
         compareAttributes(kel::attributesOf(*item), node);
         compareNodes(kel::childrenOf(*item), node.children, true);
     }
-    expect(length == nodes.size());
+    require(length == nodes.size());
 }
 
 inline void compare(HeldList& list)
@@ -187,7 +180,7 @@ inline void compare(HeldList& list)
     const Nodes expected = list.read();
     LONG length = -1;
     list.object->get_length(&length);
-    expect(static_cast<std::size_t>(length) == expected.size());
+    require(static_cast<std::size_t>(length) == expected.size());
     compareNodes(kel::each(list.object), expected, false);
 }
 

@@ -6,8 +6,8 @@
 #include "KelComWrapper/typelib.h"
 #include "KelXmlLib/convenience.h"
 #include "support/allocations.h"
+#include "support/require.h"
 
-#include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
 #include <array>
 #include <gtest/gtest.h>
@@ -123,12 +123,6 @@ protected:
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(bytes);
-    }
-    static QByteArray contentOf(const QString& path)
-    {
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll();
     }
 
 private:

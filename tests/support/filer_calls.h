@@ -6,9 +6,9 @@
 
 #include "KelXmlLib/filer.h"
 #include "support/own_host.h"
+#include "support/require.h"
 
 #include <QtCore/QByteArray>
-#include <QtCore/QFile>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QString>
 #include <algorithm>
@@ -69,13 +69,6 @@ constexpr wchar_t kUnits[] =
     L"-\x01\x0b\x1f\ufffe\uffff"; // and the ending zero
 constexpr std::size_t kReadable = std::size(kUnits) - 7;
 
-inline QByteArray contentOf(const std::wstring& path)
-{
-    QFile file(QString::fromStdWString(path));
-    file.open(QIODevice::ReadOnly);
-    return file.readAll();
-}
-
 /// What the filer is to write of a text: U+FFFD for what is no character.
 inline QString writtenOf(Text given)
 {
@@ -122,9 +115,9 @@ public:
     using Choose = std::function<unsigned(std::size_t)>;
 
     Writers(const std::wstring& path, Choose choose)
-        : m_choose(std::move(choose)), m_path(path), m_autoFormat(m_choose(2)), m_qt(&m_expected),
-          m_filer(morvCreateXmlFiler(path.c_str(), KelXmlLib::eEncodingUtf16, 7, m_autoFormat, true, L"",
-                                     nullptr))
+        : m_choose(std::move(choose)), m_path(QString::fromStdWString(path)), m_autoFormat(m_choose(2)),
+          m_qt(&m_expected), m_filer(morvCreateXmlFiler(path.c_str(), KelXmlLib::eEncodingUtf16, 7,
+                                                        m_autoFormat, true, L"", nullptr))
     {
         m_qt.setAutoFormatting(m_autoFormat);
         m_isRight = own_host::call(m_filer.get(), 4) == m_autoFormat;
@@ -230,7 +223,7 @@ private:
 
     Choose m_choose;
     std::list<std::wstring> m_texts;
-    std::wstring m_path;
+    QString m_path;
     bool m_autoFormat;
     bool m_isRight = true;
     bool m_isReadable = true;

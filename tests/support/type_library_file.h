@@ -5,22 +5,14 @@
 #include "KelComWrapper/bstr.h"
 #include "KelComWrapper/com_ptr.h"
 #include "KelComWrapper/typelib.h"
+#include "support/require.h"
 
 #include <QtCore/QCryptographicHash>
-#include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
 #include <string>
 
 namespace keltest
 {
-
-inline QByteArray contentOf(const char* path)
-{
-    QFile file(QString::fromUtf8(path));
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("%s cannot be read", path);
-    return file.readAll();
-}
 
 inline QByteArray stamped(const QByteArray& body)
 {
@@ -37,8 +29,7 @@ struct TypeLibraryFile
     void write(const QByteArray& contents) const
     {
         QFile file(path);
-        if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size())
-            qFatal("no place for test files");
+        require(file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size());
     }
     /// Has the service read it anew.
     void registerAgain() const { KelTypelib::RegisterTypeLib(GUID{}, widePath.c_str()); }

@@ -12,7 +12,6 @@
 #include <array>
 #include <functional>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 
 namespace keltest
@@ -21,12 +20,6 @@ namespace keltest
 inline std::string plain(const kel::Bstr& text)
 {
     return std::string(text.get(), text.get() + text.length());
-}
-
-inline void require(bool condition, int line = __builtin_LINE())
-{
-    if (!condition)
-        throw std::logic_error("line " + std::to_string(line) + " of the walk is not met");
 }
 
 /// The name of a member, or of an interface, and nothing else; what is answered where there is none.
