@@ -1,5 +1,5 @@
 // Loading and saving through the interface against Qt used directly: the same verdict, the same saved bytes,
-// nothing deeper and nothing longer than the look at the text said, and a text beyond the bounds is refused
+// nothing deeper and nothing longer than the prescan said, and a text beyond the bounds is refused
 // with the earlier tree in place.
 
 #include "guards/limits.h"
