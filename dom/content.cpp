@@ -12,30 +12,30 @@ namespace
 {
 
 /// VT_BYREF is not followed: the whole type has to match.
-void setValue(QDomElement element, const QString& name, const VARIANT& value)
+void setByType(const NodeRef& element, const QString& name, const VARIANT& value)
 {
     switch (value.vt) {
     case VT_BSTR:
-        return element.setAttribute(name, fromWide(value.bstrVal));
+        return guards::setAttribute(element, name, fromWide(value.bstrVal));
     case VT_I2:
-        return element.setAttribute(name, qlonglong{value.iVal});
+        return guards::setAttribute(element, name, qlonglong{value.iVal});
     case VT_I4:
     case VT_INT:
-        return element.setAttribute(name, qlonglong{value.lVal});
+        return guards::setAttribute(element, name, qlonglong{value.lVal});
     case VT_I8:
-        return element.setAttribute(name, qlonglong{value.llVal});
+        return guards::setAttribute(element, name, qlonglong{value.llVal});
     case VT_UI2:
-        return element.setAttribute(name, qulonglong{value.uiVal});
+        return guards::setAttribute(element, name, qulonglong{value.uiVal});
     case VT_UI4:
     case VT_UINT:
-        return element.setAttribute(name, qulonglong{value.ulVal});
+        return guards::setAttribute(element, name, qulonglong{value.ulVal});
     case VT_UI8:
-        return element.setAttribute(name, qulonglong{value.ullVal});
+        return guards::setAttribute(element, name, qulonglong{value.ullVal});
     case VT_R4:
-        return element.setAttribute(name, value.fltVal);
+        return guards::setAttribute(element, name, value.fltVal);
     case VT_R8:
     case VT_DATE:
-        return element.setAttribute(name, value.dblVal);
+        return guards::setAttribute(element, name, value.dblVal);
     default:
         return;
     }
@@ -74,9 +74,7 @@ HRESULT setAttribute(const NodeRef& element, const wchar_t* name, const VARIANT&
 {
     if (!name)
         return S_FALSE;
-    const QString text = fromWide(name);
-    guards::prepareSettingAttribute(element, text);
-    setValue(element.node.toElement(), text, value);
+    setByType(element, fromWide(name), value);
     return S_OK;
 }
 

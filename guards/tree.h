@@ -32,8 +32,16 @@ void setNodeValue(const NodeRef& node, const QString& value);
 /// Puts a text in the place of the first child, at the end.
 void replaceFirstChild(const NodeRef& element, const QString& text);
 
-/// To be called before an attribute of an element is set by its name.
+/// What `setAttribute` does first.
 void prepareSettingAttribute(const NodeRef& element, const QString& name);
+
+/// `QDomElement::setAttribute`. \param value of one of the types that it takes
+template <class Value>
+void setAttribute(const NodeRef& element, const QString& name, const Value& value)
+{
+    prepareSettingAttribute(element, name);
+    element.node.toElement().setAttribute(name, value);
+}
 
 /// `QDomNode::ownerDocument`, never one that is gone.
 QDomDocument ownerDocument(const NodeRef& node);
