@@ -95,11 +95,12 @@ bool prepareCall(Function& function)
 
 void index(InterfaceDescription& interface)
 {
-    for (const Function* function : interface.functions)
-        interface.members[function->id].push_back(function);
-    for (const Function* function : interface.functions)
-        if (interface.firstOf(function->id) == function)
+    for (const Function* function : interface.functions) {
+        auto& member = interface.members[function->id];
+        if (member.empty())
             interface.byName.emplace_back(folded(function->name), function);
+        member.push_back(function);
+    }
     std::sort(interface.byName.begin(), interface.byName.end());
 }
 
@@ -158,8 +159,8 @@ InterfaceDescription::member(MEMBERID id) const
 
 const Function* InterfaceDescription::firstOf(MEMBERID id) const
 {
-    const auto place = members.find(id);
-    return place == members.end() ? nullptr : place->second.front();
+    const auto [first, last] = member(id);
+    return first == last ? nullptr : *first;
 }
 
 const Function* InterfaceDescription::firstNamed(std::wstring_view name) const

@@ -88,8 +88,8 @@ struct InterfaceDescription
 
     // The following is worked out of the above by `complete`.
     TYPEATTR attributes{};
-    std::unordered_map<MEMBERID, std::vector<const Function*>>
-        members;                                                  ///< each with its functions in slot order
+    /// Each with its functions in slot order.
+    std::unordered_map<MEMBERID, std::vector<const Function*>> members;
     std::vector<std::pair<std::wstring, const Function*>> byName; ///< sorted by folded name, one per member
 
     using Functions = const Function* const*;
