@@ -16,10 +16,10 @@ extern "C" int LLVMFuzzerInitialize(int*, char***)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static MemoryFile file;
     Choices choices(data, size);
-    file.write("what an earlier filer wrote");
-    Writers writers(file.path(), [&choices](std::size_t limit) { return choices.below(limit); });
+    write(filePath(), "what an earlier filer wrote");
+    Writers writers(filePath().toStdWString(),
+                    [&choices](std::size_t limit) { return choices.below(limit); });
     require(writers.areAlike());
     return 0;
 }

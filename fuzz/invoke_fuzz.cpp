@@ -22,7 +22,7 @@ constexpr VARTYPE kUntouchedType = 0x5555;
 constexpr UINT kUntouched = 0x55555555;
 
 /// What members are mostly given; else it is one of those that the tests have a list of.
-constexpr const char* kUsual[] = {"bstr:", "dispatch:part", "dispatch:part", "i4:0",
+constexpr const char* kUsual[] = {"bstr:", "dispatch:peer", "dispatch:peer", "i4:0",
                                   "i4:1",  "i4:2",          "empty",         "error:-2147352572"};
 constexpr const wchar_t* kTexts[] = {
     L"",     L"a",     L"x",    L"p:x",  L"2",     L"true",           L"1e999", L"<a x='1'>t<b/></a>",
@@ -38,7 +38,7 @@ VARIANT argument(Choices& choices, keltest::Variants& variants, const Objects& o
                              [&](std::istringstream line) { line >> words.emplace_back(); });
         return words;
     }();
-    variants.objects["part"] = choices.oneIn(16) ? nullptr : choices.of(objects).get();
+    variants.objects["peer"] = choices.oneIn(16) ? nullptr : choices.of(objects).get();
     const VARIANT& given = variants.of(choices.oneIn(3) ? choices.of(kListed) : choices.of(kUsual));
     VARIANT& value = variants.values.back(); // the one that is referred to
     if (value.vt == VT_BSTR)

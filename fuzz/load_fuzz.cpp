@@ -52,9 +52,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         compare([&xml](auto& document, auto* success) { return document.loadXML(xml.get(), success); },
                 prescan(text), text, text.size(), text);
 
-    static MemoryFile file;
-    file.write(bytes);
-    const Variant path(file.path());
+    write(filePath(), bytes);
+    const Variant path(filePath().toStdWString());
     QBuffer buffer(&bytes);
     require(buffer.open(QIODevice::ReadOnly));
     compare([&path](auto& document, auto* success) { return document.load(path.get(), success); },

@@ -1,13 +1,12 @@
-// What the fuzz targets share: decisions out of the fuzzer's bytes, and a file that is only in
-// memory.
+// What the fuzz targets share: decisions out of the fuzzer's bytes, a file, and what a function takes.
 
 #pragma once
 
 #include "KelComWrapper/typeinfo.h"
 #include "support/require.h"
 
+#include <QtCore/QTemporaryDir>
 #include <fuzzer/FuzzedDataProvider.h>
-#include <sys/mman.h>
 
 namespace kelfuzz
 {
@@ -31,26 +30,13 @@ struct Choices : FuzzedDataProvider
     }
 };
 
-/// A file that is only in memory, with a path.
-struct MemoryFile
+/// The path of a file that this process has for itself.
+inline const QString& filePath()
 {
-    MemoryFile()
-    {
-        require(file.open(memfd_create("fuzz", 0), QIODevice::ReadWrite | QIODevice::Unbuffered,
-                          QFileDevice::AutoCloseHandle));
-    }
-    std::wstring path() const { return L"/proc/self/fd/" + std::to_wstring(file.handle()); }
-    void write(const QByteArray& bytes)
-    {
-        require(file.resize(0) && file.seek(0) && file.write(bytes) == bytes.size());
-    }
-    QByteArray read() const
-    {
-        require(file.seek(0));
-        return file.readAll();
-    }
-    mutable QFile file;
-};
+    static const QTemporaryDir directory;
+    static const QString path = directory.filePath(QStringLiteral("file"));
+    return path;
+}
 
 /// How many arguments a function takes; its result is none.
 inline UINT argumentsOf(const FUNCDESC& function)

@@ -49,7 +49,7 @@ struct Probe
     }
     static std::string seenAs(BSTR text) { return std::string(1, static_cast<char>(*text)); }
     static std::string seenAs(INT number) { return std::to_string(number); }
-    static std::string seenAs(IUnknown* object) { return object ? "part" : "null"; }
+    static std::string seenAs(IUnknown* object) { return object ? "peer" : "null"; }
     static std::string seenAs(const VARIANT& value) { return wordOf(value); }
 
     using Slot = void (*)();
@@ -98,11 +98,11 @@ struct Invoke : testing::Test
             words += '@' + std::to_string(badArgument);
         const IUnknown* const object =
             written.vt == VT_DISPATCH || written.vt == VT_UNKNOWN ? written.punkVal : nullptr;
-        const std::string word = wordOf(written, object ? "part" : "null");
-        EXPECT_TRUE(!object || object == part.get());
+        const std::string word = wordOf(written, object ? "peer" : "null");
+        EXPECT_TRUE(!object || object == peer.get());
         words += (word == "i4:4711" ? "" : ' ' + word) + probe.seen;
-        part->AddRef();
-        EXPECT_EQ(object ? 2U : 1U, part->Release());
+        peer->AddRef();
+        EXPECT_EQ(object ? 2U : 1U, peer->Release());
         EXPECT_EQ(answer, invoke(nullptr, nullptr, nullptr));
         return words.substr(1);
     }
@@ -110,9 +110,9 @@ struct Invoke : testing::Test
     Probe probe;
     const TypeLibraryFile file{stamped(contentOf(QStringLiteral(KEL_TESTS "invoke_library.xml")))};
     const kel::ComPtr<ITypeInfo> info = typeInfo(file.widePath.c_str(), kProbe);
-    const kel::ComPtr<ITypeInfo> part = typeInfo(L"" KEL_TYPE_LIBRARY, IID_IXMLDOMNode);
+    const kel::ComPtr<ITypeInfo> peer = typeInfo(L"" KEL_TYPE_LIBRARY, IID_IXMLDOMNode);
     const kel::ComPtr<IXMLDOMDocument> stranger = kel::newDocument();
-    Variants variants{{{"part", part.get()}, {"stranger", stranger.get()}}};
+    Variants variants{{{"peer", peer.get()}, {"stranger", stranger.get()}}};
 };
 
 TEST_F(Invoke, ArgumentsAreConvertedAsListedAndTextsTooLongForQtAreRefused)

@@ -1,5 +1,6 @@
 // Calls by name: what every working member gives, and what the holder of the type information answers.
 
+#include "support/by_name.h"
 #include "support/dom_fixture.h"
 #include "support/variant_text.h"
 
@@ -26,16 +27,11 @@ struct LateBound : DomTest
             Arguments arguments = variants.argumentsOf(words);
             words >> answer >> expected >> name;
 
-            const Bstr text(std::wstring(member.begin(), member.end()).c_str());
-            wchar_t* names = text.get();
-            DISPID id = 0;
-            EXPECT_EQ(S_OK, objects[object]->GetIDsOfNames(IID_IUnknown, &names, 1, 0, &id));
-            DISPPARAMS parameters = arguments.parameters();
             Variant result;
             const WORD flags =
                 arguments.names.empty() ? DISPATCH_METHOD | DISPATCH_PROPERTYGET : DISPATCH_PROPERTYPUT;
-            const HRESULT hr = objects[object]->Invoke(id, IID_IUnknown, 0, flags, &parameters, result.put(),
-                                                       nullptr, nullptr);
+            const HRESULT hr = callByName(*objects[object], std::wstring(member.begin(), member.end()), flags,
+                                          result, arguments.parameters());
             EXPECT_EQ(answer + ' ' + expected,
                       asWord(kel::describe(hr)) + ' ' + wordOf(result.get(), nodeNameOf(result)));
             if (!name.empty())

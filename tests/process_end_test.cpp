@@ -4,6 +4,7 @@
 #include "KelComWrapper/typelib.h"
 #include "KelXmlLib/convenience.h"
 #include "KelXmlLib/filer.h"
+#include "support/by_name.h"
 #include "support/require.h"
 
 #include <cstdio>
@@ -56,12 +57,8 @@ struct LastCalls
         document->get_documentElement(root.put());
         kel::appendElement(*root, L"n\u00e4me");
         require(kel::textOf(*root) == L"t\u00e4");
-        wchar_t name[] = L"nodeName", *names = name;
-        DISPID member = 0;
-        DISPPARAMS none{};
         kel::Variant result;
-        root->GetIDsOfNames(IID_IUnknown, &names, 1, 0, &member);
-        root->Invoke(member, IID_IUnknown, 0, DISPATCH_PROPERTYGET, &none, result.put(), nullptr, nullptr);
+        require(callByName(*root, L"nodeName", DISPATCH_PROPERTYGET, result) == S_OK);
         require(result.type() == VT_BSTR && result.text() == L"a");
         ITypeLib* library = nullptr;
         const HRESULT answer = KelTypelib::LoadTypeLib(newTypeLibrary, &library);

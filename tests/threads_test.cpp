@@ -1,6 +1,7 @@
 // Several threads at once, each with documents of its own, early and late bound. What they share is the
 // type-library service and the count of document changes; the thread sanitizer watches.
 
+#include "support/by_name.h"
 #include "support/dom_fixture.h"
 #include "support/type_library_file.h"
 
@@ -29,13 +30,8 @@ struct Threads : DomTest
             EXPECT_EQ(1, lengthOf(*list));
 
             EXPECT_EQ(S_OK, KelTypelib::RegisterTypeLib(LIBID_MSXML, L"" KEL_TYPE_LIBRARY));
-            wchar_t name[] = L"documentElement", *names = name;
-            DISPID member = 0;
-            EXPECT_EQ(S_OK, two->GetIDsOfNames(IID_IUnknown, &names, 1, 0, &member));
-            DISPPARAMS nothing{};
             Variant result;
-            EXPECT_EQ(S_OK, two->Invoke(member, IID_IUnknown, 0, DISPATCH_PROPERTYGET, &nothing, result.put(),
-                                        nullptr, nullptr));
+            EXPECT_EQ(S_OK, callByName(*two, L"documentElement", DISPATCH_PROPERTYGET, result));
             EXPECT_EQ(rootOf(two).get(), result.object().get());
             EXPECT_EQ(S_OK, save(*two, path));
             EXPECT_EQ(S_OK, load(*one, path, nullptr));

@@ -118,12 +118,6 @@ protected:
     {
         return document.save(Variant(path.toStdWString()).get());
     }
-    static void write(const QString& path, const QByteArray& bytes)
-    {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
 
 private:
     QTemporaryDir m_directory;

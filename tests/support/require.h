@@ -1,4 +1,4 @@
-// What tests, machines and fuzzers share: a condition that ends the run, and the content of a file.
+// What tests, machines and fuzzers share: a condition that ends the run, and what a file holds.
 
 #pragma once
 
@@ -18,4 +18,10 @@ inline QByteArray contentOf(const QString& path)
     QFile file(path);
     require(file.open(QIODevice::ReadOnly));
     return file.readAll();
+}
+
+inline void write(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
 }

@@ -26,11 +26,7 @@ struct TypeLibraryFile
 {
     explicit TypeLibraryFile(const QByteArray& contents = {}) { write(contents); }
 
-    void write(const QByteArray& contents) const
-    {
-        QFile file(path);
-        require(file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size());
-    }
+    void write(const QByteArray& contents) const { ::write(path, contents); }
     /// Has the service read it anew.
     void registerAgain() const { KelTypelib::RegisterTypeLib(GUID{}, widePath.c_str()); }
     HRESULT load(ITypeLib*& library) const { return KelTypelib::LoadTypeLib(widePath.c_str(), &library); }

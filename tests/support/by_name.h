@@ -1,0 +1,19 @@
+// A call by the name of a member.
+
+#pragma once
+
+#include "KelComWrapper/variant_owner.h"
+
+#include <string>
+
+/// \return what was answered by the first of the two calls that failed, or by the second
+inline HRESULT callByName(IDispatch& object, std::wstring name, WORD flags, kel::Variant& result,
+                          DISPPARAMS parameters = {})
+{
+    wchar_t* names = name.data();
+    DISPID member = DISPID_UNKNOWN;
+    const HRESULT found = object.GetIDsOfNames(IID_IUnknown, &names, 1, 0, &member);
+    return FAILED(found)
+               ? found
+               : object.Invoke(member, IID_IUnknown, 0, flags, &parameters, result.put(), nullptr, nullptr);
+}
