@@ -1,45 +1,16 @@
-// The characters of a text in the order in which Qt's parser takes them: from the document, chunk by chunk,
-// and from entity values that were spliced in, innermost first.
+// The characters of a text in the order in which Qt's parser takes them: from the document, and from entity
+// values that were spliced in, innermost first.
 
 #pragma once
 
-#include <QtCore/QString>
 #include <QtCore/QStringView>
-#include <memory>
 #include <vector>
 #ifdef __SSE2__
 #include <emmintrin.h>
 #endif
 
-class QBuffer;
-class QByteArray;
-class QXmlInputSource;
-
 namespace kelxml::guards
 {
-
-/// The document itself: one chunk for a string, the input source's chunks for the bytes of a file.
-class DocumentChunks
-{
-public:
-    explicit DocumentChunks(QStringView text);
-    /// \param bytes outlive this
-    explicit DocumentChunks(const QByteArray& bytes);
-    ~DocumentChunks();
-
-    /// The next chunk, empty at the end; it stays valid until the next call.
-    QStringView next();
-    /// The length of the whole document in the parser's characters, for which bytes are decoded once more.
-    qint64 length() const;
-
-private:
-    QStringView m_whole;
-    bool m_wholeTaken = false;
-    const QByteArray* m_bytes = nullptr;
-    std::unique_ptr<QBuffer> m_buffer;
-    std::unique_ptr<QXmlInputSource> m_source;
-    QString m_chunk;
-};
 
 class CharacterStream
 {
@@ -48,7 +19,8 @@ public:
     /// marks.
     static constexpr char16_t kEnd = 0xFFFF;
 
-    explicit CharacterStream(DocumentChunks& chunks) : m_chunks(chunks) {}
+    /// \param document outlives the stream, as every text that is spliced in does
+    explicit CharacterStream(QStringView document) : m_span(of(document, false)) {}
 
     char16_t get()
     {
@@ -90,11 +62,11 @@ public:
         return kEnd;
     }
 
-    /// Continues with `text`, which outlives the stream; then where the stream was.
+    /// Continues with `text`, then where the stream was.
     void splice(QStringView text, bool literal)
     {
         m_outer.push_back(m_span);
-        m_span = {text.utf16(), text.utf16() + text.size(), literal};
+        m_span = of(text, literal);
     }
 
     /// How many splices are open. Like the parser's, one that has been read to its end counts until the next
@@ -112,16 +84,18 @@ private:
         bool literal = false;
     };
 
+    static Span of(QStringView text, bool literal)
+    {
+        return {text.utf16(), text.utf16() + text.size(), literal};
+    }
     static bool isEnd(char16_t c) { return (c | 1) == kEnd; }
     template <char16_t... Stops>
     static const char16_t* findAny(const char16_t* at, const char16_t* end);
     bool refill();
     char16_t finish();
 
-    DocumentChunks& m_chunks;
     Span m_span;
     std::vector<Span> m_outer; // the document's span first
-    bool m_finished = false;
 };
 
 // Most characters of most texts are passed over in here, hence eight at a time.

@@ -39,23 +39,17 @@ bool parseWithin(const Prescan& seen, QDomDocument& document, Content&& content)
     return document.setContent(content);
 }
 
-/// All bytes of a device, or more than `most` of them when it has more.
+/// All bytes of a device, or one more than `most` of them when it has more.
 QByteArray readUpToOneMoreThan(qint64 most, QIODevice& device)
 {
-    constexpr qint64 kFirstPiece = qint64{64} * 1024;
+    constexpr qint64 kPiece = qint64{64} * 1024;
+    const qint64 usual = std::max(device.size() + 1, kPiece);
     QByteArray bytes;
-    qint64 length = 0;
-    for (qint64 piece = std::max(device.size(), kFirstPiece); length <= most; piece = length) {
-        bytes.resize(static_cast<int>(std::min(length + piece, most) + 1));
-        qint64 more = 1;
-        while (length < bytes.size() && more > 0) {
-            more = device.read(bytes.data() + length, bytes.size() - length);
-            length += std::max<qint64>(more, 0);
-        }
-        if (more <= 0)
-            break;
-    }
-    bytes.resize(static_cast<int>(length));
+    QByteArray piece;
+    do {
+        piece = device.read(std::min(usual, most + 1 - bytes.size()));
+        bytes += piece;
+    } while (!piece.isEmpty());
     return bytes;
 }
 

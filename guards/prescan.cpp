@@ -1,22 +1,47 @@
-// The prescan of a string and of the bytes of a file.
+// The prescan of a string, and of the bytes of a file once they are decoded.
 
 #include "guards/prescan.h"
 
 #include "guards/prescanner.h"
 
+#include <QtCore/QBuffer>
+#include <QtXml/QXmlInputSource>
+
+// Deprecated, and still what QDomDocument reads a device through: no other class decodes as it does.
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+
 namespace kelxml::guards
 {
 
+namespace
+{
+
+QString decoded(QByteArray bytes)
+{
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QXmlInputSource source(&buffer);
+    QString text;
+    text.reserve(bytes.size());
+    QString piece;
+    do {
+        source.fetchData();
+        piece = source.data();
+        text += piece;
+    } while (!piece.isEmpty());
+    return text;
+}
+
+} // namespace
+
 Prescan prescan(const QString& text)
 {
-    DocumentChunks chunks{QStringView(text)};
-    return Prescanner(chunks).document();
+    return Prescanner(text).document();
 }
 
 Prescan prescan(const QByteArray& bytes)
 {
-    DocumentChunks chunks(bytes);
-    return Prescanner(chunks).document();
+    return prescan(decoded(bytes));
 }
 
 } // namespace kelxml::guards

@@ -21,8 +21,8 @@ bool isPredefined(const QString& name)
 
 Prescan Prescanner::document()
 {
-    if (prolog() && (m_depth == 0 || content(false)))
-        epilog();
+    if (outsideContent(true) && (m_depth == 0 || content(false)))
+        outsideContent(false);
     return {m_within, m_nesting};
 }
 
@@ -32,42 +32,23 @@ Prescan Prescanner::value()
     return {m_within, m_nesting};
 }
 
-// Up to the document element's start tag. The parser takes a second document type declaration like a first.
-bool Prescanner::prolog()
+// Before the document element, its start tag included, or behind it, where nothing nests and nothing is
+// spliced, but there need not be an end. The parser takes a second document type declaration like a first.
+bool Prescanner::outsideContent(bool before)
 {
-    for (;;) {
+    while (m_in.takeUntil(isNoSpace) == u'<') {
         char16_t c = m_in.get();
-        if (isSpace(c))
-            continue;
-        if (c != u'<')
-            return false;
-        c = m_in.get();
-        if (c == u'?') {
-            if (!processingInstruction())
-                return false;
-        } else if (c == u'!') {
+        if (c == u'!') {
             c = m_in.get();
-            if (!(c == u'D' ? documentType() : c == u'-' && dashedComment()))
+            if (!(c == u'-' ? dashedComment() : before && c == u'D' && documentType()))
                 return false;
-        } else {
-            return startTag();
+        } else if (c != u'?') {
+            return before && startTag();
+        } else if (!processingInstruction()) {
+            return false;
         }
     }
-}
-
-// Behind the document element nothing nests and nothing is spliced, but there need not be an end.
-bool Prescanner::epilog()
-{
-    for (;;) {
-        char16_t c = m_in.get();
-        if (isSpace(c))
-            continue;
-        if (c != u'<')
-            return false;
-        c = m_in.get();
-        if (!(c == u'?' ? processingInstruction() : c == u'!' && m_in.get() == u'-' && dashedComment()))
-            return false;
-    }
+    return false;
 }
 
 // Flattened, since nearly all of a text is read in here: the place in it stays in a register.
@@ -98,17 +79,10 @@ bool Prescanner::startTag()
 {
     if (!deepen(m_depth))
         return false;
-    for (;;) {
-        const char16_t c = m_in.seek<u'>', u'/', u'<', u'"', u'\''>();
-        if (c == u'>')
-            return true;
-        if (c == u'/') {
-            --m_depth;
-            return m_in.get() == u'>';
-        }
-        if (!isQuote(c) || !attributeValue(c))
-            return false;
-    }
+    const char16_t c = seekUnquoted<u'>', u'/', u'<'>(&Prescanner::attributeValue);
+    if (c == u'/')
+        --m_depth;
+    return c == u'>' || (c == u'/' && m_in.get() == u'>');
 }
 
 bool Prescanner::endTag()
@@ -171,13 +145,7 @@ bool Prescanner::processingInstruction()
 // Its parts are attributes to the parser: in a quoted one "?>" means nothing.
 bool Prescanner::xmlDeclaration()
 {
-    for (;;) {
-        const char16_t c = m_in.seek<u'?', u'"', u'\''>();
-        if (c == u'?')
-            return m_in.get() == u'>';
-        if (c == CharacterStream::kEnd || !attributeValue(c))
-            return false;
-    }
+    return seekUnquoted<u'?'>(&Prescanner::attributeValue) == u'?' && m_in.get() == u'>';
 }
 
 bool Prescanner::attributeValue(char16_t quote)
@@ -212,7 +180,7 @@ bool Prescanner::referenceName(QString& name)
         const char16_t c = m_in.get();
         if (c == u';')
             return true;
-        if (isSpace(c) || isQuote(c) || c == u'<' || c == u'>' || c == u'&' || c == CharacterStream::kEnd)
+        if (breaksReference(c))
             return false;
         if (name.size() <= m_longestName)
             name += QChar(c);
@@ -238,10 +206,6 @@ bool Prescanner::splice(QStringView text, bool literal)
 bool Prescanner::addEntityText(qint64 length)
 {
     m_entityText += length;
-    if (m_entityText > m_maxEntityText && !m_lengthKnown) {
-        m_maxEntityText = std::max(kEntityActivationThreshold, kMaxEntityAmplification * m_chunks.length());
-        m_lengthKnown = true;
-    }
     return m_entityText <= m_maxEntityText || beyond();
 }
 

@@ -12,6 +12,7 @@
 
 #include <QtCore/QMap>
 #include <QtCore/QString>
+#include <algorithm>
 
 namespace kelxml::guards
 {
@@ -19,7 +20,11 @@ namespace kelxml::guards
 class Prescanner
 {
 public:
-    explicit Prescanner(DocumentChunks& chunks) : m_chunks(chunks), m_in(chunks) {}
+    /// \param text outlives this
+    explicit Prescanner(QStringView text)
+        : m_in(text),
+          m_maxEntityText(std::max(kEntityActivationThreshold, kMaxEntityAmplification * qint64{text.size()}))
+    {}
 
     Prescan document();
     /// For the value of an entity: its own nesting, whether it is used or not.
@@ -35,8 +40,7 @@ private:
 
     // All of these take the characters of one construct, whose first ones were taken already, and say whether
     // the walk goes on: not when the parser stops here, and not when a bound is passed.
-    bool prolog();
-    bool epilog();
+    bool outsideContent(bool before);
     bool content(bool toTheEnd);
     bool markup();
     bool startTag();
@@ -54,7 +58,6 @@ private:
     bool declaration();
     bool elementDeclaration();
     bool attributeListDeclaration();
-    bool literalsOnly();
     bool entityDeclaration();
     bool entityValue(char16_t quote, QString& value);
     bool referenceInValue(QString& value);
@@ -62,6 +65,8 @@ private:
     void addToValue(QString& value, QStringView run);
     bool parameterReference(bool inValue);
     bool systemLiteral(char16_t quote);
+    template <char16_t... Stops>
+    char16_t seekUnquoted(bool (Prescanner::*quoted)(char16_t quote));
 
     bool referenceName(QString& name);
     bool declare(const QString& name, const QString& text, Kind kind);
@@ -71,7 +76,6 @@ private:
     bool deepen(int& depth);
     bool beyond();
 
-    DocumentChunks& m_chunks;
     CharacterStream m_in;
     QMap<QString, Entity> m_entities; // no hash: names that all collide could be sent
     QString m_name;                   // of a reference; here to be allocated once
@@ -80,8 +84,7 @@ private:
     int m_parameterEntities = 0;
     int m_declarations = 0;
     qint64 m_entityText = 0;
-    qint64 m_maxEntityText = kEntityActivationThreshold;
-    bool m_lengthKnown = false;
+    const qint64 m_maxEntityText;
     int m_depth = 0;
     int m_nesting = 0;
     bool m_within = true;
@@ -92,9 +95,34 @@ inline bool isSpace(char16_t c)
     return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r';
 }
 
+inline bool isNoSpace(char16_t c)
+{
+    return !isSpace(c);
+}
+
 inline bool isQuote(char16_t c)
 {
     return c == u'"' || c == u'\'';
+}
+
+/// What cannot stand in a reference; the parser reports an error.
+inline bool breaksReference(char16_t c)
+{
+    return isSpace(c) || isQuote(c) || c == u'<' || c == u'>' || c == u'&' || c == CharacterStream::kEnd;
+}
+
+/// Takes all characters up to and including the first of `Stops` outside quotes, and returns that one; what
+/// stands in quotes is for `quoted`, and the end is returned where the walk ends there.
+template <char16_t... Stops>
+char16_t Prescanner::seekUnquoted(bool (Prescanner::*quoted)(char16_t))
+{
+    for (;;) {
+        const char16_t c = m_in.seek<Stops..., u'"', u'\''>();
+        if (!isQuote(c))
+            return c;
+        if (!(this->*quoted)(c))
+            return CharacterStream::kEnd;
+    }
 }
 
 } // namespace kelxml::guards

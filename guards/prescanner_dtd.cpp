@@ -3,33 +3,33 @@
 #include "guards/prescanner.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <limits>
 
 namespace kelxml::guards
 {
 
+namespace
+{
+
+/// Of any base that a character reference can have.
+bool isDigit(char16_t c)
+{
+    return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
+}
+
+} // namespace
+
 bool Prescanner::documentType()
 {
-    for (;;) {
-        const char16_t c = m_in.seek<u'[', u'>', u'"', u'\''>();
-        if (c == u'>')
-            return true;
-        if (c == u'[')
-            return internalSubset() && m_in.seek<u'>'>() == u'>';
-        if (c == CharacterStream::kEnd || !systemLiteral(c))
-            return false;
-    }
+    const char16_t c = seekUnquoted<u'[', u'>'>(&Prescanner::systemLiteral);
+    return c == u'>' || (c == u'[' && internalSubset() && m_in.seek<u'>'>() == u'>');
 }
 
 bool Prescanner::internalSubset()
 {
     for (;;) {
-        const char16_t c = m_in.get();
+        const char16_t c = m_in.takeUntil(isNoSpace);
         if (c == u']')
             return true;
-        if (isSpace(c))
-            continue;
         if (!(c == u'%' ? parameterReference(false) : c == u'<' && declaration()))
             return false;
     }
@@ -37,27 +37,21 @@ bool Prescanner::internalSubset()
 
 bool Prescanner::declaration()
 {
-    const char16_t opening = m_in.get();
-    if (opening == u'?')
+    char16_t c = m_in.get();
+    if (c == u'?')
         return processingInstruction();
-    if (opening != u'!')
+    if (c != u'!')
         return false;
     switch (m_in.get()) {
     case u'-':
         return dashedComment();
     case u'A':
-        return attributeListDeclaration();
+        return seekUnquoted<u'>'>(&Prescanner::attributeValue) == u'>';
     case u'N':
-        return literalsOnly();
+        return seekUnquoted<u'>'>(&Prescanner::systemLiteral) == u'>';
     case u'E':
-        switch (m_in.get()) {
-        case u'L':
-            return elementDeclaration();
-        case u'N':
-            return entityDeclaration();
-        default:
-            return false;
-        }
+        c = m_in.get();
+        return c == u'L' ? elementDeclaration() : c == u'N' && entityDeclaration();
     default:
         return false;
     }
@@ -77,29 +71,6 @@ bool Prescanner::elementDeclaration()
     }
 }
 
-bool Prescanner::attributeListDeclaration()
-{
-    for (;;) {
-        const char16_t c = m_in.seek<u'>', u'"', u'\''>();
-        if (c == u'>')
-            return true;
-        if (c == CharacterStream::kEnd || !attributeValue(c))
-            return false;
-    }
-}
-
-// The rest of a declaration in which quoted text is taken as it is.
-bool Prescanner::literalsOnly()
-{
-    for (;;) {
-        const char16_t c = m_in.seek<u'>', u'"', u'\''>();
-        if (c == u'>')
-            return true;
-        if (c == CharacterStream::kEnd || !systemLiteral(c))
-            return false;
-    }
-}
-
 bool Prescanner::systemLiteral(char16_t quote)
 {
     return (quote == u'"' ? m_in.seek<u'"'>() : m_in.seek<u'\''>()) == quote;
@@ -109,21 +80,20 @@ bool Prescanner::entityDeclaration()
 {
     if (++m_declarations > kMaxEntityDeclarations)
         return beyond();
-    const auto notSpace = [](char16_t x) { return !isSpace(x); };
     m_in.takeUntil(isSpace);
-    char16_t c = m_in.takeUntil(notSpace);
+    char16_t c = m_in.takeUntil(isNoSpace);
     const bool parameter = c == u'%';
     if (parameter)
-        c = m_in.takeUntil(notSpace);
+        c = m_in.takeUntil(isNoSpace);
     QString name{QChar(c)};
     const auto endsName = [](char16_t x) { return isSpace(x) || isQuote(x) || x == u'>' || x == u'<'; };
     while ((c = m_in.get()) != CharacterStream::kEnd && !endsName(c))
         name += QChar(c);
     if (!isSpace(c))
         return false;
-    c = m_in.takeUntil(notSpace);
+    c = m_in.takeUntil(isNoSpace);
     if (!isQuote(c))
-        return declare(name, {}, Kind::External) && literalsOnly();
+        return declare(name, {}, Kind::External) && seekUnquoted<u'>'>(&Prescanner::systemLiteral) == u'>';
 
     const QLatin1String blank(" ");
     QString value = parameter ? blank : QString();
@@ -137,11 +107,8 @@ bool Prescanner::entityDeclaration()
 // The first declaration of a name counts; general and parameter entities share their names.
 bool Prescanner::declare(const QString& name, const QString& text, Kind kind)
 {
-    if (kind == Kind::General && text.contains(u'<')) {
-        DocumentChunks chunks{QStringView(text)};
-        if (!Prescanner(chunks).value().within)
-            return beyond();
-    }
+    if (kind == Kind::General && text.contains(u'<') && !Prescanner(text).value().within)
+        return beyond();
     if (m_entities.contains(name))
         return true;
     m_entities.insert(name, {text, kind});
@@ -180,7 +147,7 @@ bool Prescanner::referenceInValue(QString& value)
         return characterReference(value);
     addToValue(value, u"&");
     for (; c != u';'; c = m_in.get()) {
-        if (isSpace(c) || isQuote(c) || c == u'<' || c == u'>' || c == u'&' || c == CharacterStream::kEnd)
+        if (breaksReference(c))
             return false;
         addToValue(value, QStringView(&c, 1));
     }
@@ -192,22 +159,16 @@ bool Prescanner::referenceInValue(QString& value)
 bool Prescanner::characterReference(QString& value)
 {
     char16_t c = m_in.get();
-    const unsigned base = c == u'x' ? 16 : 10;
+    const int base = c == u'x' ? 16 : 10;
     if (base == 16)
         c = m_in.get();
-    std::uint64_t number = 0;
-    for (; c != u';'; c = m_in.get()) {
-        const unsigned digit = c >= u'0' && c <= u'9'   ? c - u'0'
-                               : c >= u'a' && c <= u'f' ? c - u'a' + 10u
-                               : c >= u'A' && c <= u'F' ? c - u'A' + 10u
-                                                        : base;
-        if (digit >= base)
-            return false;
-        number = number * base + digit;
-        if (number > std::numeric_limits<std::uint32_t>::max())
-            return false;
-    }
-    const auto character = static_cast<char16_t>(number & 0xFFFF);
+    QString digits;
+    for (; isDigit(c); c = m_in.get())
+        digits += QChar(c);
+    bool isNumber = false;
+    const auto character = static_cast<char16_t>(digits.toUInt(&isNumber, base));
+    if (c != u';' || !isNumber)
+        return false;
     addToValue(value, QStringView(&character, 1));
     return true;
 }
