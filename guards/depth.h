@@ -12,7 +12,7 @@ namespace kelxml::guards
 /// would become too long. Takes time in the depth of `parent` and in the size of `child`.
 bool fitsBelow(const QDomNode& parent, const QDomNode& child);
 
-/// The nodes on the longest path from `root` down, itself included.
-int depthOf(const QDomNode& root);
+/// Whether no more than `depth` nodes stand on any path from `root` down, itself included.
+bool isWithin(const QDomNode& root, int depth);
 
 } // namespace kelxml::guards

@@ -72,31 +72,34 @@ Stack stackOfThread()
     return {low + guard, low + size};
 }
 
-bool hasRoomFor(std::size_t bytes)
+/// The bytes that a recursion may use, of which `wanted` may be asked for.
+std::size_t roomFor(std::size_t wanted)
 {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
     // Only a stack that was found is remembered: what keeps the system from telling may pass. Before much is
     // used of the first stack, its limit is asked for again: it can be lowered at any time.
     static thread_local Stack known;
-    if (!known.holds(here) || bytes > kLittle) {
+    if (!known.holds(here) || wanted > kLittle) {
         const Stack first = firstStack();
         const bool isOfThread = known.holds(here) && known.high != first.high;
         const Stack found = first.holds(here) ? first : isOfThread ? known : stackOfThread();
         known = found.holds(here) ? found : Stack();
     }
-    return (known.holds(here) ? here - known.low : kUnknownStack) >= bytes + kReserve;
+    const std::size_t all = known.holds(here) ? here - known.low : kUnknownStack;
+    return all - std::min(all, kReserve);
 }
 
 } // namespace
 
 bool hasRoomToParse(int nesting)
 {
-    return hasRoomFor(static_cast<std::size_t>(nesting) * kParseBytesPerLevel);
+    const std::size_t wanted = static_cast<std::size_t>(nesting) * kParseBytesPerLevel;
+    return roomFor(wanted) >= wanted;
 }
 
-bool hasRoomToSave(int depth)
+int depthThatCanBeSaved()
 {
-    return hasRoomFor(static_cast<std::size_t>(depth) * kSaveBytesPerLevel);
+    return static_cast<int>(roomFor(kMostOfFirstStack) / kSaveBytesPerLevel);
 }
 
 } // namespace kelxml::guards

@@ -10,7 +10,7 @@ namespace kelxml::guards
 /// was no memory to ask
 bool hasRoomToParse(int nesting);
 
-/// Whether Qt can save a tree in which `depth` nodes stand below one another. \throw as above
-bool hasRoomToSave(int depth);
+/// How many nodes below one another Qt can save. \throw as above
+int depthThatCanBeSaved();
 
 } // namespace kelxml::guards

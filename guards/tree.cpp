@@ -8,6 +8,7 @@
 #include "guards/list_changes.h"
 
 #include <atomic>
+#include <tuple>
 
 namespace kelxml::guards
 {
@@ -67,27 +68,17 @@ bool standsOnElement(const QDomNode& node)
     return !element.isNull() && element.attributeNode(node.nodeName()) == node;
 }
 
-/// Which tree was adopted by which document. As long as nothing was counted and no node made since, it need
-/// not be adopted again: else each step of a walk through it would, and every list would be made anew at each
-/// step. The addresses are only compared; no other node can have come to be there.
-struct Adoption
+/// Which tree was adopted by which document, and the counts of changes and of new nodes then. As long as
+/// nothing was counted since, it need not be adopted again: else each step of a walk through it would, and
+/// every list would be made anew at each step. The addresses are only compared; no other node can have come
+/// to be there.
+using Adoption = std::tuple<const void*, const void*, std::uint64_t, std::uint64_t>;
+
+Adoption adoptionNow(const QDomNode& top, const QDomNode& home)
 {
-    Adoption() = default;
-    Adoption(const QDomNode& node, const QDomNode& home)
-        : top(Handle::identityOf(node)), document(Handle::identityOf(home)), at(documentChanges()),
-          made(newNodes.load(std::memory_order_relaxed))
-    {}
-
-    bool operator==(const Adoption& other) const
-    {
-        return top == other.top && document == other.document && at == other.at && made == other.made;
-    }
-
-    const void* top = nullptr;
-    const void* document = nullptr;
-    std::uint64_t at = 0;
-    std::uint64_t made = 0;
-};
+    return {Handle::identityOf(top), Handle::identityOf(home), documentChanges(),
+            newNodes.load(std::memory_order_relaxed)};
+}
 
 /// Makes both trees fit to be touched, and counts when their documents differ.
 void prepareMeeting(const NodeRef& parent, const NodeRef& child)
@@ -203,11 +194,11 @@ void adopt(const NodeRef& node)
         return;
     const QDomDocument& home = node.document.living();
     static thread_local Adoption last;
-    if (last == Adoption{top, home})
+    if (last == adoptionNow(top, home))
         return;
     moveInto(home, top);
     countDocumentChange();
-    last = {top, home};
+    last = adoptionNow(top, home);
 }
 
 void noteNewNodes() noexcept

@@ -50,6 +50,7 @@ struct StackRoom : DomTest
         ComPtr<IXMLDOMNode> copy;
         EXPECT_EQ(S_OK, rootOf(document)->cloneNode(1, copy.put()));
         EXPECT_EQ(L"t", kel::textOf(*copy));
+        EXPECT_EQ(S_OK, newDocument()->appendChild(copy.get(), nullptr));
         const QString path = pathOf("there.xml");
         write(path, "there");
         const bool isSaved = save(*document, path) == S_OK;
