@@ -7,7 +7,6 @@
 
 #include <QtCore/QTextCodec>
 #include <gtest/gtest.h>
-#include <set>
 
 using namespace kelxml::guards;
 
@@ -66,29 +65,18 @@ TEST(PrescanTest, MarkupInsideOtherThingsDoesNotCount)
 TEST(PrescanTest, NoEncodingThatQtReadsHidesNesting)
 {
     int read = 0;
-    std::set<QTextCodec*> codecs;
     for (const QByteArray& name : QTextCodec::availableCodecs()) {
         QTextCodec* const codec = QTextCodec::codecForName(name);
-        if (!codec || !codecs.insert(codec).second)
-            continue;
-        SCOPED_TRACE(name.constData());
         const QString head = QString::fromLatin1("<?xml version='1.0' encoding='" + name + "'?>");
-        for (const auto flag : {QTextCodec::DefaultConversion, QTextCodec::IgnoreHeader}) {
-            for (const QString& start : {head, QString()}) {
-                const auto nested = [&](int depth) {
-                    const QString content = start + expand("{<a>}{</a>}", depth);
-                    QTextCodec::ConverterState state(flag);
-                    return codec->fromUnicode(content.constData(), content.size(), &state);
-                };
-                QDomDocument document;
-                if (!document.setContent(nested(3)) || extentOf(document).depth != 3)
-                    continue;
-                ++read;
-                EXPECT_TRUE(prescan(nested(3)).within);
-                EXPECT_EQ(3, prescan(nested(3)).nesting);
-                EXPECT_FALSE(prescan(nested(2049)).within);
-            }
-        }
+        const auto nested = [&](int depth) {
+            return codec->fromUnicode(head + expand("{<a>}{</a>}", depth));
+        };
+        QDomDocument document;
+        if (!codec || !document.setContent(nested(3)) || extentOf(document).depth != 3)
+            continue;
+        ++read;
+        EXPECT_EQ(3, prescan(nested(3)).nesting) << name.constData();
+        EXPECT_FALSE(prescan(nested(2049)).within) << name.constData();
     }
     EXPECT_GT(read, 100);
 }

@@ -82,8 +82,7 @@ std::string lifeOf(WORD functions, HRESULT answer = S_OK, std::size_t failingAll
         CComTypeInfoHolder holder(&IID_IUnknown, &IID_IUnknown, 1, 0);
         wchar_t name[] = L"a", *names[] = {name};
         DISPID id = DISPID_UNKNOWN;
-        const allocations::FailAt failing(failingAllocation);
-        holder.GetIDsOfNames(names, 1, 0, &id);
+        allocations::failsIn(failingAllocation, [&] { holder.GetIDsOfNames(names, 1, 0, &id); });
         note(std::to_string(id));
     }
     return notes;

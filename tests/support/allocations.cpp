@@ -9,7 +9,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <new>
 #include <sys/resource.h>
+#include <utility>
 
 namespace
 {
@@ -29,7 +31,7 @@ thread_local Shortage shortage;
 
 } // namespace
 
-allocations::FailAt::FailAt(std::size_t nth, Lack lack)
+bool allocations::failsIn(std::size_t nth, const std::function<void()>& work, Lack lack)
 {
     if (lack == Lack::OfSpace) {
         std::size_t pages = 0;
@@ -41,16 +43,13 @@ allocations::FailAt::FailAt(std::size_t nth, Lack lack)
     } else {
         shortage = {nth, lack == Lack::ForGood ? SIZE_MAX : nth};
     }
-}
-
-allocations::FailAt::~FailAt()
-{
-    shortage = {};
-}
-
-bool allocations::FailAt::failed() const
-{
-    return shortage.isReached;
+    bool isThrown = false;
+    try {
+        work();
+    } catch (const std::bad_alloc&) {
+        isThrown = true;
+    }
+    return std::exchange(shortage, {}).isReached || isThrown;
 }
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)

@@ -3,7 +3,7 @@
 #pragma once
 
 #include <cstddef>
-#include <new>
+#include <functional>
 
 namespace allocations
 {
@@ -18,31 +18,10 @@ enum class Lack {
     OfSpace  ///< the process gets only `nth` pieces of 16 KiB of address space more than it has, from now on
 };
 
-/// Memory runs short for this thread while it lives. Neither a sanitizer's allocator nor valgrind's can be
-/// made to fail; `kCanFail` tells.
-class FailAt
-{
-public:
-    explicit FailAt(std::size_t nth, Lack lack = Lack::Once);
-    ~FailAt();
-    FailAt(const FailAt&) = delete;
-
-    /// Whether an allocation has failed; always false for lack of space.
-    bool failed() const;
-};
-
-/// \return whether memory ran out in `work`
-template <class Work>
-bool failsIn(std::size_t nth, Work work, Lack lack = Lack::Once)
-{
-    const FailAt shortage(nth, lack);
-    try {
-        work();
-    } catch (const std::bad_alloc&) {
-        return true;
-    }
-    return shortage.failed();
-}
+/// Memory runs short for this thread in `work`. Neither a sanitizer's allocator nor valgrind's can be made to
+/// fail; `kCanFail` tells.
+/// \return whether an allocation failed; for lack of space, whether that was told by an exception
+bool failsIn(std::size_t nth, const std::function<void()>& work, Lack lack = Lack::Once);
 
 extern const bool kCanFail;
 
