@@ -3,36 +3,16 @@
 
 #include "guards/prescan.h"
 #include "support/beside_qt.h"
-#include "support/variant_text.h"
 
 #include <QtCore/QTextCodec>
 #include <gtest/gtest.h>
 
+using namespace keltest;
 using namespace kelxml::guards;
-
-namespace
-{
-
-/// `{piece}` stands for n pieces, `{piece|7}` for 7 and `{piece|-7}` for n - 7; `@` for a piece's number.
-QString expand(const std::string& pattern, int n)
-{
-    QStringList parts = QString::fromStdString(pattern).split(u'{');
-    QString all = parts.takeFirst();
-    for (const QString& part : parts) {
-        const QString group = part.section(u'}', 0, 0);
-        const int given = group.section(u'|', 1).toInt();
-        for (int i = 0; i < (given > 0 ? given : n + given); ++i)
-            all += group.section(u'|', 0, 0).replace(u'@', QString::number(i));
-        all += part.section(u'}', 1);
-    }
-    return all;
-}
-
-} // namespace
 
 TEST(PrescanTest, TextAtABoundIsNotRefusedAndOneBeyondIs)
 {
-    keltest::forEachLine(KEL_TESTS "prescan_bounds.txt", [](std::istringstream line) {
+    forEachLine(KEL_TESTS "prescan_bounds.txt", [](std::istringstream line) {
         SCOPED_TRACE(line.str());
         int most = 0;
         std::string wellFormed, text;
@@ -50,7 +30,7 @@ TEST(PrescanTest, TextAtABoundIsNotRefusedAndOneBeyondIs)
 TEST(PrescanTest, MarkupInsideOtherThingsDoesNotCount)
 {
     const QString bomb = expand("{<a>}{(}{<!ENTITY}", 5000);
-    keltest::forEachLine(KEL_TESTS "prescan_nestings.txt", [&bomb](std::istringstream line) {
+    forEachLine(KEL_TESTS "prescan_nestings.txt", [&bomb](std::istringstream line) {
         SCOPED_TRACE(line.str());
         int nesting = 0;
         std::string text;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "KelXmlLib/convenience.h"
+#include "support/lines.h"
 #include "support/model_tree.h"
 #include "support/require.h"
 
@@ -22,26 +23,15 @@ struct Text
     bool isLoaded = parsed.setContent(QString::fromStdWString(xml));
 };
 
-/// Texts of every kind: short, long, refused before and after something was read, without an element.
+/// Texts of every kind.
 inline const std::vector<Text>& texts()
 {
     static const std::vector<Text> all = [] {
-        std::wstring flat, nested, comments;
-        for (int number = 0; number < 16; ++number) {
-            const std::wstring text = std::to_wstring(number);
-            flat += L"<e>" + text + L"</e><c x='1'>" + text + L"</c><e/>";
-            nested += L"<e>" + text + L"<c/><e/></e>";
-            comments += L"<!--" + text + L"--><?p d?>";
-        }
-        return std::vector<Text>{
-            {L"<a x='1' y='2'>t<b><c z='3'/>u</b><!--k--><![CDATA[cd]]><?pi d?>" + flat + L"</a>"},
-            {L"<!DOCTYPE r [<!ENTITY e 'v'><!NOTATION n SYSTEM 's'>]><r>&e;&u;" + flat + L"</r>"},
-            {L"<c>" + nested + L"</c>"},
-            {L"<a x=''><e/>t<c w='1'>" + nested},
-            {comments},
-            {L"<?xml version='1.0'?><e/><!--z-->"},
-            {L"<e><c/>t</e>"},
-            {L"<bad"}};
+        std::vector<Text> read;
+        keltest::forEachLine(KEL_TESTS "call_machine_texts.txt", [&read](std::istringstream line) {
+            read.push_back({keltest::expand(line.str(), 0).toStdWString()});
+        });
+        return read;
     }();
     return all;
 }

@@ -3,14 +3,13 @@
 #pragma once
 
 #include "KelComWrapper/variant_owner.h"
+#include "support/lines.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <deque>
-#include <fstream>
 #include <map>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -94,19 +93,6 @@ inline std::string wordOf(const VARIANT& value, const std::string& object = {})
     if (value.vt == VT_BSTR)
         return type + ':' + asWord(std::string(value.bstrVal, value.bstrVal + SysStringLen(value.bstrVal)));
     return type + ':' + std::to_string(value.vt == VT_BOOL ? value.boolVal : value.lVal);
-}
-
-/// Gives the lines of a file to `use`, but for empty ones and comments, each as a stream of its words.
-template <class Use>
-void forEachLine(const char* name, Use use)
-{
-    std::ifstream file(name);
-    std::size_t used = 0;
-    for (std::string line; std::getline(file, line);)
-        if (!line.empty() && line[0] != '#')
-            use(std::istringstream(line)), ++used;
-    if (used == 0)
-        std::abort();
 }
 
 } // namespace keltest
