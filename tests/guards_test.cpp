@@ -13,13 +13,10 @@ struct Guards : DomTest
     /// A chain of elements, each the only child of the one before. \return its top and its bottom
     static std::pair<ComPtr<IXMLDOMNode>, ComPtr<IXMLDOMNode>> chainOf(int length, IXMLDOMDocument& document)
     {
-        const auto bottom = create(document, NODE_ELEMENT, L"e");
-        auto top = bottom;
-        while (--length > 0) {
-            const auto above = create(document, NODE_ELEMENT, L"e");
-            append(*above, *top);
-            top = above;
-        }
+        const auto top = create(document, NODE_ELEMENT, L"e");
+        auto bottom = top;
+        while (--length > 0)
+            bottom = append(*bottom, *create(document, NODE_ELEMENT, L"e"));
         return {top, bottom};
     }
     /// Whether a node without a parent gets this one.

@@ -3,7 +3,6 @@
 #include "support/beside_qt.h"
 #include "support/dom_fixture.h"
 
-#include <QtCore/QDir>
 #include <QtCore/QDirIterator>
 #include <QtCore/QTextCodec>
 #include <csignal>
@@ -33,11 +32,6 @@ struct LoadSave : DomTest
     }
 };
 
-int openDescriptors()
-{
-    return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System).size();
-}
-
 TEST_F(LoadSave, WhatIsNoFileAndNoTextIsRefusedAndTheEarlierTreeStaysUnlessParsingBegan)
 {
     const QString good = pathOf("gr\xC3\xBC\xC3\x9F \xF0\x9F\x98\x80.xml");
@@ -45,7 +39,6 @@ TEST_F(LoadSave, WhatIsNoFileAndNoTextIsRefusedAndTheEarlierTreeStaysUnlessParsi
     const auto document = newDocument();
     const Variant kept(std::wstring(L"<kept/>\0<b", 10));
     EXPECT_EQ(S_OK, document->loadXML(kept.get().bstrVal, nullptr)) << "a text ends at its first zero";
-    const int descriptors = openDescriptors();
     const Bstr name(good.toStdWString().c_str());
     BSTR text = name.get();
     VARIANT byReference{};
@@ -70,7 +63,6 @@ TEST_F(LoadSave, WhatIsNoFileAndNoTextIsRefusedAndTheEarlierTreeStaysUnlessParsi
     EXPECT_EQ(S_FALSE, document->loadXML(Bstr(L"<a").get(), &success));
     EXPECT_EQ(VARIANT_FALSE, success);
     EXPECT_EQ(std::string::npos, saved(*document).find("good"));
-    EXPECT_EQ(descriptors, openDescriptors());
 }
 
 TEST_F(LoadSave, PathThatFileNamesCannotHoldIsRefusedAndNoOtherFileIsTaken)

@@ -2,6 +2,7 @@
 // here ends the test program.
 
 #include "support/dom_fixture.h"
+#include "support/lines.h"
 
 #include <QtCore/QThread>
 #include <memory>
@@ -39,9 +40,7 @@ struct StackRoom : DomTest
     static HRESULT loadNested(int depth) { return newDocument()->loadXML(nested(depth).get(), nullptr); }
     static Bstr nested(int depth)
     {
-        const QString text =
-            QStringLiteral("<a>").repeated(depth) + u't' + QStringLiteral("</a>").repeated(depth);
-        return Bstr(text.toStdWString().c_str());
+        return Bstr(keltest::expand("{<a>}t{</a>}", depth).toStdWString().c_str());
     }
 
     /// Copies, reads and saves; a refusal must leave an existing file as it was. \return whether it was saved

@@ -120,12 +120,13 @@ public:
                                                         m_autoFormat, true, L"", nullptr))
     {
         m_qt.setAutoFormatting(m_autoFormat);
-        m_isRight = own_host::call(m_filer.get(), 4) == m_autoFormat;
+        require(own_host::call(m_filer.get(), 4) == m_autoFormat);
     }
 
     /// Makes an element, or any calls, and closes the file or leaves that to the filer's end.
-    /// \return whether every status, what came into the file and what a parser finds there was as expected
-    bool areAlike()
+    /// \throw std::logic_error when a status, what came into the file, or what a parser finds there is not as
+    ///        expected
+    void compare()
     {
         finish(28); // what an earlier filer wrote is gone
         const bool isElement = m_choose(2);
@@ -133,7 +134,9 @@ public:
         for (unsigned left = m_choose(3); left > 0; --left)
             finish(27);
         m_filer.reset();
-        return m_isRight && contentOf(m_path) == m_expected && (!isElement || isReadBack());
+        require(contentOf(m_path) == m_expected);
+        if (isElement)
+            compareWithReadBack();
     }
 
 private:
@@ -149,7 +152,7 @@ private:
     void make(const Call& call, Text one = nullptr, Text two = nullptr)
     {
         const int expected = call.expected(one, two);
-        m_isRight = call.answer(*m_filer, one, two) == expected && m_isRight;
+        require(call.answer(*m_filer, one, two) == expected);
         if (expected != KelXmlLib::eStatusAccepted)
             return;
         call.qts(m_qt, writtenOf(one), writtenOf(two));
@@ -196,18 +199,18 @@ private:
     /// Flushes or closes.
     void finish(int slot)
     {
-        m_isRight = own_host::call(m_filer.get(), slot) == 0 && contentOf(m_path) == m_expected && m_isRight;
+        require(own_host::call(m_filer.get(), slot) == 0 && contentOf(m_path) == m_expected);
     }
-    /// \return whether a parser finds in the document what was written, line breaks being all alike. Where it
-    ///         is formatted, white space does not count
-    bool isReadBack() const
+    /// A parser finds in the document what was written, line breaks being all alike. Where it is formatted,
+    /// white space does not count.
+    void compareWithReadBack() const
     {
         const auto comparable = [this](QByteArray found) {
             found.replace("\r\n", "\n").replace('\r', '\n');
             return m_autoFormat ? found.simplified().replace(' ', "") : found;
         };
         const QByteArray found = readBack(m_expected);
-        return m_isReadable ? comparable(found) == comparable(m_found.toUtf8()) : found.isEmpty();
+        require(m_isReadable ? comparable(found) == comparable(m_found.toUtf8()) : found.isEmpty());
     }
     /// What a parser finds of a text behind a sign.
     static QString foundOf(char sign, QString text)
@@ -225,7 +228,6 @@ private:
     std::list<std::wstring> m_texts;
     QString m_path;
     bool m_autoFormat;
-    bool m_isRight = true;
     bool m_isReadable = true;
     QByteArray m_expected;
     QString m_found; ///< by a parser
