@@ -110,10 +110,9 @@ struct OutOfMemory : DomTest
         }
     }
 
-    /// What Qt alone leaves behind when each allocation of its part of the call fails in turn.
-    static std::size_t leftByQt(const Call& call)
+    /// Fails each allocation of Qt's part of the call in turn.
+    static void failQt(const Call& call)
     {
-        const std::size_t before = allocations::live();
         bool hasFailed = call.qtAlone != nullptr;
         for (std::size_t nth = 1; hasFailed; ++nth) {
             QDomDocument document;
@@ -121,7 +120,6 @@ struct OutOfMemory : DomTest
             const QString name = QString::fromUtf8("name");
             hasFailed = allocations::failsIn(nth, [&] { call.qtAlone(document, name); });
         }
-        return allocations::live() - before;
     }
 
     static auto makeFiler(const std::wstring& path)
@@ -212,12 +210,7 @@ TEST_F(OutOfMemory, WithoutAPlaceOrMemoryCallsAnswerTouchNoOutputAndLeaveNothing
             objects.node = node;
             EXPECT_EQ(call.withoutPlace, call.make(objects, none));
         }
-        failEach(call);
-        const std::size_t before = allocations::live();
-        failEach(call);
-        const std::size_t left = allocations::live() - before;
-        leftByQt(call);
-        EXPECT_EQ(leftByQt(call), left);
+        EXPECT_EQ(leftBy([&call] { failQt(call); }), leftBy([&] { failEach(call); }));
     }
 }
 

@@ -123,13 +123,18 @@ private:
     QTemporaryDir m_directory;
 };
 
-/// Runs `scenario` twice and expects the second run, which finds every lazy start done, to leave nothing
-/// live.
+/// Runs `scenario` twice. \return what the second run, which finds every lazy start done, leaves live
 template <class Scenario>
-void expectNothingLeft(Scenario scenario)
+std::size_t leftBy(Scenario scenario)
 {
     scenario();
     const std::size_t before = allocations::live();
     scenario();
-    EXPECT_EQ(before, allocations::live());
+    return allocations::live() - before;
+}
+
+template <class Scenario>
+void expectNothingLeft(Scenario scenario)
+{
+    EXPECT_EQ(0u, leftBy(scenario));
 }
