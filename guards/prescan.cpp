@@ -16,6 +16,7 @@ namespace kelxml::guards
 namespace
 {
 
+/// \param bytes shared, not copied
 QString decoded(QByteArray bytes)
 {
     QBuffer buffer(&bytes);

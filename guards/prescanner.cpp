@@ -40,7 +40,7 @@ bool Prescanner::outsideContent(bool before)
         char16_t c = m_in.get();
         if (c == u'!') {
             c = m_in.get();
-            if (!(c == u'-' ? dashedComment() : before && c == u'D' && documentType()))
+            if (!(c == u'-' ? comment() : before && c == u'D' && documentType()))
                 return false;
         } else if (c != u'?') {
             return before && startTag();
@@ -72,7 +72,7 @@ bool Prescanner::markup()
     if (c != u'!')
         return c != CharacterStream::kEnd && startTag();
     c = m_in.get();
-    return c == u'[' ? cdata() : c == u'-' && dashedComment();
+    return c == u'[' ? cdata() : c == u'-' && comment();
 }
 
 bool Prescanner::startTag()
@@ -91,13 +91,10 @@ bool Prescanner::endTag()
     return m_in.seek<u'>'>() == u'>';
 }
 
-bool Prescanner::dashedComment()
-{
-    return m_in.get() == u'-' && comment();
-}
-
 bool Prescanner::comment()
 {
+    if (m_in.get() != u'-')
+        return false;
     for (;;) {
         if (m_in.seek<u'-'>() == CharacterStream::kEnd)
             return false;

@@ -45,7 +45,6 @@ private:
     bool markup();
     bool startTag();
     bool endTag();
-    bool dashedComment();
     bool comment();
     bool cdata();
     bool processingInstruction();
@@ -57,7 +56,6 @@ private:
     bool internalSubset();
     bool declaration();
     bool elementDeclaration();
-    bool attributeListDeclaration();
     bool entityDeclaration();
     bool entityValue(char16_t quote, QString& value);
     bool referenceInValue(QString& value);

@@ -44,7 +44,7 @@ bool Prescanner::declaration()
         return false;
     switch (m_in.get()) {
     case u'-':
-        return dashedComment();
+        return comment();
     case u'A':
         return seekUnquoted<u'>'>(&Prescanner::attributeValue) == u'>';
     case u'N':
