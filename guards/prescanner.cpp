@@ -19,10 +19,11 @@ bool isPredefined(const QString& name)
 
 } // namespace
 
+// Behind the document element nothing nests and nothing is spliced.
 Prescan Prescanner::document()
 {
-    if (outsideContent(true) && (m_depth == 0 || content(false)))
-        outsideContent(false);
+    if (prolog())
+        content(false);
     return {m_within, m_nesting};
 }
 
@@ -32,18 +33,17 @@ Prescan Prescanner::value()
     return {m_within, m_nesting};
 }
 
-// Before the document element, its start tag included, or behind it, where nothing nests and nothing is
-// spliced, but there need not be an end. The parser takes a second document type declaration like a first.
-bool Prescanner::outsideContent(bool before)
+// Up to the document element's start tag. The parser takes a second document type declaration like a first.
+bool Prescanner::prolog()
 {
     while (m_in.takeUntil(isNoSpace) == u'<') {
         char16_t c = m_in.get();
         if (c == u'!') {
             c = m_in.get();
-            if (!(c == u'-' ? comment() : before && c == u'D' && documentType()))
+            if (!(c == u'-' ? comment() : c == u'D' && documentType()))
                 return false;
         } else if (c != u'?') {
-            return before && startTag();
+            return startTag();
         } else if (!processingInstruction()) {
             return false;
         }
@@ -52,14 +52,13 @@ bool Prescanner::outsideContent(bool before)
 }
 
 // Flattened, since nearly all of a text is read in here: the place in it stays in a register.
-[[gnu::flatten]] bool Prescanner::content(bool toTheEnd)
+[[gnu::flatten]] void Prescanner::content(bool toTheEnd)
 {
-    do {
+    bool goesOn = true;
+    while (goesOn && (toTheEnd || m_depth > 0)) {
         const char16_t c = m_in.seek<u'<', u'&'>();
-        if (c == CharacterStream::kEnd || !(c == u'<' ? markup() : reference(false)))
-            return false;
-    } while (toTheEnd || m_depth > 0);
-    return true;
+        goesOn = c != CharacterStream::kEnd && (c == u'<' ? markup() : reference(false));
+    }
 }
 
 bool Prescanner::markup()

@@ -40,8 +40,8 @@ private:
 
     // All of these take the characters of one construct, whose first ones were taken already, and say whether
     // the walk goes on: not when the parser stops here, and not when a bound is passed.
-    bool outsideContent(bool before);
-    bool content(bool toTheEnd);
+    bool prolog();
+    void content(bool toTheEnd);
     bool markup();
     bool startTag();
     bool endTag();
