@@ -11,11 +11,12 @@ namespace
 
 using namespace keltest;
 
-struct LateBound : DomTest
+using LateBound = DomTest;
+
+TEST_F(LateBound, EveryMemberGivesWhatItsSlotDoesAndNothingIsLeft)
 {
-    /// Makes the calls that are listed, from new documents on.
-    static void makeCalls()
-    {
+    ASSERT_TRUE(QDir::setCurrent(pathOf("")));
+    expectNothingLeft([] {
         std::map<std::string, ComPtr<IDispatch>> objects;
         for (const char* name : {"document", "built", "loaded"})
             objects[name] = ComPtr<IDispatch>(newDocument().get());
@@ -32,25 +33,16 @@ struct LateBound : DomTest
                 arguments.names.empty() ? DISPATCH_METHOD | DISPATCH_PROPERTYGET : DISPATCH_PROPERTYPUT;
             const HRESULT hr = callByName(*objects[object], std::wstring(member.begin(), member.end()), flags,
                                           result, arguments.parameters());
+            const auto given = result.type() == VT_DISPATCH ? result.object() : nullptr;
+            const auto node = given ? kel::query<IXMLDOMNode>(*given, IID_IXMLDOMNode) : nullptr;
+            const std::wstring nodeName = node ? nameOf(*node) : given ? L"" : L"-";
             EXPECT_EQ(answer + ' ' + expected,
-                      asWord(kel::describe(hr)) + ' ' + wordOf(result.get(), nodeNameOf(result)));
+                      asWord(kel::describe(hr)) + ' ' +
+                          wordOf(result.get(), std::string(nodeName.begin(), nodeName.end())));
             if (!name.empty())
-                variants.objects[name] = (objects[name] = result.object()).get();
+                variants.objects[name] = (objects[name] = given).get();
         });
-    }
-    static std::string nodeNameOf(const Variant& value)
-    {
-        if (value.type() != VT_DISPATCH || !value.object())
-            return "-";
-        const auto node = kel::query<IXMLDOMNode>(*value.object(), IID_IXMLDOMNode);
-        return node ? QString::fromStdWString(nameOf(*node)).toStdString() : "";
-    }
-};
-
-TEST_F(LateBound, EveryMemberGivesWhatItsSlotDoesAndNothingIsLeft)
-{
-    ASSERT_TRUE(QDir::setCurrent(pathOf("")));
-    expectNothingLeft(makeCalls);
+    });
 }
 
 TEST_F(LateBound, TheHolderAnswersForItselfAndTriesAgainAfterAFailure)
@@ -74,12 +66,10 @@ TEST_F(LateBound, TheHolderAnswersForItselfAndTriesAgainAfterAFailure)
     EXPECT_EQ(S_OK, document->GetTypeInfo(0, 0, second.put()));
     EXPECT_EQ(first.get(), second.get());
 
-    wchar_t load[] = L"load", unknown[] = L"lode";
-    wchar_t* names[] = {load, unknown};
-    DISPID identifiers[2] = {};
-    EXPECT_EQ(DISP_E_UNKNOWNNAME, document->GetIDsOfNames(IID_IUnknown, names, 2, 0, identifiers));
-    EXPECT_EQ(58, identifiers[0]);
-    EXPECT_EQ(-1, identifiers[1]);
+    wchar_t load[] = L"load", unknown[] = L"lode", *names[] = {load, unknown};
+    std::array<DISPID, 2> identifiers{};
+    EXPECT_EQ(DISP_E_UNKNOWNNAME, document->GetIDsOfNames(IID_IUnknown, names, 2, 0, identifiers.data()));
+    EXPECT_EQ((std::array<DISPID, 2>{58, -1}), identifiers);
 }
 
 } // namespace

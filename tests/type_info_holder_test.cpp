@@ -39,11 +39,7 @@ HandMade<ITypeInfo> info;
 TYPEATTR attributes{};
 FUNCDESC function{};
 HRESULT attributesAnswer = S_OK;
-struct
-{
-    UINT length;
-    wchar_t text[2];
-} texts[4] = {{1, L"a"}, {1, L"b"}, {1, L"c"}, {1, L"d"}};
+const BSTR texts[] = {SysAllocString(L"a"), SysAllocString(L"b"), SysAllocString(L"c"), SysAllocString(L"d")};
 
 /// A library and its one interface, whose second function cannot be described, and whose third is named with
 /// a failure.
@@ -65,7 +61,7 @@ void makeObjects()
     });
     info.put(10, [](void*, wchar_t**, UINT, MEMBERID*) { return note("ask", DISP_E_UNKNOWNNAME); });
     info.put(12, [](void*, MEMBERID member, BSTR* name, BSTR*, DWORD*, BSTR*) {
-        *name = texts[member].text;
+        *name = texts[member];
         return note("name", member == 2 ? E_FAIL : S_OK);
     });
     info.put(19, [](void*, TYPEATTR*) { note("-attributes"); });
