@@ -18,8 +18,6 @@ using Objects = std::vector<ComPtr<IDispatch>>;
 constexpr std::size_t kMostObjects = 64;
 constexpr std::size_t kMostArguments = 5;
 constexpr DISPID kSave = 64;
-constexpr VARTYPE kUntouchedType = 0x5555;
-constexpr UINT kUntouched = 0x55555555;
 
 /// What members are mostly given; else it is one of those that the tests have a list of.
 constexpr const char* kUsual[] = {"bstr:", "dispatch:peer", "dispatch:peer", "i4:0",
@@ -71,27 +69,22 @@ void makeCall(IDispatch& object, Choices& choices, Objects& objects)
     DISPPARAMS parameters = arguments.parameters();
     if (choices.oneIn(64))
         parameters.rgvarg = nullptr;
-    VARIANT result{};
-    result.vt = kUntouchedType;
+    kel::Variant result;
     EXCEPINFO exception{};
-    UINT badArgument = kUntouched;
+    UINT badArgument = UINT_MAX;
     const bool isResultWanted = !choices.oneIn(4);
     const HRESULT answer = object.Invoke(member, IID_IUnknown, 0, flags, &parameters,
-                                         isResultWanted ? &result : nullptr, &exception, &badArgument);
+                                         isResultWanted ? result.put() : nullptr, &exception, &badArgument);
 
     require(before.empty() ||
             std::memcmp(before.data(), arguments.values.data(), before.size() * sizeof(VARIANT)) == 0);
-    require(badArgument == kUntouched || (FAILED(answer) && badArgument < before.size()));
+    require(badArgument == UINT_MAX || (FAILED(answer) && badArgument < before.size()));
     require(FAILED(exception.scode) == (answer == DISP_E_EXCEPTION));
-    if (FAILED(answer) || !isResultWanted) {
-        require(result.vt == kUntouchedType || result.vt == VT_EMPTY);
-        return;
-    }
-    const auto owner = kel::Variant::adopt(result);
-    require(result.vt == VT_EMPTY || result.vt == VT_NULL || result.vt == VT_BOOL || result.vt == VT_I4 ||
-            result.vt == VT_DISPATCH || result.vt == VT_BSTR);
-    if (result.vt == VT_DISPATCH && result.pdispVal)
-        objects.push_back(owner.object());
+    const VARTYPE type = result.type();
+    require(type == VT_EMPTY || (SUCCEEDED(answer) && (type == VT_NULL || type == VT_BOOL || type == VT_I4 ||
+                                                       type == VT_DISPATCH || type == VT_BSTR)));
+    if (type == VT_DISPATCH && result.object())
+        objects.push_back(result.object());
 }
 
 } // namespace

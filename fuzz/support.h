@@ -31,11 +31,10 @@ struct Choices : FuzzedDataProvider
 };
 
 /// The path of a file that this process has for itself.
-inline const QString& filePath()
+inline QString filePath()
 {
     static const QTemporaryDir directory;
-    static const QString path = directory.filePath(QStringLiteral("file"));
-    return path;
+    return directory.filePath(QStringLiteral("file"));
 }
 
 /// How many arguments a function takes; its result is none.

@@ -121,17 +121,13 @@ TEST_F(Invoke, ArgumentsAreConvertedAsListedAndTextsTooLongForQtAreRefused)
     });
 
     // Texts that Qt has no room for are no numbers and no words, whatever they begin with.
-    struct
-    {
-        UINT length;
-        wchar_t text[5];
-    } texts[] = {{(1U << 30) + 1, L"7"}, {(1U << 30) + 4, L"true"}, {~0U, L"7"}};
-    for (auto& [length, characters] : texts) {
-        VARIANT given = variants.of("bstr:");
-        given.bstrVal = characters;
-        for (const char* member : {"number", "flag"})
-            EXPECT_EQ("a_value_has_the_wrong_type@0", call(member, DISPATCH_METHOD, {{given}})) << length;
-    }
+    for (const UINT length : {(1U << 30) + 1, (1U << 30) + 4, ~0U})
+        for (const char* word : {"bstr:7", "bstr:true"}) {
+            const VARIANT& given = variants.of(word);
+            reinterpret_cast<UINT*>(given.bstrVal)[-1] = length;
+            for (const char* member : {"number", "flag"})
+                EXPECT_EQ("a_value_has_the_wrong_type@0", call(member, DISPATCH_METHOD, {{given}})) << length;
+        }
 }
 
 TEST_F(Invoke, CallsAnswerAsListedAndNothingIsLeft)

@@ -53,7 +53,7 @@ TEST(TypeLibraryCache, ReadsAFileOnceAndAnewWhenItIsRegisteredAgain)
     ASSERT_EQ(S_OK, file.load(again)) << "the system is not asked";
     EXPECT_EQ(first, again);
 
-    const std::string before = describe(*first);
+    const std::wstring before = describe(*first);
     file.write("damaged");
     file.registerAgain();
     EXPECT_EQ(TYPE_E_INVDATAREAD, file.load(again));
@@ -82,7 +82,6 @@ TEST(TypeLibraryFiles, WhatIsNoReadableRegularFileOfSensibleSizeIsRefused)
             << path;
         EXPECT_EQ(nullptr, library);
     }
-    EXPECT_EQ(S_OK, KelTypelib::LoadTypeLib(L"" KEL_TYPE_LIBRARY, &library)) << "none the worse for it";
 }
 
 TEST(TypeLibraryFiles, CutShortOrChangedInOneByteIsRefused)
@@ -109,21 +108,14 @@ TEST(TypeLibraryFiles, ContradictionsAndUnknownsAreRefused)
     QByteArray from;
     forEachLine(KEL_TESTS "type_library_changes.txt", [&](std::istringstream line) {
         char sign = 0;
-        int times = 0;
         std::string text;
-        line >> sign >> std::ws;
-        if (std::isdigit(line.peek()))
-            line >> times >> std::ws;
-        std::getline(line, text);
+        std::getline(line >> sign >> std::ws, text);
         if (sign == '=') {
             from = QByteArray::fromStdString(text);
             EXPECT_TRUE(kSmallBody.contains(from)) << text;
             return;
         }
-        QByteArray to = times > 0 ? from : QByteArray::fromStdString(text);
-        for (int number = 1000; number < 1000 + times; ++number)
-            to.prepend(QByteArray::fromStdString(text).replace("%1", QByteArray::number(number)));
-        file.write(stamped(QByteArray(kSmallBody).replace(from, to)));
+        file.write(stamped(QByteArray(kSmallBody).replace(from, expand(text, 0).toUtf8())));
         file.registerAgain();
         ITypeLib* library = nullptr;
         EXPECT_EQ(sign == '+' ? S_OK : TYPE_E_INVDATAREAD, file.load(library))
@@ -136,7 +128,8 @@ TEST(XmlDomLibrary, DescribesEveryFunctionInSlotOrderAsListedAndNothingStaysHeld
     ITypeLib* library = nullptr;
     ASSERT_EQ(S_OK, KelTypelib::LoadTypeLib(L"" KEL_TYPE_LIBRARY, &library));
     const ULONG before = library->AddRef();
-    EXPECT_EQ(contentOf(QStringLiteral(KEL_TESTS "type_library.txt")).toStdString(), describe(*library));
+    EXPECT_EQ(QString::fromUtf8(contentOf(QStringLiteral(KEL_TESTS "type_library.txt"))).toStdWString(),
+              describe(*library));
     TLIBATTR* attributes = nullptr;
     EXPECT_EQ(S_OK, library->GetLibAttr(&attributes));
     EXPECT_EQ(LIBID_MSXML, attributes->guid);
@@ -149,26 +142,24 @@ TEST(XmlDomLibrary, DescribesEveryFunctionInSlotOrderAsListedAndNothingStaysHeld
 TEST(TypeInfo, MapsNamesInAnyCapitalsAndGivesNothingOfWhatItLacksOrIsGivenNoPlaceFor)
 {
     const auto info = typeInfo(L"" KEL_TYPE_LIBRARY, IID_IXMLDOMDocument);
-    const std::pair<std::wstring, std::array<MEMBERID, 3>> cases[] = {
-        {L"CREATEnode", {54, -1, 2}},
-        {L"", {-1, -1, -1}},
-        {L"loadXM", {-1, -1, -1}},
-        {L"lo\u00E4d", {-1, -1, -1}},
-        {std::wstring(100000, L'x'), {-1, -1, -1}},
-    };
-    const kel::Bstr none(L"none"), uri(L"NAMESPACEuri");
-    for (auto [member, expected] : cases) {
-        wchar_t* names[] = {member.data(), none.get(), uri.get()};
-        std::array<MEMBERID, 3> ids{777, 777, 777};
-        EXPECT_EQ(DISP_E_UNKNOWNNAME, info->GetIDsOfNames(names, 3, ids.data()));
-        EXPECT_EQ(expected, ids);
+    const wchar_t* const known = L"CREATEnode";
+    const std::wstring endless(100000, L'x');
+    const kel::Bstr noParameter(L"none"), lastParameter(L"NAMESPACEuri");
+    using Identifiers = std::array<MEMBERID, 3>;
+    for (const wchar_t* const text :
+         {known, L"", L"loadXM", L"lo\u00E4d", endless.c_str(), static_cast<const wchar_t*>(nullptr)}) {
+        const kel::Bstr member(text);
+        wchar_t* names[] = {member.get(), noParameter.get(), lastParameter.get()};
+        Identifiers identifiers{777, 777, 777};
+        EXPECT_EQ(DISP_E_UNKNOWNNAME, info->GetIDsOfNames(names, 3, identifiers.data()));
+        EXPECT_EQ(text == known ? (Identifiers{54, -1, 2}) : (Identifiers{-1, -1, -1}), identifiers);
     }
 
     kel::Bstr name;
     UINT count = 99;
     EXPECT_EQ(TYPE_E_ELEMENTNOTFOUND, info->GetNames(9999, name.put(), 1, &count));
     EXPECT_EQ(0U, count);
-    EXPECT_EQ(kel::describe(TYPE_E_ELEMENTNOTFOUND), nameOf(*info, 9999));
+    EXPECT_EQ(std::to_wstring(TYPE_E_ELEMENTNOTFOUND), nameOf(*info, 9999));
     VARIANT value{};
     DISPPARAMS noValues{nullptr, nullptr, 1, 0}, noNames{&value, nullptr, 1, 1}, good{&value, nullptr, 1, 0};
     const auto call = [&](void* object, DISPPARAMS* parameters) {
@@ -177,7 +168,6 @@ TEST(TypeInfo, MapsNamesInAnyCapitalsAndGivesNothingOfWhatItLacksOrIsGivenNoPlac
     MEMBERID id = 777;
     wchar_t* noName[] = {nullptr};
     ITypeLib* library = nullptr;
-    EXPECT_EQ(DISP_E_UNKNOWNNAME, info->GetIDsOfNames(noName, 1, &id));
     for (const HRESULT answer : {info->GetIDsOfNames(noName, 0, &id), call(nullptr, &good),
                                  call(&value, nullptr), call(&value, &noValues), call(&value, &noNames)})
         EXPECT_EQ(E_INVALIDARG, answer);

@@ -17,28 +17,22 @@
 namespace keltest
 {
 
-inline std::string plain(const kel::Bstr& text)
-{
-    return std::string(text.get(), text.get() + text.length());
-}
-
 /// The name of a member, or of an interface, and nothing else; what is answered where there is none.
 template <class Object>
-std::string nameOf(Object& object, INT member)
+std::wstring nameOf(Object& object, INT member)
 {
     kel::Bstr name;
-    wchar_t before[] = L"before";
-    BSTR documentation = before, helpFile = before;
+    wchar_t before[] = L"before", *documentation = before, *helpFile = before;
     DWORD context = 9;
     const HRESULT answer = object.GetDocumentation(member, name.put(), &documentation, &context, &helpFile);
     require(!documentation && !helpFile && context == 0);
-    return answer == S_OK ? plain(name) : kel::describe(answer);
+    return answer == S_OK ? name.c_str() : std::to_wstring(answer);
 }
 
 /// A function in a line: its identifier, its kind (1 a method, 2 a get, 4 a put, 8 a put by reference), the
 /// names of the member and its parameters with the identifiers that they have in calls; and for each
 /// parameter its flags, a star for each pointer, its type, and which of the library's types that is.
-inline void describe(ITypeInfo& info, const FUNCDESC& function, std::ostream& out)
+inline void describe(ITypeInfo& info, const FUNCDESC& function, std::wostream& out)
 {
     constexpr UINT kRoom = kelcom::kMaxArguments + 2;
     std::array<kel::Bstr, kRoom> names;
@@ -48,13 +42,12 @@ inline void describe(ITypeInfo& info, const FUNCDESC& function, std::ostream& ou
     require(info.GetNames(function.memid, places, 1, &count) == S_OK && count == 1 && !names[1]);
     names[0].reset();
     require(info.GetNames(function.memid, places, kRoom, &count) == S_OK && count >= 1 && count <= kRoom);
-    const HRESULT answer = info.GetIDsOfNames(places, count, ids.data());
-    const auto unknown = std::count(ids.data() + 1, ids.data() + count, DISPID_UNKNOWN);
-    require(answer == (unknown == 0 ? S_OK : DISP_E_UNKNOWNNAME));
-    require(ids[0] == function.memid && nameOf(info, function.memid) == plain(names[0]));
+    const bool areAllKnown = info.GetIDsOfNames(places, count, ids.data()) == S_OK;
+    require(areAllKnown == (std::count(ids.data(), ids.data() + count, DISPID_UNKNOWN) == 0));
+    require(ids[0] == function.memid && nameOf(info, function.memid) == names[0].c_str());
     out << function.memid << ' ' << function.invkind;
     for (UINT place = 0; place < count; ++place)
-        out << ' ' << plain(names[place]) << (place == 0 ? "" : '=' + std::to_string(ids[place]));
+        out << ' ' << names[place].c_str() << (place == 0 ? L"" : L'=' + std::to_wstring(ids[place]));
 
     require(function.cParams >= function.cParamsOpt && function.cParamsOpt >= 0);
     require(function.elemdescFunc.tdesc.vt == VT_HRESULT);
@@ -64,10 +57,8 @@ inline void describe(ITypeInfo& info, const FUNCDESC& function, std::ostream& ou
         const TYPEDESC* type = &parameter.tdesc;
         for (; type->vt == VT_PTR; type = type->lptdesc)
             out << '*';
-        out << type->vt;
         require(type->vt != VT_EMPTY && (type->vt != VT_USERDEFINED || type->hreftype <= kelcom::kMaxTypes));
-        if (type->vt == VT_USERDEFINED)
-            out << '#' << type->hreftype;
+        out << type->vt << (type->vt == VT_USERDEFINED ? L'#' + std::to_wstring(type->hreftype) : L"");
     }
     out << '\n';
 }
@@ -75,10 +66,10 @@ inline void describe(ITypeInfo& info, const FUNCDESC& function, std::ostream& ou
 /// An interface in a line: what its identifier begins with, its name, kind, functions, bytes of slots, flags,
 /// version; then its functions.
 /// \param use is given each function
-inline std::string describe(
+inline std::wstring describe(
     ITypeLib& library, const std::function<void(ITypeInfo&, const FUNCDESC&)>& use = [](auto&&...) {})
 {
-    std::ostringstream out;
+    std::wostringstream out;
     kel::ComPtr<ITypeInfo> info, sameInfo;
     kel::ComPtr<ITypeLib> sameLibrary;
     const UINT count = library.GetTypeInfoCount();
@@ -93,9 +84,7 @@ inline std::string describe(
         require(sameLibrary.get() == &library && sameIndex == index);
         void* other = &library;
         require(info->QueryInterface(IID_IDispatch, &other) == E_NOINTERFACE && !other);
-        for (const GUID& iid : {IID_IUnknown, IID_ITypeInfo})
-            require(kel::query<ITypeInfo>(*info, iid).get() == info.get());
-        const std::string name = nameOf(library, static_cast<INT>(index));
+        const std::wstring name = nameOf(library, static_cast<INT>(index));
         require(nameOf(*info, MEMBERID_NIL) == name);
         out << std::hex << attributes->guid.Data1 << std::dec << ' ' << name << ' ' << kind << ' '
             << attributes->cFuncs << ' ' << attributes->cbSizeVft << ' ' << attributes->wTypeFlags << ' '
@@ -114,7 +103,7 @@ inline std::string describe(
     }
     require(library.GetTypeInfo(count, sameInfo.put()) == TYPE_E_ELEMENTNOTFOUND && !sameInfo);
     for (const INT index : {-2, static_cast<INT>(count)})
-        require(nameOf(library, index) == kel::describe(TYPE_E_ELEMENTNOTFOUND));
+        require(nameOf(library, index) == std::to_wstring(TYPE_E_ELEMENTNOTFOUND));
     TLIBATTR* attributes = nullptr;
     require(library.GetLibAttr(&attributes) == S_OK);
     out << std::hex << attributes->guid.Data1 << std::dec << ' ' << nameOf(library, -1) << ' '
