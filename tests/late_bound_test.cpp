@@ -57,10 +57,9 @@ TEST_F(LateBound, TheHolderAnswersForItselfAndTriesAgainAfterAFailure)
 
     ASSERT_EQ(S_OK, KelTypelib::UnRegisterTypeLib(LIBID_MSXML));
     ComPtr<ITypeInfo> first, second;
-    DISPPARAMS nothing{};
     EXPECT_EQ(TYPE_E_LIBNOTREGISTERED, document->GetTypeInfo(0, 0, first.put()));
-    EXPECT_EQ(TYPE_E_LIBNOTREGISTERED, document->Invoke(2, IID_IUnknown, 0, DISPATCH_PROPERTYGET, &nothing,
-                                                        nullptr, nullptr, nullptr));
+    EXPECT_EQ(TYPE_E_LIBNOTREGISTERED,
+              document->Invoke(2, IID_IUnknown, 0, DISPATCH_PROPERTYGET, nullptr, nullptr, nullptr, nullptr));
     SetUpTestSuite();
     EXPECT_EQ(S_OK, document->GetTypeInfo(0, 0, first.put()));
     EXPECT_EQ(S_OK, document->GetTypeInfo(0, 0, second.put()));
