@@ -1,7 +1,7 @@
 // Type libraries: the registry of their files, loading, files that are none or contradict themselves, and
 // what the XML DOM's library says of the six interfaces.
 
-#include "KelXmlLib/guids.h"
+#include "KelXmlLib/convenience.h"
 #include "support/type_library_walk.h"
 #include "support/variant_text.h"
 
@@ -30,8 +30,7 @@ TEST(TypeLibraryRegistry, KeepsOnePathPerIdentifierUntilItIsTakenBack)
     };
     for (const wchar_t* const path : {L"/no/such/file", longest.c_str()}) {
         EXPECT_EQ(S_OK, RegisterTypeLib(kUnknownGuid, path));
-        for (const wchar_t* const refused :
-             {L"", untouched.c_str() + 1, static_cast<const wchar_t*>(nullptr)})
+        for (const wchar_t* const refused : {L"", untouched.c_str() + 1})
             EXPECT_EQ(E_INVALIDARG, RegisterTypeLib(kUnknownGuid, refused));
         expectStored(path);
     }
@@ -168,8 +167,9 @@ TEST(TypeInfo, MapsNamesInAnyCapitalsAndGivesNothingOfWhatItLacksOrIsGivenNoPlac
     MEMBERID id = 777;
     wchar_t* noName[] = {nullptr};
     ITypeLib* library = nullptr;
-    for (const HRESULT answer : {info->GetIDsOfNames(noName, 0, &id), call(nullptr, &good),
-                                 call(&value, nullptr), call(&value, &noValues), call(&value, &noNames)})
+    for (const HRESULT answer :
+         {KelTypelib::RegisterTypeLib(kUnknownGuid, nullptr), info->GetIDsOfNames(noName, 0, &id),
+          call(nullptr, &good), call(&value, nullptr), call(&value, &noValues), call(&value, &noNames)})
         EXPECT_EQ(E_INVALIDARG, answer);
     for (const HRESULT answer :
          {info->GetIDsOfNames(nullptr, 1, &id), info->GetIDsOfNames(noName, 1, nullptr),

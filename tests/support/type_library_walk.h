@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include "KelXmlLib/convenience.h"
 #include "platform/description.h"
 #include "platform/type_library.h"
 #include "support/type_library_file.h"
@@ -38,9 +37,8 @@ inline void describe(ITypeInfo& info, const FUNCDESC& function, std::wostream& o
     std::array<kel::Bstr, kRoom> names;
     std::array<MEMBERID, kRoom> ids{};
     UINT count = 0;
+    require(info.GetNames(function.memid, names[0].put(), 1, &count) == S_OK && count == 1 && !names[1]);
     BSTR* const places = names[0].put();
-    require(info.GetNames(function.memid, places, 1, &count) == S_OK && count == 1 && !names[1]);
-    names[0].reset();
     require(info.GetNames(function.memid, places, kRoom, &count) == S_OK && count >= 1 && count <= kRoom);
     const bool areAllKnown = info.GetIDsOfNames(places, count, ids.data()) == S_OK;
     require(areAllKnown == (std::count(ids.data(), ids.data() + count, DISPID_UNKNOWN) == 0));
