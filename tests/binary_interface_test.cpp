@@ -66,8 +66,9 @@ protected:
          *m_attribute = nullptr, *m_library = nullptr;
 };
 
-/// A line of the file has an object, a slot of its vtable, whether that works, and what it calls.
-TEST_F(BinaryInterface, EveryVtableIsAsRecordedAndItsNoOpsAnswerOkAndWriteNothing)
+/// A line of the file has an object, a slot of its vtable, whether that works, and what it calls; or, for the
+/// first slot, an interface that is asked for.
+TEST_F(BinaryInterface, EveryVtableAndInterfaceIsAsRecordedAndNoOpsAnswerOkAndWriteNothing)
 {
     const std::map<std::string, void*> objects{{"document", m_document},   {"root", m_root}, {"text", m_text},
                                                {"attribute", m_attribute}, {"list", m_list}, {"map", m_map}};
@@ -77,6 +78,15 @@ TEST_F(BinaryInterface, EveryVtableIsAsRecordedAndItsNoOpsAnswerOkAndWriteNothin
     for (int slot = 0; vtables >> name >> slot >> kind >> method;) {
         SCOPED_TRACE(method);
         void* const object = objects.at(name);
+        if (kind == "answers" || kind == "refuses") {
+            const bool isAnswered = kind == "answers";
+            void* answer = &answer;
+            EXPECT_EQ(isAnswered ? 0 : kNoInterface, call(object, slot, symbol(method.c_str()), &answer));
+            ASSERT_EQ(isAnswered ? object : nullptr, answer);
+            EXPECT_EQ(kNullPointer, call(object, slot, symbol(method.c_str()), nullptr));
+            isAnswered ? call(answer, kRelease) : 0;
+            continue;
+        }
         EXPECT_EQ(symbol(method.c_str()), (*static_cast<void***>(object))[slot]);
         if (kind == "works")
             continue;

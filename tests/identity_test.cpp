@@ -1,4 +1,4 @@
-// Entry points and identity, seen through the library's own headers.
+// The entry points.
 
 #include "support/dom_fixture.h"
 
@@ -36,31 +36,6 @@ TEST_F(Identity, TheEntryPointRefusesUntilAttachedAndThenMakesADocumentForEachIn
             EXPECT_EQ(0u, static_cast<IUnknown*>(made)->Release());
         }
     });
-}
-
-TEST_F(Identity, EachClassAnswersForItsOwnInterfacesWithItsOwnAddress)
-{
-    const auto [document, root, text, attribute, list, map] = oneOfEach(L"<a x='1'>text</a>");
-    const GUID all[] = {IID_IUnknown,        IID_IDispatch,           IID_IXMLDOMNode,
-                        IID_IXMLDOMDocument, IID_IXMLDOMElement,      IID_IXMLDOMAttribute,
-                        IID_IXMLDOMNodeList, IID_IXMLDOMNamedNodeMap, IID_IXMLDOMText};
-    const std::pair<IUnknown*, const char*> cases[] = {
-        {text.get(), "+++------"},      {document.get(), "++++-----"}, {root.get(), "+++-+----"},
-        {attribute.get(), "+++--+---"}, {list.get(), "++----+--"},     {map.get(), "++-----+-"}};
-    for (const auto& [object, expected] : cases) {
-        const ULONG count = object->AddRef();
-        EXPECT_EQ(E_POINTER, object->QueryInterface(IID_IUnknown, nullptr));
-        std::string answers;
-        for (const GUID& interface : all) {
-            void* answer = &answer;
-            const HRESULT code = object->QueryInterface(interface, &answer);
-            answers += code == S_OK ? '+' : code == E_NOINTERFACE ? '-' : '?';
-            EXPECT_EQ(code == S_OK ? object : nullptr, answer);
-            ComPtr<IUnknown>::adopt(static_cast<IUnknown*>(answer)); // which counts below
-        }
-        EXPECT_EQ(expected, answers);
-        EXPECT_EQ(count - 1, object->Release());
-    }
 }
 
 } // namespace

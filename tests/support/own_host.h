@@ -17,6 +17,9 @@ struct Variant
     void* more;
 };
 
+/// Published answers.
+constexpr std::int32_t kNoInterface = -0x7FFFBFFE, kNullPointer = -0x7FFFBFFD;
+
 /// Slots, counted from 0 with QueryInterface.
 constexpr int kRelease = 2, kGetIdsOfNames = 5, kChildNodes = 12, kFirstChild = 13, kAttributes = 17,
               kDocumentElement = 45, kLoadXml = 65, kSave = 66, kMapItem = 10;
