@@ -5,6 +5,8 @@
 #include "guards/handle.h"
 
 #include <cstring>
+#include <memory>
+#include <type_traits>
 
 namespace kelxml
 {
@@ -24,18 +26,10 @@ const void* vtableOf()
 {
     static const void* const vtable = [] {
         const QDomDocument none;
-        const Wrapper specimen({}, DocumentRef{none});
-        return vtableAt(&specimen);
-    }();
-    return vtable;
-}
-
-template <>
-const void* vtableOf<CMorvXMLDOMDocument>()
-{
-    static const void* const vtable = [] {
-        const CMorvXMLDOMDocument specimen{QDomDocument()};
-        return vtableAt(&specimen);
+        if constexpr (std::is_same_v<Wrapper, CMorvXMLDOMDocument>)
+            return vtableAt(std::make_unique<Wrapper>(none).get());
+        else
+            return vtableAt(std::make_unique<Wrapper>(Handle(), DocumentRef{none}).get());
     }();
     return vtable;
 }

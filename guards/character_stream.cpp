@@ -1,4 +1,4 @@
-// The way back out of splices that were read to their end.
+// The way on from a piece or a splice that was read to its end, and the end of all.
 
 #include "guards/character_stream.h"
 
@@ -11,11 +11,16 @@ bool CharacterStream::refill()
         m_span = m_outer.back();
         m_outer.pop_back();
     }
+    if (m_span.at == m_span.end) {
+        m_piece = m_nextPiece();
+        m_span = of(m_piece, false);
+    }
     return m_span.at != m_span.end;
 }
 
 char16_t CharacterStream::finish()
 {
+    m_nextPiece = [] { return QString(); };
     m_outer.clear();
     m_span = {};
     return kEnd;

@@ -1,9 +1,10 @@
-// The characters of a text in the order in which Qt's parser takes them: from the document, and from entity
-// values that were spliced in, innermost first.
+// The characters of a text in the order in which Qt's parser takes them: from the document, piece by piece,
+// and from entity values that were spliced in, innermost first.
 
 #pragma once
 
-#include <QtCore/QStringView>
+#include <QtCore/QString>
+#include <functional>
 #include <vector>
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -19,8 +20,10 @@ public:
     /// marks.
     static constexpr char16_t kEnd = 0xFFFF;
 
-    /// \param document outlives the stream, as every text that is spliced in does
-    explicit CharacterStream(QStringView document) : m_span(of(document, false)) {}
+    /// Answers the next piece of the document, an empty one at the end.
+    using NextPiece = std::function<QString()>;
+
+    explicit CharacterStream(NextPiece nextPiece) : m_nextPiece(std::move(nextPiece)) {}
 
     char16_t get()
     {
@@ -62,7 +65,7 @@ public:
         return kEnd;
     }
 
-    /// Continues with `text`, then where the stream was.
+    /// Continues with `text`, which outlives the stream; then where the stream was.
     void splice(QStringView text, bool literal)
     {
         m_outer.push_back(m_span);
@@ -94,6 +97,8 @@ private:
     bool refill();
     char16_t finish();
 
+    NextPiece m_nextPiece;
+    QString m_piece;
     Span m_span;
     std::vector<Span> m_outer; // the document's span first
 };

@@ -5,10 +5,12 @@
 #include "guards/handle.h"
 #include "guards/limits.h"
 
+#include <QtCore/QVarLengthArray>
 #include <QtXml/QDomElement>
 #include <QtXml/QDomNamedNodeMap>
 
 #include <atomic>
+#include <utility>
 
 namespace kelxml::guards
 {
@@ -35,25 +37,42 @@ constexpr Extent kMost{kMaxElementDepth, kMaxNodeDepth};
 /// for which the limits leave room, and need not be looked at.
 std::atomic<bool> attributesHoldTrees{false};
 
-/// Whether no path that leads through `above` to `node` and on down goes beyond `most`. Recurses no further
-/// than that: 300 KB of stack at the limits, where saving takes ten times as much.
-bool staysWithin(const QDomNode& node, Extent above, Extent most)
+bool isPlainAttribute(const QDomNode& attribute)
+{
+    const QDomNode first = attribute.firstChild();
+    return first == attribute.lastChild() && !first.isElement() && !first.hasChildNodes();
+}
+
+struct Step
+{
+    Handle node;
+    Extent above;
+};
+
+/// Whether no path that leads through `above` to `root` and on down goes beyond `most`.
+bool staysWithin(const QDomNode& root, Extent above, Extent most)
 {
     const bool withAttributes = attributesHoldTrees.load(std::memory_order_relaxed);
-    if (!withAttributes && !node.hasChildNodes() && above.elements < most.elements &&
-        above.nodes < most.nodes)
-        return true; // whatever it is: most nodes are leaves
-    above.add(node);
-    if (above.elements > most.elements || above.nodes > most.nodes)
-        return false;
-    for (Handle child = node.firstChild(); !child.isNull(); child = child.nextSibling())
-        if (!staysWithin(child, above, most))
-            return false;
-    const QDomNamedNodeMap attributes = withAttributes ? node.attributes() : QDomNamedNodeMap();
-    for (int index = 0; index < attributes.length(); ++index)
-        if (!staysWithin(attributes.item(index), above, most))
-            return false;
-    return true;
+    QVarLengthArray<Step, 32> open; // of most subtrees nothing
+    const auto enter = [&](const QDomNode& node, Extent path) {
+        path.add(node);
+        const bool hasRoomForLeaf = path.elements < most.elements && path.nodes < most.nodes;
+        for (Handle child = node.firstChild(); !child.isNull(); child = child.nextSibling())
+            if (child.hasChildNodes() || withAttributes || !hasRoomForLeaf)
+                open.push_back({child, path});
+        const QDomNamedNodeMap attributes = withAttributes ? node.attributes() : QDomNamedNodeMap();
+        for (int index = 0; index < attributes.length(); ++index)
+            if (!isPlainAttribute(attributes.item(index)))
+                open.push_back({attributes.item(index), path});
+        return path.elements <= most.elements && path.nodes <= most.nodes;
+    };
+    bool isWithin = enter(root, above);
+    while (isWithin && !open.isEmpty()) {
+        const Step step = std::move(open.last());
+        open.removeLast();
+        isWithin = enter(step.node, step.above);
+    }
+    return isWithin;
 }
 
 } // namespace

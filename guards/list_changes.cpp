@@ -18,38 +18,25 @@ namespace
 
 std::atomic<int> watches{0};
 
-/// Counts of changes at a node, or of those of one name there. All threads use them, each for its own
-/// documents.
 template <std::size_t Size>
-class Counts
+using Counts = std::array<std::atomic<std::uint64_t>, Size>;
+
+// Many, since a loop changes the children of as many nodes as it meets. All threads use them, each for its
+// own documents.
+Counts<16384> ofChildren{};
+Counts<16384> ofElements{};
+Counts<256> ofContent{};
+
+/// The count of changes at a node, or of those of one name there.
+template <std::size_t Size>
+std::atomic<std::uint64_t>& countIn(Counts<Size>& counts, const QDomNode& node, uint nameHash = 0) noexcept
 {
-public:
-    void add(const QDomNode& node, uint nameHash = 0) noexcept
-    {
-        at(node, nameHash).fetch_add(1, std::memory_order_relaxed);
-    }
-    std::uint64_t of(const QDomNode& node, uint nameHash = 0) noexcept
-    {
-        return at(node, nameHash).load(std::memory_order_relaxed);
-    }
-
-private:
-    std::atomic<std::uint64_t>& at(const QDomNode& node, uint nameHash) noexcept
-    {
-        // Addresses and hashes that lie close together are spread by the multiplication; its high bits are
-        // the best.
-        constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
-        const auto address = reinterpret_cast<std::uintptr_t>(Handle::identityOf(node));
-        return m_counts[((address + nameHash * kOdd) * kOdd >> 32) % Size];
-    }
-
-    std::array<std::atomic<std::uint64_t>, Size> m_counts{};
-};
-
-// Many, since a loop changes the children of as many nodes as it meets.
-Counts<16384> ofChildren;
-Counts<16384> ofElements;
-Counts<256> ofContent;
+    // Addresses and hashes that lie close together are spread by the multiplication; its high bits are the
+    // best.
+    constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
+    const auto address = reinterpret_cast<std::uintptr_t>(Handle::identityOf(node));
+    return counts[((address + nameHash * kOdd) * kOdd >> 32) % Size];
+}
 
 /// The node after `node` in the subtree of `root`, in document order; null at the end.
 Handle nextInSubtree(const Handle& node, const QDomNode& root)
@@ -85,27 +72,27 @@ QVarLengthArray<uint, 16> namesIn(const QDomNode& root)
 
 ListWatch::ListWatch() noexcept
 {
-    watches.fetch_add(1, std::memory_order_relaxed);
+    ++watches;
 }
 
 ListWatch::~ListWatch()
 {
-    watches.fetch_sub(1, std::memory_order_relaxed);
+    --watches;
 }
 
 std::uint64_t changesOfChildren(const QDomNode& parent) noexcept
 {
-    return ofChildren.of(parent);
+    return countIn(ofChildren, parent);
 }
 
 std::uint64_t changesOfElements(const QString& name, const QDomNode& origin) noexcept
 {
-    return ofElements.of(origin, qHash(name)) + ofContent.of(origin);
+    return countIn(ofElements, origin, qHash(name)) + countIn(ofContent, origin);
 }
 
 bool areChangesCounted() noexcept
 {
-    return watches.load(std::memory_order_relaxed) != 0;
+    return watches != 0;
 }
 
 void noteChild(const QDomNode& node, const QDomNode& parent)
@@ -113,16 +100,16 @@ void noteChild(const QDomNode& node, const QDomNode& parent)
     if (!areChangesCounted())
         return;
     const auto names = namesIn(node);
-    ofChildren.add(parent);
+    ++countIn(ofChildren, parent);
     for (Handle above{QDomNode(parent)}; !above.isNull(); above = above.parentNode())
         for (const uint name : names)
-            ofElements.add(above, name);
+            ++countIn(ofElements, above, name);
 }
 
 void noteReplacedContent(const QDomDocument& document) noexcept
 {
-    ofChildren.add(document);
-    ofContent.add(document);
+    ++countIn(ofChildren, document);
+    ++countIn(ofContent, document);
 }
 
 } // namespace kelxml::guards

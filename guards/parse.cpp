@@ -43,11 +43,11 @@ bool parseWithin(const Prescan& seen, QDomDocument& document, Content&& content)
 QByteArray readUpToOneMoreThan(qint64 most, QIODevice& device)
 {
     constexpr qint64 kPiece = qint64{64} * 1024;
-    const qint64 usual = std::max(device.size() + 1, kPiece);
+    const qint64 atOnce = std::max(device.size(), kPiece);
     QByteArray bytes;
     QByteArray piece;
     do {
-        piece = device.read(std::min(usual, most + 1 - bytes.size()));
+        piece = device.read(std::min(atOnce, most + 1 - bytes.size()));
         bytes += piece;
     } while (!piece.isEmpty());
     return bytes;

@@ -1,4 +1,4 @@
-// The prescan of a string, and of the bytes of a file once they are decoded.
+// The prescan of a string, and of the bytes of a file as they are decoded.
 
 #include "guards/prescan.h"
 
@@ -6,6 +6,7 @@
 
 #include <QtCore/QBuffer>
 #include <QtXml/QXmlInputSource>
+#include <memory>
 
 // Deprecated, and still what QDomDocument reads a device through: no other class decodes as it does.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
@@ -16,21 +17,17 @@ namespace kelxml::guards
 namespace
 {
 
-/// \param bytes shared, not copied
-QString decoded(QByteArray bytes)
+/// \param bytes are decoded as they are asked for
+CharacterStream::NextPiece piecesOf(const QByteArray& bytes)
 {
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QXmlInputSource source(&buffer);
-    QString text;
-    text.reserve(bytes.size());
-    QString piece;
-    do {
-        source.fetchData();
-        piece = source.data();
-        text += piece;
-    } while (!piece.isEmpty());
-    return text;
+    const auto buffer = std::make_shared<QBuffer>();
+    buffer->setData(bytes);
+    buffer->open(QIODevice::ReadOnly);
+    const auto source = std::make_shared<QXmlInputSource>(buffer.get());
+    return [buffer, source] {
+        source->fetchData();
+        return source->data();
+    };
 }
 
 } // namespace
@@ -42,7 +39,14 @@ Prescan prescan(const QString& text)
 
 Prescan prescan(const QByteArray& bytes)
 {
-    return prescan(decoded(bytes));
+    const auto length = [&bytes] {
+        qint64 sum = 0;
+        const auto next = piecesOf(bytes);
+        for (QString piece = next(); !piece.isEmpty(); piece = next())
+            sum += piece.size();
+        return sum;
+    };
+    return Prescanner(piecesOf(bytes), length).document();
 }
 
 } // namespace kelxml::guards

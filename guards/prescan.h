@@ -27,7 +27,7 @@ struct Prescan
 /// and values of entities nothing is kept.
 Prescan prescan(const QString& text);
 
-/// Of the characters that the parser will see: the same input source decodes them, all at once.
+/// Of the characters that the parser will see, decoded by the same input source.
 Prescan prescan(const QByteArray& bytes);
 
 } // namespace kelxml::guards

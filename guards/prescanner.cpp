@@ -202,6 +202,10 @@ bool Prescanner::splice(QStringView text, bool literal)
 bool Prescanner::addEntityText(qint64 length)
 {
     m_entityText += length;
+    if (m_entityText > m_maxEntityText && m_length) {
+        m_maxEntityText = std::max(m_maxEntityText, kMaxEntityAmplification * m_length());
+        m_length = nullptr;
+    }
     return m_entityText <= m_maxEntityText || beyond();
 }
 

@@ -12,7 +12,8 @@
 
 #include <QtCore/QMap>
 #include <QtCore/QString>
-#include <algorithm>
+#include <functional>
+#include <utility>
 
 namespace kelxml::guards
 {
@@ -20,10 +21,13 @@ namespace kelxml::guards
 class Prescanner
 {
 public:
-    /// \param text outlives this
-    explicit Prescanner(QStringView text)
-        : m_in(text),
-          m_maxEntityText(std::max(kEntityActivationThreshold, kMaxEntityAmplification * qint64{text.size()}))
+    /// \param length answers the length of the whole document; asked for only where it matters
+    Prescanner(CharacterStream::NextPiece nextPiece, std::function<qint64()> length)
+        : m_in(std::move(nextPiece)), m_length(std::move(length))
+    {}
+    explicit Prescanner(const QString& text)
+        : Prescanner([rest = text]() mutable { return std::exchange(rest, {}); },
+                     [text] { return text.size(); })
     {}
 
     Prescan document();
@@ -38,8 +42,8 @@ private:
         Kind kind = Kind::General;
     };
 
-    // All of these take the characters of one construct, whose first ones were taken already, and say whether
-    // the walk goes on: not when the parser stops here, and not when a bound is passed.
+    // These take the characters of one construct, whose first ones were taken already. Most say whether the
+    // walk goes on: not when the parser stops here, and not when a bound is passed.
     bool prolog();
     void content(bool toTheEnd);
     bool markup();
@@ -76,13 +80,14 @@ private:
 
     CharacterStream m_in;
     QMap<QString, Entity> m_entities; // no hash: names that all collide could be sent
-    QString m_name;                   // of a reference; here to be allocated once
+    QString m_name;                   // or number of a reference; here to be allocated once
     qsizetype m_longestName = 0;      // no reference to a longer one leads anywhere
     int m_generalEntities = 0;        // those with a value; not the external ones
     int m_parameterEntities = 0;
     int m_declarations = 0;
     qint64 m_entityText = 0;
-    const qint64 m_maxEntityText;
+    qint64 m_maxEntityText = kEntityActivationThreshold;
+    std::function<qint64()> m_length;
     int m_depth = 0;
     int m_nesting = 0;
     bool m_within = true;

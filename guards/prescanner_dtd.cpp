@@ -162,11 +162,11 @@ bool Prescanner::characterReference(QString& value)
     const int base = c == u'x' ? 16 : 10;
     if (base == 16)
         c = m_in.get();
-    QString digits;
+    m_name.resize(0);
     for (; isDigit(c); c = m_in.get())
-        digits += QChar(c);
+        m_name += QChar(c);
     bool isNumber = false;
-    const auto character = static_cast<char16_t>(digits.toUInt(&isNumber, base));
+    const auto character = static_cast<char16_t>(m_name.toUInt(&isNumber, base));
     if (c != u';' || !isNumber)
         return false;
     addToValue(value, QStringView(&character, 1));

@@ -39,7 +39,7 @@ bool canBeSaved(const QDomDocument& document)
 {
     // A tree of any depth can be saved on a usual stack; only on a small one is the depth looked at.
     const int depth = depthThatCanBeSaved();
-    return depth >= kMaxNodeDepth || isWithin(document, depth);
+    return depth == kMaxNodeDepth || isWithin(document, depth);
 }
 
 void save(const QDomDocument& document, QFile& file)

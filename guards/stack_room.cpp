@@ -3,6 +3,8 @@
 
 #include "guards/stack_room.h"
 
+#include "guards/limits.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
@@ -72,7 +74,7 @@ Stack stackOfThread()
     return {low + guard, low + size};
 }
 
-/// The bytes that a recursion may use, of which `wanted` may be asked for.
+/// The bytes that a recursion may use, `wanted` at the most.
 std::size_t roomFor(std::size_t wanted)
 {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
@@ -86,7 +88,7 @@ std::size_t roomFor(std::size_t wanted)
         known = found.holds(here) ? found : Stack();
     }
     const std::size_t all = known.holds(here) ? here - known.low : kUnknownStack;
-    return all - std::min(all, kReserve);
+    return std::min(all - std::min(all, kReserve), wanted);
 }
 
 } // namespace
@@ -94,12 +96,12 @@ std::size_t roomFor(std::size_t wanted)
 bool hasRoomToParse(int nesting)
 {
     const std::size_t wanted = static_cast<std::size_t>(nesting) * kParseBytesPerLevel;
-    return roomFor(wanted) >= wanted;
+    return roomFor(wanted) == wanted;
 }
 
 int depthThatCanBeSaved()
 {
-    return static_cast<int>(roomFor(kMostOfFirstStack) / kSaveBytesPerLevel);
+    return static_cast<int>(roomFor(kMaxNodeDepth * kSaveBytesPerLevel) / kSaveBytesPerLevel);
 }
 
 } // namespace kelxml::guards

@@ -10,7 +10,7 @@ namespace kelxml::guards
 /// was no memory to ask
 bool hasRoomToParse(int nesting);
 
-/// How many nodes below one another Qt can save. \throw as above
+/// How many nodes below one another Qt can save, `kMaxNodeDepth` at the most. \throw as above
 int depthThatCanBeSaved();
 
 } // namespace kelxml::guards

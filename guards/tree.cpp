@@ -28,11 +28,6 @@ Handle topOf(const QDomNode& node)
     return top;
 }
 
-void countDocumentChange() noexcept
-{
-    changes.fetch_add(1, std::memory_order_relaxed);
-}
-
 /// Puts a node without a parent in the place of a fresh child of a fresh element and takes it out again:
 /// `replaceChild` overwrites its links without following them, and it comes out belonging to `home`.
 void moveInto(QDomDocument home, const QDomNode& top)
@@ -76,21 +71,20 @@ using Adoption = std::tuple<const void*, const void*, std::uint64_t, std::uint64
 
 Adoption adoptionNow(const QDomNode& top, const QDomNode& home)
 {
-    return {Handle::identityOf(top), Handle::identityOf(home), documentChanges(),
-            newNodes.load(std::memory_order_relaxed)};
+    return {Handle::identityOf(top), Handle::identityOf(home), changes, newNodes};
 }
 
 /// Makes both trees fit to be touched, and counts when their documents differ.
 void prepareMeeting(const NodeRef& parent, const NodeRef& child)
 {
     if (parent.document.living() != child.document.living())
-        countDocumentChange();
+        ++changes;
     if (documentChanges() == 0)
         return;
     adopt(parent);
     adopt(child);
     if (parent.node.ownerDocument() != child.node.ownerDocument())
-        countDocumentChange();
+        ++changes;
 }
 
 void adoptBeforeNewNodes(const NodeRef& node)
@@ -197,19 +191,19 @@ void adopt(const NodeRef& node)
     if (last == adoptionNow(top, home))
         return;
     moveInto(home, top);
-    countDocumentChange();
+    ++changes;
     last = adoptionNow(top, home);
 }
 
 void noteNewNodes() noexcept
 {
     if (documentChanges() != 0)
-        newNodes.fetch_add(1, std::memory_order_relaxed);
+        ++newNodes;
 }
 
 std::uint64_t documentChanges() noexcept
 {
-    return changes.load(std::memory_order_relaxed);
+    return changes;
 }
 
 } // namespace kelxml::guards

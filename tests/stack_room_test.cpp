@@ -43,13 +43,16 @@ struct StackRoom : DomTest
         return Bstr(keltest::expand("{<a>}t{</a>}", depth).toStdWString().c_str());
     }
 
-    /// Copies, reads and saves; a refusal must leave an existing file as it was. \return whether it was saved
+    /// Copies, reads, appends and saves; a refusal must leave an existing file as it was. \return whether it was saved
     bool use(const ComPtr<IXMLDOMDocument>& document)
     {
         ComPtr<IXMLDOMNode> copy;
         EXPECT_EQ(S_OK, rootOf(document)->cloneNode(1, copy.put()));
         EXPECT_EQ(L"t", kel::textOf(*copy));
-        EXPECT_EQ(S_OK, newDocument()->appendChild(copy.get(), nullptr));
+        const auto other = newDocument();
+        create(*other, NODE_ELEMENT, L"e"); // with which there is a tree
+        append(*other, *copy);
+        EXPECT_TRUE(firstChildOf(*other));
         const QString path = pathOf("there.xml");
         write(path, "there");
         const bool isSaved = save(*document, path) == S_OK;
