@@ -9,7 +9,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     kelfuzz::Choices choices(data, size);
     model::CallMachine machine([&choices](std::size_t limit) { return choices.below(limit); });
     // The rest of the bytes is for the machine's end, when it releases what it holds.
-    while (choices.left() > size / 8)
+    while (choices.remaining_bytes() > size / 8)
         machine.step();
     return 0;
 }

@@ -101,7 +101,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     const auto release = [&] { objects.erase(objects.begin() + choices.below(objects.size())); };
     // The rest of the bytes is for the end.
-    while (choices.left() > size / 8) {
+    while (choices.remaining_bytes() > size / 8) {
         const ComPtr<IDispatch> object = choices.of(objects);
         makeCall(*object, choices, objects);
         if (objects.size() > kMostObjects || (objects.size() > 2 && choices.oneIn(8)))

@@ -16,7 +16,6 @@ struct Choices : FuzzedDataProvider
 {
     using FuzzedDataProvider::FuzzedDataProvider;
 
-    std::size_t left() { return remaining_bytes(); }
     unsigned below(std::size_t limit)
     {
         const auto last = static_cast<unsigned>(limit) - 1;

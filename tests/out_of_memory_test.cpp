@@ -40,7 +40,6 @@ public:
             m_free(m_place);
     }
     Out(const Out&) = delete;
-    Out& operator=(const Out&) = delete;
 
     template <class Type>
     operator Type*()
@@ -218,8 +217,7 @@ TEST_F(OutOfMemory, WithoutAPlaceOrMemoryCallsAnswerTouchNoOutputAndLeaveNothing
 /// there Qt makes more objects.
 int deathsIn(const std::function<void()>& work, Lack lack)
 {
-    int deaths = 0;
-    int status = 1;
+    int deaths = 0, status = 1;
     for (std::size_t nth = 1; status != 0; nth += nth < 64 ? 1 : nth / 8) {
         const pid_t child = fork();
         if (child == 0) {

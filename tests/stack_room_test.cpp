@@ -43,7 +43,8 @@ struct StackRoom : DomTest
         return Bstr(keltest::expand("{<a>}t{</a>}", depth).toStdWString().c_str());
     }
 
-    /// Copies, reads, appends and saves; a refusal must leave an existing file as it was. \return whether it was saved
+    /// Copies, reads, appends and saves; a refusal must leave an existing file as it was. \return whether it
+    /// was saved
     bool use(const ComPtr<IXMLDOMDocument>& document)
     {
         ComPtr<IXMLDOMNode> copy;
@@ -89,8 +90,7 @@ TEST_F(StackRoom, EveryStackGetsTheResultOrARefusalAtEveryDepth)
     for (const auto& least : kLeast) {
         auto deepest = documentOf(nested(2048).c_str()); // on a large stack
         onStackOf(least.kib * 1024, [&] {
-            int deepestLoaded = 0;
-            int deepestSaved = 0;
+            int deepestLoaded = 0, deepestSaved = 0;
             for (int depth = least.from; depth <= 2049; depth += depth < 64 || depth == 2048 ? 1 : 31) {
                 const auto document = newDocument();
                 if (document->loadXML(nested(depth).get(), nullptr) == S_OK) {

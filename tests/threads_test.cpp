@@ -22,8 +22,7 @@ struct Threads : DomTest
         model::CallMachine machine(
             [&](std::size_t limit) { return static_cast<unsigned>(random() % limit); });
         const QString path = pathOf(std::to_string(number).c_str());
-        GUID own{};
-        own.Data4[0] = static_cast<BYTE>(number);
+        const GUID own{number, 0, 0, {}};
         for (int round = 0; round < 50; ++round) {
             for (int call = 0; call < 20; ++call)
                 EXPECT_NO_THROW(machine.step());
