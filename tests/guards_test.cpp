@@ -101,15 +101,16 @@ TEST_F(Guards, ANodeAtTheAddressOfOneThatWasAdoptedIsNotTakenForIt)
     const auto home = documentOf(L"<h/>");
     auto other = documentOf(L"<x/>");
     const auto node = create(*home, NODE_ELEMENT, L"n");
-    append(*firstChildOf(*other), *node);                          // the documents have met
-    create(*home, NODE_ELEMENT, L"n")->put_text(Bstr(L"t").get()); // adopted, and freed
+    const auto child = create(*home, NODE_ELEMENT, L"z");
+    append(*firstChildOf(*other), *node);       // the documents have met
+    listOf(*create(*home, NODE_ELEMENT, L"n")); // adopted, and freed
     ComPtr<IXMLDOMNode> copy;
     node->cloneNode(VARIANT_FALSE, copy.put()); // where that was; it belongs to the other document
     other.reset();
     std::vector<std::string> zeros;
     for (std::size_t count = 0; count < 6000; ++count)
         zeros.emplace_back(16 + count % 60 * 16, '\0');
-    append(*copy, *create(*home, NODE_ELEMENT, L"z"));
+    append(*copy, *child);
     EXPECT_EQ(L"z", nameOf(*firstChildOf(*copy)));
 }
 
