@@ -29,6 +29,7 @@ struct Extent
         elements += node.isElement() ? 1 : 0;
         ++nodes;
     }
+    bool fits(Extent most) const { return elements <= most.elements && nodes <= most.nodes; }
 };
 
 constexpr Extent kMost{kMaxElementDepth, kMaxNodeDepth};
@@ -56,7 +57,7 @@ bool staysWithin(const QDomNode& root, Extent above, Extent most)
     QVarLengthArray<Step, 32> open; // of most subtrees nothing
     const auto enter = [&](const QDomNode& node, Extent path) {
         path.add(node);
-        const bool hasRoomForLeaf = path.elements < most.elements && path.nodes < most.nodes;
+        const bool hasRoomForLeaf = Extent{path.elements + 1, path.nodes + 1}.fits(most);
         for (Handle child = node.firstChild(); !child.isNull(); child = child.nextSibling())
             if (child.hasChildNodes() || withAttributes || !hasRoomForLeaf)
                 open.push_back({child, path});
@@ -64,7 +65,7 @@ bool staysWithin(const QDomNode& root, Extent above, Extent most)
         for (int index = 0; index < attributes.length(); ++index)
             if (!isPlainAttribute(attributes.item(index)))
                 open.push_back({attributes.item(index), path});
-        return path.elements <= most.elements && path.nodes <= most.nodes;
+        return path.fits(most);
     };
     bool isWithin = enter(root, above);
     while (isWithin && !open.isEmpty()) {

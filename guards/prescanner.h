@@ -98,11 +98,6 @@ inline bool isSpace(char16_t c)
     return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r';
 }
 
-inline bool isNoSpace(char16_t c)
-{
-    return !isSpace(c);
-}
-
 inline bool isQuote(char16_t c)
 {
     return c == u'"' || c == u'\'';

@@ -10,13 +10,14 @@ namespace
 
 struct Guards : DomTest
 {
-    /// A chain of elements, each the only child of the one before. \return its top and its bottom
-    static std::pair<ComPtr<IXMLDOMNode>, ComPtr<IXMLDOMNode>> chainOf(int length, IXMLDOMDocument& document)
+    /// A chain of nodes, each the only child of the one before. \return its top and its bottom
+    static std::pair<ComPtr<IXMLDOMNode>, ComPtr<IXMLDOMNode>> chainOf(int length, IXMLDOMDocument& document,
+                                                                       LONG type = NODE_ELEMENT)
     {
-        const auto top = create(document, NODE_ELEMENT, L"e");
+        const auto top = create(document, type, L"e");
         auto bottom = top;
         while (--length > 0)
-            bottom = append(*bottom, *create(document, NODE_ELEMENT, L"e"));
+            bottom = append(*bottom, *create(document, type, L"e"));
         return {top, bottom};
     }
     /// Whether a node without a parent gets this one.
@@ -66,6 +67,11 @@ TEST_F(Guards, WhatAttributesHoldCountsForTheDepthAsWell)
     const auto [high, place] = chainOf(1000, *document);
     EXPECT_FALSE(takes(*place, *carrier));
     EXPECT_TRUE(takes(*parentOf(*place), *carrier));
+
+    const auto last = create(*document, NODE_ATTRIBUTE, L"x");
+    const auto [highest, lowest] = chainOf(kBound + 1, *document, NODE_ATTRIBUTE);
+    EXPECT_TRUE(takes(*lowest, *last)) << "two more than elements";
+    EXPECT_FALSE(takes(*last, *create(*document, NODE_ATTRIBUTE, L"x")));
 }
 
 TEST_F(Guards, RingsDocumentsAndPlacedAttributesAreNotAppended)
