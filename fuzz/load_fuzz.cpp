@@ -11,8 +11,6 @@
 
 using namespace kelxml::guards;
 using namespace kelfuzz;
-using kel::Bstr;
-using kel::Variant;
 
 namespace
 {
@@ -29,7 +27,7 @@ void compare(Load load, const Prescan& seen, Content&& content, qint64 length, c
     const bool hasEntities = text.isNull() || text.contains(QLatin1String("<!EN"));
     require(seen.within || hasEntities || length > kMaxNesting);
     const auto document = kel::newDocument();
-    const Bstr earlier(L"<earlier/>");
+    const kel::Bstr earlier(L"<earlier/>");
     require(document->loadXML(earlier.get(), nullptr) == S_OK);
     QDomDocument direct;
     require(direct.setContent(QStringLiteral("<earlier/>")));
@@ -46,14 +44,14 @@ void compare(Load load, const Prescan& seen, Content&& content, qint64 length, c
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<int>(size));
-    const Bstr xml(QString::fromUtf8(bytes).toStdWString().c_str());
+    const kel::Bstr xml(QString::fromUtf8(bytes).toStdWString().c_str());
     const QString text = QString::fromUcs4(reinterpret_cast<const char32_t*>(xml.c_str()));
     if (!text.isEmpty())
         compare([&xml](auto& document, auto* success) { return document.loadXML(xml.get(), success); },
                 prescan(text), text, text.size(), text);
 
     write(filePath(), bytes);
-    const Variant path(filePath().toStdWString());
+    const kel::Variant path(filePath().toStdWString());
     QBuffer buffer(&bytes);
     require(buffer.open(QIODevice::ReadOnly));
     compare([&path](auto& document, auto* success) { return document.load(path.get(), success); },

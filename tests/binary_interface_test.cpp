@@ -18,9 +18,8 @@ namespace
 
 using namespace own_host;
 
-class BinaryInterface : public testing::Test
+struct BinaryInterface : testing::Test
 {
-protected:
     void SetUp() override
     {
         m_library = dlopen(KEL_LIBRARY, RTLD_NOW);

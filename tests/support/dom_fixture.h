@@ -35,9 +35,8 @@ struct OneOfEach
     }
 };
 
-class DomTest : public testing::Test
+struct DomTest : testing::Test
 {
-protected:
     static void SetUpTestSuite()
     {
         DllMain(nullptr, 1, nullptr);
@@ -119,8 +118,7 @@ protected:
         return document.save(Variant(path.toStdWString()).get());
     }
 
-private:
-    QTemporaryDir m_directory;
+    const QTemporaryDir m_directory;
 };
 
 /// Runs `scenario` twice. \return what the second run, which finds every lazy start done, leaves live
