@@ -14,6 +14,8 @@ bool CharacterStream::refill()
     if (m_span.at == m_span.end) {
         m_piece = m_nextPiece();
         m_span = of(m_piece, false);
+        if (m_piece.isEmpty())
+            finish();
     }
     return m_span.at != m_span.end;
 }

@@ -6,7 +6,6 @@
 #include "guards/limits.h"
 
 #include <QtCore/QVarLengthArray>
-#include <QtXml/QDomElement>
 #include <QtXml/QDomNamedNodeMap>
 
 #include <atomic>
@@ -54,7 +53,7 @@ struct Step
 bool staysWithin(const QDomNode& root, Extent above, Extent most)
 {
     const bool withAttributes = attributesHoldTrees.load(std::memory_order_relaxed);
-    QVarLengthArray<Step, 32> open; // of most subtrees nothing
+    QVarLengthArray<Step, 32> open; // leaves are not kept, and most subtrees hold little else
     const auto enter = [&](const QDomNode& node, Extent path) {
         path.add(node);
         const bool hasRoomForLeaf = Extent{path.elements + 1, path.nodes + 1}.fits(most);

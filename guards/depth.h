@@ -9,7 +9,8 @@ namespace kelxml::guards
 {
 
 /// Whether `child` can be appended to `parent`: no node would come to stand below itself, and no path
-/// would become too long. Takes time in the depth of `parent` and in the size of `child`.
+/// would become too long. Takes time in the depth of `parent` and in the size of `child`. \throw
+/// std::bad_alloc
 bool fitsBelow(const QDomNode& parent, const QDomNode& child);
 
 /// Whether no more than `depth` nodes stand on any path from `root` down, itself included.

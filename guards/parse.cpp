@@ -43,13 +43,9 @@ bool parseWithin(const Prescan& seen, QDomDocument& document, Content&& content)
 QByteArray readUpToOneMoreThan(qint64 most, QIODevice& device)
 {
     constexpr qint64 kPiece = qint64{64} * 1024;
-    const qint64 atOnce = std::max(device.size(), kPiece);
-    QByteArray bytes;
-    QByteArray piece;
-    do {
-        piece = device.read(std::min(atOnce, most + 1 - bytes.size()));
-        bytes += piece;
-    } while (!piece.isEmpty());
+    QByteArray bytes = device.read(std::min(std::max(device.size(), kPiece), most + 1));
+    for (QByteArray piece = bytes; !piece.isEmpty(); bytes += piece)
+        piece = device.read(std::min(kPiece, most + 1 - bytes.size()));
     return bytes;
 }
 

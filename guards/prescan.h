@@ -23,8 +23,8 @@ struct Prescan
 
 /// Both follow the parser's own way through the text, not the XML standard's: every entity reference is a
 /// splice of characters, wherever the value's markup begins and ends. They stop where the parser is sure to
-/// stop, so malformed text is the parser's to refuse. Time is linear in the length of the text; beside names
-/// and values of entities nothing is kept.
+/// stop, so malformed text is the parser's to refuse, and behind the document element. Time is linear in the
+/// length of the text; beside names and values of entities, and one number, nothing is kept.
 Prescan prescan(const QString& text);
 
 /// Of the characters that the parser will see, decoded by the same input source.

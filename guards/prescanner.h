@@ -1,8 +1,8 @@
 // One walk through a text as `QXmlSimpleReader` of Qt 5.15 takes it, counting what the bounds are about.
 //
 // The scanner accepts more than the parser: where the parser is sure to report an error and stop, the scanner
-// may stop too, and where it is not sure it goes on as if there were none. So at every character that the
-// parser gets to, both are in the same place of the grammar.
+// may stop too, and where it is not sure it goes on as if there were none. So up to the end of the document
+// element, at every character that the parser gets to, both are in the same place of the grammar.
 
 #pragma once
 

@@ -95,7 +95,8 @@ std::size_t roomFor(std::size_t wanted)
 
 bool hasRoomToParse(int nesting)
 {
-    const std::size_t wanted = static_cast<std::size_t>(nesting) * kParseBytesPerLevel;
+    // Without an element the parser takes its reserve all the same.
+    const std::size_t wanted = static_cast<std::size_t>(std::max(nesting, 1)) * kParseBytesPerLevel;
     return roomFor(wanted) == wanted;
 }
 

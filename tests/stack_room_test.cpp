@@ -82,6 +82,13 @@ TEST_F(StackRoom, APassingShortageRefusesNothingAndIsNotRemembered)
 
 TEST_F(StackRoom, EveryStackGetsTheResultOrARefusalAtEveryDepth)
 {
+    const auto kept = documentOf(L"<kept/>");
+    onStackOf(256 * 1024, [&kept] {
+        volatile char used[216 * 1024] = {};
+        EXPECT_EQ(S_FALSE, kept->loadXML(Bstr(L"<!--k-->").get(), nullptr) + used[0]);
+    });
+    EXPECT_EQ(L"kept", nameOf(*rootOf(kept))) << "at no depth, there was no room for the rest";
+
     struct
     {
         unsigned kib;

@@ -2,8 +2,9 @@
 
 #pragma once
 
+#include "support/require.h"
+
 #include <QtCore/QStringList>
-#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -16,12 +17,10 @@ template <class Use>
 void forEachLine(const char* name, Use use)
 {
     std::ifstream file(name);
-    std::size_t used = 0;
+    require(file.is_open());
     for (std::string line; std::getline(file, line);)
         if (!line.empty() && line[0] != '#')
-            use(std::istringstream(line)), ++used;
-    if (used == 0)
-        std::abort();
+            use(std::istringstream(line));
 }
 
 /// `{piece}` stands for n pieces, `{piece|7}` for 7 and `{piece|-7}` for n - 7; `@` for a piece's number.
