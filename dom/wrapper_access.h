@@ -51,30 +51,38 @@ struct WrapperAccess
         handle = noHandle;
     }
 
-    /// The Qt handle stands in the same place in all four node-like classes.
     template <class Wrapper>
-    static constexpr bool nodeLayoutHolds()
+    static constexpr bool layoutHolds()
     {
         return offsetof(Wrapper, m_refCount) == 64 && offsetof(Wrapper, m_node) == 72 &&
                offsetof(Wrapper, m_ownerDocument) == 80 && offsetof(Wrapper, m_document) == 88;
     }
-    static constexpr bool layoutsHold()
+    static constexpr bool documentLayoutHolds()
     {
-        using Document = CMorvXMLDOMDocument;
-        using List = CMorvXMLDOMNodeList;
-        using Map = CMorvXMLDOMNamedNodeMap;
-        return nodeLayoutHolds<CMorvXMLDOMNode>() && nodeLayoutHolds<CMorvXMLDOMElement>() &&
-               nodeLayoutHolds<CMorvXMLDOMAttribute>() && offsetof(Document, m_refCount) == 64 &&
-               offsetof(Document, m_document) == 72 && offsetof(Document, m_documentElement) == 80 &&
-               sizeof(Document) == 88 && offsetof(List, m_refCount) == 64 && offsetof(List, m_list) == 72 &&
-               offsetof(List, m_cursor) == 80 && offsetof(List, m_ownerDocument) == 88 &&
-               offsetof(List, m_document) == 96 && offsetof(Map, m_refCount) == 64 &&
-               offsetof(Map, m_map) == 72 && offsetof(Map, m_ownerDocument) == 80 &&
-               offsetof(Map, m_document) == 88;
+        using T = CMorvXMLDOMDocument;
+        return offsetof(T, m_refCount) == 64 && offsetof(T, m_document) == 72 &&
+               offsetof(T, m_documentElement) == 80 && sizeof(T) == 88;
+    }
+    static constexpr bool listLayoutHolds()
+    {
+        using T = CMorvXMLDOMNodeList;
+        return offsetof(T, m_refCount) == 64 && offsetof(T, m_list) == 72 && offsetof(T, m_cursor) == 80 &&
+               offsetof(T, m_ownerDocument) == 88 && offsetof(T, m_document) == 96;
+    }
+    static constexpr bool mapLayoutHolds()
+    {
+        using T = CMorvXMLDOMNamedNodeMap;
+        return offsetof(T, m_refCount) == 64 && offsetof(T, m_map) == 72 &&
+               offsetof(T, m_ownerDocument) == 80 && offsetof(T, m_document) == 88;
     }
 };
 
-static_assert(WrapperAccess::layoutsHold(), "other binaries rely on where the members stand");
+static_assert(WrapperAccess::layoutHolds<CMorvXMLDOMNode>() &&
+                  WrapperAccess::layoutHolds<CMorvXMLDOMElement>() &&
+                  WrapperAccess::layoutHolds<CMorvXMLDOMAttribute>() && WrapperAccess::documentLayoutHolds(),
+              "the Qt handle stands in the same place in all four node-like classes");
+static_assert(WrapperAccess::listLayoutHolds() && WrapperAccess::mapLayoutHolds(),
+              "member order of the collections");
 #pragma GCC diagnostic pop
 
 template <class Wrapper>

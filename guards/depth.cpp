@@ -61,9 +61,11 @@ bool staysWithin(const QDomNode& root, Extent above, Extent most)
             if (child.hasChildNodes() || withAttributes || !hasRoomForLeaf)
                 open.push_back({child, path});
         const QDomNamedNodeMap attributes = withAttributes ? node.attributes() : QDomNamedNodeMap();
-        for (int index = 0; index < attributes.length(); ++index)
-            if (!isPlainAttribute(attributes.item(index)))
-                open.push_back({attributes.item(index), path});
+        for (int index = 0; index < attributes.length(); ++index) {
+            Handle attribute = attributes.item(index);
+            if (!isPlainAttribute(attribute))
+                open.push_back({std::move(attribute), path});
+        }
         return path.fits(most);
     };
     bool isWithin = enter(root, above);

@@ -3,7 +3,6 @@
 #include "guards/prescanner.h"
 
 #include <algorithm>
-#include <functional>
 
 namespace kelxml::guards
 {
@@ -37,7 +36,7 @@ Prescan Prescanner::value()
 // Up to the document element's start tag. The parser takes a second document type declaration like a first.
 bool Prescanner::prolog()
 {
-    while (m_in.takeUntil(std::not_fn(isSpace)) == u'<') {
+    while (firstNoSpace() == u'<') {
         char16_t c = m_in.get();
         if (c == u'!') {
             c = m_in.get();

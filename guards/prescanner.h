@@ -18,6 +18,16 @@
 namespace kelxml::guards
 {
 
+inline bool isSpace(char16_t c)
+{
+    return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r';
+}
+
+inline bool isQuote(char16_t c)
+{
+    return c == u'"' || c == u'\'';
+}
+
 class Prescanner
 {
 public:
@@ -70,6 +80,7 @@ private:
     template <char16_t... Stops>
     char16_t seekUnquoted(bool (Prescanner::*quoted)(char16_t quote));
 
+    char16_t firstNoSpace() { return m_in.takeUntil(std::not_fn(isSpace)); }
     bool referenceName(QString& name);
     bool declare(const QString& name, const QString& text, Kind kind);
     const Entity* find(const QString& name, Kind kind) const;
@@ -92,16 +103,6 @@ private:
     int m_nesting = 0;
     bool m_within = true;
 };
-
-inline bool isSpace(char16_t c)
-{
-    return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r';
-}
-
-inline bool isQuote(char16_t c)
-{
-    return c == u'"' || c == u'\'';
-}
 
 /// What cannot stand in a reference; the parser reports an error.
 inline bool breaksReference(char16_t c)

@@ -3,7 +3,6 @@
 #include "guards/prescanner.h"
 
 #include <algorithm>
-#include <functional>
 
 namespace kelxml::guards
 {
@@ -28,7 +27,7 @@ bool Prescanner::documentType()
 bool Prescanner::internalSubset()
 {
     for (;;) {
-        const char16_t c = m_in.takeUntil(std::not_fn(isSpace));
+        const char16_t c = firstNoSpace();
         if (c == u']')
             return true;
         if (!(c == u'%' ? parameterReference(false) : c == u'<' && declaration()))
@@ -82,17 +81,17 @@ bool Prescanner::entityDeclaration()
     if (++m_declarations > kMaxEntityDeclarations)
         return beyond();
     m_in.takeUntil(isSpace);
-    char16_t c = m_in.takeUntil(std::not_fn(isSpace));
+    char16_t c = firstNoSpace();
     const bool parameter = c == u'%';
     if (parameter)
-        c = m_in.takeUntil(std::not_fn(isSpace));
+        c = firstNoSpace();
     QString name{QChar(c)};
     const auto endsName = [](char16_t x) { return isSpace(x) || isQuote(x) || x == u'>' || x == u'<'; };
     while ((c = m_in.get()) != CharacterStream::kEnd && !endsName(c))
         name += QChar(c);
     if (!isSpace(c))
         return false;
-    c = m_in.takeUntil(std::not_fn(isSpace));
+    c = firstNoSpace();
     if (!isQuote(c))
         return declare(name, {}, Kind::External) && seekUnquoted<u'>'>(&Prescanner::systemLiteral) == u'>';
 

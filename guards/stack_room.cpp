@@ -74,8 +74,8 @@ Stack stackOfThread()
     return {low + guard, low + size};
 }
 
-/// The bytes that a recursion may use, `wanted` at the most.
-std::size_t roomFor(std::size_t wanted)
+/// The bytes that are free. \param wanted of them, beside the reserve
+std::size_t freeStack(std::size_t wanted)
 {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
     // Only a stack that was found is remembered: what keeps the system from telling may pass. Before much is
@@ -87,22 +87,22 @@ std::size_t roomFor(std::size_t wanted)
         const Stack found = first.holds(here) ? first : isOfThread ? known : stackOfThread();
         known = found.holds(here) ? found : Stack();
     }
-    const std::size_t all = known.holds(here) ? here - known.low : kUnknownStack;
-    return std::min(all - std::min(all, kReserve), wanted);
+    return known.holds(here) ? here - known.low : kUnknownStack;
 }
 
 } // namespace
 
 bool hasRoomToParse(int nesting)
 {
-    // Without an element the parser takes its reserve all the same.
-    const std::size_t wanted = static_cast<std::size_t>(std::max(nesting, 1)) * kParseBytesPerLevel;
-    return roomFor(wanted) == wanted;
+    const std::size_t wanted = static_cast<std::size_t>(nesting) * kParseBytesPerLevel;
+    return freeStack(wanted) >= wanted + kReserve;
 }
 
 int depthThatCanBeSaved()
 {
-    return static_cast<int>(roomFor(kMaxNodeDepth * kSaveBytesPerLevel) / kSaveBytesPerLevel);
+    constexpr std::size_t kMost = kMaxNodeDepth * kSaveBytesPerLevel;
+    const std::size_t room = std::clamp(freeStack(kMost), kReserve, kReserve + kMost) - kReserve;
+    return static_cast<int>(room / kSaveBytesPerLevel);
 }
 
 } // namespace kelxml::guards
