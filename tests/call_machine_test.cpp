@@ -3,8 +3,6 @@
 #include "support/call_machine.h"
 #include "support/dom_fixture.h"
 
-#include <random>
-
 namespace
 {
 
@@ -12,9 +10,7 @@ using CallSequences = DomTest;
 
 void run(unsigned seed, std::size_t documents)
 {
-    std::mt19937 random(seed);
-    model::CallMachine machine([&](std::size_t limit) { return static_cast<unsigned>(random() % limit); },
-                               documents);
+    model::CallMachine machine(randomChoice(seed), documents);
     for (int call = 0; call < 100; ++call)
         ASSERT_NO_THROW(machine.step()) << "seed " << seed << ", call " << call;
 }

@@ -4,8 +4,6 @@
 #include "support/dom_fixture.h"
 #include "support/filer_calls.h"
 
-#include <random>
-
 using namespace filer_calls;
 
 namespace
@@ -81,8 +79,7 @@ TEST_F(FilerTest, OperationWithoutAnOpenFileAnswersTheSameWritesNothingAndQtWarn
 TEST_F(FilerTest, AnyOrderOfCallsWritesWhatQtWritesAndAnotherParserReadsAnElementBack)
 {
     for (unsigned seed = 0; seed < 300; ++seed) {
-        std::mt19937 random(seed);
-        Writers writers(m_path, [&](std::size_t limit) { return static_cast<unsigned>(random() % limit); });
+        Writers writers(m_path, randomChoice(seed));
         ASSERT_NO_THROW(writers.compare()) << "seed " << seed;
     }
     EXPECT_EQ(messages, QStringList());

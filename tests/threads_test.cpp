@@ -6,7 +6,6 @@
 #include "support/dom_fixture.h"
 #include "support/type_library_file.h"
 
-#include <random>
 #include <thread>
 #include <vector>
 
@@ -18,9 +17,7 @@ struct Threads : DomTest
     /// Makes random calls, calls by name, and registers anew, over and over.
     void work(unsigned number, ITypeInfo& shared)
     {
-        std::mt19937 random(number);
-        model::CallMachine machine(
-            [&](std::size_t limit) { return static_cast<unsigned>(random() % limit); });
+        model::CallMachine machine(randomChoice(number));
         const QString path = pathOf(std::to_string(number).c_str());
         const GUID own{number, 0, 0, {}};
         for (int round = 0; round < 50; ++round) {

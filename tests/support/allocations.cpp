@@ -42,13 +42,12 @@ bool allocations::failsIn(std::size_t nth, const std::function<void()>& work, La
     } else {
         shortage = {nth, lack == Lack::ForGood ? SIZE_MAX : nth};
     }
-    bool isThrown = false;
     try {
         work();
     } catch (const std::bad_alloc&) {
-        isThrown = true;
+        shortage.isReached = true;
     }
-    return std::exchange(shortage, {}).isReached || isThrown;
+    return std::exchange(shortage, {}).isReached;
 }
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)

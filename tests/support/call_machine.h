@@ -5,13 +5,8 @@
 
 #include "support/call_machine_objects.h"
 
-#include <functional>
-
 namespace model
 {
-
-/// Answers a number below its argument.
-using Choose = std::function<unsigned(std::size_t)>;
 
 /// One function for each kind of call: make it, let the model do the same, compare.
 class CallMachine

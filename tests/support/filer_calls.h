@@ -13,7 +13,6 @@
 #include <QtCore/QString>
 #include <algorithm>
 #include <expat.h>
-#include <functional>
 #include <list>
 #include <memory>
 #include <string>
@@ -111,9 +110,6 @@ inline QByteArray readBack(const QByteArray& document)
 class Writers
 {
 public:
-    /// Answers a number below its argument.
-    using Choose = std::function<unsigned(std::size_t)>;
-
     Writers(const std::wstring& path, Choose choose)
         : m_choose(std::move(choose)), m_path(QString::fromStdWString(path)), m_autoFormat(m_choose(2)),
           m_qt(&m_expected), m_filer(morvCreateXmlFiler(path.c_str(), KelXmlLib::eEncodingUtf16, 7,

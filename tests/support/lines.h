@@ -17,10 +17,11 @@ template <class Use>
 void forEachLine(const char* name, Use use)
 {
     std::ifstream file(name);
-    require(file.is_open());
+    std::size_t used = 0;
     for (std::string line; std::getline(file, line);)
         if (!line.empty() && line[0] != '#')
-            use(std::istringstream(line));
+            use(std::istringstream(line)), ++used;
+    require(used > 0);
 }
 
 /// `{piece}` stands for n pieces, `{piece|7}` for 7 and `{piece|-7}` for n - 7; `@` for a piece's number.
