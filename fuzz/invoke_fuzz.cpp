@@ -32,8 +32,8 @@ VARIANT argument(Choices& choices, keltest::Variants& variants, const Objects& o
 {
     static const std::vector<std::string> kListed = [] {
         std::vector<std::string> words;
-        keltest::forEachLine(KEL_TESTS "invoke_coercions.txt",
-                             [&](std::istringstream line) { line >> words.emplace_back(); });
+        keltest::forEachRow(KEL_TESTS "invoke_coercions.txt",
+                            [&](keltest::Row line) { line >> words.emplace_back(); });
         return words;
     }();
     variants.objects["peer"] = choices.oneIn(16) ? nullptr : choices.of(objects).get();

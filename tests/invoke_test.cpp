@@ -106,12 +106,12 @@ struct Invoke : testing::Test
 
 TEST_F(Invoke, ArgumentsAreConvertedAsListedAndTextsTooLongForQtAreRefused)
 {
-    forEachLine(KEL_TESTS "invoke_coercions.txt", [this](std::istringstream words) {
+    forEachRow(KEL_TESTS "invoke_coercions.txt", [this](Row words) {
         std::string given, expected;
         words >> given;
         for (const char* member : {"number", "flag", "text"}) {
             words >> expected;
-            EXPECT_EQ(expected, call(member, DISPATCH_METHOD, {{variants.of(given)}})) << given;
+            EXPECT_EQ(expected, call(member, DISPATCH_METHOD, {{variants.of(given)}})) << words.where;
         }
     });
 
@@ -128,7 +128,7 @@ TEST_F(Invoke, ArgumentsAreConvertedAsListedAndTextsTooLongForQtAreRefused)
 TEST_F(Invoke, CallsAnswerAsListedAndNothingIsLeft)
 {
     expectNothingLeft([this] {
-        forEachLine(KEL_TESTS "invoke_calls.txt", [this](std::istringstream words) {
+        forEachRow(KEL_TESTS "invoke_calls.txt", [this](Row words) {
             std::string member, expected;
             int flags = 0;
             words >> member >> flags;
@@ -140,7 +140,7 @@ TEST_F(Invoke, CallsAnswerAsListedAndNothingIsLeft)
             Variants own{variants.objects};
             const Arguments arguments = own.argumentsOf(words);
             std::getline(words >> std::ws, expected);
-            EXPECT_EQ(expected, call(member, static_cast<WORD>(flags), arguments)) << words.str();
+            EXPECT_EQ(expected, call(member, static_cast<WORD>(flags), arguments)) << words.where;
         });
     });
 }

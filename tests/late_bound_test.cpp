@@ -21,8 +21,8 @@ TEST_F(LateBound, EveryMemberGivesWhatItsSlotDoesAndNothingIsLeft)
         for (const char* name : {"document", "built", "loaded"})
             objects[name] = ComPtr<IDispatch>(newDocument().get());
         Variants variants;
-        forEachLine(KEL_TESTS "late_bound_calls.txt", [&](std::istringstream words) {
-            SCOPED_TRACE(words.str());
+        forEachRow(KEL_TESTS "late_bound_calls.txt", [&](Row words) {
+            SCOPED_TRACE(words.where);
             std::string object, member, answer, expected, name;
             words >> object >> member;
             Arguments arguments = variants.argumentsOf(words);

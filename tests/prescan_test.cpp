@@ -12,8 +12,8 @@ using namespace kelxml::guards;
 
 TEST(PrescanTest, TextAtABoundIsNotRefusedAndOneBeyondIsAndOnlyMarkupCounts)
 {
-    forEachLine(KEL_TESTS "prescan.txt", [](std::istringstream line) {
-        SCOPED_TRACE(line.str());
+    forEachRow(KEL_TESTS "prescan.txt", [](Row line) {
+        SCOPED_TRACE(line.where);
         int most = 0, nesting = 0;
         std::string wellFormed, text;
         std::getline(line >> most >> nesting >> wellFormed >> std::ws, text);

@@ -106,7 +106,7 @@ TEST(TypeLibraryFiles, ContradictionsAndUnknownsAreRefused)
 {
     const TypeLibraryFile file;
     QByteArray from;
-    forEachLine(KEL_TESTS "type_library_changes.txt", [&](std::istringstream line) {
+    forEachRow(KEL_TESTS "type_library_changes.txt", [&](Row line) {
         char sign = 0;
         std::string text;
         std::getline(line >> sign >> std::ws, text);
@@ -119,7 +119,7 @@ TEST(TypeLibraryFiles, ContradictionsAndUnknownsAreRefused)
         file.registerAgain();
         ITypeLib* library = nullptr;
         EXPECT_EQ(sign == '+' ? S_OK : TYPE_E_INVDATAREAD, file.load(library))
-            << from.toStdString() << " -> " << line.str();
+            << line.where << ", in the place of " << from.toStdString();
     });
 }
 

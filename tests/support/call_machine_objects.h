@@ -28,7 +28,7 @@ inline const std::vector<Text>& texts()
 {
     static const std::vector<Text> all = [] {
         std::vector<Text> read;
-        keltest::forEachLine(KEL_TESTS "call_machine_texts.txt", [&read](std::istringstream line) {
+        keltest::forEachRow(KEL_TESTS "call_machine_texts.txt", [&read](keltest::Row line) {
             read.push_back({keltest::expand(line.str(), 0).toStdWString()});
         });
         return read;

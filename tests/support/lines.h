@@ -1,28 +1,14 @@
-// The lines of the text files that tests read.
+// Texts too long or too regular to write out, and the rows of tables.
 
 #pragma once
 
-#include "support/require.h"
+#include "support/rows.h"
 
 #include <QtCore/QStringList>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 namespace keltest
 {
-
-/// Gives the lines of a file to `use`, but for empty ones and comments, each as a stream of its words.
-template <class Use>
-void forEachLine(const char* name, Use use)
-{
-    std::ifstream file(name);
-    std::size_t used = 0;
-    for (std::string line; std::getline(file, line);)
-        if (!line.empty() && line[0] != '#')
-            use(std::istringstream(line)), ++used;
-    require(used > 0);
-}
 
 /// `{piece}` stands for n pieces, `{piece|7}` for 7 and `{piece|-7}` for n - 7; `@` for a piece's number.
 inline QString expand(const std::string& pattern, int n)

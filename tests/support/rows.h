@@ -1,0 +1,40 @@
+// The rows of the tables that tests read.
+
+#pragma once
+
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+namespace keltest
+{
+
+/// A row of a table, as a stream of its words.
+struct Row : std::istringstream
+{
+    Row(const std::string& text, const std::string& place)
+        : std::istringstream(text), where(place + ": " + text)
+    {}
+
+    std::string where; ///< for a failure: file, line number and text
+};
+
+/// Gives each row of a file to `use`, except empty lines and comments.
+template <class Use>
+void forEachRow(const std::string& path, Use use)
+{
+    std::ifstream file(path);
+    int number = 0, rows = 0;
+    for (std::string line; std::getline(file, line);) {
+        ++number;
+        if (line.empty() || line[0] == '#')
+            continue;
+        use(Row(line, path.substr(path.rfind('/') + 1) + ':' + std::to_string(number)));
+        ++rows;
+    }
+    if (rows == 0)
+        throw std::logic_error("no rows in " + path);
+}
+
+} // namespace keltest
