@@ -19,14 +19,11 @@ void setFlag(VARIANT_BOOL* flag, VARIANT_BOOL value)
         *flag = value;
 }
 
-/// \param content a text or a file
-template <class Content>
-HRESULT parse(QDomDocument& document, Content& content, VARIANT_BOOL* success)
+HRESULT answer(bool isLoaded, VARIANT_BOOL* success)
 {
-    if (!kelxml::guards::parse(document, content))
-        return S_FALSE;
-    setFlag(success, VARIANT_TRUE);
-    return S_OK;
+    if (isLoaded)
+        setFlag(success, VARIANT_TRUE);
+    return isLoaded ? S_OK : S_FALSE;
 }
 
 } // namespace
@@ -35,20 +32,13 @@ HRESULT CMorvXMLDOMDocument::load(VARIANT source, VARIANT_BOOL* success)
 {
     setFlag(success, VARIANT_FALSE);
     const std::optional<QString> path = kelxml::readPath(source);
-    if (!path)
-        return S_FALSE;
-    kelxml::guards::makeSureOfMemoryForFile();
-    QFile file(*path);
-    if (!file.exists() || !file.open(QIODevice::ReadOnly))
-        return S_FALSE;
-    return parse(m_document, file, success);
+    return answer(path && kelxml::guards::parseFile(m_document, *path), success);
 }
 
 HRESULT CMorvXMLDOMDocument::loadXML(BSTR xml, VARIANT_BOOL* success)
 {
     setFlag(success, VARIANT_FALSE);
-    const QString text = kelxml::fromWide(xml);
-    return text.isEmpty() ? S_FALSE : parse(m_document, text, success);
+    return answer(bool(kelxml::guards::parse(m_document, kelxml::fromWide(xml))), success);
 }
 
 HRESULT CMorvXMLDOMDocument::save(VARIANT destination)

@@ -25,15 +25,15 @@ void compare(Load load, const Prescan& seen, Content&& content, qint64 length, c
     require(seen.nesting <= kMaxNesting + 1);
     // Without entities, only markup that is there can nest, and a parenthesis is the shortest.
     const bool hasEntities = text.isNull() || text.contains(QLatin1String("<!EN"));
-    require(seen.within || hasEntities || length > kMaxNesting);
+    require(seen.isWithin() || hasEntities || length > kMaxNesting);
     const auto document = kel::newDocument();
     const kel::Bstr earlier(L"<earlier/>");
     require(document->loadXML(earlier.get(), nullptr) == S_OK);
     QDomDocument direct;
     require(direct.setContent(QStringLiteral("<earlier/>")));
-    const bool isLoaded = loadBeside(direct, *document, load, content, seen.within);
+    const bool isLoaded = loadBeside(direct, *document, load, content, seen.isWithin());
     const Extent tree = extentOf(direct);
-    require(!seen.within || (tree.depth <= seen.nesting && seen.nesting <= kMaxNesting));
+    require(!seen.isWithin() || (tree.depth <= seen.nesting && seen.nesting <= kMaxNesting));
     const bool onlyElementsNest = !text.isNull() && !text.contains(u'('); // and no content model
     require(!isLoaded || !onlyElementsNest || tree.depth == seen.nesting);
     require(tree.length <= length + std::max(kEntityActivationThreshold, kMaxEntityAmplification * length));

@@ -28,4 +28,15 @@ constexpr qint64 kMaxFileBytes = qint64{512} * 1024 * 1024;
 /// The bytes that are taken from a device that does not know its size, such as a pipe that never ends.
 constexpr qint64 kMaxUnsizedBytes = qint64{64} * 1024 * 1024;
 
+/// What a document went beyond.
+enum class Limit {
+    None,
+    Nesting,
+    EntityDeclarations,
+    EntityText,
+    FileBytes,
+    UnsizedBytes,
+    Stack ///< of the calling thread; all others are the same everywhere
+};
+
 } // namespace kelxml::guards

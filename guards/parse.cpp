@@ -1,9 +1,9 @@
-// Looks at a text, asks for room on the stack, takes the earlier content out and lets Qt parse.
+// Reads a file, scans the text, checks the free stack, removes the earlier content and lets Qt parse.
 
 #include "guards/parse.h"
 
-#include "guards/limits.h"
 #include "guards/list_changes.h"
+#include "guards/memory_room.h"
 #include "guards/prescan.h"
 #include "guards/stack_room.h"
 #include "guards/tree.h"
@@ -12,6 +12,8 @@
 #include <QtCore/QFile>
 #include <QtXml/QDomDocument>
 #include <algorithm>
+#include <cerrno>
+#include <unistd.h>
 
 namespace kelxml::guards
 {
@@ -19,9 +21,28 @@ namespace kelxml::guards
 namespace
 {
 
-/// Against siblings that are freed: `QDomDocument::setContent` lets held top-level nodes keep their links to
-/// those beside them. So they are taken out one by one beforehand.
-void takeOutContent(QDomDocument& document)
+ParseResult failed(ParseFailure failure, Limit limit = Limit::None, const QString& reason = {})
+{
+    ParseResult result;
+    result.failure = failure;
+    result.limit = limit;
+    result.reason = reason;
+    return result;
+}
+
+ParseResult unreadable(const QString& reason)
+{
+    return failed(ParseFailure::Unreadable, Limit::None, reason);
+}
+
+ParseResult beyond(Limit limit)
+{
+    return failed(ParseFailure::BeyondLimit, limit);
+}
+
+/// Against siblings that are freed: `QDomDocument::setContent` leaves held top-level nodes linked to each
+/// other, so they are removed one by one beforehand.
+void removeContent(QDomDocument& document)
 {
     for (QDomNode node = document.firstChild(); !node.isNull(); node = document.firstChild())
         document.removeChild(node);
@@ -29,44 +50,79 @@ void takeOutContent(QDomDocument& document)
 
 /// \param content a text or a device
 template <class Content>
-bool parseWithin(const Prescan& seen, QDomDocument& document, Content&& content)
+ParseResult parseWithin(const Prescan& seen, QDomDocument& document, Content&& content)
 {
-    if (!seen.within || !hasRoomToParse(seen.nesting))
-        return false;
+    if (!seen.isWithin())
+        return beyond(seen.exceeded);
+    if (!hasRoomToParse(seen.nesting))
+        return beyond(Limit::Stack);
     noteReplacedContent(document);
     noteNewNodes();
-    takeOutContent(document);
-    return document.setContent(content);
+    removeContent(document);
+    ParseResult result;
+    if (!document.setContent(content, &result.reason, &result.line, &result.column))
+        result.failure = ParseFailure::NotWellFormed;
+    return result;
 }
 
-/// All bytes of a device, or one more than `most` of them when it has more.
-QByteArray readUpToOneMoreThan(qint64 most, QIODevice& device)
+/// Calls the system itself, because `QFile` reports the bytes before an error as if the file ended there.
+/// Only a resource in the program has no descriptor. \return less than 0 after an error; `errno` says which
+qint64 readSome(QFile& file, char* to, int most)
+{
+    if (file.handle() == -1)
+        return file.read(to, most);
+    for (;;) {
+        const ssize_t count = ::read(file.handle(), to, static_cast<std::size_t>(most));
+        if (count >= 0 || errno != EINTR)
+            return count;
+    }
+}
+
+/// Adds all bytes of a file to `bytes`, or one more than `most` if it has more. \return the system's error,
+/// or 0
+int readUpToOneMoreThan(qint64 most, QFile& file, QByteArray& bytes)
 {
     constexpr qint64 kPiece = qint64{64} * 1024;
-    QByteArray bytes = device.read(std::min(std::max(device.size(), kPiece), most + 1));
-    for (QByteArray piece = bytes; !piece.isEmpty(); bytes += piece)
-        piece = device.read(std::min(kPiece, most + 1 - bytes.size()));
-    return bytes;
+    for (qint64 wanted = std::max(file.size(), kPiece);; wanted = kPiece) {
+        QByteArray piece(static_cast<int>(std::min(wanted, most + 1 - bytes.size())), Qt::Uninitialized);
+        const qint64 count = readSome(file, piece.data(), piece.size());
+        if (count <= 0)
+            return count < 0 ? errno : 0;
+        piece.truncate(static_cast<int>(count));
+        bytes += piece;
+    }
 }
 
 } // namespace
 
-bool parse(QDomDocument& document, const QString& text)
+ParseResult parse(QDomDocument& document, const QString& text)
 {
-    return parseWithin(prescan(text), document, text);
+    return text.isEmpty() ? failed(ParseFailure::Empty) : parseWithin(prescan(text), document, text);
 }
 
-bool parse(QDomDocument& document, QFile& file)
+ParseResult parseFile(QDomDocument& document, const QString& path)
 {
-    const qint64 most = file.size() > 0 ? kMaxFileBytes : kMaxUnsizedBytes;
-    if (file.size() > most)
-        return false;
-    QByteArray bytes = readUpToOneMoreThan(most, file);
-    if (bytes.size() > most)
-        return false;
+    if (path.isEmpty())
+        return unreadable(qt_error_string(ENOENT));
+    makeSureOfMemoryForFile();
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return unreadable(file.errorString());
+
+    const qint64 size = file.size();
+    const qint64 most = size > 0 ? kMaxFileBytes : kMaxUnsizedBytes;
+    QByteArray bytes;
+    if (const int error = size > most ? 0 : readUpToOneMoreThan(most, file, bytes))
+        return unreadable(qt_error_string(error));
+    if (std::max(size, qint64{bytes.size()}) > most)
+        return beyond(size > 0 ? Limit::FileBytes : Limit::UnsizedBytes);
+
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
-    return parseWithin(prescan(bytes), document, &buffer);
+    ParseResult result = parseWithin(prescan(bytes), document, &buffer);
+    if (bytes.isEmpty())
+        result.failure = ParseFailure::Empty;
+    return result;
 }
 
 } // namespace kelxml::guards

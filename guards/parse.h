@@ -2,20 +2,36 @@
 
 #pragma once
 
+#include "guards/limits.h"
+
+#include <QtCore/QString>
+
 class QDomDocument;
-class QFile;
-class QString;
 
 namespace kelxml::guards
 {
 
-/// Replaces the content of `document` by what the text holds. A text that goes beyond the limits, or for
-/// which the thread's stack has no room, is refused before Qt sees it, and the earlier content stays. \return
-/// false when it was refused, or is not well-formed; then the document holds what was read up to the fault
-bool parse(QDomDocument& document, const QString& text);
+enum class ParseFailure { None, Unreadable, Empty, BeyondLimit, NotWellFormed };
 
-/// As above. What was looked at is what is parsed, even if the file changes meanwhile or is a pipe.
-/// \param file open for reading; read once, up to the bound, and refused beyond it
-bool parse(QDomDocument& document, QFile& file);
+struct ParseResult
+{
+    ParseFailure failure = ParseFailure::None;
+    Limit limit = Limit::None; ///< for `BeyondLimit`
+    QString reason;            ///< for `Unreadable` the system's, for `NotWellFormed` Qt's
+    int line = 0;              ///< for `NotWellFormed`, from 1
+    int column = 0;
+
+    explicit operator bool() const { return failure == ParseFailure::None; }
+};
+
+/// Replaces the content of `document` by the text's. A text that is empty, exceeds a limit, or nests too deep
+/// for the calling thread's stack is refused before Qt sees it, and the earlier content stays. If the text is
+/// not well-formed, the document holds what Qt read up to the fault. \throw std::bad_alloc
+ParseResult parse(QDomDocument& document, const QString& text);
+
+/// As above, from a file. The bytes that are checked are the bytes that are parsed, even if the file changes
+/// meanwhile or is a pipe. A file that cannot be read to its end is refused like one that exceeds a limit; an
+/// empty one is not well-formed to Qt.
+ParseResult parseFile(QDomDocument& document, const QString& path);
 
 } // namespace kelxml::guards

@@ -7,6 +7,8 @@
 
 #pragma once
 
+#include "guards/limits.h"
+
 class QByteArray;
 class QString;
 
@@ -15,10 +17,12 @@ namespace kelxml::guards
 
 struct Prescan
 {
-    /// Nothing in the text goes beyond the limits.
-    bool within;
+    /// The first limit that the text goes beyond.
+    Limit exceeded;
     /// The deepest nesting that the parser gets to, for `hasRoomToParse`; up to where the prescan stopped.
     int nesting;
+
+    bool isWithin() const { return exceeded == Limit::None; }
 };
 
 /// Both follow the parser's own way through the text, not the XML standard's: every entity reference is a

@@ -24,13 +24,13 @@ Prescan Prescanner::document()
 {
     if (prolog())
         content(false);
-    return {m_within, m_nesting};
+    return {m_exceeded, m_nesting};
 }
 
 Prescan Prescanner::value()
 {
     content(true);
-    return {m_within, m_nesting};
+    return {m_exceeded, m_nesting};
 }
 
 // Up to the document element's start tag. The parser takes a second document type declaration like a first.
@@ -206,18 +206,18 @@ bool Prescanner::addEntityText(qint64 length)
         m_maxEntityText = std::max(m_maxEntityText, kMaxEntityAmplification * m_length());
         m_length = nullptr;
     }
-    return m_entityText <= m_maxEntityText || beyond();
+    return m_entityText <= m_maxEntityText || beyond(Limit::EntityText);
 }
 
 bool Prescanner::deepen(int& depth)
 {
     m_nesting = std::max(m_nesting, ++depth);
-    return depth <= kMaxNesting || beyond();
+    return depth <= kMaxNesting || beyond(Limit::Nesting);
 }
 
-bool Prescanner::beyond()
+bool Prescanner::beyond(Limit limit)
 {
-    m_within = false;
+    m_exceeded = limit;
     return false;
 }
 

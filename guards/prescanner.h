@@ -87,7 +87,7 @@ private:
     bool splice(QStringView text, bool literal);
     bool addEntityText(qint64 length);
     bool deepen(int& depth);
-    bool beyond();
+    bool beyond(Limit limit);
 
     CharacterStream m_in;
     QMap<QString, Entity> m_entities; // no hash: names that all collide could be sent
@@ -101,7 +101,7 @@ private:
     std::function<qint64()> m_length;
     int m_depth = 0;
     int m_nesting = 0;
-    bool m_within = true;
+    Limit m_exceeded = Limit::None;
 };
 
 /// What cannot stand in a reference; the parser reports an error.

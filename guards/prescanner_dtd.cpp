@@ -79,7 +79,7 @@ bool Prescanner::systemLiteral(char16_t quote)
 bool Prescanner::entityDeclaration()
 {
     if (++m_declarations > kMaxEntityDeclarations)
-        return beyond();
+        return beyond(Limit::EntityDeclarations);
     m_in.takeUntil(isSpace);
     char16_t c = firstNoSpace();
     const bool parameter = c == u'%';
@@ -107,8 +107,8 @@ bool Prescanner::entityDeclaration()
 // The first declaration of a name counts; general and parameter entities share their names.
 bool Prescanner::declare(const QString& name, const QString& text, Kind kind)
 {
-    if (kind == Kind::General && text.contains(u'<') && !Prescanner(text).value().within)
-        return beyond();
+    if (kind == Kind::General && text.contains(u'<') && !Prescanner(text).value().isWithin())
+        return beyond(Limit::Nesting);
     if (m_entities.contains(name))
         return true;
     m_entities.insert(name, {text, kind});
@@ -128,7 +128,7 @@ bool Prescanner::entityValue(char16_t quote, QString& value)
         const char16_t c =
             m_in.seek<u'&', u'%', u'"', u'\''>([this, &value](QStringView run) { addToValue(value, run); });
         if (c == CharacterStream::kEnd || (c == quote && !m_in.literal()))
-            return c == quote && m_within;
+            return c == quote && m_exceeded == Limit::None;
         if (c == u'%' ? !parameterReference(true) : c == u'&' && !referenceInValue(value))
             return false;
         if (isQuote(c)) {
