@@ -8,6 +8,9 @@
 /// codes; running out of memory leaves a method as `std::bad_alloc`, out-parameters untouched. Only where it
 /// is the BSTR itself that there is no memory for, the method answers `S_OK` with a null BSTR. A document and
 /// everything reached from it is used by one thread at a time.
+///
+/// Every class accepts the no-ops: they return `S_OK` and write nothing, outputs included. The page
+/// `no-ops.md` says what to call instead.
 
 #pragma once
 
@@ -60,8 +63,12 @@ public:
     /// \param value receives `VT_BSTR` with a new BSTR, which the caller frees; what it held is not freed
     /// \return `S_OK`; `S_FALSE` when `value` is null. Elements and attributes: `S_OK`, nothing written
     virtual HRESULT get_nodeValue(VARIANT* value) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `put_text`.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT put_nodeValue(VARIANT value) = 0;
+    /// @}
     /// \param type receives the node type; 21 for a generic node that holds no node
     /// \return `S_OK`; `S_FALSE` when `type` is null
     virtual HRESULT get_nodeType(DOMNodeType* type) = 0;
@@ -77,20 +84,25 @@ public:
     /// \param child receives a new object with one reference, which the caller releases
     /// \return `S_OK`; `S_FALSE` with `child` untouched when there is none or `child` is null
     virtual HRESULT get_firstChild(IXMLDOMNode** child) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use the list of `get_childNodes`.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT get_lastChild(IXMLDOMNode** child) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use the parent's `get_childNodes`.
     virtual HRESULT get_previousSibling(IXMLDOMNode** sibling) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use the parent's `get_childNodes`.
     virtual HRESULT get_nextSibling(IXMLDOMNode** sibling) = 0;
+    /// @}
     /// The attributes, as the element's own live map; empty for anything but an element.
     /// \param attributes receives a new map with one reference, which the caller releases
     /// \return `S_OK`; `S_FALSE` when `attributes` is null
     virtual HRESULT get_attributes(IXMLDOMNamedNodeMap** attributes) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `appendChild`.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT insertBefore(IXMLDOMNode* child, VARIANT reference, IXMLDOMNode** result) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `removeChild` and `appendChild`.
     virtual HRESULT replaceChild(IXMLDOMNode* child, IXMLDOMNode* replaced, IXMLDOMNode** result) = 0;
+    /// @}
     /// Takes a child out of this node. What is no child of this node stays where it is.
     /// \param child one of this library's own nodes; its reference count is not touched
     /// \param result receives a new object for the child with one reference, which the caller releases. Of an
@@ -123,8 +135,12 @@ public:
     /// \return `S_OK`, also when the element holds no node (nothing written). Documents, attributes and
     ///         generic nodes: `S_OK`, nothing written
     virtual HRESULT cloneNode(VARIANT_BOOL deep, IXMLDOMNode** result) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_nodeType`.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT get_nodeTypeString(BSTR* type) = 0;
+    /// @}
     /// The text: of an element that of all its descendants, of a text node its data.
     /// \param text receives a new BSTR, which the caller frees
     /// \return `S_OK`; `S_FALSE` with `text` untouched for any other node, an attribute included, or when
@@ -135,23 +151,19 @@ public:
     /// \param text read up to its first zero character; null reads as empty
     /// \return `S_OK`; `S_FALSE` for an element without an owner document
     virtual HRESULT put_text(BSTR text) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT get_specified(VARIANT_BOOL* specified) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT get_definition(IXMLDOMNode** definition) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_text`, of an attribute
-    /// `get_value`.
     virtual HRESULT get_nodeTypedValue(VARIANT* value) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `put_text`.
     virtual HRESULT put_nodeTypedValue(VARIANT value) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT get_dataType(VARIANT* type) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT put_dataType(BSTR type) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use the document's `save`.
     virtual HRESULT get_xml(BSTR* xml) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT transformNode(IXMLDOMNode* stylesheet, BSTR* xml) = 0;
+    /// @}
     /// The descendant elements with a tag name, in document order, as a live list; carried out by the
     /// document and the element.
     /// \param query a tag name, not an expression. Null gives the list of `get_childNodes`, of every kind; an
@@ -159,20 +171,17 @@ public:
     /// \param list receives a new list with one reference, which the caller releases
     /// \return `S_OK`; `S_FALSE` when `list` is null. Attributes and generic nodes: `S_OK`, nothing written
     virtual HRESULT selectNodes(BSTR query, IXMLDOMNodeList** list) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `selectNodes`.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT selectSingleNode(BSTR query, IXMLDOMNode** node) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT get_parsed(VARIANT_BOOL* parsed) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT get_namespaceURI(BSTR* uri) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. It stands before the
-    /// colon in `get_nodeName`.
     virtual HRESULT get_prefix(BSTR* prefix) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. It stands behind the
-    /// colon in `get_nodeName`.
     virtual HRESULT get_baseName(BSTR* name) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT transformNodeToObject(IXMLDOMNode* stylesheet, VARIANT output) = 0;
+    /// @}
 
 protected:
     ~IXMLDOMNode() = default;
@@ -182,36 +191,34 @@ protected:
 class IXMLDOMDocument : public IXMLDOMNode
 {
 public:
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT get_doctype(IXMLDOMDocumentType** type) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT get_implementation(IXMLDOMImplementation** implementation) = 0;
+    /// @}
     /// The document element. The first call decides: every later call gives the same object, also after
     /// another load, and on an empty document an element that holds no node.
     /// \param element receives the object with one reference, which the caller releases
     /// \return `S_OK`; `S_FALSE` when `element` is null
     virtual HRESULT get_documentElement(IXMLDOMElement** element) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `appendChild`.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT putref_documentElement(IXMLDOMElement* element) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `createNode`.
     virtual HRESULT createElement(BSTR name, IXMLDOMElement** element) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT createDocumentFragment(IXMLDOMDocumentFragment** fragment) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use the element's `put_text`.
     virtual HRESULT createTextNode(BSTR data, IXMLDOMText** text) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT createComment(BSTR data, IXMLDOMComment** comment) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT createCDATASection(BSTR data, IXMLDOMCDATASection** section) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT createProcessingInstruction(BSTR target, BSTR data,
                                                 IXMLDOMProcessingInstruction** instruction) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use the element's `setAttribute`.
     virtual HRESULT createAttribute(BSTR name, IXMLDOMAttribute** attribute) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT createEntityReference(BSTR name, IXMLDOMEntityReference** reference) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `selectNodes`.
     virtual HRESULT getElementsByTagName(BSTR name, IXMLDOMNodeList** list) = 0;
+    /// @}
     /// Makes an element or an attribute that belongs to this document and stands nowhere yet.
     /// \param type `VT_I2`, `VT_I4` or `VT_INT` holding 1 (element) or 2 (attribute); nothing is made for any
     ///        other
@@ -222,8 +229,12 @@ public:
     /// \return `S_OK`, also when nothing is made (`node` untouched); `S_FALSE` for a null `name`, or for a
     ///         null `node` when one would be made
     virtual HRESULT createNode(VARIANT type, BSTR name, BSTR namespaceURI, IXMLDOMNode** node) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `selectNodes`.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT nodeFromID(BSTR id, IXMLDOMNode** node) = 0;
+    /// @}
     /// Reads a local file into this document; when it returns, parsing has finished.
     /// \param source a file path as `VT_BSTR`; nothing else is accepted
     /// \param success receives 0 on entry and -1 when the file was parsed; may be null
@@ -231,18 +242,17 @@ public:
     ///         begins: a file that cannot be opened, and one beyond the limits. What fails later, for lack of
     ///         memory as well, leaves the document empty or with what was parsed
     virtual HRESULT load(VARIANT source, VARIANT_BOOL* success) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Loading is synchronous.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT get_readyState(LONG* state) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT get_parseError(IXMLDOMParseError** error) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT get_url(BSTR* url) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT get_async(VARIANT_BOOL* async) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Loading is synchronous.
     virtual HRESULT put_async(VARIANT_BOOL async) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT abort() = 0;
+    /// @}
     /// Reads a text into this document.
     /// \param xml the text, read up to its first zero character
     /// \param success receives 0 on entry and -1 when the text was parsed; may be null
@@ -257,24 +267,20 @@ public:
     /// \return `S_OK` once the file was opened, whatever becomes of the writing; else `S_FALSE`, also for a
     ///         tree too deep for the calling thread's stack
     virtual HRESULT save(VARIANT destination) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT get_validateOnParse(VARIANT_BOOL* validate) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT put_validateOnParse(VARIANT_BOOL validate) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT get_resolveExternals(VARIANT_BOOL* resolve) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT put_resolveExternals(VARIANT_BOOL resolve) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT get_preserveWhiteSpace(VARIANT_BOOL* preserve) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT put_preserveWhiteSpace(VARIANT_BOOL preserve) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT put_onreadystatechange(VARIANT handler) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT put_ondataavailable(VARIANT handler) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT put_ontransformnode(VARIANT handler) = 0;
+    /// @}
 
 protected:
     ~IXMLDOMDocument() = default;
@@ -284,11 +290,13 @@ protected:
 class IXMLDOMElement : public IXMLDOMNode
 {
 public:
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_nodeName`.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT get_tagName(BSTR* name) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_attributes` and
-    /// `getNamedItem`.
     virtual HRESULT getAttribute(BSTR name, VARIANT* value) = 0;
+    /// @}
     /// Sets an attribute, which is made when it is not there. Numbers are written as Qt writes them.
     /// \param name the attribute's name
     /// \param value `VT_BSTR`, `VT_I2`, `VT_I4`, `VT_INT`, `VT_I8`, `VT_UI2`, `VT_UI4`, `VT_UINT`, `VT_UI8`,
@@ -296,19 +304,17 @@ public:
     ///        it was
     /// \return `S_OK`; `S_FALSE` for a null `name`
     virtual HRESULT setAttribute(BSTR name, VARIANT value) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT removeAttribute(BSTR name) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_attributes` and
-    /// `getNamedItem`.
     virtual HRESULT getAttributeNode(BSTR name, IXMLDOMAttribute** attribute) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `setAttribute`.
     virtual HRESULT setAttributeNode(IXMLDOMAttribute* attribute, IXMLDOMAttribute** replaced) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT removeAttributeNode(IXMLDOMAttribute* attribute, IXMLDOMAttribute** removed) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `selectNodes`.
     virtual HRESULT getElementsByTagName(BSTR name, IXMLDOMNodeList** list) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT normalize() = 0;
+    /// @}
 
 protected:
     ~IXMLDOMElement() = default;
@@ -318,14 +324,22 @@ protected:
 class IXMLDOMAttribute : public IXMLDOMNode
 {
 public:
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_nodeName`.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT get_name(BSTR* name) = 0;
+    /// @}
     /// The attribute's value.
     /// \param value receives `VT_BSTR` with a new BSTR, which the caller frees; what it held is not freed
     /// \return `S_OK`; `S_FALSE` when `value` is null
     virtual HRESULT get_value(VARIANT* value) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `put_text`.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT put_value(VARIANT value) = 0;
+    /// @}
 
 protected:
     ~IXMLDOMAttribute() = default;
@@ -346,11 +360,13 @@ public:
     /// \param node receives a new object with one reference, which the caller releases; null at the end
     /// \return `S_OK`; `S_FALSE` at the end, or when `node` is null (the cursor stays)
     virtual HRESULT nextNode(IXMLDOMNode** node) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Ask for a new list to walk again.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT reset() = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_length` and
-    /// `get_item`.
     virtual HRESULT _newEnum(IUnknown** enumerator) = 0;
+    /// @}
 
 protected:
     ~IXMLDOMNodeList() = default;
@@ -364,10 +380,13 @@ public:
     /// \param node receives a new object with one reference, which the caller releases
     /// \return `S_OK`; `S_FALSE` with `node` untouched for a null or unknown name or when `node` is null
     virtual HRESULT getNamedItem(BSTR name, IXMLDOMNode** node) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use the element's `setAttribute`.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT setNamedItem(IXMLDOMNode* item, IXMLDOMNode** result) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT removeNamedItem(BSTR name, IXMLDOMNode** node) = 0;
+    /// @}
     /// \param index from 0, in an order that is Qt's
     /// \param node receives a new object with one reference, which the caller releases; null out of range
     /// \return `S_OK`, also out of range; `S_FALSE` when `node` is null
@@ -375,18 +394,16 @@ public:
     /// \param length receives the number of nodes at the time of the call
     /// \return `S_OK`; `S_FALSE` when `length` is null
     virtual HRESULT get_length(LONG* length) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `getNamedItem`.
+    /// \name No-ops: return S_OK and write nothing
+    /// @{
+
+    /// Does nothing.
     virtual HRESULT getQualifiedItem(BSTR name, BSTR namespaceURI, IXMLDOMNode** node) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written.
     virtual HRESULT removeQualifiedItem(BSTR name, BSTR namespaceURI, IXMLDOMNode** node) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_length` and
-    /// `get_item`.
     virtual HRESULT nextNode(IXMLDOMNode** node) = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. There is no cursor.
     virtual HRESULT reset() = 0;
-    /// Accepted, not carried out by any class: `S_OK`, nothing written. Use `get_length` and
-    /// `get_item`.
     virtual HRESULT _newEnum(IUnknown** enumerator) = 0;
+    /// @}
 
 protected:
     ~IXMLDOMNamedNodeMap() = default;
