@@ -1,9 +1,11 @@
-// Numbers, booleans and texts to and fro, and objects to their interfaces.
+// Converts numbers, booleans and texts into each other, and asks objects for interfaces.
 
 #include "platform/coerce.h"
 
 #include <QtCore/QLocale>
 #include <QtCore/QString>
+#include <algorithm>
+#include <cfenv>
 #include <cmath>
 #include <limits>
 
@@ -13,11 +15,13 @@ namespace
 {
 
 constexpr std::int64_t kCurrencyScale = 10000;
-/// The published digits of a text, few enough that 0.1 stays 0.1.
+/// The published number of digits, few enough that 0.1 stays 0.1.
 constexpr int kFloatDigits = 7;
 constexpr int kDoubleDigits = 15;
+constexpr int kFloatExponentSize = 8;
+constexpr int kDoubleExponentSize = 11;
 
-/// Longer texts, which Qt has no room for, hold no number and no word: they count as empty.
+/// Qt cannot hold longer texts. They contain no number and no word, so they are read as empty.
 constexpr UINT kLongestText = std::numeric_limits<int>::max() / sizeof(wchar_t);
 
 QString textOf(BSTR text)
@@ -26,19 +30,7 @@ QString textOf(BSTR text)
     return length > kLongestText ? QString() : QString::fromWCharArray(text, static_cast<int>(length));
 }
 
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr ULONG kFloatInfinity = 0x7F800000;
-constexpr std::uint64_t kDoubleInfinity = 0x7FF0000000000000;
-
-/// By the bits, the sign shifted out: in a host that has unmasked floating-point traps, any operation on a
-/// signalling NaN raises SIGFPE.
-template <class Bits>
-bool isNan(Bits number, Bits infinity)
-{
-    return number << 1 > infinity << 1;
-}
-
-/// The width of a value that a reference may lead to; 0 for a type that none may have.
+/// The size of a value of this type passed by reference; 0 for types that no reference may have.
 std::size_t widthOf(VARTYPE type)
 {
     switch (type) {
@@ -83,7 +75,66 @@ HRESULT followOnce(const VARIANT& reference, VARIANT& plain)
     return S_OK;
 }
 
-/// The integer that a plain value holds, if it is of a type whose values all fit; nothing counts as 0.
+/// A number as a fraction. A denominator of 0 means infinity, NaN, or a number far beyond 32 bits.
+struct Fraction
+{
+    bool isNegative;
+    std::uint64_t numerator;
+    std::uint64_t denominator;
+};
+
+Fraction fractionOf(std::int64_t integer, std::uint64_t denominator = 1)
+{
+    const auto bits = static_cast<std::uint64_t>(integer);
+    return {integer < 0, integer < 0 ? 0 - bits : bits, denominator};
+}
+
+/// Decodes an IEEE number from its sign, exponent and mantissa, which are the highest of `bits`. No
+/// floating-point operation is safe here: a host may have unmasked traps.
+Fraction decodeFloat(std::uint64_t bits, int exponentSize)
+{
+    const int mantissaSize = 63 - exponentSize;
+    const int highest = (1 << exponentSize) - 1, bias = highest / 2;
+    const std::uint64_t implied = std::uint64_t{1} << mantissaSize;
+    const bool isNegative = bits >> 63 != 0;
+    const std::uint64_t mantissa = bits & (implied - 1);
+    const int exponent = static_cast<int>(bits >> mantissaSize) & highest;
+    const int shift = mantissaSize + bias - std::max(exponent, 1); // the number is numerator / 2^shift
+    if (exponent == highest || shift < 0)
+        return {isNegative, 1, 0};
+    // A larger shift would only make a smaller number of what is below a half already.
+    return {isNegative, exponent == 0 ? mantissa : implied | mantissa,
+            std::uint64_t{1} << std::min(shift, 62)};
+}
+
+/// To the nearest integer, halves to the even one.
+std::uint64_t rounded(const Fraction& number)
+{
+    const std::uint64_t whole = number.numerator / number.denominator;
+    const std::uint64_t rest = number.numerator % number.denominator * 2;
+    const bool isHalf = rest == number.denominator;
+    return rest > number.denominator || (isHalf && whole % 2 == 1) ? whole + 1 : whole;
+}
+
+/// Gives Qt the default floating-point environment while it converts texts, and restores the host's, whose
+/// traps would end the process and whose rounding mode would change digits.
+class DefaultFloatingPoint
+{
+public:
+    DefaultFloatingPoint()
+    {
+        std::fegetenv(&m_saved);
+        std::fesetenv(FE_DFL_ENV);
+    }
+    ~DefaultFloatingPoint() { std::fesetenv(&m_saved); }
+    DefaultFloatingPoint(const DefaultFloatingPoint&) = delete;
+    DefaultFloatingPoint& operator=(const DefaultFloatingPoint&) = delete;
+
+private:
+    std::fenv_t m_saved{};
+};
+
+/// Reads an integer of any type whose values all fit. `VT_EMPTY` is read as 0.
 bool readInteger(const VARIANT& plain, std::int64_t& integer)
 {
     switch (plain.vt) {
@@ -119,40 +170,41 @@ bool readInteger(const VARIANT& plain, std::int64_t& integer)
     }
 }
 
-HRESULT parseNumber(BSTR text, double& number)
+HRESULT parseNumber(BSTR text, Fraction& number)
 {
+    const DefaultFloatingPoint environment;
     bool isNumber = false;
     const double value = textOf(text).toDouble(&isNumber);
     if (!isNumber)
         return std::isinf(value) ? DISP_E_OVERFLOW : DISP_E_TYPEMISMATCH;
     if (!std::isfinite(value))
-        return DISP_E_TYPEMISMATCH; // the word, not the number
-    number = value;
+        return DISP_E_TYPEMISMATCH; // the word "inf" or "nan"
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    number = decodeFloat(bits, kDoubleExponentSize);
     return S_OK;
 }
 
-/// Any number as a double, which holds every 32-bit integer exactly and tells zero from everything else. A
-/// NaN comes out quiet: it may be compared for equality, and asked whether it is finite.
-HRESULT readNumber(const VARIANT& plain, double& number)
+HRESULT readNumber(const VARIANT& plain, Fraction& number)
 {
     std::int64_t integer = 0;
     if (readInteger(plain, integer)) {
-        number = static_cast<double>(integer);
+        number = fractionOf(integer);
         return S_OK;
     }
     switch (plain.vt) {
     case VT_UI8:
-        number = static_cast<double>(plain.ullVal);
+        number = {false, plain.ullVal, 1};
         return S_OK;
     case VT_R4:
-        number = isNan(plain.ulVal, kFloatInfinity) ? kNan : static_cast<double>(plain.fltVal);
+        number = decodeFloat(std::uint64_t{plain.ulVal} << 32, kFloatExponentSize);
         return S_OK;
     case VT_R8:
     case VT_DATE:
-        number = isNan(plain.ullVal, kDoubleInfinity) ? kNan : plain.dblVal;
+        number = decodeFloat(plain.ullVal, kDoubleExponentSize);
         return S_OK;
     case VT_CY:
-        number = static_cast<double>(plain.cyVal.int64) / static_cast<double>(kCurrencyScale);
+        number = fractionOf(plain.cyVal.int64, kCurrencyScale);
         return S_OK;
     case VT_BSTR:
         return parseNumber(plain.bstrVal, number);
@@ -175,6 +227,17 @@ QString currencyText(std::int64_t amount)
     return text;
 }
 
+HRESULT floatText(const VARIANT& plain, QString& text)
+{
+    const DefaultFloatingPoint environment;
+    const bool isFloat = plain.vt == VT_R4;
+    const double number = isFloat ? static_cast<double>(plain.fltVal) : plain.dblVal;
+    if (!std::isfinite(number))
+        return DISP_E_OVERFLOW;
+    text = QLocale::c().toString(number, 'G', isFloat ? kFloatDigits : kDoubleDigits);
+    return S_OK;
+}
+
 HRESULT numberText(const VARIANT& plain, QString& text)
 {
     std::int64_t integer = 0;
@@ -188,15 +251,10 @@ HRESULT numberText(const VARIANT& plain, QString& text)
         text = QString::number(static_cast<qulonglong>(plain.ullVal));
     else if (plain.vt == VT_CY)
         text = currencyText(plain.cyVal.int64);
-    else {
-        double number = 0;
-        const HRESULT hr = readNumber(plain, number);
-        if (FAILED(hr))
-            return hr;
-        if (!std::isfinite(number))
-            return DISP_E_OVERFLOW;
-        text = QLocale::c().toString(number, 'G', plain.vt == VT_R4 ? kFloatDigits : kDoubleDigits);
-    }
+    else if (plain.vt == VT_R4 || plain.vt == VT_R8 || plain.vt == VT_DATE)
+        return floatText(plain, text);
+    else
+        return DISP_E_TYPEMISMATCH;
     return S_OK;
 }
 
@@ -221,18 +279,17 @@ HRESULT dereference(const VARIANT& argument, VARIANT& plain)
 
 HRESULT toInteger(const VARIANT& plain, std::int32_t& integer)
 {
-    double number = 0;
+    Fraction number{};
     const HRESULT hr = readNumber(plain, number);
     if (FAILED(hr))
         return hr;
-    if (!std::isfinite(number))
-        return DISP_E_OVERFLOW; // before arithmetic, which a host may have made to trap
-    // Unlike the rounding functions, this depends on no rounding mode that a host may have set.
-    const double rounded = number - std::remainder(number, 1.0);
-    if (!(rounded >= std::numeric_limits<std::int32_t>::min() &&
-          rounded <= std::numeric_limits<std::int32_t>::max()))
+    if (number.denominator == 0)
         return DISP_E_OVERFLOW;
-    integer = static_cast<std::int32_t>(rounded);
+    const std::uint64_t size = rounded(number);
+    if (size > std::uint64_t{std::numeric_limits<std::int32_t>::max()} + (number.isNegative ? 1 : 0))
+        return DISP_E_OVERFLOW;
+    const auto positive = static_cast<std::int64_t>(size);
+    integer = static_cast<std::int32_t>(number.isNegative ? -positive : positive);
     return S_OK;
 }
 
@@ -250,10 +307,10 @@ HRESULT toBoolean(const VARIANT& plain, VARIANT_BOOL& boolean)
                 return S_OK;
             }
         }
-    double number = 0;
+    Fraction number{};
     const HRESULT hr = readNumber(plain, number);
     if (SUCCEEDED(hr))
-        boolean = number == 0 ? VARIANT_FALSE : VARIANT_TRUE;
+        boolean = number.numerator == 0 ? VARIANT_FALSE : VARIANT_TRUE;
     return hr;
 }
 

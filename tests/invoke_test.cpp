@@ -7,6 +7,9 @@
 #include "support/variant_text.h"
 
 #include <cfenv>
+#ifdef __SSE__
+#include <xmmintrin.h>
+#endif
 #include <stdexcept>
 
 using namespace keltest;
@@ -67,12 +70,16 @@ struct Invoke : testing::Test
                                                   : std::stoi(member);
         DISPPARAMS parameters = arguments.parameters();
         const auto invoke = [&](VARIANT* result, EXCEPINFO* exception, UINT* badArgument) {
-            HRESULT answer = 7777; // stays when the member throws
-            feenableexcept(FE_INVALID | FE_DIVBYZERO | FE_OVERFLOW | FE_UNDERFLOW); // as a host may do
+            HRESULT answer = 7777;    // stays when the member throws
+            fesetround(roundingMode); // as a host may do, like the next two
+            feenableexcept(FE_ALL_EXCEPT);
+#ifdef __SSE__
+            _mm_setcsr(_mm_getcsr() & ~_MM_MASK_DENORM);
+#endif
             try {
                 answer = info->Invoke(&probe, id, flags, &parameters, result, exception, badArgument);
             } catch (const std::runtime_error&) {}
-            fedisableexcept(FE_ALL_EXCEPT);
+            fesetenv(FE_DFL_ENV);
             return answer;
         };
         probe.seen.clear();
@@ -97,6 +104,7 @@ struct Invoke : testing::Test
     }
 
     Probe probe;
+    int roundingMode = FE_TONEAREST;
     const TypeLibraryFile file{stamped(contentOf(QStringLiteral(KEL_TESTS "invoke_library.xml")))};
     const kel::ComPtr<ITypeInfo> info = typeInfo(file.widePath.c_str(), {1, 0, 0, {0, 0, 0, 0, 0, 0, 0, 1}});
     const kel::ComPtr<ITypeInfo> peer = typeInfo(L"" KEL_TYPE_LIBRARY, IID_IXMLDOMNode);
@@ -111,7 +119,10 @@ TEST_F(Invoke, ArgumentsAreConvertedAsListedAndTextsTooLongForQtAreRefused)
         words >> given;
         for (const char* member : {"number", "flag", "text"}) {
             words >> expected;
-            EXPECT_EQ(expected, call(member, DISPATCH_METHOD, {{variants.of(given)}})) << words.where;
+            for (const int mode : {FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO, FE_TONEAREST}) {
+                roundingMode = mode;
+                EXPECT_EQ(expected, call(member, DISPATCH_METHOD, {{variants.of(given)}})) << words.where;
+            }
         }
     });
 
