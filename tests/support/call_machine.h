@@ -1,9 +1,11 @@
-// Random calls over the six classes and their documents, each held against the model. The choices come from a
+// Random calls to the six classes and their documents, each compared with the model. The choices come from a
 // seeded generator or from a fuzzer's bytes.
 
 #pragma once
 
 #include "support/call_machine_objects.h"
+
+#include <numeric>
 
 namespace model
 {
@@ -11,8 +13,6 @@ namespace model
 /// One function for each kind of call: make it, let the model do the same, compare.
 class CallMachine
 {
-    using M = CallMachine;
-
     template <class Things>
     auto& oneOf(Things& things)
     {
@@ -24,8 +24,8 @@ class CallMachine
     }
 
 public:
-    /// \param documents how many there are, in every state. One alone is loaded at once, and no node of
-    ///        another ever comes into it
+    /// \param documents how many there are, in every state. A single one is loaded at once, and never gets a
+    ///        node of another
     explicit CallMachine(Choose choose, std::size_t documents = 3)
         : m_choose(std::move(choose)), m_isOneDocument(documents == 1)
     {
@@ -33,31 +33,65 @@ public:
             m_documents.push_back(newDocument());
     }
     CallMachine(const CallMachine&) = delete;
-    /// Releases everything, in an order that is chosen as well.
+    /// Releases everything, in a chosen order too.
     ~CallMachine()
     {
         while (!m_nodes.empty() || !m_lists.empty() || !m_maps.empty())
             release();
     }
 
-    /// Makes one call. \throw std::logic_error that says where a difference from the promise was found
+    /// Makes one call. \throw std::logic_error that names the call and the rule that does not hold
     void step()
     {
-        // What is to happen more often stands there more often.
-        static constexpr void (M::*kSteps[])() = {
-            &M::load,          &M::create,  &M::create,       &M::append,     &M::append,
-            &M::append,        &M::append,  &M::moveChildren, &M::remove,     &M::remove,
-            &M::walk,          &M::walk,    &M::askForOwner,  &M::askForRoot, &M::makeList,
-            &M::makeList,      &M::useList, &M::makeMap,      &M::useMap,     &M::changeContent,
-            &M::changeContent, &M::clone,   &M::save,         &M::close,      &M::release};
-        (this->*oneOf(kSteps))();
-        if (!m_nodes.empty())
-            compare(oneOf(m_nodes));
-        if (!m_lists.empty())
-            compare(oneOf(m_lists));
+        const Step& step = chooseStep();
+        try {
+            (this->*step.call)();
+            if (!m_nodes.empty())
+                compare(oneOf(m_nodes));
+            if (!m_lists.empty())
+                compare(oneOf(m_lists));
+        } catch (const std::exception& failure) {
+            throw std::logic_error(std::string(step.name) + ", " + failure.what());
+        }
     }
 
 private:
+    struct Step
+    {
+        const char* name;
+        void (CallMachine::*call)();
+        unsigned weight; ///< how often it is chosen, compared with the others
+    };
+    const Step& chooseStep()
+    {
+        using M = CallMachine;
+        static constexpr Step kSteps[] = {
+            {"load", &M::load, 1},
+            {"create", &M::create, 2},
+            {"append", &M::append, 4},
+            {"move children", &M::moveChildren, 1},
+            {"remove", &M::remove, 2},
+            {"walk", &M::walk, 2},
+            {"ask for the owner", &M::askForOwner, 1},
+            {"ask for the root", &M::askForRoot, 1},
+            {"make a list", &M::makeList, 2},
+            {"use a list", &M::useList, 1},
+            {"make a map", &M::makeMap, 1},
+            {"use a map", &M::useMap, 1},
+            {"change content", &M::changeContent, 2},
+            {"clone", &M::clone, 1},
+            {"save", &M::save, 1},
+            {"close a document", &M::close, 1},
+            {"release", &M::release, 1},
+        };
+        const auto add = [](unsigned sum, const Step& step) { return sum + step.weight; };
+        const Step* step = kSteps;
+        for (unsigned place = m_choose(std::accumulate(std::begin(kSteps), std::end(kSteps), 0U, add));
+             place >= step->weight; ++step)
+            place -= step->weight;
+        return *step;
+    }
+
     Held newDocument()
     {
         const auto document = kel::newDocument();
@@ -75,7 +109,7 @@ private:
         askForOwner();
         return m_nodes.back();
     }
-    /// As often as any other, a document or what stands first in it: there the long lists are.
+    /// In half of the cases a document or its first child: they have the long lists.
     Held pickParent()
     {
         if (m_choose(2))
@@ -84,18 +118,19 @@ private:
         return walk(document) ? m_nodes.back() : document;
     }
 
-    /// Expects the object of earlier when there is one.
+    /// Expects the same object as before, if there was one.
     void keep(const ComPtr<IXMLDOMNode>& object, const ObjectPtr& model)
     {
-        require(object && (!model->address || model->address == object.get()));
+        require(object && (!model->address || model->address == object.get()),
+                "the same object is returned each time");
         model->address = object.get();
         m_nodes.push_back({object, model});
         compare(m_nodes.back());
     }
-    /// Expects both or neither of object and node. \return whether there are
+    /// Expects an object if the model has a node. \return whether it has
     bool keepAsIs(const ComPtr<IXMLDOMNode>& object, const NodePtr& node, const Handle& handle)
     {
-        require(!object == !node);
+        require(!object == !node, node ? "there is a node" : "there is no node");
         if (!node)
             return false;
         const bool hasClass = node->type == NODE_ELEMENT || node->type == NODE_ATTRIBUTE;
@@ -104,7 +139,7 @@ private:
         return true;
     }
 
-    /// Gives a document a tree, as the first thing that is made in it does.
+    /// Gives a document its tree, as the first load or creation does.
     static void begin(Object& document)
     {
         if (!document.node)
@@ -113,7 +148,7 @@ private:
     void loadInto(const Held& held, const Text& text)
     {
         const HRESULT answer = asDocument(held).loadXML(Bstr(text.xml.c_str()).get(), nullptr);
-        require(answer == (text.isLoaded ? S_OK : S_FALSE));
+        requireEqual(answer, text.isLoaded ? S_OK : S_FALSE, "loadXML accepts what Qt accepts");
         if (text.xml.empty())
             return;
         begin(*held.model);
@@ -140,7 +175,7 @@ private:
         keepAsIs(made, make(type, name), held->handle);
     }
 
-    /// The result of a change wraps the child, whatever became of it.
+    /// The result of a change wraps the child, even if the change was refused.
     void keepResult(const ComPtr<IXMLDOMNode>& result, const Held& parent, const Held& child,
                     const NodePtr& node)
     {
@@ -154,7 +189,7 @@ private:
         const Held parent = pick();
         const Held child = pick();
         ComPtr<IXMLDOMNode> result;
-        require(parent.object->appendChild(child.object.get(), result.put()) == S_OK);
+        requireEqual(parent.object->appendChild(child.object.get(), result.put()), S_OK, "appendChild");
         model::append(parent->node, child->node);
         keepResult(result, parent, child, child->node);
     }
@@ -181,7 +216,7 @@ private:
             child = m_nodes.back();
         }
         ComPtr<IXMLDOMNode> result;
-        require(parent.object->removeChild(child.object.get(), result.put()) == S_OK);
+        requireEqual(parent.object->removeChild(child.object.get(), result.put()), S_OK, "removeChild");
         const bool holdsNone = !model::remove(parent->node, child->node) && parent->kind == NODE_ELEMENT &&
                                child->kind == NODE_ELEMENT;
         keepResult(result, parent, child, holdsNone ? nullptr : child->node);
@@ -202,7 +237,7 @@ private:
     {
         Held from = pick();
         ComPtr<IXMLDOMDocument> owner;
-        require(from.object->get_ownerDocument(owner.put()) == S_OK);
+        requireEqual(from.object->get_ownerDocument(owner.put()), S_OK, "get_ownerDocument");
         ObjectPtr& known = from->kind == NODE_DOCUMENT ? from.model : from.model->ownerDocument;
         if (!known)
             known = makeObject(NODE_DOCUMENT, from->handle.document, {from->handle.document, nullptr});
@@ -212,7 +247,7 @@ private:
     {
         const Held from = pickDocument();
         ComPtr<IXMLDOMElement> root;
-        require(asDocument(from).get_documentElement(root.put()) == S_OK);
+        requireEqual(asDocument(from).get_documentElement(root.put()), S_OK, "get_documentElement");
         const auto isElement = [](const NodePtr& child) { return child->type == NODE_ELEMENT; };
         const NodePtr node = first(from->orNone().children, isElement);
         if (!from->root)
@@ -224,13 +259,14 @@ private:
     {
         const Held source = pickParent();
         const bool isAble = source->kind == NODE_ELEMENT || source->kind == NODE_DOCUMENT;
-        // Qt takes a null name for all children.
+        // A null name selects all children.
         static constexpr const wchar_t* kTags[] = {L"e", L"c", nullptr};
         const bool isSearch = isAble && m_choose(3);
         HeldList list{{nullptr, makeObject(source->kind, source->node, source->handle)},
                       isSearch ? oneOf(kTags) : nullptr};
-        require((isSearch ? source.object->selectNodes(Bstr(list.tag).get(), list.object.put())
-                          : source.object->get_childNodes(list.object.put())) == S_OK);
+        const HRESULT answer = isSearch ? source.object->selectNodes(Bstr(list.tag).get(), list.object.put())
+                                        : source.object->get_childNodes(list.object.put());
+        requireEqual(answer, S_OK, "selectNodes or get_childNodes");
         m_lists.push_back(std::move(list));
     }
     void useList()
@@ -245,7 +281,7 @@ private:
         ComPtr<IXMLDOMNode> item;
         const HRESULT answer = isNext ? list.object->nextNode(item.put())
                                       : list.object->get_item(static_cast<LONG>(index), item.put());
-        require(answer == (node ? S_OK : S_FALSE));
+        requireEqual(answer, node ? S_OK : S_FALSE, "get_item or nextNode succeeds where there is a node");
         list.cursor += isNext && node ? 1 : 0;
         keepAsIs(item, node, list->handle);
     }
@@ -255,7 +291,7 @@ private:
         const Held source = pick();
         const NodePtr element = source->orNone().type == NODE_ELEMENT ? source->node : nullptr;
         HeldMap map{nullptr, makeObject(NODE_INVALID, element, source->handle)};
-        require(source.object->get_attributes(map.object.put()) == S_OK);
+        requireEqual(source.object->get_attributes(map.object.put()), S_OK, "get_attributes");
         m_maps.push_back(std::move(map));
     }
     void useMap()
@@ -275,7 +311,7 @@ private:
     {
         const Held held = pick();
         const NodePtr& node = held->node;
-        // Each its own, to tell apart what has the same name; now and then none.
+        // Each text is different, so that nodes of one name differ; some are empty.
         const std::wstring text = m_choose(8) ? std::to_wstring(++m_texts) : std::wstring();
         const bool isElement = held->kind == NODE_ELEMENT;
         if (isElement && m_choose(2)) {
@@ -285,9 +321,12 @@ private:
                 setAttribute(node, name, text);
             return;
         }
-        require(held.object->put_text(Bstr(text.empty() ? nullptr : text.c_str()).get()) == S_OK);
-        if (node)
-            isElement ? setText(node, text) : setValue(node, text);
+        const Bstr given(text.empty() ? nullptr : text.c_str());
+        requireEqual(held.object->put_text(given.get()), S_OK, "put_text");
+        if (node && isElement)
+            setText(node, text);
+        else if (node)
+            setValue(node, text);
     }
 
     void clone()
@@ -297,11 +336,12 @@ private:
             return;
         const bool deep = m_choose(2);
         ComPtr<IXMLDOMNode> copy;
-        require(held.object->cloneNode(deep ? VARIANT_TRUE : VARIANT_FALSE, copy.put()) == S_OK);
+        requireEqual(held.object->cloneNode(deep ? VARIANT_TRUE : VARIANT_FALSE, copy.put()), S_OK,
+                     "cloneNode");
         keepAsIs(copy, held->node ? copyOf(*held->node, deep) : nullptr, held->handle);
     }
 
-    void save() { require(asDocument(pickDocument()).save(Variant(L"/dev/null").get()) == S_OK); }
+    void save() { requireEqual(asDocument(pickDocument()).save(Variant(L"/dev/null").get()), S_OK, "save"); }
 
     void release()
     {
@@ -309,13 +349,13 @@ private:
             if (!held.empty())
                 held.erase(held.begin() + m_choose(held.size()));
         };
-        // Often most of the nodes: what is left has to keep alive what it needs.
+        // Often most of the nodes: the rest must keep alive what they need.
         for (unsigned count = m_choose(m_nodes.size() + 1); count > 0; --count)
             drop(m_nodes);
         drop(m_lists);
         drop(m_maps);
     }
-    /// The host lets go of a document and of what was reached from it. What was reached from others lives on.
+    /// Releases a document and what was reached from it, but nothing that was reached from another.
     void close()
     {
         if (m_isOneDocument)

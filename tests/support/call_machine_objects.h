@@ -1,5 +1,5 @@
-// What the call machine loads, holds and compares. Each object has a model beside it, which keeps alive what
-// the real one is to keep alive.
+// What the call machine loads, holds and compares. Each object has a model, which keeps alive what the real
+// one must keep alive.
 
 #pragma once
 
@@ -15,7 +15,7 @@ using kel::Bstr;
 using kel::ComPtr;
 using kel::Variant;
 
-/// A text, and what Qt makes of it when it stands alone.
+/// A text, and what Qt alone makes of it.
 struct Text
 {
     std::wstring xml;
@@ -36,11 +36,11 @@ inline const std::vector<Text>& texts()
     return all;
 }
 
-/// The document handle that goes from object to object, kept alive by each.
+/// The document handle that each object passes on to those made from it, and keeps alive.
 struct Handle
 {
-    NodePtr document; ///< null when it comes from a document that held no tree then
-    NodePtr standIn;  ///< kept alive in the place of none
+    NodePtr document; ///< null when it comes from a document that had no tree yet
+    NodePtr standIn;  ///< kept alive instead, where there is no document
 
     const NodePtr& living() const { return document ? document : standIn; }
 };
@@ -48,18 +48,18 @@ struct Handle
 struct Object;
 using ObjectPtr = std::shared_ptr<Object>;
 
-/// A node object, a list or a map, and what it keeps alive.
+/// The model of a node object, a list or a map, and what it keeps alive.
 struct Object
 {
     DOMNodeType kind; ///< the class: element, attribute, document, or 0 for any other
-    NodePtr node;     ///< null when the object holds none
+    NodePtr node;     ///< null when the object has no node
     Handle handle;
     NodePtr ownerElement;          ///< an attribute's element
-    ObjectPtr ownerDocument{};     ///< once it was asked for
-    ObjectPtr root{};              ///< a document's element, once it was asked for
-    const void* address = nullptr; ///< of the real one, where the same is handed out again
+    ObjectPtr ownerDocument{};     ///< set when it is first asked for
+    ObjectPtr root{};              ///< a document's element; set when it is first asked for
+    const void* address = nullptr; ///< of the real object, where the same one must be returned each time
 
-    /// The node, or one without anything.
+    /// The node, or an empty one.
     const Node& orNone() const { return node ? *node : kNone; }
     inline static const Node kNone;
 };
@@ -86,9 +86,9 @@ struct HeldList : HeldAs<IXMLDOMNodeList>
 {
     const wchar_t* tag; ///< null for the children
     unsigned cursor = 0;
-    Nodes kept{}; ///< by a long list, until it is read again
+    Nodes kept{}; ///< alive in a long list's cache, until the list is re-read
 
-    /// What a reading finds.
+    /// Reads the list again.
     Nodes read()
     {
         Nodes found;
@@ -103,58 +103,67 @@ struct HeldList : HeldAs<IXMLDOMNodeList>
     static constexpr std::size_t kFewFound = 4;
 };
 
-/// What every node answers for itself.
+/// The type of an object that lost its node.
+constexpr int kTypeWithoutNode = 21;
+
+/// Compares what every node says about itself.
 inline void compare(IXMLDOMNode& object, const Node& node, int type)
 {
     DOMNodeType given = NODE_INVALID;
     object.get_nodeType(&given);
-    require(static_cast<int>(given) == type);
-    require(kel::textOf(object, &IXMLDOMNode::get_nodeName) == node.name);
+    requireEqual(static_cast<int>(given), type, "get_nodeType");
+    requireEqual(kel::textOf(object, &IXMLDOMNode::get_nodeName), node.name, "get_nodeName");
     Bstr text;
     const bool hasText = type == NODE_ELEMENT || type == NODE_TEXT || type == NODE_CDATA_SECTION;
     const HRESULT answer = object.get_text(text.put());
-    require(type == NODE_DOCUMENT || answer == (hasText ? S_OK : S_FALSE));
-    require(text.c_str() == node.text());
+    if (type != NODE_DOCUMENT)
+        requireEqual(answer, hasText ? S_OK : S_FALSE, "get_text succeeds for elements, text and CDATA");
+    requireEqual(std::wstring(text.c_str()), node.text(), "get_text");
     Variant value;
-    type == NODE_ATTRIBUTE ? static_cast<IXMLDOMAttribute&>(object).get_value(value.put())
-                           : object.get_nodeValue(value.put());
-    require(type == NODE_ELEMENT || (value.type() == VT_BSTR && value.text() == node.value));
+    if (type == NODE_ATTRIBUTE)
+        static_cast<IXMLDOMAttribute&>(object).get_value(value.put());
+    else
+        object.get_nodeValue(value.put());
+    if (type != NODE_ELEMENT)
+        requireEqual(std::wstring(value.text()), node.value, "get_value or get_nodeValue");
 }
 
 inline void compare(const Held& held)
 {
     const Node& node = held->orNone();
-    compare(*held.object, node, held->kind != NODE_INVALID ? held->kind : held->node ? node.type : 21);
+    const int typeOfPlainNode = held->node ? node.type : kTypeWithoutNode;
+    compare(*held.object, node, held->kind == NODE_INVALID ? typeOfPlainNode : held->kind);
     VARIANT_BOOL has = 7;
     held.object->hasChildNodes(&has);
-    require(has == !node.children.empty());
+    requireEqual<int>(has, !node.children.empty(), "hasChildNodes");
     ComPtr<IXMLDOMNode> parent;
     const HRESULT answer = held.object->get_parentNode(parent.put());
     const NodePtr above = node.parent.lock();
-    require(!parent == !above && answer == (above ? S_OK : S_FALSE));
-    require(!above || kel::textOf(*parent, &IXMLDOMNode::get_nodeName) == above->name);
+    requireEqual(answer, above ? S_OK : S_FALSE, "get_parentNode succeeds where there is a parent");
+    requireEqual(parent ? kel::textOf(*parent, &IXMLDOMNode::get_nodeName) : L"", above ? above->name : L"",
+                 "the parent's name");
 }
 
-/// \param items the attributes, in an order that is Qt's
+/// \param items the attributes, in Qt's order
 template <class Items>
 void compareAttributes(const Items& items, const Node& element)
 {
     std::size_t length = 0;
     for (const auto& item : items) {
         const NodePtr node = element.attribute(kel::textOf(*item, &IXMLDOMNode::get_nodeName));
-        require(node && ++length <= element.attributes.size());
+        require(node && ++length <= element.attributes.size(), "a map has only attributes of its element");
         compare(*item, *node, NODE_ATTRIBUTE);
     }
-    require(length == element.attributes.size());
+    requireEqual(length, element.attributes.size(), "a map has each attribute of its element");
 }
 
-/// \param deep whether all that stands on and below the nodes is compared as well
+/// \param deep whether attributes and descendants are compared as well
 template <class Items>
 void compareNodes(const Items& items, const Nodes& nodes, bool deep)
 {
     std::size_t length = 0;
     for (const auto& item : items) {
-        require(length < nodes.size());
+        require(length < nodes.size(), "a list ends with its last node");
         const Node& node = *nodes[length++];
         compare(*item, node, node.type);
         if (!deep)
@@ -162,7 +171,7 @@ void compareNodes(const Items& items, const Nodes& nodes, bool deep)
         compareAttributes(kel::attributesOf(*item), node);
         compareNodes(kel::childrenOf(*item), node.children, true);
     }
-    require(length == nodes.size());
+    requireEqual(length, nodes.size(), "a list goes on to its last node");
 }
 
 inline void compare(HeldList& list)
@@ -170,7 +179,7 @@ inline void compare(HeldList& list)
     const Nodes expected = list.read();
     LONG length = -1;
     list.object->get_length(&length);
-    require(static_cast<std::size_t>(length) == expected.size());
+    requireEqual<std::size_t>(length, expected.size(), "get_length of a list");
     compareNodes(kel::each(list.object), expected, false);
 }
 

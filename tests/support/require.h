@@ -1,18 +1,66 @@
-// What tests, machines and fuzzers share: a condition that ends the run, choices, and what a file holds.
+// What tests, machines and fuzzers share: conditions that end the run, choices, and what a file holds.
 
 #pragma once
 
+#include <QtCore/QDebug>
 #include <QtCore/QFile>
+#include <algorithm>
 #include <functional>
 #include <random>
 #include <stdexcept>
 #include <string>
 
-/// \throw std::logic_error that says where in the source the condition is not met
-inline void require(bool holds, const char* file = __builtin_FILE(), int line = __builtin_LINE())
+[[noreturn]] inline void fail(const std::string& rule, const std::string& file, int line)
+{
+    throw std::logic_error(file.substr(file.rfind('/') + 1) + ':' + std::to_string(line) + ": " + rule);
+}
+
+/// \throw std::logic_error with the rule, and where it is required, unless it holds
+inline void require(bool holds, const char* rule = "this holds", const char* file = __builtin_FILE(),
+                    int line = __builtin_LINE())
 {
     if (!holds)
-        throw std::logic_error("a difference at " + std::string(file) + ':' + std::to_string(line));
+        fail(rule, file, line);
+}
+
+/// Shows a value in a failure; a character that is not printable by its number.
+template <class Value>
+std::string shown(const Value& value)
+{
+    QString text;
+    if constexpr (std::is_same_v<Value, std::wstring>)
+        QDebug(&text) << QString::fromStdWString(value);
+    else if constexpr (std::is_same_v<Value, std::string>)
+        QDebug(&text) << QByteArray::fromStdString(value);
+    else
+        QDebug(&text) << value;
+    return text.trimmed().toStdString();
+}
+
+/// \throw std::logic_error with the rule, where it is required, and both values unless they are equal
+template <class Value>
+void requireEqual(const Value& given, const Value& expected, const char* rule,
+                  const char* file = __builtin_FILE(), int line = __builtin_LINE())
+{
+    if (!(given == expected))
+        fail(std::string(rule) + ": " + shown(given) + " instead of " + shown(expected), file, line);
+}
+
+/// Of texts, a failure shows where they begin to differ.
+template <class Character>
+void requireEqual(const std::basic_string<Character>& given, const std::basic_string<Character>& expected,
+                  const char* rule, const char* file = __builtin_FILE(), int line = __builtin_LINE())
+{
+    if (given == expected)
+        return;
+    const auto ends = std::mismatch(given.begin(), given.end(), expected.begin(), expected.end());
+    const auto at = static_cast<std::size_t>(ends.first - given.begin());
+    const auto excerpt = [from = at - std::min<std::size_t>(at, 20)](const auto& text) {
+        return shown(text.substr(from, 60));
+    };
+    fail(std::string(rule) + ": " + excerpt(given) + " instead of " + excerpt(expected) +
+             ", different from character " + std::to_string(at) + " on",
+         file, line);
 }
 
 /// Answers a number below its argument.
@@ -28,12 +76,13 @@ inline Choose randomChoice(unsigned seed)
 inline QByteArray contentOf(const QString& path)
 {
     QFile file(path);
-    require(file.open(QIODevice::ReadOnly));
+    require(file.open(QIODevice::ReadOnly), "the test's file can be read");
     return file.readAll();
 }
 
 inline void write(const QString& path, const QByteArray& content)
 {
     QFile file(path);
-    require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size(),
+            "the test's file can be written");
 }
