@@ -7,8 +7,11 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
-set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
-set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+# The build has the layout of the installed tree, so that one RPATH serves both. CMake would pad a path that changes at
+# installation with empty entries, and the loader searches the current directory for those.
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR})
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_BINDIR})
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
 # Everything of ours links to this: warnings, Qt without its implicit conversions, our headers. What is exported is
 # for others to call, not to replace: calls within a library need not go through its symbol table.
@@ -25,6 +28,21 @@ set(KEL_SANITIZE "" CACHE STRING "Sanitizers to build with")
 if(KEL_SANITIZE)
   add_compile_options(-fsanitize=${KEL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${KEL_SANITIZE})
+endif()
+
+# Hardening that costs little; packages add what their distribution asks for. Sanitizers check more by themselves.
+include(CheckCXXCompilerFlag)
+add_link_options(-Wl,-z,relro,-z,now)
+foreach(flag -fcf-protection -mbranch-protection=standard) # the first on amd64, the second on arm64
+  string(MAKE_C_IDENTIFIER KEL_HAS${flag} known)
+  check_cxx_compiler_flag(${flag} ${known})
+  if(${known})
+    add_compile_options(${flag})
+  endif()
+endforeach()
+if(NOT KEL_SANITIZE AND NOT CMAKE_CXX_FLAGS MATCHES _FORTIFY_SOURCE)
+  # Some compilers define it by themselves.
+  add_compile_options($<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release,RelWithDebInfo>:-D_FORTIFY_SOURCE=2>)
 endif()
 
 # How the shared libraries are linked. They stay in a process once loaded, for objects may be alive.

@@ -5,10 +5,10 @@ include(CMakePackageConfigHelpers)
 set(KEL_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/${PROJECT_NAME})
 set(KEL_PKGCONFIG_DIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-# Libraries find each other, and the tool finds them, without the system's help.
-set_target_properties(KelComWrapper KelXmlLib PROPERTIES INSTALL_RPATH $ORIGIN)
+# The library and the tool find what they need without the system's help.
 file(RELATIVE_PATH up ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-set_target_properties(kelxml PROPERTIES INSTALL_RPATH $ORIGIN/${up})
+set_target_properties(KelXmlLib PROPERTIES INSTALL_RPATH $ORIGIN BUILD_WITH_INSTALL_RPATH ON)
+set_target_properties(kelxml PROPERTIES INSTALL_RPATH $ORIGIN/${up} BUILD_WITH_INSTALL_RPATH ON)
 
 install(TARGETS KelComWrapper KelXmlLib EXPORT ${PROJECT_NAME}Targets
         LIBRARY COMPONENT runtime NAMELINK_COMPONENT development)

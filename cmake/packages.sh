@@ -26,9 +26,25 @@ log() {
   "$@" >build/build.log 2>&1 || { cat build/build.log; return 1; }
 }
 
+# progress - shows how far ninja is instead of its lines: in place on a terminal, every ten seconds elsewhere
+progress() {
+  local line last=$SECONDS
+  while IFS= read -r line; do
+    [[ $line =~ ^\[([0-9]+)/([0-9]+)\] ]] || continue
+    local state="  ${BASH_REMATCH[1]} of ${BASH_REMATCH[2]} steps"
+    if [ -t 1 ]; then
+      printf '\r%s ' "$state"
+    elif ((SECONDS >= last + 10)); then
+      echo "$state"
+      last=$SECONDS
+    fi
+  done
+  [ ! -t 1 ] || printf '\r%40s\r' ''
+}
+
 # build PRESET OPTION... - configures and builds
 build() {
   echo "Building ($1)"
   log cmake --preset "$@"
-  log cmake --build --preset "$1"
+  cmake --build --preset "$1" 2>&1 | tee build/build.log | progress || { cat build/build.log; return 1; }
 }

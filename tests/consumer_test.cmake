@@ -1,6 +1,7 @@
 # Installs the build in BUILD into a prefix below WORK, moves the prefix, and has the project in consumer/ built and run
 # from there, by find_package and by pkg-config:
-# cmake -DBUILD=... -DWORK=... -DREADME=... -DCXX=... -DGENERATOR=... -DPKG_CONFIG=... -P consumer_test.cmake
+# cmake -DBUILD=... -DWORK=... -DREADME=... -DCXX=... -DGENERATOR=... -DPKG_CONFIG=... -DBINARIES_TEST=...
+#       -P consumer_test.cmake
 
 # run(COMMAND...): what it prints goes to `output`; it must succeed.
 macro(run)
@@ -82,6 +83,7 @@ run(${CXX} -std=c++17 -fPIC ${BUILD}/docs/tour/program.cpp -DTYPE_LIBRARY=L"${ty
     -Wl,-rpath,${libdir})
 run(./tour)
 
+run(${BINARIES_TEST} ${prefix})
 # The installed tool finds the installed library and its type library.
 file(WRITE ${WORK}/file.xml "<a><b/></a>")
 run(${prefix}/bin/kelxml call file.xml documentElement.firstChild.nodeName)

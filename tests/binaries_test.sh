@@ -1,0 +1,39 @@
+#!/bin/bash
+# binaries_test.sh READELF OBJDUMP HARDENED FOLDER... - how every program and library in the folders is loaded, read from
+# the files themselves. HARDENED says whether the compiler was asked for its part as well: sanitizers do without it.
+set -eu
+readelf=$1 objdump=$2 hardened=$3
+shift 3
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+failed=0
+complain() { echo "$*"; failed=1; }
+# An entry point's first instruction allows indirect calls to it.
+expect_landing() {
+  "$objdump" -d --no-show-raw-insn --disassemble="$2" "$1" >"$work/code"
+  grep -A 1 "<$2>:" "$work/code" | grep -qE 'endbr64|bti|paciasp' || complain "$1: $2 has no control-flow protection"
+}
+
+files=0
+: >"$work/imports"
+while IFS= read -r -d '' file; do
+  [ "$(head -c 4 "$file" | tail -c 3)" = ELF ] || continue
+  files=$((files + 1))
+  "$readelf" -dlW "$file" >"$work/headers"
+  paths=$(sed -nE 's/.*\((RUNPATH|RPATH)\).*\[(.*)\].*/:\2:/p' "$work/headers")
+  # The loader takes an empty entry, like a relative one, for the current directory.
+  [[ ! $paths =~ :[^/$] ]] || complain "$file: searches for libraries in '$paths'"
+  grep -q GNU_RELRO "$work/headers" || complain "$file: no RELRO"
+  grep -qE '\(FLAGS_1\).*\bNOW\b' "$work/headers" || complain "$file: not bound at once"
+  "$readelf" -W --dyn-syms "$file" >>"$work/imports"
+  if [ "$hardened" = yes ]; then
+    case $file in
+      */libKelXmlLib.so*) expect_landing "$file" DllMain ;;
+      */libKelComWrapper.so*) expect_landing "$file" SysAllocString ;;
+    esac
+  fi
+done < <(find "$@" -type f -print0)
+
+[ "$files" -ge 3 ] || complain "Only $files files to look at in $*"
+[ "$hardened" = no ] || grep -qE ' __[a-z]+_chk(@| |$)' "$work/imports" || complain "No call is checked by _FORTIFY_SOURCE"
+exit $failed
