@@ -35,6 +35,9 @@ struct WrapperAccess
     }
     static DocumentRef documentOf(const CMorvXMLDOMDocument& document) { return {document.m_document}; }
 
+    /// Gives a document object that was never loaded a document of Qt's, as its first new node would.
+    static void makeDocument(CMorvXMLDOMDocument& document) { document.m_document.createDocumentFragment(); }
+
     /// For an object that can hold an owner element: releases what else it holds in the promised order. The
     /// owner element, a later member, would go first, and goes after all that may still point into it.
     /// Without one, the order is that of the members.

@@ -55,14 +55,6 @@ void appendOutsider(const NodeRef& parent, const QDomNode& child)
     }
 }
 
-bool standsOnElement(const QDomNode& node)
-{
-    if (!node.isAttr())
-        return false;
-    QDomElement element = node.parentNode().toElement();
-    return !element.isNull() && element.attributeNode(node.nodeName()) == node;
-}
-
 /// Which tree was adopted by which document, and the counts of changes and of new nodes then. As long as
 /// nothing was counted since, it need not be adopted again: else each step of a walk through it would, and
 /// every list would be made anew at each step. The addresses are only compared; no other node can have come
@@ -100,7 +92,7 @@ void appendChild(const NodeRef& parent, const NodeRef& child)
     prepareMeeting(parent, child);
     if (parent.node.isNull() || child.node.isNull())
         return;
-    if (child.node.isDocument() || standsOnElement(child.node) || !fitsBelow(parent.node, child.node))
+    if (child.node.isDocument() || isOnElement(child.node) || !fitsBelow(parent.node, child.node))
         return;
     const Handle earlier = child.node.parentNode();
     if (!earlier.isNull())
@@ -177,6 +169,14 @@ QDomNode ownerElementOf(const QDomNode& node)
     if (!owner.isElement())
         owner.clear();
     return owner;
+}
+
+bool isOnElement(const QDomNode& node)
+{
+    if (!node.isAttr())
+        return false;
+    QDomElement element = node.parentNode().toElement();
+    return !element.isNull() && element.attributeNode(node.nodeName()) == node;
 }
 
 void adopt(const NodeRef& node)

@@ -52,6 +52,9 @@ QDomDocument ownerDocument(const NodeRef& node);
 /// hold the parent would let it outlive the element it stands on.
 QDomNode ownerElementOf(const QDomNode& node);
 
+/// Whether a node is an attribute in its place. Its element is held by whoever holds the attribute.
+bool isOnElement(const QDomNode& node);
+
 /// Against a dangling document: once nodes of two documents have met in one call, a tree outside any document
 /// may remember one that is gone. Gives the top of such a tree a living document, that of `node`, before Qt
 /// touches the tree. Until documents have met, this is one comparison.

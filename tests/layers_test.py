@@ -11,6 +11,7 @@ BELOW = {
     'com': {'KelComWrapper', 'KelXmlLib'},
     'filer': {'KelXmlLib', 'guards', 'text'},
     'dom': {'KelComWrapper', 'KelXmlLib', 'com', 'guards', 'text'},
+    'layer': {'KelComWrapper', 'KelXmlLib', 'dom', 'guards', 'text'},
     'module': {'KelComWrapper', 'KelXmlLib'},
 }
 

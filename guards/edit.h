@@ -1,0 +1,44 @@
+// Changes of a tree that say whether they were made, and some that the COM interfaces do not have. All of
+// them are built on `guards/tree`.
+
+#pragma once
+
+#include "guards/node_ref.h"
+
+namespace kelxml::guards
+{
+
+/// Why a change was not made.
+enum class Refusal {
+    None, ///< it was made
+    Ring,
+    TooDeep,
+    PlacedAttribute, ///< it is on an element
+    WholeDocument,
+    NotAChild
+};
+
+/// Appends `child`, which leaves the place that it has.
+Refusal append(const NodeRef& parent, const NodeRef& child);
+/// Puts `child`, which leaves the place that it has, before `reference`.
+Refusal insertBefore(const NodeRef& parent, const NodeRef& child, const NodeRef& reference);
+/// Puts `replacement`, which leaves the place that it has, in the place of `child`.
+Refusal replace(const NodeRef& parent, const NodeRef& child, const NodeRef& replacement);
+Refusal remove(const NodeRef& parent, const NodeRef& child);
+
+/// Removes all children and appends a text, unless that is empty.
+void replaceContent(const NodeRef& element, const QString& text);
+
+/// \return whether there was one
+bool removeAttribute(const NodeRef& element, const QString& name);
+
+QDomNode createText(QDomDocument& document, const QString& text);
+QDomNode createComment(QDomDocument& document, const QString& text);
+QDomNode createCData(QDomDocument& document, const QString& text);
+QDomNode createInstruction(QDomDocument& document, const QString& target, const QString& data);
+
+/// Null for a node without a parent: the links of one that outlived its parent point to nodes that are freed.
+QDomNode nextSibling(const QDomNode& node);
+QDomNode previousSibling(const QDomNode& node);
+
+} // namespace kelxml::guards

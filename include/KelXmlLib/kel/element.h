@@ -1,0 +1,204 @@
+/// \file
+/// Elements and their attributes. Included by KelXmlLib/kel.h.
+
+#pragma once
+
+#include "KelXmlLib/kel/list.h"
+#include "KelXmlLib/kel/node.h"
+
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace kel
+{
+
+/// What elements and documents have in common: children.
+class KEL_EXPORT Container : public Node
+{
+public:
+    /// \return the first child element of that name; null when there is none, and for null
+    Element child(TextView name) const;
+    /// The same, but appends the element when there is none. \throw Error as `append`
+    Element childOrNew(TextView name);
+
+    /// The child elements. See `List` for what a loop may change.
+    List<Element> children() const;
+    /// The child elements of that name.
+    List<Element> children(TextView name) const;
+    /// All elements below this one, in document order.
+    List<Element> descendants() const;
+    /// All elements of that name below this one, in document order.
+    List<Element> descendants(TextView name) const;
+    /// The children of every kind.
+    List<Node> nodes() const;
+
+    /// Appends a new element.
+    /// \param name its tag name
+    /// \return the new element
+    /// \throw Error for null, for a name that is not one, for a tree that would become too deep, and for a
+    ///        document that has its root element already
+    Element append(TextView name);
+    /// Appends a new element that holds a text. \throw Error as above, and for an invalid text
+    Element append(TextView name, const Value& text);
+    /// Appends a node. One that has a place already moves, also from another document.
+    /// \throw Error for null, for a node that is or contains this one, for an attribute that is on an
+    /// element,
+    ///        for a document, for a tree that would become too deep, and for what a document cannot hold
+    void append(const Node& node);
+    /// Appends a comment.
+    /// \param text without two hyphens in a row, and not ending in one
+    Node appendComment(TextView text);
+    /// Appends a processing instruction.
+    /// \param target its name
+    /// \param data must not contain `?>`
+    Node appendInstruction(TextView target, TextView data);
+
+    /// Inserts a new element. \param reference a child of this one. \return the new element
+    /// \throw Error as `append`, and when `reference` is not a child
+    Element insertBefore(TextView name, const Node& reference);
+    /// Inserts a node. One that has a place already moves. \param reference a child of this one
+    /// \throw Error as `append`, and when `reference` is not a child
+    void insertBefore(const Node& node, const Node& reference);
+    /// Puts `replacement` in the place of `child`, which has no parent then.
+    /// \throw Error as `append`, and when `child` is not a child
+    void replace(const Node& child, const Node& replacement);
+    /// Removes a child; values that refer to it keep it. \throw Error when it is not a child
+    void remove(const Node& child);
+
+protected:
+    Container() noexcept = default;
+    explicit Container(IXMLDOMNode& node) : Node(node) {}
+};
+
+class Attribute;
+class Attributes;
+
+/// An element, or null.
+class KEL_EXPORT Element : public Container
+{
+public:
+    /// Null.
+    Element() noexcept = default;
+    /// The element behind an interface. \throw Error for an object of another library
+    explicit Element(IXMLDOMElement& element);
+    /// The node as an element. \return null for any other node
+    explicit Element(const Node& node) noexcept;
+
+    /// An attribute's value.
+    /// \param name of the attribute
+    /// \param otherwise given for null, when there is no such attribute, and for a value that is not of its
+    ///        type; decides the type: a text, a number or `bool`. White space around a number or `bool` is
+    ///        skipped
+    template <class Default>
+    detail::TypeOf<Default> attribute(TextView name, const Default& otherwise) const
+    {
+        return detail::readOr(otherwise, [&](detail::Target target) { return readAttribute(name, target); });
+    }
+    /// \return whether there is an attribute of that name
+    bool hasAttribute(TextView name) const;
+    /// All attributes, sorted by name.
+    Attributes attributes() const;
+    /// Sets an attribute, which is added when it is not there.
+    /// \param value a text, a number or `bool`
+    /// \throw Error for null, for a name that is not one and for an invalid text
+    void setAttribute(TextView name, const Value& value);
+    /// Removes an attribute. \return whether there was one. \throw Error for null
+    bool removeAttribute(TextView name);
+
+    /// Appends a text. \throw Error for null and for an invalid text
+    Node appendText(const Value& text);
+    /// Appends a CDATA section. \param text must not contain `]]>`
+    Node appendCData(TextView text);
+
+    /// As `Node::clone`.
+    Element clone() const;
+    /// A new object over the same element. \return null for null
+    ComPtr<IXMLDOMElement> get() const;
+
+private:
+    bool readAttribute(TextView name, detail::Target target) const;
+};
+
+/// An attribute of an element. It keeps the element.
+class KEL_EXPORT Attribute : public Node
+{
+public:
+    /// Null.
+    Attribute() noexcept = default;
+    /// The attribute behind an interface. \throw Error for an object of another library
+    explicit Attribute(IXMLDOMAttribute& attribute);
+    /// The node as an attribute. \return null for any other node
+    explicit Attribute(const Node& node) noexcept;
+    /// A new object over the same attribute. \return null for null
+    ComPtr<IXMLDOMAttribute> get() const;
+};
+
+/// The attributes of an element, sorted by name. A loop goes over those that there are when it begins, and
+/// may set and remove attributes.
+class KEL_EXPORT Attributes
+{
+public:
+    /// A place in the list.
+    class Iterator
+    {
+    public:
+        /// What the standard library asks of an iterator.
+        using value_type = Attribute;
+        /// As above.
+        using difference_type = std::ptrdiff_t;
+        /// As above.
+        using reference = const Attribute&;
+        /// As above.
+        using pointer = const Attribute*;
+        /// As above.
+        using iterator_category = std::input_iterator_tag;
+
+        /// The end.
+        Iterator() = default;
+        /// The first of them. \param attributes not empty
+        explicit Iterator(std::shared_ptr<const std::vector<Attribute>> attributes) noexcept
+            : m_attributes(std::move(attributes))
+        {}
+        /// The attribute.
+        reference operator*() const noexcept { return (*m_attributes)[m_index]; }
+        /// As above.
+        pointer operator->() const noexcept { return &**this; }
+        /// Goes to the next attribute.
+        Iterator& operator++() noexcept
+        {
+            if (++m_index == m_attributes->size())
+                *this = {};
+            return *this;
+        }
+        /// \return whether both are at the same place of the same loop, or both at the end
+        bool operator==(const Iterator& other) const noexcept
+        {
+            return m_attributes == other.m_attributes && m_index == other.m_index;
+        }
+        /// As above, negated.
+        bool operator!=(const Iterator& other) const noexcept { return !(*this == other); }
+
+    private:
+        std::shared_ptr<const std::vector<Attribute>> m_attributes;
+        std::size_t m_index = 0;
+    };
+
+    /// For the library itself. \param element may be null
+    explicit Attributes(Element element) noexcept : m_element(std::move(element)) {}
+    /// The first attribute.
+    Iterator begin() const;
+    /// The end.
+    Iterator end() const noexcept { return {}; }
+    /// The number of attributes.
+    std::size_t size() const;
+    /// \return whether there are no attributes
+    bool empty() const { return size() == 0; }
+
+private:
+    Element m_element;
+};
+
+} // namespace kel

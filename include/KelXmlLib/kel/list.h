@@ -1,0 +1,122 @@
+/// \file
+/// Lists of nodes for range-for. Included by KelXmlLib/kel.h.
+
+#pragma once
+
+#include "KelComWrapper/export.h"
+#include "KelXmlLib/kel/node.h"
+
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <utility>
+
+namespace kel
+{
+
+namespace detail
+{
+
+/// Which nodes a list shows.
+struct Selection;
+
+/// A walk over the nodes of a selection.
+class KEL_EXPORT Walk
+{
+public:
+    /// At the end.
+    Walk() = default;
+    /// At the first node.
+    /// \param current receives it, or null
+    Walk(std::shared_ptr<const Selection> selection, Node& current);
+    /// Goes on from `current`, which receives the next node, or null.
+    void next(Node& current);
+
+private:
+    void reach(Node&& found, Node& current);
+
+    std::shared_ptr<const Selection> m_selection;
+    Node m_parent; ///< of the current node when it was reached
+    Node m_after;  ///< its next sibling then
+};
+
+/// How many nodes are selected. \param selection may be null
+KEL_EXPORT std::size_t count(const std::shared_ptr<const Selection>& selection);
+/// Whether any node is selected. \param selection may be null
+KEL_EXPORT bool hasAny(const std::shared_ptr<const Selection>& selection);
+
+} // namespace detail
+
+/// A live list: it shows the tree as it is at each step. The loop may change, move or remove the node that it
+/// has reached, and may append nodes, which it then reaches too. If it removes both that node and the one
+/// after it, it can end early. `Item` is `Element` or `Node`.
+template <class Item>
+class List
+{
+public:
+    /// A place in the list.
+    class Iterator
+    {
+    public:
+        /// What the standard library asks of an iterator.
+        using value_type = Item;
+        /// As above.
+        using difference_type = std::ptrdiff_t;
+        /// As above.
+        using reference = Item&;
+        /// As above.
+        using pointer = Item*;
+        /// As above.
+        using iterator_category = std::input_iterator_tag;
+
+        /// The end.
+        Iterator() = default;
+        /// The first node.
+        explicit Iterator(const std::shared_ptr<const detail::Selection>& selection)
+            : m_walk(selection, m_item)
+        {}
+        /// The node.
+        reference operator*() const noexcept { return m_item; }
+        /// As above.
+        pointer operator->() const noexcept { return &m_item; }
+        /// Goes to the next node.
+        Iterator& operator++()
+        {
+            m_walk.next(m_item);
+            return *this;
+        }
+        /// As above. \return the earlier place
+        Iterator operator++(int)
+        {
+            Iterator earlier = *this;
+            ++*this;
+            return earlier;
+        }
+        /// \return whether both are at the same node, or both at the end
+        bool operator==(const Iterator& other) const noexcept { return m_item == other.m_item; }
+        /// As above, negated.
+        bool operator!=(const Iterator& other) const noexcept { return !(*this == other); }
+
+    private:
+        mutable Item m_item; // a loop variable of type `auto&` can be changed
+        detail::Walk m_walk;
+    };
+
+    /// For the library itself. \param selection null for an empty list
+    explicit List(std::shared_ptr<const detail::Selection> selection) : m_selection(std::move(selection)) {}
+
+    /// The first node.
+    Iterator begin() const { return Iterator(m_selection); }
+    /// The end.
+    Iterator end() const { return {}; }
+    /// The number of nodes. Counts them: takes time in the length of the list, of `descendants` in the size
+    /// of the tree.
+    std::size_t size() const { return detail::count(m_selection); }
+    /// \return whether there are no nodes
+    bool empty() const { return !detail::hasAny(m_selection); }
+
+private:
+    std::shared_ptr<const detail::Selection> m_selection;
+};
+
+} // namespace kel

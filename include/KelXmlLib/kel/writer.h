@@ -1,0 +1,81 @@
+/// \file
+/// Writes an XML file without a tree. Included by KelXmlLib/kel.h.
+
+#pragma once
+
+#include "KelComWrapper/export.h"
+#include "KelXmlLib/kel/text.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+
+namespace kel
+{
+
+/// Writes one XML file from start to end: UTF-8, with a declaration, indented. Units that are not characters
+/// are written as U+FFFD.
+class KEL_EXPORT Writer
+{
+    struct State;
+
+public:
+    /// An element that is being written; it is closed when this goes out of scope. Closing an element closes
+    /// what is open in it.
+    class KEL_EXPORT Element
+    {
+    public:
+        /// Takes over the closing of the element.
+        Element(Element&& other) noexcept = default;
+        Element(const Element&) = delete;
+        Element& operator=(const Element&) = delete;
+        ~Element();
+
+        /// Writes an attribute.
+        /// \param value a text, a number or `bool`
+        /// \return this element, for the next attribute
+        /// \throw Error for a name that is not one or was written before, for an invalid text, and once the
+        ///        element has content or is closed
+        Element& attribute(TextView name, const Value& value);
+
+    private:
+        friend class Writer;
+        Element(std::shared_ptr<State> state, std::size_t serial) noexcept;
+
+        std::shared_ptr<State> m_state;
+        std::size_t m_serial;
+    };
+
+    /// Opens the file, which is emptied when it exists.
+    /// \param path in UTF-8
+    /// \param indent whether every element begins on a line of its own
+    /// \throw SaveError
+    explicit Writer(const std::filesystem::path& path, bool indent = true);
+    Writer(const Writer&) = delete;
+    Writer& operator=(const Writer&) = delete;
+    /// Closes what is open. Errors are not reported: call `close` for that.
+    ~Writer();
+
+    /// Begins an element in the innermost open one.
+    /// \throw Error for a name that is not one, for a second root element, and after `close`
+    Element element(TextView name);
+    /// Writes a whole element that holds a text. \throw Error as above, and for an invalid text
+    void element(TextView name, const Value& text);
+    /// Writes a text. \throw Error outside the root element, and for an invalid text
+    void text(const Value& text);
+    /// Writes a CDATA section; more than one where the text contains `]]>`. \throw Error as `text`
+    void cdata(TextView text);
+    /// Writes a comment. \param text without two hyphens in a row, and not ending in one
+    void comment(TextView text);
+    /// Writes a processing instruction. \param data must not contain `?>`
+    void instruction(TextView target, TextView data);
+
+    /// Closes all open elements and the file. Does nothing when called again.
+    /// \throw SaveError when the file is not complete, such as on a full disk; Error without a root element
+    void close();
+
+private:
+    std::shared_ptr<State> m_state;
+};
+
+} // namespace kel

@@ -1,0 +1,75 @@
+// What a value of the layer holds, and how values are made.
+
+#pragma once
+
+#include "KelXmlLib/kel.h"
+#include "guards/handle.h"
+#include "guards/node_ref.h"
+
+#include <QtXml/QDomDocument>
+
+#include <new>
+#include <type_traits>
+#include <utility>
+
+namespace kel::detail
+{
+
+/// Released from below: the node first, then its document, and last the element that an attribute points to
+/// without holding it.
+struct State
+{
+    QDomNode ownerElement;
+    QDomDocument document; ///< not null unless the node is
+    kelxml::Handle node;
+};
+
+struct Access
+{
+    static const State& of(const Node& value) noexcept
+    {
+        return *std::launder(reinterpret_cast<const State*>(value.m_state));
+    }
+    static State& of(Node& value) noexcept { return *std::launder(reinterpret_cast<State*>(value.m_state)); }
+
+    template <class Value>
+    static Value null()
+    {
+        if constexpr (std::is_same_v<Value, Document>)
+            return Document(nullptr);
+        else
+            return Value();
+    }
+
+    /// \param node of the kind that `Value` is for, or null
+    template <class Value = Node>
+    static Value make(kelxml::Handle&& node, const QDomDocument& document)
+    {
+        Value value = null<Value>();
+        assign(value, std::move(node), document);
+        return value;
+    }
+    static void assign(Node& value, kelxml::Handle&& node, const QDomDocument& document);
+
+    /// The node as an element, or what it is of another kind; null if it is something else.
+    template <class Kind>
+    static Kind as(const Node& value)
+    {
+        return kelxml::Handle(of(value).node).as<Kind>();
+    }
+};
+
+inline const kelxml::Handle& nodeOf(const Node& value) noexcept
+{
+    return Access::of(value).node;
+}
+inline const QDomDocument& documentOf(const Node& value) noexcept
+{
+    return Access::of(value).document;
+}
+inline kelxml::NodeRef refTo(const Node& value) noexcept
+{
+    return {nodeOf(value), {documentOf(value)}};
+}
+
+} // namespace kel::detail

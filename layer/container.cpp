@@ -1,0 +1,175 @@
+// Children: found by a walk over Qt's links, changed through the guards.
+
+#include "guards/edit.h"
+#include "guards/tree.h"
+#include "layer/access.h"
+#include "layer/refuse.h"
+#include "layer/selection.h"
+#include "layer/text.h"
+
+namespace kel
+{
+
+using detail::Access;
+using detail::documentOf;
+using detail::nodeOf;
+using detail::refTo;
+using kelxml::Handle;
+
+namespace
+{
+
+constexpr const char* kAppending = "appending a node";
+constexpr const char* kInserting = "inserting a node";
+constexpr const char* kReplacing = "replacing a node";
+constexpr const char* kRemoving = "removing a node";
+
+void requireNotNull(const Node& parent, const Node& child, const char* action)
+{
+    if (!parent)
+        detail::refuse(action, detail::reason::kNull);
+    if (!child)
+        detail::refuse(action, detail::reason::kNullArgument);
+}
+
+/// \param leaving a child that makes room for `child`, or null
+void requireFit(const Node& parent, const Node& child, const Node& leaving, const char* action)
+{
+    requireNotNull(parent, child, action);
+    if (parent.kind() != NodeKind::document)
+        return;
+    const QDomNode root = documentOf(parent).documentElement();
+    if (child.kind() == NodeKind::element && !root.isNull() && root != nodeOf(child) &&
+        root != nodeOf(leaving))
+        detail::refuse(action, detail::reason::kSecondRoot);
+    if (child.kind() == NodeKind::text || child.kind() == NodeKind::cdata)
+        detail::refuse(action, detail::reason::kTextInDocument);
+}
+
+/// A new node for `parent`, which gets it next.
+template <class Result, class Create>
+Result made(const Node& parent, const char* action, Create create)
+{
+    if (!parent)
+        detail::refuse(action, detail::reason::kNull);
+    QDomDocument document = documentOf(parent);
+    return Access::make<Result>(create(document), document);
+}
+
+Element madeElement(const Node& parent, TextView name, const char* action)
+{
+    const QString tagName = detail::toName(name);
+    return made<Element>(parent, action, [&](QDomDocument& document) {
+        return kelxml::guards::createElement(document, QString(), tagName);
+    });
+}
+
+} // namespace
+
+Element Container::child(TextView name) const
+{
+    Handle found = detail::firstNamed(nodeOf(*this).firstChild(), detail::toText(name));
+    return Access::make<Element>(std::move(found), documentOf(*this));
+}
+
+Element Container::childOrNew(TextView name)
+{
+    Element found = child(name);
+    return found ? found : append(name);
+}
+
+List<Element> Container::children() const
+{
+    return detail::select<Element>(*this, {});
+}
+
+List<Element> Container::children(TextView name) const
+{
+    return detail::select<Element>(*this, {detail::toText(name), true, false});
+}
+
+List<Element> Container::descendants() const
+{
+    return detail::select<Element>(*this, {QString(), true, true});
+}
+
+List<Element> Container::descendants(TextView name) const
+{
+    return detail::select<Element>(*this, {detail::toText(name), true, true});
+}
+
+List<Node> Container::nodes() const
+{
+    return detail::select<Node>(*this, {QString(), false, false});
+}
+
+Element Container::append(TextView name)
+{
+    Element element = madeElement(*this, name, kAppending);
+    append(element);
+    return element;
+}
+
+Element Container::append(TextView name, const Value& text)
+{
+    Element element = madeElement(*this, name, kAppending);
+    element.setText(text);
+    append(element);
+    return element;
+}
+
+void Container::append(const Node& node)
+{
+    requireFit(*this, node, {}, kAppending);
+    detail::require(kelxml::guards::append(refTo(*this), refTo(node)), kAppending);
+}
+
+Node Container::appendComment(TextView text)
+{
+    const QString data = detail::toText(text);
+    detail::requireComment(data, kAppending);
+    const Node node = made<Node>(*this, kAppending, [&](QDomDocument& document) {
+        return kelxml::guards::createComment(document, data);
+    });
+    append(node);
+    return node;
+}
+
+Node Container::appendInstruction(TextView target, TextView data)
+{
+    const QString name = detail::toName(target);
+    const QString content = detail::toText(data);
+    detail::requireWithout("?>", content, kAppending, detail::reason::kInstruction);
+    const Node node = made<Node>(*this, kAppending, [&](QDomDocument& document) {
+        return kelxml::guards::createInstruction(document, name, content);
+    });
+    append(node);
+    return node;
+}
+
+Element Container::insertBefore(TextView name, const Node& reference)
+{
+    Element element = madeElement(*this, name, kInserting);
+    insertBefore(element, reference);
+    return element;
+}
+
+void Container::insertBefore(const Node& node, const Node& reference)
+{
+    requireFit(*this, node, {}, kInserting);
+    detail::require(kelxml::guards::insertBefore(refTo(*this), refTo(node), refTo(reference)), kInserting);
+}
+
+void Container::replace(const Node& child, const Node& replacement)
+{
+    requireFit(*this, replacement, child, kReplacing);
+    detail::require(kelxml::guards::replace(refTo(*this), refTo(child), refTo(replacement)), kReplacing);
+}
+
+void Container::remove(const Node& child)
+{
+    requireNotNull(*this, child, kRemoving);
+    detail::require(kelxml::guards::remove(refTo(*this), refTo(child)), kRemoving);
+}
+
+} // namespace kel

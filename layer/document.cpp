@@ -1,0 +1,128 @@
+// Documents. What `guards/parse` says becomes an error.
+
+#include "KelXmlLib/kel/document.h"
+
+#include "dom/wrap.h"
+#include "guards/limits.h"
+#include "guards/parse.h"
+#include "guards/tree.h"
+#include "layer/access.h"
+#include "layer/refuse.h"
+#include "layer/text.h"
+
+namespace kel
+{
+
+using detail::Access;
+using detail::documentOf;
+using kelxml::guards::Limit;
+using kelxml::guards::ParseFailure;
+using kelxml::guards::ParseResult;
+
+namespace
+{
+
+/// A document that is there, unlike the null one that Qt's constructor makes.
+QDomDocument newDocument()
+{
+    QDomDocument document;
+    document.createDocumentFragment();
+    return document;
+}
+
+std::string reasonOf(Limit limit)
+{
+    namespace guards = kelxml::guards;
+    switch (limit) {
+    case Limit::Nesting:
+        return "nested deeper than " + std::to_string(guards::kMaxNesting) + " levels";
+    case Limit::EntityDeclarations:
+        return "more than " + std::to_string(guards::kMaxEntityDeclarations) + " entity declarations";
+    case Limit::EntityText:
+        return "too much text in entities";
+    case Limit::FileBytes:
+        return "larger than " + std::to_string(guards::kMaxFileBytes >> 20) + " MiB";
+    case Limit::UnsizedBytes:
+        return "a device with more than " + std::to_string(guards::kMaxUnsizedBytes >> 20) + " MiB";
+    case Limit::Stack:
+        return "nested too deep for the free stack of this thread";
+    case Limit::None:
+        break;
+    }
+    return {};
+}
+
+/// \param source the file, or empty for a text
+void requireParsed(const ParseResult& result, const std::string& source)
+{
+    using Kind = LoadError::Kind;
+    switch (result.failure) {
+    case ParseFailure::None:
+        return;
+    case ParseFailure::Unreadable:
+        throw LoadError(Kind::unreadable, source, result.reason.toStdString());
+    case ParseFailure::Empty:
+        throw LoadError(Kind::empty, source, "it is empty");
+    case ParseFailure::BeyondLimit:
+        throw LoadError(Kind::beyondLimit, source, reasonOf(result.limit));
+    case ParseFailure::NotWellFormed:
+        throw LoadError(Kind::notWellFormed, source, result.reason.toStdString(), result.line, result.column);
+    }
+}
+
+} // namespace
+
+Document::Document()
+{
+    const QDomDocument document = newDocument();
+    Access::assign(*this, QDomNode(document), document);
+}
+
+Document::Document(TextView rootName) : Document()
+{
+    append(rootName);
+}
+
+Document::Document(IXMLDOMDocument& document) : Container(document)
+{
+    if (*this)
+        return;
+    kelxml::WrapperAccess::makeDocument(static_cast<CMorvXMLDOMDocument&>(document));
+    Node::operator=(Node(document));
+}
+
+Document Document::load(const std::filesystem::path& path)
+{
+    Document document;
+    QDomDocument content = documentOf(document);
+    const std::string& name = path.native();
+    requireParsed(kelxml::guards::parseFile(content, detail::toText(name)), name);
+    return document;
+}
+
+Document Document::parse(TextView text)
+{
+    Document document;
+    QDomDocument content = documentOf(document);
+    requireParsed(kelxml::guards::parse(content, detail::toText(text)), {});
+    return document;
+}
+
+Element Document::root() const
+{
+    return Access::make<Element>(documentOf(*this).documentElement(), documentOf(*this));
+}
+
+Document Document::clone() const
+{
+    if (!*this)
+        return Access::null<Document>();
+    return Access::make<Document>(kelxml::guards::cloneNode(detail::refTo(*this), true), documentOf(*this));
+}
+
+ComPtr<IXMLDOMDocument> Document::get() const
+{
+    return *this ? ComPtr<IXMLDOMDocument>(new CMorvXMLDOMDocument(documentOf(*this))) : nullptr;
+}
+
+} // namespace kel

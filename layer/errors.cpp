@@ -1,0 +1,39 @@
+// Each error's line for people is put together here.
+
+#include "KelXmlLib/kel/errors.h"
+
+namespace kel
+{
+
+namespace
+{
+
+/// What comes before the reason.
+std::string place(const std::string& source, int line, int column)
+{
+    std::string place = source.empty() ? "text" : source;
+    if (line > 0)
+        place += ':' + std::to_string(line) + ':' + std::to_string(column);
+    return place;
+}
+
+} // namespace
+
+LoadError::LoadError(Kind kind, const std::string& source, const std::string& reason, int line, int column)
+    : Error(S_FALSE, place(source, line, column), reason), m_kind(kind), m_line(line), m_column(column),
+      m_reason(reason)
+{}
+
+LoadError::LoadError(const LoadError&) = default;
+LoadError& LoadError::operator=(const LoadError&) = default;
+LoadError::~LoadError() = default;
+
+SaveError::SaveError(const std::string& path, const std::string& reason)
+    : Error(S_FALSE, path, reason), m_reason(reason)
+{}
+
+SaveError::SaveError(const SaveError&) = default;
+SaveError& SaveError::operator=(const SaveError&) = default;
+SaveError::~SaveError() = default;
+
+} // namespace kel

@@ -1,0 +1,101 @@
+// A walk remembers, next to its node, the node's parent and next sibling: a node that the loop has moved or
+// removed no longer leads to them.
+
+#include "KelXmlLib/kel/list.h"
+
+#include "layer/access.h"
+#include "layer/selection.h"
+
+namespace kel::detail
+{
+
+using kelxml::Handle;
+
+namespace
+{
+
+/// The node after the subtree of `node` in document order; null at the end of `origin`'s.
+Handle afterSubtree(Handle node, const QDomNode& origin)
+{
+    Handle next;
+    for (; next.isNull() && !node.isNull() && node != origin; node = node.parentNode())
+        next = node.nextSibling();
+    return next;
+}
+
+/// What the walk looks at after `node`, which is in its place.
+Handle following(const Handle& node, const Selection& selection)
+{
+    if (!selection.deep)
+        return node.nextSibling();
+    Handle child = node.firstChild();
+    return child.isNull() ? afterSubtree(node, nodeOf(selection.origin)) : child;
+}
+
+/// `at`, or the first node after it that is selected.
+Handle firstSelected(Handle at, const Selection& selection)
+{
+    while (!at.isNull() && !selection.matches(at))
+        at = following(at, selection);
+    return at;
+}
+
+Handle firstSelected(const Selection& selection)
+{
+    return firstSelected(nodeOf(selection.origin).firstChild(), selection);
+}
+
+} // namespace
+
+bool Selection::matches(const Handle& node) const
+{
+    return (!elementsOnly || node.isElement()) && (name.isNull() || node.nodeName() == name);
+}
+
+Handle firstNamed(Handle&& node, const QString& name)
+{
+    return firstSelected(std::move(node), {name, true, false});
+}
+
+Walk::Walk(std::shared_ptr<const Selection> selection, Node& current) : m_selection(std::move(selection))
+{
+    if (m_selection)
+        reach(Access::make(firstSelected(*m_selection), documentOf(m_selection->origin)), current);
+}
+
+void Walk::next(Node& current)
+{
+    const QDomNode& parent = nodeOf(m_parent);
+    const Handle& after = nodeOf(m_after);
+    Handle at;
+    if (nodeOf(current).parentNode() == parent)
+        at = following(nodeOf(current), *m_selection);
+    else if (after.parentNode() == parent)
+        at = after;
+    else if (after.isNull() && m_selection->deep)
+        at = afterSubtree(QDomNode(parent), nodeOf(m_selection->origin));
+    reach(Access::make(firstSelected(std::move(at), *m_selection), documentOf(m_selection->origin)), current);
+}
+
+void Walk::reach(Node&& found, Node& current)
+{
+    current = std::move(found);
+    Access::of(m_parent).node = nodeOf(current).parentNode();
+    Access::of(m_after).node = nodeOf(current).nextSibling();
+}
+
+std::size_t count(const std::shared_ptr<const Selection>& selection)
+{
+    std::size_t count = 0;
+    if (selection)
+        for (Handle at = firstSelected(*selection); !at.isNull(); ++count)
+            at = firstSelected(following(at, *selection), *selection);
+    return count;
+}
+
+bool hasAny(const std::shared_ptr<const Selection>& selection)
+{
+    return selection && !firstSelected(*selection).isNull();
+}
+
+} // namespace kel::detail

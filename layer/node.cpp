@@ -1,0 +1,180 @@
+// A node value: three handles of Qt's in the bytes that the header reserves.
+
+#include "KelXmlLib/kel/node.h"
+
+#include "KelComWrapper/error.h"
+#include "dom/child.h"
+#include "dom/wrap.h"
+#include "guards/edit.h"
+#include "guards/tree.h"
+#include "layer/access.h"
+#include "layer/refuse.h"
+#include "layer/text.h"
+
+#include <memory>
+#include <new>
+
+namespace kel
+{
+
+using detail::Access;
+using detail::documentOf;
+using detail::nodeOf;
+using detail::refTo;
+using detail::State;
+
+void detail::Access::assign(Node& value, kelxml::Handle&& node, const QDomDocument& document)
+{
+    State& state = of(value);
+    state.ownerElement = kelxml::guards::ownerElementOf(node);
+    if (state.document != document)
+        state.document = document;
+    if (node.isDocument())
+        state.document = node.toDocument();
+    state.node = std::move(node);
+}
+
+Node::Node() noexcept
+{
+    static_assert(sizeof(State) == sizeof m_state && alignof(State) == alignof(void*));
+    new (m_state) State;
+}
+
+Node::Node(IXMLDOMNode& node) : Node()
+{
+    const std::optional<kelxml::Child> known = kelxml::recognise(&node);
+    if (!known)
+        detail::refuse("taking a node", detail::reason::kForeign);
+    Access::assign(*this, QDomNode(known->ref.node), known->ref.document.living());
+    if (*this && documentOf(*this).isNull())
+        Access::of(*this).document.createDocumentFragment(); // makes the document, for guards to adopt into
+}
+
+Node::Node(const Node& other) noexcept
+{
+    new (m_state) State(Access::of(other));
+}
+
+Node::Node(Node&& other) noexcept : Node()
+{
+    *this = std::move(other);
+}
+
+Node& Node::operator=(const Node& other) noexcept
+{
+    Node copy(other);
+    return *this = std::move(copy);
+}
+
+Node& Node::operator=(Node&& other) noexcept
+{
+    State& mine = Access::of(*this);
+    State& its = Access::of(other);
+    kelxml::Handle::exchange(mine.node, its.node);
+    kelxml::Handle::exchange(mine.document, its.document);
+    kelxml::Handle::exchange(mine.ownerElement, its.ownerElement);
+    return *this;
+}
+
+Node::~Node()
+{
+    std::destroy_at(&Access::of(*this));
+}
+
+Node::operator bool() const noexcept
+{
+    return !nodeOf(*this).isNull();
+}
+
+bool Node::operator==(const Node& other) const noexcept
+{
+    return nodeOf(*this) == nodeOf(other);
+}
+
+NodeKind Node::kind() const noexcept
+{
+    return *this ? static_cast<NodeKind>(nodeOf(*this).nodeType()) : NodeKind::none;
+}
+
+void Node::readName(detail::Target target) const
+{
+    detail::assign(nodeOf(*this).nodeName(), target);
+}
+
+bool Node::readText(detail::Target target) const
+{
+    if (!*this)
+        return false;
+    if (!nodeOf(*this).isElement())
+        return detail::assign(nodeOf(*this).nodeValue(), target);
+    const kelxml::Handle first = nodeOf(*this).firstChild();
+    if (first.isText() && first.nextSibling().isNull())
+        return detail::assign(first.nodeValue(), target);
+    return detail::assign(Access::as<QDomElement>(*this).text(), target);
+}
+
+void Node::setText(const Value& text)
+{
+    constexpr const char* kAction = "setting a text";
+    const QString data = detail::toText(text.text());
+    switch (kind()) {
+    case NodeKind::none:
+        detail::refuse(kAction, detail::reason::kNull);
+    case NodeKind::element:
+        return kelxml::guards::replaceContent(refTo(*this), data);
+    case NodeKind::document:
+        detail::refuse(kAction, detail::reason::kTextInDocument);
+    case NodeKind::comment:
+        detail::requireComment(data, kAction);
+        break;
+    case NodeKind::cdata:
+        detail::requireWithout("]]>", data, kAction, detail::reason::kCData);
+        break;
+    case NodeKind::instruction:
+        detail::requireWithout("?>", data, kAction, detail::reason::kInstruction);
+        break;
+    default:
+        break;
+    }
+    kelxml::guards::setNodeValue(refTo(*this), data);
+}
+
+Element Node::parent() const
+{
+    kelxml::Handle parent = nodeOf(*this).parentNode();
+    return parent.isElement() ? Access::make<Element>(std::move(parent), documentOf(*this)) : Element();
+}
+
+Node Node::nextSibling() const
+{
+    return Access::make(kelxml::guards::nextSibling(nodeOf(*this)), documentOf(*this));
+}
+
+Node Node::previousSibling() const
+{
+    return Access::make(kelxml::guards::previousSibling(nodeOf(*this)), documentOf(*this));
+}
+
+Document Node::document() const
+{
+    if (!*this)
+        return Access::null<Document>();
+    const QDomDocument document = kelxml::guards::ownerDocument(refTo(*this));
+    const QDomDocument& known = document.isNull() ? documentOf(*this) : document;
+    return Access::make<Document>(QDomNode(known), known);
+}
+
+Node Node::clone() const
+{
+    return Access::make(kelxml::guards::cloneNode(refTo(*this), true), documentOf(*this));
+}
+
+ComPtr<IXMLDOMNode> Node::get() const
+{
+    ComPtr<IXMLDOMNode> object;
+    if (*this)
+        kelxml::wrapForReturn(kelxml::Handle(nodeOf(*this)), {documentOf(*this)}, object.put());
+    return object;
+}
+
+} // namespace kel

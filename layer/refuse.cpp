@@ -1,0 +1,61 @@
+// The words for what the guards refuse.
+
+#include "layer/refuse.h"
+
+#include "KelComWrapper/error.h"
+#include "guards/limits.h"
+
+namespace kel::detail
+{
+
+namespace
+{
+
+std::string reasonOf(kelxml::guards::Refusal refusal)
+{
+    using kelxml::guards::Refusal;
+    switch (refusal) {
+    case Refusal::Ring:
+        return "the node contains the one that it should go into";
+    case Refusal::TooDeep:
+        return "the tree would become deeper than " + std::to_string(kelxml::guards::kMaxElementDepth) +
+               " elements";
+    case Refusal::PlacedAttribute:
+        return "the attribute is on an element";
+    case Refusal::WholeDocument:
+        return "a document cannot be in a tree";
+    case Refusal::NotAChild:
+        return "the node is not a child";
+    case Refusal::None:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+void refuse(const char* action, const std::string& reason)
+{
+    throw Error(E_INVALIDARG, action, reason);
+}
+
+void require(kelxml::guards::Refusal refusal, const char* action)
+{
+    if (refusal != kelxml::guards::Refusal::None)
+        refuse(action, reasonOf(refusal));
+}
+
+void requireComment(const QString& text, const char* action)
+{
+    requireWithout("--", text, action, reason::kComment);
+    if (text.endsWith(u'-'))
+        refuse(action, reason::kComment);
+}
+
+void requireWithout(const char* end, const QString& text, const char* action, const char* reason)
+{
+    if (text.contains(QLatin1String(end)))
+        refuse(action, reason);
+}
+
+} // namespace kel::detail

@@ -1,0 +1,37 @@
+// How a change that is not made is reported.
+
+#pragma once
+
+#include "guards/edit.h"
+
+#include <string>
+
+namespace kel::detail
+{
+
+/// Why a change is not made, where no guard is asked.
+namespace reason
+{
+constexpr const char* kNull = "the node to change is null";
+constexpr const char* kNullArgument = "the node is null";
+constexpr const char* kForeign = "the object belongs to another library";
+constexpr const char* kSecondRoot = "the document has a root element already";
+constexpr const char* kTextInDocument = "a document has no text of its own";
+constexpr const char* kComment = "a comment cannot contain two hyphens in a row, nor end in one";
+constexpr const char* kCData = "a CDATA section cannot contain ]]>";
+constexpr const char* kInstruction = "an instruction cannot contain ?>";
+} // namespace reason
+
+/// \throw Error always
+/// \param action such as "appending a node"
+[[noreturn]] void refuse(const char* action, const std::string& reason);
+
+/// \throw Error unless the change was made
+void require(kelxml::guards::Refusal refusal, const char* action);
+
+/// \throw Error for a text that would end a comment
+void requireComment(const QString& text, const char* action);
+/// \throw Error for a text with `end` in it
+void requireWithout(const char* end, const QString& text, const char* action, const char* reason);
+
+} // namespace kel::detail

@@ -1,0 +1,35 @@
+// Which nodes a list shows.
+
+#pragma once
+
+#include "layer/access.h"
+
+#include <memory>
+
+namespace kel::detail
+{
+
+struct Selection
+{
+    QString name; ///< null for any
+    bool elementsOnly = true;
+    bool deep = false; ///< all that is below, not only children
+    Node origin = {};
+
+    bool matches(const kelxml::Handle& node) const;
+};
+
+/// \return an empty list for null
+template <class Item>
+List<Item> select(const Node& origin, Selection selection)
+{
+    if (!origin)
+        return List<Item>(nullptr);
+    selection.origin = origin;
+    return List<Item>(std::make_shared<const Selection>(std::move(selection)));
+}
+
+/// The first element of that name from a node on, along its siblings.
+kelxml::Handle firstNamed(kelxml::Handle&& node, const QString& name);
+
+} // namespace kel::detail

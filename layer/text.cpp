@@ -1,0 +1,199 @@
+// Qt converts; what it would replace or drop silently is found here. Numbers are the standard library's,
+// which asks no locale.
+
+#include "layer/text.h"
+
+#include "KelComWrapper/error.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <new>
+
+namespace kel
+{
+
+namespace detail
+{
+
+namespace
+{
+
+constexpr const char* kAction = "reading an argument";
+
+/// Qt counts in `int`.
+int lengthForQt(std::size_t length)
+{
+    if (length > std::numeric_limits<int>::max() / sizeof(QChar) - 16)
+        throw std::bad_alloc();
+    return static_cast<int>(length);
+}
+
+// Qt puts U+FFFD in the place of what is invalid, and drops a leading byte order mark.
+QString fromUtf8(std::string_view utf8)
+{
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    const int length = lengthForQt(utf8.size());
+    QString text = QString::fromUtf8(utf8.data(), length);
+    if (utf8.substr(0, kMark.size()) == kMark)
+        text.prepend(QChar::ByteOrderMark);
+    const auto isSame = [&] {
+        const QByteArray again = text.toUtf8();
+        return utf8 == std::string_view(again.constData(), static_cast<std::size_t>(again.size()));
+    };
+    if (text.contains(QChar::ReplacementCharacter) && !isSame())
+        throw Error(E_INVALIDARG, kAction, "a text is not valid UTF-8");
+    return text;
+}
+
+QString fromWide(std::wstring_view wide)
+{
+    QString text;
+    text.reserve(lengthForQt(wide.size()));
+    for (const wchar_t unit : wide) {
+        const auto character = static_cast<char32_t>(unit);
+        if (QChar::isSurrogate(character) || character > QChar::LastValidCodePoint)
+            throw Error(E_INVALIDARG, kAction, "a wide text has a unit that is not a character");
+        if (QChar::requiresSurrogates(character))
+            text.append(QChar(QChar::highSurrogate(character)));
+        text.append(QChar(QChar::requiresSurrogates(character) ? QChar::lowSurrogate(character)
+                                                               : static_cast<char16_t>(character)));
+    }
+    return text;
+}
+
+enum class InName { no, notFirst, anywhere };
+
+/// As Qt's parser has it.
+InName roleInName(QChar c)
+{
+    switch (c.category()) {
+    case QChar::Letter_Uppercase:
+    case QChar::Letter_Lowercase:
+    case QChar::Letter_Titlecase:
+    case QChar::Letter_Other:
+    case QChar::Number_Letter:
+        return InName::anywhere;
+    case QChar::Letter_Modifier:
+    case QChar::Mark_NonSpacing:
+    case QChar::Mark_SpacingCombining:
+    case QChar::Mark_Enclosing:
+    case QChar::Number_DecimalDigit:
+        return InName::notFirst;
+    default:
+        return c == u'_' || c == u':'   ? InName::anywhere
+               : c == u'-' || c == u'.' ? InName::notFirst
+                                        : InName::no;
+    }
+}
+
+bool isName(const QString& text)
+{
+    return !text.isEmpty() && roleInName(text[0]) == InName::anywhere &&
+           std::all_of(text.begin(), text.end(), [](QChar c) { return roleInName(c) != InName::no; });
+}
+
+/// Without the white space around it, and without a plus sign; of other characters than ASCII not itself.
+std::string asciiOf(const QString& text)
+{
+    const auto isSpace = [](QChar c) { return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r'; };
+    const QChar* first = std::find_if_not(text.begin(), text.end(), isSpace);
+    const QChar* last = text.end();
+    while (last != first && isSpace(last[-1]))
+        --last;
+    if (last - first > 1 && *first == u'+' && first[1] != u'-')
+        ++first;
+    std::string ascii(static_cast<std::size_t>(last - first), '\0');
+    std::transform(first, last, ascii.begin(),
+                   [](QChar c) { return c.unicode() < 0x80 ? c.toLatin1() : '?'; });
+    return ascii;
+}
+
+bool read(const QString& text, std::string& value)
+{
+    const QByteArray utf8 = text.toUtf8();
+    value.assign(utf8.constData(), static_cast<std::size_t>(utf8.size()));
+    return true;
+}
+
+bool read(const QString& text, std::wstring& value)
+{
+    value = text.toStdWString();
+    return true;
+}
+
+bool read(const QString& text, bool& value)
+{
+    const std::string word = asciiOf(text);
+    const bool isTrue = word == "true" || word == "1";
+    const bool isOne = isTrue || word == "false" || word == "0";
+    if (isOne)
+        value = isTrue;
+    return isOne;
+}
+
+template <class Number>
+bool read(const QString& text, Number& value)
+{
+    const std::string digits = asciiOf(text);
+    const char* const end = digits.data() + digits.size();
+    Number number{};
+    const auto [at, error] = std::from_chars(digits.data(), end, number);
+    const bool isOne = error == std::errc() && at == end;
+    if (isOne)
+        value = number;
+    return isOne;
+}
+
+template <class Number>
+std::size_t write(Number number, char* to) noexcept
+{
+    return static_cast<std::size_t>(std::to_chars(to, to + 32, number).ptr - to);
+}
+
+} // namespace
+
+QString toText(TextView text)
+{
+    QString converted = text.isWide() ? fromWide(text.wide()) : fromUtf8(text.utf8());
+    if (converted.contains(QChar(0)))
+        throw Error(E_INVALIDARG, kAction, "a text has a zero in it");
+    return converted;
+}
+
+QString toName(TextView name)
+{
+    QString converted = toText(name);
+    if (!isName(converted))
+        throw Error(E_INVALIDARG, kAction, '\'' + converted.toStdString() + "' is not a name");
+    return converted;
+}
+
+bool assign(const QString& text, Target target)
+{
+    return std::visit([&](auto* value) { return read(text, *value); }, target);
+}
+
+std::size_t writeNumber(long long number, char* to) noexcept
+{
+    return write(number, to);
+}
+
+std::size_t writeNumber(unsigned long long number, char* to) noexcept
+{
+    return write(number, to);
+}
+
+std::size_t writeNumber(float number, char* to) noexcept
+{
+    return write(number, to);
+}
+
+std::size_t writeNumber(double number, char* to) noexcept
+{
+    return write(number, to);
+}
+
+} // namespace detail
+
+} // namespace kel

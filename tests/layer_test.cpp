@@ -1,0 +1,243 @@
+// The C++ layer: what values read and refuse, what changes do to the tree, what a loop sees of them, what an
+// error says.
+
+#include "KelXmlLib/kel.h"
+#include "layer/access.h"
+
+#include "support/dom_fixture.h"
+
+#include <QtCore/QTextStream>
+#include <fstream>
+#include <functional>
+#include <limits>
+#include <utility>
+#include <vector>
+
+namespace
+{
+
+struct Layer : DomTest
+{};
+
+std::string xmlOf(const kel::Node& node)
+{
+    QString xml;
+    QTextStream stream(&xml);
+    kel::detail::nodeOf(node).save(stream, -1);
+    return xml.remove(u'\n').toStdString();
+}
+
+template <class List>
+std::string namesIn(const List& list)
+{
+    std::string names;
+    for (const auto& item : list)
+        names += item.name() + ' ';
+    return names;
+}
+
+/// What the error that `action` throws says; empty when it throws none.
+template <class Action>
+std::string messageOf(Action action)
+{
+    try {
+        action();
+    } catch (const kel::Error& error) {
+        return error.what();
+    }
+    return {};
+}
+
+TEST_F(Layer, ADefaultDecidesTheTypeAndStepsInForWhatIsNotOfIt)
+{
+    const auto document = kel::Document::parse(
+        "<r i=' 42\n' big='4294967296' d='0.1' t='1' w='h\xC3\xA9\xF0\x9F\x98\x80'><n>-7</n><e/></r>");
+    const kel::Element root = document.root(), none = root.child("none").child("none");
+    EXPECT_EQ(42, root.attribute("i", 0));
+    EXPECT_EQ(7, root.attribute("big", 7)) << "more than an int holds";
+    EXPECT_EQ(4294967296, root.attribute(L"big", 7L));
+    EXPECT_EQ(7u, root.child("n").text(7u)) << "a minus sign";
+    EXPECT_EQ(-7, root.child("n").text(short{1}));
+    EXPECT_EQ(0.1, root.attribute("d", 0.0));
+    EXPECT_EQ(5, root.attribute("d", 5)) << "digits to the end";
+    EXPECT_TRUE(root.attribute("t", false));
+    EXPECT_TRUE(root.attribute("i", true)) << "no truth value";
+    EXPECT_EQ(L"h\u00e9\U0001f600", root.attribute("w", L""));
+    EXPECT_EQ("h\xC3\xA9\xF0\x9F\x98\x80", root.attribute("w", ""));
+    EXPECT_EQ("", root.child("e").text("default")) << "an empty text is one";
+    EXPECT_EQ("default", none.text("default"));
+    EXPECT_EQ(L"", none.text<std::wstring>());
+    EXPECT_EQ(800, none.attribute("width", 800));
+    EXPECT_FALSE(none || none.nextSibling() || none.parent() || none.clone() || none.document() ||
+                 none.get());
+    EXPECT_TRUE(none.children().empty() && none.attributes().empty() && none.descendants("r").size() == 0);
+}
+
+TEST_F(Layer, NumbersReadBackAsTheyWereWritten)
+{
+    kel::Element root = kel::Document("r").root();
+    const auto comesBack = [&](auto number) {
+        root.setAttribute("n", number);
+        return root.attribute("n", decltype(number){}) == number;
+    };
+    EXPECT_TRUE(comesBack(std::numeric_limits<std::int64_t>::min()) &&
+                comesBack(std::numeric_limits<std::uint64_t>::max()) && comesBack(0.1) && comesBack(0.1F) &&
+                comesBack(std::numeric_limits<double>::denorm_min()) && comesBack(1e300) && comesBack(true) &&
+                comesBack(std::numeric_limits<double>::infinity()));
+    root.setAttribute("n", false);
+    EXPECT_EQ("false", root.attribute("n", ""));
+}
+
+TEST_F(Layer, ChangesAreMadeWhereTheyWereAskedFor)
+{
+    expectNothingLeft([] {
+        kel::Document document("r");
+        kel::Element root = document.root();
+        root.append("a", L"h\u00e9").setAttribute("x", "<");
+        root.append("c", 0.5);
+        root.insertBefore("b", root.child("c"));
+        root.insertBefore(root.appendComment("one"), root.child("a"));
+        root.appendCData("<&");
+        root.appendInstruction("go", "on");
+        root.appendText("end");
+        EXPECT_EQ("<r><!--one--><a x=\"&lt;\">h\u00e9</a><b/><c>0.5</c><![CDATA[<&]]><?go on?>end</r>",
+                  xmlOf(document));
+        kel::Element a = root.child("a");
+        EXPECT_TRUE(a.removeAttribute("x"));
+        EXPECT_FALSE(a.removeAttribute("x"));
+        root.replace(root.child("b"), a);
+        a.setText("");
+        kel::Element copy = root.clone();
+        root.setText("all");
+        EXPECT_EQ("<r>all</r>", xmlOf(root));
+        EXPECT_EQ("<r><!--one--><a/><c>0.5</c><![CDATA[<&]]><?go on?>end</r>", xmlOf(copy));
+        EXPECT_EQ("a", copy.child("c").previousSibling().name());
+        EXPECT_FALSE(a.nextSibling()) << "a's parent is gone";
+        kel::Document other;
+        EXPECT_FALSE(other.root());
+        other.append(copy);
+        EXPECT_EQ(other, copy.document());
+        EXPECT_EQ("r", other.clone().root().name());
+    });
+}
+
+TEST_F(Layer, ARefusedChangeChangesNothingAndSaysWhy)
+{
+    kel::Document document = kel::Document::parse("<r a='1'><a/><b><c/></b></r>"), empty;
+    kel::Element root = document.root(), a = root.child("a"), b = root.child("b"), c = b.child("c"), none;
+    const kel::Attribute attribute = *root.attributes().begin();
+    const std::string before = xmlOf(document);
+    const std::pair<std::function<void()>, const char*> refusals[] = {
+        {[&] { none.setAttribute("x", 1); }, "setting an attribute: the node to change is null"},
+        {[&] { none.append("x"); }, "appending a node: the node to change is null"},
+        {[&] { none.setText("x"); }, "setting a text: the node to change is null"},
+        {[&] { root.append(none); }, "appending a node: the node is null"},
+        {[&] { root.append("1x"); }, "reading an argument: '1x' is not a name"},
+        {[&] { root.setAttribute("", 1); }, "reading an argument: '' is not a name"},
+        {[&] { root.append("x", "\xC3"); }, "reading an argument: a text is not valid UTF-8"},
+        {[&] { root.setText(L"\xD800"); },
+         "reading an argument: a wide text has a unit that is not a character"},
+        {[&] { c.append(root); }, "appending a node: the node contains the one that it should go into"},
+        {[&] { root.append(document); }, "appending a node: a document cannot be in a tree"},
+        {[&] { a.append(attribute); }, "appending a node: the attribute is on an element"},
+        {[&] { root.remove(c); }, "removing a node: the node is not a child"},
+        {[&] { root.remove(attribute); }, "removing a node: the node is not a child"},
+        {[&] { root.insertBefore(a, c); }, "inserting a node: the node is not a child"},
+        {[&] { root.replace(c, a); }, "replacing a node: the node is not a child"},
+        {[&] { document.append("second"); }, "appending a node: the document has a root element already"},
+        {[&] { empty.append(root.appendText("")); }, "appending a node: a document has no text of its own"},
+        {[&] { root.appendComment("a--b"); },
+         "appending a node: a comment cannot contain two hyphens in a row, nor end in one"},
+        {[&] { root.appendCData("]]>"); }, "appending a CDATA section: a CDATA section cannot contain ]]>"},
+        {[&] { root.appendInstruction("x", "?>"); }, "appending a node: an instruction cannot contain ?>"},
+    };
+    for (const auto& [change, message] : refusals)
+        EXPECT_EQ(message, messageOf(change));
+    EXPECT_EQ(before, xmlOf(document));
+
+    kel::Element deepest = root;
+    for (int depth = 1; depth < 2048; ++depth)
+        deepest = deepest.append("d");
+    EXPECT_EQ("appending a node: the tree would become deeper than 2048 elements",
+              messageOf([&] { deepest.append("d"); }));
+    EXPECT_FALSE(deepest.child("d"));
+}
+
+TEST_F(Layer, ALoopMayMoveOrRemoveTheNodeThatItHasReached)
+{
+    kel::Document document = kel::Document::parse("<r><a/>t<b><a/></b><a/><!--c--></r>");
+    kel::Element root = document.root();
+    EXPECT_EQ("a #text b a #comment ", namesIn(root.nodes()));
+    EXPECT_EQ("a b a a ", namesIn(document.root().descendants()));
+    EXPECT_EQ(3u, document.descendants("a").size());
+    EXPECT_EQ("a a ", namesIn(root.children("a")));
+    for (auto& element : root.children("a")) {
+        if (root.children().size() < 6)
+            root.append("a"); // which the loop reaches
+        element.setAttribute("seen", true);
+    }
+    for (kel::Element element : root.descendants("a"))
+        if (element.parent() == root)
+            root.child("b").append(element);
+        else
+            element.parent().remove(element);
+    EXPECT_EQ(4u, root.child("b").children().size()) << "as many as were moved after b was reached";
+    for (const kel::Node& node : root.nodes())
+        root.remove(node);
+    EXPECT_EQ("<r/>", xmlOf(root));
+    for (const char* name : {"z", "m", "a"})
+        root.setAttribute(name, 1);
+    EXPECT_EQ("a m z ", namesIn(root.attributes()));
+    for (const kel::Attribute& attribute : root.attributes())
+        root.removeAttribute(attribute.name());
+    EXPECT_TRUE(root.attributes().empty());
+}
+
+TEST_F(Layer, ValuesAndInterfacesSeeTheSameTree)
+{
+    const auto object = newDocument();
+    EXPECT_EQ(S_FALSE, object->get_documentElement(ComPtr<IXMLDOMElement>().put()) == S_OK ? S_FALSE : S_OK)
+        << "asked too early, it is without a node for good";
+    kel::Document document(*object);
+    document.append("r").setAttribute("a", 1);
+    EXPECT_EQ("r", document.root().name());
+    EXPECT_EQ(L"r", nameOf(*firstChildOf(*object)));
+    const kel::Element root(*document.root().get());
+    EXPECT_EQ(document.root(), root);
+    EXPECT_EQ(root, kel::Node(*root.get()));
+    EXPECT_EQ(document, kel::Document(*document.get()));
+    const kel::Attribute attribute(*attributeOf(*root.get(), L"a"));
+    EXPECT_EQ("1", attribute.text());
+    EXPECT_EQ(root, attribute.parent());
+}
+
+TEST_F(Layer, AnErrorOfLoadingSaysWhichFileWhereAndWhy)
+{
+    using Kind = kel::LoadError::Kind;
+    const std::string path = pathOf("h\xC3\xA9.xml").toStdString();
+    const auto loadErrorOf = [&](const std::string& from) {
+        try {
+            kel::Document::load(from);
+        } catch (const kel::LoadError& error) {
+            EXPECT_EQ(error.line() > 0, error.kind() == Kind::notWellFormed);
+            return std::pair(error.kind(), std::string(error.what()));
+        }
+        return std::pair(Kind{}, std::string());
+    };
+    const auto loadErrorOfText = [&](const std::string& text) {
+        std::ofstream(path) << text;
+        return loadErrorOf(path);
+    };
+    EXPECT_EQ(std::pair(Kind::unreadable, path + ": No such file or directory"), loadErrorOf(path));
+    EXPECT_EQ(std::pair(Kind::empty, path + ": it is empty"), loadErrorOfText(""));
+    EXPECT_EQ(std::pair(Kind::notWellFormed, path + ":2:4: tag mismatch"), loadErrorOfText("<r>\n</s>"));
+    std::string deep;
+    for (int depth = 0; depth < 2049; ++depth)
+        deep += "<d>";
+    EXPECT_EQ(std::pair(Kind::beyondLimit, path + ": nested deeper than 2048 levels"), loadErrorOfText(deep));
+    EXPECT_EQ("text:1:7: tag mismatch", messageOf([] { kel::Document::parse(L"<a></b>"); }));
+    std::ofstream(path) << "<r/>";
+    EXPECT_EQ("r", kel::Document::load(path).root().name());
+}
+
+} // namespace
