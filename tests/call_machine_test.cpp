@@ -10,7 +10,6 @@ using CallSequences = DomTest;
 
 void run(unsigned seed, std::size_t documents)
 {
-    std::fprintf(stderr, "\rKEL_FIRST_SEED=%u ", seed); // in case of a crash
     model::CallMachine machine(randomChoice(seed), documents);
     for (int call = 0; call < 100; ++call)
         ASSERT_NO_THROW(machine.step()) << "seed " << seed << ", call " << call;

@@ -1,15 +1,18 @@
-// The filer: what every operation answers and writes, in every phase of the file, and that what reaches the
-// disk is what Qt's writer makes of the same calls.
+// The filer: the status of every operation with and without an open file, and the bytes, compared with what
+// Qt's writer makes of the same calls.
 
 #include "support/dom_fixture.h"
 #include "support/filer_calls.h"
+
+#include <csignal>
+#include <sys/resource.h>
 
 using namespace filer_calls;
 
 namespace
 {
 
-/// What a text can lack, and one that has to be escaped.
+/// Two ways for a text to be missing, and one that needs escapes.
 const Text kTexts[] = {nullptr, L"", L"<\"\u00e4]]>"};
 QStringList messages;
 
@@ -46,7 +49,7 @@ TEST_F(FilerTest, OperationWithoutAnOpenFileAnswersTheSameWritesNothingAndQtWarn
             for (const Call& call : calls)
                 for (const Text one : kTexts)
                     for (const Text two : kTexts)
-                        EXPECT_EQ(call.answer(filer, one, two), call.expected(one, two)) << call.slot;
+                        EXPECT_EQ(call.answer(filer, one, two), call.expected(one, two)) << call.name;
         };
         makeAll(kCalls);
         makeAll(kNoOps);
@@ -83,4 +86,22 @@ TEST_F(FilerTest, AnyOrderOfCallsWritesWhatQtWritesAndAnotherParserReadsAnElemen
         ASSERT_NO_THROW(writers.compare()) << "seed " << seed;
     }
     EXPECT_EQ(messages, QStringList());
+}
+
+TEST_F(FilerTest, AFullDiskIsNotReportedAndTheFileKeepsWhatFitted)
+{
+    const std::wstring text(50000, L'x');
+    rlimit usual{};
+    ASSERT_EQ(0, getrlimit(RLIMIT_FSIZE, &usual));
+    const rlimit small{5000, usual.rlim_max};
+    std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &small));
+    for (const Text path : {L"/dev/full", m_path.c_str()}) {
+        KelXmlFilerWrapper filer(path, KelXmlLib::eEncodingUtf8, 0, false, false, nullptr, nullptr);
+        for (const int status : {filer.writeElmBegin(L"r"), filer.writeText(text.c_str()), filer.flush(),
+                                 filer.writeElmEnd(), filer.close(), filer.writeDocEnd()})
+            EXPECT_EQ(0, status) << QString::fromWCharArray(path).toStdString();
+    }
+    EXPECT_EQ(0, setrlimit(RLIMIT_FSIZE, &usual));
+    EXPECT_EQ("<r>" + QByteArray(4997, 'x'), contentOf(QString::fromStdWString(m_path)));
 }

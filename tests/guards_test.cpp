@@ -1,6 +1,8 @@
-// Calls in an order that Qt alone does not survive, and the answers that the caller gets instead or where
-// nothing is found.
+// Calls in an order that Qt alone does not survive, the answers that the caller gets instead or where nothing
+// is found, and what remains Qt's.
 
+#include "dom/wrapper_access.h"
+#include "guards/handle.h"
 #include "support/beside_qt.h"
 #include "support/dom_fixture.h"
 #include "support/variant_text.h"
@@ -27,13 +29,16 @@ struct Guards : DomTest
         return static_cast<bool>(parentOf(child));
     }
 
+    static const void* nodeOf(IXMLDOMNode& element)
+    {
+        return kelxml::Handle::identityOf(kelxml::refTo(static_cast<CMorvXMLDOMElement&>(element)).node);
+    }
+    static void expectNoTreeDeeperThanTheBound();
+
     static constexpr int kBound = 2048;
 };
 
-// The first two come before the others, in this order: once something was appended below an attribute, the
-// process measures elements in another way.
-
-TEST_F(Guards, NoTreeBecomesDeeperThanTheBoundInWhateverOrderItIsBuilt)
+void Guards::expectNoTreeDeeperThanTheBound()
 {
     const auto document = newDocument();
     const auto one = create(*document, NODE_ELEMENT, L"e");
@@ -50,6 +55,18 @@ TEST_F(Guards, NoTreeBecomesDeeperThanTheBoundInWhateverOrderItIsBuilt)
     EXPECT_FALSE(takes(*place, *mixed)) << "a first child without children says nothing of the second";
     EXPECT_FALSE(takes(*place, *chainOf(1049, *document).first));
     EXPECT_TRUE(takes(*place, *chainOf(1048, *document).first));
+}
+
+TEST_F(Guards, NoTreeBecomesDeeperThanTheBoundInWhateverOrderItIsBuilt)
+{
+    // In a new process: once something is appended to an attribute, a process measures elements in another
+    // way.
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    const auto expectAndExit = [] {
+        expectNoTreeDeeperThanTheBound();
+        std::exit(HasFailure() ? 1 : 0);
+    };
+    EXPECT_EXIT(expectAndExit(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(Guards, WhatAttributesHoldCountsForTheDepthAsWell)
@@ -72,6 +89,7 @@ TEST_F(Guards, WhatAttributesHoldCountsForTheDepthAsWell)
     const auto [highest, lowest] = chainOf(kBound + 1, *document, NODE_ATTRIBUTE);
     EXPECT_TRUE(takes(*lowest, *last)) << "two more than elements";
     EXPECT_FALSE(takes(*last, *create(*document, NODE_ATTRIBUTE, L"x")));
+    expectNoTreeDeeperThanTheBound();
 }
 
 TEST_F(Guards, RingsDocumentsAndPlacedAttributesAreNotAppended)
@@ -88,7 +106,7 @@ TEST_F(Guards, RingsDocumentsAndPlacedAttributesAreNotAppended)
     EXPECT_EQ(before, saved(*document));
 }
 
-TEST_F(Guards, ALongListOfAnAttributesChildrenIsReadAnewOnceTheAttributeIsSet)
+TEST_F(Guards, ALongListOfAnAttributesChildrenIsReReadOnceTheAttributeIsSet)
 {
     const auto document = documentOf(L"<a x='1'/>");
     const auto root = rootOf(document);
@@ -101,17 +119,21 @@ TEST_F(Guards, ALongListOfAnAttributesChildrenIsReadAnewOnceTheAttributeIsSet)
     EXPECT_EQ(L"e", nameOf(**kel::each(list).begin()));
 }
 
-// Freed memory has to be used again at once for this, as it is outside of valgrind and the sanitizers.
+// The allocator must reuse freed memory at once, as it does without valgrind and the sanitizers.
 TEST_F(Guards, ANodeAtTheAddressOfOneThatWasAdoptedIsNotTakenForIt)
 {
     const auto home = documentOf(L"<h/>");
     auto other = documentOf(L"<x/>");
     const auto node = create(*home, NODE_ELEMENT, L"n");
     const auto child = create(*home, NODE_ELEMENT, L"z");
-    append(*firstChildOf(*other), *node);       // the documents have met
-    listOf(*create(*home, NODE_ELEMENT, L"n")); // adopted, and freed
+    append(*firstChildOf(*other), *node); // the documents have met
+    auto adopted = create(*home, NODE_ELEMENT, L"n");
+    listOf(*adopted);
+    const void* const freed = nodeOf(*adopted);
+    adopted.reset();
     ComPtr<IXMLDOMNode> copy;
-    node->cloneNode(VARIANT_FALSE, copy.put()); // where that was; it belongs to the other document
+    node->cloneNode(VARIANT_FALSE, copy.put()); // belongs to the other document
+    EXPECT_EQ(allocations::kCanFail, nodeOf(*copy) == freed) << "without that, this tests nothing";
     other.reset();
     std::vector<std::string> zeros;
     for (std::size_t count = 0; count < 6000; ++count)
@@ -123,7 +145,7 @@ TEST_F(Guards, ANodeAtTheAddressOfOneThatWasAdoptedIsNotTakenForIt)
 TEST_F(Guards, AForeignChildIsRefusedAndNoChildChangesNothing)
 {
     const auto made = oneOfEach(L"<a x='1'>t<b/></a>");
-    // A foreign child: a vtable that must not be called, and not a byte behind it.
+    // A foreign child: a vtable that must not be called, and not a byte after it.
     const void* const noTable[120] = {};
     const void* const* foreignObject[1] = {noTable};
     auto* const foreign = reinterpret_cast<IXMLDOMNode*>(foreignObject);
@@ -172,6 +194,75 @@ TEST_F(Guards, WhatIsNotFoundLeavesTheOutputAloneButInMapsAndAtTheEndOfAWalk)
     keltest::Variants values;
     EXPECT_EQ(S_OK, root->setAttribute(Bstr(L"none").get(), values.of("&i4:1"))) << "as values of most types";
     EXPECT_EQ(1, lengthOf(*map));
+}
+
+TEST_F(Guards, NamespacesAreSavedAndListsFindElementsByTheirLocalNames)
+{
+    const auto document = documentOf(L"<r/>");
+    const auto root = rootOf(document);
+    ComPtr<IXMLDOMNodeList> list;
+    EXPECT_EQ(S_OK, root->selectNodes(Bstr(L"e").get(), list.put()));
+    for (LONG length = 0; length < 6; ++length) { // a list of four or more is cached
+        EXPECT_EQ(length, lengthOf(*list));
+        append(*root, *create(*document, NODE_ELEMENT, L"p:e", L"urn:e"));
+    }
+    append(*root, *create(*document, NODE_ATTRIBUTE, L"q:a", L"urn:a"));
+    const std::string bytes = saved(*document);
+    for (const char* const part : {"<p:e xmlns:p=\"urn:e\"/>", "xmlns:q=\"urn:a\""})
+        EXPECT_NE(std::string::npos, bytes.find(part)) << bytes;
+}
+
+TEST_F(Guards, WhatQtSavesItMayNotLoadAgain)
+{
+    const struct
+    {
+        const wchar_t *element, *attribute, *text;
+        bool loadsAgain;
+        const char* part;
+    } kTrees[] = {
+        {L"e", L"x", L"\x01", true, "<e x=\"\x01\">\x01</e>"},
+        {L"e", L"x", L"\xd800", true, "<e x=\"?\">?</e>"},
+        {L"a b", L"x", L"t", false, "<a b x=\"t\">"},
+        {L"e", L"1", L"t", false, "<e 1=\"t\">"},
+        {L"e", L"x", L"\ufffe", false, "\xEF\xBF\xBE"},
+        {L"e", L"x", L"\uffff", false, "\xEF\xBF\xBF"},
+    };
+    const QString path = pathOf("saved.xml");
+    for (const auto& tree : kTrees) {
+        const auto document = documentOf(L"<r/>");
+        const auto element = append(*rootOf(document), *create(*document, NODE_ELEMENT, tree.element));
+        kel::setAttribute(*element, tree.attribute, tree.text);
+        kel::setText(*element, tree.text);
+        EXPECT_EQ(S_OK, save(*document, path));
+        EXPECT_TRUE(contentOf(path).contains(tree.part)) << contentOf(path).constData();
+        EXPECT_EQ(tree.loadsAgain ? S_OK : S_FALSE, load(*newDocument(), path, nullptr)) << tree.part;
+    }
+    const auto document = documentOf(L"<r/>");
+    append(*document, *create(*document, NODE_ELEMENT, L"second"));
+    EXPECT_EQ(S_OK, save(*document, path));
+    EXPECT_EQ(S_FALSE, load(*newDocument(), path, nullptr)) << "two elements at the top";
+}
+
+TEST_F(Guards, ExternalEntitiesAreNotReadAndTheHostsHashSeedGivesOneOrder)
+{
+    const std::wstring path = pathOf("external").toStdWString();
+    for (const char* const content : {"secret", "<!ENTITY e 'secret'>"}) {
+        write(QString::fromStdWString(path), content);
+        for (const std::wstring& type :
+             {L"a [<!ENTITY e SYSTEM '" + path + L"'>]", L"a SYSTEM '" + path + L"'",
+              L"a [<!ENTITY % p SYSTEM '" + path + L"'> %p;]"}) {
+            const auto document = newDocument();
+            document->loadXML(Bstr((L"<!DOCTYPE " + type + L"><a>&e;</a>").c_str()).get(), nullptr);
+            EXPECT_EQ(std::string::npos, saved(*document).find("secret"));
+        }
+    }
+
+    qSetGlobalQHashSeed(0);
+    const wchar_t* const xml = L"<r a='' b='' c='' d='' e='' f='' g='' h=''/>";
+    const std::string first = saved(*documentOf(xml));
+    for (int count = 0; count < 4; ++count)
+        EXPECT_EQ(first, saved(*documentOf(xml)));
+    qSetGlobalQHashSeed(-1);
 }
 
 } // namespace

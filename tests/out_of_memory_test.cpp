@@ -1,5 +1,5 @@
-// The first, the second, ... allocation of a call fails until the call succeeds: what comes out stays
-// untouched, nothing is left behind, and the objects go on working.
+// The first, the second, ... allocation of a call fails until the call succeeds. Each time the output stays
+// untouched, nothing leaks, and the objects go on working.
 
 #include "KelXmlLib/filer.h"
 #include "guards/prescan.h"
@@ -21,7 +21,7 @@ namespace
 
 using allocations::Lack;
 
-/// What a call can work on, made afresh for each failure.
+/// What a call can work on, made again for each failure.
 struct Objects : OneOfEach
 {
     ComPtr<IXMLDOMNode> spare;
@@ -29,7 +29,7 @@ struct Objects : OneOfEach
     IXMLDOMNode* node;             ///< any of the nodes
 };
 
-/// The place for an output, whatever a call gives out. What was given is freed.
+/// The place for an output of any type. Frees what a call put there.
 class Out
 {
 public:
@@ -69,10 +69,10 @@ private:
 struct Call
 {
     const char* name;
-    HRESULT withoutPlace; ///< the answer when there is no place for the output
+    HRESULT withoutPlace; ///< the answer to a null output pointer
     /// Makes the call with `out` as its only output.
     std::function<HRESULT(Objects&, Out& out)> make;
-    /// The part of the call in which Qt itself leaks; none for most.
+    /// The part of the call in which Qt itself leaks; null for most.
     std::function<void(QDomDocument&, const QString& name)> qtAlone = nullptr;
 };
 
@@ -92,6 +92,15 @@ struct OutOfMemory : DomTest
 
     std::vector<Call> calls();
 
+    /// Whether the caller learns of a failure: from an exception before any output, from the answer, or from
+    /// a null BSTR.
+    static bool isReported(HRESULT answer, const Out& out)
+    {
+        if (answer == kThrown)
+            return out.isUntouched();
+        return answer != S_OK || out.isNull();
+    }
+
     /// Fails each allocation of the call in turn.
     void failEach(const Call& call) const
     {
@@ -101,8 +110,7 @@ struct OutOfMemory : DomTest
             Out out;
             HRESULT answer = kThrown;
             hasFailed = allocations::failsIn(nth, [&] { answer = call.make(objects, out); });
-            const bool isTold = answer == kThrown ? out.isUntouched() : answer != S_OK || out.isNull();
-            EXPECT_EQ(hasFailed, isTold) << "allocation " << nth << ": not told, or an output is touched";
+            EXPECT_EQ(hasFailed, isReported(answer, out)) << "allocation " << nth;
             EXPECT_EQ(lengthOf(*listOf(*objects.root)), lengthOf(*objects.list)) << "allocation " << nth;
             EXPECT_EQ(lengthOf(*find(objects)), lengthOf(*objects.found)) << "allocation " << nth;
             append(*objects.root, *objects.spare);
@@ -125,6 +133,14 @@ struct OutOfMemory : DomTest
     {
         return std::unique_ptr<IKelXmlFiler>(
             morvCreateXmlFiler(path.c_str(), KelXmlLib::eEncodingUtf8, 0, true, true, nullptr, nullptr));
+    }
+
+    /// \return 0 when the filer accepted all
+    static int writeAll(IKelXmlFiler& filer)
+    {
+        return filer.writeDocBegin() | filer.writeElmBegin(L"r") | filer.writeAttribute(L"a", L"v") |
+               filer.writeText(L"text") | filer.writeCData(L"data") | filer.writeComment(L"comment") |
+               filer.writeElmBegin(L"e", L"text") | filer.writeElmEnd() | filer.writeDocEnd() | filer.close();
     }
 
     /// In place of the answer of a call that threw.
@@ -156,6 +172,7 @@ std::vector<Call> OutOfMemory::calls()
          [](QDomDocument& d, const QString&) { d.documentElement().text(); }},
         {"text of a text", S_FALSE, [](O& o, Out& out) { return o.text->get_text(out); }},
         {"nodeValue", S_FALSE, [](O& o, Out& out) { return o.text->get_nodeValue(out); }},
+        {"value", S_FALSE, [](O& o, Out& out) { return o.attribute->get_value(out); }},
         {"length of a list", S_FALSE, [](O& o, Out& out) { return o.list->get_length(out); }},
         {"length of a list by name", S_FALSE, [](O& o, Out& out) { return o.found->get_length(out); }},
         {"item of a list", S_FALSE, [](O& o, Out& out) { return o.list->get_item(1, out); }},
@@ -164,6 +181,8 @@ std::vector<Call> OutOfMemory::calls()
         {"item of a map", S_FALSE, [](O& o, Out& out) { return o.map->get_item(0, out); }},
         {"getNamedItem", S_FALSE, [this](O& o, Out& out) { return o.map->getNamedItem(x.get(), out); }},
         {"selectNodes", S_FALSE, [this](O& o, Out& out) { return o.document->selectNodes(tag.get(), out); }},
+        {"selectNodes of an element", S_FALSE,
+         [this](O& o, Out& out) { return o.root->selectNodes(tag.get(), out); }},
         {"createNode", S_FALSE,
          [this](O& o, Out& out) { return o.document->createNode(one.get(), name.get(), nullptr, out); },
          [](QDomDocument& d, const QString& n) { d.createElementNS(QString(), n); }},
@@ -192,7 +211,8 @@ std::vector<Call> OutOfMemory::calls()
          }},
         {"loadXML", S_OK, [this](O& o, Out&) { return o.document->loadXML(xml.get(), nullptr); },
          [](QDomDocument& d, const QString&) { d.setContent(QString::fromUtf8("<n y='2'>u<!--k--></n>")); }},
-        {"morvCreateXmlFiler", S_OK, [written](O&, Out&) { return makeFiler(written) ? S_OK : E_FAIL; },
+        {"a filer from its creation to its end", S_OK,
+         [written](O&, Out&) { return writeAll(*makeFiler(written)); },
          [](QDomDocument&, const QString&) { QXmlStreamWriter(); }},
     };
 }
@@ -213,8 +233,8 @@ TEST_F(OutOfMemory, WithoutAPlaceOrMemoryCallsAnswerTouchNoOutputAndLeaveNothing
     }
 }
 
-/// How many processes die in which memory runs out in `work`, at one place after the other, on a new thread:
-/// there Qt makes more objects.
+/// How many processes die when memory runs out in `work`, at one place after the other. A new thread, because
+/// Qt makes more objects there.
 int deathsIn(const std::function<void()>& work, Lack lack)
 {
     int deaths = 0, status = 1;
@@ -230,8 +250,7 @@ int deathsIn(const std::function<void()>& work, Lack lack)
     return deaths;
 }
 
-// An exception that leaves a destructor of Qt's ends the process. What Qt alone does not survive is not
-// counted.
+// An exception that leaves one of Qt's destructors ends the process. Deaths of Qt alone are not counted.
 TEST_F(OutOfMemory, SavingAndLoadingThrowWhereverMemoryRunsOut)
 {
     const QString written = pathOf("written.xml");

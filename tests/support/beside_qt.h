@@ -1,4 +1,4 @@
-// Documents that the library loads and saves beside Qt's own, for comparing.
+// Documents that both the library and Qt alone load and save, compared.
 
 #pragma once
 
@@ -11,8 +11,9 @@
 inline std::string saved(IXMLDOMDocument& document)
 {
     QTemporaryFile file;
-    require(file.open());
-    require(document.save(kel::Variant(file.fileName().toStdWString()).get()) == S_OK);
+    require(file.open(), "a temporary file can be made");
+    const kel::Variant path(file.fileName().toStdWString());
+    requireEqual(document.save(path.get()), S_OK, "save");
     return file.readAll().toStdString();
 }
 
@@ -36,9 +37,9 @@ bool loadBeside(QDomDocument& theirs, IXMLDOMDocument& ours, Load load, Content&
 {
     const bool isLoaded = isWithin && theirs.setContent(content);
     VARIANT_BOOL success = 7;
-    require(load(ours, &success) == (isLoaded ? S_OK : S_FALSE));
-    require(success == (isLoaded ? VARIANT_TRUE : VARIANT_FALSE));
-    require(saved(ours) == savedByQt(theirs));
+    requireEqual(load(ours, &success), isLoaded ? S_OK : S_FALSE, "a load succeeds where Qt's does");
+    requireEqual(success, isLoaded ? VARIANT_TRUE : VARIANT_FALSE, "the success flag says the same");
+    requireEqual(saved(ours), savedByQt(theirs), "save writes what Qt writes");
     return isLoaded;
 }
 

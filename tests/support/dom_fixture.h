@@ -94,10 +94,13 @@ struct DomTest : testing::Test
         return {document, root, firstChildOf(*root), attributeOf(*root, L"x"), listOf(*root), mapOf(*root)};
     }
 
-    static ComPtr<IXMLDOMNode> create(IXMLDOMDocument& document, LONG type, const wchar_t* name)
+    static ComPtr<IXMLDOMNode> create(IXMLDOMDocument& document, LONG type, const wchar_t* name,
+                                      const wchar_t* uri = nullptr)
     {
         ComPtr<IXMLDOMNode> node;
-        EXPECT_EQ(S_OK, document.createNode(Variant(type).get(), Bstr(name).get(), nullptr, node.put()));
+        const Bstr qualifiedName(name), namespaceUri(uri);
+        EXPECT_EQ(S_OK, document.createNode(Variant(type).get(), qualifiedName.get(), namespaceUri.get(),
+                                            node.put()));
         return node;
     }
     static ComPtr<IXMLDOMNode> append(IXMLDOMNode& parent, IXMLDOMNode& child)

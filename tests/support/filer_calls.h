@@ -1,6 +1,6 @@
-// The filer's calls, made of Qt's writer as well: the status is the one that the texts call for, and the
-// bytes are Qt's. What is called, with what, is chosen by a seeded generator or by a fuzzer's bytes. What
-// makes an element, another parser is to read back.
+// The filer's calls, made with Qt's writer as well. Each status depends on the texts alone, and the bytes are
+// Qt's. A seeded generator or a fuzzer's bytes choose the calls and the texts. Where the calls make an
+// element, another parser reads it back.
 
 #pragma once
 
@@ -27,8 +27,9 @@ using Q = const QString&;
 
 struct Call
 {
+    const char* name;
     int slot;               ///< its place in the vtable, through which it is called
-    int required = 0;       ///< how many of its two texts it cannot do without
+    int required = 0;       ///< how many of its two texts must be present
     const char* found = ""; ///< by a parser, in the signs of `readBack`, 1 and 2 being the texts
     void (*qts)(W writer, Q one, Q two) = [](W, Q, Q) {};
 
@@ -40,42 +41,45 @@ struct Call
     }
 };
 
-inline const Call kCalls[] = {{8, 1, "<1", [](W w, Q a, Q) { w.writeStartElement(a); }},
-                              {9, 2, "<12>", [](W w, Q a, Q b) { w.writeTextElement(a, b); }},
-                              {15, 1, "1", [](W w, Q a, Q) { w.writeCharacters(a); }},
-                              {16, 1, "1", [](W w, Q a, Q) { w.writeCharacters(a); }},
-                              {24, 1, "[1]", [](W w, Q a, Q) { w.writeCDATA(a); }},
-                              {25, 1, "!1", [](W w, Q a, Q) { w.writeComment(a); }},
-                              {14, 1, "@1=2", [](W w, Q a, Q b) { w.writeAttribute(a, b); }},
-                              {10, 0, ">", [](W w, Q, Q) { w.writeEndElement(); }},
-                              {11, 0, ">", [](W w, Q, Q) { w.writeEndElement(); }},
-                              {6, 0, "", [](W w, Q, Q) { w.writeStartDocument(); }},
-                              {7, 0, "", [](W w, Q, Q) { w.writeEndDocument(); }}};
+inline const Call kCalls[] = {
+    {"writeElmBegin", 8, 1, "<1", [](W w, Q a, Q) { w.writeStartElement(a); }},
+    {"writeElmBegin", 9, 2, "<12>", [](W w, Q a, Q b) { w.writeTextElement(a, b); }},
+    {"writeText", 15, 1, "1", [](W w, Q a, Q) { w.writeCharacters(a); }},
+    {"writeRawText", 16, 1, "1", [](W w, Q a, Q) { w.writeCharacters(a); }},
+    {"writeCData", 24, 1, "[1]", [](W w, Q a, Q) { w.writeCDATA(a); }},
+    {"writeComment", 25, 1, "!1", [](W w, Q a, Q) { w.writeComment(a); }},
+    {"writeAttribute", 14, 1, "@1=2", [](W w, Q a, Q b) { w.writeAttribute(a, b); }},
+    {"writeElmEnd", 10, 0, ">", [](W w, Q, Q) { w.writeEndElement(); }},
+    {"writeElmFullEnd", 11, 0, ">", [](W w, Q, Q) { w.writeEndElement(); }},
+    {"writeDocBegin", 6, 0, "", [](W w, Q, Q) { w.writeStartDocument(); }},
+    {"writeDocEnd", 7, 0, "", [](W w, Q, Q) { w.writeEndDocument(); }}};
 constexpr std::size_t kContent = 6; ///< the first ones make an element's content
 inline const Call &kStartElement = kCalls[0], &kTextElement = kCalls[1], &kCData = kCalls[4],
                   &kComment = kCalls[5], &kAttribute = kCalls[6], &kEndElement = kCalls[7];
-/// Nothing is written: attribute brackets, truth values and numbers, a text as a value, a document type.
-inline const Call kNoOps[] = {{12, 1}, {13}, {17}, {18}, {19}, {20}, {21}, {22, 1}, {23, 1}};
-/// Written as it is, though no parser reads it.
+inline const Call kNoOps[] = {
+    {"writeAttrBegin", 12, 1},  {"writeAttrEnd", 13},        {"writeValue(bool)", 17},
+    {"writeValue(int)", 18},    {"writeValue(long)", 19},    {"writeValue(float)", 20},
+    {"writeValue(double)", 21}, {"writeValue(text)", 22, 1}, {"writeDocType", 23, 1}};
+/// Written unchanged, though no parser reads it.
 inline const std::pair<const Call*, Text> kUnreadable[] = {
     {&kComment, L"a--b"}, {&kComment, L"a-"},   {&kComment, L"\x01"},    {&kComment, L"\uffff"},
     {&kCData, L"\x0b"},   {&kCData, L"\ufffe"}, {&kTextElement, L"a b"}, {&kTextElement, L"\xd800"}};
 
-/// Most of them a writer of XML must look at twice. The first `kReadable` can be read back from everywhere.
+/// Most of them need care in a writer of XML. The first `kReadable` can be read back from everywhere.
 constexpr wchar_t kUnits[] =
     L"ab:1 <>&\"'\n\t\r]?!\x7f\u0085\u00a0\u00e4\u2028\u65e5\ufeff\U0001f600\U0010ffff"
     L"\xd800\xdbff\xdc00\xdfff\x110000\x4010000\x7fffffff\xfffe0000\xffffffff"
     L"-\x01\x0b\x1f\ufffe\uffff"; // and the ending zero
 constexpr std::size_t kReadable = std::size(kUnits) - 7;
 
-/// What the filer is to write of a text: U+FFFD for what is no character.
+/// The text as the filer must write it: U+FFFD for what is no character.
 inline QString writtenOf(Text given)
 {
     std::wstring text(given ? given : L"");
     std::replace_if(
         text.begin(), text.end(), [](wchar_t unit) { return static_cast<char32_t>(unit) > 0x10FFFF; },
         0xFFFD);
-    // Qt takes a byte order mark off each time, and on its way back puts U+FFFD in the place of strays.
+    // Both conversions drop one byte order mark, and the second one replaces stray surrogates.
     return QString::fromStdWString(L'\ufeff' + QString::fromStdWString(text).toStdWString());
 }
 
@@ -120,22 +124,32 @@ public:
     }
 
     /// Makes an element, or any calls, and closes the file or leaves that to the filer's end.
-    /// \throw std::logic_error when a status, what came into the file, or what a parser finds there is not as
-    ///        expected
+    /// \throw std::logic_error with the rule that does not hold and the calls so far
     void compare()
     {
-        finish(28); // what an earlier filer wrote is gone
-        const bool isElement = m_choose(2);
-        isElement ? makeElement() : makeAnyCalls();
-        for (unsigned left = m_choose(3); left > 0; --left)
-            finish(27);
-        m_filer.reset();
-        require(contentOf(m_path) == m_expected);
-        if (isElement)
-            compareWithReadBack();
+        try {
+            makeAndCompare();
+        } catch (const std::exception& failure) {
+            throw std::logic_error(failure.what() + ("\nafter" + m_log));
+        }
     }
 
 private:
+    void makeAndCompare()
+    {
+        finish(28); // what an earlier filer wrote is gone
+        const bool isElement = m_choose(2);
+        if (isElement)
+            makeElement();
+        else
+            makeAnyCalls();
+        for (unsigned left = m_choose(3); left > 0; --left)
+            finish(27);
+        m_filer.reset();
+        compareFile();
+        if (isElement)
+            compareWithReadBack();
+    }
     /// Null, empty, or some of the first `kinds` units; some texts are longer than a file's buffer.
     Text chooseText(std::size_t kinds = std::size(kUnits))
     {
@@ -147,17 +161,26 @@ private:
     }
     void make(const Call& call, Text one = nullptr, Text two = nullptr)
     {
+        const auto start = [](Text text) {
+            return text ? shown(std::wstring(text, wcsnlen(text, 20))) : "null";
+        };
+        m_log += std::string(" ") + call.name + '(' + start(one) + ", " + start(two) + ')';
         const int expected = call.expected(one, two);
-        require(call.answer(*m_filer, one, two) == expected);
+        requireEqual(call.answer(*m_filer, one, two), expected, "the status");
         if (expected != KelXmlLib::eStatusAccepted)
             return;
-        call.qts(m_qt, writtenOf(one), writtenOf(two));
-        for (const char* sign = call.found; *sign; ++sign)
-            m_found += *sign == '1'   ? foundOf(*call.found, writtenOf(one))
-                       : *sign == '2' ? foundOf(sign[-1], writtenOf(two))
-                                      : QString(QLatin1Char(*sign));
+        const QString first = writtenOf(one), second = writtenOf(two);
+        call.qts(m_qt, first, second);
+        for (const char* sign = call.found; *sign; ++sign) {
+            if (*sign == '1')
+                m_found += foundOf(*call.found, first);
+            else if (*sign == '2')
+                m_found += foundOf(sign[-1], second);
+            else
+                m_found += QLatin1Char(*sign);
+        }
     }
-    /// Flushes now and then.
+    /// Flushes sometimes.
     void makeAnyCalls()
     {
         for (unsigned left = m_choose(80); left > 0; --left) {
@@ -168,7 +191,7 @@ private:
             make(call, chooseText(), chooseText());
         }
     }
-    /// Makes an element that a parser can read, or, now and then, cannot.
+    /// Makes an element that a parser can read, or, sometimes, cannot.
     void makeElement()
     {
         static constexpr Text kNames[] = {L"a", L"b:c", L"\u00e4\u65e51-", L"\ufeffz"};
@@ -195,20 +218,25 @@ private:
     /// Flushes or closes.
     void finish(int slot)
     {
-        require(own_host::call(m_filer.get(), slot) == 0 && contentOf(m_path) == m_expected);
+        requireEqual(own_host::call(m_filer.get(), slot), 0, slot == 28 ? "flush" : "close");
+        compareFile();
     }
-    /// A parser finds in the document what was written, line breaks being all alike. Where it is formatted,
-    /// white space does not count.
+    void compareFile() const
+    {
+        requireEqual(contentOf(m_path).toStdString(), m_expected.toStdString(), "the file has Qt's bytes");
+    }
+    /// All line breaks are equal to a parser. In formatted output, white space does not count.
     void compareWithReadBack() const
     {
         const auto comparable = [this](QByteArray found) {
             found.replace("\r\n", "\n").replace('\r', '\n');
-            return m_autoFormat ? found.simplified().replace(' ', "") : found;
+            return (m_autoFormat ? found.simplified().replace(' ', "") : found).toStdString();
         };
-        const QByteArray found = readBack(m_expected);
-        require(m_isReadable ? comparable(found) == comparable(m_found.toUtf8()) : found.isEmpty());
+        requireEqual(comparable(readBack(m_expected)),
+                     m_isReadable ? comparable(m_found.toUtf8()) : std::string(),
+                     "another parser reads back what was written");
     }
-    /// What a parser finds of a text behind a sign.
+    /// What a parser finds of a text after a sign.
     static QString foundOf(char sign, QString text)
     {
         static const QRegularExpression kNotAllowed(
@@ -225,6 +253,7 @@ private:
     QString m_path;
     bool m_autoFormat;
     bool m_isReadable = true;
+    std::string m_log; ///< the calls so far
     QByteArray m_expected;
     QString m_found; ///< by a parser
     QXmlStreamWriter m_qt;

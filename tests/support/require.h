@@ -5,6 +5,7 @@
 #include <QtCore/QDebug>
 #include <QtCore/QFile>
 #include <algorithm>
+#include <cstdio>
 #include <functional>
 #include <random>
 #include <stdexcept>
@@ -66,8 +67,10 @@ void requireEqual(const std::basic_string<Character>& given, const std::basic_st
 /// Answers a number below its argument.
 using Choose = std::function<unsigned(std::size_t)>;
 
+/// Prints the seed, for a run that crashes.
 inline Choose randomChoice(unsigned seed)
 {
+    std::fprintf(stderr, "\rseed %u ", seed);
     return [random = std::mt19937(seed)](std::size_t limit) mutable {
         return static_cast<unsigned>(random() % limit);
     };
