@@ -8,10 +8,11 @@ BELOW = {
     'platform': {'KelComWrapper'},
     'text': {'KelComWrapper'},
     'guards': set(),
+    'serialize': {'guards'},
     'com': {'KelComWrapper', 'KelXmlLib'},
     'filer': {'KelXmlLib', 'guards', 'text'},
     'dom': {'KelComWrapper', 'KelXmlLib', 'com', 'guards', 'text'},
-    'layer': {'KelComWrapper', 'KelXmlLib', 'dom', 'guards', 'text'},
+    'layer': {'KelComWrapper', 'KelXmlLib', 'dom', 'guards', 'serialize', 'text'},
     'module': {'KelComWrapper', 'KelXmlLib'},
 }
 
