@@ -39,8 +39,10 @@ double peakOf(const Side& side)
     return (kilobytes("VmHWM") - before) / 1024;
 }
 
+using SideOfPair = Side Pair::*;
+
 /// Of one side, in a fresh process that ends with it.
-void printPeak(const Row& row, const Size& size, Side Pair::*side)
+void printPeak(const Row& row, const Size& size, SideOfPair side)
 {
     std::fflush(stdout);
     const pid_t child = fork();

@@ -162,7 +162,10 @@ public:
 
 private:
     template <class Member>
-    void set(VARTYPE type, Member VARIANT::*member, std::common_type_t<Member> value) noexcept
+    using Field = Member VARIANT::*;
+
+    template <class Member>
+    void set(VARTYPE type, Field<Member> member, std::common_type_t<Member> value) noexcept
     {
         m_value.vt = type;
         m_value.*member = value;

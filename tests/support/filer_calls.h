@@ -104,8 +104,8 @@ inline QByteArray readBack(const QByteArray& document)
         [](void* to, auto) { add(to, ">"); });
     XML_SetCharacterDataHandler(
         parser, [](void* to, const char* text, int length) { add(to, QByteArray(text, length)); });
-    XML_SetCdataSectionHandler(
-        parser, [](void* to) { add(to, "["); }, [](void* to) { add(to, "]"); });
+    const auto beginCdata = [](void* to) { add(to, "["); };
+    XML_SetCdataSectionHandler(parser, beginCdata, [](void* to) { add(to, "]"); });
     XML_SetCommentHandler(parser, [](void* to, const char* text) { add(to, QByteArray("!") + text); });
     return XML_Parse(parser, document.data(), document.size(), 1) == XML_STATUS_OK ? found : QByteArray();
 }

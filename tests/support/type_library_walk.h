@@ -61,11 +61,13 @@ inline void describe(ITypeInfo& info, const FUNCDESC& function, std::wostream& o
     out << '\n';
 }
 
+using EachFunction = std::function<void(ITypeInfo&, const FUNCDESC&)>;
+inline void pass(ITypeInfo&, const FUNCDESC&) {}
+
 /// An interface in a line: what its identifier begins with, its name, kind, functions, bytes of slots, flags,
 /// version; then its functions.
 /// \param use is given each function
-inline std::wstring describe(
-    ITypeLib& library, const std::function<void(ITypeInfo&, const FUNCDESC&)>& use = [](auto&&...) {})
+inline std::wstring describe(ITypeLib& library, const EachFunction& use = pass)
 {
     std::wostringstream out;
     kel::ComPtr<ITypeInfo> info, sameInfo;
