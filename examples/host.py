@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""Reaches a document by name alone: host.py [DIRECTORY], where DIRECTORY holds the libraries.
+"""Reaches a document by name alone.
 
 Nothing but ctypes stands between this script and the objects: IDispatch is called through the object's vtable,
 as every host in a language without C++ headers would. It does what the example of the README does, sets a text, and
 prints what it finds then.
 """
 
+import argparse
 import ctypes
 import os
 import sys
@@ -164,7 +165,12 @@ class Object:
 
 
 def main():
-    document = Library(*sys.argv[1:2]).new_document()
+    parser = argparse.ArgumentParser(description="Makes a document through IDispatch alone, and prints what is in it.")
+    parser.add_argument("directory", nargs="?", help="where the libraries are, if not where the system looks for them")
+    parser.add_argument("-o", metavar="FILE", dest="output", help="save the document as FILE")
+    options = parser.parse_args()
+
+    document = Library(options.directory).new_document()
     if not document.call("loadXML", "<shelf><book>Trees</book><book/></shelf>"):
         raise Failure("loadXML: not well-formed")
     books = document.call("selectNodes", "book")
@@ -175,9 +181,12 @@ def main():
         book = books.call("item", index)
         copies = book.call("attributes").call("getNamedItem", "copies").call("value")
         print(f"{book.call('text')}: {copies} copies")
-    document.do("save", "shelf.xml")
-    print("saved as shelf.xml")
+    if options.output:
+        document.do("save", options.output)
 
 
 if __name__ == "__main__":
-    main()
+    try:
+        main()
+    except (Failure, OSError) as error:
+        sys.exit(f"host.py: {error}")

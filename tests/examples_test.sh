@@ -5,7 +5,11 @@ set -eu
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
-"$1" "$2" "$3"
+"$1" "$2" "$3" >/dev/null
+[ -z "$(ls)" ] # nothing is written that nobody asked for
+"$1" "$2" "$3" -o shelf.xml
+if "$1" "$2" /none 2>errors.txt; then exit 1; fi
+[ "$(wc -l <errors.txt)" = 1 ] && grep -q /none errors.txt
 "$4" shelf.xml book numbered.xml
 [ "$(grep -c 'copies="3"' numbered.xml)" = 2 ]
 [ "$(grep -o 'number="[^"]*"' numbered.xml | tr '\n' ' ')" = 'number="1" number="2" ' ]
