@@ -8,7 +8,6 @@
 #include "dom/mutation.h"
 #include "dom/navigation.h"
 #include "dom/wrap.h"
-#include "guards/tree.h"
 #include "text/strings.h"
 #include "text/values.h"
 
@@ -61,8 +60,8 @@ HRESULT CMorvXMLDOMDocument::createNode(VARIANT type, BSTR name, BSTR namespaceU
     const QString qualifiedName = kelxml::fromWide(name);
     const QString uri = kelxml::fromWide(namespaceURI);
     kelxml::Handle made = nodeType == NODE_ELEMENT
-                              ? kelxml::guards::createElement(m_document, uri, qualifiedName)
-                              : kelxml::guards::createAttribute(m_document, uri, qualifiedName);
+                              ? QDomNode(m_document.createElementNS(uri, qualifiedName))
+                              : QDomNode(m_document.createAttributeNS(uri, qualifiedName));
     kelxml::wrapAs(static_cast<DOMNodeType>(nodeType), std::move(made), kelxml::documentOf(*this), node);
     return S_OK;
 }

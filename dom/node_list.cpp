@@ -9,10 +9,9 @@
 
 CMorvXMLDOMNodeList::CMorvXMLDOMNodeList(kelxml::guards::ListOrigin&& origin,
                                          const kelxml::DocumentRef& document)
-    : m_list(kelxml::guards::makeList(origin, document)),
-      m_ownerDocument(kelxml::makeOwnerDocument(document.handle)), m_document(document.handle),
-      m_standIn(document.keptStandIn()), m_ownerElement(kelxml::guards::ownerElementOf(origin.node)),
-      m_live(std::move(origin))
+    : m_list(kelxml::guards::makeList(origin)), m_ownerDocument(kelxml::makeOwnerDocument(document.handle)),
+      m_document(document.handle), m_standIn(document.keptStandIn()),
+      m_ownerElement(kelxml::guards::ownerElementOf(origin.node)), m_live(std::move(origin))
 {}
 
 CMorvXMLDOMNodeList::~CMorvXMLDOMNodeList()
@@ -20,16 +19,11 @@ CMorvXMLDOMNodeList::~CMorvXMLDOMNodeList()
     kelxml::WrapperAccess::releaseBefore(m_ownerElement, m_ownerDocument, m_document, m_list);
 }
 
-QDomNode CMorvXMLDOMNodeList::itemAt(LONG index)
-{
-    return m_live->item(index, m_list, kelxml::documentOf(*this));
-}
-
 HRESULT CMorvXMLDOMNodeList::get_item(LONG index, IXMLDOMNode** node)
 {
     if (!node || index < 0)
         return S_FALSE;
-    kelxml::Handle item = itemAt(index);
+    kelxml::Handle item = m_live->item(static_cast<std::size_t>(index));
     if (item.isNull())
         return S_FALSE;
     kelxml::wrapForReturn(std::move(item), kelxml::documentOf(*this), node);
@@ -40,7 +34,7 @@ HRESULT CMorvXMLDOMNodeList::get_length(LONG* length)
 {
     if (!length)
         return S_FALSE;
-    *length = m_live->length(m_list, kelxml::documentOf(*this));
+    *length = static_cast<LONG>(m_live->length());
     return S_OK;
 }
 
@@ -48,7 +42,7 @@ HRESULT CMorvXMLDOMNodeList::nextNode(IXMLDOMNode** node)
 {
     if (!node)
         return S_FALSE;
-    kelxml::Handle item = itemAt(static_cast<LONG>(m_cursor));
+    kelxml::Handle item = m_live->item(m_cursor);
     if (item.isNull()) {
         *node = nullptr;
         return S_FALSE;

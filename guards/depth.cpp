@@ -1,4 +1,5 @@
-// Measures what is appended together with what it is appended to.
+// Measures what is appended together with what it is appended to. A level is an element or any node with
+// children; the limits leave room for leaves, and for attributes that hold only their text.
 
 #include "guards/depth.h"
 
@@ -17,25 +18,9 @@ namespace kelxml::guards
 namespace
 {
 
-/// What is counted on a path.
-struct Extent
-{
-    int elements = 0;
-    int nodes = 0;
-
-    void add(const QDomNode& node)
-    {
-        elements += node.isElement() ? 1 : 0;
-        ++nodes;
-    }
-    bool fits(Extent most) const { return elements <= most.elements && nodes <= most.nodes; }
-};
-
-constexpr Extent kMost{kMaxElementDepth, kMaxNodeDepth};
-
-/// Set when something was appended below an attribute. Until then attributes hold nothing but their text,
-/// for which the limits leave room, and need not be looked at.
-std::atomic<bool> attributesHoldTrees{false};
+/// How many levels there are at most in what was ever appended below an attribute. Attributes are measured
+/// only where there may be no room for that, because Qt takes the square of their number to list them.
+std::atomic<int> levelsInAttributes{0};
 
 bool isPlainAttribute(const QDomNode& attribute)
 {
@@ -43,62 +28,71 @@ bool isPlainAttribute(const QDomNode& attribute)
     return first == attribute.lastChild() && !first.isElement() && !first.hasChildNodes();
 }
 
-struct Step
+/// Whether no path from `root` down has more than `most` levels, with the `above` levels over it.
+bool staysWithin(const QDomNode& root, int above, int most, bool withAttributes)
 {
-    Handle node;
-    Extent above;
-};
-
-/// Whether no path that leads through `above` to `root` and on down goes beyond `most`.
-bool staysWithin(const QDomNode& root, Extent above, Extent most)
-{
-    const bool withAttributes = attributesHoldTrees.load(std::memory_order_relaxed);
-    QVarLengthArray<Step, 32> open; // leaves are not kept, and most subtrees hold little else
-    const auto enter = [&](const QDomNode& node, Extent path) {
-        path.add(node);
-        const bool hasRoomForLeaf = Extent{path.elements + 1, path.nodes + 1}.fits(most);
-        for (Handle child = node.firstChild(); !child.isNull(); child = child.nextSibling())
-            if (child.hasChildNodes() || withAttributes || !hasRoomForLeaf)
-                open.push_back({child, path});
-        const QDomNamedNodeMap attributes = withAttributes ? node.attributes() : QDomNamedNodeMap();
+    struct Step
+    {
+        Handle node;
+        int above;
+    };
+    QVarLengthArray<Step, 32> open; // leaves are left out, and most subtrees have little else
+    open.push_back({QDomNode(root), above});
+    while (!open.isEmpty()) {
+        const Step step = std::move(open.last());
+        open.removeLast();
+        const int level = step.above + (step.node.isElement() || step.node.hasChildNodes() ? 1 : 0);
+        if (level > most)
+            return false;
+        for (Handle child = step.node.firstChild(); !child.isNull(); child = child.nextSibling())
+            if (child.hasChildNodes() || withAttributes || level == most)
+                open.push_back({child, level});
+        const QDomNamedNodeMap attributes = withAttributes ? step.node.attributes() : QDomNamedNodeMap();
         for (int index = 0; index < attributes.length(); ++index) {
             Handle attribute = attributes.item(index);
             if (!isPlainAttribute(attribute))
-                open.push_back({std::move(attribute), path});
+                open.push_back({std::move(attribute), level});
         }
-        return path.fits(most);
-    };
-    bool isWithin = enter(root, above);
-    while (isWithin && !open.isEmpty()) {
-        const Step step = std::move(open.last());
-        open.removeLast();
-        isWithin = enter(step.node, step.above);
     }
-    return isWithin;
+    return true;
+}
+
+/// \param path levels from an attribute down to where `child` is appended
+void noteInAttribute(const QDomNode& child, int path)
+{
+    int known = levelsInAttributes;
+    while (!staysWithin(child, path, known, true)) {
+        const int more = 2 * known + 4;
+        if (levelsInAttributes.compare_exchange_strong(known, more))
+            known = more;
+    }
 }
 
 } // namespace
 
 bool fitsBelow(const QDomNode& parent, const QDomNode& child)
 {
-    Extent above;
-    bool belowAttribute = false;
+    int above = 0;
+    int inAttribute = 0; // of these, from the topmost attribute down
     for (Handle node{QDomNode(parent)}; !node.isNull() && !node.isDocument(); node = node.parentNode()) {
         if (node == child)
             return false;
-        above.add(node);
-        belowAttribute = belowAttribute || node.isAttr();
+        ++above;
+        if (node.isAttr())
+            inAttribute = above;
     }
-    if (!staysWithin(child, above, kMost))
+    const int reserved = levelsInAttributes;
+    if (!staysWithin(child, above, kMaxElementDepth - reserved, false) &&
+        (reserved == 0 || !staysWithin(child, above, kMaxElementDepth, true)))
         return false;
-    if (belowAttribute)
-        attributesHoldTrees.store(true, std::memory_order_relaxed);
+    if (inAttribute > 0)
+        noteInAttribute(child, inAttribute);
     return true;
 }
 
 bool isWithin(const QDomNode& root, int depth)
 {
-    return staysWithin(root, {}, {depth, depth});
+    return staysWithin(root, 0, depth - 1, false);
 }
 
 } // namespace kelxml::guards

@@ -4,7 +4,6 @@
 #include "guards/edit.h"
 
 #include "guards/handle.h"
-#include "guards/list_changes.h"
 #include "guards/tree.h"
 
 namespace kelxml::guards
@@ -89,25 +88,21 @@ bool removeAttribute(const NodeRef& element, const QString& name)
 
 QDomNode createText(QDomDocument& document, const QString& text)
 {
-    noteNewNodes();
     return document.createTextNode(text);
 }
 
 QDomNode createComment(QDomDocument& document, const QString& text)
 {
-    noteNewNodes();
     return document.createComment(text);
 }
 
 QDomNode createCData(QDomDocument& document, const QString& text)
 {
-    noteNewNodes();
     return document.createCDATASection(text);
 }
 
 QDomNode createInstruction(QDomDocument& document, const QString& target, const QString& data)
 {
-    noteNewNodes();
     return document.createProcessingInstruction(target, data);
 }
 

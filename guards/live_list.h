@@ -1,17 +1,14 @@
-// A live list of nodes that a loop can read while it changes the tree.
+// Live lists of nodes, read from the tree itself: Qt's own remember raw nodes, which may be freed.
 //
-// Qt makes a list anew after every change of its document: a loop over a long list that sets an attribute at
-// each step takes time with the square of its length. A long list here keeps its nodes, and is made anew only
-// after a change that can concern it.
+// Qt reads a list from the start after every change of its document, so a loop over a long list that sets an
+// attribute at each step takes time with the square of its length. A long list here keeps its nodes until a
+// change concerns them.
 
 #pragma once
 
 #include "guards/handle.h"
-#include "guards/list_changes.h"
-#include "guards/node_ref.h"
 
-#include <limits>
-#include <memory>
+#include <QtXml/QDomDocument>
 #include <vector>
 
 namespace kelxml::guards
@@ -24,48 +21,41 @@ struct ListOrigin
     QString tagName; ///< null for the children
 };
 
-/// The list as Qt makes it.
-QDomNodeList makeList(const ListOrigin& origin, const DocumentRef& document);
+/// The list as Qt makes it, for the objects that have one as a member: other binaries rely on its place
+/// there.
+QDomNodeList makeList(const ListOrigin& origin);
 
-/// Reads a list of Qt's, which is a member of the object because other binaries rely on its place there. It
-/// is made anew where Qt would be wrong about it: where its node has come into another document (see
-/// `documentChanges`), and where memory ran out in the last reading.
 class LiveList
 {
 public:
-    /// To be made right after its list.
-    explicit LiveList(ListOrigin&& origin);
+    explicit LiveList(ListOrigin&& origin) noexcept : m_origin(std::move(origin)) {}
+    ~LiveList();
+    LiveList(const LiveList&) = delete;
+    LiveList& operator=(const LiveList&) = delete;
 
-    int length(QDomNodeList& list, const DocumentRef& document);
+    std::size_t length();
     /// Null beyond the end.
-    QDomNode item(int index, QDomNodeList& list, const DocumentRef& document);
+    Handle item(std::size_t index);
+    /// Drops the nodes that are kept, so that a list keeps alive only its origin.
+    void forget();
 
 private:
-    /// The nodes of a long list, and what they go by.
-    struct Kept
-    {
-        ListWatch watch;
-        std::uint64_t changes; ///< see `changesNow`
-        std::vector<QDomNode> nodes;
-    };
-
     bool isByTagName() const { return !m_origin.tagName.isNull(); }
-    /// From how many nodes on they are kept. To find elements costs the document, however few they are.
-    int keptFrom() const { return isByTagName() ? 4 : 32; }
-    template <class Read>
-    auto read(QDomNodeList& list, const DocumentRef& document, Read read);
-    std::uint64_t changesNow() const;
-    bool isKept() const;
-    void keep(int length, const QDomNodeList& list);
-
-    /// No count of changes: a list made at it is made anew.
-    static constexpr std::uint64_t kNeverMade = std::numeric_limits<std::uint64_t>::max();
+    const std::vector<Handle>& read(std::size_t count);
+    Handle nextNode() const;
 
     ListOrigin m_origin;
-    std::uint64_t m_madeAt;
-    /// An index from here on may mean a long list: its length is asked first. Of children most have few.
-    int m_firstUnsure = isByTagName() ? 0 : 2;
-    std::unique_ptr<const Kept> m_kept; ///< null, or of a long list
+    std::vector<Handle> m_nodes; ///< the first ones
+    bool m_isComplete = false;
+    bool m_isKept = false; ///< whether changes are noted for it
 };
+
+/// To be called before `node` is put below `parent`, and before it is removed from there: makes the lists
+/// forget their nodes that this concerns.
+void noteChild(const QDomNode& node, const QDomNode& parent);
+/// To be called before the top-level nodes of a document are replaced.
+void noteReplacedContent(const QDomDocument& document);
+/// Whether any list keeps nodes. If not, changes need not be noted.
+bool areNodesKept() noexcept;
 
 } // namespace kelxml::guards

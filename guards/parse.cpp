@@ -2,11 +2,10 @@
 
 #include "guards/parse.h"
 
-#include "guards/list_changes.h"
+#include "guards/live_list.h"
 #include "guards/memory_room.h"
 #include "guards/prescan.h"
 #include "guards/stack_room.h"
-#include "guards/tree.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QFile>
@@ -57,7 +56,6 @@ ParseResult parseWithin(const Prescan& seen, QDomDocument& document, Content&& c
     if (!hasRoomToParse(seen.nesting))
         return beyond(Limit::Stack);
     noteReplacedContent(document);
-    noteNewNodes();
     removeContent(document);
     ParseResult result;
     if (!document.setContent(content, &result.reason, &result.line, &result.column))

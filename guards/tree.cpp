@@ -5,10 +5,9 @@
 
 #include "guards/depth.h"
 #include "guards/handle.h"
-#include "guards/list_changes.h"
+#include "guards/live_list.h"
 
 #include <atomic>
-#include <tuple>
 
 namespace kelxml::guards
 {
@@ -16,8 +15,8 @@ namespace kelxml::guards
 namespace
 {
 
-std::atomic<std::uint64_t> changes{0};
-std::atomic<std::uint64_t> newNodes{0};
+/// Set when nodes of two documents first meet in one call. Until then no node can have lost its document.
+std::atomic<bool> haveDocumentsMet{false};
 
 /// The topmost node of the tree that a node stands in.
 Handle topOf(const QDomNode& node)
@@ -55,34 +54,13 @@ void appendOutsider(const NodeRef& parent, const QDomNode& child)
     }
 }
 
-/// Which tree was adopted by which document, and the counts of changes and of new nodes then. As long as
-/// nothing was counted since, it need not be adopted again: else each step of a walk through it would, and
-/// every list would be made anew at each step. The addresses are only compared; no other node can have come
-/// to be there.
-using Adoption = std::tuple<const void*, const void*, std::uint64_t, std::uint64_t>;
-
-Adoption adoptionNow(const QDomNode& top, const QDomNode& home)
-{
-    return {Handle::identityOf(top), Handle::identityOf(home), changes, newNodes};
-}
-
-/// Makes both trees fit to be touched, and counts when their documents differ.
+/// Makes both trees fit to be touched.
 void prepareMeeting(const NodeRef& parent, const NodeRef& child)
 {
-    if (parent.document.living() != child.document.living())
-        ++changes;
-    if (documentChanges() == 0)
-        return;
+    if (!haveDocumentsMet && parent.document.living() != child.document.living())
+        haveDocumentsMet = true;
     adopt(parent);
     adopt(child);
-    if (parent.node.ownerDocument() != child.node.ownerDocument())
-        ++changes;
-}
-
-void adoptBeforeNewNodes(const NodeRef& node)
-{
-    adopt(node);
-    noteNewNodes();
 }
 
 } // namespace
@@ -111,27 +89,15 @@ QDomNode removeChild(const NodeRef& parent, const NodeRef& child)
     return QDomNode(parent.node).removeChild(child.node);
 }
 
-QDomNode createElement(QDomDocument& document, const QString& namespaceUri, const QString& name)
-{
-    noteNewNodes();
-    return document.createElementNS(namespaceUri, name);
-}
-
-QDomNode createAttribute(QDomDocument& document, const QString& namespaceUri, const QString& name)
-{
-    noteNewNodes();
-    return document.createAttributeNS(namespaceUri, name);
-}
-
 QDomNode cloneNode(const NodeRef& node, bool deep)
 {
-    adoptBeforeNewNodes(node);
+    adopt(node);
     return node.node.cloneNode(deep);
 }
 
 void setNodeValue(const NodeRef& node, const QString& value)
 {
-    adoptBeforeNewNodes(node);
+    adopt(node);
     if (node.node.isAttr())
         noteChild(node.node.firstChild(), node.node);
     QDomNode(node.node).setNodeValue(value);
@@ -139,7 +105,7 @@ void setNodeValue(const NodeRef& node, const QString& value)
 
 void replaceFirstChild(const NodeRef& element, const QString& text)
 {
-    adoptBeforeNewNodes(element);
+    adopt(element);
     QDomDocument document = element.document.living();
     const QDomNode replacement = document.createTextNode(text);
     const QDomNode first = element.node.firstChild();
@@ -150,8 +116,8 @@ void replaceFirstChild(const NodeRef& element, const QString& text)
 
 void prepareSettingAttribute(const NodeRef& element, const QString& name)
 {
-    adoptBeforeNewNodes(element);
-    if (!areChangesCounted())
+    adopt(element);
+    if (!areNodesKept())
         return;
     const QDomNode attribute = element.node.attributes().namedItem(name);
     noteChild(attribute.firstChild(), attribute);
@@ -181,29 +147,11 @@ bool isOnElement(const QDomNode& node)
 
 void adopt(const NodeRef& node)
 {
-    if (documentChanges() == 0)
+    if (!haveDocumentsMet)
         return;
     const Handle top = topOf(node.node);
-    if (top.isNull() || top.isDocument())
-        return;
-    const QDomDocument& home = node.document.living();
-    static thread_local Adoption last;
-    if (last == adoptionNow(top, home))
-        return;
-    moveInto(home, top);
-    ++changes;
-    last = adoptionNow(top, home);
-}
-
-void noteNewNodes() noexcept
-{
-    if (documentChanges() != 0)
-        ++newNodes;
-}
-
-std::uint64_t documentChanges() noexcept
-{
-    return changes;
+    if (!top.isNull() && !top.isDocument())
+        moveInto(node.document.living(), top);
 }
 
 } // namespace kelxml::guards

@@ -7,8 +7,6 @@
 
 #include "guards/node_ref.h"
 
-#include <cstdint>
-
 namespace kelxml::guards
 {
 
@@ -18,10 +16,6 @@ void appendChild(const NodeRef& parent, const NodeRef& child);
 
 /// `QDomNode::removeChild`. \return what Qt returns
 QDomNode removeChild(const NodeRef& parent, const NodeRef& child);
-
-/// `QDomDocument::createElementNS` and `createAttributeNS`.
-QDomNode createElement(QDomDocument& document, const QString& namespaceUri, const QString& name);
-QDomNode createAttribute(QDomDocument& document, const QString& namespaceUri, const QString& name);
 
 /// `QDomNode::cloneNode`. The copy belongs to a document that is alive.
 QDomNode cloneNode(const NodeRef& node, bool deep);
@@ -59,14 +53,5 @@ bool isOnElement(const QDomNode& node);
 /// may remember one that is gone. Gives the top of such a tree a living document, that of `node`, before Qt
 /// touches the tree. Until documents have met, this is one comparison.
 void adopt(const NodeRef& node);
-
-/// To be called where nodes are made: one may come to be at the address of the tree that was adopted last.
-void noteNewNodes() noexcept;
-
-/// Against lists that remember freed nodes: Qt knows a list that is out of date by its document's count of
-/// changes, and once its node has come into another document, that one's count can be the same by chance.
-/// This counts what may bring a node into another document; a list of Qt's made before the last change of it
-/// is made anew. 0 until nodes of two documents have met in one call.
-std::uint64_t documentChanges() noexcept;
 
 } // namespace kelxml::guards

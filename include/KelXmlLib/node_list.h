@@ -50,8 +50,6 @@ public:
 private:
     friend struct kelxml::WrapperAccess;
 
-    [[gnu::visibility("hidden")]] QDomNode itemAt(LONG index);
-
     ULONG m_refCount = 0;
     QDomNodeList m_list;
     std::uint32_t m_cursor = 0;
