@@ -51,7 +51,7 @@ private:
     friend struct kelxml::WrapperAccess;
 
     ULONG m_refCount = 0;
-    QDomNodeList m_list;
+    QDomNodeList m_list; ///< Qt's own, for binaries that rely on its place; never read here
     std::uint32_t m_cursor = 0;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
@@ -59,5 +59,5 @@ private:
         m_standIn;           ///< where `m_document` is null, keeps the document alive that the node came from
     QDomNode m_ownerElement; ///< the element of an attribute whose children are listed; let go of last
     kelxml::InPlace<kelxml::guards::LiveList, 56>
-        m_live; ///< reads `m_list`; let go of before the owner element
+        m_live; ///< reads the list; released before the owner element
 };
