@@ -10,8 +10,8 @@ namespace kelxml::guards
 /// Elements in content or in an entity's value, parentheses in a content model. The deepest operation on a
 /// tree, saving, takes about 1.4 KiB of stack a level: 2.9 MB of the usual 8 MiB.
 constexpr int kMaxNesting = 2048;
-/// Elements, and other nodes with children, below one another in a tree: what was built can be saved and loaded
-/// again.
+/// Elements, and other nodes with children, below one another in a tree: what was built can be saved and
+/// loaded again.
 constexpr int kMaxElementDepth = kMaxNesting;
 /// With room below the deepest element for an attribute and its text.
 constexpr int kMaxNodeDepth = kMaxElementDepth + 2;

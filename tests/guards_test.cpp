@@ -1,8 +1,6 @@
 // Calls in an order that Qt alone does not survive, the answers that the caller gets instead or where nothing
 // is found, and what remains Qt's.
 
-#include "dom/wrapper_access.h"
-#include "guards/handle.h"
 #include "support/beside_qt.h"
 #include "support/dom_fixture.h"
 #include "support/variant_text.h"
@@ -31,10 +29,6 @@ struct Guards : DomTest
         return static_cast<bool>(parentOf(child));
     }
 
-    static const void* nodeOf(IXMLDOMNode& element)
-    {
-        return kelxml::Handle::identityOf(kelxml::refTo(static_cast<CMorvXMLDOMElement&>(element)).node);
-    }
     static void expectNoTreeDeeperThanTheBound();
 
     static constexpr int kBound = 2048;
