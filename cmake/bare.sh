@@ -16,7 +16,7 @@ site() {
     awk -F '|' -v label="$1" '$1 == label && !found { print $2; found = 1 }'
 }
 inside() {
-  chroot "$root" env -i HOME=/root TERM="${TERM:-dumb}" PATH=/usr/sbin:/usr/bin:/sbin:/bin \
+  chroot "$root" env -i HOME=/root KEL_BARE=yes TERM="${TERM:-dumb}" PATH=/usr/sbin:/usr/bin:/sbin:/bin \
     DEBIAN_FRONTEND=noninteractive "${proxies[@]}" "$@"
 }
 mapfile -t proxies < <(env | grep -iE '^(https?|ftp|no)_proxy=')

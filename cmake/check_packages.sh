@@ -1,0 +1,65 @@
+#!/bin/bash
+# check_packages.sh - builds the Debian packages twice, as unalike as can be, and expects the same bytes; then checks,
+# installs, tests and removes them. Run by ./test, in a Debian that is there for nothing else.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. cmake/packages.sh
+source=$PWD work=/tmp/packages
+rm -rf $work
+mkdir -p $work/first $work/second
+
+# step NAME COMMAND... - prints the output and the seconds
+step() {
+  local start=$SECONDS
+  printf '\n-- %s\n' "$1"
+  "${@:2}" || { echo "-- $1 FAILED"; return 1; }
+  echo "-- $((SECONDS - start)) s"
+}
+
+# By the command of the README, as it is there.
+build_first() {
+  cp -r "$source" $work/first/kelxmllib
+  cd $work/first/kelxmllib
+  bash -euc "$(grep -E '^ +apt-get .*dpkg-buildpackage' README.md)" >$work/first.log 2>&1 || { tail -40 $work/first.log; return 1; }
+}
+# Elsewhere, a year later, by another user with another umask, language and time zone.
+build_second() {
+  local folder="$work/second/a longer/name"
+  id builder >/dev/null 2>&1 || useradd --create-home builder
+  localedef -i tr_TR -f UTF-8 tr_TR.UTF-8
+  mkdir -p "$folder"
+  cp -r "$source" "$folder"
+  chown -R builder $work/second
+  cd "$folder/$(basename "$source")"
+  find . -exec touch -d 2001-02-03 {} +
+  runuser -u builder -- env -i PATH="$PATH" HOME=/home/builder LC_ALL=tr_TR.UTF-8 TZ=Asia/Tokyo faketime '+400 days 5 hours' \
+    bash -euc 'umask 077; dpkg-buildpackage -us -uc -b' >$work/second.log 2>&1 || { tail -40 $work/second.log; return 1; }
+}
+compare() {
+  (cd $work/first && sha256sum ./*.deb) | tee $work/checksums
+  cd "$work/second/a longer" && cd name && sha256sum --check --strict $work/checksums
+}
+lint() {
+  lintian --allow-root --pedantic --fail-on error,warning,pedantic $work/first/*.changes
+}
+install() {
+  apt-get install -y -qq --no-install-recommends $(ls $work/first/*.deb | grep -v dbgsym) >/dev/null
+  hardening-check "$(command -v kelxml)" /usr/lib/*/libKel*.so.?
+}
+run_tests() {
+  autopkgtest --quiet --summary-file=$work/summary $(ls $work/first/*.deb | grep -v dbgsym) "$source" -- null >$work/tests.log 2>&1 ||
+    { tail -60 $work/tests.log; return 1; }
+  cat $work/summary
+}
+remove() {
+  apt-get purge -y -qq libkelxmllib1 libkelxmllib-dev libkelxmllib-doc kelxml >/dev/null
+  [ -z "$(find /usr /etc -iname '*kelxml*' -o -iname '*KelCom*')" ]
+}
+step 'Building as the README says' build_first
+need autopkgtest devscripts faketime fakeroot lintian locales
+step 'Building in other circumstances' build_second
+step 'Comparing the two' compare
+step 'lintian' lint
+step 'Installing' install
+step 'debian/tests' run_tests
+step 'Removing' remove
