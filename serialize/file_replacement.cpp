@@ -248,11 +248,8 @@ bool FileReplacement::findPlace(const std::string& path)
     const std::string directory = slash == std::string::npos ? "." : file.substr(0, slash + 1);
     m_directory = Descriptor(open(directory.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     require(m_directory.isOpen());
-    if (!m_old.isOpen()) {
-        if (m_name.empty())
-            fail(path.empty() ? ENOENT : EISDIR);
+    if (!m_old.isOpen())
         return true;
-    }
     struct stat found = {};
     return fstatat(m_directory.number(), m_name.c_str(), &found, AT_SYMLINK_NOFOLLOW) == 0 &&
            found.st_dev == m_status.st_dev && found.st_ino == m_status.st_ino;

@@ -1,0 +1,106 @@
+// What the serializer writes against what Qt writes.
+
+#include "serialize/attributes.h"
+#include "support/any_tree.h"
+
+#include <QtCore/QDirIterator>
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+using namespace kelxml::serialize;
+
+namespace
+{
+
+QDomDocument documentOf(const char* xml, bool isNamespaceAware = false)
+{
+    QDomDocument document;
+    EXPECT_TRUE(document.setContent(QByteArray(xml), isNamespaceAware));
+    return document;
+}
+
+TEST(Serialize, FilesOfTheMachineGetQtsBytes)
+{
+    int loaded = 0;
+    QDirIterator files(QStringLiteral("/usr/share"), {QStringLiteral("*.xml")}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext() && loaded < 300) {
+        SCOPED_TRACE(files.next().toStdString());
+        QDomDocument document;
+        if (!document.setContent(contentOf(files.filePath()), ++loaded % 2 == 0))
+            --loaded;
+        EXPECT_NO_THROW(requireQtsBytes(document); requireQtsBytes(document.documentElement().lastChild()));
+    }
+    EXPECT_EQ(300, loaded) << "shared-mime-info and xkb-data bring at least these";
+}
+
+TEST(Serialize, TreesThatOnlyCallsCanBuildGetQtsBytes)
+{
+    for (unsigned seed = 0; seed < 1000; ++seed) {
+        AnyTree tree(randomChoice(seed));
+        for (unsigned step = 0; step < seed % 50; ++step)
+            tree.grow();
+        ASSERT_NO_THROW(tree.requireQtsBytes());
+    }
+}
+
+TEST(Serialize, AttributesAreSortedByTheNameWritten)
+{
+    const auto plain = documentOf("<r \xC3\xA9='5' b='2' a.c='1' a='0' B='\"]]>'/>");
+    EXPECT_EQ("<r B=\"&quot;]]&gt;\" a=\"0\" a.c=\"1\" b=\"2\" \xC3\xA9=\"5\"/>\n", bytesOf(plain));
+    const auto spaces = documentOf("<r xmlns:p='u' xmlns:q='v'><a q:b='2' p:b='1' o='0' p:a='3'/></r>", true);
+    EXPECT_EQ("<r><a o=\"0\" p:a=\"3\" xmlns:p=\"u\" p:b=\"1\" q:b=\"2\" xmlns:q=\"v\"/></r>",
+              bytesOf(spaces, {-1}));
+    const auto type =
+        documentOf("<!DOCTYPE r [<!ENTITY d SYSTEM 'd'><!ENTITY c SYSTEM 'c'><!NOTATION b SYSTEM 'b'>"
+                   "<!NOTATION a SYSTEM 'a'>]><r/>");
+    EXPECT_EQ("<!DOCTYPE r [\n<!NOTATION a SYSTEM 'a'>\n<!NOTATION b SYSTEM 'b'>\n<!ENTITY c SYSTEM 'c'>\n"
+              "<!ENTITY d SYSTEM 'd'>\n]>\n<r/>\n",
+              bytesOf(type));
+}
+
+TEST(Serialize, AllAttributesOfAWideElementAreFoundWhateverTheirNames)
+{
+    QDomDocument document;
+    for (const char* const space : {static_cast<const char*>(nullptr), "", "u\"rn"})
+        for (const char* const pattern : {"a%1", "p:%1", "p%1:a", "a%1=\"\" b", "xmlns:p%1"}) {
+            QDomElement element = document.createElementNS(QString::fromUtf8(space), QStringLiteral("p:e"));
+            for (int count = 1; count <= 200; ++count) {
+                const QString name = QString::fromUtf8(pattern).arg(count);
+                element.setAttributeNS(QString::fromUtf8(count % 2 ? space : nullptr), name,
+                                       QStringLiteral("<\""));
+                ASSERT_EQ(element.attributes().count(), attributesOf(element).size()) << pattern;
+            }
+            ASSERT_NO_THROW(requireQtsBytes(element)) << pattern;
+        }
+    QDomElement element = document.createElement(QStringLiteral("e"));
+    for (int count = 0; count < 3000; ++count)
+        element.setAttribute(QString::number(count), count);
+    EXPECT_EQ(sortedBytes(bytesOfQt(element, 4)), sortedBytes(bytesOf(element, {4, AttributeOrder::ofQt})));
+}
+
+TEST(Serialize, DepthDoesNotMatterOnASmallStack)
+{
+    constexpr int kDepth = 5'000;
+    const QByteArray xml = QByteArray("<a>").repeated(kDepth) + QByteArray("</a>").repeated(kDepth);
+    auto document = documentOf("<a/>");
+    QDomNode innermost = document.documentElement();
+    for (int depth = 1; depth < kDepth; ++depth)
+        innermost = innermost.appendChild(document.createElement(QStringLiteral("a")));
+    innermost.appendChild(document.createTextNode(QString()));
+    QByteArray written;
+    auto work = [&] { written = bytesOf(document, {-1}); };
+    pthread_attr_t attributes;
+    ASSERT_EQ(0, pthread_attr_init(&attributes));
+    ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, 256 * 1024));
+    pthread_t thread;
+    const auto run = [](void* argument) -> void* {
+        (*static_cast<decltype(work)*>(argument))();
+        return nullptr;
+    };
+    ASSERT_EQ(0, pthread_create(&thread, &attributes, run, &work));
+    ASSERT_EQ(0, pthread_join(thread, nullptr));
+    EXPECT_EQ(xml, written);
+}
+
+} // namespace

@@ -1,0 +1,178 @@
+// Trees that only calls can build, and what Qt writes of them.
+
+#pragma once
+
+#include "serialize/serialize.h"
+#include "support/require.h"
+
+#include <QtCore/QBuffer>
+#include <QtCore/QTextStream>
+#include <QtXml/QDomDocument>
+#include <vector>
+
+inline QByteArray bytesOfQt(const QDomNode& node, int indent)
+{
+    QBuffer buffer;
+    require(buffer.open(QIODevice::WriteOnly));
+    QTextStream stream(&buffer);
+    stream.setCodec("UTF-8");
+    node.save(stream, indent, QDomNode::EncodingFromDocument);
+    stream.flush();
+    return buffer.data();
+}
+
+inline QByteArray sortedBytes(QByteArray bytes)
+{
+    std::sort(bytes.begin(), bytes.end());
+    return bytes;
+}
+
+inline void requireQtsBytes(const QDomNode& node)
+{
+    using namespace kelxml::serialize;
+    for (const int indent : {-1, 0, 1, 4})
+        requireEqual(bytesOf(node, {indent, AttributeOrder::ofQt}), bytesOfQt(node, indent),
+                     "in Qt's order, the bytes are Qt's");
+    requireEqual(sortedBytes(bytesOf(node)), sortedBytes(bytesOfQt(node, 4)),
+                 "sorting only moves attributes");
+    if (node.isDocument())
+        requireEqual(textOf(node, {1, AttributeOrder::ofQt}), node.toDocument().toString(1),
+                     "the text is Qt's");
+}
+
+/// A document and nodes of it, in the tree and outside.
+class AnyTree
+{
+public:
+    explicit AnyTree(Choose choose) : m_choose(std::move(choose))
+    {
+        if (m_choose(3) == 0)
+            m_document.setContent(QStringLiteral(
+                "<!DOCTYPE r PUBLIC \"it's\" 'http://x/'[<!NOTATION n SYSTEM \"'\"><!NOTATION m "
+                "PUBLIC 'p'><!ENTITY e SYSTEM 'x' NDATA n><!ENTITY f PUBLIC 'p' 's'>]><r/>"));
+        m_nodes.push_back(m_document);
+        if (m_choose(2) == 0)
+            put(m_document.createProcessingInstruction(QStringLiteral("xml"), any(kDeclarations)),
+                m_document);
+    }
+
+    void grow()
+    {
+        const QDomNode node = make();
+        if (node.isNull())
+            return;
+        QDomNode parent = m_nodes[m_choose(m_nodes.size())];
+        if (!parent.isAttr()) // which deletes its child when it gets a value, even if somebody holds it
+            m_nodes.push_back(node);
+        if (node.isAttr() && parent.isElement())
+            m_choose(2) == 0 ? parent.toElement().setAttributeNode(node.toAttr())
+                             : parent.toElement().setAttributeNodeNS(node.toAttr());
+        else if (!parent.isDocument() || node.isElement() || m_choose(4) == 0)
+            put(node, parent);
+    }
+
+    void requireQtsBytes() const
+    {
+        for (const QDomNode& node : m_nodes)
+            ::requireQtsBytes(node);
+        ::requireQtsBytes(m_document.doctype());
+    }
+
+private:
+    static constexpr const char* kNames[] = {"a", "b",         "p:a",   "q:b", "xmlns", "xmlns:p",  "p:",
+                                             ":", "a=\"1\" b", "<&>\"", "]]>", "xml",   "\xC3\xA9", "%e"};
+    static constexpr const char* kSpaces[] = {nullptr, "", "urn:x", "<\"&\r\n\t]]>"};
+    static constexpr const char* kTexts[] = {nullptr,
+                                             "",
+                                             "x",
+                                             " \n",
+                                             "a<b>c&d\"e'f",
+                                             "]]>",
+                                             "]",
+                                             "--",
+                                             "-",
+                                             "?>",
+                                             "\r\n\t",
+                                             "\xC3\xA9\xD0\x96\xE4\xB8\xAD",
+                                             "\xF0\x9F\x98\x80",
+                                             "%&#&amp;\"",
+                                             "\x01\xEF\xBF\xBF"};
+    static constexpr const char* kDeclarations[] = {"version='1.0'",
+                                                    "version='1.0' encoding='ISO-8859-1'",
+                                                    "encoding = \"UTF-16\"",
+                                                    "encoding='windows-1251'",
+                                                    "encoding='Shift_JIS'",
+                                                    "encoding='ISO-2022-JP'",
+                                                    "encoding='UTF-7'",
+                                                    "encoding='none such'",
+                                                    "encoding=''"};
+
+    template <class Texts>
+    QString any(const Texts& texts)
+    {
+        return QString::fromUtf8(texts[m_choose(std::size(texts))]);
+    }
+    QString text() { return m_choose(16) == 0 ? QString(QChar(0xD800 + m_choose(0x800))) : any(kTexts); }
+
+    QDomNode make()
+    {
+        switch (m_choose(12)) {
+        case 0:
+            return m_document.createTextNode(text());
+        case 1:
+            return m_document.createCDATASection(text());
+        case 2:
+            return m_document.createComment(text());
+        case 3:
+            return m_document.createProcessingInstruction(any(kNames), text());
+        case 4:
+            return m_document.createEntityReference(any(kNames));
+        case 5:
+            return m_document.createDocumentFragment();
+        case 6:
+            return m_document.createAttribute(any(kNames));
+        case 7:
+            return attribute();
+        case 8:
+            return m_document.createElementNS(any(kSpaces), any(kNames));
+        case 9:
+            return change(m_nodes[m_choose(m_nodes.size())]);
+        default:
+            return m_document.createElement(any(kNames));
+        }
+    }
+
+    QDomNode attribute()
+    {
+        QDomAttr made = m_document.createAttributeNS(any(kSpaces), any(kNames));
+        made.setValue(text());
+        return made;
+    }
+
+    /// \return null: the node has its place
+    QDomNode change(QDomNode& node)
+    {
+        QDomElement element = node.toElement();
+        element.setAttribute(any(kNames), text());
+        if (m_choose(4) == 0)
+            element.setTagName(any(kNames));
+        if (m_choose(4) == 0)
+            node.setPrefix(any(kNames));
+        if (!node.isAttr())
+            node.setNodeValue(text());
+        return {};
+    }
+
+    /// Unless that would tie a ring.
+    static void put(const QDomNode& node, QDomNode parent)
+    {
+        for (QDomNode above = parent; !above.isNull(); above = above.parentNode())
+            if (above == node)
+                return;
+        parent.appendChild(node);
+    }
+
+    Choose m_choose;
+    QDomDocument m_document{QStringLiteral("type")};
+    std::vector<QDomNode> m_nodes;
+};
