@@ -1,4 +1,4 @@
-// The entry points.
+// The entry points, and the end of an object.
 
 #include "support/dom_fixture.h"
 
@@ -11,13 +11,10 @@ TEST_F(Identity, TheEntryPointRefusesUntilAttachedAndThenMakesADocumentForEachIn
 {
     _xmlModule = nullptr; // as the library is loaded; other tests may have attached it
     void* object = &object;
-    for (const unsigned int reason : {0u, 2u, 3u})
-        EXPECT_EQ(1, DllMain(nullptr, reason, nullptr));
     EXPECT_EQ(E_FAIL, DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &object));
     EXPECT_EQ(1, DllMain(nullptr, 1, nullptr));
     EXPECT_EQ(1, DllMain(nullptr, 0, nullptr));
     EXPECT_EQ(nullptr, _xmlModule[1].creator);
-    ylrxDelegatedUnloadEntry();
 
     EXPECT_EQ(E_FAIL, DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, nullptr));
     for (std::size_t byte = 0; byte < sizeof(GUID); ++byte) {
@@ -36,6 +33,32 @@ TEST_F(Identity, TheEntryPointRefusesUntilAttachedAndThenMakesADocumentForEachIn
             EXPECT_EQ(0u, static_cast<IUnknown*>(made)->Release());
         }
     });
+}
+
+TEST_F(Identity, TheLastReleaseReachesTheDestructorThroughTheObjectsTable)
+{
+    static void (*destroy)(void*);
+    static std::size_t destroyed;
+    destroyed = 0;
+    const auto releaseWithItsOwnTable = [](auto object, std::size_t destructor) {
+        void* const raw = object.detach();
+        void**& table = *static_cast<void***>(raw);
+        std::vector<void*> own(table - 2, table + destructor + 1); // from the offset and the type on
+        table = own.data() + 2;
+        destroy = reinterpret_cast<void (*)(void*)>(table[destructor]);
+        table[destructor] = reinterpret_cast<void*>(+[](void* self) { ++destroyed, destroy(self); });
+        EXPECT_EQ(0u, static_cast<IUnknown*>(raw)->Release());
+    };
+    OneOfEach one = oneOfEach(L"<a x='1'>t</a>");
+    auto element = kel::asElement(*parentOf(*one.text));
+    one.root.reset();
+    releaseWithItsOwnTable(std::move(one.map), 18);
+    releaseWithItsOwnTable(std::move(one.list), 13);
+    releaseWithItsOwnTable(std::move(one.attribute), 47);
+    releaseWithItsOwnTable(std::move(one.text), 44);
+    releaseWithItsOwnTable(std::move(element), 53);
+    releaseWithItsOwnTable(std::move(one.document), 77);
+    EXPECT_EQ(6u, destroyed);
 }
 
 } // namespace

@@ -60,7 +60,15 @@ QString fromUcs4WithoutStrays(const char32_t* text, int length)
     return QString::fromUcs4(units.data(), length);
 }
 
-/// Writes the text's code points and a zero behind them.
+int codePointsOf(const QString& text)
+{
+    int count = text.size();
+    for (int index = 1; index < text.size(); ++index)
+        count -= text[index].isLowSurrogate() && text[index - 1].isHighSurrogate() ? 1 : 0;
+    return count;
+}
+
+/// Writes the text's code points and a zero after them.
 /// \param out has room for one more than the text has units
 void widen(const QString& text, wchar_t* out)
 {
@@ -112,10 +120,13 @@ bool hasCodecs()
 
 BSTR toBstr(const QString& text)
 {
-    // A string never has more code points than UTF-16 units, so the unit count is room enough.
+    wchar_t scratch[kScratchLength]; // not zeroed: a name of eight characters would pay for 4096 bytes
     if (text.size() < kScratchLength) {
-        wchar_t scratch[kScratchLength]; // not zeroed: a name of eight characters would pay for 4096 bytes
         widen(text, scratch);
+        return SysAllocString(scratch);
+    }
+    if (text.size() < 2 * kScratchLength && codePointsOf(text) < kScratchLength) {
+        scratch[text.toWCharArray(scratch)] = L'\0';
         return SysAllocString(scratch);
     }
     const std::unique_ptr<wchar_t[]> whole(new wchar_t[static_cast<std::size_t>(text.size()) + 1]);

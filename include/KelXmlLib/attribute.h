@@ -22,7 +22,7 @@ class Handle;
 } // namespace kelxml
 
 /// See `IXMLDOMNode` and `IXMLDOMAttribute` for what each method does.
-class KEL_EXPORT CMorvXMLDOMAttribute final
+class KEL_EXPORT CMorvXMLDOMAttribute
     : public IDispatchImpl<IXMLDOMAttribute, &IID_IXMLDOMAttribute, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>
 {
 public:

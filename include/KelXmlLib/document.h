@@ -19,7 +19,7 @@ struct WrapperAccess;
 }
 
 /// See `IXMLDOMNode` and `IXMLDOMDocument` for what each method does.
-class KEL_EXPORT CMorvXMLDOMDocument final
+class KEL_EXPORT CMorvXMLDOMDocument
     : public CComCoClass<CMorvXMLDOMDocument, &CLSID_DOMDocument>,
       public IDispatchImpl<IXMLDOMDocument, &IID_IXMLDOMDocument, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>
 {

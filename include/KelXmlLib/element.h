@@ -22,7 +22,7 @@ class Handle;
 } // namespace kelxml
 
 /// See `IXMLDOMNode` and `IXMLDOMElement` for what each method does.
-class KEL_EXPORT CMorvXMLDOMElement final
+class KEL_EXPORT CMorvXMLDOMElement
     : public IDispatchImpl<IXMLDOMElement, &IID_IXMLDOMElement, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>
 {
 public:

@@ -21,7 +21,7 @@ struct DocumentRef;
 } // namespace kelxml
 
 /// See `IXMLDOMNamedNodeMap` for what each method does.
-class KEL_EXPORT CMorvXMLDOMNamedNodeMap final
+class KEL_EXPORT CMorvXMLDOMNamedNodeMap
     : public IDispatchImpl<IXMLDOMNamedNodeMap, &IID_IXMLDOMNamedNodeMap, &LIBID_MSXML, 1, 0,
                            CComTypeInfoHolder>
 {

@@ -23,7 +23,7 @@ class Handle;
 } // namespace kelxml
 
 /// See `IXMLDOMNode` for what each method does.
-class KEL_EXPORT CMorvXMLDOMNode final
+class KEL_EXPORT CMorvXMLDOMNode
     : public IDispatchImpl<IXMLDOMNode, &IID_IXMLDOMNode, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>
 {
 public:

@@ -27,7 +27,7 @@ struct ListOrigin;
 } // namespace kelxml
 
 /// See `IXMLDOMNodeList` for what each method does.
-class KEL_EXPORT CMorvXMLDOMNodeList final
+class KEL_EXPORT CMorvXMLDOMNodeList
     : public IDispatchImpl<IXMLDOMNodeList, &IID_IXMLDOMNodeList, &LIBID_MSXML, 1, 0, CComTypeInfoHolder>
 {
 public:
