@@ -34,8 +34,8 @@ inline ULONG addReference(ULONG& count) noexcept
     return ++count;
 }
 
-/// Releases a reference. The last one destroys the object through its dispatch table, so no class with objects
-/// is `final`. A count that is 0 already wraps and destroys nothing.
+/// Releases a reference. The last one destroys the object through its dispatch table: no class is `final`.
+/// A count that is 0 already wraps and destroys nothing.
 template <class Object>
 ULONG releaseReference(Object& self, ULONG& count) noexcept
 {

@@ -1,5 +1,5 @@
-// Finds out for each thread where its stack ends. A stack that the system does not know, such as one that a
-// host made for a coroutine, counts as a small one.
+// Finds where the calling thread's stack ends. A stack that the system does not know, such as one that a host
+// made for a coroutine, counts as a small one.
 
 #include "guards/stack_room.h"
 
@@ -30,10 +30,8 @@ constexpr std::size_t kReserve = std::size_t{48} * 1024;
 // What is taken to be free on a stack that the system does not know.
 constexpr std::size_t kUnknownStack = std::size_t{64} * 1024;
 
-// What documents as people write them take at most.
-constexpr std::size_t kLittle = std::size_t{64} * 1024;
-
-// What the kernel keeps free below the first stack, even if that has no limit, and more than we ever ask for.
+// The kernel keeps more than this free for the first stack, whatever its limit is when the program starts,
+// and it is more than we ever need.
 constexpr std::size_t kMostOfFirstStack = std::size_t{64} * 1024 * 1024;
 
 struct Stack
@@ -43,17 +41,6 @@ struct Stack
 
     bool holds(std::uintptr_t address) const { return address > low && address <= high; }
 };
-
-/// The stack that the process began on, as far as its limit lets it grow. The kernel puts the program's name
-/// at its top. The C library would read the same out of /proc, which a process does not always have.
-Stack firstStack() noexcept
-{
-    const std::uintptr_t top = ::getauxval(AT_EXECFN);
-    rlimit limit = {};
-    if (top == 0 || ::getrlimit(RLIMIT_STACK, &limit) != 0)
-        return {};
-    return {top - std::min<std::uintptr_t>(limit.rlim_cur, kMostOfFirstStack), top};
-}
 
 /// The stack that the calling thread was started with; none when the system does not tell.
 Stack stackOfThread()
@@ -74,19 +61,24 @@ Stack stackOfThread()
     return {low + guard, low + size};
 }
 
-/// The bytes that are free. \param wanted of them, beside the reserve
-std::size_t freeStack(std::size_t wanted)
+/// The free bytes of the stack that the calling thread is on.
+std::size_t freeStack()
 {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    // Only a stack that was found is remembered: what keeps the system from telling may pass. Before much is
-    // used of the first stack, its limit is asked for again: it can be lowered at any time.
-    static thread_local Stack known;
-    if (!known.holds(here) || wanted > kLittle) {
-        const Stack first = firstStack();
-        const bool isOfThread = known.holds(here) && known.high != first.high;
-        const Stack found = first.holds(here) ? first : isOfThread ? known : stackOfThread();
-        known = found.holds(here) ? found : Stack();
+    // The kernel puts the program's name at the top of the first stack. The C library would find the top in
+    // /proc, which a process does not always have.
+    const std::uintptr_t top = ::getauxval(AT_EXECFN);
+    if (Stack{top - kMostOfFirstStack, top}.holds(here)) {
+        // The limit can change at any time, to less than is in use as well.
+        rlimit limit = {};
+        ::getrlimit(RLIMIT_STACK, &limit);
+        const std::uintptr_t used = top - here;
+        return std::max(std::min<std::uintptr_t>(limit.rlim_cur, kMostOfFirstStack), used) - used;
     }
+    // Failures are not cached; they may be temporary.
+    static thread_local Stack known;
+    if (!known.holds(here))
+        known = stackOfThread();
     return known.holds(here) ? here - known.low : kUnknownStack;
 }
 
@@ -95,13 +87,13 @@ std::size_t freeStack(std::size_t wanted)
 bool hasRoomToParse(int nesting)
 {
     const std::size_t wanted = static_cast<std::size_t>(nesting) * kParseBytesPerLevel;
-    return freeStack(wanted) >= wanted + kReserve;
+    return freeStack() >= wanted + kReserve;
 }
 
 int depthThatCanBeSaved()
 {
     constexpr std::size_t kMost = kMaxNodeDepth * kSaveBytesPerLevel;
-    const std::size_t room = std::clamp(freeStack(kMost), kReserve, kReserve + kMost) - kReserve;
+    const std::size_t room = std::clamp(freeStack(), kReserve, kReserve + kMost) - kReserve;
     return static_cast<int>(room / kSaveBytesPerLevel);
 }
 

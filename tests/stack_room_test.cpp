@@ -114,18 +114,24 @@ TEST_F(StackRoom, EveryStackGetsTheResultOrARefusalAtEveryDepth)
     }
 }
 
-TEST_F(StackRoom, ALimitThatIsLoweredIsHeeded)
+TEST_F(StackRoom, TheFirstStacksLimitIsAskedForEachTime)
 {
-    const auto load = [&] {
+    const auto load = [&](rlim_t limit, int depth) {
         use(documentOf(nested(8).c_str())); // what this uses of the stack is there then
-        return under(RLIMIT_STACK, 512 * 1024, [] { return loadNested(1500); });
+        return under(RLIMIT_STACK, limit, [depth] { return loadNested(depth); });
     };
-    EXPECT_EQ(S_FALSE, load());
+    const auto deeper = [&] {
+        volatile char used[90 * 1024] = {};
+        return load(128 * 1024, 120) + used[0];
+    };
+    EXPECT_EQ(S_FALSE, deeper());
     const auto belowTheLimit = [&] {
         volatile char used[1 << 20] = {};
-        return load() + used[0];
+        return load(512 * 1024, 1) + used[0];
     };
     EXPECT_EQ(S_FALSE, belowTheLimit());
+    EXPECT_EQ(S_FALSE, load(100 * 1024, 200));
+    EXPECT_EQ(S_OK, loadNested(120)) << "the limit is high again";
 }
 
 TEST_F(StackRoom, AStackTheSystemDoesNotKnowCountsAsSmall)
