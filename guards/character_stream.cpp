@@ -10,6 +10,7 @@ bool CharacterStream::refill()
     while (m_span.at == m_span.end && !m_outer.empty()) {
         m_span = m_outer.back();
         m_outer.pop_back();
+        m_pendingOutside -= m_outer.empty() ? 0 : m_span.end - m_span.at;
     }
     if (m_span.at == m_span.end) {
         m_piece = m_nextPiece();

@@ -68,6 +68,7 @@ public:
     /// Continues with `text`, which outlives the stream; then where the stream was.
     void splice(QStringView text, bool literal)
     {
+        m_pendingOutside = pending();
         m_outer.push_back(m_span);
         m_span = of(text, literal);
     }
@@ -76,6 +77,8 @@ public:
     /// character is taken.
     std::size_t splices() const { return m_outer.size(); }
     bool spliced() const { return !m_outer.empty(); }
+    /// How many characters of open splices are still to be taken.
+    qint64 pending() const { return spliced() ? m_pendingOutside + (m_span.end - m_span.at) : 0; }
     /// Whether the last character came from a splice inside a quoted value, where quotes don't end the value.
     bool literal() const { return m_span.literal; }
 
@@ -100,7 +103,8 @@ private:
     NextPiece m_nextPiece;
     QString m_piece;
     Span m_span;
-    std::vector<Span> m_outer; // the document's span first
+    qint64 m_pendingOutside = 0; // of the splices around the innermost one
+    std::vector<Span> m_outer;   // the document's span first
 };
 
 // Most characters of most texts are passed over in here, hence eight at a time.

@@ -16,13 +16,20 @@ constexpr int kMaxElementDepth = kMaxNesting;
 /// With room below the deepest element for an attribute and its text.
 constexpr int kMaxNodeDepth = kMaxElementDepth + 2;
 
-/// The parser's work grows with the square of the number of declarations: a third of a second at this bound.
+/// The parser compares each declaration with all others: a third of a second for this many with empty values.
 constexpr int kMaxEntityDeclarations = 4096;
+/// The parser searches each value for a reference to every entity, and moves the rest of the value for each
+/// one that it finds. So this bounds the entity declarations and the ampersands in values, times the
+/// characters of the names and values: at most four seconds.
+constexpr qint64 kMaxEntitySearch = 4'000'000'000;
 /// What a text of any size may hold or unfold in entity text before its amplification counts: a few megabytes
 /// in the tree.
 constexpr qint64 kEntityActivationThreshold = 1'000'000;
 /// How much entity text a longer text may unfold, in times of what its sender had to send.
 constexpr int kMaxEntityAmplification = 10;
+/// What a string of Qt's cannot hold. No text, attribute or entity value gets this long: neither the document
+/// nor what is unfolded in it.
+constexpr qint64 kTooLongForQt = qint64{1} << 30;
 
 /// The bytes that are taken from a file. One array holds them.
 constexpr qint64 kMaxFileBytes = qint64{512} * 1024 * 1024;
@@ -34,7 +41,9 @@ enum class Limit {
     None,
     Nesting,
     EntityDeclarations,
+    EntitySearch,
     EntityText,
+    TextLength,
     FileBytes,
     UnsizedBytes,
     Stack ///< of the calling thread; all others are the same everywhere

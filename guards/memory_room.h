@@ -2,12 +2,18 @@
 
 #pragma once
 
+#include <QtCore/QByteArray>
+
 namespace kelxml::guards
 {
 
-/// To be called before a `QFile` is made. Where Qt makes the first of its objects on a thread, and where a
-/// text stream connects itself to its device, it does not survive that memory runs out. What can be had for a
-/// moment beforehand is as a rule still there for them. \throw std::bad_alloc
-void makeSureOfMemoryForFile();
+/// To be called before a `QFile` is made. When Qt makes the first of its objects on a thread, and when a text
+/// stream connects to its device, Qt does not survive a lack of memory. Allocating and freeing this much
+/// first makes a failure there unlikely. \throw std::bad_alloc
+inline void makeSureOfMemoryForFile()
+{
+    constexpr int kRoom = 64 * 1024;
+    QByteArray(kRoom, Qt::Uninitialized);
+}
 
 } // namespace kelxml::guards

@@ -20,25 +20,6 @@ namespace kelxml::guards
 namespace
 {
 
-ParseResult failed(ParseFailure failure, Limit limit = Limit::None, const QString& reason = {})
-{
-    ParseResult result;
-    result.failure = failure;
-    result.limit = limit;
-    result.reason = reason;
-    return result;
-}
-
-ParseResult unreadable(const QString& reason)
-{
-    return failed(ParseFailure::Unreadable, Limit::None, reason);
-}
-
-ParseResult beyond(Limit limit)
-{
-    return failed(ParseFailure::BeyondLimit, limit);
-}
-
 /// Against siblings that are freed: `QDomDocument::setContent` leaves held top-level nodes linked to each
 /// other, so they are removed one by one beforehand.
 void removeContent(QDomDocument& document)
@@ -52,9 +33,9 @@ template <class Content>
 ParseResult parseWithin(const Prescan& seen, QDomDocument& document, Content&& content)
 {
     if (!seen.isWithin())
-        return beyond(seen.exceeded);
+        return {ParseFailure::BeyondLimit, seen.exceeded};
     if (!hasRoomToParse(seen.nesting))
-        return beyond(Limit::Stack);
+        return {ParseFailure::BeyondLimit, Limit::Stack};
     noteReplacedContent(document);
     removeContent(document);
     ParseResult result;
@@ -67,13 +48,9 @@ ParseResult parseWithin(const Prescan& seen, QDomDocument& document, Content&& c
 /// Only a resource in the program has no descriptor. \return less than 0 after an error; `errno` says which
 qint64 readSome(QFile& file, char* to, int most)
 {
-    if (file.handle() == -1)
-        return file.read(to, most);
-    for (;;) {
-        const ssize_t count = ::read(file.handle(), to, static_cast<std::size_t>(most));
-        if (count >= 0 || errno != EINTR)
-            return count;
-    }
+    const int descriptor = file.handle();
+    return descriptor < 0 ? file.read(to, most)
+                          : TEMP_FAILURE_RETRY(::read(descriptor, to, static_cast<std::size_t>(most)));
 }
 
 /// Adds all bytes of a file to `bytes`, or one more than `most` if it has more. \return the system's error,
@@ -95,25 +72,27 @@ int readUpToOneMoreThan(qint64 most, QFile& file, QByteArray& bytes)
 
 ParseResult parse(QDomDocument& document, const QString& text)
 {
-    return text.isEmpty() ? failed(ParseFailure::Empty) : parseWithin(prescan(text), document, text);
+    if (text.isEmpty())
+        return {ParseFailure::Empty};
+    return parseWithin(prescan(text), document, text);
 }
 
 ParseResult parseFile(QDomDocument& document, const QString& path)
 {
     if (path.isEmpty())
-        return unreadable(qt_error_string(ENOENT));
+        return {ParseFailure::Unreadable, Limit::None, qt_error_string(ENOENT)};
     makeSureOfMemoryForFile();
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return unreadable(file.errorString());
+        return {ParseFailure::Unreadable, Limit::None, file.errorString()};
 
     const qint64 size = file.size();
     const qint64 most = size > 0 ? kMaxFileBytes : kMaxUnsizedBytes;
     QByteArray bytes;
     if (const int error = size > most ? 0 : readUpToOneMoreThan(most, file, bytes))
-        return unreadable(qt_error_string(error));
+        return {ParseFailure::Unreadable, Limit::None, qt_error_string(error)};
     if (std::max(size, qint64{bytes.size()}) > most)
-        return beyond(size > 0 ? Limit::FileBytes : Limit::UnsizedBytes);
+        return {ParseFailure::BeyondLimit, size > 0 ? Limit::FileBytes : Limit::UnsizedBytes};
 
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);

@@ -17,7 +17,7 @@ struct ParseResult
 {
     ParseFailure failure = ParseFailure::None;
     Limit limit = Limit::None; ///< for `BeyondLimit`
-    QString reason;            ///< for `Unreadable` the system's, for `NotWellFormed` Qt's
+    QString reason = {};       ///< for `Unreadable` the system's, for `NotWellFormed` Qt's
     int line = 0;              ///< for `NotWellFormed`, from 1
     int column = 0;
 

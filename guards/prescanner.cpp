@@ -63,6 +63,7 @@ bool Prescanner::prolog()
 
 bool Prescanner::markup()
 {
+    beginText();
     char16_t c = m_in.get();
     if (c == u'/')
         return endTag();
@@ -126,8 +127,9 @@ bool Prescanner::processingInstruction()
         ++matched;
         c = m_in.get();
     }
+    // The parts of the declaration are attributes to the parser: in a quoted one "?>" means nothing.
     if (matched == xml.size() && isSpace(c))
-        return xmlDeclaration();
+        return seekUnquoted<u'?'>(&Prescanner::attributeValue) == u'?' && m_in.get() == u'>';
     for (;;) {
         if (c != u'?')
             c = m_in.seek<u'?'>();
@@ -138,18 +140,15 @@ bool Prescanner::processingInstruction()
     }
 }
 
-// Its parts are attributes to the parser: in a quoted one "?>" means nothing.
-bool Prescanner::xmlDeclaration()
-{
-    return seekUnquoted<u'?'>(&Prescanner::attributeValue) == u'?' && m_in.get() == u'>';
-}
-
 bool Prescanner::attributeValue(char16_t quote)
 {
+    beginText();
     for (;;) {
         const char16_t c = m_in.seek<u'&', u'<', u'"', u'\''>();
-        if (c == quote && !m_in.literal())
+        if (c == quote && !m_in.literal()) {
+            beginText();
             return true;
+        }
         if (c == u'&' ? !reference(true) : !isQuote(c))
             return false;
     }
@@ -166,7 +165,7 @@ bool Prescanner::reference(bool literal)
     if (m_name.startsWith(u'#') || isPredefined(m_name))
         return true;
     const Entity* entity = find(m_name, Kind::General);
-    return !entity || splice(entity->text, literal);
+    return !entity || splice(*entity, entity->text, literal);
 }
 
 // Adds the characters up to the semicolon, of a name too long to be declared only its beginning.
@@ -189,12 +188,15 @@ const Prescanner::Entity* Prescanner::find(const QString& name, Kind kind) const
     return found != m_entities.constEnd() && found->kind == kind ? &*found : nullptr;
 }
 
-bool Prescanner::splice(QStringView text, bool literal)
+bool Prescanner::splice(const Entity& entity, QStringView text, bool literal)
 {
     // The parser calls it a recursion once more splices are open than entities are there.
     const int open = std::max(m_generalEntities, m_parameterEntities) + 1;
     if (m_in.splices() >= static_cast<std::size_t>(open) || !addEntityText(text.size()))
         return false;
+    m_unfolded += literal ? entity.literalLength : text.size();
+    if (m_unfolded + m_documentLength >= kTooLongForQt)
+        return beyond(Limit::TextLength);
     m_in.splice(text, literal);
     return true;
 }
@@ -203,7 +205,8 @@ bool Prescanner::addEntityText(qint64 length)
 {
     m_entityText += length;
     if (m_entityText > m_maxEntityText && m_length) {
-        m_maxEntityText = std::max(m_maxEntityText, kMaxEntityAmplification * m_length());
+        m_documentLength = m_length();
+        m_maxEntityText = std::max(m_maxEntityText, kMaxEntityAmplification * m_documentLength);
         m_length = nullptr;
     }
     return m_entityText <= m_maxEntityText || beyond(Limit::EntityText);

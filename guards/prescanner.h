@@ -50,6 +50,7 @@ private:
     {
         QString text; // of a parameter entity: between two blanks, as the parser includes it in the DTD
         Kind kind = Kind::General;
+        qint64 literalLength = 0; // with the quotes replaced, as the parser includes it in a quoted value
     };
 
     // These take the characters of one construct, whose first ones were taken already. Most say whether the
@@ -62,7 +63,6 @@ private:
     bool comment();
     bool cdata();
     bool processingInstruction();
-    bool xmlDeclaration();
     bool attributeValue(char16_t quote);
     bool reference(bool literal);
 
@@ -84,8 +84,10 @@ private:
     bool referenceName(QString& name);
     bool declare(const QString& name, const QString& text, Kind kind);
     const Entity* find(const QString& name, Kind kind) const;
-    bool splice(QStringView text, bool literal);
+    bool addEntitySearch(const QString& name, const QString& value);
+    bool splice(const Entity& entity, QStringView text, bool literal);
     bool addEntityText(qint64 length);
+    void beginText() { m_unfolded = m_in.pending(); }
     bool deepen(int& depth);
     bool beyond(Limit limit);
 
@@ -96,9 +98,13 @@ private:
     int m_generalEntities = 0;        // those with a value; not the external ones
     int m_parameterEntities = 0;
     int m_declarations = 0;
+    qint64 m_referencesInValues = 0;
+    qint64 m_searchedCharacters = 0; // of the names and values of entities
     qint64 m_entityText = 0;
     qint64 m_maxEntityText = kEntityActivationThreshold;
+    qint64 m_unfolded = 0; // in the current text, attribute or value of an entity
     std::function<qint64()> m_length;
+    qint64 m_documentLength = 0; // once it was asked for
     int m_depth = 0;
     int m_nesting = 0;
     Limit m_exceeded = Limit::None;

@@ -95,13 +95,21 @@ bool Prescanner::entityDeclaration()
     if (!isQuote(c))
         return declare(name, {}, Kind::External) && seekUnquoted<u'>'>(&Prescanner::systemLiteral) == u'>';
 
-    const QLatin1String blank(" ");
-    QString value = parameter ? blank : QString();
-    if (!entityValue(c, value))
+    QString value;
+    if (!entityValue(c, value) || !addEntitySearch(name, value))
         return false;
-    if (parameter)
-        value += blank;
-    return declare(name, value, parameter ? Kind::Parameter : Kind::General) && m_in.seek<u'>'>() == u'>';
+    const QLatin1String blank(" ");
+    return declare(name, parameter ? blank + value + blank : value,
+                   parameter ? Kind::Parameter : Kind::General) &&
+           m_in.seek<u'>'>() == u'>';
+}
+
+bool Prescanner::addEntitySearch(const QString& name, const QString& value)
+{
+    m_referencesInValues += value.count(u'&');
+    m_searchedCharacters += name.size() + value.size();
+    const qint64 searches = m_declarations + m_referencesInValues;
+    return searches * m_searchedCharacters <= kMaxEntitySearch || beyond(Limit::EntitySearch);
 }
 
 // The first declaration of a name counts; general and parameter entities share their names.
@@ -111,12 +119,11 @@ bool Prescanner::declare(const QString& name, const QString& text, Kind kind)
         return beyond(Limit::Nesting);
     if (m_entities.contains(name))
         return true;
-    m_entities.insert(name, {text, kind});
+    const qint64 quotes = text.count(u'"') + text.count(u'\'');
+    m_entities.insert(name, {text, kind, text.size() + quotes * qint64{sizeof("quot;") - 1}});
     m_longestName = std::max(m_longestName, qsizetype(name.size()));
-    if (kind == Kind::General)
-        ++m_generalEntities;
-    else if (kind == Kind::Parameter)
-        ++m_parameterEntities;
+    m_generalEntities += kind == Kind::General ? 1 : 0;
+    m_parameterEntities += kind == Kind::Parameter ? 1 : 0;
     return true;
 }
 
@@ -124,6 +131,7 @@ bool Prescanner::declare(const QString& name, const QString& text, Kind kind)
 // parameter entities come in at once.
 bool Prescanner::entityValue(char16_t quote, QString& value)
 {
+    beginText();
     for (;;) {
         const char16_t c =
             m_in.seek<u'&', u'%', u'"', u'\''>([this, &value](QStringView run) { addToValue(value, run); });
@@ -131,12 +139,11 @@ bool Prescanner::entityValue(char16_t quote, QString& value)
             return c == quote && m_exceeded == Limit::None;
         if (c == u'%' ? !parameterReference(true) : c == u'&' && !referenceInValue(value))
             return false;
-        if (isQuote(c)) {
-            if (m_in.literal()) // the parser has replaced quotes in what it splices into a quoted value
-                addToValue(value, c == u'"' ? QStringView(u"&quot;") : QStringView(u"&apos;"));
-            else
-                addToValue(value, QStringView(&c, 1));
-        }
+        // The parser has replaced quotes in what it splices into a quoted value.
+        if (isQuote(c) && m_in.literal())
+            addToValue(value, c == u'"' ? QStringView(u"&quot;") : QStringView(u"&apos;"));
+        else if (isQuote(c))
+            addToValue(value, QStringView(&c, 1));
     }
 }
 
@@ -190,7 +197,7 @@ bool Prescanner::parameterReference(bool inValue)
     if (!entity)
         return true;
     const QStringView text(entity->text);
-    return inValue ? splice(text.mid(1, text.size() - 2), true) : splice(text, false);
+    return inValue ? splice(*entity, text.mid(1, text.size() - 2), true) : splice(*entity, text, false);
 }
 
 } // namespace kelxml::guards

@@ -7,33 +7,12 @@
 #include "guards/stack_room.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QScopeGuard>
 #include <QtCore/QTextStream>
 #include <QtXml/QDomDocument>
 
 namespace kelxml::guards
 {
-
-namespace
-{
-
-constexpr int kIndent = 4;
-
-/// Against a stream that writes while an exception passes: its destructor would write what it still holds,
-/// for which there may be no memory, and an exception out of a destructor ends the
-/// process. `flush` is to be called before this goes.
-class NoLateWriting
-{
-public:
-    explicit NoLateWriting(QTextStream& stream) : m_stream(stream) {}
-    ~NoLateWriting() { m_stream.setStatus(QTextStream::WriteFailed); }
-    NoLateWriting(const NoLateWriting&) = delete;
-    NoLateWriting& operator=(const NoLateWriting&) = delete;
-
-private:
-    QTextStream& m_stream;
-};
-
-} // namespace
 
 bool canBeSaved(const QDomDocument& document)
 {
@@ -44,8 +23,11 @@ bool canBeSaved(const QDomDocument& document)
 
 void save(const QDomDocument& document, QFile& file)
 {
+    constexpr int kIndent = 4;
     QTextStream stream(&file);
-    const NoLateWriting guard(stream);
+    // While an exception passes, the stream's destructor must not write what it still holds: there may be no
+    // memory for it, and an exception out of a destructor ends the process.
+    const auto neverLate = qScopeGuard([&stream] { stream.setStatus(QTextStream::WriteFailed); });
     stream.setCodec("UTF-8");
     document.save(stream, kIndent, QDomNode::EncodingFromDocument);
     stream.flush();

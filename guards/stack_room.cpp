@@ -86,8 +86,7 @@ std::size_t freeStack()
 
 bool hasRoomToParse(int nesting)
 {
-    const std::size_t wanted = static_cast<std::size_t>(nesting) * kParseBytesPerLevel;
-    return freeStack() >= wanted + kReserve;
+    return freeStack() >= static_cast<std::size_t>(nesting) * kParseBytesPerLevel + kReserve;
 }
 
 int depthThatCanBeSaved()

@@ -1,7 +1,7 @@
 // The prescan of a text: each limit exactly at it and one beyond, in content, in entities and in every
 // encoding that Qt reads.
 
-#include "guards/prescan.h"
+#include "guards/prescanner.h"
 #include "support/beside_qt.h"
 
 #include <QtCore/QTextCodec>
@@ -27,6 +27,27 @@ TEST(PrescanTest, TextAtABoundIsNotRefusedAndOneBeyondIsAndOnlyMarkupCounts)
         EXPECT_EQ(wellFormed == "yes", document.setContent(at));
         EXPECT_LE(extentOf(document).depth, nesting);
     });
+}
+
+// Quotes in an attribute become `&quot;` on the way. Near this bound the document's own length is claimed.
+TEST(PrescanTest, EntityTextIsBeyondWhereOneTextOrAttributeOfQtsCannotHoldIt)
+{
+    const auto seen = [](const QString& inAttribute, const QString& inContent) {
+        QString text = QStringLiteral("<!DOCTYPE r [<!ENTITY e '%1'><!ENTITY q '%2'>]><r a='%3'>%4</r>");
+        text = text.arg(QString(1'000'000, u'x'), QString(1'000'000, u'"'), inAttribute, inContent);
+        return Prescanner([text]() mutable { return std::exchange(text, {}); },
+                          [] { return (qint64{1} << 30) - 10'000'000; })
+            .document()
+            .exceeded;
+    };
+    const auto times = [](int count, const char* reference) {
+        return QString::fromLatin1(reference).repeated(count);
+    };
+    const QString nine = times(9, "&e;");
+    EXPECT_EQ(Limit::None, seen(nine, nine + QStringLiteral("<b/>") + nine));
+    EXPECT_EQ(Limit::None, seen(times(1, "&q;"), times(9, "&q;")));
+    EXPECT_EQ(Limit::TextLength, seen({}, times(10, "&e;")));
+    EXPECT_EQ(Limit::TextLength, seen(times(2, "&q;"), {}));
 }
 
 TEST(PrescanTest, NoEncodingThatQtReadsHidesNesting)
