@@ -38,8 +38,12 @@ std::string reasonOf(Limit limit)
         return "nested deeper than " + std::to_string(guards::kMaxNesting) + " levels";
     case Limit::EntityDeclarations:
         return "more than " + std::to_string(guards::kMaxEntityDeclarations) + " entity declarations";
+    case Limit::EntitySearch:
+        return "entities that are too many and too long to be searched";
     case Limit::EntityText:
         return "too much text in entities";
+    case Limit::TextLength:
+        return "too much text in one text or attribute";
     case Limit::FileBytes:
         return "larger than " + std::to_string(guards::kMaxFileBytes >> 20) + " MiB";
     case Limit::UnsizedBytes:
