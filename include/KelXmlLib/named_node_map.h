@@ -21,9 +21,8 @@ struct DocumentRef;
 } // namespace kelxml
 
 /// See `IXMLDOMNamedNodeMap` for what each method does.
-class KEL_EXPORT CMorvXMLDOMNamedNodeMap
-    : public IDispatchImpl<IXMLDOMNamedNodeMap, &IID_IXMLDOMNamedNodeMap, &LIBID_MSXML, 1, 0,
-                           CComTypeInfoHolder>
+class KEL_EXPORT CMorvXMLDOMNamedNodeMap : public IDispatchImpl<IXMLDOMNamedNodeMap, &IID_IXMLDOMNamedNodeMap,
+                                                                &LIBID_MSXML, 1, 0, CComTypeInfoHolder>
 {
 public:
     HRESULT QueryInterface(const GUID& riid, void** ppv) override;
