@@ -11,10 +11,10 @@
 #include <fcntl.h>
 #include <map>
 #include <mutex>
+#include <pthread.h>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <vector>
 
 namespace
 {
@@ -52,39 +52,52 @@ private:
     const int m_descriptor;
 };
 
-struct Loaded
+/// The library that a path gave last.
+struct LoadedFile
 {
-    QByteArray contents;
     kel::ComPtr<TypeLibrary> library;
-    bool isUpToDate = true;
+    bool isCurrent = false; ///< whether the path has not been registered again since
 };
 
+/// Everything that the process registered and loaded. The lock is held to look something up or to store it,
+/// never while a file is read or parsed, so that no thread waits for another's file.
 class Service
 {
 public:
     static Service& instance();
 
-    std::mutex mutex;
-    std::map<GUID, std::wstring, GuidOrder> paths;
-
+    HRESULT registeredPath(const GUID& id, wchar_t* path);
+    void add(const GUID& id, std::wstring path);
+    bool remove(const GUID& id);
+    /// Reads the file unless it is loaded already.
     HRESULT load(const wchar_t* path, ITypeLib** library);
-    /// Has the file read again when it is next asked for.
-    void outdate(const wchar_t* path);
 
 private:
-    using LoadedByPath = std::map<std::wstring, Loaded, std::less<>>;
+    /// Where a path's library is found, unless the file has to be read.
+    bool findCurrent(const wchar_t* path, ITypeLib** library, std::uint64_t& registrations);
+    kel::ComPtr<TypeLibrary> findByContents(const QByteArray& contents);
+    /// Stores a library, or takes the equal one that another thread has stored meanwhile.
+    void store(const wchar_t* path, const QByteArray& contents, kel::ComPtr<TypeLibrary>& library,
+               std::uint64_t registrations);
 
-    HRESULT read(const wchar_t* path, LoadedByPath::iterator& place);
-
-    LoadedByPath m_loaded;
-    /// Libraries whose file was read anew since. They stay: callers have borrowed them.
-    std::vector<kel::ComPtr<TypeLibrary>> m_retired;
+    std::mutex m_mutex;
+    std::map<GUID, std::wstring, GuidOrder> m_paths;
+    std::uint64_t m_registrations = 0; ///< made so far: which tells whether one was made during a read
+    std::map<std::wstring, LoadedFile, std::less<>> m_files;
+    /// All libraries that were ever loaded, by their contents. Callers may have borrowed any of them.
+    std::map<QByteArray, kel::ComPtr<TypeLibrary>> m_libraries;
 };
 
-/// Never destroyed: objects that outlive the static ones of this library may still ask for it.
+/// Never destroyed: objects that outlive the static ones of this library may still ask for it. The lock is
+/// taken across `fork`, so that a child never finds it held by a thread that it does not have.
 Service& Service::instance()
 {
-    static Service& service = *new Service;
+    static Service& service = *[] {
+        auto* const made = new Service;
+        ::pthread_atfork([] { instance().m_mutex.lock(); }, [] { instance().m_mutex.unlock(); },
+                         [] { instance().m_mutex.unlock(); });
+        return made;
+    }();
     return service;
 }
 
@@ -113,50 +126,83 @@ QByteArray encoded(const wchar_t* path)
     return isWhole && QFile::decodeName(name) == text ? name : QByteArray();
 }
 
-HRESULT Service::load(const wchar_t* path, ITypeLib** library)
+HRESULT parse(const QByteArray& contents, kel::ComPtr<TypeLibrary>& library)
 {
-    auto place = m_loaded.find(std::wstring_view(path));
-    if (place == m_loaded.end() || !place->second.isUpToDate) {
-        const HRESULT hr = read(path, place);
-        if (FAILED(hr))
-            return hr;
-    }
-    *library = place->second.library.get();
-    return S_OK;
-}
-
-/// \param place where the path's library stands, or the end; receives where it stands now
-HRESULT Service::read(const wchar_t* path, LoadedByPath::iterator& place)
-{
-    const bool isKnown = place != m_loaded.end();
-    QByteArray contents;
-    const HRESULT hr = readFile(encoded(path).constData(), contents);
-    if (FAILED(hr))
-        return hr;
-    if (isKnown && place->second.contents == contents) {
-        place->second.isUpToDate = true;
-        return S_OK;
-    }
     if (!QTextCodec::codecForLocale())
-        return TYPE_E_CANTLOADLIBRARY; // late in the process's end, when the parser would miss Qt's codecs
+        return TYPE_E_CANTLOADLIBRARY; // Qt's codecs, which the parser needs, are destroyed at exit
     auto description = kelcom::readTypeLibrary(contents);
     if (!description)
         return TYPE_E_INVDATAREAD;
-    Loaded loaded{contents, kel::ComPtr<TypeLibrary>(new TypeLibrary(std::move(description)))};
-    if (isKnown) {
-        m_retired.push_back(place->second.library);
-        place->second = std::move(loaded);
-    } else {
-        place = m_loaded.emplace(path, std::move(loaded)).first;
-    }
+    library = kel::ComPtr<TypeLibrary>(new TypeLibrary(std::move(description)));
     return S_OK;
 }
 
-void Service::outdate(const wchar_t* path)
+HRESULT Service::registeredPath(const GUID& id, wchar_t* path)
 {
-    const auto place = m_loaded.find(std::wstring_view(path));
-    if (place != m_loaded.end())
-        place->second.isUpToDate = false;
+    const std::lock_guard lock(m_mutex);
+    const auto place = m_paths.find(id);
+    if (place == m_paths.end())
+        return TYPE_E_LIBNOTREGISTERED;
+    std::wmemcpy(path, place->second.c_str(), place->second.size() + 1);
+    return S_OK;
+}
+
+void Service::add(const GUID& id, std::wstring path)
+{
+    const std::lock_guard lock(m_mutex);
+    ++m_registrations;
+    if (const auto file = m_files.find(path); file != m_files.end())
+        file->second.isCurrent = false;
+    m_paths[id] = std::move(path);
+}
+
+bool Service::remove(const GUID& id)
+{
+    const std::lock_guard lock(m_mutex);
+    return m_paths.erase(id) == 1;
+}
+
+HRESULT Service::load(const wchar_t* path, ITypeLib** library)
+{
+    std::uint64_t registrations = 0;
+    if (findCurrent(path, library, registrations))
+        return S_OK;
+    QByteArray contents;
+    if (const HRESULT hr = readFile(encoded(path).constData(), contents); FAILED(hr))
+        return hr;
+    auto loaded = findByContents(contents);
+    if (!loaded)
+        if (const HRESULT hr = parse(contents, loaded); FAILED(hr))
+            return hr;
+    store(path, contents, loaded, registrations);
+    *library = loaded.get();
+    return S_OK;
+}
+
+bool Service::findCurrent(const wchar_t* path, ITypeLib** library, std::uint64_t& registrations)
+{
+    const std::lock_guard lock(m_mutex);
+    registrations = m_registrations;
+    const auto file = m_files.find(std::wstring_view(path));
+    if (file == m_files.end() || !file->second.isCurrent)
+        return false;
+    *library = file->second.library.get();
+    return true;
+}
+
+kel::ComPtr<TypeLibrary> Service::findByContents(const QByteArray& contents)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto place = m_libraries.find(contents);
+    return place == m_libraries.end() ? nullptr : place->second;
+}
+
+void Service::store(const wchar_t* path, const QByteArray& contents, kel::ComPtr<TypeLibrary>& library,
+                    std::uint64_t registrations)
+{
+    const std::lock_guard lock(m_mutex);
+    library = m_libraries.emplace(contents, library).first->second;
+    m_files[path] = {library, m_registrations == registrations};
 }
 
 } // namespace
@@ -166,24 +212,12 @@ namespace KelTypelib
 
 HRESULT GetTlbFilePath(const GUID& library, wchar_t* path)
 {
-    if (!path)
-        return E_POINTER;
-    Service& service = Service::instance();
-    const std::lock_guard lock(service.mutex);
-    const auto place = service.paths.find(library);
-    if (place == service.paths.end())
-        return TYPE_E_LIBNOTREGISTERED;
-    std::wmemcpy(path, place->second.c_str(), place->second.size() + 1);
-    return S_OK;
+    return path ? Service::instance().registeredPath(library, path) : E_POINTER;
 }
 
 HRESULT LoadTypeLib(const wchar_t* path, ITypeLib** library)
 {
-    if (!path || !library)
-        return E_POINTER;
-    Service& service = Service::instance();
-    const std::lock_guard lock(service.mutex);
-    return service.load(path, library);
+    return path && library ? Service::instance().load(path, library) : E_POINTER;
 }
 
 HRESULT RegisterTypeLib(const GUID& library, const wchar_t* path)
@@ -193,18 +227,13 @@ HRESULT RegisterTypeLib(const GUID& library, const wchar_t* path)
     const std::size_t length = ::wcsnlen(path, PathCapacity);
     if (length == 0 || length == PathCapacity)
         return E_INVALIDARG;
-    Service& service = Service::instance();
-    const std::lock_guard lock(service.mutex);
-    service.paths[library] = std::wstring(path, length);
-    service.outdate(path);
+    Service::instance().add(library, std::wstring(path, length));
     return S_OK;
 }
 
 HRESULT UnRegisterTypeLib(const GUID& library)
 {
-    Service& service = Service::instance();
-    const std::lock_guard lock(service.mutex);
-    return service.paths.erase(library) == 1 ? S_OK : TYPE_E_LIBNOTREGISTERED;
+    return Service::instance().remove(library) ? S_OK : TYPE_E_LIBNOTREGISTERED;
 }
 
 } // namespace KelTypelib

@@ -6,6 +6,7 @@
 #include "KelXmlLib/filer.h"
 #include "support/by_name.h"
 #include "support/require.h"
+#include "support/type_library_file.h"
 
 #include <cstdio>
 #include <fstream>
@@ -18,13 +19,12 @@ namespace
 struct LastCalls
 {
     const bool hasCodecs;
-    const wchar_t* const newTypeLibrary; ///< a spelling of the path under which it was not read before
     const std::string file = hasCodecs ? "with_codecs.xml" : "without_codecs.xml";
     const kel::Variant path{hasCodecs ? L"with_codecs.xml" : L"without_codecs.xml"};
     const kel::ComPtr<IXMLDOMDocument> document = kel::newDocument();
     std::unique_ptr<IKelXmlFiler> filer = {};
 
-    void write(const char* content) const { std::ofstream(file) << content; }
+    void write(const QByteArray& content) const { std::ofstream(file) << content.constData(); }
     std::string content() const
     {
         std::ifstream in(file);
@@ -61,13 +61,15 @@ struct LastCalls
         require(callByName(*root, L"nodeName", DISPATCH_PROPERTYGET, result) == S_OK);
         require(result.type() == VT_BSTR && result.text() == L"a");
         ITypeLib* library = nullptr;
-        const HRESULT answer = KelTypelib::LoadTypeLib(newTypeLibrary, &library);
+        write(keltest::stamped("<identity name='" + QByteArray(hasCodecs ? "With" : "Without") +
+                               "' uuid='00000000-0000-0000-0000-000000000001' version='1.0'/></library>"));
+        const HRESULT answer = KelTypelib::LoadTypeLib(path.get().bstrVal, &library);
         require(answer == (hasCodecs ? S_OK : TYPE_E_CANTLOADLIBRARY));
         std::puts(file.c_str());
     }
 };
 
-LastCalls outlivingCodecs{false, L"///" KEL_TYPE_LIBRARY};
+LastCalls outlivingCodecs{false};
 
 } // namespace
 
@@ -76,9 +78,9 @@ int main()
     KelTypelib::RegisterTypeLib(LIBID_MSXML, L"" KEL_TYPE_LIBRARY);
     outlivingCodecs.beginFile();
     std::thread([] {
-        thread_local LastCalls atThreadEnd{true, L"//" KEL_TYPE_LIBRARY};
+        thread_local LastCalls atThreadEnd{true};
         atThreadEnd.beginFile();
     }).join();
-    static LastCalls outlivedByCodecs{true, L"/" KEL_TYPE_LIBRARY};
+    static LastCalls outlivedByCodecs{true};
     outlivedByCodecs.beginFile();
 }

@@ -5,8 +5,12 @@
 #include "support/type_library_walk.h"
 #include "support/variant_text.h"
 
+#include <atomic>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 using namespace keltest;
@@ -17,6 +21,8 @@ namespace
 constexpr GUID kUnknownGuid{0x12345678, 0, 0, {}};
 
 const QByteArray kSmallBody = contentOf(QStringLiteral(KEL_TESTS "../fuzz/seeds/type_library/small.xml"));
+
+std::function<void()> whileReading;
 
 TEST(TypeLibraryRegistry, KeepsOnePathPerIdentifierUntilItIsTakenBack)
 {
@@ -63,6 +69,53 @@ TEST(TypeLibraryCache, ReadsAFileOnceAndAnewWhenItIsRegisteredAgain)
     ASSERT_EQ(S_OK, file.load(again));
     EXPECT_NE(before, describe(*again));
     EXPECT_EQ(before, describe(*first)) << "a borrowed library stays usable";
+    file.write(stamped(kSmallBody));
+    file.registerAgain();
+    ASSERT_EQ(S_OK, file.load(again));
+    EXPECT_EQ(first, again) << "contents that were loaded before are not loaded twice";
+}
+
+/// Runs `child` in a forked process, which is killed if it hangs.
+template <class Child>
+void expectToEndInAForkedProcess(Child child)
+{
+    const pid_t process = ::fork();
+    if (process == 0) {
+        ::alarm(3);
+        child();
+        ::_exit(0);
+    }
+    int status = 1;
+    ::waitpid(process, &status, 0);
+    EXPECT_EQ(0, status);
+}
+
+void lookUp()
+{
+    wchar_t path[KelTypelib::PathCapacity];
+    KelTypelib::GetTlbFilePath(kUnknownGuid, path);
+}
+
+TEST(TypeLibraryLock, IsNotHeldWhileAFileIsRead)
+{
+    const TypeLibraryFile file(stamped(kSmallBody));
+    whileReading = [] { expectToEndInAForkedProcess(lookUp); };
+    ITypeLib* library = nullptr;
+    EXPECT_EQ(S_OK, file.load(library));
+    EXPECT_FALSE(whileReading) << "the file was not read";
+}
+
+TEST(TypeLibraryLock, IsFreeInAForkedProcessWhateverOtherThreadsDo)
+{
+    std::atomic<bool> isDone{false};
+    std::thread other([&] {
+        while (!isDone)
+            KelTypelib::RegisterTypeLib(kUnknownGuid, L"/no/such/file");
+    });
+    for (int round = 0; round < 100 && !HasFailure(); ++round)
+        expectToEndInAForkedProcess(lookUp);
+    isDone = true;
+    other.join();
 }
 
 TEST(TypeLibraryFiles, WhatIsNoReadableRegularFileOfSensibleSizeIsRefused)
@@ -183,3 +236,11 @@ TEST(TypeInfo, MapsNamesInAnyCapitalsAndGivesNothingOfWhatItLacksOrIsGivenNoPlac
 }
 
 } // namespace
+
+/// Takes the place of the C library's function, which the service asks about a file before it reads it.
+extern "C" KEL_EXPORT int fstat(int file, struct stat* status)
+{
+    if (const auto work = std::exchange(whileReading, nullptr))
+        work();
+    return ::fstatat(file, "", status, AT_EMPTY_PATH);
+}
