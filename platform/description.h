@@ -20,7 +20,10 @@ namespace kelcom
 
 /// Parameters of a member, its result not counted: room for what a call needs is taken from the stack.
 constexpr std::size_t kMaxArguments = 8;
-constexpr std::size_t kMaxFunctions = 512;
+constexpr std::size_t kMaxFunctions = 512; ///< of one interface, inherited ones included
+/// Functions of all interfaces, inherited ones counted in each: each interface has tables of its own. The XML
+/// DOM has 204.
+constexpr std::size_t kMaxFunctionsInAll = 2048;
 constexpr std::size_t kMaxTypes = 256;
 constexpr std::size_t kMaxNameLength = 128;
 

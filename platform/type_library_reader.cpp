@@ -19,7 +19,7 @@ constexpr int kHeadLength = sizeof kHead - 1;
 constexpr int kDigestLength = 64;
 constexpr char kHeadEnd[] = "\">";
 constexpr int kBodyStart = kHeadLength + kDigestLength + static_cast<int>(sizeof kHeadEnd) - 1;
-/// Of what stands between `<` and `>`. Qt compares each attribute of a tag with all others.
+/// Qt compares each attribute of a tag with all others, so a tag must be short.
 constexpr int kMaxTagLength = 4096;
 
 bool isGenuine(const QByteArray& contents)
@@ -31,13 +31,14 @@ bool isGenuine(const QByteArray& contents)
     return contents.mid(kHeadLength, kDigestLength) == hash.result().toHex();
 }
 
+/// Measures from each `<` to the next, which no attribute value may contain; a `>` in quotes ends no tag.
 bool hasOnlyShortTags(const QByteArray& contents)
 {
     for (int start = contents.indexOf('<'); start >= 0;) {
-        const int end = contents.indexOf('>', start);
-        if (end < 0 || end - start > kMaxTagLength)
+        const int next = contents.indexOf('<', start + 1);
+        if ((next < 0 ? contents.size() : next) - start > kMaxTagLength)
             return false;
-        start = contents.indexOf('<', end);
+        start = next;
     }
     return true;
 }
@@ -83,6 +84,7 @@ private:
 
     QXmlStreamReader m_xml;
     std::unique_ptr<LibraryDescription> m_library;
+    std::size_t m_functionCount = 0; ///< of all interfaces, inherited ones counted in each
     bool m_isBroken = false;
 };
 
@@ -227,8 +229,9 @@ bool Reader::readInterface()
     while (nextChild())
         if (m_xml.qualifiedName() != QLatin1String("member") || !readMember(interface))
             return false;
+    m_functionCount += interface.functions.size();
     m_library->interfaces.push_back(std::move(interface));
-    return !m_isBroken;
+    return !m_isBroken && m_functionCount <= kMaxFunctionsInAll;
 }
 
 /// Begins an interface with the functions of its base.
