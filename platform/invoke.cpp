@@ -5,6 +5,7 @@
 
 #include "KelComWrapper/bstr.h"
 #include "KelComWrapper/com_ptr.h"
+#include "KelComWrapper/variant_owner.h"
 #include "platform/coerce.h"
 
 #include <algorithm>
@@ -235,14 +236,6 @@ private:
     Storage m_storage;
 };
 
-void discard(const VARIANT& value)
-{
-    if (value.vt == VT_BSTR)
-        SysFreeString(value.bstrVal);
-    else if ((value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN) && value.punkVal)
-        value.punkVal->Release();
-}
-
 HRESULT callSlot(const Function& function, void* instance, Arguments& arguments, void* resultPlace)
 {
     std::array<void*, kMaxArguments + 2> values;
@@ -283,6 +276,8 @@ HRESULT invoke(const InterfaceDescription& interface, void* instance, MEMBERID m
     HRESULT hr = checkCounts(*function, *parameters);
     if (FAILED(hr))
         return hr;
+    // Converting arguments calls their QueryInterface, which may release the caller's last reference.
+    const kel::ComPtr<IUnknown> held(static_cast<IUnknown*>(instance));
     Arguments arguments;
     hr = setArguments(*function, *parameters, arguments, outputs.badArgument);
     if (FAILED(hr))
@@ -296,10 +291,9 @@ HRESULT invoke(const InterfaceDescription& interface, void* instance, MEMBERID m
         return reportFailure(hr, outputs.exception);
     if (!function->result)
         return hr;
+    kel::Variant given = kel::Variant::adopt(result.value());
     if (outputs.result)
-        *outputs.result = result.value();
-    else
-        discard(result.value());
+        *outputs.result = given.detach();
     return hr;
 }
 

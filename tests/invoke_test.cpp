@@ -23,6 +23,7 @@ struct Probe
     template <class Value>
     static HRESULT give(Probe* probe, Value value, Value* result)
     {
+        EXPECT_GT(probe->references, 0U) << "called after its last reference was released";
         if (probe->manner == "silent")
             return probe->answer;
         if constexpr (std::is_same_v<Value, BSTR>)
@@ -47,18 +48,48 @@ struct Probe
     static std::string seenAs(IUnknown* object) { return object ? "peer" : "null"; }
     static std::string seenAs(const VARIANT& value) { return wordOf(value); }
 
+    template <int Step>
+    static ULONG count(Probe* probe)
+    {
+        return probe->references += static_cast<ULONG>(Step);
+    }
+
     using Slot = void (*)();
     template <class... Functions>
     static std::array<Slot, 7 + sizeof...(Functions)> slotsOf(Functions*... functions)
     {
-        return {{{}, {}, {}, {}, {}, {}, {}, reinterpret_cast<Slot>(functions)...}};
+        return {{{},
+                 reinterpret_cast<Slot>(count<1>),
+                 reinterpret_cast<Slot>(count<-1>),
+                 {},
+                 {},
+                 {},
+                 {},
+                 reinterpret_cast<Slot>(functions)...}};
     }
     inline static const auto kSlots = slotsOf(
         give<BSTR>, give<INT>, give<VARIANT_BOOL>, give<INT>, give<VARIANT>, give<IUnknown*>, give<IUnknown*>,
         give<INT>, take<INT, BSTR>, take<INT, IUnknown*>, take<BSTR, VARIANT, INT, IUnknown*>);
     const Slot* vtable = kSlots.data();
     HRESULT answer = S_OK;
+    ULONG references = 1;
     std::string manner, seen;
+};
+
+/// An argument that releases the object being called when it is asked for an interface.
+struct Releasing final : IUnknown
+{
+    Releasing(Probe& object, IUnknown& given) : called(object), peer(given) {}
+    HRESULT QueryInterface(const GUID& iid, void** found) override
+    {
+        --called.references;
+        return peer.QueryInterface(iid, found);
+    }
+    ULONG AddRef() override { return 1; }
+    ULONG Release() override { return 1; }
+
+    Probe& called;
+    IUnknown& peer;
 };
 
 struct Invoke : testing::Test
@@ -99,6 +130,7 @@ struct Invoke : testing::Test
         words += (word == "i4:4711" ? "" : ' ' + word) + probe.seen;
         peer->AddRef();
         EXPECT_EQ(isPeer ? 2U : 1U, peer->Release());
+        EXPECT_EQ(1U, probe.references) << "a reference too many or too few";
         EXPECT_EQ(answer, invoke(nullptr, nullptr, nullptr));
         return words.substr(1);
     }
@@ -154,6 +186,18 @@ TEST_F(Invoke, CallsAnswerAsListedAndNothingIsLeft)
             EXPECT_EQ(expected, call(member, static_cast<WORD>(flags), arguments)) << words.where;
         });
     });
+}
+
+TEST_F(Invoke, HoldsTheObjectWhoseLastReferenceAnArgumentReleases)
+{
+    Releasing argument(probe, *peer);
+    variants.objects["releasing"] = &argument;
+    DISPPARAMS parameters{&variants.of("unknown:releasing"), nullptr, 1, 0};
+    const DISPID member = idOf(*info, L"peer");
+    Variant result;
+    EXPECT_EQ(S_OK,
+              info->Invoke(&probe, member, DISPATCH_METHOD, &parameters, result.put(), nullptr, nullptr));
+    EXPECT_EQ(0U, probe.references);
 }
 
 TEST(Bstr, HasItsLengthBeforeAndAZeroBehindWhateverTheTextHolds)

@@ -2,6 +2,7 @@
 
 #include "support/by_name.h"
 #include "support/dom_fixture.h"
+#include "support/type_library_file.h"
 #include "support/variant_text.h"
 
 #include <QtCore/QDir>
@@ -55,18 +56,30 @@ TEST_F(LateBound, TheHolderAnswersForItselfAndTriesAgainAfterAFailure)
     EXPECT_EQ(DISP_E_BADINDEX, document->GetTypeInfo(1, 0, nullptr));
     EXPECT_EQ(E_POINTER, document->GetTypeInfo(0, 0, nullptr));
 
-    ASSERT_EQ(S_OK, KelTypelib::UnRegisterTypeLib(LIBID_MSXML));
+    wchar_t load[] = L"load", unknown[] = L"lode", *names[] = {load, unknown};
+    std::array<DISPID, 2> identifiers{};
     ComPtr<ITypeInfo> first, second;
-    EXPECT_EQ(TYPE_E_LIBNOTREGISTERED, document->GetTypeInfo(0, 0, first.put()));
-    EXPECT_EQ(TYPE_E_LIBNOTREGISTERED,
-              document->Invoke(2, IID_IUnknown, 0, DISPATCH_PROPERTYGET, nullptr, nullptr, nullptr, nullptr));
+    const auto expectFailure = [&](HRESULT expected) {
+        EXPECT_EQ(expected, document->GetTypeInfo(0, 0, first.put()));
+        EXPECT_EQ(expected, document->GetIDsOfNames(IID_IUnknown, names, 1, 0, identifiers.data()));
+        EXPECT_EQ(expected, document->Invoke(2, IID_IUnknown, 0, DISPATCH_PROPERTYGET, nullptr, nullptr,
+                                             nullptr, nullptr));
+        EXPECT_FALSE(first);
+    };
+    ASSERT_EQ(S_OK, KelTypelib::UnRegisterTypeLib(LIBID_MSXML));
+    expectFailure(TYPE_E_LIBNOTREGISTERED);
+    const TypeLibraryFile file("damaged");
+    ASSERT_EQ(S_OK, KelTypelib::RegisterTypeLib(LIBID_MSXML, file.widePath.c_str()));
+    expectFailure(TYPE_E_INVDATAREAD);
+    QFile::remove(file.path);
+    expectFailure(TYPE_E_CANTLOADLIBRARY);
+    file.write(stamped(contentOf(QStringLiteral(KEL_TESTS "invoke_library.xml"))));
+    expectFailure(TYPE_E_ELEMENTNOTFOUND);
     SetUpTestSuite();
     EXPECT_EQ(S_OK, document->GetTypeInfo(0, 0, first.put()));
     EXPECT_EQ(S_OK, document->GetTypeInfo(0, 0, second.put()));
     EXPECT_EQ(first.get(), second.get());
 
-    wchar_t load[] = L"load", unknown[] = L"lode", *names[] = {load, unknown};
-    std::array<DISPID, 2> identifiers{};
     EXPECT_EQ(DISP_E_UNKNOWNNAME, document->GetIDsOfNames(IID_IUnknown, names, 2, 0, identifiers.data()));
     EXPECT_EQ((std::array<DISPID, 2>{58, -1}), identifiers);
 }

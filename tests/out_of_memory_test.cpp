@@ -45,7 +45,7 @@ public:
     operator Type*()
     {
         if constexpr (std::is_same_v<Type, VARIANT>)
-            m_free = [](Place& given) { SysFreeString(reinterpret_cast<BSTR>(given[1])); };
+            m_free = [](Place& given) { Variant::adopt(reinterpret_cast<VARIANT&>(given)); };
         else if constexpr (std::is_same_v<Type, BSTR>)
             m_free = [](Place& given) { SysFreeString(reinterpret_cast<BSTR>(given[0])); };
         else if constexpr (std::is_pointer_v<Type>)
@@ -81,6 +81,8 @@ struct OutOfMemory : DomTest
     Objects prepare() const
     {
         const OneOfEach made = oneOfEach(L"<a x='1'>t<b><c/></b></a>");
+        ComPtr<ITypeInfo> loaded; // by the element, which keeps it
+        EXPECT_EQ(S_OK, made.root->GetTypeInfo(0, 0, loaded.put()));
         return {made, create(*made.document, NODE_ELEMENT, L"spare"), find(made), made.root.get()};
     }
     ComPtr<IXMLDOMNodeList> find(const OneOfEach& in) const
@@ -129,6 +131,11 @@ struct OutOfMemory : DomTest
         }
     }
 
+    static HRESULT invoke(IDispatch& object, DISPID member, WORD flags, DISPPARAMS parameters,
+                          VARIANT* result)
+    {
+        return object.Invoke(member, IID_IUnknown, 0, flags, &parameters, result, nullptr, nullptr);
+    }
     static auto makeFiler(const std::wstring& path)
     {
         return std::unique_ptr<IKelXmlFiler>(
@@ -195,6 +202,15 @@ std::vector<Call> OutOfMemory::calls()
          [](QDomDocument& d, const QString&) { d.documentElement().cloneNode(true); }},
         {"put_text", S_OK, [this](O& o, Out&) { return o.root->put_text(words.get()); },
          [](QDomDocument& d, const QString& n) { d.createTextNode(n); }},
+        {"Invoke, nodeName", S_OK,
+         [](O& o, Out& out) { return invoke(*o.root, 2, DISPATCH_PROPERTYGET, {}, out); }},
+        {"Invoke, put_text of a number", S_OK,
+         [this](O& o, Out&) {
+             VARIANT number = one.get();
+             DISPID put = DISPID_PROPERTYPUT;
+             return invoke(*o.root, 24, DISPATCH_PROPERTYPUT, {&number, &put, 1, 1}, nullptr);
+         },
+         [](QDomDocument& d, const QString& n) { d.createTextNode(n); }},
         {"put_text of an attribute", S_OK, [this](O& o, Out&) { return o.attribute->put_text(words.get()); },
          [](QDomDocument& d, const QString& n) {
              d.documentElement().attributeNode(QStringLiteral("x")).setNodeValue(n);
@@ -231,6 +247,24 @@ TEST_F(OutOfMemory, WithoutAPlaceOrMemoryCallsAnswerTouchNoOutputAndLeaveNothing
         }
         EXPECT_EQ(leftBy([&call] { failQt(call); }), leftBy([&] { failEach(call); }));
     }
+}
+
+TEST_F(OutOfMemory, TheFirstLookUpOfANameWorksOrFailsAndTheNextOneWorks)
+{
+    wchar_t load[] = L"load", *names[] = {load};
+    expectNothingLeft([&] {
+        bool hasFailed = true;
+        for (std::size_t nth = 1; hasFailed; ++nth) {
+            const auto document = newDocument();
+            DISPID id = DISPID_UNKNOWN;
+            HRESULT answer = kThrown;
+            const auto ask = [&] { answer = document->GetIDsOfNames(IID_IUnknown, names, 1, 0, &id); };
+            hasFailed = allocations::failsIn(nth, ask);
+            EXPECT_EQ(answer == S_OK ? 58 : DISPID_UNKNOWN, id) << "allocation " << nth;
+            ask();
+            EXPECT_EQ(58, id) << "allocation " << nth;
+        }
+    });
 }
 
 /// How many processes die when memory runs out in `work`, at one place after the other. A new thread, because

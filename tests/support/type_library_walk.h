@@ -28,10 +28,33 @@ std::wstring nameOf(Object& object, INT member)
     return answer == S_OK ? name.c_str() : std::to_wstring(answer);
 }
 
-/// A function in a line: its identifier, its kind (1 a method, 2 a get, 4 a put, 8 a put by reference), the
-/// names of the member and its parameters with the identifiers that they have in calls; and for each
-/// parameter its flags, a star for each pointer, its type, and which of the library's types that is.
-inline void describe(ITypeInfo& info, const FUNCDESC& function, std::wostream& out)
+/// A type as C++ has it; types that the library only names are "other".
+inline std::wstring typeName(ITypeLib& library, const TYPEDESC& type)
+{
+    switch (type.vt) {
+    case VT_PTR:
+        return typeName(library, *type.lptdesc) + L'*';
+    case VT_BSTR:
+        return L"wchar_t*";
+    case VT_VARIANT:
+        return L"VARIANT";
+    case VT_BOOL:
+        return L"short";
+    case VT_INT:
+        return L"int";
+    case VT_UNKNOWN:
+        return L"IUnknown*";
+    case VT_DISPATCH:
+        return L"IDispatch*";
+    default:
+        require(type.vt == VT_USERDEFINED && type.hreftype <= kelcom::kMaxTypes);
+        const bool isDescribed = type.hreftype < library.GetTypeInfoCount();
+        return isDescribed ? nameOf(library, static_cast<INT>(type.hreftype)) : L"other";
+    }
+}
+
+/// Writes a function in a line: its identifier, and its declaration in C++.
+inline void describe(ITypeLib& library, ITypeInfo& info, const FUNCDESC& function, std::wostream& out)
 {
     constexpr UINT kRoom = kelcom::kMaxArguments + 2;
     std::array<kel::Bstr, kRoom> names;
@@ -43,22 +66,23 @@ inline void describe(ITypeInfo& info, const FUNCDESC& function, std::wostream& o
     const bool areAllKnown = info.GetIDsOfNames(places, count, ids.data()) == S_OK;
     require(areAllKnown == (std::count(ids.data(), ids.data() + count, DISPID_UNKNOWN) == 0));
     require(ids[0] == function.memid && nameOf(info, function.memid) == names[0].c_str());
-    out << function.memid << ' ' << function.invkind;
-    for (UINT place = 0; place < count; ++place)
-        out << ' ' << names[place].c_str() << (place == 0 ? L"" : L'=' + std::to_wstring(ids[place]));
+    const wchar_t* const prefix = function.invkind == INVOKE_PROPERTYPUT      ? L"put_"
+                                  : function.invkind == INVOKE_PROPERTYPUTREF ? L"putref_"
+                                  : function.invkind == INVOKE_PROPERTYGET    ? L"get_"
+                                                                              : L"";
+    out << function.memid << ' ' << prefix << names[0].c_str() << '(';
 
     require(function.cParams >= function.cParamsOpt && function.cParamsOpt >= 0);
     require(function.elemdescFunc.tdesc.vt == VT_HRESULT);
     for (SHORT place = 0; place < function.cParams; ++place) {
         const ELEMDESC& parameter = function.lprgelemdescParam[place];
-        out << ", " << parameter.paramdesc.wParamFlags << ' ';
-        const TYPEDESC* type = &parameter.tdesc;
-        for (; type->vt == VT_PTR; type = type->lptdesc)
-            out << '*';
-        require(type->vt != VT_EMPTY && (type->vt != VT_USERDEFINED || type->hreftype <= kelcom::kMaxTypes));
-        out << type->vt << (type->vt == VT_USERDEFINED ? L'#' + std::to_wstring(type->hreftype) : L"");
+        const int flags = parameter.paramdesc.wParamFlags;
+        const bool isResult = flags == (PARAMFLAG_FOUT | PARAMFLAG_FRETVAL);
+        require(isResult ? place == function.cParams - 1
+                         : (flags | PARAMFLAG_FOPT) == (PARAMFLAG_FIN | PARAMFLAG_FOPT));
+        out << (place == 0 ? L"" : L", ") << typeName(library, parameter.tdesc);
     }
-    out << '\n';
+    out << L")\n";
 }
 
 using EachFunction = std::function<void(ITypeInfo&, const FUNCDESC&)>;
@@ -94,7 +118,7 @@ inline std::wstring describe(ITypeLib& library, const EachFunction& use = pass)
             require(info->GetFuncDesc(place, &function) == S_OK);
             require(function->oVft ==
                     static_cast<SHORT>((kelcom::kDispatchSlots + place) * kelcom::kSlotSize));
-            describe(*info, *function, out);
+            describe(library, *info, *function, out);
             use(*info, *function);
             info->ReleaseFuncDesc(function);
         }
