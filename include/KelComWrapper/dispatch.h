@@ -65,7 +65,8 @@ public:
     ///         what the type-library service answered, `identifiers` untouched
     virtual HRESULT GetIDsOfNames(const GUID& riid, wchar_t** names, UINT count, LCID locale,
                                   DISPID* identifiers) = 0;
-    /// Calls a member by its identifier.
+    /// Calls a member by its identifier. The object stays alive during the call, even if an argument releases
+    /// the last reference to it.
     /// \param member the identifier
     /// \param riid not used
     /// \param locale not used
