@@ -2,9 +2,11 @@
 
 #include "KelComWrapper/typelib.h"
 #include "KelXmlLib/dispatch_impl.h"
+#include "KelXmlLib/guids.h"
 
 #include <cwchar>
 #include <new>
+#include <utility>
 
 namespace
 {
@@ -18,6 +20,24 @@ struct GiveBack
 };
 template <class Description>
 using Lent = std::unique_ptr<Description, GiveBack>;
+
+/// How many slots each interface has, those of IDispatch included.
+constexpr std::pair<const GUID*, std::size_t> kSlots[] = {
+    {&IID_IXMLDOMNode, 43},      {&IID_IXMLDOMDocument, 76}, {&IID_IXMLDOMElement, 52},
+    {&IID_IXMLDOMAttribute, 46}, {&IID_IXMLDOMNodeList, 12}, {&IID_IXMLDOMNamedNodeMap, 17}};
+
+/// Whether a description has a slot that the object lacks: calling it would crash.
+bool hasInventedSlots(ITypeInfo& typeInfo, const GUID& interface)
+{
+    TYPEATTR* lent = nullptr;
+    if (FAILED(typeInfo.GetTypeAttr(&lent)))
+        return false;
+    const Lent<TYPEATTR> attributes(lent, {&typeInfo});
+    for (const auto& [identifier, slots] : kSlots)
+        if (*identifier == interface)
+            return attributes->cbSizeVft > slots * sizeof(void*);
+    return false;
+}
 
 } // namespace
 
@@ -33,6 +53,10 @@ HRESULT CComTypeInfoHolder::GetTI(LCID)
     if (const HRESULT loaded = KelTypelib::LoadTypeLib(path, &library); FAILED(loaded))
         return loaded;
     const HRESULT obtained = library->GetTypeInfoOfGuid(*m_pguid, m_pInfo.put());
+    if (m_pInfo && hasInventedSlots(*m_pInfo, *m_pguid)) {
+        m_pInfo.reset();
+        return TYPE_E_ELEMENTNOTFOUND;
+    }
     if (FAILED(obtained) || !m_pInfo || m_pMap)
         return obtained;
     return LoadNameCache(m_pInfo.get());

@@ -75,6 +75,12 @@ TEST_F(LateBound, TheHolderAnswersForItselfAndTriesAgainAfterAFailure)
     expectFailure(TYPE_E_CANTLOADLIBRARY);
     file.write(stamped(contentOf(QStringLiteral(KEL_TESTS "invoke_library.xml"))));
     expectFailure(TYPE_E_ELEMENTNOTFOUND);
+    QByteArray library = contentOf(QStringLiteral(KEL_TYPE_LIBRARY));
+    library.remove(0, library.indexOf("<identity"));
+    const int end = library.indexOf("</interface>", library.indexOf("onreadystatechange"));
+    file.write(stamped(library.insert(end, "<member name='beyond' id='999' kind='method'/>")));
+    file.registerAgain();
+    expectFailure(TYPE_E_ELEMENTNOTFOUND);
     SetUpTestSuite();
     EXPECT_EQ(S_OK, document->GetTypeInfo(0, 0, first.put()));
     EXPECT_EQ(S_OK, document->GetTypeInfo(0, 0, second.put()));
