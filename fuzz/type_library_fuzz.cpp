@@ -1,7 +1,7 @@
 // Any bytes as a type library, as they are and under a digest that fits: refused, or a library all of whose
 // descriptions can be read and whose every function can be called.
 
-#include "platform/type_library_reader.h"
+#include "platform/file_reader.h"
 #include "support.h"
 #include "support/type_library_walk.h"
 #include "support/variant_text.h"

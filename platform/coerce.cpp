@@ -135,7 +135,7 @@ private:
 };
 
 /// Reads an integer of any type whose values all fit. `VT_EMPTY` is read as 0.
-bool readInteger(const VARIANT& plain, std::int64_t& integer)
+bool readExactInteger(const VARIANT& plain, std::int64_t& integer)
 {
     switch (plain.vt) {
     case VT_EMPTY:
@@ -188,7 +188,7 @@ HRESULT parseNumber(BSTR text, Fraction& number)
 HRESULT readNumber(const VARIANT& plain, Fraction& number)
 {
     std::int64_t integer = 0;
-    if (readInteger(plain, integer)) {
+    if (readExactInteger(plain, integer)) {
         number = fractionOf(integer);
         return S_OK;
     }
@@ -245,7 +245,7 @@ HRESULT numberText(const VARIANT& plain, QString& text)
         text.clear();
     else if (plain.vt == VT_BOOL)
         text = QString::number(plain.boolVal == VARIANT_FALSE ? VARIANT_FALSE : VARIANT_TRUE);
-    else if (readInteger(plain, integer))
+    else if (readExactInteger(plain, integer))
         text = QString::number(integer);
     else if (plain.vt == VT_UI8)
         text = QString::number(static_cast<qulonglong>(plain.ullVal));

@@ -172,6 +172,27 @@ const Function* InterfaceDescription::firstNamed(std::wstring_view name) const
     return place == byName.end() || place->first != sought ? nullptr : place->second;
 }
 
+bool isConsistent(const Function& function)
+{
+    const auto& arguments = function.arguments;
+    if (function.kind == INVOKE_PROPERTYGET && !function.result)
+        return false;
+    if (function.isPut() && (function.result || arguments.empty() || arguments.back().isOptional))
+        return false;
+    return std::is_sorted(
+        arguments.begin(), arguments.end(),
+        [](const Parameter& left, const Parameter& right) { return left.isOptional < right.isOptional; });
+}
+
+bool areCompatible(const Function& left, const Function& right)
+{
+    const bool isSameMember = left.id == right.id;
+    if (isSameMember != isSameName(left.name, right.name))
+        return false;
+    return !isSameMember ||
+           (left.kind != right.kind && left.kind != INVOKE_FUNC && right.kind != INVOKE_FUNC);
+}
+
 bool complete(LibraryDescription& library)
 {
     numberTypes(library);

@@ -84,6 +84,13 @@ struct Function
     bool isPut() const { return kind == INVOKE_PROPERTYPUT || kind == INVOKE_PROPERTYPUTREF; }
 };
 
+/// Whether a put has a value, a get has a result, and all optional arguments follow the required ones. The
+/// value of a put is required.
+bool isConsistent(const Function& function);
+/// Whether one interface may have both functions. Those of one property share their name and identifier and
+/// differ in kind; all others differ in name and identifier.
+bool areCompatible(const Function& left, const Function& right);
+
 struct InterfaceDescription
 {
     ValueType* type = nullptr;

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "platform/description.h"
-#include "platform/type_library.h"
+#include "platform/type_library_object.h"
 #include "support/type_library_file.h"
 
 #include <algorithm>

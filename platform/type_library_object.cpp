@@ -1,10 +1,10 @@
 // ITypeLib over a description.
 
-#include "platform/type_library.h"
+#include "platform/type_library_object.h"
 
 #include "KelComWrapper/bstr.h"
 #include "KelComWrapper/com_ptr.h"
-#include "platform/type_info.h"
+#include "platform/type_info_object.h"
 
 namespace kelcom
 {

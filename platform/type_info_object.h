@@ -3,7 +3,7 @@
 #pragma once
 
 #include "KelComWrapper/com_ptr.h"
-#include "platform/type_library.h"
+#include "platform/type_library_object.h"
 
 #include <atomic>
 

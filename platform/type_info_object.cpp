@@ -1,6 +1,6 @@
 // ITypeInfo over the description of an interface.
 
-#include "platform/type_info.h"
+#include "platform/type_info_object.h"
 
 #include "KelComWrapper/bstr.h"
 #include "platform/invoke.h"

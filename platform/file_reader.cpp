@@ -1,13 +1,14 @@
 // Reads a type library. Whatever is not understood makes the whole file invalid: a library that is described
 // wrongly would have calls made with wrong arguments.
 
-#include "platform/type_library_reader.h"
-
-#include "platform/tag_attributes.h"
+#include "platform/file_reader.h"
 
 #include <QtCore/QCryptographicHash>
+#include <QtCore/QUuid>
 #include <QtCore/QXmlStreamReader>
 #include <algorithm>
+#include <initializer_list>
+#include <utility>
 
 namespace kelcom
 {
@@ -42,6 +43,76 @@ bool hasOnlyShortTags(const QByteArray& contents)
     }
     return true;
 }
+
+bool isIdentifier(QStringView text)
+{
+    const auto isLetter = [](QChar c) {
+        return (c >= QLatin1Char('a') && c <= QLatin1Char('z')) ||
+               (c >= QLatin1Char('A') && c <= QLatin1Char('Z')) || c == QLatin1Char('_');
+    };
+    const auto isLetterOrDigit = [&](QChar c) {
+        return isLetter(c) || (c >= QLatin1Char('0') && c <= QLatin1Char('9'));
+    };
+    return !text.isEmpty() && text.size() <= static_cast<int>(kMaxNameLength) && isLetter(text.front()) &&
+           std::all_of(text.begin(), text.end(), isLetterOrDigit);
+}
+
+/// The attributes of one tag, each checked as it is taken. A tag is valid if all are taken in the end.
+class TagAttributes
+{
+public:
+    explicit TagAttributes(const QXmlStreamReader& xml) : m_attributes(xml.attributes()) {}
+
+    /// Null when there is no such attribute.
+    QString take(QLatin1String name)
+    {
+        const auto place =
+            std::find_if(m_attributes.begin(), m_attributes.end(),
+                         [name](const auto& attribute) { return attribute.qualifiedName() == name; });
+        if (place == m_attributes.end())
+            return {};
+        const QString value = place->value().toString();
+        m_attributes.erase(place);
+        return value.isNull() ? QStringLiteral("") : value;
+    }
+    bool takeName(std::wstring& name, QLatin1String attribute = QLatin1String("name"))
+    {
+        const QString text = take(attribute);
+        name = text.toStdWString();
+        return isIdentifier(text);
+    }
+    bool takeUuid(GUID& guid)
+    {
+        const QString text = take(QLatin1String("uuid"));
+        const QUuid uuid(text);
+        guid = {uuid.data1, uuid.data2, uuid.data3, {}};
+        std::copy(std::begin(uuid.data4), std::end(uuid.data4), std::begin(guid.Data4));
+        return uuid.toString(QUuid::WithoutBraces).compare(text, Qt::CaseInsensitive) == 0;
+    }
+    bool takeId(MEMBERID& id)
+    {
+        const QString text = take(QLatin1String("id"));
+        id = text.toInt();
+        return QString::number(id) == text && id != MEMBERID_NIL;
+    }
+    /// The number that belongs to a word.
+    template <class Value>
+    bool takeChoice(QLatin1String name, std::initializer_list<std::pair<QLatin1String, Value>> choices,
+                    Value& value)
+    {
+        const QString text = take(name);
+        for (const auto& [word, meaning] : choices)
+            if (text == word) {
+                value = meaning;
+                return true;
+            }
+        return false;
+    }
+    bool areAllTaken() const { return m_attributes.isEmpty(); }
+
+private:
+    QXmlStreamAttributes m_attributes;
+};
 
 enum class Direction { In, Result };
 
@@ -246,31 +317,6 @@ bool Reader::takeBase(TagAttributes& attributes, InterfaceDescription& interface
             return true;
         }
     return false;
-}
-
-/// Whether the parts fit together: what is put has a value, what is got comes out, and nothing that may be
-/// omitted stands before what may not. The value of a put may not be omitted either.
-bool isConsistent(const Function& function)
-{
-    const auto& arguments = function.arguments;
-    if (function.kind == INVOKE_PROPERTYGET && !function.result)
-        return false;
-    if (function.isPut() && (function.result || arguments.empty() || arguments.back().isOptional))
-        return false;
-    return std::is_sorted(
-        arguments.begin(), arguments.end(),
-        [](const Parameter& left, const Parameter& right) { return left.isOptional < right.isOptional; });
-}
-
-/// Whether two functions may stand in one interface: those of one property share name and identifier and
-/// differ in kind; others share neither.
-bool areCompatible(const Function& left, const Function& right)
-{
-    const bool isSameMember = left.id == right.id;
-    if (isSameMember != isSameName(left.name, right.name))
-        return false;
-    return !isSameMember ||
-           (left.kind != right.kind && left.kind != INVOKE_FUNC && right.kind != INVOKE_FUNC);
 }
 
 bool Reader::readMember(InterfaceDescription& interface)

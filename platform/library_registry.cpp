@@ -2,8 +2,8 @@
 
 #include "KelComWrapper/com_ptr.h"
 #include "KelComWrapper/typelib.h"
-#include "platform/type_library.h"
-#include "platform/type_library_reader.h"
+#include "platform/file_reader.h"
+#include "platform/type_library_object.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QTextCodec>
