@@ -1,5 +1,5 @@
-// BSTRs: a length in characters, then the characters, then a zero. `malloc` hands the memory out, so that
-// a lack of it is a null and never an exception.
+// BSTRs: a length in characters, then the characters, then a zero. They are allocated with `malloc`, so that
+// running out of memory gives null and never an exception.
 
 #include "KelComWrapper/bstr.h"
 
@@ -11,7 +11,7 @@
 namespace
 {
 
-/// Stands before the text; as large as keeps the text aligned for everything that `malloc` aligns for.
+/// Precedes the text. Its size keeps the text as well aligned as the block from `malloc`.
 constexpr std::size_t kHeaderSize = alignof(std::max_align_t);
 
 BYTE* blockOf(BSTR text)

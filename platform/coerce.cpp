@@ -102,12 +102,12 @@ Fraction decodeFloat(std::uint64_t bits, int exponentSize)
     const int shift = mantissaSize + bias - std::max(exponent, 1); // the number is numerator / 2^shift
     if (exponent == highest || shift < 0)
         return {isNegative, 1, 0};
-    // A larger shift would only make a smaller number of what is below a half already.
+    // With the largest shift the number is below a half already, so a larger one would round the same way.
     return {isNegative, exponent == 0 ? mantissa : implied | mantissa,
             std::uint64_t{1} << std::min(shift, 62)};
 }
 
-/// To the nearest integer, halves to the even one.
+/// Rounds to the nearest integer, halves to the even one.
 std::uint64_t rounded(const Fraction& number)
 {
     const std::uint64_t whole = number.numerator / number.denominator;
@@ -116,8 +116,8 @@ std::uint64_t rounded(const Fraction& number)
     return rest > number.denominator || (isHalf && whole % 2 == 1) ? whole + 1 : whole;
 }
 
-/// Gives Qt the default floating-point environment while it converts texts, and restores the host's, whose
-/// traps would end the process and whose rounding mode would change digits.
+/// Gives Qt the default floating-point environment while it converts texts, then restores the host's. Traps
+/// that the host has unmasked would end the process, and its rounding mode would change digits.
 class DefaultFloatingPoint
 {
 public:

@@ -1,4 +1,4 @@
-// The published conversions of call arguments to the types that members take.
+// Converts call arguments to the types of parameters, by the published rules.
 
 #pragma once
 
@@ -9,20 +9,20 @@
 namespace kelcom
 {
 
-// All of them answer `DISP_E_TYPEMISMATCH` for what cannot be converted and `DISP_E_OVERFLOW` for what has no
-// room in the wanted type, and write their output on success only.
+// Each function returns `DISP_E_TYPEMISMATCH` for a value that cannot be converted and `DISP_E_OVERFLOW` for
+// one that is out of range, and writes its output on success only.
 
-/// Follows `VT_BYREF` to the value itself, through a variable that holds a reference once more.
-/// \param plain a view: it owns nothing, and holds as long as what `argument` refers to
+/// Follows `VT_BYREF` to the value, also through a variable that is itself a reference.
+/// \param plain a view that owns nothing; valid as long as what `argument` refers to
 HRESULT dereference(const VARIANT& argument, VARIANT& plain);
 
-/// Fractions are rounded to the nearest integer, halves to the even one.
+/// Rounds to the nearest integer, halves to the even one.
 HRESULT toInteger(const VARIANT& plain, std::int32_t& integer);
 HRESULT toBoolean(const VARIANT& plain, VARIANT_BOOL& boolean);
-/// \param text the argument's own BSTR where it has one, else what was made
-/// \param made owns what had to be made
+/// \param text the argument's own BSTR, or else the new one
+/// \param made owns the new BSTR
 HRESULT toText(const VARIANT& plain, BSTR& text, kel::Bstr& made);
-/// Asks a passed object for the interface that is wanted; null stays null.
+/// Queries a passed object for the parameter's interface; null stays null.
 HRESULT toObject(const VARIANT& plain, const GUID& iid, kel::ComPtr<IUnknown>& object);
 
 } // namespace kelcom

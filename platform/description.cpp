@@ -1,4 +1,4 @@
-// Works the published descriptions, the look-up tables and the call descriptions out of what was read.
+// Derives the published descriptions, the lookup tables and libffi's call descriptions from what was read.
 
 #include "platform/description.h"
 
@@ -14,8 +14,8 @@ constexpr wchar_t foldedLetter(wchar_t letter)
     return letter >= L'A' && letter <= L'Z' ? letter - L'A' + L'a' : letter;
 }
 
-/// A VARIANT by value. Its size is given, not left for libffi to find out: then libffi writes nothing here,
-/// and descriptions may be prepared by several threads.
+/// A VARIANT by value. Its size is set here because libffi would otherwise compute and store it, and several
+/// threads may prepare descriptions at once.
 ffi_type* variantType()
 {
     static ffi_type* members[] = {&ffi_type_uint64, &ffi_type_uint64, &ffi_type_uint64, nullptr};
@@ -57,8 +57,8 @@ ELEMDESC elementOf(const Parameter& parameter, bool isResult)
     return element;
 }
 
-/// `cParams` counts the slot's parameters, the result's place included, as the table view of a dual interface
-/// does; the function's own type is therefore HRESULT.
+/// Describes the slot itself, as the vtable view of a dual interface does: `cParams` includes the pointer to
+/// the result, and the return type is HRESULT.
 void describe(Function& function, std::size_t slot)
 {
     for (const Parameter& argument : function.arguments)
@@ -121,7 +121,7 @@ TYPEATTR attributesOf(const InterfaceDescription& interface, const TLIBATTR& lib
     return attributes;
 }
 
-/// Interfaces are numbered as `ITypeLib::GetTypeInfo` counts them, whatever else is declared after them.
+/// Interfaces get the numbers that `ITypeLib::GetTypeInfo` takes; the other declared types follow.
 void numberTypes(LibraryDescription& library)
 {
     auto next = static_cast<HREFTYPE>(library.interfaces.size());
@@ -202,7 +202,7 @@ bool complete(LibraryDescription& library)
         for (std::size_t place = 0; place < interface.functions.size(); ++place) {
             Function& function = *interface.functions[place];
             if (function.description.oVft != 0)
-                continue; // inherited, and described with its own interface
+                continue; // inherited, so already described with the base
             describe(function, kDispatchSlots + place);
             if (!prepareCall(function))
                 return false;

@@ -1,4 +1,4 @@
-// What a type library describes, as it is kept in memory: built once, then read by any number of threads.
+// The description of a type library in memory. It is built once, then read by any number of threads.
 
 #pragma once
 
@@ -18,7 +18,7 @@
 namespace kelcom
 {
 
-/// Parameters of a member, its result not counted: room for what a call needs is taken from the stack.
+/// Parameters of a member, without its result. A call keeps them all on the stack.
 constexpr std::size_t kMaxArguments = 8;
 constexpr std::size_t kMaxFunctions = 512; ///< of one interface, inherited ones included
 /// Functions of all interfaces, inherited ones counted in each: each interface has tables of its own. The XML
@@ -27,17 +27,17 @@ constexpr std::size_t kMaxFunctionsInAll = 2048;
 constexpr std::size_t kMaxTypes = 256;
 constexpr std::size_t kMaxNameLength = 128;
 
-/// The slots of `IDispatch`, which every described interface begins with.
+/// The slots of `IDispatch`, with which every described interface begins.
 constexpr std::size_t kDispatchSlots = 7;
 constexpr std::size_t kSlotSize = sizeof(void*);
 
 static_assert((kDispatchSlots + kMaxFunctions) * kSlotSize <= INT16_MAX, "FUNCDESC::oVft holds every offset");
 
-/// Names are ASCII, and their capitals do not count.
+/// Lower case of a name. Names are ASCII and compare without regard to case.
 std::wstring folded(std::wstring_view name);
 bool isSameName(std::wstring_view left, std::wstring_view right);
 
-/// Published descriptions go out as pointers to structures that could be changed; who gets one only reads it.
+/// Published functions return descriptions as pointers to non-const; callers must only read them.
 template <class T>
 T* lend(const T& description)
 {
@@ -48,13 +48,13 @@ T* lend(const T& description)
 struct ValueType
 {
     std::wstring name;
-    GUID iid{};             ///< of an interface
-    VARTYPE tag = VT_EMPTY; ///< of a VARIANT that holds such a value; `VT_EMPTY`: used, not yet described
+    GUID iid{};             ///< only for an interface
+    VARTYPE tag = VT_EMPTY; ///< of a VARIANT with such a value; `VT_EMPTY` until the type is declared
     TYPEDESC description{}; ///< the type itself
     TYPEDESC pointer{};     ///< a pointer to it
     bool isDescribed() const { return tag != VT_EMPTY; }
     bool isInterface() const { return tag == VT_DISPATCH || tag == VT_UNKNOWN; }
-    /// Of the types that a library declares, rather than every library having them.
+    /// Whether the library declares the type; the others are built in.
     bool isDeclared() const { return description.vt == VT_USERDEFINED; }
 };
 
@@ -65,7 +65,7 @@ struct Parameter
     bool isOptional = false;
 };
 
-/// One slot of an interface. Stays where it is: its parts point to each other.
+/// One slot of an interface. It must not move, because its parts point to each other.
 struct Function
 {
     std::wstring name;
@@ -74,11 +74,12 @@ struct Function
     std::vector<Parameter> arguments;
     std::optional<Parameter> result;
 
-    // The following is worked out of the above by `complete`.
-    std::size_t required = 0; ///< the arguments that may not be omitted
+    // `complete` derives the following from the above.
+    std::size_t required = 0; ///< how many arguments are not optional
     FUNCDESC description{};
     std::vector<ELEMDESC> elements;
-    std::array<ffi_type*, kMaxArguments + 2> ffiTypes{}; ///< the object, the arguments, the result's place
+    std::array<ffi_type*, kMaxArguments + 2>
+        ffiTypes{}; ///< the object, the arguments, the pointer to the result
     ffi_cif cif{};
 
     bool isPut() const { return kind == INVOKE_PROPERTYPUT || kind == INVOKE_PROPERTYPUTREF; }
@@ -94,20 +95,21 @@ bool areCompatible(const Function& left, const Function& right);
 struct InterfaceDescription
 {
     ValueType* type = nullptr;
-    std::vector<Function*> functions; ///< in slot order, the inherited ones first
+    std::vector<Function*> functions; ///< in slot order, inherited ones first
 
-    // The following is worked out of the above by `complete`.
+    // `complete` derives the following from the above.
     TYPEATTR attributes{};
-    /// Each with its functions in slot order.
+    /// The functions of each member, in slot order.
     std::unordered_map<MEMBERID, std::vector<const Function*>> members;
-    std::vector<std::pair<std::wstring, const Function*>> byName; ///< sorted by folded name, one per member
+    std::vector<std::pair<std::wstring, const Function*>>
+        byName; ///< sorted by lower-case name, one per member
 
     using Functions = const Function* const*;
-    /// The functions of a member; an empty range when there is none.
+    /// The functions of a member; an empty range if there is no such member.
     std::pair<Functions, Functions> member(MEMBERID id) const;
-    /// The first function of a member; null when there is none.
+    /// The first function of a member; null if there is no such member.
     const Function* firstOf(MEMBERID id) const;
-    /// The first function of a member, found by its name in any capitals; null when there is none.
+    /// The first function of the member with this name, in upper or lower case; null if there is none.
     const Function* firstNamed(std::wstring_view name) const;
 };
 
@@ -115,13 +117,13 @@ struct LibraryDescription
 {
     std::wstring name;
     TLIBATTR attributes{};
-    std::deque<ValueType> types; // deques: what is in them does not move
+    std::deque<ValueType> types; // deques do not move their elements
     std::deque<Function> functions;
     std::vector<InterfaceDescription> interfaces;
 };
 
-/// Works out everything that callers are shown and that calls need, once all types are known.
-/// \return false when a call cannot be made the way that a function is described
+/// Derives the published descriptions and what calls need, once all types are known.
+/// \return false if libffi cannot call a function as it is described
 bool complete(LibraryDescription& library);
 
 } // namespace kelcom

@@ -1,5 +1,5 @@
-// Reads a type library. Whatever is not understood makes the whole file invalid: a library that is described
-// wrongly would have calls made with wrong arguments.
+// Reads a type library. Anything unknown or inconsistent makes the whole file invalid, because a wrong
+// description makes calls pass wrong arguments.
 
 #include "platform/file_reader.h"
 
@@ -23,7 +23,7 @@ constexpr int kBodyStart = kHeadLength + kDigestLength + static_cast<int>(sizeof
 /// Qt compares each attribute of a tag with all others, so a tag must be short.
 constexpr int kMaxTagLength = 4096;
 
-bool isGenuine(const QByteArray& contents)
+bool isIntact(const QByteArray& contents)
 {
     if (!contents.startsWith(kHead) || contents.mid(kHeadLength + kDigestLength, 2) != kHeadEnd)
         return false;
@@ -32,7 +32,7 @@ bool isGenuine(const QByteArray& contents)
     return contents.mid(kHeadLength, kDigestLength) == hash.result().toHex();
 }
 
-/// Measures from each `<` to the next, which no attribute value may contain; a `>` in quotes ends no tag.
+/// Measures from each `<` to the next, because a `>` may also be part of an attribute value.
 bool hasOnlyShortTags(const QByteArray& contents)
 {
     for (int start = contents.indexOf('<'); start >= 0;) {
@@ -63,7 +63,7 @@ class TagAttributes
 public:
     explicit TagAttributes(const QXmlStreamReader& xml) : m_attributes(xml.attributes()) {}
 
-    /// Null when there is no such attribute.
+    /// Returns null if there is no such attribute.
     QString take(QLatin1String name)
     {
         const auto place =
@@ -95,7 +95,7 @@ public:
         id = text.toInt();
         return QString::number(id) == text && id != MEMBERID_NIL;
     }
-    /// The number that belongs to a word.
+    /// Takes an attribute that must be one of several words, and returns the word's value.
     template <class Value>
     bool takeChoice(QLatin1String name, std::initializer_list<std::pair<QLatin1String, Value>> choices,
                     Value& value)
@@ -122,7 +122,7 @@ public:
     explicit Reader(const QByteArray& contents)
         : m_xml(contents), m_library(std::make_unique<LibraryDescription>())
     {
-        // Otherwise namespace declarations would go unseen.
+        // Namespace processing would hide namespace declarations, which are invalid here.
         m_xml.setNamespaceProcessing(false);
     }
 
@@ -175,7 +175,7 @@ void Reader::addBuiltInTypes()
     add(L"IDispatch", VT_DISPATCH, VT_DISPATCH, IID_IDispatch);
 }
 
-/// The type, to be described later if it is not yet known.
+/// Finds a type, or adds one that must be declared later.
 ValueType& Reader::typeNamed(const std::wstring& name)
 {
     for (ValueType& type : m_library->types)
@@ -209,8 +209,8 @@ bool Reader::areAllTypesDescribed() const
                        [](const ValueType& type) { return type.isDescribed(); });
 }
 
-/// Moves to the start of the next child. False at the element's end, or when something else than children,
-/// comments and white space stands there.
+/// Moves to the start of the next child. Returns false at the element's end, and at anything but children,
+/// comments and white space.
 bool Reader::nextChild()
 {
     while (!m_isBroken) {
@@ -240,7 +240,7 @@ bool Reader::isAtEnd()
 
 bool Reader::readLibrary()
 {
-    // The head is known to be there: this is the document's start and the library's own tag.
+    // `isIntact` has checked the head: the XML declaration and the tag of the library.
     if (m_xml.readNext() != QXmlStreamReader::StartDocument ||
         m_xml.readNext() != QXmlStreamReader::StartElement)
         return false;
@@ -305,7 +305,7 @@ bool Reader::readInterface()
     return !m_isBroken && m_functionCount <= kMaxFunctionsInAll;
 }
 
-/// Begins an interface with the functions of its base.
+/// Starts an interface with the functions of its base.
 bool Reader::takeBase(TagAttributes& attributes, InterfaceDescription& interface) const
 {
     const std::wstring base = attributes.take(QLatin1String("base")).toStdWString();
@@ -377,7 +377,7 @@ bool Reader::readParameter(Function& function)
 
 std::unique_ptr<const LibraryDescription> readTypeLibrary(const QByteArray& contents)
 {
-    return isGenuine(contents) && hasOnlyShortTags(contents) ? Reader(contents).read() : nullptr;
+    return isIntact(contents) && hasOnlyShortTags(contents) ? Reader(contents).read() : nullptr;
 }
 
 } // namespace kelcom

@@ -10,19 +10,19 @@
 namespace kelcom
 {
 
-/// The text is XML with this very head, the digest in it, and the rest; so one changed byte anywhere is
-/// known:
+/// The file is XML and begins with exactly this head, whose digest covers the rest. So a change of any byte
+/// is detected:
 ///
 ///     <?xml version="1.0" encoding="UTF-8"?>
-///     <library format="1" digest="SHA-256 of all that follows the tag, in lower-case hex">
+///     <library format="1" digest="SHA-256 of everything after the tag, in lower-case hex">
 ///       <identity name=… uuid=… version=…/>
-///       <external name=… uuid=…/>            an interface that is passed about and not described
+///       <external name=… uuid=…/>            an interface that is only passed, not described
 ///       <enum name=…/>
-///       <interface name=… uuid=… base=…>     base: IDispatch, or an interface described before
+///       <interface name=… uuid=… base=…>     base: IDispatch or an earlier interface
 ///         <member name=… id=… kind=…>        kind: method, propget, propput or propputref
-///           <param name=… type=… dir=… optional=…/>   dir: in, or for the last one retval
+///           <param name=… type=… dir=… optional=…/>   dir: in, or retval for the last one
 ///
-/// \return the library; null for anything that is not a valid and consistent one
+/// \return the library; null if it is damaged, not valid or not consistent
 std::unique_ptr<const LibraryDescription> readTypeLibrary(const QByteArray& contents);
 
 } // namespace kelcom

@@ -1,4 +1,4 @@
-// The identifiers of the interfaces that this layer declares.
+// The identifiers of the COM interfaces.
 
 #include "KelComWrapper/typeinfo.h"
 

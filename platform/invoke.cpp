@@ -1,5 +1,5 @@
-// Calls by identifier: find the function, bring the arguments into its types, call its slot, deliver its
-// result.
+// Calls by identifier: finds the function, converts the arguments to its types, calls its slot and returns
+// its result.
 
 #include "platform/invoke.h"
 
@@ -16,13 +16,13 @@ namespace kelcom
 namespace
 {
 
-/// In place of an index in `rgvarg`.
+/// Not an index in `rgvarg`.
 constexpr UINT kNone = UINT_MAX;
 
-/// Which element of `rgvarg` each parameter takes, or `kNone`.
+/// For each parameter, the index of its argument in `rgvarg`, or `kNone`.
 using Sources = std::array<UINT, kMaxArguments>;
 
-/// A place that one argument or a result of any kind has room in.
+/// Holds one argument or result of any type.
 union Storage {
     VARIANT variant;
     void* pointer;
@@ -33,7 +33,8 @@ union Storage {
     VARIANT_BOOL boolean;
 };
 
-/// The kinds of function that a call may mean, the preferred one first; `INVOKE_FUNC` twice means only that.
+/// The kinds of function that the flags ask for, the preferred one first; the same kind twice if there is
+/// only one.
 bool kindsOf(WORD flags, std::array<INVOKEKIND, 2>& kinds)
 {
     switch (flags) {
@@ -91,8 +92,8 @@ HRESULT checkCounts(const Function& function, const DISPPARAMS& parameters)
     return S_OK;
 }
 
-/// Gives each argument to its parameter. The named ones come first, whatever their order; then the others,
-/// the first parameter's last. The value of a put has the name `DISPID_PROPERTYPUT` and no other.
+/// Finds the argument of each parameter. `rgvarg` has the named arguments first, in any order, then the
+/// others in reverse order. The value of a put must have the name `DISPID_PROPERTYPUT`.
 HRESULT assignSources(const Function& function, const DISPPARAMS& parameters, Sources& sources,
                       UINT* badArgument)
 {
@@ -109,7 +110,7 @@ HRESULT assignSources(const Function& function, const DISPPARAMS& parameters, So
             return failAt(index, DISP_E_PARAMNOTFOUND, badArgument);
         sources[place] = index;
     }
-    // A value without its name is what a put was given last, in the parameters' order.
+    // The value of a put is missing, or has been passed without its name.
     if (function.isPut() && (sources[count - 1] == kNone || sources[count - 1] >= parameters.cNamedArgs))
         return DISP_E_PARAMNOTFOUND;
     return S_OK;
@@ -120,7 +121,7 @@ bool isOmitted(const VARIANT& plain)
     return plain.vt == VT_ERROR && plain.scode == DISP_E_PARAMNOTFOUND;
 }
 
-/// One argument in the type that its parameter has, with what had to be made for it.
+/// One argument, converted to the type of its parameter. Owns the text or reference made for it.
 class Argument
 {
 public:
@@ -188,8 +189,8 @@ HRESULT setArguments(const Function& function, const DISPPARAMS& parameters, Arg
     return S_OK;
 }
 
-/// Takes what a member gives out. A member that writes nothing is known by the pattern that stays: as a
-/// pointer it is no address, as a number none that members give.
+/// Receives a member's result. It is filled with a pattern, to detect a member that writes nothing: the
+/// pattern is neither a valid address nor a number that members return.
 class Result
 {
 public:
@@ -201,7 +202,7 @@ public:
     }
     void* place() { return &m_storage; }
 
-    /// The value, which whoever takes it has to free.
+    /// Returns the value, which the caller frees.
     VARIANT value() const
     {
         VARIANT value{};

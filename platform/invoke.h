@@ -7,7 +7,7 @@
 namespace kelcom
 {
 
-/// Where a call leaves what it has to tell; any of them may be null.
+/// The outputs of a call. Any of them may be null.
 struct CallOutputs
 {
     VARIANT* result;
@@ -15,8 +15,8 @@ struct CallOutputs
     UINT* badArgument;
 };
 
-/// See `ITypeInfo::Invoke`. The result is made `VT_EMPTY` just before the member runs and left alone by a
-/// call that does not get so far.
+/// See `ITypeInfo::Invoke`. Sets the result to `VT_EMPTY` just before the member runs; a call that fails
+/// earlier does not change it.
 HRESULT invoke(const InterfaceDescription& interface, void* instance, MEMBERID member, WORD flags,
                const DISPPARAMS* parameters, const CallOutputs& outputs);
 

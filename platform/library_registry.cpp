@@ -1,4 +1,4 @@
-// The registry of type libraries, and the loading of their files.
+// Registers type libraries and loads their files.
 
 #include "KelComWrapper/com_ptr.h"
 #include "KelComWrapper/typelib.h"
@@ -21,7 +21,7 @@ namespace
 
 using kelcom::TypeLibrary;
 
-/// A hundred times what the XML DOM needs.
+/// About seventy times the size of the XML DOM's file.
 constexpr int kMaxFileSize = 1 << 20;
 
 struct GuidOrder
@@ -52,14 +52,14 @@ private:
     const int m_descriptor;
 };
 
-/// The library that a path gave last.
+/// The library last loaded from a path.
 struct LoadedFile
 {
     kel::ComPtr<TypeLibrary> library;
-    bool isCurrent = false; ///< whether the path has not been registered again since
+    bool isCurrent = false; ///< false once the path is registered again
 };
 
-/// Everything that the process registered and loaded. The lock is held to look something up or to store it,
+/// The registered paths and loaded libraries of the process. The lock is held only to look up or to store,
 /// never while a file is read or parsed, so that no thread waits for another's file.
 class Service
 {
@@ -73,23 +73,25 @@ public:
     HRESULT load(const wchar_t* path, ITypeLib** library);
 
 private:
-    /// Where a path's library is found, unless the file has to be read.
+    /// Returns false if the file must be read.
+    /// \param registrations receives the count to pass to `store`
     bool findCurrent(const wchar_t* path, ITypeLib** library, std::uint64_t& registrations);
     kel::ComPtr<TypeLibrary> findByContents(const QByteArray& contents);
-    /// Stores a library, or takes the equal one that another thread has stored meanwhile.
+    /// Stores a library, or replaces it by the one that another thread has stored for the same contents. The
+    /// file must be read again if any path has been registered since `registrations` was counted.
     void store(const wchar_t* path, const QByteArray& contents, kel::ComPtr<TypeLibrary>& library,
                std::uint64_t registrations);
 
     std::mutex m_mutex;
     std::map<GUID, std::wstring, GuidOrder> m_paths;
-    std::uint64_t m_registrations = 0; ///< made so far: which tells whether one was made during a read
+    std::uint64_t m_registrations = 0; ///< counts the calls of `add`
     std::map<std::wstring, LoadedFile, std::less<>> m_files;
-    /// All libraries that were ever loaded, by their contents. Callers may have borrowed any of them.
+    /// Every library ever loaded, by the contents of its file. Callers may have borrowed any of them.
     std::map<QByteArray, kel::ComPtr<TypeLibrary>> m_libraries;
 };
 
-/// Never destroyed: objects that outlive the static ones of this library may still ask for it. The lock is
-/// taken across `fork`, so that a child never finds it held by a thread that it does not have.
+/// Never destroyed, because objects may use it after this library's static destructors. The lock is taken
+/// during `fork`, so that no child inherits it locked by a thread that the child lacks.
 Service& Service::instance()
 {
     static Service& service = *[] {
@@ -116,13 +118,13 @@ HRESULT readFile(const char* path, QByteArray& contents)
     return file.error() == QFileDevice::NoError ? S_OK : TYPE_E_CANTLOADLIBRARY;
 }
 
-/// The path in the file system's encoding; empty when that has no room for it: another file's path would
-/// result.
+/// The path in the file system's encoding; empty if that cannot represent it, since the result would name
+/// another file.
 QByteArray encoded(const wchar_t* path)
 {
     const QString text = QString::fromWCharArray(path);
     const QByteArray name = QFile::encodeName(text);
-    const bool isWhole = *path != QChar::ByteOrderMark; // else the conversion has taken that off
+    const bool isWhole = *path != QChar::ByteOrderMark; // which the conversion removes
     return isWhole && QFile::decodeName(name) == text ? name : QByteArray();
 }
 

@@ -1,4 +1,4 @@
-// ITypeInfo over the description of an interface.
+// Implements ITypeInfo on the description of an interface.
 
 #include "platform/type_info_object.h"
 
@@ -13,8 +13,8 @@ namespace kelcom
 namespace
 {
 
-/// The names of a function: its own, then those of its parameters. The value of a put goes unnamed, as it
-/// does in a call, where it stands for `DISPID_PROPERTYPUT`.
+/// The names of a function: its own, then those of its parameters, without the value of a put, whose name in
+/// a call is `DISPID_PROPERTYPUT`.
 std::vector<const std::wstring*> namesOf(const Function& function)
 {
     std::vector<const std::wstring*> names{&function.name};
@@ -27,7 +27,7 @@ std::vector<const std::wstring*> namesOf(const Function& function)
     return names;
 }
 
-/// The place of a named argument in a call of the member; `DISPID_UNKNOWN` when it has none of that name.
+/// The position of the member's parameter with this name; `DISPID_UNKNOWN` if there is none.
 MEMBERID positionOf(const InterfaceDescription& interface, MEMBERID member, std::wstring_view name)
 {
     const auto [first, last] = interface.member(member);
@@ -103,7 +103,7 @@ HRESULT TypeInfo::GetIDsOfNames(wchar_t** names, UINT count, MEMBERID* identifie
     if (count == 0)
         return E_INVALIDARG;
     std::fill_n(identifiers, count, DISPID_UNKNOWN);
-    // Longer names are not looked at: there are none.
+    // No member has a longer name, so the rest need not be read.
     const auto view = [](const wchar_t* name) {
         return name ? std::wstring_view(name, wcsnlen(name, kMaxNameLength + 1)) : std::wstring_view();
     };
@@ -145,12 +145,12 @@ HRESULT TypeInfo::GetContainingTypeLib(ITypeLib** library, UINT* index)
     return S_OK;
 }
 
-// What `GetTypeAttr` and `GetFuncDesc` give is part of the library, which this object keeps alive.
+// `GetTypeAttr` and `GetFuncDesc` return parts of the library, which this object keeps alive.
 void TypeInfo::ReleaseTypeAttr(TYPEATTR*) {}
 void TypeInfo::ReleaseFuncDesc(FUNCDESC*) {}
 void TypeInfo::ReleaseVarDesc(VARDESC*) {}
 
-// Nobody asks for these of interfaces that have functions only and come from no dynamic library.
+// Never called for interfaces that consist of virtual functions.
 HRESULT TypeInfo::GetTypeComp(ITypeComp**)
 {
     return E_NOTIMPL;

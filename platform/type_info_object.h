@@ -1,4 +1,4 @@
-// The description of one interface as callers see it.
+// Declares the ITypeInfo of an interface.
 
 #pragma once
 
@@ -10,11 +10,11 @@
 namespace kelcom
 {
 
-/// Keeps its library alive. May be used by several threads.
+/// Keeps its library alive. Several threads may use it.
 class TypeInfo final : public ITypeInfo
 {
 public:
-    /// \param interface one of the library's
+    /// \param interface part of `library`
     TypeInfo(TypeLibrary& library, const InterfaceDescription& interface)
         : m_library(&library), m_interface(interface)
     {}

@@ -1,4 +1,4 @@
-// ITypeLib over a description.
+// Implements ITypeLib on the description of a library.
 
 #include "platform/type_library_object.h"
 
@@ -120,7 +120,7 @@ HRESULT TypeLibrary::FindName(wchar_t*, ULONG, ITypeInfo**, MEMBERID*, USHORT*)
     return E_NOTIMPL;
 }
 
-// What `GetLibAttr` gives is part of the library.
+// `GetLibAttr` returns a part of the library.
 void TypeLibrary::ReleaseTLibAttr(TLIBATTR*) {}
 
 } // namespace kelcom

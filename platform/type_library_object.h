@@ -1,4 +1,4 @@
-// A loaded type library as callers see it.
+// Declares the ITypeLib of a loaded type library.
 
 #pragma once
 
@@ -10,7 +10,7 @@
 namespace kelcom
 {
 
-/// The service holds one reference for good, each `ITypeInfo` another. May be used by several threads.
+/// The registry keeps one reference forever, and each `ITypeInfo` has another. Several threads may use it.
 class TypeLibrary final : public ITypeLib
 {
 public:
@@ -44,11 +44,11 @@ private:
     std::atomic<ULONG> m_count{0};
 };
 
-/// Answers a documentation request: a library tells names, and nothing else. Any output may be null.
+/// The common part of `GetDocumentation`: a library documents names only. Any output may be null.
 HRESULT giveDocumentation(const std::wstring* name, BSTR* nameOut, BSTR* documentation, DWORD* helpContext,
                           BSTR* helpFile);
 
-/// Hands out an interface of an object that is either `IUnknown` or its one other interface.
+/// `QueryInterface` of an object that has one interface apart from `IUnknown`.
 template <class Interface>
 HRESULT answerInterface(Interface* object, const GUID& own, const GUID& riid, void** ppv)
 {
