@@ -1,5 +1,5 @@
 /// \file
-/// ITypeLib and ITypeInfo: what a type library says about interfaces, in the published layouts.
+/// ITypeLib and ITypeInfo: descriptions of interfaces, in the published layouts.
 
 #pragma once
 
@@ -9,7 +9,7 @@
 class ITypeComp;
 class ITypeLib;
 
-/// What a type is. Every type that a library describes here is a `TKIND_DISPATCH`.
+/// The kind of a type. All interfaces described here are `TKIND_DISPATCH`.
 enum TYPEKIND : std::int32_t {
     TKIND_ENUM = 0,
     TKIND_RECORD = 1,
@@ -20,51 +20,51 @@ enum TYPEKIND : std::int32_t {
     TKIND_ALIAS = 6,
     TKIND_UNION = 7,
 };
-/// How a function is reached. Here it is always `FUNC_PUREVIRTUAL`, through its slot.
+/// How a function is called. Here it is always `FUNC_PUREVIRTUAL`, through its slot.
 enum FUNCKIND : std::int32_t { FUNC_VIRTUAL, FUNC_PUREVIRTUAL, FUNC_NONVIRTUAL, FUNC_STATIC, FUNC_DISPATCH };
-/// What a function is; the values are those of the `DISPATCH_` flags.
+/// The kind of a function, with the values of the `DISPATCH_` flags.
 enum INVOKEKIND : std::int32_t {
     INVOKE_FUNC = 1,           ///< a method
     INVOKE_PROPERTYGET = 2,    ///< a getter
     INVOKE_PROPERTYPUT = 4,    ///< a setter
     INVOKE_PROPERTYPUTREF = 8, ///< a setter that takes an object
 };
-/// How a slot is called. Here it is always `CC_CDECL`, the platform's own way.
+/// The calling convention of a slot. Here it is always `CC_CDECL`, the platform's own.
 enum CALLCONV : std::int32_t { CC_CDECL = 1, CC_STDCALL = 4 };
 
-constexpr WORD TYPEFLAG_FDUAL = 0x40;           ///< reached through slots and by name
+constexpr WORD TYPEFLAG_FDUAL = 0x40;           ///< members can be called through slots and by name
 constexpr WORD TYPEFLAG_FDISPATCHABLE = 0x1000; ///< begins with `IDispatch`
 constexpr USHORT PARAMFLAG_FIN = 1;             ///< read by the member
-constexpr USHORT PARAMFLAG_FOUT = 2;            ///< a place that the member writes
+constexpr USHORT PARAMFLAG_FOUT = 2;            ///< a pointer through which the member writes
 constexpr USHORT PARAMFLAG_FRETVAL = 8;         ///< the result of a call by name
-constexpr USHORT PARAMFLAG_FOPT = 16;           ///< may be left out
+constexpr USHORT PARAMFLAG_FOPT = 16;           ///< optional
 
-// The descriptions. They belong to the type library, are only read, and hold as long as the object that gave
-// them. Members that tell nothing here are 0 or null.
+// The descriptions. They belong to the type library: callers only read them, while they hold the object that
+// returned them. Unused members are 0 or null.
 
 /// A type.
 struct TYPEDESC
 {
     union {
-        TYPEDESC* lptdesc; ///< of `VT_PTR`: what is pointed to
-        void* lpadesc;     ///< of `VT_ARRAY`: nothing here has one
-        HREFTYPE hreftype; ///< of `VT_USERDEFINED`: the type, by its place in the library
+        TYPEDESC* lptdesc; ///< of `VT_PTR`: the type that is pointed to
+        void* lpadesc;     ///< of `VT_ARRAY`: never used here
+        HREFTYPE hreftype; ///< of `VT_USERDEFINED`: the type's number in the library
     };
-    VARTYPE vt; ///< its tag, a value of `VARENUM`
+    VARTYPE vt; ///< a value of `VARENUM`
 };
 /// How a parameter is passed.
 struct PARAMDESC
 {
     void* pparamdescex; ///< null: no parameter has a default value
-    USHORT wParamFlags; ///< the sum of the `PARAMFLAG_` constants that hold
+    USHORT wParamFlags; ///< the sum of the `PARAMFLAG_` constants that apply
 };
 /// The same as `PARAMDESC`, as older callers read it.
 struct IDLDESC
 {
     std::uintptr_t dwReserved; ///< 0
-    USHORT wIDLFlags;          ///< the sum of the `PARAMFLAG_` constants that hold
+    USHORT wIDLFlags;          ///< the sum of the `PARAMFLAG_` constants that apply
 };
-/// A parameter, or what a slot answers.
+/// A parameter, or the return type of a slot.
 struct ELEMDESC
 {
     TYPEDESC tdesc; ///< its type
@@ -77,17 +77,18 @@ struct ELEMDESC
 /// A function: a getter, a setter or a method, each with a slot of its own.
 struct FUNCDESC
 {
-    MEMBERID memid;              ///< the member; a getter and its setter have one
-    SCODE* lprgscode;            ///< null: failures are not listed
-    ELEMDESC* lprgelemdescParam; ///< the slot's parameters in order, the result's place last; null for none
+    MEMBERID memid;              ///< the member; a getter and its setter share one
+    SCODE* lprgscode;            ///< null: failure codes are not listed
+    ELEMDESC* lprgelemdescParam; ///< the slot's parameters in order, the pointer to the result last; null if
+                                 ///< there are none
     FUNCKIND funckind;           ///< `FUNC_PUREVIRTUAL`
     INVOKEKIND invkind;          ///< getter, setter or method
     CALLCONV callconv;           ///< `CC_CDECL`
-    SHORT cParams;               ///< how many parameters the slot has, the result's place included
-    SHORT cParamsOpt;            ///< how many of them may be left out
+    SHORT cParams;               ///< how many parameters the slot has, including the pointer to the result
+    SHORT cParamsOpt;            ///< how many of them are optional
     SHORT oVft;                  ///< offset of the slot in the vtable, in bytes
     SHORT cScodes;               ///< 0
-    ELEMDESC elemdescFunc;       ///< what the slot answers: `VT_HRESULT`
+    ELEMDESC elemdescFunc;       ///< the return type: `VT_HRESULT`
     WORD wFuncFlags;             ///< 0
 };
 
@@ -130,67 +131,65 @@ static_assert(sizeof(TYPEDESC) == 16 && sizeof(ELEMDESC) == 32 && sizeof(FUNCDES
                   sizeof(TYPEATTR) == 96 && sizeof(TLIBATTR) == 32,
               "published layouts: descriptions cross the boundary by pointer");
 
-/// The description of one interface. A function is a getter, a setter or a method; a getter and its
-/// setter are two functions with one identifier. Unlike the objects, it may be used by several threads. It
-/// keeps its library, and with it all descriptions that it gave, alive.
+/// The description of one interface. A function is a getter, a setter or a method; a getter and its setter
+/// are two functions with one identifier. Several threads may use it, unlike the objects. It keeps its
+/// library and all descriptions it has returned alive.
 class ITypeInfo : public IUnknown
 {
 public:
-    /// \param attributes receives the interface's attributes, lent: given back with `ReleaseTypeAttr`
+    /// \param attributes receives the interface's attributes, lent until `ReleaseTypeAttr`
     /// \return `S_OK`; `E_POINTER`
     virtual HRESULT GetTypeAttr(TYPEATTR** attributes) = 0;
-    /// Not carried out: `E_NOTIMPL`, nothing written.
+    /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT GetTypeComp(ITypeComp** comp) = 0;
     /// \param index from 0, in slot order, inherited functions first
-    /// \param description receives the function, lent: given back with `ReleaseFuncDesc`; null out of range
+    /// \param description receives the function, lent until `ReleaseFuncDesc`; null if out of range
     /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`
     virtual HRESULT GetFuncDesc(UINT index, FUNCDESC** description) = 0;
-    /// Not carried out: `E_NOTIMPL`, nothing written.
+    /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT GetVarDesc(UINT index, VARDESC** description) = 0;
-    /// The names of a member and of its first function's parameters, the result last. The value of a setter
-    /// has none.
-    /// \param member the member's identifier
-    /// \param names receives the names as new BSTRs, which the caller frees
-    /// \param room how many names fit
-    /// \param count receives how many were written, 0 unless all went well
-    /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`; `E_OUTOFMEMORY`
+    /// Returns the names of a member and of the parameters of its first function, the result last. The value
+    /// of a setter has no name. \param member the member's identifier \param names receives the names as new
+    /// BSTRs, which the caller frees \param room how many names fit \param count receives how many were
+    /// written; 0 on failure \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`; `E_OUTOFMEMORY`
     virtual HRESULT GetNames(MEMBERID member, BSTR* names, UINT room, UINT* count) = 0;
-    /// Not carried out: `E_NOTIMPL`, nothing written.
+    /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT GetRefTypeOfImplType(UINT index, HREFTYPE* type) = 0;
-    /// Not carried out: `E_NOTIMPL`, nothing written.
+    /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT GetImplTypeFlags(UINT index, INT* flags) = 0;
     /// See `IDispatch::GetIDsOfNames`.
     virtual HRESULT GetIDsOfNames(wchar_t** names, UINT count, MEMBERID* identifiers) = 0;
-    /// Calls a member of `instance`, an object by this very interface, through the object's own vtable.
-    /// See `IDispatch::Invoke` for the other arguments and the answers; `E_INVALIDARG` for a null `instance`.
+    /// Calls a member of `instance` through the object's own vtable. `instance` must point to this interface
+    /// of the object, and stays alive during the call. See `IDispatch::Invoke` for the other arguments and
+    /// the codes; `E_INVALIDARG` for a null `instance`.
     virtual HRESULT Invoke(void* instance, MEMBERID member, WORD flags, DISPPARAMS* parameters,
                            VARIANT* result, EXCEPINFO* exception, UINT* badArgument) = 0;
-    /// The name of a member, or of the interface. Nothing else is told; any output may be null.
+    /// Returns the name of a member or of the interface, and nothing else. Any output may be null.
     /// \param member the member's identifier, or `MEMBERID_NIL` for the interface
-    /// \param name receives a new BSTR, which the caller frees; null when there is none
+    /// \param name receives a new BSTR, which the caller frees; null on failure
     /// \param documentation receives null
     /// \param helpContext receives 0
     /// \param helpFile receives null
     /// \return `S_OK`; `TYPE_E_ELEMENTNOTFOUND`; `E_OUTOFMEMORY`
     virtual HRESULT GetDocumentation(MEMBERID member, BSTR* name, BSTR* documentation, DWORD* helpContext,
                                      BSTR* helpFile) = 0;
-    /// Not carried out: `E_NOTIMPL`, nothing written.
+    /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT GetDllEntry(MEMBERID member, INVOKEKIND kind, BSTR* dll, BSTR* name, WORD* ordinal) = 0;
-    /// Not carried out: `E_NOTIMPL`, nothing written.
+    /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT GetRefTypeInfo(HREFTYPE type, ITypeInfo** typeInfo) = 0;
-    /// Not carried out: `E_NOTIMPL`, nothing written.
+    /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT AddressOfMember(MEMBERID member, INVOKEKIND kind, void** address) = 0;
-    /// Not carried out: `E_NOTIMPL`, nothing written.
+    /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT CreateInstance(IUnknown* outer, const GUID& riid, void** object) = 0;
-    /// Not carried out: `E_NOTIMPL`, nothing written.
+    /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT GetMops(MEMBERID member, BSTR* mops) = 0;
     /// \param library receives the library with one reference, which the caller releases
     /// \param index receives the interface's index in `ITypeLib::GetTypeInfo`; may be null
     /// \return `S_OK`; `E_POINTER`
     virtual HRESULT GetContainingTypeLib(ITypeLib** library, UINT* index) = 0;
-    /// Gives attributes back. They are part of the library: nothing is freed.
+    /// Ends the use of attributes. They are part of the library, so nothing is freed.
     virtual void ReleaseTypeAttr(TYPEATTR* attributes) = 0;
-    /// Gives a function back. It is part of the library: nothing is freed.
+    /// Ends the use of a function. It is part of the library, so nothing is freed.
     virtual void ReleaseFuncDesc(FUNCDESC* description) = 0;
     /// Does nothing: there are no variables.
     virtual void ReleaseVarDesc(VARDESC* description) = 0;
@@ -199,14 +198,15 @@ protected:
     ~ITypeInfo() = default;
 };
 
-/// A loaded type library. It may be used by several threads.
+/// A loaded type library. Several threads may use it.
 class ITypeLib : public IUnknown
 {
 public:
     /// \return how many interfaces it describes
     virtual UINT GetTypeInfoCount() = 0;
     /// \param index from 0, in the order of the file
-    /// \param typeInfo receives a new description with one reference, which the caller releases; null out of
+    /// \param typeInfo receives a new description with one reference, which the caller releases; null if out
+    /// of
     ///        range
     /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`
     virtual HRESULT GetTypeInfo(UINT index, ITypeInfo** typeInfo) = 0;
@@ -216,29 +216,29 @@ public:
     virtual HRESULT GetTypeInfoType(UINT index, TYPEKIND* kind) = 0;
     /// \param guid the identifier of an interface
     /// \param typeInfo receives a new description with one reference, which the caller releases; null for an
-    ///        identifier that is not described
+    ///        interface that is not described
     /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`
     virtual HRESULT GetTypeInfoOfGuid(const GUID& guid, ITypeInfo** typeInfo) = 0;
-    /// \param attributes receives the library's attributes, lent: given back with `ReleaseTLibAttr`
+    /// \param attributes receives the library's attributes, lent until `ReleaseTLibAttr`
     /// \return `S_OK`; `E_POINTER`
     virtual HRESULT GetLibAttr(TLIBATTR** attributes) = 0;
-    /// Not carried out: `E_NOTIMPL`, nothing written.
+    /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT GetTypeComp(ITypeComp** comp) = 0;
-    /// The name of an interface, or of the library. Nothing else is told; any output may be null.
+    /// Returns the name of an interface or of the library, and nothing else. Any output may be null.
     /// \param index the interface's, or -1 for the library
-    /// \param name receives a new BSTR, which the caller frees; null when there is none
+    /// \param name receives a new BSTR, which the caller frees; null on failure
     /// \param documentation receives null
     /// \param helpContext receives 0
     /// \param helpFile receives null
     /// \return `S_OK`; `TYPE_E_ELEMENTNOTFOUND`; `E_OUTOFMEMORY`
     virtual HRESULT GetDocumentation(INT index, BSTR* name, BSTR* documentation, DWORD* helpContext,
                                      BSTR* helpFile) = 0;
-    /// Not carried out: `E_NOTIMPL`, nothing written.
+    /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT IsName(wchar_t* name, ULONG hash, INT* isName) = 0;
-    /// Not carried out: `E_NOTIMPL`, nothing written.
+    /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT FindName(wchar_t* name, ULONG hash, ITypeInfo** typeInfos, MEMBERID* members,
                              USHORT* count) = 0;
-    /// Gives attributes back. They are part of the library: nothing is freed.
+    /// Ends the use of attributes. They are part of the library, so nothing is freed.
     virtual void ReleaseTLibAttr(TLIBATTR* attributes) = 0;
 
 protected:

@@ -1,4 +1,4 @@
-// Type libraries made by tests: stamped like the real one, and put into files that go with the test.
+// Type libraries made by tests: stamped like the real one, in files that are deleted after the test.
 
 #pragma once
 
@@ -27,7 +27,7 @@ struct TypeLibraryFile
     explicit TypeLibraryFile(const QByteArray& contents = {}) { write(contents); }
 
     void write(const QByteArray& contents) const { ::write(path, contents); }
-    /// Has the service read it anew.
+    /// Makes the next load read the file again.
     void registerAgain() const { KelTypelib::RegisterTypeLib(GUID{}, widePath.c_str()); }
     HRESULT load(ITypeLib*& library) const { return KelTypelib::LoadTypeLib(widePath.c_str(), &library); }
 

@@ -1,5 +1,5 @@
-// Writes down every description of a type library, so that a wrong pointer in one does not stay unnoticed,
-// and holds them against each other.
+// Writes every description of a type library as text, which follows every pointer, and compares the
+// descriptions with each other.
 
 #pragma once
 
