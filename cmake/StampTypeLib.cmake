@@ -1,7 +1,7 @@
-# Writes a type library from its source, stamped with a digest of its contents, by which the reader knows a
-# damaged file: cmake -DSOURCE=... -DTARGET=... -P StampTypeLib.cmake
+# Writes a type library from its source, with a digest of its contents that lets the reader detect damage:
+# cmake -DSOURCE=... -DTARGET=... -P StampTypeLib.cmake
 #
-# The digest is the SHA-256, in lower-case hex, of everything that follows the `>` of the `<library>` tag.
+# The digest is the SHA-256, in lower-case hex, of everything after the `>` of the `<library>` tag.
 
 file(READ "${SOURCE}" text)
 string(FIND "${text}" "<library " start)

@@ -1,5 +1,5 @@
-// Calls by identifier of the objects that such calls give out: mostly what a member asks for, with arguments
-// of any type, count and name. Arguments stay as they were given, and a failure gives out nothing.
+// Calls by identifier on the objects that such calls return: mostly with the arguments that a member expects,
+// sometimes of any type, count and name. Arguments must not change, and a failure must not return anything.
 
 #include "KelComWrapper/typelib.h"
 #include "KelXmlLib/convenience.h"
@@ -19,7 +19,7 @@ constexpr std::size_t kMostObjects = 64;
 constexpr std::size_t kMostArguments = 5;
 constexpr DISPID kSave = 64;
 
-/// What members are mostly given; else it is one of those that the tests have a list of.
+/// Most arguments are one of these; the others are from the tests' table.
 constexpr const char* kUsual[] = {"bstr:", "dispatch:peer", "dispatch:peer", "i4:0",
                                   "i4:1",  "i4:2",          "empty",         "error:-2147352572"};
 constexpr const wchar_t* kTexts[] = {
@@ -44,7 +44,7 @@ VARIANT argument(Choices& choices, keltest::Variants& variants, const Objects& o
     return given;
 }
 
-/// Calls a member mostly with what it asks for, now and then with something else.
+/// Calls a member mostly with the arguments that it expects, sometimes with others.
 void makeCall(IDispatch& object, Choices& choices, Objects& objects)
 {
     ComPtr<ITypeInfo> info;

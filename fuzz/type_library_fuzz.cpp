@@ -1,5 +1,5 @@
-// Any bytes as a type library, as they are and under a digest that fits: refused, or a library all of whose
-// descriptions can be read and whose every function can be called.
+// Any bytes as a type library, unchanged and with the right digest: they are refused, or all descriptions can
+// be read and all functions called.
 
 #include "platform/file_reader.h"
 #include "support.h"
@@ -11,10 +11,10 @@ using namespace kelcom;
 namespace
 {
 
-/// With every number of arguments; those that are no objects are made of one value each time.
+/// Calls a function with every allowed number of arguments, made from one value at a time; objects are null.
 void callWithEverything(ITypeInfo& info, const FUNCDESC& function)
 {
-    // Every slot of the object that is called: the caller clears the stack, so one fits all.
+    // One function fits all slots, because the caller cleans up the stack.
     static const std::vector<HRESULT (*)()> kSlots(kDispatchSlots + kMaxFunctions, [] { return S_FALSE; });
     const auto* instance = kSlots.data();
     for (const char* const word : {"empty", "i8:7", "bstr:-7.5", "error:-2147352572"}) {
@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<int>(size));
     for (const QByteArray& contents : {bytes, keltest::stamped(bytes)})
-        // Not from the service, which keeps every library for good.
+        // Not through the service, which keeps every library forever.
         if (auto description = readTypeLibrary(contents)) {
             const kel::ComPtr<ITypeLib> library(new TypeLibrary(std::move(description)));
             keltest::describe(*library, callWithEverything);

@@ -1,6 +1,6 @@
-// Calls by identifier of an object that takes and gives back one value of each kind: what arguments become,
-// kinds, counts, names, results and failures. And what carries texts in them: the length prefix, the ending
-// zero and nulls of BSTRs.
+// Calls by identifier of a hand-made object whose members take and return one value of each type:
+// conversions, kinds, counts, names, results and failures. Also BSTRs: the length prefix, the ending zero and
+// nulls.
 
 #include "support/dom_fixture.h"
 #include "support/type_library_file.h"
@@ -17,7 +17,7 @@ using namespace keltest;
 namespace
 {
 
-/// An object made by hand, with the slots that `invoke_library.xml` describes.
+/// A hand-made object with the slots that `invoke_library.xml` describes.
 struct Probe
 {
     template <class Value>
@@ -94,7 +94,7 @@ struct Releasing final : IUnknown
 
 struct Invoke : testing::Test
 {
-    /// Calls with everything that the caller may want, and once more without. \return the call in words
+    /// Calls with all outputs, and again with none. \return the outcome in words
     std::string call(const std::string& member, WORD flags, Arguments arguments)
     {
         const DISPID id = std::isalpha(member[0]) ? idOf(*info, std::wstring(member.begin(), member.end()))
@@ -158,7 +158,7 @@ TEST_F(Invoke, ArgumentsAreConvertedAsListedAndTextsTooLongForQtAreRefused)
         }
     });
 
-    // Texts that Qt has no room for are no numbers and no words, whatever they begin with.
+    // Texts that Qt cannot hold are not numbers or words, whatever they begin with.
     for (const UINT length : {(1U << 30) + 1, (1U << 30) + 4, ~0U})
         for (const char* word : {"bstr:7", "bstr:true"}) {
             const VARIANT& given = variants.of(word);
@@ -168,7 +168,7 @@ TEST_F(Invoke, ArgumentsAreConvertedAsListedAndTextsTooLongForQtAreRefused)
         }
 }
 
-TEST_F(Invoke, CallsAnswerAsListedAndNothingIsLeft)
+TEST_F(Invoke, CallsReturnWhatIsListedAndLeakNothing)
 {
     expectNothingLeft([this] {
         forEachRow(KEL_TESTS "invoke_calls.txt", [this](Row words) {
@@ -200,7 +200,7 @@ TEST_F(Invoke, HoldsTheObjectWhoseLastReferenceAnArgumentReleases)
     EXPECT_EQ(0U, probe.references);
 }
 
-TEST(Bstr, HasItsLengthBeforeAndAZeroBehindWhateverTheTextHolds)
+TEST(Bstr, HasItsLengthBeforeTheTextAndAZeroAfterIt)
 {
     const std::wstring zeroWithin(L"ab\0cd", 5), beyond = L"\U0001F600 beyond the first plane";
     const std::pair<BSTR, std::wstring> cases[] = {
@@ -211,7 +211,7 @@ TEST(Bstr, HasItsLengthBeforeAndAZeroBehindWhateverTheTextHolds)
         {SysAllocStringLen(nullptr, 1000), std::wstring(1000, L'\0')},
     };
     for (const auto& [made, text] : cases) {
-        EXPECT_EQ(text.size(), reinterpret_cast<UINT*>(made)[-1]) << "published: stands just before the text";
+        EXPECT_EQ(text.size(), reinterpret_cast<UINT*>(made)[-1]) << "published: directly before the text";
         EXPECT_EQ(text.size(), SysStringLen(made));
         EXPECT_EQ(text + L'\0', std::wstring(made, text.size() + 1));
         EXPECT_EQ(INT(std::wcslen(text.c_str())), lstrlenW(made));

@@ -1,4 +1,4 @@
-// Calls by name: what every working member gives, and what the holder of the type information answers.
+// Calls by name: the results of every working member, and the type-information holder.
 
 #include "support/by_name.h"
 #include "support/dom_fixture.h"
@@ -14,7 +14,7 @@ using namespace keltest;
 
 using LateBound = DomTest;
 
-TEST_F(LateBound, EveryMemberGivesWhatItsSlotDoesAndNothingIsLeft)
+TEST_F(LateBound, EveryMemberReturnsWhatItsSlotDoesAndLeaksNothing)
 {
     ASSERT_TRUE(QDir::setCurrent(pathOf("")));
     expectNothingLeft([] {
@@ -46,7 +46,7 @@ TEST_F(LateBound, EveryMemberGivesWhatItsSlotDoesAndNothingIsLeft)
     });
 }
 
-TEST_F(LateBound, TheHolderAnswersForItselfAndTriesAgainAfterAFailure)
+TEST_F(LateBound, FailuresToLoadTheTypeLibraryAreReturnedAndTheNextCallTriesAgain)
 {
     const auto document = newDocument();
     UINT count = 7;

@@ -1,5 +1,4 @@
-// Type libraries: the registry of their files, loading, files that are none or contradict themselves, and
-// what the XML DOM's library says of the six interfaces.
+// Type libraries: the registry, loading, invalid and inconsistent files, and the XML DOM's own library.
 
 #include "KelXmlLib/convenience.h"
 #include "support/type_library_walk.h"
@@ -27,7 +26,7 @@ const QByteArray kSmallBody = contentOf(QStringLiteral(KEL_TESTS "../fuzz/seeds/
 
 std::function<void()> whileReading;
 
-TEST(TypeLibraryRegistry, KeepsOnePathPerIdentifierUntilItIsTakenBack)
+TEST(TypeLibraryRegistry, KeepsOnePathPerIdentifierUntilItIsRemoved)
 {
     using namespace KelTypelib;
     const std::wstring untouched(PathCapacity + 1, L'#'), longest(PathCapacity - 1, L'y');
@@ -48,7 +47,7 @@ TEST(TypeLibraryRegistry, KeepsOnePathPerIdentifierUntilItIsTakenBack)
     expectStored(nullptr);
 }
 
-TEST(TypeLibraryCache, ReadsAFileOnceAndAnewWhenItIsRegisteredAgain)
+TEST(TypeLibraryCache, ReadsAFileOnceAndAgainAfterItIsRegisteredAgain)
 {
     const TypeLibraryFile file(stamped(kSmallBody));
     ITypeLib *first = nullptr, *again = nullptr;
@@ -121,7 +120,7 @@ TEST(TypeLibraryLock, IsFreeInAForkedProcessWhateverOtherThreadsDo)
     other.join();
 }
 
-TEST(TypeLibraryFiles, WhatIsNoReadableRegularFileOfSensibleSizeIsRefused)
+TEST(TypeLibraryFiles, OnlyReadableRegularFilesUpToTheLimitAreRead)
 {
     const QTemporaryDir directory;
     const std::string inside = directory.path().toStdString() + '/';
@@ -152,7 +151,7 @@ TEST(TypeLibraryFiles, CutShortOrChangedInOneByteIsRefused)
     const QByteArray whole = contentOf(QStringLiteral(KEL_TYPE_LIBRARY));
     const TypeLibraryFile file;
     ITypeLib* library = nullptr;
-    // The head is not under the digest, so each of its bytes has its turn.
+    // The digest does not cover the head, so every byte of the head is changed.
     for (int place = 0; place < whole.size(); place += place < 300 ? 1 : 17) {
         QByteArray changed = whole;
         changed[place] = static_cast<char>(changed[place] ^ static_cast<char>(1 + place % 255));
@@ -237,7 +236,7 @@ TEST(XmlDomLibrary, HasThePublishedIdentifiersAndTheDeclarationsOfTheVtables)
     EXPECT_EQ(before - 1, library->Release());
 }
 
-TEST(TypeInfo, MapsNamesInAnyCapitalsAndGivesNothingOfWhatItLacksOrIsGivenNoPlaceFor)
+TEST(TypeInfo, MapsNamesInAnyCaseAndFailsForUnknownOnesAndNullOutputs)
 {
     const auto info = typeInfo(L"" KEL_TYPE_LIBRARY, IID_IXMLDOMDocument);
     const wchar_t* const known = L"CREATEnode";
