@@ -6,6 +6,8 @@
 #include "support/type_library_walk.h"
 #include "support/variant_text.h"
 
+#include <typeinfo>
+
 using namespace kelcom;
 
 namespace
@@ -15,8 +17,15 @@ namespace
 void callWithEverything(ITypeInfo& info, const FUNCDESC& function)
 {
     // One function fits all slots, because the caller cleans up the stack.
-    static const std::vector<HRESULT (*)()> kSlots(kDispatchSlots + kMaxFunctions, [] { return S_FALSE; });
-    const auto* instance = kSlots.data();
+    static const std::vector<const void*> kSlots = [] {
+        HRESULT (*const slot)() = [] { return S_FALSE; };
+        std::vector<const void*> slots(2 + kDispatchSlots + kMaxFunctions,
+                                       reinterpret_cast<const void*>(slot));
+        slots[0] = nullptr; // sanitizers look for an offset and a type before the slots
+        slots[1] = &typeid(IUnknown);
+        return slots;
+    }();
+    const auto* instance = kSlots.data() + 2;
     for (const char* const word : {"empty", "i8:7", "bstr:-7.5", "error:-2147352572"}) {
         keltest::Variants variants;
         keltest::Arguments arguments;

@@ -11,6 +11,7 @@
 #include <xmmintrin.h>
 #endif
 #include <stdexcept>
+#include <typeinfo>
 
 using namespace keltest;
 
@@ -56,9 +57,12 @@ struct Probe
 
     using Slot = void (*)();
     template <class... Functions>
-    static std::array<Slot, 7 + sizeof...(Functions)> slotsOf(Functions*... functions)
+    static std::array<Slot, 9 + sizeof...(Functions)> slotsOf(Functions*... functions)
     {
         return {{{},
+                 reinterpret_cast<Slot>(
+                     &typeid(IUnknown)), // sanitizers look for an offset and a type before the slots
+                 {},
                  reinterpret_cast<Slot>(count<1>),
                  reinterpret_cast<Slot>(count<-1>),
                  {},
@@ -70,7 +74,7 @@ struct Probe
     inline static const auto kSlots = slotsOf(
         give<BSTR>, give<INT>, give<VARIANT_BOOL>, give<INT>, give<VARIANT>, give<IUnknown*>, give<IUnknown*>,
         give<INT>, take<INT, BSTR>, take<INT, IUnknown*>, take<BSTR, VARIANT, INT, IUnknown*>);
-    const Slot* vtable = kSlots.data();
+    const Slot* vtable = kSlots.data() + 2;
     HRESULT answer = S_OK;
     ULONG references = 1;
     std::string manner, seen;
