@@ -80,7 +80,8 @@ struct OutOfMemory : DomTest
 {
     Objects prepare() const
     {
-        const OneOfEach made = oneOfEach(L"<a x='1'>t<b><c/></b></a>");
+        const std::wstring value(1100, L'1'); // so long that its conversion allocates
+        const OneOfEach made = oneOfEach((L"<a x='" + value + L"'>t<b><c/></b></a>").c_str());
         ComPtr<ITypeInfo> loaded; // by the element, which keeps it
         EXPECT_EQ(S_OK, made.root->GetTypeInfo(0, 0, loaded.put()));
         return {made, create(*made.document, NODE_ELEMENT, L"spare"), find(made), made.root.get()};

@@ -1,4 +1,4 @@
-// The conversions against Qt's plain road, on random and hostile text.
+// The conversions give what Qt's own give, on random and hostile text.
 
 #include "KelComWrapper/variant_owner.h"
 #include "support/allocations.h"
@@ -11,8 +11,8 @@
 namespace
 {
 
-/// Units that conversions stumble over: markup, surrogates on their own, the edges of planes, a byte order
-/// mark in both orders, what is no code point at all.
+/// Hard cases for conversions: markup, lone surrogates, the edges of planes, a byte order mark in both
+/// orders, units that are no code point.
 const char32_t kUnits[] = {U'a',   U'<',    U'&',    0x7F,     0x80,     0xE9,       0x7FF,      0x800,
                            0xD7FF, 0xD800,  0xDBFF,  0xDC00,   0xDFFF,   0xE000,     0xFEFF,     0xFFFE,
                            0xFFFF, 0x10000, 0x1F600, 0x10FFFF, 0x110000, 0x7FFFFFFF, 0xFFFE0000, 0xFFFFFFFF};

@@ -14,7 +14,7 @@ namespace
 
 struct Threads : DomTest
 {
-    /// Makes random calls, calls by name, and registers anew, over and over.
+    /// Makes random calls, calls by name and registers again, over and over.
     void work(unsigned number, ITypeInfo& shared)
     {
         model::CallMachine machine(randomChoice(number));

@@ -8,7 +8,7 @@
 namespace allocations
 {
 
-/// What is live in the process: a number that is the same again when everything made since has been freed.
+/// How much is allocated in the process: a number that returns to its earlier value when everything is freed.
 std::size_t live();
 
 enum class Lack {
@@ -18,9 +18,9 @@ enum class Lack {
     OfSpace  ///< the process gets only `nth` pieces of 16 KiB of address space more than it has, from now on
 };
 
-/// Memory runs short for this thread in `work`. Neither a sanitizer's allocator nor valgrind's can be made to
-/// fail; `kCanFail` tells.
-/// \return whether an allocation failed; for lack of space, whether that was told by an exception
+/// Memory runs short for this thread in `work`. It does not where `kCanFail` is false: a sanitizer's
+/// allocator, or valgrind's, cannot be made to fail. \return whether an allocation failed; for lack of space,
+/// whether `work` threw
 bool failsIn(std::size_t nth, const std::function<void()>& work, Lack lack = Lack::Once);
 
 extern const bool kCanFail;

@@ -45,7 +45,7 @@ bool loadBeside(QDomDocument& theirs, IXMLDOMDocument& ours, Load load, Content&
 
 struct Extent
 {
-    int depth = 0; ///< how many elements stand below one another
+    int depth = 0; ///< how many elements are nested
     qint64 length = 0;
 };
 

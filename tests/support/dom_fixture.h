@@ -52,7 +52,7 @@ struct DomTest : testing::Test
         return document;
     }
 
-    /// What a getter hands out: an object with `S_OK`, or none with `S_FALSE`.
+    /// The object that a getter returns with `S_OK`; null with `S_FALSE`.
     template <class Object, class Interface, class Out>
     static ComPtr<Out> get(Object& object, HRESULT (Interface::*getter)(Out**))
     {
