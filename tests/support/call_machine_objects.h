@@ -174,7 +174,7 @@ inline void compare(const HeldList& list)
     const Nodes expected = list.read();
     LONG length = -1;
     list.object->get_length(&length);
-    requireEqual<std::size_t>(length, expected.size(), "get_length of a list");
+    requireEqual(static_cast<std::size_t>(length), expected.size(), "get_length of a list");
     compareNodes(kel::each(list.object), expected, false);
 }
 
