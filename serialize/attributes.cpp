@@ -40,8 +40,8 @@ std::vector<QDomNode> attributesOf(const QDomElement& element)
     const int count = map.count();
     if (count <= kFew)
         return itemsOf(map);
-    // Saving is the only way through all attributes that Qt offers in linear time. Namespace declarations
-    // that it adds are not found in the map; names with `="` in them are found in pieces or not at all.
+    // Saving is the only linear way through all attributes that Qt offers. Namespace declarations that it
+    // adds are not in the map. If a name contains `="`, the count is wrong and the slow way is taken.
     std::vector<QDomNode> found;
     found.reserve(static_cast<std::size_t>(count));
     const QString text = attributesAsText(element);

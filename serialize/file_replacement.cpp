@@ -50,7 +50,7 @@ void writeAll(int descriptor, const char* bytes, std::size_t count)
 
 void synchronize(const Descriptor& file)
 {
-    require(fsync(file.number()) == 0 || errno == EINVAL); // which says that there is no disk
+    require(fsync(file.number()) == 0 || errno == EINVAL); // the file system does not support it
 }
 
 bool isLink(const std::string& path)
@@ -126,8 +126,8 @@ struct Kept
     bool list;
 };
 
-/// Whoever is owner, group or named in the list no longer is judged as the group or everybody else, and
-/// whoever is now may have been anything before.
+/// Those who lose their place as owner, group or list entry are judged as group or others from now on, and
+/// must not gain by that. Nor must the new group's members, who were others before.
 mode_t modeThatGivesNothing(mode_t old, Kept kept)
 {
     const mode_t owner = old >> 6U & 7U;

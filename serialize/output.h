@@ -51,7 +51,7 @@ private:
         special, ///< escaped in some places
         impossible,
     };
-    static constexpr std::size_t kPiece = 16 * 1024;
+    static constexpr std::size_t kPiece = 16'384;
 
     static const char16_t* unitsOf(const QString& text)
     {

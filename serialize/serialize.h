@@ -15,12 +15,13 @@ namespace kelxml::serialize
 
 enum class AttributeOrder {
     byName, ///< by UTF-16 unit of the names as written; notations and entities of a document type as well
-    ofQt,   ///< as Qt's hash has them: other in every process
+    ofQt,   ///< in the order of Qt's hash, which differs from process to process
 };
 
 struct Options
 {
-    int indent = 4; ///< spaces a level; 0 for line ends alone, -1 for neither where Qt can do without
+    int indent =
+        4; ///< spaces a level; 0 for line ends alone, -1 for none, except after comments and instructions
     AttributeOrder attributeOrder = AttributeOrder::byName;
 };
 
@@ -32,10 +33,10 @@ using Sink = std::function<void(const QByteArray& bytes)>;
 ///
 /// Recursion is avoided, so the depth of the tree does not matter. With `AttributeOrder::ofQt`, an element of
 /// more than 2,000 attributes is written in an arbitrary order.
-/// \param node may be null, which writes nothing. Its document is alive (`guards::adopt` sees to it). A node
-/// without a parent is taken to have no siblings: the links that Qt left in it may be bad.
-/// \param write called with pieces of some 32 KB
-/// \throw std::bad_alloc, and what `write` throws
+/// \param node may be null, which writes nothing. Its document must be alive, which `guards::adopt` ensures.
+/// A node without a parent is taken to have no siblings: the links that Qt left in it may be bad. \param
+/// write called with pieces of at least 16,384 characters, except the last \throw std::bad_alloc, and what
+/// `write` throws
 void serialize(const QDomNode& node, const Options& options, const Sink& write);
 
 /// The same bytes in one piece.

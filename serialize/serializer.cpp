@@ -1,5 +1,5 @@
-// The layout is Qt's, including what looks odd in it: line ends that only the next sibling prevents, a
-// namespace declared by every element in one, comments and instructions that end their line at any indent.
+// The layout is Qt's, oddities included: every element in a namespace declares it, and comments and
+// instructions end their line whatever the indent is.
 
 #include "guards/handle.h"
 #include "serialize/attributes.h"
