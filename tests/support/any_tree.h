@@ -52,8 +52,7 @@ public:
                 "PUBLIC 'p'><!ENTITY e SYSTEM 'x' NDATA n><!ENTITY f PUBLIC 'p' 's'>]><r/>"));
         m_nodes.push_back(m_document);
         if (m_choose(2) == 0)
-            put(m_document.createProcessingInstruction(QStringLiteral("xml"), any(kDeclarations)),
-                m_document);
+            declareEncoding();
     }
 
     void grow()
@@ -79,40 +78,32 @@ public:
     }
 
 private:
-    static constexpr const char* kNames[] = {"a", "b",         "p:a",   "q:b", "xmlns", "xmlns:p",  "p:",
-                                             ":", "a=\"1\" b", "<&>\"", "]]>", "xml",   "\xC3\xA9", "%e"};
-    static constexpr const char* kSpaces[] = {nullptr, "", "urn:x", "<\"&\r\n\t]]>"};
-    static constexpr const char* kTexts[] = {nullptr,
-                                             "",
-                                             "x",
-                                             " \n",
-                                             "a<b>c&d\"e'f",
-                                             "]]>",
-                                             "]",
-                                             "--",
-                                             "-",
-                                             "?>",
-                                             "\r\n\t",
-                                             "\xC3\xA9\xD0\x96\xE4\xB8\xAD",
-                                             "\xF0\x9F\x98\x80",
-                                             "%&#&amp;\"",
-                                             "\x01\xEF\xBF\xBF"};
-    static constexpr const char* kDeclarations[] = {"version='1.0'",
-                                                    "version='1.0' encoding='ISO-8859-1'",
-                                                    "encoding = \"UTF-16\"",
-                                                    "encoding='windows-1251'",
-                                                    "encoding='Shift_JIS'",
-                                                    "encoding='ISO-2022-JP'",
-                                                    "encoding='UTF-7'",
-                                                    "encoding='none such'",
-                                                    "encoding=''"};
+    // Words between bars, of which "null" is a null string.
+    static constexpr const char* kNames =
+        "a|b|p:a|q:b|xmlns|xmlns:p|p:|:|a=\"1\" b|<&>\"|]]>|xml|\xC3\xA9|%e";
+    static constexpr const char* kSpaces = "null||urn:x|<\"&\r\n\t]]>";
+    static constexpr const char* kTexts =
+        "null||x| \n|a<b>c&d\"e'f|]]>|]|--|-|?>|\r\n\t|\xC3\xA9\xD0\x96\xE4\xB8\xAD|"
+        "\xF0\x9F\x98\x80|%&#&amp;\"|\x01\xEF\xBF\xBF";
+    static constexpr const char* kEncodings =
+        "none such|ISO-8859-1|UTF-16|windows-1251|Shift_JIS|ISO-2022-JP|UTF-7|";
 
-    template <class Texts>
-    QString any(const Texts& texts)
+    QString any(const char* words)
     {
-        return QString::fromUtf8(texts[m_choose(std::size(texts))]);
+        const QStringList all = QString::fromUtf8(words).split(u'|');
+        const QString word = all.at(static_cast<int>(m_choose(static_cast<std::size_t>(all.size()))));
+        return word == QLatin1String("null") ? QString() : word;
     }
     QString text() { return m_choose(16) == 0 ? QString(QChar(0xD800 + m_choose(0x800))) : any(kTexts); }
+
+    void declareEncoding()
+    {
+        const QString pattern =
+            QString::fromUtf8(m_choose(2) == 0 ? "encoding='%1'" : "x='' encoding = \"%1\"");
+        const QString declaration = pattern.arg(any(kEncodings));
+        m_document.insertBefore(m_document.createProcessingInstruction(QStringLiteral("xml"), declaration),
+                                m_document.firstChild());
+    }
 
     QDomNode make()
     {
