@@ -36,6 +36,31 @@ eStatus whenPresent(std::initializer_list<const wchar_t*> required, Write write)
     return KelXmlLib::eStatusAccepted;
 }
 
+/// The texts of a call. Qt's writer takes only `QString`, and to allocate one for each text would take a
+/// tenth of the time, so their memory is used again.
+class Texts
+{
+public:
+    const QString& first(const wchar_t* text) { return convert(text, m_first); }
+    const QString& second(const wchar_t* text) { return convert(text, m_second); }
+
+private:
+    static const QString& convert(const wchar_t* text, QString& room)
+    {
+        constexpr int kMost = 1024; // what long texts take is freed
+        return room = charactersFromWide(text, room.capacity() > kMost ? QString() : std::move(room));
+    }
+
+    QString m_first;
+    QString m_second;
+};
+
+struct TextFile : QFile
+{
+    using QFile::QFile;
+    Texts texts;
+};
+
 /// What is accepted and not carried out.
 void writeNothing() {}
 
@@ -63,7 +88,7 @@ KelXmlFilerWrapper::KelXmlFilerWrapper(const wchar_t* path, KelXmlLib::eEncoding
     const std::optional<QString> name = kelxml::pathFromWide(path);
     if (!name)
         return;
-    m_file = std::make_unique<QFile>(*name);
+    m_file = std::make_unique<TextFile>(*name);
     if (m_file->open(QIODevice::WriteOnly | QIODevice::Text)) {
         m_writer.setDevice(m_file.get());
         m_writer.setAutoFormatting(m_autoFormat);
@@ -83,8 +108,9 @@ template <class Write>
 eStatus KelXmlFilerWrapper::forward(std::initializer_list<const wchar_t*> required, Write write)
 {
     return whenPresent(required, [&] {
+        Texts ofNoFile;
         if (kelxml::hasCodecs())
-            write(m_writer);
+            write(m_writer, m_file ? static_cast<TextFile&>(*m_file).texts : ofNoFile);
     });
 }
 
@@ -105,30 +131,30 @@ int KelXmlFilerWrapper::indent() const
 
 eStatus KelXmlFilerWrapper::writeDocBegin()
 {
-    return forward({}, [](QXmlStreamWriter& writer) { writer.writeStartDocument(); });
+    return forward({}, [](QXmlStreamWriter& writer, Texts&) { writer.writeStartDocument(); });
 }
 
 eStatus KelXmlFilerWrapper::writeDocEnd()
 {
-    return forward({}, [](QXmlStreamWriter& writer) { writer.writeEndDocument(); });
+    return forward({}, [](QXmlStreamWriter& writer, Texts&) { writer.writeEndDocument(); });
 }
 
 eStatus KelXmlFilerWrapper::writeElmBegin(const wchar_t* name)
 {
-    return forward({name},
-                   [=](QXmlStreamWriter& writer) { writer.writeStartElement(charactersFromWide(name)); });
+    return forward(
+        {name}, [=](QXmlStreamWriter& writer, Texts& texts) { writer.writeStartElement(texts.first(name)); });
 }
 
 eStatus KelXmlFilerWrapper::writeElmBegin(const wchar_t* name, const wchar_t* text)
 {
-    return forward({name, text}, [=](QXmlStreamWriter& writer) {
-        writer.writeTextElement(charactersFromWide(name), charactersFromWide(text));
+    return forward({name, text}, [=](QXmlStreamWriter& writer, Texts& texts) {
+        writer.writeTextElement(texts.first(name), texts.second(text));
     });
 }
 
 eStatus KelXmlFilerWrapper::writeElmEnd()
 {
-    return forward({}, [](QXmlStreamWriter& writer) { writer.writeEndElement(); });
+    return forward({}, [](QXmlStreamWriter& writer, Texts&) { writer.writeEndElement(); });
 }
 
 eStatus KelXmlFilerWrapper::writeElmFullEnd()
@@ -138,15 +164,15 @@ eStatus KelXmlFilerWrapper::writeElmFullEnd()
 
 eStatus KelXmlFilerWrapper::writeAttribute(const wchar_t* name, const wchar_t* value)
 {
-    return forward({name}, [=](QXmlStreamWriter& writer) {
-        writer.writeAttribute(charactersFromWide(name), charactersFromWide(value));
+    return forward({name}, [=](QXmlStreamWriter& writer, Texts& texts) {
+        writer.writeAttribute(texts.first(name), texts.second(value));
     });
 }
 
 eStatus KelXmlFilerWrapper::writeText(const wchar_t* text)
 {
-    return forward({text},
-                   [=](QXmlStreamWriter& writer) { writer.writeCharacters(charactersFromWide(text)); });
+    return forward(
+        {text}, [=](QXmlStreamWriter& writer, Texts& texts) { writer.writeCharacters(texts.first(text)); });
 }
 
 eStatus KelXmlFilerWrapper::writeRawText(const wchar_t* text)
@@ -156,12 +182,14 @@ eStatus KelXmlFilerWrapper::writeRawText(const wchar_t* text)
 
 eStatus KelXmlFilerWrapper::writeCData(const wchar_t* text)
 {
-    return forward({text}, [=](QXmlStreamWriter& writer) { writer.writeCDATA(charactersFromWide(text)); });
+    return forward({text},
+                   [=](QXmlStreamWriter& writer, Texts& texts) { writer.writeCDATA(texts.first(text)); });
 }
 
 eStatus KelXmlFilerWrapper::writeComment(const wchar_t* text)
 {
-    return forward({text}, [=](QXmlStreamWriter& writer) { writer.writeComment(charactersFromWide(text)); });
+    return forward({text},
+                   [=](QXmlStreamWriter& writer, Texts& texts) { writer.writeComment(texts.first(text)); });
 }
 
 eStatus KelXmlFilerWrapper::close()

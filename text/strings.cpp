@@ -25,15 +25,19 @@ constexpr std::size_t kLongestText = std::numeric_limits<int>::max() / sizeof(wc
 
 /// Takes every unit for one of Qt's, if `mark` gives none of them more than 16 bits and there is no byte
 /// order mark to take off; all others go to `convert`.
+/// \param narrowed its memory is used again
 template <class Mark, class Convert>
-QString narrowOr(const wchar_t* text, Mark mark, Convert convert)
+QString narrowOr(const wchar_t* text, Mark mark, Convert convert, QString narrowed = {})
 {
     if (!text)
         return {};
     const std::size_t length = std::wcslen(text);
     if (length > kLongestText)
         throw std::bad_alloc();
-    QString narrowed(static_cast<int>(length), Qt::Uninitialized);
+    if (narrowed.isNull())
+        narrowed = QString(static_cast<int>(length), Qt::Uninitialized); // no longer than needed
+    else
+        narrowed.resize(static_cast<int>(length));
     QChar* const out = narrowed.data();
     std::uint32_t seen = 0;
     for (std::size_t index = 0; index < length; ++index) {
@@ -94,13 +98,13 @@ QString fromWide(const wchar_t* text)
         [](const char32_t* units, int length) { return QString::fromUcs4(units, length); });
 }
 
-QString charactersFromWide(const wchar_t* text)
+QString charactersFromWide(const wchar_t* text, QString&& earlier)
 {
     constexpr int kAbove16Bits = 16;
     const auto mark = [](char32_t unit) {
         return unit | static_cast<std::uint32_t>(QChar::isSurrogate(unit)) << kAbove16Bits;
     };
-    return narrowOr(text, mark, fromUcs4WithoutStrays);
+    return narrowOr(text, mark, fromUcs4WithoutStrays, std::move(earlier));
 }
 
 std::optional<QString> pathFromWide(const wchar_t* path)

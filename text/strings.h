@@ -16,7 +16,8 @@ QString fromWide(const wchar_t* text);
 
 /// The same with U+FFFD in the place of each unit that is no character: above U+10FFFF, or half a surrogate
 /// pair without the other half behind or before it. Qt's encoders do not get over such a unit.
-QString charactersFromWide(const wchar_t* text);
+/// \param earlier a text that is not needed any more, whose memory is used again
+QString charactersFromWide(const wchar_t* text, QString&& earlier = {});
 
 /// A file's path. \return nothing where Qt would take another file's path for it, because it holds a unit
 /// that is no character or a character that the encoding of file names lacks, and after the end of Qt's
