@@ -4,6 +4,8 @@
 
 #include "com/identity.h"
 #include "dom/wrap.h"
+#include "guards/tree.h"
+#include "serialize/attributes.h"
 #include "text/strings.h"
 
 CMorvXMLDOMNamedNodeMap::CMorvXMLDOMNamedNodeMap(const QDomNode& node, const kelxml::DocumentRef& document)
@@ -28,6 +30,21 @@ HRESULT CMorvXMLDOMNamedNodeMap::getNamedItem(BSTR name, IXMLDOMNode** node)
     return S_OK;
 }
 
+/// Qt steps through its hash from the start for each item, so a large map is listed once. That is done again
+/// at the first item, and where an attribute has come or gone.
+QDomNode CMorvXMLDOMNamedNodeMap::itemAt(LONG index)
+{
+    if (m_map.length() <= kelxml::serialize::kMostInQtOrder)
+        return m_map.item(index);
+    const auto at = static_cast<std::size_t>(index);
+    if (at == 0 || m_items.size() != static_cast<std::size_t>(m_map.length()) ||
+        m_map.namedItem(m_items[at].nodeName()) != m_items[at]) {
+        kelxml::guards::adopt({m_ownerElement, kelxml::documentOf(*this)});
+        m_items = kelxml::serialize::attributesOf(m_ownerElement.toElement());
+    }
+    return m_items[at];
+}
+
 HRESULT CMorvXMLDOMNamedNodeMap::get_item(LONG index, IXMLDOMNode** node)
 {
     if (!node)
@@ -35,7 +52,7 @@ HRESULT CMorvXMLDOMNamedNodeMap::get_item(LONG index, IXMLDOMNode** node)
     if (index < 0 || index >= m_map.length())
         *node = nullptr;
     else
-        kelxml::wrapForReturn(m_map.item(index), kelxml::documentOf(*this), node);
+        kelxml::wrapForReturn(itemAt(index), kelxml::documentOf(*this), node);
     return S_OK;
 }
 

@@ -1,11 +1,13 @@
 // Calls in an order that Qt alone does not survive, the answers that the caller gets instead or where nothing
 // is found, and what remains Qt's.
 
+#include "KelXmlLib/kel.h"
 #include "support/beside_qt.h"
 #include "support/dom_fixture.h"
 #include "support/variant_text.h"
 
 #include <cstring>
+#include <set>
 
 namespace
 {
@@ -139,6 +141,23 @@ TEST_F(Guards, NextNodeMeetsWhatItemReturnsInListsOfAllLengthsAndEndsWithAnyCurs
             std::memcpy(reinterpret_cast<std::byte*>(list.get()) + 80, &cursor, sizeof cursor);
             EXPECT_EQ(S_FALSE, list->nextNode(node.put()));
         }
+    }
+}
+
+TEST_F(Guards, ALargeMapGivesEachAttributeOnceAlsoAfterOthersHaveComeAndGone)
+{
+    const auto document = documentOf(L"<a/>");
+    const auto root = rootOf(document);
+    const auto map = mapOf(*root);
+    for (const int count : {2001, 2002}) {
+        for (int number = 0; number < count; ++number)
+            kel::setAttribute(*root, L"a" + std::to_wstring(number), L"v");
+        std::set<std::wstring> names;
+        for (const auto& attribute : kel::each(map))
+            names.insert(nameOf(*attribute));
+        EXPECT_EQ(static_cast<std::size_t>(count), names.size());
+        kel::Element(*root).removeAttribute("a1");
+        EXPECT_EQ(count - 1, lengthOf(*map));
     }
 }
 

@@ -11,7 +11,7 @@ BELOW = {
     'serialize': {'guards'},
     'com': {'KelComWrapper', 'KelXmlLib'},
     'filer': {'KelXmlLib', 'guards', 'text'},
-    'dom': {'KelComWrapper', 'KelXmlLib', 'com', 'guards', 'text'},
+    'dom': {'KelComWrapper', 'KelXmlLib', 'com', 'guards', 'serialize', 'text'},
     'layer': {'KelComWrapper', 'KelXmlLib', 'dom', 'guards', 'serialize', 'text'},
     'module': {'KelComWrapper', 'KelXmlLib'},
 }

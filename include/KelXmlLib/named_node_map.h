@@ -11,6 +11,7 @@
 
 #include <QtXml/QDomDocument>
 #include <memory>
+#include <vector>
 
 class CMorvXMLDOMDocument;
 
@@ -49,11 +50,14 @@ public:
 private:
     friend struct kelxml::WrapperAccess;
 
+    [[gnu::visibility("hidden")]] QDomNode itemAt(LONG index);
+
     ULONG m_refCount = 0;
     QDomNamedNodeMap m_map;
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
     std::unique_ptr<const QDomDocument>
         m_standIn;           ///< where `m_document` is null, keeps the document alive that the node came from
-    QDomNode m_ownerElement; ///< the element itself; let go of last
+    QDomNode m_ownerElement; ///< the element itself; released last
+    std::vector<QDomNode> m_items; ///< in a map of many: all, as they were last listed
 };
