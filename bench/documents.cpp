@@ -143,7 +143,7 @@ std::vector<Row> documentRows()
             {"load of tags", {medium}, loadTags},
             {"loadXML", {mime, small, medium}, loadXML, 0.95},
             {"save", {mime, small, medium}, save, 1.02},
-            {"filer", {{"10000", 10'000, 20}, {"100000", 100'000, 5}}, file, 1.12}};
+            {"filer", {{"10000", 10'000, 20}, {"100000", 100'000, 5}}, file, 1.14}};
 }
 
 } // namespace bench

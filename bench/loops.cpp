@@ -184,6 +184,17 @@ std::vector<Row> loopRows()
         addRows(rows, std::string(name) + "; children", Found::AsChildren, kind);
     }
     addRows(rows, "append a new child; both", Found::AsBoth, Change::AppendNew);
+    rows.push_back({"appending to each of as many children",
+                    {{"10000", 10'000, 5}, {"100000", 100'000, 3}, {"1000000", 1'000'000, 1}},
+                    [](const Size& size) {
+                        const auto append = [](LibraryTree& tree) {
+                            return loop(tree, Found::AsChildren, Change::AppendNew);
+                        };
+                        const auto appendAfterwards = [](QtTree& tree) {
+                            return loopFoundFirst(tree, Found::AsChildren, Change::AppendNew);
+                        };
+                        return onFresh<LibraryTree, QtTree>(size.value, append, appendAfterwards, size.value);
+                    }});
     rows.push_back({"two threads", {{"10000", 10'000, 20}}, twoThreads, 1.2});
     return rows;
 }

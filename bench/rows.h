@@ -51,6 +51,7 @@ std::vector<Row> documentRows();
 std::vector<Row> serializeRows();
 std::vector<Row> treeRows();
 std::vector<Row> loopRows();
+std::vector<Row> growthRows();
 std::vector<Row> lateBoundRows();
 
 } // namespace bench

@@ -97,7 +97,7 @@ int main(int argc, char** argv)
     mallopt(M_MMAP_MAX, 0);
     bench::registerTypeLibrary();
     for (const auto& rows : {bench::documentRows(), bench::serializeRows(), bench::treeRows(),
-                             bench::loopRows(), bench::lateBoundRows()})
+                             bench::loopRows(), bench::growthRows(), bench::lateBoundRows()})
         for (const bench::Row& row : rows)
             for (const bench::Size& size : row.sizes)
                 benchmark::RegisterBenchmark(

@@ -97,12 +97,36 @@ std::uint64_t walkSiblings(const QDomNode& node)
     return amount;
 }
 
+// The same for names alone, where lists and objects weigh most.
+
+std::uint64_t walkNames(IXMLDOMNode& node)
+{
+    Bstr name;
+    node.get_nodeName(name.put());
+    std::uint64_t amount = 1 + name.length();
+    ComPtr<IXMLDOMNodeList> children;
+    node.get_childNodes(children.put());
+    ComPtr<IXMLDOMNode> child;
+    while (children->nextNode(child.put()) == S_OK)
+        amount += walkNames(*child);
+    return amount;
+}
+
+std::uint64_t walkNamesByQt(const QDomNode& node)
+{
+    std::uint64_t amount = 1 + node.nodeName().toStdWString().size();
+    const QDomNodeList children = node.childNodes();
+    for (int index = 0; index < children.length(); ++index)
+        amount += walkNamesByQt(children.item(index));
+    return amount;
+}
+
 template <class QtWalk>
-Pair fullWalk(const Size& size, QtWalk qtWalk)
+Pair fullWalk(const Size& size, std::uint64_t (*walk)(IXMLDOMNode&), QtWalk qtWalk)
 {
     const auto ours = kel::load(inputFile(size.value).toStdString());
     const QDomDocument qts = loadedByQt(inputFile(size.value));
-    return {{[=] { return walkChildren(*ours); }}, {[=] { return qtWalk(qts); }}, 1};
+    return {{[=] { return walk(*ours); }}, {[=] { return qtWalk(qts); }}, 1};
 }
 
 /// The same with each element of a tree. \param each answers an amount
@@ -212,10 +236,13 @@ std::vector<Row> treeRows()
     const std::vector<Size> trees = {{"10000", 10'000, 20}, {"100000", 100'000, 5}};
     const std::vector<Size> large = {trees[0], trees[1], {"1000000", 1'000'000, 3}};
     const auto byLists = [](const QDomNode& node) { return walkChildren(node); };
-    return {{"full walk", documents, [=](const Size& size) { return fullWalk(size, byLists); }, 1.5},
+    return {{"full walk", documents, [=](const Size& size) { return fullWalk(size, walkChildren, byLists); },
+             1.5},
+            {"walk of names", documents,
+             [](const Size& size) { return fullWalk(size, walkNames, walkNamesByQt); }, 1.7},
             {"full walk, Qt by nextSibling",
              {documents[0], documents[2]},
-             [](const Size& size) { return fullWalk(size, walkSiblings); }},
+             [](const Size& size) { return fullWalk(size, walkChildren, walkSiblings); }},
             {"get_firstChild, get_parentNode", trees, kNavigate},
             {"getNamedItem, get_value", trees, kGetNamedItem, 1.8},
             {"setAttribute", trees, kSetAttribute, 1.8},
