@@ -49,6 +49,7 @@ struct Row
 
 std::vector<Row> documentRows();
 std::vector<Row> serializeRows();
+std::vector<Row> layerRows();
 std::vector<Row> treeRows();
 std::vector<Row> loopRows();
 std::vector<Row> growthRows();

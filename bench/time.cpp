@@ -96,8 +96,9 @@ int main(int argc, char** argv)
     mallopt(M_TOP_PAD, 64 * 1024 * 1024);
     mallopt(M_MMAP_MAX, 0);
     bench::registerTypeLibrary();
-    for (const auto& rows : {bench::documentRows(), bench::serializeRows(), bench::treeRows(),
-                             bench::loopRows(), bench::growthRows(), bench::lateBoundRows()})
+    for (const auto& rows :
+         {bench::documentRows(), bench::serializeRows(), bench::layerRows(), bench::treeRows(),
+          bench::loopRows(), bench::growthRows(), bench::lateBoundRows()})
         for (const bench::Row& row : rows)
             for (const bench::Size& size : row.sizes)
                 benchmark::RegisterBenchmark(

@@ -1,7 +1,7 @@
 // The writer's only implementation. Every write operation has one shape: check the required arguments,
 // convert them, forward to Qt's writer, accept.
 
-#include "KelXmlLib/filer.h"
+#include "KelXmlLib/filer_wrapper.h"
 
 #include "guards/memory_room.h"
 #include "text/strings.h"

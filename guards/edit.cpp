@@ -12,9 +12,12 @@ namespace kelxml::guards
 namespace
 {
 
+/// An attribute's parent is the element that it is on, or was on.
 bool isChildOf(const QDomNode& parent, const QDomNode& node)
 {
-    return !node.isNull() && node.parentNode() == parent && !isOnElement(node);
+    if (node.isNull() || node.parentNode() != parent)
+        return false;
+    return !node.isAttr() || parent.firstChild() == node || !node.previousSibling().isNull();
 }
 
 bool isWithin(const QDomNode& node, const QDomNode& top)
@@ -70,7 +73,7 @@ Refusal remove(const NodeRef& parent, const NodeRef& child)
 void replaceContent(const NodeRef& element, const QString& text)
 {
     QDomDocument document = element.document.living();
-    const QDomNode content = text.isEmpty() ? QDomNode() : createText(document, text);
+    const QDomNode content = text.isEmpty() ? QDomNode() : document.createTextNode(text);
     for (Handle child = element.node.firstChild(); !child.isNull(); child = element.node.firstChild())
         removeChild(element, {child, element.document});
     if (!content.isNull())
@@ -84,26 +87,6 @@ bool removeAttribute(const NodeRef& element, const QString& name)
     const bool hadIt = target.hasAttribute(name);
     target.removeAttribute(name);
     return hadIt;
-}
-
-QDomNode createText(QDomDocument& document, const QString& text)
-{
-    return document.createTextNode(text);
-}
-
-QDomNode createComment(QDomDocument& document, const QString& text)
-{
-    return document.createComment(text);
-}
-
-QDomNode createCData(QDomDocument& document, const QString& text)
-{
-    return document.createCDATASection(text);
-}
-
-QDomNode createInstruction(QDomDocument& document, const QString& target, const QString& data)
-{
-    return document.createProcessingInstruction(target, data);
 }
 
 QDomNode nextSibling(const QDomNode& node)

@@ -32,11 +32,6 @@ void replaceContent(const NodeRef& element, const QString& text);
 /// \return whether there was one
 bool removeAttribute(const NodeRef& element, const QString& name);
 
-QDomNode createText(QDomDocument& document, const QString& text);
-QDomNode createComment(QDomDocument& document, const QString& text);
-QDomNode createCData(QDomDocument& document, const QString& text);
-QDomNode createInstruction(QDomDocument& document, const QString& target, const QString& data);
-
 /// Null for a node without a parent: the links of one that outlived its parent point to nodes that are freed.
 QDomNode nextSibling(const QDomNode& node);
 QDomNode previousSibling(const QDomNode& node);

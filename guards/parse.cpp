@@ -12,6 +12,7 @@
 #include <QtXml/QDomDocument>
 #include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace kelxml::guards
@@ -68,6 +69,29 @@ int readUpToOneMoreThan(qint64 most, QFile& file, QByteArray& bytes)
     }
 }
 
+ParseResult unreadable(const QString& reason)
+{
+    return {ParseFailure::Unreadable, Limit::None, reason};
+}
+
+ParseResult parseOpened(QDomDocument& document, QFile& file)
+{
+    const qint64 size = file.size();
+    const qint64 most = size > 0 ? kMaxFileBytes : kMaxUnsizedBytes;
+    QByteArray bytes;
+    if (const int error = size > most ? 0 : readUpToOneMoreThan(most, file, bytes))
+        return unreadable(qt_error_string(error));
+    if (std::max(size, qint64{bytes.size()}) > most)
+        return {ParseFailure::BeyondLimit, size > 0 ? Limit::FileBytes : Limit::UnsizedBytes};
+
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    ParseResult result = parseWithin(prescan(bytes), document, &buffer);
+    if (bytes.isEmpty())
+        result.failure = ParseFailure::Empty;
+    return result;
+}
+
 } // namespace
 
 ParseResult parse(QDomDocument& document, const QString& text)
@@ -80,26 +104,20 @@ ParseResult parse(QDomDocument& document, const QString& text)
 ParseResult parseFile(QDomDocument& document, const QString& path)
 {
     if (path.isEmpty())
-        return {ParseFailure::Unreadable, Limit::None, qt_error_string(ENOENT)};
+        return unreadable(qt_error_string(ENOENT));
     makeSureOfMemoryForFile();
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {ParseFailure::Unreadable, Limit::None, file.errorString()};
+    return file.open(QIODevice::ReadOnly) ? parseOpened(document, file) : unreadable(file.errorString());
+}
 
-    const qint64 size = file.size();
-    const qint64 most = size > 0 ? kMaxFileBytes : kMaxUnsizedBytes;
-    QByteArray bytes;
-    if (const int error = size > most ? 0 : readUpToOneMoreThan(most, file, bytes))
-        return {ParseFailure::Unreadable, Limit::None, qt_error_string(error)};
-    if (std::max(size, qint64{bytes.size()}) > most)
-        return {ParseFailure::BeyondLimit, size > 0 ? Limit::FileBytes : Limit::UnsizedBytes};
-
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::ReadOnly);
-    ParseResult result = parseWithin(prescan(bytes), document, &buffer);
-    if (bytes.isEmpty())
-        result.failure = ParseFailure::Empty;
-    return result;
+ParseResult parseFile(QDomDocument& document, const std::string& path)
+{
+    makeSureOfMemoryForFile();
+    QFile file;
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0 || !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        return unreadable(qt_error_string(errno));
+    return parseOpened(document, file);
 }
 
 } // namespace kelxml::guards

@@ -6,6 +6,8 @@
 
 #include <QtCore/QString>
 
+#include <string>
+
 class QDomDocument;
 
 namespace kelxml::guards
@@ -33,5 +35,8 @@ ParseResult parse(QDomDocument& document, const QString& text);
 /// meanwhile or is a pipe. A file that cannot be read to its end is refused like one that exceeds a limit; an
 /// empty one is not well-formed to Qt.
 ParseResult parseFile(QDomDocument& document, const QString& path);
+
+/// As above. \param path the system's bytes, whatever the encoding of file names is
+ParseResult parseFile(QDomDocument& document, const std::string& path);
 
 } // namespace kelxml::guards

@@ -127,9 +127,8 @@ Node Container::appendComment(TextView text)
 {
     const QString data = detail::toText(text);
     detail::requireComment(data, kAppending);
-    const Node node = made<Node>(*this, kAppending, [&](QDomDocument& document) {
-        return kelxml::guards::createComment(document, data);
-    });
+    const Node node =
+        made<Node>(*this, kAppending, [&](QDomDocument& document) { return document.createComment(data); });
     append(node);
     return node;
 }
@@ -140,7 +139,7 @@ Node Container::appendInstruction(TextView target, TextView data)
     const QString content = detail::toText(data);
     detail::requireWithout("?>", content, kAppending, detail::reason::kInstruction);
     const Node node = made<Node>(*this, kAppending, [&](QDomDocument& document) {
-        return kelxml::guards::createInstruction(document, name, content);
+        return document.createProcessingInstruction(name, content);
     });
     append(node);
     return node;

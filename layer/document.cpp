@@ -7,8 +7,11 @@
 #include "guards/parse.h"
 #include "guards/tree.h"
 #include "layer/access.h"
+#include "layer/options.h"
 #include "layer/refuse.h"
+#include "layer/saving.h"
 #include "layer/text.h"
+#include "text/strings.h"
 
 namespace kel
 {
@@ -100,7 +103,9 @@ Document Document::load(const std::filesystem::path& path)
     Document document;
     QDomDocument content = documentOf(document);
     const std::string& name = path.native();
-    requireParsed(kelxml::guards::parseFile(content, detail::toText(name)), name);
+    if (!kelxml::hasCodecs() || name.find('\0') != std::string::npos)
+        throw LoadError(LoadError::Kind::unreadable, name, detail::reason::kPath);
+    requireParsed(kelxml::guards::parseFile(content, name), name);
     return document;
 }
 
@@ -115,6 +120,16 @@ Document Document::parse(TextView text)
 Element Document::root() const
 {
     return Access::make<Element>(documentOf(*this).documentElement(), documentOf(*this));
+}
+
+void Document::save(const std::filesystem::path& path, const SaveOptions& options) const
+{
+    detail::SavedFile file(path.native());
+    if (!*this)
+        throw SaveError(path.native(), detail::reason::kNullArgument);
+    kelxml::serialize::serialize(documentOf(*this), detail::optionsOf(options),
+                                 [&](const QByteArray& bytes) { file.write(bytes); });
+    file.commit();
 }
 
 Document Document::clone() const

@@ -8,6 +8,7 @@
 #include "layer/access.h"
 #include "layer/refuse.h"
 #include "layer/text.h"
+#include "serialize/attributes.h"
 
 #include <algorithm>
 
@@ -85,7 +86,7 @@ Node Element::appendText(const Value& text)
     requireElement(*this, kAction);
     QDomDocument document = documentOf(*this);
     const QString data = detail::toText(text.text());
-    const Node node = Access::make(kelxml::guards::createText(document, data), document);
+    const Node node = Access::make(document.createTextNode(data), document);
     append(node);
     return node;
 }
@@ -97,7 +98,7 @@ Node Element::appendCData(TextView text)
     const QString data = detail::toText(text);
     detail::requireWithout("]]>", data, kAction, detail::reason::kCData);
     QDomDocument document = documentOf(*this);
-    const Node node = Access::make(kelxml::guards::createCData(document, data), document);
+    const Node node = Access::make(document.createCDATASection(data), document);
     append(node);
     return node;
 }
@@ -123,12 +124,12 @@ ComPtr<IXMLDOMAttribute> Attribute::get() const
 
 Attributes::Iterator Attributes::begin() const
 {
-    const QDomNamedNodeMap map = attributesOf(m_element);
-    if (map.isEmpty())
+    if (empty())
         return {};
+    kelxml::guards::adopt(refTo(m_element));
     auto attributes = std::make_shared<std::vector<Attribute>>();
-    for (int index = 0; index < map.length(); ++index)
-        attributes->push_back(Access::make<Attribute>(map.item(index), documentOf(m_element)));
+    for (QDomNode& found : kelxml::serialize::attributesOf(Access::as<QDomElement>(m_element)))
+        attributes->push_back(Access::make<Attribute>(std::move(found), documentOf(m_element)));
     std::sort(attributes->begin(), attributes->end(), [](const Attribute& one, const Attribute& other) {
         return nodeOf(one).nodeName() < nodeOf(other).nodeName();
     });

@@ -24,16 +24,12 @@ LoadError::LoadError(Kind kind, const std::string& source, const std::string& re
       m_reason(reason)
 {}
 
-LoadError::LoadError(const LoadError&) = default;
-LoadError& LoadError::operator=(const LoadError&) = default;
 LoadError::~LoadError() = default;
 
 SaveError::SaveError(const std::string& path, const std::string& reason)
     : Error(S_FALSE, path, reason), m_reason(reason)
 {}
 
-SaveError::SaveError(const SaveError&) = default;
-SaveError& SaveError::operator=(const SaveError&) = default;
 SaveError::~SaveError() = default;
 
 } // namespace kel

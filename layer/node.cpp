@@ -8,6 +8,7 @@
 #include "guards/edit.h"
 #include "guards/tree.h"
 #include "layer/access.h"
+#include "layer/options.h"
 #include "layer/refuse.h"
 #include "layer/text.h"
 
@@ -46,8 +47,6 @@ Node::Node(IXMLDOMNode& node) : Node()
     if (!known)
         detail::refuse("taking a node", detail::reason::kForeign);
     Access::assign(*this, QDomNode(known->ref.node), known->ref.document.living());
-    if (*this && documentOf(*this).isNull())
-        Access::of(*this).document.createDocumentFragment(); // makes the document, for guards to adopt into
 }
 
 Node::Node(const Node& other) noexcept
@@ -167,6 +166,12 @@ Document Node::document() const
 Node Node::clone() const
 {
     return Access::make(kelxml::guards::cloneNode(refTo(*this), true), documentOf(*this));
+}
+
+std::string Node::toString(const SaveOptions& options) const
+{
+    kelxml::guards::adopt(refTo(*this));
+    return kelxml::serialize::textOf(nodeOf(*this), detail::optionsOf(options)).toStdString();
 }
 
 ComPtr<IXMLDOMNode> Node::get() const

@@ -4,6 +4,7 @@
 #include "layer/text.h"
 
 #include "KelComWrapper/error.h"
+#include "text/strings.h"
 
 #include <algorithm>
 #include <charconv>
@@ -60,6 +61,12 @@ QString fromWide(std::wstring_view wide)
                                                                : static_cast<char16_t>(character)));
     }
     return text;
+}
+
+void requireNoZero(bool hasNone)
+{
+    if (!hasNone)
+        throw Error(E_INVALIDARG, kAction, "a text has a zero in it");
 }
 
 enum class InName { no, notFirst, anywhere };
@@ -156,9 +163,17 @@ std::size_t write(Number number, char* to) noexcept
 QString toText(TextView text)
 {
     QString converted = text.isWide() ? fromWide(text.wide()) : fromUtf8(text.utf8());
-    if (converted.contains(QChar(0)))
-        throw Error(E_INVALIDARG, kAction, "a text has a zero in it");
+    requireNoZero(!converted.contains(QChar(0)));
     return converted;
+}
+
+QString toCharacters(TextView text)
+{
+    if (!text.isWide())
+        return toText(text);
+    const std::wstring wide(text.wide());
+    requireNoZero(wide.find(L'\0') == std::wstring::npos);
+    return kelxml::charactersFromWide(wide.c_str());
 }
 
 QString toName(TextView name)

@@ -13,6 +13,9 @@ namespace kel::detail
 /// characters, and for zeros
 QString toText(TextView text);
 
+/// As `toText`, but with U+FFFD for wide units that are not characters: what the filer writes.
+QString toCharacters(TextView text);
+
 /// As `toText`. \throw Error also for what Qt's parser would not read back as a name
 QString toName(TextView name);
 

@@ -79,7 +79,7 @@ set(typelib ${output})
 run(${PKG_CONFIG} --cflags --libs KelXmlLib)
 separate_arguments(flags UNIX_COMMAND "${output}")
 configure_file(${BUILD}/docs/tour/block0.xml ${WORK}/shelf.xml COPYONLY)
-run(${CXX} -std=c++17 -fPIC ${BUILD}/docs/tour/program.cpp -DTYPE_LIBRARY=L"${typelib}" -o tour ${flags}
+run(${CXX} -std=c++17 -fno-pic -no-pie ${BUILD}/docs/tour/program.cpp -DTYPE_LIBRARY=L"${typelib}" -o tour ${flags}
     -Wl,-rpath,${libdir})
 run(./tour)
 

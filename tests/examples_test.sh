@@ -1,6 +1,6 @@
 #!/bin/bash
-# examples_test.sh PYTHON HOST_PY LIBRARIES NUMBER_ELEMENTS - the host in Python leaves a document, which the one in C++
-# takes up; a file that cannot be read is reported.
+# examples_test.sh PYTHON HOST_PY LIBRARIES PROGRAMS - the host in Python leaves a document only where it is told to; the
+# ones in C++ keep settings, add up, and go on after bad files.
 set -eu
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -10,9 +10,46 @@ cd "$work"
 "$1" "$2" "$3" -o shelf.xml
 if "$1" "$2" /none 2>errors.txt; then exit 1; fi
 [ "$(wc -l <errors.txt)" = 1 ] && grep -q /none errors.txt
-"$4" shelf.xml book numbered.xml
-[ "$(grep -c 'copies="3"' numbered.xml)" = 2 ]
-[ "$(grep -o 'number="[^"]*"' numbered.xml | tr '\n' ' ')" = 'number="1" number="2" ' ]
-grep -q Tides numbered.xml
-if "$4" none.xml book numbered.xml 2>errors.txt; then exit 1; fi
-grep -q "loading 'none.xml'.*no such file" errors.txt
+
+for zoom in 1 1.25 1.5 1.75; do
+    "$4/settings" settings.xml >printed.txt
+    grep -q "^tab 8, zoom $zoom, theme" printed.txt
+done
+grep -q 'theme dark' printed.txt
+[ "$(grep -c '<file>' settings.xml)" = 3 ] && grep -q '<editor wrap="true" zoom="2"/>' settings.xml
+
+cat >readings.xml <<'END'
+<readings>
+    <reading station="Nord" rain="0.5"><remark>h&#xE9;</remark><remark>ok</remark></reading>
+    <reading station="Nord" rain="1.25"/>
+    <reading rain="none"/>
+</readings>
+END
+"$4/report" readings.xml report.xml
+diff report.xml - <<'END'
+<?xml version="1.0" encoding="UTF-8"?>
+<report>
+    <station name="Nord" readings="2">
+        <rain>1.75</rain>
+        <letters>5</letters>
+    </station>
+    <station name="unknown" readings="1">
+        <rain>0</rain>
+        <letters>0</letters>
+    </station>
+</report>
+END
+if "$4/report" readings.xml /dev/full 2>errors.txt; then exit 1; fi
+diff errors.txt - <<<"/dev/full: No space left on device"
+
+echo '<open>' >bad.xml
+printf '%.0s<d>' {1..2048} >deep.xml
+printf '%.0s</d>' {1..2048} >>deep.xml
+if "$4/merge" merged.xml shelf.xml bad.xml deep.xml none.xml readings.xml 2>errors.txt; then exit 1; fi
+diff errors.txt - <<'END'
+bad.xml:2:1: unexpected end of file
+appending a node: the tree would become deeper than 2048 elements
+none.xml: No such file or directory
+END
+[ "$(grep -o '<part from="[^"]*"/*>' merged.xml | tr '\n' ' ')" = \
+    '<part from="shelf.xml"> <part from="deep.xml"/> <part from="readings.xml"> ' ]

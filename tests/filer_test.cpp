@@ -1,6 +1,7 @@
 // The filer: the status of every operation with and without an open file, and the bytes, compared with what
 // Qt's writer makes of the same calls.
 
+#include "KelXmlLib/filer_wrapper.h"
 #include "support/dom_fixture.h"
 #include "support/filer_calls.h"
 

@@ -2,11 +2,11 @@
 // error says.
 
 #include "KelXmlLib/kel.h"
-#include "layer/access.h"
 
 #include "support/dom_fixture.h"
 
-#include <QtCore/QTextStream>
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <limits>
@@ -19,12 +19,18 @@ namespace
 struct Layer : DomTest
 {};
 
+/// Without the line breaks that Qt writes around comments and instructions all the same.
 std::string xmlOf(const kel::Node& node)
 {
-    QString xml;
-    QTextStream stream(&xml);
-    kel::detail::nodeOf(node).save(stream, -1);
-    return xml.remove(u'\n').toStdString();
+    std::string xml = node.toString({-1});
+    xml.erase(std::remove(xml.begin(), xml.end(), '\n'), xml.end());
+    return xml;
+}
+
+std::string contentOf(const std::string& path)
+{
+    std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 template <class List>
@@ -229,6 +235,9 @@ TEST_F(Layer, AnErrorOfLoadingSaysWhichFileWhereAndWhy)
         return loadErrorOf(path);
     };
     EXPECT_EQ(std::pair(Kind::unreadable, path + ": No such file or directory"), loadErrorOf(path));
+    const std::string folder = m_directory.path().toStdString();
+    EXPECT_EQ(std::pair(Kind::unreadable, folder + ": Is a directory"), loadErrorOf(folder));
+    EXPECT_EQ(Kind::unreadable, loadErrorOf(std::string("a\0b", 3)).first);
     EXPECT_EQ(std::pair(Kind::empty, path + ": it is empty"), loadErrorOfText(""));
     EXPECT_EQ(std::pair(Kind::notWellFormed, path + ":2:4: tag mismatch"), loadErrorOfText("<r>\n</s>"));
     std::string deep;
@@ -238,6 +247,95 @@ TEST_F(Layer, AnErrorOfLoadingSaysWhichFileWhereAndWhy)
     EXPECT_EQ("text:1:7: tag mismatch", messageOf([] { kel::Document::parse(L"<a></b>"); }));
     std::ofstream(path) << "<r/>";
     EXPECT_EQ("r", kel::Document::load(path).root().name());
+}
+
+TEST_F(Layer, ASavedFileIsCompleteOrTheOldOne)
+{
+    const std::string path = pathOf("saved.xml").toStdString(), folder = m_directory.path().toStdString();
+    const auto document =
+        kel::Document::parse("<?xml version='1.0' encoding='ISO-8859-1'?><r b='1' a='\u00e9'><c/></r>");
+    document.save(path);
+    EXPECT_EQ("<?xml version='1.0' encoding='ISO-8859-1'?>\n<r a=\"\xE9\" b=\"1\">\n    <c/>\n</r>\n",
+              contentOf(path));
+    document.save(path, {-1});
+    EXPECT_EQ(document.toString({-1}), kel::Document::load(path).toString({-1}));
+    EXPECT_EQ("/dev/full: No space left on device", messageOf([&] { document.save("/dev/full"); }));
+    EXPECT_EQ(folder + ": Is a directory", messageOf([&] { document.save(folder); }));
+    EXPECT_EQ(path + "/x: Not a directory", messageOf([&] { document.save(path + "/x"); }));
+    EXPECT_THROW(document.save(std::string("a\0b", 3)), kel::SaveError);
+}
+
+TEST_F(Layer, AWriterClosesWhatIsOpenInAnyOrder)
+{
+    const std::string path = pathOf("written.xml").toStdString();
+    expectNothingLeft([&path] {
+        auto outlives = [&path] {
+            kel::Writer writer(path, false);
+            auto root = std::make_unique<kel::Writer::Element>(writer.element("r"));
+            root->attribute("n", 0.1).attribute(L"t", L"\xD800<").attribute("b", true);
+            auto inner = writer.element("i");
+            writer.element("whole", 5);
+            writer.element("empty");
+            writer.instruction("go", "on");
+            root.reset(); // ends `inner` too
+            EXPECT_THROW(inner.attribute("late", 1), kel::Error);
+            EXPECT_THROW(writer.element("second"), kel::Error);
+            return inner;
+        }();
+    });
+    EXPECT_EQ("<?xml version=\"1.0\" encoding=\"UTF-8\"?><r n=\"0.1\" t=\"\xEF\xBF\xBD&lt;\" b=\"true\"><i>"
+              "<whole>5</whole><empty/><?go on?></i></r>\n",
+              contentOf(path));
+    try {
+        kel::Writer writer(path);
+        auto root = writer.element("lost");
+        throw std::logic_error("before `close`");
+    } catch (const std::logic_error&) {
+        EXPECT_EQ("r", kel::Document::load(path).root().name()) << "what was begun is no file";
+    }
+    kel::Writer writer(path);
+    {
+        auto root = writer.element("r");
+        writer.cdata("a]]>b");
+        writer.comment("c");
+        for (int count = 0; count < 10000; ++count)
+            writer.element("e", count);
+    }
+    writer.close();
+    writer.close();
+    const kel::Element read = kel::Document::load(path).root();
+    EXPECT_EQ(10000u, read.children("e").size());
+    EXPECT_EQ("a]]>b", read.nodes().begin()->text() + std::next(read.nodes().begin())->text());
+}
+
+TEST_F(Layer, AWriterRefusesWhatNobodyCouldRead)
+{
+    kel::Writer writer("/dev/full"), closed("/dev/null");
+    EXPECT_EQ("closing a file: it has no root element", messageOf([&] { closed.close(); }));
+    EXPECT_EQ("writing a text: no element is open", messageOf([&] { closed.text("x"); }));
+    auto root = writer.element("r");
+    root.attribute("a", 1);
+    const std::pair<std::function<void()>, const char*> refusals[] = {
+        {[&] { root.attribute("a", 2); }, "writing an attribute: the element has it already"},
+        {[&] { root.attribute("1", 2); }, "reading an argument: '1' is not a name"},
+        {[&] { writer.element("<"); }, "reading an argument: '<' is not a name"},
+        {[&] { writer.text("\xFF"); }, "reading an argument: a text is not valid UTF-8"},
+        {[&] { writer.cdata(std::wstring(1, L'\0')); }, "reading an argument: a text has a zero in it"},
+        {[&] { writer.comment("-"); },
+         "writing a comment: a comment cannot contain two hyphens in a row, nor end in one"},
+        {[&] { writer.instruction("x", "?>"); }, "writing an instruction: an instruction cannot contain ?>"},
+        {[&] {
+             closed.element("r");
+             closed.element("r");
+         },
+         "writing an element: the document has a root element already"},
+        {[&] { closed.close(), closed.element("r"); }, "writing an element: the file is closed"},
+        {[&] { writer.close(); }, "/dev/full: No space left on device"},
+        {[&] { writer.close(); }, "/dev/full: No space left on device"},
+        {[] { kel::Writer("/dev/null/x"); }, "/dev/null/x: Not a directory"},
+    };
+    for (const auto& [write, message] : refusals)
+        EXPECT_EQ(message, messageOf(write));
 }
 
 } // namespace

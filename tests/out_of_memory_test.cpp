@@ -2,12 +2,14 @@
 // untouched, nothing leaks, and the objects go on working.
 
 #include "KelXmlLib/filer.h"
+#include "KelXmlLib/kel.h"
 #include "guards/prescan.h"
 #include "support/dom_fixture.h"
 #include "support/lines.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QTextStream>
+#include <QtCore/QXmlStreamWriter>
 #include <QtXml/QDomDocument>
 #include <functional>
 #include <future>
@@ -314,6 +316,43 @@ TEST_F(OutOfMemory, SavingAndLoadingThrowWhereverMemoryRunsOut)
             EXPECT_EQ(0, deathsIn(load, lack));
         }
         EXPECT_EQ(0, deathsIn(makeAFiler, Lack::OfBytes));
+    }
+}
+
+/// The C++ layer throws, and its trees stay whole.
+TEST_F(OutOfMemory, TheLayerThrowsAndWhatItChangesStaysWhole)
+{
+    const std::string path = pathOf("layer.xml").toStdString();
+    kel::Document("old").save(path);
+    const std::function<void(kel::Element&)> calls[] = {
+        [](kel::Element& root) { root.append("new", L"text").setAttribute("n", 0.5); },
+        [](kel::Element& root) { root.insertBefore(root.child("a"), *root.nodes().begin()); },
+        [](kel::Element& root) { root.replace(root.child("a"), root.appendComment("c")); },
+        [](kel::Element& root) { root.setText("all"); },
+        [](kel::Element& root) { EXPECT_TRUE(root.child("a").get()); },
+        [](kel::Element& root) { kel::Document().append(root.clone()); },
+        [](kel::Element& root) { EXPECT_FALSE((*root.attributes().begin()).text().empty()); },
+        [](kel::Element& root) { EXPECT_FALSE(root.document().toString().empty()); },
+        [&](kel::Element& root) { root.document().save(path); },
+    };
+    int index = 0;
+    for (const auto& call : calls) {
+        bool hasFailed = true;
+        for (std::size_t nth = 1; hasFailed; ++nth) {
+            kel::Document document = kel::Document::parse("<r x='1'>t<a/><b/></r>");
+            kel::Element root = document.root();
+            bool isMade = false;
+            hasFailed = allocations::failsIn(nth, [&] {
+                call(root);
+                isMade = true;
+            });
+            EXPECT_NE(hasFailed, isMade) << "call " << index << ", allocation " << nth;
+            root.append("after");
+            EXPECT_EQ(root, document.root());
+            EXPECT_TRUE(kel::Document::parse(document.toString()).root().child("after"));
+            EXPECT_TRUE(kel::Document::load(path).root()) << "half a file";
+        }
+        ++index;
     }
 }
 

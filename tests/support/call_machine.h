@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "support/call_machine_objects.h"
+#include "support/call_machine_layer.h"
 
 #include <numeric>
 
@@ -36,7 +36,7 @@ public:
     /// Releases everything, in a chosen order too.
     ~CallMachine()
     {
-        while (!m_nodes.empty() || !m_lists.empty() || !m_maps.empty())
+        while (!m_nodes.empty() || !m_lists.empty() || !m_maps.empty() || !m_layer.isEmpty())
             release();
     }
 
@@ -83,6 +83,10 @@ private:
             {"save", &M::save, 1},
             {"close a document", &M::close, 1},
             {"release", &M::release, 1},
+            {"take a value", &M::takeValue, 2},
+            {"give a value's object", &M::giveObject, 1},
+            {"go on from a value", &M::navigateValue, 2},
+            {"change by a value", &M::changeByValue, 5},
         };
         const auto add = [](unsigned sum, const Step& step) { return sum + step.weight; };
         const Step* step = kSteps;
@@ -343,6 +347,16 @@ private:
 
     void save() { requireEqual(asDocument(pickDocument()).save(Variant(L"/dev/null").get()), S_OK, "save"); }
 
+    void takeValue() { m_layer.take(pick()); }
+    void giveObject()
+    {
+        m_layer.give([this](const auto& object, const NodePtr& node, const Handle& handle) {
+            keepAsIs(object, node, handle);
+        });
+    }
+    void navigateValue() { m_layer.navigate(); }
+    void changeByValue() { m_layer.change(); }
+
     void release()
     {
         const auto drop = [this](auto& held) {
@@ -354,6 +368,7 @@ private:
             drop(m_nodes);
         drop(m_lists);
         drop(m_maps);
+        m_layer.release();
     }
     /// Releases a document and what was reached from it, but nothing that was reached from another.
     void close()
@@ -361,10 +376,13 @@ private:
         if (m_isOneDocument)
             return;
         Held& document = oneOf(m_documents);
-        const auto drop = [gone = document->node](auto& held) {
-            const auto isReached = [&gone](const auto& one) { return one->handle.document == gone; };
+        const auto isReached = [gone = document->node](const auto& one) {
+            return one->handle.document == gone;
+        };
+        const auto drop = [&isReached](auto& held) {
             held.erase(std::remove_if(held.begin(), held.end(), isReached), held.end());
         };
+        m_layer.drop(isReached);
         drop(m_nodes);
         drop(m_lists);
         drop(m_maps);
@@ -380,6 +398,7 @@ private:
     std::vector<Held> m_nodes;
     std::vector<HeldList> m_lists;
     std::vector<HeldMap> m_maps;
+    LayerCalls m_layer{m_choose};
 };
 
 } // namespace model

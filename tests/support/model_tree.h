@@ -96,19 +96,36 @@ inline bool remove(const NodePtr& parent, const NodePtr& child)
     return true;
 }
 
+/// \return whether the promise is that `child` can be below `parent`
+inline bool fits(const NodePtr& parent, const NodePtr& child)
+{
+    if (!parent || !child || child->type == NODE_DOCUMENT)
+        return false;
+    for (NodePtr node = parent; node; node = node->parent.lock())
+        if (node == child)
+            return false;
+    const NodePtr from = child->parent.lock();
+    return !from || child->type != NODE_ATTRIBUTE || from->attribute(child->name) != child;
+}
+
 /// Appends unless the promise is that nothing happens.
 inline void append(const NodePtr& parent, const NodePtr& child)
 {
-    if (!parent || !child || child->type == NODE_DOCUMENT)
+    if (!fits(parent, child))
         return;
-    for (NodePtr node = parent; node; node = node->parent.lock())
-        if (node == child)
-            return;
-    const NodePtr from = child->parent.lock();
-    if (from && child->type == NODE_ATTRIBUTE && from->attribute(child->name) == child)
-        return;
-    remove(from, child);
+    remove(child->parent.lock(), child);
     adopt(parent, child, parent->children);
+}
+
+/// \param place a child of `parent`
+inline void insertBefore(const NodePtr& parent, const NodePtr& child, const NodePtr& place)
+{
+    if (child == place)
+        return;
+    append(parent, child);
+    Nodes& children = parent->children;
+    std::rotate(std::find(children.begin(), children.end(), place), std::prev(children.end()),
+                children.end());
 }
 
 /// Puts a text in the place of the first child.

@@ -37,6 +37,7 @@ public:
     /// Writes the document to a file, encoded as its XML declaration says. An existing file is replaced only
     /// once the new one is complete; its permissions and symbolic links stay.
     /// \param path in UTF-8
+    /// \param options see `SaveOptions`
     /// \throw SaveError; an existing file is as it was
     void save(const std::filesystem::path& path, const SaveOptions& options = {}) const;
 

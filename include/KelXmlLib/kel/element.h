@@ -56,10 +56,15 @@ public:
     /// \param data must not contain `?>`
     Node appendInstruction(TextView target, TextView data);
 
-    /// Inserts a new element. \param reference a child of this one. \return the new element
+    /// Inserts a new element.
+    /// \param name its tag name
+    /// \param reference a child of this one
+    /// \return the new element
     /// \throw Error as `append`, and when `reference` is not a child
     Element insertBefore(TextView name, const Node& reference);
-    /// Inserts a node. One that has a place already moves. \param reference a child of this one
+    /// Inserts a node. One that has a place already moves.
+    /// \param node any node
+    /// \param reference a child of this one
     /// \throw Error as `append`, and when `reference` is not a child
     void insertBefore(const Node& node, const Node& reference);
     /// Puts `replacement` in the place of `child`, which has no parent then.
@@ -69,7 +74,9 @@ public:
     void remove(const Node& child);
 
 protected:
+    /// Null.
     Container() noexcept = default;
+    /// See `Node`.
     explicit Container(IXMLDOMNode& node) : Node(node) {}
 };
 
@@ -84,7 +91,7 @@ public:
     Element() noexcept = default;
     /// The element behind an interface. \throw Error for an object of another library
     explicit Element(IXMLDOMElement& element);
-    /// The node as an element. \return null for any other node
+    /// The node as an element; null for any other node.
     explicit Element(const Node& node) noexcept;
 
     /// An attribute's value.
@@ -102,6 +109,7 @@ public:
     /// All attributes, sorted by name.
     Attributes attributes() const;
     /// Sets an attribute, which is added when it is not there.
+    /// \param name of the attribute
     /// \param value a text, a number or `bool`
     /// \throw Error for null, for a name that is not one and for an invalid text
     void setAttribute(TextView name, const Value& value);
@@ -130,7 +138,7 @@ public:
     Attribute() noexcept = default;
     /// The attribute behind an interface. \throw Error for an object of another library
     explicit Attribute(IXMLDOMAttribute& attribute);
-    /// The node as an attribute. \return null for any other node
+    /// The node as an attribute; null for any other node.
     explicit Attribute(const Node& node) noexcept;
     /// A new object over the same attribute. \return null for null
     ComPtr<IXMLDOMAttribute> get() const;

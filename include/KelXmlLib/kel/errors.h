@@ -29,8 +29,6 @@ public:
     /// \param reason what went wrong, without source and place
     /// \param line, column counted from 1; 0 when there is no place
     LoadError(Kind kind, const std::string& source, const std::string& reason, int line = 0, int column = 0);
-    LoadError(const LoadError&);
-    LoadError& operator=(const LoadError&);
     ~LoadError() override;
 
     /// Where it failed.
@@ -57,8 +55,6 @@ public:
     /// \param path of the file
     /// \param reason the system's, or what else went wrong
     SaveError(const std::string& path, const std::string& reason);
-    SaveError(const SaveError&);
-    SaveError& operator=(const SaveError&);
     ~SaveError() override;
 
     /// What went wrong, without the file's name.

@@ -27,9 +27,11 @@ public:
     /// At the end.
     Walk() = default;
     /// At the first node.
+    /// \param selection may be null
     /// \param current receives it, or null
     Walk(std::shared_ptr<const Selection> selection, Node& current);
-    /// Goes on from `current`, which receives the next node, or null.
+    /// Goes on. \param current is the node reached last, or what the loop has made of it; it receives the
+    /// next node, or null.
     void next(Node& current);
 
 private:

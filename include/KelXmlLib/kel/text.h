@@ -68,6 +68,7 @@ using WidestOf =
                        std::conditional_t<std::is_signed_v<Number>, long long, unsigned long long>>;
 
 /// Writes a number in the shortest form that reads back as the same number.
+/// \param number to be written
 /// \param to has room for 32 characters
 /// \return how many were written
 KEL_EXPORT std::size_t writeNumber(long long number, char* to) noexcept;

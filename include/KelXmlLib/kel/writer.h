@@ -32,6 +32,7 @@ public:
         ~Element();
 
         /// Writes an attribute.
+        /// \param name of the attribute
         /// \param value a text, a number or `bool`
         /// \return this element, for the next attribute
         /// \throw Error for a name that is not one or was written before, for an invalid text, and once the
@@ -67,7 +68,9 @@ public:
     void cdata(TextView text);
     /// Writes a comment. \param text without two hyphens in a row, and not ending in one
     void comment(TextView text);
-    /// Writes a processing instruction. \param data must not contain `?>`
+    /// Writes a processing instruction.
+    /// \param target its name
+    /// \param data must not contain `?>`
     void instruction(TextView target, TextView data);
 
     /// Closes all open elements and the file. Does nothing when called again.

@@ -1,0 +1,48 @@
+// report FILE REPORT - adds up the readings in FILE by station and writes a report.
+
+#include <KelXmlLib/kel.h>
+
+#include <iostream>
+#include <map>
+
+namespace
+{
+
+struct Sum
+{
+    long count = 0;
+    double rain = 0;
+    std::size_t letters = 0;
+};
+
+} // namespace
+
+int main(int count, char** words)
+try {
+    if (count != 3) {
+        std::cerr << "usage: report FILE REPORT\n";
+        return 2;
+    }
+    const auto document = kel::Document::load(words[1]);
+    std::map<std::string, Sum> sums;
+    for (kel::Element reading : document.root().children("reading")) {
+        Sum& sum = sums[reading.attribute("station", "unknown")];
+        ++sum.count;
+        sum.rain += reading.attribute("rain", 0.0);
+        for (kel::Element remark : reading.children("remark"))
+            sum.letters += remark.text().size();
+    }
+
+    kel::Writer report(words[2]);
+    auto root = report.element("report");
+    for (const auto& [name, sum] : sums) {
+        auto station = report.element("station");
+        station.attribute("name", name).attribute("readings", sum.count);
+        report.element("rain", sum.rain);
+        report.element("letters", sum.letters);
+    }
+    report.close();
+} catch (const kel::Error& error) {
+    std::cerr << error.what() << '\n';
+    return 1;
+}

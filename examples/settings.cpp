@@ -1,0 +1,34 @@
+// settings FILE - reads a program's settings with defaults, remembers the last three files that were opened,
+// and writes the settings back. Built with the library installed:
+//
+//   c++ -std=c++17 settings.cpp $(pkg-config --cflags --libs KelXmlLib)
+
+#include <KelXmlLib/kel.h>
+
+#include <filesystem>
+#include <iostream>
+
+int main(int count, char** words)
+try {
+    const std::filesystem::path path = count > 1 ? words[1] : "settings.xml";
+    kel::Document settings = exists(path) ? kel::Document::load(path) : kel::Document("settings");
+    kel::Element root = settings.root();
+
+    kel::Element editor = root.childOrNew("editor");
+    const int tab = editor.attribute("tab", 8);
+    const double zoom = editor.attribute("zoom", 1.0);
+    std::cout << "tab " << tab << ", zoom " << zoom << ", theme " << root.child("theme").text("light")
+              << '\n';
+    editor.setAttribute("zoom", zoom + 0.25);
+    editor.setAttribute("wrap", true);
+    root.childOrNew("theme").setText("dark");
+
+    kel::Element recent = root.childOrNew("recent");
+    while (recent.children("file").size() >= 3)
+        recent.remove(recent.child("file"));
+    recent.append("file", "/home/anna/notes.txt");
+    settings.save(path);
+} catch (const kel::Error& error) {
+    std::cerr << error.what() << '\n';
+    return 1;
+}

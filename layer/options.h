@@ -1,0 +1,17 @@
+// The layer's options in the serializer's form.
+
+#pragma once
+
+#include "KelXmlLib/kel/node.h"
+#include "serialize/serialize.h"
+
+namespace kel::detail
+{
+
+inline kelxml::serialize::Options optionsOf(const SaveOptions& options)
+{
+    using Order = kelxml::serialize::AttributeOrder;
+    return {options.indent, options.attributeOrder == AttributeOrder::byName ? Order::byName : Order::ofQt};
+}
+
+} // namespace kel::detail

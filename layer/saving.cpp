@@ -1,0 +1,39 @@
+// What is refused before the system is asked.
+
+#include "layer/saving.h"
+
+#include "guards/memory_room.h"
+#include "layer/refuse.h"
+#include "text/strings.h"
+
+namespace kel::detail
+{
+
+namespace
+{
+
+kelxml::serialize::FileReplacement replacementOf(const std::string& path)
+{
+    if (!kelxml::hasCodecs() || path.find('\0') != std::string::npos)
+        throw SaveError(path, reason::kPath);
+    kelxml::guards::makeSureOfMemoryForFile();
+    return kelxml::serialize::FileReplacement(path);
+}
+
+} // namespace
+
+SavedFile::SavedFile(const std::string& path)
+    : m_path(path), m_file(withSaveError(path, [&] { return replacementOf(path); }))
+{}
+
+void SavedFile::write(const QByteArray& bytes)
+{
+    withSaveError(m_path, [&] { m_file.write(bytes.constData(), static_cast<std::size_t>(bytes.size())); });
+}
+
+void SavedFile::commit()
+{
+    withSaveError(m_path, [&] { m_file.commit(); });
+}
+
+} // namespace kel::detail
