@@ -125,7 +125,7 @@ void Container::append(const Node& node)
 
 Node Container::appendComment(TextView text)
 {
-    const QString data = detail::toText(text);
+    const QString data = detail::toContent(text);
     detail::requireComment(data, kAppending);
     const Node node =
         made<Node>(*this, kAppending, [&](QDomDocument& document) { return document.createComment(data); });
@@ -136,7 +136,7 @@ Node Container::appendComment(TextView text)
 Node Container::appendInstruction(TextView target, TextView data)
 {
     const QString name = detail::toName(target);
-    const QString content = detail::toText(data);
+    const QString content = detail::toContent(data);
     detail::requireWithout("?>", content, kAppending, detail::reason::kInstruction);
     const Node node = made<Node>(*this, kAppending, [&](QDomDocument& document) {
         return document.createProcessingInstruction(name, content);

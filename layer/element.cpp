@@ -70,7 +70,7 @@ Attributes Element::attributes() const
 void Element::setAttribute(TextView name, const Value& value)
 {
     requireElement(*this, "setting an attribute");
-    const QString text = detail::toText(value.text());
+    const QString text = detail::toContent(value.text());
     kelxml::guards::setAttribute(refTo(*this), detail::toName(name), text);
 }
 
@@ -85,7 +85,7 @@ Node Element::appendText(const Value& text)
     constexpr const char* kAction = "appending a text";
     requireElement(*this, kAction);
     QDomDocument document = documentOf(*this);
-    const QString data = detail::toText(text.text());
+    const QString data = detail::toContent(text.text());
     const Node node = Access::make(document.createTextNode(data), document);
     append(node);
     return node;
@@ -95,7 +95,7 @@ Node Element::appendCData(TextView text)
 {
     constexpr const char* kAction = "appending a CDATA section";
     requireElement(*this, kAction);
-    const QString data = detail::toText(text);
+    const QString data = detail::toContent(text);
     detail::requireWithout("]]>", data, kAction, detail::reason::kCData);
     QDomDocument document = documentOf(*this);
     const Node node = Access::make(document.createCDATASection(data), document);

@@ -115,7 +115,7 @@ bool Node::readText(detail::Target target) const
 void Node::setText(const Value& text)
 {
     constexpr const char* kAction = "setting a text";
-    const QString data = detail::toText(text.text());
+    const QString data = detail::toContent(text.text());
     switch (kind()) {
     case NodeKind::none:
         detail::refuse(kAction, detail::reason::kNull);

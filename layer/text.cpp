@@ -167,6 +167,20 @@ QString toText(TextView text)
     return converted;
 }
 
+QString toContent(TextView text)
+{
+    const QString converted = toText(text);
+    const auto isForbidden = [](QChar c) {
+        return (c < u' ' && c != u'\t' && c != u'\n' && c != u'\r') || c >= QChar(0xFFFE);
+    };
+    const QChar* const found = std::find_if(converted.begin(), converted.end(), isForbidden);
+    if (found != converted.end())
+        throw Error(E_INVALIDARG, kAction,
+                    "XML does not allow the character U+" +
+                        QString::asprintf("%04X", found->unicode()).toStdString());
+    return converted;
+}
+
 QString toCharacters(TextView text)
 {
     if (!text.isWide())

@@ -13,6 +13,9 @@ namespace kel::detail
 /// characters, and for zeros
 QString toText(TextView text);
 
+/// As `toText`. \throw Error also for characters that XML does not allow: no parser would load them again
+QString toContent(TextView text);
+
 /// As `toText`, but with U+FFFD for wide units that are not characters: what the filer writes.
 QString toCharacters(TextView text);
 

@@ -202,7 +202,7 @@ void Writer::cdata(TextView text)
 void Writer::comment(TextView text)
 {
     constexpr const char* kAction = "writing a comment";
-    m_state->requireElement(kAction);
+    m_state->requireFile(kAction);
     const QString content = detail::toCharacters(text);
     detail::requireComment(content, kAction);
     m_state->put([&](QXmlStreamWriter& to) { to.writeComment(content); });
@@ -211,7 +211,7 @@ void Writer::comment(TextView text)
 void Writer::instruction(TextView target, TextView data)
 {
     constexpr const char* kAction = "writing an instruction";
-    m_state->requireElement(kAction);
+    m_state->requireFile(kAction);
     const QString name = detail::toName(target);
     const QString content = detail::toCharacters(data);
     detail::requireWithout("?>", content, kAction, detail::reason::kInstruction);

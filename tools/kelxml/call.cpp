@@ -1,8 +1,11 @@
-// `call`: members reached by name alone, through `IDispatch`, as a script host does.
+// `call`: members reached by name alone, through `IDispatch`, as a script tool does.
 
+#include "KelComWrapper/bstr.h"
+#include "KelComWrapper/variant_owner.h"
 #include "commands.h"
 #include "expression.h"
 #include "files.h"
+#include "late_bound.h"
 #include "text.h"
 
 #include <algorithm>
@@ -11,7 +14,9 @@
 #include <cwctype>
 #include <iostream>
 
-namespace host
+#include <unistd.h>
+
+namespace tool
 {
 namespace
 {
@@ -67,6 +72,8 @@ bool isNullText(const VARIANT& value)
 Answer invoke(IDispatch& object, const Step& step, const std::vector<kel::Variant>& values, bool isAssignment)
 {
     const DISPID member = identifierOf(object, step.name, step.source);
+    if (isNoOp(object, step.name, isAssignment))
+        failStep(step.source, "this member accepts calls but does nothing");
     std::vector<VARIANT> reversed;
     for (auto value = values.rbegin(); value != values.rend(); ++value)
         reversed.push_back(value->get());
@@ -200,14 +207,6 @@ std::string numberText(Number number)
     return {digits.data(), written.ptr};
 }
 
-/// \return whether the member did its work
-bool callWithPath(IDispatch& document, const wchar_t* member, const std::wstring& path)
-{
-    std::vector<kel::Variant> values;
-    values.emplace_back(path);
-    return invoke(document, {member, {}, member}, values, false).code == S_OK;
-}
-
 std::string resultText(const kel::Variant& result)
 {
     const VARIANT& value = result.get();
@@ -237,26 +236,44 @@ std::string resultText(const kel::Variant& result)
     }
 }
 
-} // namespace
-
-void runCall(const Library& library, const Arguments& arguments)
+/// Scripts get the text as it is.
+std::string printableOnTerminal(const std::string& text)
 {
-    requireXmlCharacters(arguments.values[1]);
-    const Expression expression = parseExpression(arguments.values[1]);
-    const auto document = library.newLateBoundDocument();
-    loadBy(library, arguments.values[0],
-           [&](const std::wstring& place) { return callWithPath(*document, L"load", place); });
-    Evaluator evaluator(*document);
-    const std::string text = resultText(evaluator.evaluate(expression));
-    if (!arguments.output) {
-        std::cout << text << '\n';
-        if (evaluator.hasChanged())
-            std::cerr << "kelxml: the change is lost: without -o nothing is saved\n";
-        return;
-    }
-    saveBy(library, *arguments.output,
-           [&](const std::wstring& place) { return callWithPath(*document, L"save", place); });
-    reportBeside(*arguments.output) << text << '\n';
+    return isatty(STDOUT_FILENO) ? printable(text) : text;
 }
 
-} // namespace host
+/// Members called by name can build what no parser reads, such as an element named "1 x".
+void requireReadable(const kel::Document& document, const std::string& path)
+{
+    try {
+        kel::Document::parse(document.toString());
+    } catch (const kel::LoadError& error) {
+        throw Failure(path + " is not written, since it could not be read again: " + error.what());
+    }
+}
+
+} // namespace
+
+bool runCall(const Arguments& arguments)
+{
+    requireText(arguments.values[1]);
+    const std::wstring text = toWide(arguments.values[1]);
+    const Expression expression = parseExpression(text);
+    const kel::Document document = load(arguments.values[0]);
+    registerTypeLibrary();
+    const kel::ComPtr<IXMLDOMDocument> object = document.get();
+    Evaluator evaluator(*object);
+    const std::string result = resultText(evaluator.evaluate(expression));
+    if (arguments.output) {
+        requireReadable(document, *arguments.output);
+        save(document, *arguments.output);
+        reportFor(*arguments.output) << printableOnTerminal(result) << '\n';
+    } else {
+        std::cout << printableOnTerminal(result) << '\n';
+        if (evaluator.hasChanged())
+            std::cerr << "kelxml: the change is lost: without -o nothing is saved\n";
+    }
+    return true;
+}
+
+} // namespace tool

@@ -1,35 +1,58 @@
-// The subcommands. Each gets the loaded library and checked arguments, prints its result and throws a
-// `Failure` when the work cannot be done.
+// The subcommands. Each takes checked arguments and prints its result.
 
 #pragma once
 
-#include "host.h"
+#include "KelXmlLib/kel.h"
 
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
-namespace host
+namespace tool
 {
+
+/// The work cannot be done. `what()` is one line for the user.
+class Failure : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The command line makes no sense. `what()` says where.
+class UsageError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
 
 struct Arguments
 {
-    /// What stands in the command line beside the options, in its order.
-    std::vector<std::wstring> values;
-    /// `-o`
-    std::optional<std::wstring> output;
-    /// `--plain`
-    bool isPlain = false;
+    std::vector<std::string> values;   ///< everything but options, in order, as UTF-8
+    std::optional<std::string> output; ///< `-o`
+    bool isPlain = false;              ///< `--plain`
 };
 
-void runCopy(const Library& library, const Arguments& arguments);
-void runTree(const Library& library, const Arguments& arguments);
-void runFind(const Library& library, const Arguments& arguments);
-void runSet(const Library& library, const Arguments& arguments);
-void runText(const Library& library, const Arguments& arguments);
-void runNew(const Library& library, const Arguments& arguments);
-void runWrite(const Library& library, const Arguments& arguments);
-void runExport(const Library& library, const Arguments& arguments);
-void runCall(const Library& library, const Arguments& arguments);
+/// Runs one subcommand.
+/// \return false when the answer is no: nothing was found, or a file is bad
+/// \throw UsageError, Failure, kel::Error
+using Run = bool(const Arguments& arguments);
 
-} // namespace host
+/// \throw UsageError unless the word can be the name of an element or an attribute
+void requireName(const std::string& word);
+/// \throw UsageError unless XML allows all characters of the text
+void requireText(const std::string& text);
+
+Run runCheck;
+Run runCopy;
+Run runTree;
+Run runFind;
+Run runSet;
+Run runUnset;
+Run runText;
+Run runNew;
+Run runWrite;
+Run runExport;
+Run runCall;
+
+} // namespace tool

@@ -1,122 +1,123 @@
-// Making and changing documents: `copy`, `set`, `text` and `new`.
+// Changing documents: `copy`, `set`, `unset`, `text` and `new`.
 
 #include "commands.h"
 #include "files.h"
-#include "nodes.h"
 #include "text.h"
 
 #include <iostream>
+#include <utility>
 
-namespace host
+namespace tool
 {
 namespace
 {
 
-Node appendElement(IXMLDOMDocument& document, IXMLDOMNode& parent, const wchar_t* name)
+using Assignment = std::pair<std::string, std::string>;
+
+Assignment readAssignment(const std::string& word)
 {
-    Node element;
-    kel::check(document.createNode(kel::Variant(std::int32_t{NODE_ELEMENT}).get(), kel::Bstr(name).get(),
-                                   nullptr, element.put()),
-               "making an element");
-    if (!element)
-        throw Failure("making an element: nothing was made");
-    kel::check(parent.appendChild(element.get(), nullptr), "appending an element");
-    return element;
+    const std::size_t sign = word.find('=');
+    if (sign == std::string::npos || sign == 0)
+        throw UsageError("'" + word + "' is not NAME=VALUE");
+    Assignment assignment{word.substr(0, sign), word.substr(sign + 1)};
+    requireName(assignment.first);
+    requireText(assignment.second);
+    return assignment;
 }
 
-void setAttribute(const Library& library, IXMLDOMNode& node, const std::wstring& name,
-                  const kel::Variant& value)
+std::vector<std::string> behindTag(const Arguments& arguments)
 {
-    const auto element = library.asElement(node);
-    if (!element)
-        throw Failure("setting an attribute: the node is no element");
-    kel::check(element->setAttribute(kel::Bstr(name.c_str()).get(), value.get()), "setting an attribute");
+    return {arguments.values.begin() + 2, arguments.values.end()};
 }
 
-void putText(IXMLDOMNode& node, const std::wstring& text)
+/// Applies `change` to every element with the tag name, and saves. Nothing is saved when there is none.
+template <class Change>
+bool changeElements(const Arguments& arguments, Change change)
 {
-    kel::check(node.put_text(kel::Bstr(text.c_str()).get()), "setting a text");
-}
-
-/// The library sets what it is given, and a document with such an attribute could not be read again; so its
-/// own reader is asked.
-bool isName(const Library& library, const std::wstring& text)
-{
-    const auto document = library.newDocument();
-    const std::wstring xml = L'<' + text + L"/>";
-    kel::ComPtr<IXMLDOMNode> element;
-    return document->loadXML(kel::Bstr(xml.c_str()).get(), nullptr) == S_OK &&
-           document->get_firstChild(element.put()) == S_OK && nameOf(*element) == text;
-}
-
-std::vector<AttributeText> readAssignments(const Library& library, const Arguments& arguments)
-{
-    std::vector<AttributeText> assignments;
-    for (std::size_t index = 2; index < arguments.values.size(); ++index) {
-        const std::wstring& given = arguments.values[index];
-        const std::size_t sign = given.find(L'=');
-        if (sign == std::wstring::npos || sign == 0)
-            throw UsageError("'" + toUtf8(given) + "' is not NAME=VALUE");
-        const std::wstring name = given.substr(0, sign);
-        if (!isName(library, name))
-            throw UsageError("'" + toUtf8(name) + "' is not a name that an attribute can have");
-        requireXmlCharacters(given);
-        assignments.push_back({name, given.substr(sign + 1)});
+    const std::string& path = arguments.values[0];
+    const std::string& tag = arguments.values[1];
+    requireName(tag);
+    const kel::Document document = load(path);
+    std::size_t count = 0;
+    for (kel::Element& match : document.descendants(tag)) {
+        change(match);
+        ++count;
     }
-    return assignments;
-}
-
-void saveChanged(const Library& library, IXMLDOMDocument& document, const std::wstring& path,
-                 std::size_t count)
-{
-    saveDocument(library, document, path);
-    reportBeside(path) << count << (count == 1 ? " element changed\n" : " elements changed\n");
+    if (count == 0)
+        throw Failure(path + ": there is no element '" + tag + "'");
+    save(document, *arguments.output);
+    reportFor(*arguments.output) << count << (count == 1 ? " element changed\n" : " elements changed\n");
+    return true;
 }
 
 } // namespace
 
-void runCopy(const Library& library, const Arguments& arguments)
+void requireName(const std::string& word)
 {
-    std::uintmax_t bytesIn = 0;
-    const auto document = loadDocument(library, arguments.values[0], &bytesIn);
-    const std::uintmax_t bytesOut = saveDocument(library, *document, arguments.values[1]);
-    reportBeside(arguments.values[1]) << bytesIn << " bytes in, " << bytesOut << " bytes out\n";
+    try {
+        const kel::Document probe(word);
+    } catch (const kel::Error&) {
+        throw UsageError("'" + word + "' is not a name");
+    }
 }
 
-void runSet(const Library& library, const Arguments& arguments)
+void requireText(const std::string& text)
 {
-    const std::vector<AttributeText> assignments = readAssignments(library, arguments);
-    const auto document = loadDocument(library, arguments.values[0]);
-    const std::vector<Node> matches = elementsNamed(*document, arguments.values[1]);
-    for (const Node& match : matches)
-        for (const AttributeText& assignment : assignments)
-            setAttribute(library, *match, assignment.name, kel::Variant(assignment.value));
-    saveChanged(library, *document, *arguments.output, matches.size());
+    try {
+        kel::Document("probe").root().setText(text);
+    } catch (const kel::Error& error) {
+        throw UsageError(error.what());
+    }
 }
 
-void runText(const Library& library, const Arguments& arguments)
+bool runCopy(const Arguments& arguments)
 {
-    requireXmlCharacters(arguments.values[2]);
-    const auto document = loadDocument(library, arguments.values[0]);
-    const std::vector<Node> matches = elementsNamed(*document, arguments.values[1]);
-    for (const Node& match : matches)
-        putText(*match, arguments.values[2]);
-    saveChanged(library, *document, *arguments.output, matches.size());
+    save(load(arguments.values[0]), arguments.values[1]);
+    return true;
 }
 
-void runNew(const Library& library, const Arguments& arguments)
+bool runSet(const Arguments& arguments)
 {
-    const auto document = library.newDocument();
-    const Node shelf = appendElement(*document, *document, L"shelf");
-    setAttribute(library, *shelf, L"room", kel::Variant(L"reading room"));
-    setAttribute(library, *shelf, L"number", kel::Variant(std::int32_t{7}));
-    setAttribute(library, *shelf, L"width", kel::Variant(1.25));
-
-    const Node book = appendElement(*document, *shelf, L"book");
-    setAttribute(library, *book, L"lent", kel::Variant(L"no"));
-    putText(*appendElement(*document, *book, L"title"), L"Trees & <Leaves>");
-    putText(*appendElement(*document, *book, L"author"), L"Zo\u00EB \U0001F333");
-    saveDocument(library, *document, arguments.values[0]);
+    std::vector<Assignment> assignments;
+    for (const std::string& word : behindTag(arguments))
+        assignments.push_back(readAssignment(word));
+    return changeElements(arguments, [&](kel::Element& element) {
+        for (const auto& [name, value] : assignments)
+            element.setAttribute(name, value);
+    });
 }
 
-} // namespace host
+bool runUnset(const Arguments& arguments)
+{
+    const std::vector<std::string> names = behindTag(arguments);
+    for (const std::string& name : names)
+        requireName(name);
+    return changeElements(arguments, [&](kel::Element& element) {
+        for (const std::string& name : names)
+            element.removeAttribute(name);
+    });
+}
+
+bool runText(const Arguments& arguments)
+{
+    const std::string& text = arguments.values[2];
+    requireText(text);
+    return changeElements(arguments, [&](kel::Element& element) { element.setText(text); });
+}
+
+bool runNew(const Arguments& arguments)
+{
+    kel::Document document("shelf");
+    kel::Element shelf = document.root();
+    shelf.setAttribute("room", "reading room");
+    shelf.setAttribute("number", 7);
+    shelf.setAttribute("width", 1.25);
+    kel::Element book = shelf.append("book");
+    book.setAttribute("lent", false);
+    book.append("title", "Trees & <Leaves>");
+    book.append("author", L"Zo\u00EB \U0001F333");
+    save(document, arguments.values[0]);
+    return true;
+}
+
+} // namespace tool

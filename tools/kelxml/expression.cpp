@@ -7,7 +7,7 @@
 #include <charconv>
 #include <limits>
 
-namespace host
+namespace tool
 {
 namespace
 {
@@ -205,4 +205,4 @@ Expression parseExpression(std::wstring_view text)
     return Parser(text).parse();
 }
 
-} // namespace host
+} // namespace tool

@@ -7,7 +7,7 @@
 
 #pragma once
 
-#include "host.h"
+#include "commands.h"
 
 #include <cstddef>
 #include <string>
@@ -15,7 +15,7 @@
 #include <variant>
 #include <vector>
 
-namespace host
+namespace tool
 {
 
 struct Argument;
@@ -47,4 +47,4 @@ struct Expression
 /// \param text must outlive the expression \throw UsageError with the place of the mistake
 Expression parseExpression(std::wstring_view text);
 
-} // namespace host
+} // namespace tool

@@ -1,38 +1,28 @@
-// Documents from files and into files. "-" is the standard input and the standard output.
+// Documents from files and into files, with progress on a terminal. "-" is the standard input and output.
 
 #pragma once
 
-#include "host.h"
+#include "KelXmlLib/kel.h"
 
-#include <cstdint>
-#include <functional>
 #include <iosfwd>
 #include <string>
 
-namespace host
+namespace tool
 {
 
-/// Does its work with the file at `place`. \return whether the library could
-using FileWork = std::function<bool(const std::wstring& place)>;
+/// \throw kel::LoadError, Failure
+kel::Document load(const std::string& path);
 
-/// Loads a document by `load`. \return the bytes read \throw Failure that says what is wrong with the file
-std::uintmax_t loadBy(const Library& library, const std::wstring& path, const FileWork& load);
+/// \throw kel::SaveError
+void save(const kel::Document& document, const std::string& path);
 
-/// Saves a document by `save`. A file comes to be, or changes, only when everything has gone well: what is
-/// saved is held in memory first, read back, written beside the file and put into its place; but a file with
-/// several names is written in place. \return the
-/// bytes written \throw Failure that says what is wrong
-std::uintmax_t saveBy(const Library& library, const std::wstring& path, const FileWork& save);
+/// The path by which the library writes to `path`.
+std::string writable(const std::string& path);
 
-/// \return whether the file was read and is a document within the library's limits
-bool loadFrom(IXMLDOMDocument& document, const std::wstring& place);
+/// Prints the reason why a file could not be read, and goes on.
+void complain(const std::exception& error);
 
-/// \param size receives the bytes read, when it is not null
-kel::ComPtr<IXMLDOMDocument> loadDocument(const Library& library, const std::wstring& path,
-                                          std::uintmax_t* size = nullptr);
-std::uintmax_t saveDocument(const Library& library, IXMLDOMDocument& document, const std::wstring& path);
+/// Where a command that writes to `path` reports: the standard output, unless the document goes there.
+std::ostream& reportFor(const std::string& path);
 
-/// Where a command that writes to `path` can report: the standard output, unless the document goes there.
-std::ostream& reportBeside(const std::wstring& path);
-
-} // namespace host
+} // namespace tool

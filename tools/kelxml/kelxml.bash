@@ -2,14 +2,14 @@
 _kelxml()
 {
     local word=${COMP_WORDS[COMP_CWORD]} command=${COMP_WORDS[1]} choices=--help
-    local commands='copy tree find set text new write export call'
+    local commands='check copy tree find set unset text new write export call'
     if [ "$COMP_CWORD" -eq 1 ]; then
         choices="$commands help --help --version"
     elif [ "$command" = help ]; then
         choices=$commands
     elif [[ $word == -* ]]; then
         case $command in
-            set | text | call) choices='-o --help' ;;
+            set | unset | text | call) choices='-o --help' ;;
             write | export) choices='--plain --help' ;;
         esac
     else

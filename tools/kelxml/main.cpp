@@ -1,11 +1,10 @@
-// kelxml: a command-line host of the library. Reads the command line, picks the subcommand, tells what went
+// kelxml: a command-line tool of the library. Reads the command line, picks the subcommand, tells what went
 // wrong.
 
 #include "commands.h"
+#include "files.h"
 #include "terminal.h"
 #include "text.h"
-
-#include <QtCore/QHashFunctions>
 
 #include <cerrno>
 #include <clocale>
@@ -17,9 +16,9 @@
 namespace
 {
 
-using namespace host;
+using namespace tool;
 
-enum ExitCode { kFine = 0, kFailed = 1, kWrongUsage = 2 };
+enum ExitCode { kYes = 0, kNo = 1, kWrongUsage = 2 };
 
 enum class Output { none, optional, required };
 
@@ -34,51 +33,57 @@ struct Command
     std::size_t most;
     Output output;
     bool takesPlain;
-    void (*run)(const Library&, const Arguments&);
+    Run* run;
 };
 
 constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
 constexpr Command kCommands[] = {
+    {"check", "FILE...", "report the files that cannot be loaded",
+     "Prints one line for each bad file: its name, line, column and what is wrong. Prints nothing\nwhen all "
+     "are good.\n",
+     1, kAnyNumber, Output::none, false, &runCheck},
     {"copy", "IN OUT", "load a document and save it",
-     "Saved documents are indented by four spaces a level. The order of attributes is Qt's,\nwhatever it was "
-     "in the file, and the same from run to run.\nPrints the bytes read and written.\n",
-     2, 2, Output::none, false, &runCopy},
-    {"tree", "FILE", "outline of a document",
-     "One node a line, indented by two spaces a level: its type, its name, its attributes\nby name, its "
+     "Saved documents are indented by four spaces a level, with attributes sorted by name.\n", 2, 2,
+     Output::none, false, &runCopy},
+    {"tree", "FILE...", "outline of a document",
+     "Prints one line for each node, indented by two spaces a level: its kind, name, attributes\nand "
      "content.\n",
-     1, 1, Output::none, false, &runTree},
-    {"find", "FILE TAG", "the elements with a tag name",
-     "One match a line: name, attributes, text. Prints nothing when there is none.\n", 2, 2, Output::none,
-     false, &runFind},
+     1, kAnyNumber, Output::none, false, &runTree},
+    {"find", "FILE... TAG", "the elements with a tag name",
+     "Prints one line for each match: name, attributes, text. With several files, each line\nbegins with the "
+     "file's name. Exits with 1 when nothing matches.\n",
+     2, kAnyNumber, Output::none, false, &runFind},
     {"set", "FILE TAG NAME=VALUE... -o OUT", "set attributes of every element with a tag name",
-     "Values with characters that XML does not allow are refused.\nPrints how many elements were changed.\n",
-     3, kAnyNumber, Output::required, false, &runSet},
+     "Prints how many elements were changed. Exits with 1 and writes nothing when there are none.\n", 3,
+     kAnyNumber, Output::required, false, &runSet},
+    {"unset", "FILE TAG NAME... -o OUT", "remove attributes of every element with a tag name",
+     "Prints how many elements were changed. Exits with 1 and writes nothing when there are none.\n", 3,
+     kAnyNumber, Output::required, false, &runUnset},
     {"text", "FILE TAG VALUE -o OUT", "set the text of every element with a tag name",
-     "An element's first child gives way to the text, which becomes the last child.\nA text with characters "
-     "that XML does not allow is refused.\nPrints how many elements were changed.\n",
+     "The text replaces everything that the element holds. Prints how many elements were changed.\nExits "
+     "with 1 and writes nothing when there are none.\n",
      3, 3, Output::required, false, &runText},
     {"new", "OUT", "a small document made from nothing", "A shelf with a book: elements, attributes, text.\n",
      1, 1, Output::none, false, &runNew},
-    {"write", "OUT [--plain]", "a small catalogue written in one go",
+    {"write", "OUT [--plain]", "a small catalogue written without a tree",
      "Shows every kind of content that can be written this way.\n  --plain  no indentation\n", 1, 1,
      Output::none, true, &runWrite},
     {"export", "FILE OUT [--plain]", "copy a document node by node",
-     "Document types, processing instructions, entity references and empty content are left\nout: they "
-     "cannot be written this way. The declaration is written anew, and names UTF-8.\nPrints how many nodes "
-     "were written and left out.\n  --plain  no indentation\n",
+     "Leaves out document types, and counts the entity references that it leaves out. The copy\nis UTF-8 and "
+     "has a declaration of its own. Prints how many nodes were written.\n  --plain  no indentation\n",
      2, 2, Output::none, true, &runExport},
     {"call", "FILE EXPRESSION [-o OUT]", "call members by name, as scripts do",
      "EXPRESSION is a dotted path of members from the document, with arguments in parentheses:\nstrings in "
-     "double quotes (escapes \\\" \\\\ \\n \\t \\r), numbers, true, false, null, or paths of\ntheir own, "
-     "which start at the document as well. PATH = VALUE assigns a property.\n"
+     "double quotes (escapes \\\" \\\\ \\n \\t \\r), numbers, true, false, null, or other\npaths from the "
+     "document. PATH = VALUE assigns a property.\n"
      "  documentElement.childNodes.item(0).nodeName\n"
      "  documentElement.setAttribute(\"k\", 5)\n"
      "  documentElement.appendChild(createNode(1, \"note\", null))\n"
      "  documentElement.text = \"x\"\n"
      "Prints the result: a text, a number, true or false, an object's node name or (object),\n(empty) for "
-     "none. A member that answers S_FALSE ends the work.\nWith -o the document is saved afterwards, without "
-     "it changes are lost.\n",
+     "none. Exits with 1 when a member answers S_FALSE or does nothing. -o saves the\ndocument afterwards; "
+     "without it, changes are lost.\n",
      2, 2, Output::optional, false, &runCall},
 };
 
@@ -91,8 +96,8 @@ const Command* commandNamed(std::string_view name)
 }
 
 constexpr char kFilesAndCodes[] =
-    "A file called \"-\" is the standard input or the standard output. Behind \"--\" nothing is an option.\n"
-    "Exit code: 0 fine, 1 the work could not be done, 2 the command line makes no sense.\n";
+    "A file called \"-\" is the standard input or the standard output. After \"--\" nothing is an option.\n"
+    "Exit code: 0 yes or done, 1 no or not done, 2 the command line makes no sense.\n";
 
 void printUsage(std::ostream& stream)
 {
@@ -114,14 +119,6 @@ bool isHelp(std::string_view word)
     return word == "--help" || word == "-h";
 }
 
-std::wstring wideWord(std::string_view word)
-{
-    std::optional<std::wstring> text = toWide(word);
-    if (!text)
-        throw UsageError("an argument is not valid UTF-8");
-    return *std::move(text);
-}
-
 /// \return nothing when the user asks for help instead
 std::optional<Arguments> readArguments(const Command& command, const std::vector<std::string_view>& words)
 {
@@ -130,7 +127,7 @@ std::optional<Arguments> readArguments(const Command& command, const std::vector
     for (std::size_t index = 0; index < words.size(); ++index) {
         const std::string_view word = words[index];
         if (areOptionsOver || word.size() < 2 || word[0] != '-')
-            arguments.values.push_back(wideWord(word));
+            arguments.values.emplace_back(word);
         else if (word == "--")
             areOptionsOver = true;
         else if (isHelp(word))
@@ -140,9 +137,10 @@ std::optional<Arguments> readArguments(const Command& command, const std::vector
         else if (word == "-o" && command.output != Output::none) {
             if (++index == words.size())
                 throw UsageError("-o needs a file");
-            arguments.output = wideWord(words[index]);
+            arguments.output = words[index];
         } else
-            throw UsageError("unknown option '" + std::string(word) + "'");
+            throw UsageError("unknown option '" + std::string(word) +
+                             "' (put -- before a file name that starts with a dash)");
     }
     const std::size_t count = arguments.values.size();
     if (count < command.fewest || count > command.most)
@@ -152,15 +150,13 @@ std::optional<Arguments> readArguments(const Command& command, const std::vector
     return arguments;
 }
 
-void runCommand(const Command& command, const std::vector<std::string_view>& words)
+bool runCommand(const Command& command, const std::vector<std::string_view>& words)
 {
     const std::optional<Arguments> arguments = readArguments(command, words);
-    if (!arguments) {
-        printHelp(command);
-        return;
-    }
-    const Library library;
-    command.run(library, *arguments);
+    if (arguments)
+        return command.run(*arguments);
+    printHelp(command);
+    return true;
 }
 
 void runHelp(const std::vector<std::string_view>& words)
@@ -175,31 +171,34 @@ void runHelp(const std::vector<std::string_view>& words)
     printHelp(*command);
 }
 
-void run(std::vector<std::string_view> words)
+/// \return false when the answer is no
+bool run(std::vector<std::string_view> words)
 {
     if (words.empty())
         throw UsageError("no command given");
     const std::string_view name = words.front();
     words.erase(words.begin());
-    if (name == "help" || isHelp(name))
-        return runHelp(words);
+    if (name == "help" || isHelp(name)) {
+        runHelp(words);
+        return true;
+    }
     if (name == "--version" && words.empty()) {
         std::cout << "kelxml " << KEL_VERSION << '\n';
-        return;
+        return true;
     }
     const Command* const command = commandNamed(name);
     if (!command)
         throw UsageError("unknown command '" + std::string(name) + "'");
     try {
-        runCommand(*command, words);
+        return runCommand(*command, words);
     } catch (const UsageError& error) {
         throw UsageError(error.what() + std::string("; usage: kelxml ") + command->name + ' ' +
                          command->synopsis);
     }
 }
 
-/// A standard stream that the caller closed stays unusable: else the next file to be opened would take its
-/// place, and be written over, or written into itself.
+/// Gives closed standard streams something unusable to refer to. Otherwise the next file to be opened would
+/// take their place and receive what is printed.
 void occupyClosedStreams()
 {
     for (int stream = 0; stream <= 2; ++stream)
@@ -207,7 +206,7 @@ void occupyClosedStreams()
             open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY); // takes the lowest number that is free
 }
 
-/// While it lives, the standard output throws at its first failure, whose reason is still known then.
+/// Makes the standard output throw at its first failure, while the reason is still known.
 struct OutputThrows
 {
     OutputThrows() { std::cout.exceptions(std::ios::badbit); }
@@ -216,14 +215,15 @@ struct OutputThrows
     ~OutputThrows() { std::cout.exceptions(std::ios::goodbit); }
 };
 
-void runAndFlush(const std::vector<std::string_view>& words)
+bool runAndFlush(const std::vector<std::string_view>& words)
 {
     const OutputThrows throwing;
     try {
-        run(words);
+        const bool answer = run(words);
         std::cout.flush();
+        return answer;
     } catch (const std::ios_base::failure&) {
-        throw Failure("cannot write to the standard output: " + std::generic_category().message(errno));
+        throw Failure("the standard output: " + std::generic_category().message(errno));
     }
 }
 
@@ -232,22 +232,17 @@ void runAndFlush(const std::vector<std::string_view>& words)
 int main(int count, char** words)
 {
     occupyClosedStreams();
-    // File names reach the system in the character encoding of the locale; numbers stay as they are.
-    std::setlocale(LC_CTYPE, "");
-    // Attributes stand in the order of a hash table, which is the same in every run when its seed is.
-    qSetGlobalQHashSeed(0);
+    std::setlocale(LC_CTYPE, ""); // the system's messages
     std::ios::sync_with_stdio(false);
-    const std::string sayer = painted(Style::error, "kelxml:") + ' ';
     try {
-        runAndFlush({words + (count > 0 ? 1 : 0), words + count});
-        return kFine;
+        return runAndFlush({words + (count > 0 ? 1 : 0), words + count}) ? kYes : kNo;
     } catch (const UsageError& error) {
-        std::cerr << sayer << error.what() << " (see 'kelxml help')\n";
+        complain(UsageError(error.what() + std::string(" (see 'kelxml help')")));
         return kWrongUsage;
     } catch (const std::bad_alloc&) {
-        std::cerr << sayer << "out of memory\n";
+        complain(Failure("out of memory"));
     } catch (const std::exception& error) {
-        std::cerr << sayer << error.what() << '\n';
+        complain(error);
     }
-    return kFailed;
+    return kNo;
 }

@@ -1,4 +1,4 @@
-// Colours, and the line that shows that work goes on.
+// Colours and progress.
 
 #include "terminal.h"
 
@@ -10,7 +10,7 @@
 
 #include <unistd.h>
 
-namespace host
+namespace tool
 {
 namespace
 {
@@ -28,22 +28,8 @@ bool showsColour(int descriptor)
     return isatty(descriptor) && variable("NO_COLOR").empty() && variable("TERM") != "dumb";
 }
 
-const char* colourOf(Style style)
-{
-    switch (style) {
-    case Style::type:
-        return "\033[36m";
-    case Style::name:
-        return "\033[1m";
-    case Style::attribute:
-        return "\033[33m";
-    case Style::text:
-        return "\033[32m";
-    case Style::error:
-        return "\033[1;31m";
-    }
-    return "";
-}
+/// In the order of `Style`.
+constexpr const char* kColours[] = {"\033[36m", "\033[1m", "\033[33m", "\033[32m", "\033[1;31m"};
 
 } // namespace
 
@@ -52,28 +38,28 @@ std::string painted(Style style, const std::string& text)
     static const bool isOutputColoured = showsColour(STDOUT_FILENO);
     static const bool isErrorColoured = showsColour(STDERR_FILENO);
     const bool isColoured = style == Style::error ? isErrorColoured : isOutputColoured;
-    return isColoured ? colourOf(style) + text + "\033[0m" : text;
+    return isColoured ? kColours[static_cast<int>(style)] + text + "\033[0m" : text;
 }
 
 Progress::Progress(std::string work) : m_work(std::move(work))
 {
     if (isatty(STDERR_FILENO))
-        m_teller = std::thread(&Progress::tell, this);
+        m_thread = std::thread(&Progress::show, this);
 }
 
 Progress::~Progress()
 {
-    if (!m_teller.joinable())
+    if (!m_thread.joinable())
         return;
     {
         const std::lock_guard lock(m_mutex);
         m_isOver = true;
     }
     m_over.notify_one();
-    m_teller.join();
+    m_thread.join();
 }
 
-void Progress::tell()
+void Progress::show()
 {
     std::unique_lock lock(m_mutex);
     int seconds = 0;
@@ -83,4 +69,4 @@ void Progress::tell()
         std::cerr << kCleanLine << std::flush;
 }
 
-} // namespace host
+} // namespace tool

@@ -1,4 +1,4 @@
-// What only a terminal gets: colour, and signs of life from work that takes long.
+// What only a terminal gets: colours, and progress of work that takes long.
 
 #pragma once
 
@@ -7,7 +7,7 @@
 #include <string>
 #include <thread>
 
-namespace host
+namespace tool
 {
 
 enum class Style { type, name, attribute, text, error };
@@ -16,7 +16,7 @@ enum class Style { type, name, attribute, text, error };
 /// a terminal that shows colours and NO_COLOR is not set; else the text alone.
 std::string painted(Style style, const std::string& text);
 
-/// While it lives, tells a terminal on standard error once a second what is being done and for how long.
+/// Shows on a terminal, once a second while it lives, what is being done and for how long.
 class Progress
 {
 public:
@@ -24,17 +24,17 @@ public:
     explicit Progress(std::string work);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
-    /// Leaves a clean line.
+    /// Clears the line.
     ~Progress();
 
 private:
-    void tell();
+    void show();
 
     const std::string m_work;
     std::mutex m_mutex;
     std::condition_variable m_over;
     bool m_isOver = false;
-    std::thread m_teller;
+    std::thread m_thread;
 };
 
-} // namespace host
+} // namespace tool

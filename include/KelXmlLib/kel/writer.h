@@ -66,9 +66,10 @@ public:
     void text(const Value& text);
     /// Writes a CDATA section; more than one where the text contains `]]>`. \throw Error as `text`
     void cdata(TextView text);
-    /// Writes a comment. \param text without two hyphens in a row, and not ending in one
+    /// Writes a comment, also before and after the root element. \param text without two hyphens in a row,
+    /// and not ending in one
     void comment(TextView text);
-    /// Writes a processing instruction.
+    /// Writes a processing instruction, also before and after the root element.
     /// \param target its name
     /// \param data must not contain `?>`
     void instruction(TextView target, TextView data);

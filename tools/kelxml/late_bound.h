@@ -1,0 +1,19 @@
+// What calls by name need beyond the C++ layer.
+
+#pragma once
+
+#include "KelXmlLib/kel.h"
+
+#include <string>
+
+namespace tool
+{
+
+/// Registers the type library that is installed next to the library. \throw Failure, kel::Error
+void registerTypeLibrary();
+
+/// Whether the member of that name accepts calls without doing anything.
+/// \param isAssignment whether a property is assigned rather than read
+bool isNoOp(IDispatch& object, const std::wstring& name, bool isAssignment);
+
+} // namespace tool
