@@ -66,25 +66,24 @@ public:
     class Iterator
     {
     public:
-        /// As the standard library asks of an iterator.
+        /// What the standard library asks of an iterator.
+        /// @{
         using value_type = ComPtr<IXMLDOMNode>;
-        /// As above.
         using difference_type = std::ptrdiff_t;
-        /// As above.
         using reference = const value_type&;
-        /// As above.
         using pointer = const value_type*;
-        /// As above: each node is met once.
-        using iterator_category = std::input_iterator_tag;
+        using iterator_category = std::input_iterator_tag; // each node is met once
+        /// @}
 
         /// The end.
         Iterator() = default;
         /// The first node.
         explicit Iterator(const ComPtr<List>& list) : m_list(list) { fetch(); }
         /// The node, which the iterator holds.
+        /// @{
         reference operator*() const noexcept { return m_node; }
-        /// As above.
         pointer operator->() const noexcept { return &m_node; }
+        /// @}
         /// Goes on to the next node. \throw Error
         Iterator& operator++()
         {
@@ -92,10 +91,11 @@ public:
             fetch();
             return *this;
         }
-        /// Only the end is ever asked for.
+        /// Compares with the end; meant for nothing else.
+        /// @{
         bool operator==(const Iterator& other) const noexcept { return !m_node == !other.m_node; }
-        /// As above.
         bool operator!=(const Iterator& other) const noexcept { return !(*this == other); }
+        /// @}
 
     private:
         /// Beyond the end the list answers `S_FALSE`, the map gives null.

@@ -154,15 +154,13 @@ public:
     {
     public:
         /// What the standard library asks of an iterator.
+        /// @{
         using value_type = Attribute;
-        /// As above.
         using difference_type = std::ptrdiff_t;
-        /// As above.
         using reference = const Attribute&;
-        /// As above.
         using pointer = const Attribute*;
-        /// As above.
         using iterator_category = std::input_iterator_tag;
+        /// @}
 
         /// The end.
         Iterator() = default;
@@ -171,9 +169,10 @@ public:
             : m_attributes(std::move(attributes))
         {}
         /// The attribute.
+        /// @{
         reference operator*() const noexcept { return (*m_attributes)[m_index]; }
-        /// As above.
         pointer operator->() const noexcept { return &**this; }
+        /// @}
         /// Goes to the next attribute.
         Iterator& operator++() noexcept
         {
@@ -181,13 +180,14 @@ public:
                 *this = {};
             return *this;
         }
-        /// \return whether both are at the same place of the same loop, or both at the end
+        /// Compares places: equal at the same attribute of the same loop, and at the end.
+        /// @{
         bool operator==(const Iterator& other) const noexcept
         {
             return m_attributes == other.m_attributes && m_index == other.m_index;
         }
-        /// As above, negated.
         bool operator!=(const Iterator& other) const noexcept { return !(*this == other); }
+        /// @}
 
     private:
         std::shared_ptr<const std::vector<Attribute>> m_attributes;

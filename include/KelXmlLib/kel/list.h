@@ -61,15 +61,13 @@ public:
     {
     public:
         /// What the standard library asks of an iterator.
+        /// @{
         using value_type = Item;
-        /// As above.
         using difference_type = std::ptrdiff_t;
-        /// As above.
         using reference = Item&;
-        /// As above.
         using pointer = Item*;
-        /// As above.
         using iterator_category = std::input_iterator_tag;
+        /// @}
 
         /// The end.
         Iterator() = default;
@@ -78,26 +76,28 @@ public:
             : m_walk(selection, m_item)
         {}
         /// The node.
+        /// @{
         reference operator*() const noexcept { return m_item; }
-        /// As above.
         pointer operator->() const noexcept { return &m_item; }
+        /// @}
         /// Goes to the next node.
         Iterator& operator++()
         {
             m_walk.next(m_item);
             return *this;
         }
-        /// As above. \return the earlier place
+        /// Goes to the next node. \return the earlier place
         Iterator operator++(int)
         {
             Iterator earlier = *this;
             ++*this;
             return earlier;
         }
-        /// \return whether both are at the same node, or both at the end
+        /// Compares places: equal at the same node, and at the end.
+        /// @{
         bool operator==(const Iterator& other) const noexcept { return m_item == other.m_item; }
-        /// As above, negated.
         bool operator!=(const Iterator& other) const noexcept { return !(*this == other); }
+        /// @}
 
     private:
         mutable Item m_item; // a loop variable of type `auto&` can be changed

@@ -71,13 +71,12 @@ using WidestOf =
 /// \param number to be written
 /// \param to has room for 32 characters
 /// \return how many were written
+/// @{
 KEL_EXPORT std::size_t writeNumber(long long number, char* to) noexcept;
-/// As above.
 KEL_EXPORT std::size_t writeNumber(unsigned long long number, char* to) noexcept;
-/// As above.
 KEL_EXPORT std::size_t writeNumber(float number, char* to) noexcept;
-/// As above.
 KEL_EXPORT std::size_t writeNumber(double number, char* to) noexcept;
+/// @}
 
 } // namespace detail
 
