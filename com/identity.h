@@ -5,7 +5,6 @@
 #include "KelComWrapper/unknown.h"
 
 #include <initializer_list>
-#include <memory>
 
 namespace kelxml
 {
@@ -41,7 +40,7 @@ ULONG releaseReference(Object& self, ULONG& count) noexcept
 {
     const ULONG left = --count;
     if (left == 0)
-        std::default_delete<Object>()(&self);
+        delete &self;
     return left;
 }
 

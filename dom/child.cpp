@@ -1,37 +1,27 @@
-// Compares vtables, each class's own being read off an object of it.
+// Recognises objects by their vtables.
 
 #include "dom/child.h"
 
-#include "guards/handle.h"
-
 #include <cstring>
-#include <memory>
-#include <type_traits>
 
 namespace kelxml
 {
 
+// The vtables under their symbols in the C++ ABI of Linux.
+extern const void* const kElementVtable[] asm("_ZTV18CMorvXMLDOMElement");
+extern const void* const kNodeVtable[] asm("_ZTV15CMorvXMLDOMNode");
+extern const void* const kAttributeVtable[] asm("_ZTV20CMorvXMLDOMAttribute");
+extern const void* const kDocumentVtable[] asm("_ZTV19CMorvXMLDOMDocument");
+
 namespace
 {
 
-const void* vtableAt(const void* object)
+/// Whether `object` was created as the class of `vtable`, and not as a class derived from it.
+bool has(const void* object, const void* const* vtable)
 {
-    const void* vtable = nullptr;
-    std::memcpy(&vtable, object, sizeof vtable);
-    return vtable;
-}
-
-template <class Wrapper>
-const void* vtableOf()
-{
-    static const void* const vtable = [] {
-        const QDomDocument none;
-        if constexpr (std::is_same_v<Wrapper, CMorvXMLDOMDocument>)
-            return vtableAt(std::make_unique<Wrapper>(none).get());
-        else
-            return vtableAt(std::make_unique<Wrapper>(Handle(), DocumentRef{none}).get());
-    }();
-    return vtable;
+    const void* found = nullptr;
+    std::memcpy(&found, object, sizeof found);
+    return found == vtable + 2; // objects point past the offset to the top and the type information
 }
 
 template <class Wrapper>
@@ -44,16 +34,15 @@ NodeRef refAs(IXMLDOMNode* child)
 
 std::optional<Child> recognise(IXMLDOMNode* child)
 {
-    const void* const vtable = vtableAt(child);
-    if (vtable == vtableOf<CMorvXMLDOMElement>())
+    if (has(child, kElementVtable))
         return Child{refAs<CMorvXMLDOMElement>(child), NODE_ELEMENT};
-    if (vtable == vtableOf<CMorvXMLDOMNode>()) {
+    if (has(child, kNodeVtable)) {
         const NodeRef ref = refAs<CMorvXMLDOMNode>(child);
         return Child{ref, static_cast<DOMNodeType>(ref.node.nodeType())};
     }
-    if (vtable == vtableOf<CMorvXMLDOMAttribute>())
+    if (has(child, kAttributeVtable))
         return Child{refAs<CMorvXMLDOMAttribute>(child), NODE_ATTRIBUTE};
-    if (vtable == vtableOf<CMorvXMLDOMDocument>())
+    if (has(child, kDocumentVtable))
         return Child{refAs<CMorvXMLDOMDocument>(child), NODE_DOCUMENT};
     return std::nullopt;
 }
