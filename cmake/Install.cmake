@@ -36,8 +36,8 @@ endforeach()
 
 # The pages that hosts are written by, under the name of the package that they are in on Debian.
 set(KEL_DEVELOPMENT_PACKAGE libkelxmllib-dev)
-install(FILES docs/tour.md docs/ownership.md docs/guarantees.md docs/late-bound.md docs/filer.md docs/limits.md
-              docs/no-ops.md
+install(FILES docs/tour.md docs/cookbook.md docs/ownership.md docs/guarantees.md docs/late-bound.md docs/filer.md
+              docs/limits.md docs/no-ops.md
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${KEL_DEVELOPMENT_PACKAGE} COMPONENT development)
 install(FILES examples/host.py examples/settings.cpp examples/report.cpp examples/merge.cpp
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${KEL_DEVELOPMENT_PACKAGE}/examples COMPONENT development)

@@ -1,5 +1,6 @@
-# Runs the program of a page in an empty place where only the files are that it reads, and compares what it writes:
-# cmake -DPROGRAM=... -DPLACE=... -DREADS=... -DWRITES=... -DTEXTS=... -P RunPage.cmake
+# Runs the program of a page in an empty directory that has only the files that it reads, and compares what it prints
+# and writes with the page:
+# cmake -DPROGRAM=... -DPLACE=... -DREADS=... -DWRITES=... -DTEXTS=... -DPRINTS=... -P RunPage.cmake
 file(REMOVE_RECURSE ${PLACE})
 file(MAKE_DIRECTORY ${PLACE})
 foreach(name IN LISTS READS)
@@ -8,9 +9,18 @@ foreach(name IN LISTS READS)
 endforeach()
 
 string(REGEX REPLACE "^;" "" PROGRAM "${PROGRAM}") # no runner
-execute_process(COMMAND ${PROGRAM} WORKING_DIRECTORY ${PLACE} RESULT_VARIABLE result)
+execute_process(COMMAND ${PROGRAM} WORKING_DIRECTORY ${PLACE} RESULT_VARIABLE result OUTPUT_VARIABLE printed)
 if(NOT result EQUAL 0)
-  message(FATAL_ERROR "The program answers ${result}")
+  message(FATAL_ERROR "The program returns ${result} and prints\n${printed}")
+endif()
+
+set(expected "")
+foreach(text IN LISTS PRINTS)
+  file(READ ${text} part)
+  string(APPEND expected "${part}")
+endforeach()
+if(NOT printed STREQUAL expected)
+  message(FATAL_ERROR "The program prints\n${printed}\nand not\n${expected}")
 endif()
 
 foreach(name IN LISTS WRITES)

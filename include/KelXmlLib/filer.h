@@ -113,7 +113,11 @@ public:
     virtual KelXmlLib::eStatus flush() = 0;
 };
 
-/// Makes a filer for a file. See the constructor of `KelXmlFilerWrapper` for the arguments.
+/// Makes a filer for a file, which is emptied when it exists.
+/// \param path of the file, copied
+/// \param encoding, indentation ignored: a file is UTF-8, its levels are four spaces deep
+/// \param autoFormat whether to indent
+/// \param secondFlag, text1, text2 ignored; the texts may be null
 /// \return a filer that the caller deletes through `IKelXmlFiler`; null for a missing `path`. Whether the
 ///         file could be opened does not show
 extern "C" KEL_EXPORT IKelXmlFiler* morvCreateXmlFiler(const wchar_t* path, KelXmlLib::eEncoding encoding,

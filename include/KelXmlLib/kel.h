@@ -23,3 +23,7 @@
 #include "KelXmlLib/kel/node.h"
 #include "KelXmlLib/kel/text.h"
 #include "KelXmlLib/kel/writer.h"
+
+/// The C++ layer of KelXmlLib/kel.h, and what owns the results of COM calls: `ComPtr`, `Bstr` and `Variant`.
+namespace kel
+{}
