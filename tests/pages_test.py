@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""pages_test.py CHECKOUT - links between pages lead somewhere, and the tests that a page names exist."""
+"""pages_test.py CHECKOUT - links between pages lead somewhere, the tests that a page names exist, and no-ops.md and
+xmldom.h name the no-ops that dom/noop has."""
 import pathlib
 import re
 import sys
@@ -14,5 +15,29 @@ for page in [*top.glob('*.md'), *top.glob('docs/**/*.md')]:
                if not (page.parent / link).exists()]
     faults += [f'{page.name} names the test {test}' for test in re.findall(r'`([A-Z]\w+\.[A-Z]\w+)`', text)
                if test not in tests]
+
+
+def methods(pattern):
+    """The methods of each class that are defined in some files."""
+    found = {}
+    for path in top.glob(pattern):
+        for owner, name in re.findall(r'^HRESULT CMorvXMLDOM(\w+)::(\w+)\(', path.read_text(), re.M):
+            found.setdefault(owner, set()).add(name)
+    return found
+
+
+no_ops = methods('dom/noop/*.cpp')
+every_no_op, working = set().union(*no_ops.values()), set().union(*methods('dom/*.cpp').values())
+page = ' '.join(re.findall(r'^\| (`.*?) \|', (top / 'docs/no-ops.md').read_text(), re.M))
+faults += [f'no-ops.md and dom/noop differ in {name}' for name in every_no_op ^ set(re.findall(r'`(\w+)`', page))]
+faults += [f'no-ops.md must say of which objects {name} is a no-op exactly if it works for others'
+           for name in every_no_op & working ^ set(re.findall(r'`(\w+)` of ', page))]
+header = (top / 'include/KelXmlLib/xmldom.h').read_text()
+for interface, body in re.findall(r'^class IXMLDOM(\w+) : (.*?)^};', header, re.S | re.M):
+    declared, grouped = (set(re.findall(r'virtual HRESULT (\w+)\(', text))
+                         for text in (body, ' '.join(re.findall('@{.*?@}', body, re.S))))
+    classes = ('Node', 'Document', 'Element', 'Attribute') if interface == 'Node' else (interface,)
+    faults += [f'xmldom.h and dom/noop differ in IXMLDOM{interface}::{name}'
+               for name in declared & set.intersection(*(no_ops[owner] for owner in classes)) ^ grouped]
 print('\n'.join(faults))
 sys.exit(bool(faults))
