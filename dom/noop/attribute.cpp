@@ -1,10 +1,8 @@
-// The methods of the attribute that are accepted and not carried out. Each answers S_OK at once and writes
-// nothing, out-parameters included: a caller tells it from a working method by an output that stays as it
-// was. To carry one out, delete its line here and give it a body in dom/attribute.cpp.
+// No-ops of the attribute: each returns S_OK and writes nothing, outputs included.
+// To implement one, move its line to dom/attribute.cpp.
 
 #include "KelXmlLib/attribute.h"
 
-// One line each.
 // clang-format off
 HRESULT CMorvXMLDOMAttribute::get_nodeValue(VARIANT*) { return S_OK; }
 HRESULT CMorvXMLDOMAttribute::put_nodeValue(VARIANT) { return S_OK; }

@@ -1,10 +1,8 @@
-// The methods of the element that are accepted and not carried out. Each answers S_OK at once and writes
-// nothing, out-parameters included: a caller tells it from a working method by an output that stays as it
-// was. To carry one out, delete its line here and give it a body in dom/element.cpp.
+// No-ops of the element: each returns S_OK and writes nothing, outputs included.
+// To implement one, move its line to dom/element.cpp.
 
 #include "KelXmlLib/element.h"
 
-// One line each.
 // clang-format off
 HRESULT CMorvXMLDOMElement::get_nodeValue(VARIANT*) { return S_OK; }
 HRESULT CMorvXMLDOMElement::put_nodeValue(VARIANT) { return S_OK; }

@@ -1,10 +1,8 @@
-// The methods of the generic node that are accepted and not carried out. Each answers S_OK at once and writes
-// nothing, out-parameters included: a caller tells it from a working method by an output that stays as it
-// was. To carry one out, delete its line here and give it a body in dom/node.cpp.
+// No-ops of the generic node: each returns S_OK and writes nothing, outputs included.
+// To implement one, move its line to dom/node.cpp.
 
 #include "KelXmlLib/node.h"
 
-// One line each.
 // clang-format off
 HRESULT CMorvXMLDOMNode::put_nodeValue(VARIANT) { return S_OK; }
 HRESULT CMorvXMLDOMNode::get_lastChild(IXMLDOMNode**) { return S_OK; }
