@@ -24,20 +24,21 @@ build_first() {
 }
 # Elsewhere, a year later, by another user with another umask, language and time zone.
 build_second() {
-  local folder="$work/second/a longer/name"
+  local folder=$work/second/a/longer/name
   id builder >/dev/null 2>&1 || useradd --create-home builder
   localedef -i tr_TR -f UTF-8 tr_TR.UTF-8
-  mkdir -p "$folder"
-  cp -r "$source" "$folder"
+  mkdir -p $folder
+  cp -r "$source" $folder/sources
   chown -R builder $work/second
-  cd "$folder/$(basename "$source")"
+  cd $folder/sources
   find . -exec touch -d 2001-02-03 {} +
   runuser -u builder -- env -i PATH="$PATH" HOME=/home/builder LC_ALL=tr_TR.UTF-8 TZ=Asia/Tokyo faketime '+400 days 5 hours' \
     bash -euc 'umask 077; dpkg-buildpackage -us -uc -b' >$work/second.log 2>&1 || { tail -40 $work/second.log; return 1; }
 }
 compare() {
   (cd $work/first && sha256sum ./*.deb) | tee $work/checksums
-  cd "$work/second/a longer" && cd name && sha256sum --check --strict $work/checksums
+  cd $work/second/a/longer/name
+  sha256sum --check --strict $work/checksums
 }
 lint() {
   lintian --allow-root --pedantic --fail-on error,warning,pedantic $work/first/*.changes
