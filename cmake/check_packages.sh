@@ -45,7 +45,8 @@ lint() {
 }
 install() {
   apt-get install -y -qq --no-install-recommends $(ls $work/first/*.deb | grep -v dbgsym) >/dev/null
-  hardening-check "$(command -v kelxml)" /usr/lib/*/libKel*.so.?
+  # The C library's start files are not marked for control-flow protection, so no program is. binaries_test looks at ours.
+  hardening-check --nocfprotection "$(command -v kelxml)" /usr/lib/*/libKel*.so.?
 }
 run_tests() {
   autopkgtest --quiet --summary-file=$work/summary $(ls $work/first/*.deb | grep -v dbgsym) "$source" -- null >$work/tests.log 2>&1 ||
