@@ -39,16 +39,91 @@ void compare(Load load, const Prescan& seen, Content&& content, qint64 length, c
     require(tree.length <= length + std::max(kEntityActivationThreshold, kMaxEntityAmplification * length));
 }
 
+/// Writes a document by a grammar: mostly well-formed, with what could be taken for markup wherever it is
+/// none.
+class Grammar
+{
+public:
+    explicit Grammar(Choices& choices) : m_choices(choices) {}
+
+    QString document()
+    {
+        const char* const heads[] = {"", "<?xml version='1.0' encoding='?>'?>", "<!--<a>-->", "<?xmlx '?>"};
+        return one(heads) + (m_choices.oneIn(3) ? QString() : doctype()) + element(0);
+    }
+
+private:
+    template <std::size_t Count>
+    QString one(const char* const (&words)[Count])
+    {
+        return QString::fromLatin1(words[m_choices.below(Count)]);
+    }
+    QString doctype()
+    {
+        QString all = QStringLiteral("<!DOCTYPE r [");
+        while (m_choices.below(4) > 0 && all.size() < 500) {
+            const char* const entities[] = {"<!ENTITY e ", "<!ENTITY f ", "<!ENTITY % p "};
+            const char* const others[] = {"%p;",
+                                          "<!ATTLIST r a CDATA ']>'>",
+                                          "<!NOTATION n SYSTEM ']>'>",
+                                          "<!ELEMENT r (a,(b))>",
+                                          "<?p ]>?>",
+                                          "<!--]>-->"};
+            const char* const words[] = {
+                "",  "x",  "&e;",  "&f;",         "%p;",  "&#34;", "&#39;", "<a>",      "?>",
+                "'", "\"", "<a/>", "<a><a/></a>", "</a>", "]>",    ">",     "&#60;a/>", "&#65596;a/>"};
+            all += m_choices.oneIn(4) ? one(others) : one(entities) + quoted(words) + u'>';
+        }
+        return all + QLatin1String("]>");
+    }
+    template <std::size_t Count>
+    QString quoted(const char* const (&words)[Count])
+    {
+        const QChar quote = m_choices.oneIn(2) ? u'"' : u'\'';
+        QString all;
+        do
+            all += one(words).remove(quote);
+        while (m_choices.oneIn(3));
+        return quote + all + quote;
+    }
+    QString element(int depth)
+    {
+        const char* const values[] = {"&e;", "&f;", "?>", "'", "\"", ">", "&#34;"};
+        const char* const words[] = {
+            "t", "&e;", "&f;", "&lt;", "<![CDATA[]></a>]]>", "<![CDATA[<a>]]]>", "<!--</a>-->", "<?p </a>?>"};
+        QString all = QStringLiteral("<a");
+        if (m_choices.oneIn(3))
+            all += QLatin1String(" b=") + quoted(values);
+        all += u'>';
+        while (m_choices.oneIn(2))
+            all += depth < 20 && m_choices.oneIn(2) ? element(depth + 1) : one(words);
+        return all + QLatin1String("</a>");
+    }
+
+    Choices& m_choices;
+};
+
+void compareText(const QString& text)
+{
+    const kel::Bstr xml(text.toStdWString().c_str());
+    compare([&xml](auto& document, auto* success) { return document.loadXML(xml.get(), success); },
+            prescan(text), text, text.size(), text);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<int>(size));
-    const kel::Bstr xml(QString::fromUtf8(bytes).toStdWString().c_str());
-    const QString text = QString::fromUcs4(reinterpret_cast<const char32_t*>(xml.c_str()));
+    Choices choices(data, size);
+    if (choices.oneIn(2)) {
+        compareText(Grammar(choices).document());
+        return 0;
+    }
+    const std::wstring wide = QString::fromUtf8(bytes).toStdWString();
+    const QString text = QString::fromUcs4(reinterpret_cast<const char32_t*>(wide.c_str()));
     if (!text.isEmpty())
-        compare([&xml](auto& document, auto* success) { return document.loadXML(xml.get(), success); },
-                prescan(text), text, text.size(), text);
+        compareText(text);
 
     write(filePath(), bytes);
     const kel::Variant path(filePath().toStdWString());
