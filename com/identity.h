@@ -6,7 +6,7 @@
 
 #include <initializer_list>
 
-namespace kelxml
+namespace kelxml::com
 {
 
 /// Answers for the identifiers in `answered`, in that order, with the object's own address: the chain of
@@ -44,4 +44,4 @@ ULONG releaseReference(Object& self, ULONG& count) noexcept
     return left;
 }
 
-} // namespace kelxml
+} // namespace kelxml::com

@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-namespace kelxml
+namespace kelxml::dom
 {
 
 // The vtables under their symbols in the C++ ABI of Linux.
@@ -47,4 +47,4 @@ std::optional<Child> recognise(IXMLDOMNode* child)
     return std::nullopt;
 }
 
-} // namespace kelxml
+} // namespace kelxml::dom

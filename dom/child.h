@@ -6,7 +6,7 @@
 
 #include <optional>
 
-namespace kelxml
+namespace kelxml::dom
 {
 
 struct Child
@@ -19,4 +19,4 @@ struct Child
 /// alone: nothing of a foreign object past its first pointer is read, and none of its methods is called.
 std::optional<Child> recognise(IXMLDOMNode* child);
 
-} // namespace kelxml
+} // namespace kelxml::dom

@@ -2,10 +2,10 @@
 
 #include "dom/content.h"
 
-#include "guards/tree.h"
 #include "text/strings.h"
+#include "trees/tree.h"
 
-namespace kelxml
+namespace kelxml::dom
 {
 
 namespace
@@ -16,26 +16,26 @@ void setByType(const NodeRef& element, const QString& name, const VARIANT& value
 {
     switch (value.vt) {
     case VT_BSTR:
-        return guards::setAttribute(element, name, fromWide(value.bstrVal));
+        return trees::setAttribute(element, name, text::fromWide(value.bstrVal));
     case VT_I2:
-        return guards::setAttribute(element, name, qlonglong{value.iVal});
+        return trees::setAttribute(element, name, qlonglong{value.iVal});
     case VT_I4:
     case VT_INT:
-        return guards::setAttribute(element, name, qlonglong{value.lVal});
+        return trees::setAttribute(element, name, qlonglong{value.lVal});
     case VT_I8:
-        return guards::setAttribute(element, name, qlonglong{value.llVal});
+        return trees::setAttribute(element, name, qlonglong{value.llVal});
     case VT_UI2:
-        return guards::setAttribute(element, name, qulonglong{value.uiVal});
+        return trees::setAttribute(element, name, qulonglong{value.uiVal});
     case VT_UI4:
     case VT_UINT:
-        return guards::setAttribute(element, name, qulonglong{value.ulVal});
+        return trees::setAttribute(element, name, qulonglong{value.ulVal});
     case VT_UI8:
-        return guards::setAttribute(element, name, qulonglong{value.ullVal});
+        return trees::setAttribute(element, name, qulonglong{value.ullVal});
     case VT_R4:
-        return guards::setAttribute(element, name, value.fltVal);
+        return trees::setAttribute(element, name, value.fltVal);
     case VT_R8:
     case VT_DATE:
-        return guards::setAttribute(element, name, value.dblVal);
+        return trees::setAttribute(element, name, value.dblVal);
     default:
         return;
     }
@@ -52,7 +52,7 @@ HRESULT giveText(const QString& text, BSTR* out)
 {
     if (!out)
         return S_FALSE;
-    *out = toBstr(text);
+    *out = text::toBstr(text);
     return S_OK;
 }
 
@@ -60,13 +60,13 @@ HRESULT giveValue(const QString& value, VARIANT* out)
 {
     if (!out)
         return S_FALSE;
-    putString(value, out);
+    text::putString(value, out);
     return S_OK;
 }
 
 HRESULT setNodeValue(const NodeRef& self, const wchar_t* text)
 {
-    guards::setNodeValue(self, fromWide(text));
+    trees::setNodeValue(self, text::fromWide(text));
     return S_OK;
 }
 
@@ -74,8 +74,8 @@ HRESULT setAttribute(const NodeRef& element, const wchar_t* name, const VARIANT&
 {
     if (!name)
         return S_FALSE;
-    setByType(element, fromWide(name), value);
+    setByType(element, text::fromWide(name), value);
     return S_OK;
 }
 
-} // namespace kelxml
+} // namespace kelxml::dom

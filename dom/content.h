@@ -4,7 +4,7 @@
 
 #include "dom/wrapper_access.h"
 
-namespace kelxml
+namespace kelxml::dom
 {
 
 HRESULT nodeName(const NodeRef& self, BSTR* name);
@@ -15,4 +15,4 @@ HRESULT setNodeValue(const NodeRef& self, const wchar_t* text);
 /// Sets an attribute through the overload of Qt's that the value's type selects; another type sets nothing.
 HRESULT setAttribute(const NodeRef& element, const wchar_t* name, const VARIANT& value);
 
-} // namespace kelxml
+} // namespace kelxml::dom

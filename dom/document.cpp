@@ -11,7 +11,8 @@
 #include "text/strings.h"
 #include "text/values.h"
 
-using kelxml::refTo;
+using namespace kelxml;
+using dom::refTo;
 
 CMorvXMLDOMDocument::CMorvXMLDOMDocument(const QDomDocument& document) : m_document(document) {}
 
@@ -22,7 +23,7 @@ CMorvXMLDOMDocument::~CMorvXMLDOMDocument()
 
 HRESULT CMorvXMLDOMDocument::CreateMe(void*, const GUID&, void** object)
 {
-    kel::ComPtr<CMorvXMLDOMDocument> document = kelxml::makeOwnerDocument(QDomDocument());
+    kel::ComPtr<CMorvXMLDOMDocument> document = dom::makeOwnerDocument(QDomDocument());
     *object = static_cast<IXMLDOMDocument*>(document.detach());
     return S_OK;
 }
@@ -42,7 +43,7 @@ HRESULT CMorvXMLDOMDocument::get_documentElement(IXMLDOMElement** element)
         return S_FALSE;
     if (!m_documentElement) {
         m_documentElement = kel::ComPtr<CMorvXMLDOMElement>(
-            new CMorvXMLDOMElement(m_document.documentElement(), kelxml::documentOf(*this)));
+            new CMorvXMLDOMElement(m_document.documentElement(), dom::documentOf(*this)));
     }
     *element = kel::ComPtr<CMorvXMLDOMElement>(m_documentElement).detach();
     return S_OK;
@@ -52,35 +53,35 @@ HRESULT CMorvXMLDOMDocument::createNode(VARIANT type, BSTR name, BSTR namespaceU
 {
     if (!name)
         return S_FALSE;
-    const int nodeType = kelxml::readInteger(type);
+    const int nodeType = text::readInteger(type);
     if (nodeType != NODE_ELEMENT && nodeType != NODE_ATTRIBUTE)
         return S_OK;
     if (!node)
         return S_FALSE;
-    const QString qualifiedName = kelxml::fromWide(name);
-    const QString uri = kelxml::fromWide(namespaceURI);
-    kelxml::Handle made = nodeType == NODE_ELEMENT
-                              ? QDomNode(m_document.createElementNS(uri, qualifiedName))
-                              : QDomNode(m_document.createAttributeNS(uri, qualifiedName));
-    kelxml::wrapAs(static_cast<DOMNodeType>(nodeType), std::move(made), kelxml::documentOf(*this), node);
+    const QString qualifiedName = text::fromWide(name);
+    const QString uri = text::fromWide(namespaceURI);
+    qt::MovableNode made = nodeType == NODE_ELEMENT
+                               ? QDomNode(m_document.createElementNS(uri, qualifiedName))
+                               : QDomNode(m_document.createAttributeNS(uri, qualifiedName));
+    dom::wrapAs(static_cast<DOMNodeType>(nodeType), std::move(made), dom::documentOf(*this), node);
     return S_OK;
 }
 
 // One line each, in interface order: what the classes have in common.
 // clang-format off
-HRESULT CMorvXMLDOMDocument::QueryInterface(const GUID& riid, void** ppv) { return kelxml::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMDocument, &IID_IXMLDOMNode}, riid, ppv); }
-ULONG CMorvXMLDOMDocument::AddRef() { return kelxml::addReference(m_refCount); }
-ULONG CMorvXMLDOMDocument::Release() { return kelxml::releaseReference(*this, m_refCount); }
-HRESULT CMorvXMLDOMDocument::get_nodeName(BSTR* name) { return kelxml::nodeName(refTo(*this), name); }
-HRESULT CMorvXMLDOMDocument::get_nodeValue(VARIANT* value) { return kelxml::giveValue(m_document.nodeValue(), value); }
-HRESULT CMorvXMLDOMDocument::get_nodeType(DOMNodeType* type) { return kelxml::reportType(NODE_DOCUMENT, type); }
-HRESULT CMorvXMLDOMDocument::get_parentNode(IXMLDOMNode** parent) { return kelxml::parentNode(refTo(*this), parent); }
-HRESULT CMorvXMLDOMDocument::get_childNodes(IXMLDOMNodeList** list) { return kelxml::childNodes(refTo(*this), list); }
-HRESULT CMorvXMLDOMDocument::get_firstChild(IXMLDOMNode** child) { return kelxml::firstChild(refTo(*this), child); }
-HRESULT CMorvXMLDOMDocument::get_attributes(IXMLDOMNamedNodeMap** map) { return kelxml::attributes(refTo(*this), map); }
-HRESULT CMorvXMLDOMDocument::removeChild(IXMLDOMNode* child, IXMLDOMNode** result) { return kelxml::removeChild(refTo(*this), child, result); }
-HRESULT CMorvXMLDOMDocument::appendChild(IXMLDOMNode* child, IXMLDOMNode** result) { return kelxml::appendChild(refTo(*this), child, result); }
-HRESULT CMorvXMLDOMDocument::hasChildNodes(VARIANT_BOOL* has) { return kelxml::hasChildNodes(refTo(*this), has); }
-HRESULT CMorvXMLDOMDocument::put_text(BSTR text) { return kelxml::setNodeValue(refTo(*this), text); }
-HRESULT CMorvXMLDOMDocument::selectNodes(BSTR query, IXMLDOMNodeList** list) { return kelxml::elementsByTagName(refTo(*this), query, list); }
+HRESULT CMorvXMLDOMDocument::QueryInterface(const GUID& riid, void** ppv) { return com::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMDocument, &IID_IXMLDOMNode}, riid, ppv); }
+ULONG CMorvXMLDOMDocument::AddRef() { return com::addReference(m_refCount); }
+ULONG CMorvXMLDOMDocument::Release() { return com::releaseReference(*this, m_refCount); }
+HRESULT CMorvXMLDOMDocument::get_nodeName(BSTR* name) { return dom::nodeName(refTo(*this), name); }
+HRESULT CMorvXMLDOMDocument::get_nodeValue(VARIANT* value) { return dom::giveValue(m_document.nodeValue(), value); }
+HRESULT CMorvXMLDOMDocument::get_nodeType(DOMNodeType* type) { return dom::reportType(NODE_DOCUMENT, type); }
+HRESULT CMorvXMLDOMDocument::get_parentNode(IXMLDOMNode** parent) { return dom::parentNode(refTo(*this), parent); }
+HRESULT CMorvXMLDOMDocument::get_childNodes(IXMLDOMNodeList** list) { return dom::childNodes(refTo(*this), list); }
+HRESULT CMorvXMLDOMDocument::get_firstChild(IXMLDOMNode** child) { return dom::firstChild(refTo(*this), child); }
+HRESULT CMorvXMLDOMDocument::get_attributes(IXMLDOMNamedNodeMap** map) { return dom::attributes(refTo(*this), map); }
+HRESULT CMorvXMLDOMDocument::removeChild(IXMLDOMNode* child, IXMLDOMNode** result) { return dom::removeChild(refTo(*this), child, result); }
+HRESULT CMorvXMLDOMDocument::appendChild(IXMLDOMNode* child, IXMLDOMNode** result) { return dom::appendChild(refTo(*this), child, result); }
+HRESULT CMorvXMLDOMDocument::hasChildNodes(VARIANT_BOOL* has) { return dom::hasChildNodes(refTo(*this), has); }
+HRESULT CMorvXMLDOMDocument::put_text(BSTR text) { return dom::setNodeValue(refTo(*this), text); }
+HRESULT CMorvXMLDOMDocument::selectNodes(BSTR query, IXMLDOMNodeList** list) { return dom::elementsByTagName(refTo(*this), query, list); }
 // clang-format on

@@ -2,13 +2,15 @@
 
 #include "KelXmlLib/document.h"
 
-#include "guards/memory_room.h"
-#include "guards/parse.h"
-#include "guards/save.h"
+#include "files/memory_room.h"
+#include "parsing/parse.h"
+#include "serialize/save.h"
 #include "text/strings.h"
 #include "text/values.h"
 
 #include <QtCore/QFile>
+
+using namespace kelxml;
 
 namespace
 {
@@ -31,25 +33,25 @@ HRESULT answer(bool isLoaded, VARIANT_BOOL* success)
 HRESULT CMorvXMLDOMDocument::load(VARIANT source, VARIANT_BOOL* success)
 {
     setFlag(success, VARIANT_FALSE);
-    const std::optional<QString> path = kelxml::readPath(source);
-    return answer(path && kelxml::guards::parseFile(m_document, *path), success);
+    const std::optional<QString> path = text::readPath(source);
+    return answer(path && parsing::parseFile(m_document, *path), success);
 }
 
 HRESULT CMorvXMLDOMDocument::loadXML(BSTR xml, VARIANT_BOOL* success)
 {
     setFlag(success, VARIANT_FALSE);
-    return answer(bool(kelxml::guards::parse(m_document, kelxml::fromWide(xml))), success);
+    return answer(bool(parsing::parse(m_document, text::fromWide(xml))), success);
 }
 
 HRESULT CMorvXMLDOMDocument::save(VARIANT destination)
 {
-    const std::optional<QString> path = kelxml::readPath(destination);
-    if (!path || path->isEmpty() || !kelxml::guards::canBeSaved(m_document))
+    const std::optional<QString> path = text::readPath(destination);
+    if (!path || path->isEmpty() || !serialize::canBeSaved(m_document))
         return S_FALSE;
-    kelxml::guards::makeSureOfMemoryForFile();
+    files::makeSureOfMemoryForFile();
     QFile file(*path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
         return S_FALSE;
-    kelxml::guards::save(m_document, file);
+    serialize::save(m_document, file);
     return S_OK;
 }

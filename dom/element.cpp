@@ -8,13 +8,14 @@
 #include "dom/mutation.h"
 #include "dom/navigation.h"
 #include "dom/wrap.h"
-#include "guards/tree.h"
 #include "text/strings.h"
+#include "trees/tree.h"
 
-using kelxml::refTo;
+using namespace kelxml;
+using dom::refTo;
 
-CMorvXMLDOMElement::CMorvXMLDOMElement(kelxml::Handle&& node, const kelxml::DocumentRef& document)
-    : m_node(std::move(node).as<QDomElement>()), m_ownerDocument(kelxml::makeOwnerDocument(document.handle)),
+CMorvXMLDOMElement::CMorvXMLDOMElement(qt::MovableNode&& node, const qt::DocumentRef& document)
+    : m_node(std::move(node).as<QDomElement>()), m_ownerDocument(dom::makeOwnerDocument(document.handle)),
       m_document(document.handle), m_standIn(document.keptStandIn())
 {}
 
@@ -27,43 +28,43 @@ HRESULT CMorvXMLDOMElement::cloneNode(VARIANT_BOOL deep, IXMLDOMNode** result)
 {
     if (!result)
         return S_OK;
-    kelxml::Handle copy = kelxml::guards::cloneNode(refTo(*this), deep != VARIANT_FALSE);
+    qt::MovableNode copy = trees::cloneNode(refTo(*this), deep != VARIANT_FALSE);
     if (copy.isElement())
-        kelxml::wrapAs(NODE_ELEMENT, std::move(copy), kelxml::documentOf(*this), result);
+        dom::wrapAs(NODE_ELEMENT, std::move(copy), dom::documentOf(*this), result);
     return S_OK;
 }
 
 HRESULT CMorvXMLDOMElement::put_text(BSTR text)
 {
-    const QString data = kelxml::fromWide(text);
+    const QString data = text::fromWide(text);
     if (!m_ownerDocument)
         return S_FALSE;
     if (!m_node.isNull())
-        kelxml::guards::replaceFirstChild(refTo(*this), data);
+        trees::replaceFirstChild(refTo(*this), data);
     return S_OK;
 }
 
 // The result of an element that is no child of this one holds no node.
 HRESULT CMorvXMLDOMElement::removeChild(IXMLDOMNode* child, IXMLDOMNode** result)
 {
-    return kelxml::removeChildOfElement(refTo(*this), child, result);
+    return dom::removeChildOfElement(refTo(*this), child, result);
 }
 
 // One line each, in interface order: what the classes have in common.
 // clang-format off
-HRESULT CMorvXMLDOMElement::QueryInterface(const GUID& riid, void** ppv) { return kelxml::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMElement, &IID_IXMLDOMNode}, riid, ppv); }
-ULONG CMorvXMLDOMElement::AddRef() { return kelxml::addReference(m_refCount); }
-ULONG CMorvXMLDOMElement::Release() { return kelxml::releaseReference(*this, m_refCount); }
-HRESULT CMorvXMLDOMElement::get_nodeName(BSTR* name) { return kelxml::nodeName(refTo(*this), name); }
-HRESULT CMorvXMLDOMElement::get_nodeType(DOMNodeType* type) { return kelxml::reportType(NODE_ELEMENT, type); }
-HRESULT CMorvXMLDOMElement::get_parentNode(IXMLDOMNode** parent) { return kelxml::parentNode(refTo(*this), parent); }
-HRESULT CMorvXMLDOMElement::get_childNodes(IXMLDOMNodeList** list) { return kelxml::childNodes(refTo(*this), list); }
-HRESULT CMorvXMLDOMElement::get_firstChild(IXMLDOMNode** child) { return kelxml::firstChild(refTo(*this), child); }
-HRESULT CMorvXMLDOMElement::get_attributes(IXMLDOMNamedNodeMap** map) { return kelxml::attributes(refTo(*this), map); }
-HRESULT CMorvXMLDOMElement::appendChild(IXMLDOMNode* child, IXMLDOMNode** result) { return kelxml::appendChild(refTo(*this), child, result); }
-HRESULT CMorvXMLDOMElement::hasChildNodes(VARIANT_BOOL* has) { return kelxml::hasChildNodes(refTo(*this), has); }
-HRESULT CMorvXMLDOMElement::get_ownerDocument(IXMLDOMDocument** document) { return kelxml::ownerDocument(refTo(*this), m_ownerDocument, document); }
-HRESULT CMorvXMLDOMElement::get_text(BSTR* text) { return kelxml::giveText(m_node.text(), text); }
-HRESULT CMorvXMLDOMElement::selectNodes(BSTR query, IXMLDOMNodeList** list) { return kelxml::elementsByTagName(refTo(*this), query, list); }
-HRESULT CMorvXMLDOMElement::setAttribute(BSTR name, VARIANT value) { return kelxml::setAttribute(refTo(*this), name, value); }
+HRESULT CMorvXMLDOMElement::QueryInterface(const GUID& riid, void** ppv) { return com::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMElement, &IID_IXMLDOMNode}, riid, ppv); }
+ULONG CMorvXMLDOMElement::AddRef() { return com::addReference(m_refCount); }
+ULONG CMorvXMLDOMElement::Release() { return com::releaseReference(*this, m_refCount); }
+HRESULT CMorvXMLDOMElement::get_nodeName(BSTR* name) { return dom::nodeName(refTo(*this), name); }
+HRESULT CMorvXMLDOMElement::get_nodeType(DOMNodeType* type) { return dom::reportType(NODE_ELEMENT, type); }
+HRESULT CMorvXMLDOMElement::get_parentNode(IXMLDOMNode** parent) { return dom::parentNode(refTo(*this), parent); }
+HRESULT CMorvXMLDOMElement::get_childNodes(IXMLDOMNodeList** list) { return dom::childNodes(refTo(*this), list); }
+HRESULT CMorvXMLDOMElement::get_firstChild(IXMLDOMNode** child) { return dom::firstChild(refTo(*this), child); }
+HRESULT CMorvXMLDOMElement::get_attributes(IXMLDOMNamedNodeMap** map) { return dom::attributes(refTo(*this), map); }
+HRESULT CMorvXMLDOMElement::appendChild(IXMLDOMNode* child, IXMLDOMNode** result) { return dom::appendChild(refTo(*this), child, result); }
+HRESULT CMorvXMLDOMElement::hasChildNodes(VARIANT_BOOL* has) { return dom::hasChildNodes(refTo(*this), has); }
+HRESULT CMorvXMLDOMElement::get_ownerDocument(IXMLDOMDocument** document) { return dom::ownerDocument(refTo(*this), m_ownerDocument, document); }
+HRESULT CMorvXMLDOMElement::get_text(BSTR* text) { return dom::giveText(m_node.text(), text); }
+HRESULT CMorvXMLDOMElement::selectNodes(BSTR query, IXMLDOMNodeList** list) { return dom::elementsByTagName(refTo(*this), query, list); }
+HRESULT CMorvXMLDOMElement::setAttribute(BSTR name, VARIANT value) { return dom::setAttribute(refTo(*this), name, value); }
 // clang-format on

@@ -5,9 +5,9 @@
 
 #include "dom/child.h"
 #include "dom/wrap.h"
-#include "guards/tree.h"
+#include "trees/tree.h"
 
-namespace kelxml
+namespace kelxml::dom
 {
 
 namespace
@@ -22,7 +22,7 @@ HRESULT changeAndHandOut(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** 
     const std::optional<Child> known = recognise(child);
     if (!known)
         return S_FALSE;
-    Handle node = change(*known);
+    MovableNode node = change(*known);
     if (!result)
         return S_OK;
     // The object carries the handle of the one that was asked, for a child that may be a node of any
@@ -36,7 +36,7 @@ HRESULT changeAndHandOut(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** 
 HRESULT appendChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result)
 {
     return changeAndHandOut(self, child, result, [&](const Child& known) {
-        guards::appendChild(self, known.ref);
+        trees::appendChild(self, known.ref);
         return known.ref.node;
     });
 }
@@ -44,7 +44,7 @@ HRESULT appendChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** resul
 HRESULT removeChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result)
 {
     return changeAndHandOut(self, child, result, [&](const Child& known) {
-        guards::removeChild(self, known.ref);
+        trees::removeChild(self, known.ref);
         return known.ref.node;
     });
 }
@@ -52,9 +52,9 @@ HRESULT removeChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** resul
 HRESULT removeChildOfElement(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result)
 {
     return changeAndHandOut(self, child, result, [&](const Child& known) {
-        const QDomNode removed = guards::removeChild(self, known.ref);
+        const QDomNode removed = trees::removeChild(self, known.ref);
         return known.type == NODE_ELEMENT ? removed : known.ref.node;
     });
 }
 
-} // namespace kelxml
+} // namespace kelxml::dom

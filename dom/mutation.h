@@ -4,7 +4,7 @@
 
 #include "dom/wrapper_access.h"
 
-namespace kelxml
+namespace kelxml::dom
 {
 
 HRESULT appendChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
@@ -14,4 +14,4 @@ HRESULT removeChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** resul
 /// no child of this element.
 HRESULT removeChildOfElement(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 
-} // namespace kelxml
+} // namespace kelxml::dom

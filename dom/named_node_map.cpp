@@ -4,29 +4,31 @@
 
 #include "com/identity.h"
 #include "dom/wrap.h"
-#include "guards/tree.h"
 #include "serialize/attributes.h"
 #include "text/strings.h"
+#include "trees/tree.h"
 
-CMorvXMLDOMNamedNodeMap::CMorvXMLDOMNamedNodeMap(const QDomNode& node, const kelxml::DocumentRef& document)
-    : m_map(node.attributes()), m_ownerDocument(kelxml::makeOwnerDocument(document.handle)),
+using namespace kelxml;
+
+CMorvXMLDOMNamedNodeMap::CMorvXMLDOMNamedNodeMap(const QDomNode& node, const qt::DocumentRef& document)
+    : m_map(node.attributes()), m_ownerDocument(dom::makeOwnerDocument(document.handle)),
       m_document(document.handle), m_standIn(document.keptStandIn()),
       m_ownerElement(node.isElement() ? node : QDomNode())
 {}
 
 CMorvXMLDOMNamedNodeMap::~CMorvXMLDOMNamedNodeMap()
 {
-    kelxml::WrapperAccess::releaseBefore(m_ownerElement, m_ownerDocument, m_document, m_map);
+    dom::WrapperAccess::releaseBefore(m_ownerElement, m_ownerDocument, m_document, m_map);
 }
 
 HRESULT CMorvXMLDOMNamedNodeMap::getNamedItem(BSTR name, IXMLDOMNode** node)
 {
     if (!name || !node)
         return S_FALSE;
-    kelxml::Handle item = m_map.namedItem(kelxml::fromWide(name));
+    qt::MovableNode item = m_map.namedItem(text::fromWide(name));
     if (item.isNull())
         return S_FALSE;
-    kelxml::wrapForReturn(std::move(item), kelxml::documentOf(*this), node);
+    dom::wrapForReturn(std::move(item), dom::documentOf(*this), node);
     return S_OK;
 }
 
@@ -34,13 +36,13 @@ HRESULT CMorvXMLDOMNamedNodeMap::getNamedItem(BSTR name, IXMLDOMNode** node)
 /// at the first item, and where an attribute has come or gone.
 QDomNode CMorvXMLDOMNamedNodeMap::itemAt(LONG index)
 {
-    if (m_map.length() <= kelxml::serialize::kMostInQtOrder)
+    if (m_map.length() <= serialize::kMostInQtOrder)
         return m_map.item(index);
     const auto at = static_cast<std::size_t>(index);
     if (at == 0 || m_items.size() != static_cast<std::size_t>(m_map.length()) ||
         m_map.namedItem(m_items[at].nodeName()) != m_items[at]) {
-        kelxml::guards::adopt({m_ownerElement, kelxml::documentOf(*this)});
-        m_items = kelxml::serialize::attributesOf(m_ownerElement.toElement());
+        trees::adopt({m_ownerElement, dom::documentOf(*this)});
+        m_items = serialize::attributesOf(m_ownerElement.toElement());
     }
     return m_items[at];
 }
@@ -52,7 +54,7 @@ HRESULT CMorvXMLDOMNamedNodeMap::get_item(LONG index, IXMLDOMNode** node)
     if (index < 0 || index >= m_map.length())
         *node = nullptr;
     else
-        kelxml::wrapForReturn(itemAt(index), kelxml::documentOf(*this), node);
+        dom::wrapForReturn(itemAt(index), dom::documentOf(*this), node);
     return S_OK;
 }
 
@@ -66,7 +68,7 @@ HRESULT CMorvXMLDOMNamedNodeMap::get_length(LONG* length)
 
 // One line each.
 // clang-format off
-HRESULT CMorvXMLDOMNamedNodeMap::QueryInterface(const GUID& riid, void** ppv) { return kelxml::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMNamedNodeMap}, riid, ppv); }
-ULONG CMorvXMLDOMNamedNodeMap::AddRef() { return kelxml::addReference(m_refCount); }
-ULONG CMorvXMLDOMNamedNodeMap::Release() { return kelxml::releaseReference(*this, m_refCount); }
+HRESULT CMorvXMLDOMNamedNodeMap::QueryInterface(const GUID& riid, void** ppv) { return com::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMNamedNodeMap}, riid, ppv); }
+ULONG CMorvXMLDOMNamedNodeMap::AddRef() { return com::addReference(m_refCount); }
+ULONG CMorvXMLDOMNamedNodeMap::Release() { return com::releaseReference(*this, m_refCount); }
 // clang-format on

@@ -3,17 +3,17 @@
 #include "dom/navigation.h"
 
 #include "dom/wrap.h"
-#include "guards/live_list.h"
-#include "guards/tree.h"
+#include "lists/live_list.h"
 #include "text/strings.h"
+#include "trees/tree.h"
 
-namespace kelxml
+namespace kelxml::dom
 {
 
 namespace
 {
 
-HRESULT handOutIfAny(Handle&& node, const DocumentRef& document, IXMLDOMNode** out)
+HRESULT handOutIfAny(MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out)
 {
     if (!out || node.isNull())
         return S_FALSE;
@@ -21,7 +21,7 @@ HRESULT handOutIfAny(Handle&& node, const DocumentRef& document, IXMLDOMNode** o
     return S_OK;
 }
 
-HRESULT handOutList(guards::ListOrigin&& origin, const DocumentRef& document, IXMLDOMNodeList** list)
+HRESULT handOutList(lists::ListOrigin&& origin, const DocumentRef& document, IXMLDOMNodeList** list)
 {
     if (!list)
         return S_FALSE;
@@ -64,7 +64,7 @@ HRESULT attributes(const NodeRef& self, IXMLDOMNamedNodeMap** attributes)
 
 HRESULT elementsByTagName(const NodeRef& self, const wchar_t* name, IXMLDOMNodeList** list)
 {
-    return handOutList({QDomNode(self.node), fromWide(name)}, self.document, list);
+    return handOutList({QDomNode(self.node), text::fromWide(name)}, self.document, list);
 }
 
 HRESULT reportType(DOMNodeType type, DOMNodeType* out)
@@ -81,7 +81,7 @@ HRESULT ownerDocument(const NodeRef& self, kel::ComPtr<CMorvXMLDOMDocument>& own
     if (!document)
         return S_FALSE;
     if (!owner) {
-        const QDomDocument found = guards::ownerDocument(self);
+        const QDomDocument found = trees::ownerDocument(self);
         if (!found.isNull())
             owner = makeOwnerDocument(found);
     }
@@ -89,4 +89,4 @@ HRESULT ownerDocument(const NodeRef& self, kel::ComPtr<CMorvXMLDOMDocument>& own
     return owner ? S_OK : S_FALSE;
 }
 
-} // namespace kelxml
+} // namespace kelxml::dom

@@ -4,7 +4,7 @@
 
 #include "dom/wrapper_access.h"
 
-namespace kelxml
+namespace kelxml::dom
 {
 
 HRESULT parentNode(const NodeRef& self, IXMLDOMNode** parent);
@@ -19,4 +19,4 @@ HRESULT reportType(DOMNodeType type, DOMNodeType* out);
 HRESULT ownerDocument(const NodeRef& self, kel::ComPtr<CMorvXMLDOMDocument>& owner,
                       IXMLDOMDocument** document);
 
-} // namespace kelxml
+} // namespace kelxml::dom

@@ -2,7 +2,7 @@
 
 #include "dom/wrap.h"
 
-namespace kelxml
+namespace kelxml::dom
 {
 
 kel::ComPtr<CMorvXMLDOMDocument> makeOwnerDocument(const QDomDocument& document)
@@ -10,7 +10,7 @@ kel::ComPtr<CMorvXMLDOMDocument> makeOwnerDocument(const QDomDocument& document)
     return kel::ComPtr<CMorvXMLDOMDocument>(new CMorvXMLDOMDocument(document));
 }
 
-void wrapAs(DOMNodeType type, Handle&& node, const DocumentRef& document, IXMLDOMNode** out)
+void wrapAs(DOMNodeType type, MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out)
 {
     switch (type) {
     case NODE_ELEMENT:
@@ -22,10 +22,10 @@ void wrapAs(DOMNodeType type, Handle&& node, const DocumentRef& document, IXMLDO
     }
 }
 
-void wrapForReturn(Handle&& node, const DocumentRef& document, IXMLDOMNode** out)
+void wrapForReturn(MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out)
 {
     const auto type = static_cast<DOMNodeType>(node.nodeType());
     wrapAs(type, std::move(node), document, out);
 }
 
-} // namespace kelxml
+} // namespace kelxml::dom

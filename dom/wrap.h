@@ -3,10 +3,12 @@
 #pragma once
 
 #include "dom/wrapper_access.h"
-#include "guards/handle.h"
+#include "qt/movable_node.h"
 
-namespace kelxml
+namespace kelxml::dom
 {
+
+using qt::MovableNode;
 
 /// A new document object over a document handle, with the one reference that the pointer holds.
 kel::ComPtr<CMorvXMLDOMDocument> makeOwnerDocument(const QDomDocument& document);
@@ -22,9 +24,9 @@ void handOut(Source&& source, const DocumentRef& document, Interface** out)
 
 /// Wraps a node as the class that goes with `type`: element, attribute or, for all others, generic node. The
 /// node is of that type, or null.
-void wrapAs(DOMNodeType type, Handle&& node, const DocumentRef& document, IXMLDOMNode** out);
+void wrapAs(DOMNodeType type, MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out);
 
 /// Wraps a node as what it is; a null node becomes a generic node that holds none.
-void wrapForReturn(Handle&& node, const DocumentRef& document, IXMLDOMNode** out);
+void wrapForReturn(MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out);
 
-} // namespace kelxml
+} // namespace kelxml::dom

@@ -8,10 +8,13 @@
 #include "KelXmlLib/named_node_map.h"
 #include "KelXmlLib/node.h"
 #include "KelXmlLib/node_list.h"
-#include "guards/node_ref.h"
+#include "qt/node_ref.h"
 
-namespace kelxml
+namespace kelxml::dom
 {
+
+using qt::DocumentRef;
+using qt::NodeRef;
 
 // The classes are not of standard layout; GCC and Clang define offsetof for them all the same.
 #pragma GCC diagnostic push
@@ -100,4 +103,4 @@ DocumentRef documentOf(const Wrapper& wrapper)
     return WrapperAccess::documentOf(wrapper);
 }
 
-} // namespace kelxml
+} // namespace kelxml::dom

@@ -3,13 +3,13 @@
 
 #include "KelXmlLib/filer_wrapper.h"
 
-#include "guards/memory_room.h"
+#include "files/memory_room.h"
 #include "text/strings.h"
 
 #include <QtCore/QFile>
 #include <new>
 
-using kelxml::charactersFromWide;
+using kelxml::text::charactersFromWide;
 using KelXmlLib::eStatus;
 
 namespace
@@ -70,9 +70,9 @@ IKelXmlFiler::~IKelXmlFiler() = default;
 
 KelXmlFilerWrapper::KelXmlFilerWrapper()
 {
-    if (!kelxml::hasCodecs())
+    if (!kelxml::text::hasCodecs())
         return;
-    kelxml::guards::makeSureOfMemoryForFile();
+    kelxml::files::makeSureOfMemoryForFile();
     new (&m_writer) QXmlStreamWriter;
     m_hasWriter = true;
 }
@@ -85,7 +85,7 @@ KelXmlFilerWrapper::KelXmlFilerWrapper(const wchar_t* path, KelXmlLib::eEncoding
         return;
     m_autoFormat = autoFormat;
     m_secondFlag = secondFlag;
-    const std::optional<QString> name = kelxml::pathFromWide(path);
+    const std::optional<QString> name = kelxml::text::pathFromWide(path);
     if (!name)
         return;
     m_file = std::make_unique<TextFile>(*name);
@@ -109,7 +109,7 @@ eStatus KelXmlFilerWrapper::forward(std::initializer_list<const wchar_t*> requir
 {
     return whenPresent(required, [&] {
         Texts ofNoFile;
-        if (kelxml::hasCodecs())
+        if (kelxml::text::hasCodecs())
             write(m_writer, m_file ? static_cast<TextFile&>(*m_file).texts : ofNoFile);
     });
 }

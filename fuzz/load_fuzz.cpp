@@ -2,14 +2,14 @@
 // nothing deeper and nothing longer than the prescan said, and a text beyond the bounds is refused
 // with the earlier tree in place.
 
-#include "guards/limits.h"
-#include "guards/prescan.h"
+#include "limits/limits.h"
+#include "parsing/prescan.h"
 #include "support.h"
 #include "support/beside_qt.h"
 
 #include <QtCore/QBuffer>
 
-using namespace kelxml::guards;
+using namespace kelxml;
 using namespace kelfuzz;
 
 namespace

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "KelXmlLib/kel.h"
-#include "guards/handle.h"
-#include "guards/node_ref.h"
+#include "qt/movable_node.h"
+#include "qt/node_ref.h"
 
 #include <QtXml/QDomDocument>
 
@@ -21,7 +21,7 @@ struct State
 {
     QDomNode ownerElement;
     QDomDocument document; ///< not null unless the node is
-    kelxml::Handle node;
+    kelxml::qt::MovableNode node;
 };
 
 struct Access
@@ -43,23 +43,23 @@ struct Access
 
     /// \param node of the kind that `Value` is for, or null
     template <class Value = Node>
-    static Value make(kelxml::Handle&& node, const QDomDocument& document)
+    static Value make(kelxml::qt::MovableNode&& node, const QDomDocument& document)
     {
         Value value = null<Value>();
         assign(value, std::move(node), document);
         return value;
     }
-    static void assign(Node& value, kelxml::Handle&& node, const QDomDocument& document);
+    static void assign(Node& value, kelxml::qt::MovableNode&& node, const QDomDocument& document);
 
     /// The node as an element, or what it is of another kind; null if it is something else.
     template <class Kind>
     static Kind as(const Node& value)
     {
-        return kelxml::Handle(of(value).node).as<Kind>();
+        return kelxml::qt::MovableNode(of(value).node).as<Kind>();
     }
 };
 
-inline const kelxml::Handle& nodeOf(const Node& value) noexcept
+inline const kelxml::qt::MovableNode& nodeOf(const Node& value) noexcept
 {
     return Access::of(value).node;
 }
@@ -67,7 +67,7 @@ inline const QDomDocument& documentOf(const Node& value) noexcept
 {
     return Access::of(value).document;
 }
-inline kelxml::NodeRef refTo(const Node& value) noexcept
+inline kelxml::qt::NodeRef refTo(const Node& value) noexcept
 {
     return {nodeOf(value), {documentOf(value)}};
 }

@@ -1,11 +1,11 @@
 // Children: found by a walk over Qt's links, changed through the guards.
 
-#include "guards/edit.h"
-#include "guards/tree.h"
 #include "layer/access.h"
 #include "layer/refuse.h"
 #include "layer/selection.h"
 #include "layer/text.h"
+#include "trees/edit.h"
+#include "trees/tree.h"
 
 namespace kel
 {
@@ -14,7 +14,7 @@ using detail::Access;
 using detail::documentOf;
 using detail::nodeOf;
 using detail::refTo;
-using kelxml::Handle;
+using kelxml::qt::MovableNode;
 
 namespace
 {
@@ -67,7 +67,7 @@ Element madeElement(const Node& parent, TextView name, const char* action)
 
 Element Container::child(TextView name) const
 {
-    Handle found = detail::firstNamed(nodeOf(*this).firstChild(), detail::toText(name));
+    MovableNode found = detail::firstNamed(nodeOf(*this).firstChild(), detail::toText(name));
     return Access::make<Element>(std::move(found), documentOf(*this));
 }
 
@@ -120,7 +120,7 @@ Element Container::append(TextView name, const Value& text)
 void Container::append(const Node& node)
 {
     requireFit(*this, node, {}, kAppending);
-    detail::require(kelxml::guards::append(refTo(*this), refTo(node)), kAppending);
+    detail::require(kelxml::trees::append(refTo(*this), refTo(node)), kAppending);
 }
 
 Node Container::appendComment(TextView text)
@@ -155,19 +155,19 @@ Element Container::insertBefore(TextView name, const Node& reference)
 void Container::insertBefore(const Node& node, const Node& reference)
 {
     requireFit(*this, node, {}, kInserting);
-    detail::require(kelxml::guards::insertBefore(refTo(*this), refTo(node), refTo(reference)), kInserting);
+    detail::require(kelxml::trees::insertBefore(refTo(*this), refTo(node), refTo(reference)), kInserting);
 }
 
 void Container::replace(const Node& child, const Node& replacement)
 {
     requireFit(*this, replacement, child, kReplacing);
-    detail::require(kelxml::guards::replace(refTo(*this), refTo(child), refTo(replacement)), kReplacing);
+    detail::require(kelxml::trees::replace(refTo(*this), refTo(child), refTo(replacement)), kReplacing);
 }
 
 void Container::remove(const Node& child)
 {
     requireNotNull(*this, child, kRemoving);
-    detail::require(kelxml::guards::remove(refTo(*this), refTo(child)), kRemoving);
+    detail::require(kelxml::trees::remove(refTo(*this), refTo(child)), kRemoving);
 }
 
 } // namespace kel

@@ -1,26 +1,26 @@
-// Documents. What `guards/parse` says becomes an error.
+// Documents. What `parsing/parse` says becomes an error.
 
 #include "KelXmlLib/kel/document.h"
 
 #include "dom/wrap.h"
-#include "guards/limits.h"
-#include "guards/parse.h"
-#include "guards/tree.h"
 #include "layer/access.h"
 #include "layer/options.h"
 #include "layer/refuse.h"
 #include "layer/saving.h"
 #include "layer/text.h"
+#include "limits/limits.h"
+#include "parsing/parse.h"
 #include "text/strings.h"
+#include "trees/tree.h"
 
 namespace kel
 {
 
 using detail::Access;
 using detail::documentOf;
-using kelxml::guards::Limit;
-using kelxml::guards::ParseFailure;
-using kelxml::guards::ParseResult;
+using kelxml::limits::Limit;
+using kelxml::parsing::ParseFailure;
+using kelxml::parsing::ParseResult;
 
 namespace
 {
@@ -35,12 +35,12 @@ QDomDocument newDocument()
 
 std::string reasonOf(Limit limit)
 {
-    namespace guards = kelxml::guards;
+    namespace limits = kelxml::limits;
     switch (limit) {
     case Limit::Nesting:
-        return "nested deeper than " + std::to_string(guards::kMaxNesting) + " levels";
+        return "nested deeper than " + std::to_string(limits::kMaxNesting) + " levels";
     case Limit::EntityDeclarations:
-        return "more than " + std::to_string(guards::kMaxEntityDeclarations) + " entity declarations";
+        return "more than " + std::to_string(limits::kMaxEntityDeclarations) + " entity declarations";
     case Limit::EntitySearch:
         return "entities that are too many and too long to be searched";
     case Limit::EntityText:
@@ -48,9 +48,9 @@ std::string reasonOf(Limit limit)
     case Limit::TextLength:
         return "too much text in one text or attribute";
     case Limit::FileBytes:
-        return "larger than " + std::to_string(guards::kMaxFileBytes >> 20) + " MiB";
+        return "larger than " + std::to_string(limits::kMaxFileBytes >> 20) + " MiB";
     case Limit::UnsizedBytes:
-        return "a device with more than " + std::to_string(guards::kMaxUnsizedBytes >> 20) + " MiB";
+        return "a device with more than " + std::to_string(limits::kMaxUnsizedBytes >> 20) + " MiB";
     case Limit::Stack:
         return "nested too deep for the free stack of this thread";
     case Limit::None:
@@ -94,7 +94,7 @@ Document::Document(IXMLDOMDocument& document) : Container(document)
 {
     if (*this)
         return;
-    kelxml::WrapperAccess::makeDocument(static_cast<CMorvXMLDOMDocument&>(document));
+    kelxml::dom::WrapperAccess::makeDocument(static_cast<CMorvXMLDOMDocument&>(document));
     Node::operator=(Node(document));
 }
 
@@ -103,9 +103,9 @@ Document Document::load(const std::filesystem::path& path)
     Document document;
     QDomDocument content = documentOf(document);
     const std::string& name = path.native();
-    if (!kelxml::hasCodecs() || name.find('\0') != std::string::npos)
+    if (!kelxml::text::hasCodecs() || name.find('\0') != std::string::npos)
         throw LoadError(LoadError::Kind::unreadable, name, detail::reason::kPath);
-    requireParsed(kelxml::guards::parseFile(content, name), name);
+    requireParsed(kelxml::parsing::parseFile(content, name), name);
     return document;
 }
 
@@ -113,7 +113,7 @@ Document Document::parse(TextView text)
 {
     Document document;
     QDomDocument content = documentOf(document);
-    requireParsed(kelxml::guards::parse(content, detail::toText(text)), {});
+    requireParsed(kelxml::parsing::parse(content, detail::toText(text)), {});
     return document;
 }
 
@@ -136,7 +136,7 @@ Document Document::clone() const
 {
     if (!*this)
         return Access::null<Document>();
-    return Access::make<Document>(kelxml::guards::cloneNode(detail::refTo(*this), true), documentOf(*this));
+    return Access::make<Document>(kelxml::trees::cloneNode(detail::refTo(*this), true), documentOf(*this));
 }
 
 ComPtr<IXMLDOMDocument> Document::get() const

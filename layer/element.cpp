@@ -3,12 +3,12 @@
 #include "KelXmlLib/kel/element.h"
 
 #include "dom/wrap.h"
-#include "guards/edit.h"
-#include "guards/tree.h"
 #include "layer/access.h"
 #include "layer/refuse.h"
 #include "layer/text.h"
 #include "serialize/attributes.h"
+#include "trees/edit.h"
+#include "trees/tree.h"
 
 #include <algorithm>
 
@@ -27,7 +27,8 @@ namespace
 template <class Interface, class Wrapper>
 ComPtr<Interface> objectFor(const Node& node)
 {
-    return node ? ComPtr<Interface>(new Wrapper(kelxml::Handle(nodeOf(node)), {documentOf(node)})) : nullptr;
+    return node ? ComPtr<Interface>(new Wrapper(kelxml::qt::MovableNode(nodeOf(node)), {documentOf(node)}))
+                : nullptr;
 }
 
 QDomNamedNodeMap attributesOf(const Element& element)
@@ -71,13 +72,13 @@ void Element::setAttribute(TextView name, const Value& value)
 {
     requireElement(*this, "setting an attribute");
     const QString text = detail::toContent(value.text());
-    kelxml::guards::setAttribute(refTo(*this), detail::toName(name), text);
+    kelxml::trees::setAttribute(refTo(*this), detail::toName(name), text);
 }
 
 bool Element::removeAttribute(TextView name)
 {
     requireElement(*this, "removing an attribute");
-    return kelxml::guards::removeAttribute(refTo(*this), detail::toText(name));
+    return kelxml::trees::removeAttribute(refTo(*this), detail::toText(name));
 }
 
 Node Element::appendText(const Value& text)
@@ -126,7 +127,7 @@ Attributes::Iterator Attributes::begin() const
 {
     if (empty())
         return {};
-    kelxml::guards::adopt(refTo(m_element));
+    kelxml::trees::adopt(refTo(m_element));
     auto attributes = std::make_shared<std::vector<Attribute>>();
     for (QDomNode& found : kelxml::serialize::attributesOf(Access::as<QDomElement>(m_element)))
         attributes->push_back(Access::make<Attribute>(std::move(found), documentOf(m_element)));

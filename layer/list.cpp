@@ -9,50 +9,50 @@
 namespace kel::detail
 {
 
-using kelxml::Handle;
+using kelxml::qt::MovableNode;
 
 namespace
 {
 
 /// The node after the subtree of `node` in document order; null at the end of `origin`'s.
-Handle afterSubtree(Handle node, const QDomNode& origin)
+MovableNode afterSubtree(MovableNode node, const QDomNode& origin)
 {
-    Handle next;
+    MovableNode next;
     for (; next.isNull() && !node.isNull() && node != origin; node = node.parentNode())
         next = node.nextSibling();
     return next;
 }
 
 /// What the walk looks at after `node`, which is in its place.
-Handle following(const Handle& node, const Selection& selection)
+MovableNode following(const MovableNode& node, const Selection& selection)
 {
     if (!selection.deep)
         return node.nextSibling();
-    Handle child = node.firstChild();
+    MovableNode child = node.firstChild();
     return child.isNull() ? afterSubtree(node, nodeOf(selection.origin)) : child;
 }
 
 /// `at`, or the first node after it that is selected.
-Handle firstSelected(Handle at, const Selection& selection)
+MovableNode firstSelected(MovableNode at, const Selection& selection)
 {
     while (!at.isNull() && !selection.matches(at))
         at = following(at, selection);
     return at;
 }
 
-Handle firstSelected(const Selection& selection)
+MovableNode firstSelected(const Selection& selection)
 {
     return firstSelected(nodeOf(selection.origin).firstChild(), selection);
 }
 
 } // namespace
 
-bool Selection::matches(const Handle& node) const
+bool Selection::matches(const MovableNode& node) const
 {
     return (!elementsOnly || node.isElement()) && (name.isNull() || node.nodeName() == name);
 }
 
-Handle firstNamed(Handle&& node, const QString& name)
+MovableNode firstNamed(MovableNode&& node, const QString& name)
 {
     return firstSelected(std::move(node), {name, true, false});
 }
@@ -66,8 +66,8 @@ Walk::Walk(std::shared_ptr<const Selection> selection, Node& current) : m_select
 void Walk::next(Node& current)
 {
     const QDomNode& parent = nodeOf(m_parent);
-    const Handle& after = nodeOf(m_after);
-    Handle at;
+    const MovableNode& after = nodeOf(m_after);
+    MovableNode at;
     if (nodeOf(current).parentNode() == parent)
         at = following(nodeOf(current), *m_selection);
     else if (after.parentNode() == parent)
@@ -88,7 +88,7 @@ std::size_t count(const std::shared_ptr<const Selection>& selection)
 {
     std::size_t count = 0;
     if (selection)
-        for (Handle at = firstSelected(*selection); !at.isNull(); ++count)
+        for (MovableNode at = firstSelected(*selection); !at.isNull(); ++count)
             at = firstSelected(following(at, *selection), *selection);
     return count;
 }

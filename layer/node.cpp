@@ -5,12 +5,12 @@
 #include "KelComWrapper/error.h"
 #include "dom/child.h"
 #include "dom/wrap.h"
-#include "guards/edit.h"
-#include "guards/tree.h"
 #include "layer/access.h"
 #include "layer/options.h"
 #include "layer/refuse.h"
 #include "layer/text.h"
+#include "trees/edit.h"
+#include "trees/tree.h"
 
 #include <memory>
 #include <new>
@@ -24,10 +24,10 @@ using detail::nodeOf;
 using detail::refTo;
 using detail::State;
 
-void detail::Access::assign(Node& value, kelxml::Handle&& node, const QDomDocument& document)
+void detail::Access::assign(Node& value, kelxml::qt::MovableNode&& node, const QDomDocument& document)
 {
     State& state = of(value);
-    state.ownerElement = kelxml::guards::ownerElementOf(node);
+    state.ownerElement = kelxml::trees::ownerElementOf(node);
     if (state.document != document)
         state.document = document;
     if (node.isDocument())
@@ -43,7 +43,7 @@ Node::Node() noexcept
 
 Node::Node(IXMLDOMNode& node) : Node()
 {
-    const std::optional<kelxml::Child> known = kelxml::recognise(&node);
+    const std::optional<kelxml::dom::Child> known = kelxml::dom::recognise(&node);
     if (!known)
         detail::refuse("taking a node", detail::reason::kForeign);
     Access::assign(*this, QDomNode(known->ref.node), known->ref.document.living());
@@ -69,9 +69,9 @@ Node& Node::operator=(Node&& other) noexcept
 {
     State& mine = Access::of(*this);
     State& its = Access::of(other);
-    kelxml::Handle::exchange(mine.node, its.node);
-    kelxml::Handle::exchange(mine.document, its.document);
-    kelxml::Handle::exchange(mine.ownerElement, its.ownerElement);
+    kelxml::qt::MovableNode::exchange(mine.node, its.node);
+    kelxml::qt::MovableNode::exchange(mine.document, its.document);
+    kelxml::qt::MovableNode::exchange(mine.ownerElement, its.ownerElement);
     return *this;
 }
 
@@ -106,7 +106,7 @@ bool Node::readText(detail::Target target) const
         return false;
     if (!nodeOf(*this).isElement())
         return detail::assign(nodeOf(*this).nodeValue(), target);
-    const kelxml::Handle first = nodeOf(*this).firstChild();
+    const kelxml::qt::MovableNode first = nodeOf(*this).firstChild();
     if (first.isText() && first.nextSibling().isNull())
         return detail::assign(first.nodeValue(), target);
     return detail::assign(Access::as<QDomElement>(*this).text(), target);
@@ -120,7 +120,7 @@ void Node::setText(const Value& text)
     case NodeKind::none:
         detail::refuse(kAction, detail::reason::kNull);
     case NodeKind::element:
-        return kelxml::guards::replaceContent(refTo(*this), data);
+        return kelxml::trees::replaceContent(refTo(*this), data);
     case NodeKind::document:
         detail::refuse(kAction, detail::reason::kTextInDocument);
     case NodeKind::comment:
@@ -135,42 +135,42 @@ void Node::setText(const Value& text)
     default:
         break;
     }
-    kelxml::guards::setNodeValue(refTo(*this), data);
+    kelxml::trees::setNodeValue(refTo(*this), data);
 }
 
 Element Node::parent() const
 {
-    kelxml::Handle parent = nodeOf(*this).parentNode();
+    kelxml::qt::MovableNode parent = nodeOf(*this).parentNode();
     return parent.isElement() ? Access::make<Element>(std::move(parent), documentOf(*this)) : Element();
 }
 
 Node Node::nextSibling() const
 {
-    return Access::make(kelxml::guards::nextSibling(nodeOf(*this)), documentOf(*this));
+    return Access::make(kelxml::trees::nextSibling(nodeOf(*this)), documentOf(*this));
 }
 
 Node Node::previousSibling() const
 {
-    return Access::make(kelxml::guards::previousSibling(nodeOf(*this)), documentOf(*this));
+    return Access::make(kelxml::trees::previousSibling(nodeOf(*this)), documentOf(*this));
 }
 
 Document Node::document() const
 {
     if (!*this)
         return Access::null<Document>();
-    const QDomDocument document = kelxml::guards::ownerDocument(refTo(*this));
+    const QDomDocument document = kelxml::trees::ownerDocument(refTo(*this));
     const QDomDocument& known = document.isNull() ? documentOf(*this) : document;
     return Access::make<Document>(QDomNode(known), known);
 }
 
 Node Node::clone() const
 {
-    return Access::make(kelxml::guards::cloneNode(refTo(*this), true), documentOf(*this));
+    return Access::make(kelxml::trees::cloneNode(refTo(*this), true), documentOf(*this));
 }
 
 std::string Node::toString(const SaveOptions& options) const
 {
-    kelxml::guards::adopt(refTo(*this));
+    kelxml::trees::adopt(refTo(*this));
     return kelxml::serialize::textOf(nodeOf(*this), detail::optionsOf(options)).toStdString();
 }
 
@@ -178,7 +178,7 @@ ComPtr<IXMLDOMNode> Node::get() const
 {
     ComPtr<IXMLDOMNode> object;
     if (*this)
-        kelxml::wrapForReturn(kelxml::Handle(nodeOf(*this)), {documentOf(*this)}, object.put());
+        kelxml::dom::wrapForReturn(kelxml::qt::MovableNode(nodeOf(*this)), {documentOf(*this)}, object.put());
     return object;
 }
 

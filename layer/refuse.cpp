@@ -3,7 +3,7 @@
 #include "layer/refuse.h"
 
 #include "KelComWrapper/error.h"
-#include "guards/limits.h"
+#include "limits/limits.h"
 
 namespace kel::detail
 {
@@ -11,14 +11,14 @@ namespace kel::detail
 namespace
 {
 
-std::string reasonOf(kelxml::guards::Refusal refusal)
+std::string reasonOf(kelxml::trees::Refusal refusal)
 {
-    using kelxml::guards::Refusal;
+    using kelxml::trees::Refusal;
     switch (refusal) {
     case Refusal::Ring:
         return "the node contains the one that it should go into";
     case Refusal::TooDeep:
-        return "the tree would become deeper than " + std::to_string(kelxml::guards::kMaxElementDepth) +
+        return "the tree would become deeper than " + std::to_string(kelxml::limits::kMaxElementDepth) +
                " elements";
     case Refusal::PlacedAttribute:
         return "the attribute is on an element";
@@ -39,9 +39,9 @@ void refuse(const char* action, const std::string& reason)
     throw Error(E_INVALIDARG, action, reason);
 }
 
-void require(kelxml::guards::Refusal refusal, const char* action)
+void require(kelxml::trees::Refusal refusal, const char* action)
 {
-    if (refusal != kelxml::guards::Refusal::None)
+    if (refusal != kelxml::trees::Refusal::None)
         refuse(action, reasonOf(refusal));
 }
 

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "guards/edit.h"
+#include "trees/edit.h"
 
 #include <string>
 
@@ -28,7 +28,7 @@ constexpr const char* kPath = "the path has a zero in it, or the process is endi
 [[noreturn]] void refuse(const char* action, const std::string& reason);
 
 /// \throw Error unless the change was made
-void require(kelxml::guards::Refusal refusal, const char* action);
+void require(kelxml::trees::Refusal refusal, const char* action);
 
 /// \throw Error for a text that would end a comment
 void requireComment(const QString& text, const char* action);

@@ -2,7 +2,7 @@
 
 #include "layer/saving.h"
 
-#include "guards/memory_room.h"
+#include "files/memory_room.h"
 #include "layer/refuse.h"
 #include "text/strings.h"
 
@@ -12,12 +12,12 @@ namespace kel::detail
 namespace
 {
 
-kelxml::serialize::FileReplacement replacementOf(const std::string& path)
+kelxml::files::FileReplacement replacementOf(const std::string& path)
 {
-    if (!kelxml::hasCodecs() || path.find('\0') != std::string::npos)
+    if (!kelxml::text::hasCodecs() || path.find('\0') != std::string::npos)
         throw SaveError(path, reason::kPath);
-    kelxml::guards::makeSureOfMemoryForFile();
-    return kelxml::serialize::FileReplacement(path);
+    kelxml::files::makeSureOfMemoryForFile();
+    return kelxml::files::FileReplacement(path);
 }
 
 } // namespace

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "KelXmlLib/kel/errors.h"
-#include "serialize/file_replacement.h"
+#include "files/file_replacement.h"
 
 #include <QtCore/QByteArray>
 
@@ -38,7 +38,7 @@ public:
 
 private:
     std::string m_path;
-    kelxml::serialize::FileReplacement m_file;
+    kelxml::files::FileReplacement m_file;
 };
 
 } // namespace kel::detail

@@ -16,7 +16,7 @@ struct Selection
     bool deep = false; ///< all that is below, not only children
     Node origin = {};
 
-    bool matches(const kelxml::Handle& node) const;
+    bool matches(const kelxml::qt::MovableNode& node) const;
 };
 
 /// \return an empty list for null
@@ -30,6 +30,6 @@ List<Item> select(const Node& origin, Selection selection)
 }
 
 /// The first element of that name from a node on, along its siblings.
-kelxml::Handle firstNamed(kelxml::Handle&& node, const QString& name);
+kelxml::qt::MovableNode firstNamed(kelxml::qt::MovableNode&& node, const QString& name);
 
 } // namespace kel::detail

@@ -187,7 +187,7 @@ QString toCharacters(TextView text)
         return toText(text);
     const std::wstring wide(text.wide());
     requireNoZero(wide.find(L'\0') == std::wstring::npos);
-    return kelxml::charactersFromWide(wide.c_str());
+    return kelxml::text::charactersFromWide(wide.c_str());
 }
 
 QString toName(TextView name)

@@ -33,7 +33,7 @@ using Sink = std::function<void(const QByteArray& bytes)>;
 ///
 /// Recursion is avoided, so the depth of the tree does not matter. With `AttributeOrder::ofQt`, an element of
 /// more than 2,000 attributes is written in an arbitrary order.
-/// \param node may be null, which writes nothing. Its document must be alive, which `guards::adopt` ensures.
+/// \param node may be null, which writes nothing. Its document must be alive, which `trees::adopt` ensures.
 /// A node without a parent is taken to have no siblings: the links that Qt left in it may be bad. \param
 /// write called with pieces of at least 16,384 characters, except the last \throw std::bad_alloc, and what
 /// `write` throws

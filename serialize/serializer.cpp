@@ -1,7 +1,7 @@
 // The layout is Qt's, oddities included: every element in a namespace declares it, and comments and
 // instructions end their line whatever the indent is.
 
-#include "guards/handle.h"
+#include "qt/movable_node.h"
 #include "serialize/attributes.h"
 #include "serialize/output.h"
 #include "serialize/serialize.h"
@@ -57,7 +57,7 @@ struct Attribute
             name = node.prefix() + u':' + name;
     }
 
-    Handle node;
+    qt::MovableNode node;
     QString name; ///< as it is written
 
     friend bool operator<(const Attribute& one, const Attribute& other)
@@ -78,14 +78,14 @@ private:
     /// A node whose children are being written.
     struct Open
     {
-        Handle node;
+        qt::MovableNode node;
         QString name; ///< of an element as it is written, else null
     };
 
-    Handle begin(const QDomNode& node, bool isAfterText);
+    qt::MovableNode begin(const QDomNode& node, bool isAfterText);
     void end(const Open& open, bool isAfterText);
     void endLineAfter(const QDomNode& node, const QDomNode& next);
-    Handle beginElement(const QDomNode& node, bool isAfterText);
+    qt::MovableNode beginElement(const QDomNode& node, bool isAfterText);
     void writeAttributes(const QDomElement& element);
     void writeAttribute(const Attribute& attribute, QSet<QString>* declared);
     void writeText(const QDomNode& text);
@@ -119,9 +119,9 @@ void Serializer::write(const QDomNode& root)
     m_depth = root.isDocument() ? 0 : 1;
     m_isTypeDue = root.isDocument();
     bool isAfterText = hasSiblings && root.previousSibling().isText();
-    for (Handle node{QDomNode(root)}; !node.isNull();) {
+    for (qt::MovableNode node{QDomNode(root)}; !node.isNull();) {
         m_output.flushIfLong();
-        Handle next = begin(node, isAfterText);
+        qt::MovableNode next = begin(node, isAfterText);
         isAfterText = false;
         if (!next.isNull()) {
             m_open.push_back({std::move(node), m_name});
@@ -129,7 +129,7 @@ void Serializer::write(const QDomNode& root)
             continue;
         }
         for (;;) {
-            next = m_open.empty() && !hasSiblings ? Handle() : Handle(node.nextSibling());
+            next = m_open.empty() && !hasSiblings ? qt::MovableNode() : qt::MovableNode(node.nextSibling());
             endLineAfter(node, next);
             if (m_open.empty())
                 return;
@@ -145,7 +145,7 @@ void Serializer::write(const QDomNode& root)
 }
 
 /// Writes a node up to its children. \return the first child that is to be written
-Handle Serializer::begin(const QDomNode& node, bool isAfterText)
+qt::MovableNode Serializer::begin(const QDomNode& node, bool isAfterText)
 {
     if (m_isTypeDue && m_open.size() == 1)
         writeTypeBefore(node);
@@ -204,7 +204,7 @@ void Serializer::endLineAfter(const QDomNode& node, const QDomNode& next)
         put(u'\n');
 }
 
-Handle Serializer::beginElement(const QDomNode& node, bool isAfterText)
+qt::MovableNode Serializer::beginElement(const QDomNode& node, bool isAfterText)
 {
     if (!isAfterText)
         indent();
@@ -223,7 +223,7 @@ Handle Serializer::beginElement(const QDomNode& node, bool isAfterText)
         put(u'"');
     }
     writeAttributes(node.toElement());
-    Handle child = node.firstChild();
+    qt::MovableNode child = node.firstChild();
     if (child.isNull()) {
         put(u"/>");
         return child;
@@ -312,19 +312,19 @@ void Serializer::writeType(const QDomDocumentType& type)
 /// \param map the notations or the entities of the type, which are its children as well
 void Serializer::writeDeclarations(const QDomDocumentType& type, const QDomNamedNodeMap& map)
 {
-    std::vector<Handle> nodes;
+    std::vector<qt::MovableNode> nodes;
     if (m_options.attributeOrder == AttributeOrder::ofQt && map.count() <= kMostInQtOrder)
         for (int index = 0; index < map.count(); ++index)
             nodes.emplace_back(map.item(index));
     else
-        for (Handle child = type.firstChild(); !child.isNull(); child = child.nextSibling())
+        for (qt::MovableNode child = type.firstChild(); !child.isNull(); child = child.nextSibling())
             if (map.namedItem(child.nodeName()) == child)
                 nodes.push_back(child);
     if (m_options.attributeOrder == AttributeOrder::byName)
         std::sort(nodes.begin(), nodes.end(), [](const QDomNode& one, const QDomNode& other) {
             return one.nodeName() < other.nodeName();
         });
-    for (const Handle& node : nodes) {
+    for (const qt::MovableNode& node : nodes) {
         begin(node, false);
         m_output.flushIfLong();
     }

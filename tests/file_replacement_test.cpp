@@ -1,6 +1,6 @@
 // What is on the disk after a replacement, and after one that failed.
 
-#include "serialize/file_replacement.h"
+#include "files/file_replacement.h"
 #include "support/require.h"
 
 #include <QtCore/QDir>
@@ -16,7 +16,7 @@
 #include <thread>
 #include <unistd.h>
 
-using kelxml::serialize::FileReplacement;
+using kelxml::files::FileReplacement;
 
 namespace
 {

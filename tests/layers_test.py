@@ -7,12 +7,17 @@ import sys
 BELOW = {
     'platform': {'KelComWrapper'},
     'text': {'KelComWrapper'},
-    'guards': set(),
-    'serialize': {'guards'},
+    'limits': set(),
+    'qt': set(),
+    'files': set(),
+    'lists': {'qt'},
+    'trees': {'limits', 'lists', 'qt'},
+    'parsing': {'files', 'limits', 'lists'},
+    'serialize': {'limits', 'qt', 'trees'},
     'com': {'KelComWrapper', 'KelXmlLib'},
-    'filer': {'KelXmlLib', 'guards', 'text'},
-    'dom': {'KelComWrapper', 'KelXmlLib', 'com', 'guards', 'serialize', 'text'},
-    'layer': {'KelComWrapper', 'KelXmlLib', 'dom', 'guards', 'serialize', 'text'},
+    'filer': {'KelXmlLib', 'files', 'text'},
+    'dom': {'KelComWrapper', 'KelXmlLib', 'com', 'files', 'lists', 'parsing', 'qt', 'serialize', 'text', 'trees'},
+    'layer': {'KelComWrapper', 'KelXmlLib', 'dom', 'files', 'limits', 'parsing', 'qt', 'serialize', 'text', 'trees'},
     'module': {'KelComWrapper', 'KelXmlLib'},
 }
 

@@ -3,7 +3,7 @@
 
 #include "KelXmlLib/filer.h"
 #include "KelXmlLib/kel.h"
-#include "guards/prescan.h"
+#include "parsing/prescan.h"
 #include "support/dom_fixture.h"
 #include "support/lines.h"
 
@@ -223,7 +223,7 @@ std::vector<Call> OutOfMemory::calls()
         {"load", S_OK, [source](O& o, Out&) { return o.document->load(source.get(), nullptr); },
          [](QDomDocument& d, const QString&) { // loses in the prescan what its input source was reading
              QByteArray bytes("<n y='2'>u<!--k--></n>");
-             kelxml::guards::prescan(bytes);
+             kelxml::parsing::prescan(bytes);
              QBuffer buffer(&bytes);
              buffer.open(QIODevice::ReadOnly);
              d.setContent(&buffer);

@@ -1,14 +1,15 @@
 // The prescan of a text: each limit exactly at it and one beyond, in content, in entities and in every
 // encoding that Qt reads.
 
-#include "guards/prescanner.h"
+#include "parsing/prescanner.h"
 #include "support/beside_qt.h"
 
 #include <QtCore/QTextCodec>
 #include <gtest/gtest.h>
 
 using namespace keltest;
-using namespace kelxml::guards;
+using namespace kelxml::limits;
+using namespace kelxml::parsing;
 
 TEST(PrescanTest, TextAtABoundIsNotRefusedAndOneBeyondIsAndOnlyMarkupCounts)
 {

@@ -21,7 +21,7 @@ constexpr std::size_t kUnitsOf16Bits = 17;
 
 TEST(Text, BothWaysEqualQtsConversionsForAnyUnitsAndOutwardsFreeNothing)
 {
-    EXPECT_TRUE(kelxml::fromWide(nullptr).isNull());
+    EXPECT_TRUE(kelxml::text::fromWide(nullptr).isNull());
     const kel::Variant earlier(L"earlier"); // is freed here, and nowhere else
     std::mt19937 random(1);
     for (int round = 0; round < 20000; ++round) {
@@ -32,8 +32,8 @@ TEST(Text, BothWaysEqualQtsConversionsForAnyUnitsAndOutwardsFreeNothing)
         for (wchar_t& unit : given)
             unit = static_cast<wchar_t>(kUnits[random() % kinds]);
         QString text = QString::fromUcs4(reinterpret_cast<const char32_t*>(given.c_str()), -1);
-        ASSERT_EQ(text, kelxml::fromWide(given.c_str())) << round;
-        ASSERT_EQ(text.isNull(), kelxml::fromWide(given.c_str()).isNull());
+        ASSERT_EQ(text, kelxml::text::fromWide(given.c_str())) << round;
+        ASSERT_EQ(text.isNull(), kelxml::text::fromWide(given.c_str()).isNull());
 
         if (!isLong && !text.isEmpty() && random() % 2 == 0)
             text[static_cast<int>(random() % 40) % text.size()] = QChar(static_cast<ushort>(random() % 3));
@@ -42,7 +42,7 @@ TEST(Text, BothWaysEqualQtsConversionsForAnyUnitsAndOutwardsFreeNothing)
         VARIANT value = earlier.get();
         value.wReserved2 = 77;
         const std::size_t failing = codePoints < 1024 ? 2 : 0;
-        ASSERT_FALSE(allocations::failsIn(failing, [&] { kelxml::putString(text, &value); }))
+        ASSERT_FALSE(allocations::failsIn(failing, [&] { kelxml::text::putString(text, &value); }))
             << "short text allocates the BSTR and nothing else";
         const kel::Variant out = kel::Variant::adopt(value);
         ASSERT_TRUE(value.bstrVal && value.wReserved2 == 77);

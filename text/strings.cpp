@@ -12,7 +12,7 @@
 #include <new>
 #include <string>
 
-namespace kelxml
+namespace kelxml::text
 {
 
 namespace
@@ -145,4 +145,4 @@ void putString(const QString& text, VARIANT* value)
     value->bstrVal = string;
 }
 
-} // namespace kelxml
+} // namespace kelxml::text

@@ -8,7 +8,7 @@
 #include <QtCore/QString>
 #include <optional>
 
-namespace kelxml
+namespace kelxml::text
 {
 
 /// The text up to its first zero unit, as `QString::fromUcs4` reads it; a null pointer gives a null string.
@@ -34,4 +34,4 @@ BSTR toBstr(const QString& text);
 /// Stores a new BSTR of `text` in the caller's VARIANT, whose earlier content is neither read nor freed.
 void putString(const QString& text, VARIANT* value);
 
-} // namespace kelxml
+} // namespace kelxml::text

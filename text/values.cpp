@@ -4,7 +4,7 @@
 
 #include "text/strings.h"
 
-namespace kelxml
+namespace kelxml::text
 {
 
 std::optional<QString> readPath(const VARIANT& value)
@@ -27,4 +27,4 @@ int readInteger(const VARIANT& value)
     }
 }
 
-} // namespace kelxml
+} // namespace kelxml::text

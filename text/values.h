@@ -7,7 +7,7 @@
 #include <QtCore/QString>
 #include <optional>
 
-namespace kelxml
+namespace kelxml::text
 {
 
 /// A file's path: a `VT_BSTR`, and nothing else, as `pathFromWide` reads it.
@@ -16,4 +16,4 @@ std::optional<QString> readPath(const VARIANT& value);
 /// A 32-bit integer of a `VT_I2`, `VT_I4` or `VT_INT`; 0 for anything else.
 int readInteger(const VARIANT& value);
 
-} // namespace kelxml
+} // namespace kelxml::text

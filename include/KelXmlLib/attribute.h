@@ -14,12 +14,15 @@
 
 class CMorvXMLDOMDocument;
 
-namespace kelxml
+namespace kelxml::dom
 {
 struct WrapperAccess;
+} // namespace kelxml::dom
+namespace kelxml::qt
+{
+class MovableNode;
 struct DocumentRef;
-class Handle;
-} // namespace kelxml
+} // namespace kelxml::qt
 
 /// See `IXMLDOMNode` and `IXMLDOMAttribute` for what each method does.
 class KEL_EXPORT CMorvXMLDOMAttribute
@@ -74,11 +77,11 @@ public:
     virtual ~CMorvXMLDOMAttribute();
 
     /// For the library itself: wraps `node`, with an owner document of its own over `document`.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMAttribute(kelxml::Handle&& node,
-                                                       const kelxml::DocumentRef& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMAttribute(kelxml::qt::MovableNode&& node,
+                                                       const kelxml::qt::DocumentRef& document);
 
 private:
-    friend struct kelxml::WrapperAccess;
+    friend struct kelxml::dom::WrapperAccess;
 
     ULONG m_refCount = 0;
     QDomAttr m_node;

@@ -13,10 +13,10 @@
 
 class CMorvXMLDOMElement;
 
-namespace kelxml
+namespace kelxml::dom
 {
 struct WrapperAccess;
-}
+} // namespace kelxml::dom
 
 /// See `IXMLDOMNode` and `IXMLDOMDocument` for what each method does.
 class KEL_EXPORT CMorvXMLDOMDocument
@@ -111,7 +111,7 @@ public:
     [[gnu::visibility("hidden")]] explicit CMorvXMLDOMDocument(const QDomDocument& document);
 
 private:
-    friend struct kelxml::WrapperAccess;
+    friend struct kelxml::dom::WrapperAccess;
 
     ULONG m_refCount = 0;
     QDomDocument m_document;

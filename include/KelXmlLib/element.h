@@ -14,12 +14,15 @@
 
 class CMorvXMLDOMDocument;
 
-namespace kelxml
+namespace kelxml::dom
 {
 struct WrapperAccess;
+} // namespace kelxml::dom
+namespace kelxml::qt
+{
+class MovableNode;
 struct DocumentRef;
-class Handle;
-} // namespace kelxml
+} // namespace kelxml::qt
 
 /// See `IXMLDOMNode` and `IXMLDOMElement` for what each method does.
 class KEL_EXPORT CMorvXMLDOMElement
@@ -80,11 +83,11 @@ public:
     virtual ~CMorvXMLDOMElement();
 
     /// For the library itself: wraps `node`, with an owner document of its own over `document`.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMElement(kelxml::Handle&& node,
-                                                     const kelxml::DocumentRef& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMElement(kelxml::qt::MovableNode&& node,
+                                                     const kelxml::qt::DocumentRef& document);
 
 private:
-    friend struct kelxml::WrapperAccess;
+    friend struct kelxml::dom::WrapperAccess;
 
     ULONG m_refCount = 0;
     QDomElement m_node;

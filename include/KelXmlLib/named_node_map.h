@@ -15,11 +15,14 @@
 
 class CMorvXMLDOMDocument;
 
-namespace kelxml
+namespace kelxml::dom
 {
 struct WrapperAccess;
+} // namespace kelxml::dom
+namespace kelxml::qt
+{
 struct DocumentRef;
-} // namespace kelxml
+} // namespace kelxml::qt
 
 /// See `IXMLDOMNamedNodeMap` for what each method does.
 class KEL_EXPORT CMorvXMLDOMNamedNodeMap : public IDispatchImpl<IXMLDOMNamedNodeMap, &IID_IXMLDOMNamedNodeMap,
@@ -45,10 +48,10 @@ public:
 
     /// For the library itself: the attributes of `node`, none where it is no element.
     [[gnu::visibility("hidden")]] CMorvXMLDOMNamedNodeMap(const QDomNode& node,
-                                                          const kelxml::DocumentRef& document);
+                                                          const kelxml::qt::DocumentRef& document);
 
 private:
-    friend struct kelxml::WrapperAccess;
+    friend struct kelxml::dom::WrapperAccess;
 
     [[gnu::visibility("hidden")]] QDomNode itemAt(LONG index);
 

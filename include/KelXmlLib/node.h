@@ -15,12 +15,15 @@
 
 class CMorvXMLDOMDocument;
 
-namespace kelxml
+namespace kelxml::dom
 {
 struct WrapperAccess;
+} // namespace kelxml::dom
+namespace kelxml::qt
+{
+class MovableNode;
 struct DocumentRef;
-class Handle;
-} // namespace kelxml
+} // namespace kelxml::qt
 
 /// See `IXMLDOMNode` for what each method does.
 class KEL_EXPORT CMorvXMLDOMNode
@@ -71,10 +74,11 @@ public:
     virtual ~CMorvXMLDOMNode();
 
     /// For the library itself: wraps `node`, with an owner document of its own over `document`.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMNode(kelxml::Handle&& node, const kelxml::DocumentRef& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMNode(kelxml::qt::MovableNode&& node,
+                                                  const kelxml::qt::DocumentRef& document);
 
 private:
-    friend struct kelxml::WrapperAccess;
+    friend struct kelxml::dom::WrapperAccess;
 
     ULONG m_refCount = 0;
     QDomNode m_node;

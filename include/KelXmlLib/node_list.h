@@ -15,16 +15,19 @@
 
 class CMorvXMLDOMDocument;
 
-namespace kelxml
+namespace kelxml::dom
 {
 struct WrapperAccess;
-struct DocumentRef;
-namespace guards
+} // namespace kelxml::dom
+namespace kelxml::lists
 {
 class LiveList;
 struct ListOrigin;
-} // namespace guards
-} // namespace kelxml
+} // namespace kelxml::lists
+namespace kelxml::qt
+{
+struct DocumentRef;
+} // namespace kelxml::qt
 
 /// See `IXMLDOMNodeList` for what each method does.
 class KEL_EXPORT CMorvXMLDOMNodeList
@@ -44,11 +47,11 @@ public:
     virtual ~CMorvXMLDOMNodeList();
 
     /// For the library itself: the list that `origin` describes.
-    [[gnu::visibility("hidden")]] CMorvXMLDOMNodeList(kelxml::guards::ListOrigin&& origin,
-                                                      const kelxml::DocumentRef& document);
+    [[gnu::visibility("hidden")]] CMorvXMLDOMNodeList(kelxml::lists::ListOrigin&& origin,
+                                                      const kelxml::qt::DocumentRef& document);
 
 private:
-    friend struct kelxml::WrapperAccess;
+    friend struct kelxml::dom::WrapperAccess;
 
     ULONG m_refCount = 0;
     QDomNodeList m_list; ///< Qt's own, for binaries that rely on its place; never read here
@@ -58,6 +61,6 @@ private:
     std::unique_ptr<const QDomDocument>
         m_standIn;           ///< where `m_document` is null, keeps the document alive that the node came from
     QDomNode m_ownerElement; ///< the element of an attribute whose children are listed; let go of last
-    kelxml::InPlace<kelxml::guards::LiveList, 56>
+    kelxml::InPlace<kelxml::lists::LiveList, 56>
         m_live; ///< reads the list; released before the owner element
 };

@@ -1,0 +1,99 @@
+// Finds where the calling thread's stack ends. A stack that the system does not know, such as one that a host
+// made for a coroutine, counts as a small one.
+
+#include "limits/stack_room.h"
+
+#include "limits/limits.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <pthread.h>
+#include <sys/auxv.h>
+#include <sys/resource.h>
+
+namespace kelxml::limits
+{
+
+namespace
+{
+
+// Measured for Qt 5.15: 340 and 1,430 bytes a level. The margin allows for other builds of it.
+constexpr std::size_t kParseBytesPerLevel = 512;
+constexpr std::size_t kSaveBytesPerLevel = 1792;
+
+// What is needed beside the recursion: Qt's buffers and streams, and the signal handler of a host.
+constexpr std::size_t kReserve = std::size_t{48} * 1024;
+
+// What is taken to be free on a stack that the system does not know.
+constexpr std::size_t kUnknownStack = std::size_t{64} * 1024;
+
+// The kernel keeps more than this free for the first stack, whatever its limit is when the program starts,
+// and it is more than we ever need.
+constexpr std::size_t kMostOfFirstStack = std::size_t{64} * 1024 * 1024;
+
+struct Stack
+{
+    std::uintptr_t low = 0;
+    std::uintptr_t high = 0;
+
+    bool holds(std::uintptr_t address) const { return address > low && address <= high; }
+};
+
+/// The stack that the calling thread was started with; none when the system does not tell.
+Stack stackOfThread()
+{
+    pthread_attr_t attributes;
+    const int error = pthread_getattr_np(pthread_self(), &attributes);
+    if (error == ENOMEM)
+        throw std::bad_alloc();
+    if (error != 0)
+        return {};
+    void* address = nullptr;
+    std::size_t size = 0;
+    std::size_t guard = 0;
+    pthread_attr_getstack(&attributes, &address, &size);
+    pthread_attr_getguardsize(&attributes, &guard);
+    pthread_attr_destroy(&attributes);
+    const auto low = reinterpret_cast<std::uintptr_t>(address);
+    return {low + guard, low + size};
+}
+
+/// The free bytes of the stack that the calling thread is on.
+std::size_t freeStack()
+{
+    const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+    // The kernel puts the program's name at the top of the first stack. The C library would find the top in
+    // /proc, which a process does not always have.
+    const std::uintptr_t top = ::getauxval(AT_EXECFN);
+    if (Stack{top - kMostOfFirstStack, top}.holds(here)) {
+        // The limit can change at any time, to less than is in use as well.
+        rlimit limit = {};
+        ::getrlimit(RLIMIT_STACK, &limit);
+        const std::uintptr_t used = top - here;
+        return std::max(std::min<std::uintptr_t>(limit.rlim_cur, kMostOfFirstStack), used) - used;
+    }
+    // Failures are not cached; they may be temporary.
+    static thread_local Stack known;
+    if (!known.holds(here))
+        known = stackOfThread();
+    return known.holds(here) ? here - known.low : kUnknownStack;
+}
+
+} // namespace
+
+bool hasRoomToParse(int nesting)
+{
+    return freeStack() >= static_cast<std::size_t>(nesting) * kParseBytesPerLevel + kReserve;
+}
+
+int depthThatCanBeSaved()
+{
+    constexpr std::size_t kMost = kMaxNodeDepth * kSaveBytesPerLevel;
+    const std::size_t room = std::clamp(freeStack(), kReserve, kReserve + kMost) - kReserve;
+    return static_cast<int>(room / kSaveBytesPerLevel);
+}
+
+} // namespace kelxml::limits

@@ -1,0 +1,206 @@
+// Lists that keep nodes are registered by their origin. A change looks up the node that it happens at and, if
+// elements come or go, the nodes above. It costs nothing for lists of other nodes.
+
+#include "lists/live_list.h"
+
+#include <array>
+#include <atomic>
+#include <limits>
+#include <mutex>
+#include <set>
+#include <tuple>
+
+namespace kelxml::lists
+{
+
+namespace
+{
+
+/// Minimum length at which children are kept; shorter lists are counted from the first child. Elements found
+/// by name are always kept, because a search scans the document.
+constexpr std::size_t kKeptFrom = 8;
+
+/// Node, whether by name, name, list. Sorted, so that the lists of one node are next to each other.
+using Entry = std::tuple<std::uintptr_t, bool, QString, LiveList*>;
+
+/// A part of the registry. All threads use it, each for the lists of its own documents.
+struct Shelf
+{
+    std::mutex lock;
+    std::set<Entry> lists;
+};
+
+std::atomic<int> keptCount{0};
+
+std::uintptr_t addressOf(const QDomNode& node)
+{
+    return reinterpret_cast<std::uintptr_t>(qt::MovableNode::identityOf(node));
+}
+
+Shelf& shelfOf(std::uintptr_t address)
+{
+    static auto& shelves = *new std::array<Shelf, 256>; // static objects may own lists: it is never destroyed
+    // The multiplication spreads addresses that are close together; its high bits are the best.
+    constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
+    return shelves[(address * kOdd >> 32) % shelves.size()];
+}
+
+/// At most `most` of the lists that keep children of `node`, or elements below it: those of one name, or all.
+std::vector<LiveList*> listsOf(const QDomNode& node, bool areByTagName, const QString& tagName = {},
+                               std::size_t most = std::numeric_limits<std::size_t>::max())
+{
+    std::vector<LiveList*> found;
+    const std::uintptr_t address = addressOf(node);
+    Shelf& shelf = shelfOf(address);
+    const std::lock_guard guard(shelf.lock);
+    for (auto at = shelf.lists.lower_bound({address, areByTagName, tagName, nullptr});
+         at != shelf.lists.end() && found.size() < most; ++at) {
+        const auto& [otherAddress, isByTagName, name, list] = *at;
+        if (otherAddress != address || isByTagName != areByTagName || (!tagName.isNull() && name != tagName))
+            break;
+        found.push_back(list);
+    }
+    return found;
+}
+
+void forgetAll(const std::vector<LiveList*>& lists)
+{
+    for (LiveList* const list : lists)
+        list->forget();
+}
+
+/// The next element in the subtree of `root`, in document order; null at the end.
+qt::MovableNode nextElement(const QDomNode& node, const QDomNode& root)
+{
+    qt::MovableNode next{QDomNode(node)};
+    do {
+        qt::MovableNode at = std::move(next);
+        next = at.firstChild();
+        for (; next.isNull() && at != root; at = at.parentNode())
+            next = at.nextSibling();
+    } while (!next.isNull() && !next.isElement());
+    return next;
+}
+
+/// The name by which Qt finds an element.
+QString listedName(const QDomNode& element)
+{
+    const QString local = element.localName(); // null for an element of a document read without namespaces
+    return local.isNull() ? element.nodeName() : local;
+}
+
+} // namespace
+
+QDomNodeList makeList(const ListOrigin& origin)
+{
+    if (origin.tagName.isNull())
+        return origin.node.childNodes();
+    if (origin.node.isDocument())
+        return origin.node.toDocument().elementsByTagName(origin.tagName);
+    return origin.node.toElement().elementsByTagName(origin.tagName);
+}
+
+LiveList::~LiveList()
+{
+    forget();
+}
+
+std::size_t LiveList::length()
+{
+    if (!isByTagName() && !m_isKept) {
+        std::size_t length = 0;
+        for (qt::MovableNode child = m_origin.node.firstChild(); !child.isNull() && length < kKeptFrom;
+             ++length)
+            child = child.nextSibling();
+        if (length < kKeptFrom)
+            return length;
+    }
+    return read(std::numeric_limits<std::size_t>::max()).size();
+}
+
+qt::MovableNode LiveList::item(std::size_t index)
+{
+    if (!isByTagName() && index < kKeptFrom) {
+        qt::MovableNode child = m_origin.node.firstChild();
+        for (; index > 0 && !child.isNull(); --index)
+            child = child.nextSibling();
+        return child;
+    }
+    const std::vector<qt::MovableNode>& nodes = read(index + 1);
+    return index < nodes.size() ? nodes[index] : qt::MovableNode();
+}
+
+void LiveList::forget()
+{
+    if (!m_isKept)
+        return;
+    m_isKept = m_isComplete = false;
+    m_nodes.clear();
+    --keptCount;
+    const std::uintptr_t address = addressOf(m_origin.node);
+    Shelf& shelf = shelfOf(address);
+    const std::lock_guard guard(shelf.lock);
+    shelf.lists.erase({address, isByTagName(), m_origin.tagName, this});
+}
+
+/// \return the first nodes, at least `count` of them if there are as many
+const std::vector<qt::MovableNode>& LiveList::read(std::size_t count)
+{
+    if (!m_isKept) {
+        const std::uintptr_t address = addressOf(m_origin.node);
+        Shelf& shelf = shelfOf(address);
+        const std::lock_guard guard(shelf.lock);
+        shelf.lists.emplace(address, isByTagName(), m_origin.tagName, this);
+        m_isKept = true;
+        ++keptCount;
+    }
+    while (!m_isComplete && m_nodes.size() < count) {
+        qt::MovableNode next = nextNode();
+        m_isComplete = next.isNull();
+        if (!m_isComplete)
+            m_nodes.push_back(std::move(next));
+    }
+    return m_nodes;
+}
+
+qt::MovableNode LiveList::nextNode() const
+{
+    const qt::MovableNode& last = m_nodes.empty() ? m_origin.node : m_nodes.back();
+    if (!isByTagName())
+        return m_nodes.empty() ? last.firstChild() : last.nextSibling();
+    qt::MovableNode element = nextElement(last, m_origin.node);
+    while (!element.isNull() && listedName(element) != m_origin.tagName)
+        element = nextElement(element, m_origin.node);
+    return element;
+}
+
+void noteChild(const QDomNode& node, const QDomNode& parent)
+{
+    if (!areNodesKept())
+        return;
+    forgetAll(listsOf(parent, false));
+    qt::MovableNode element{QDomNode(node)};
+    if (!element.isElement())
+        element = nextElement(element, node);
+    std::vector<qt::MovableNode> searched; // of the nodes above
+    for (qt::MovableNode above{QDomNode(parent)}; !element.isNull() && !above.isNull();
+         above = above.parentNode())
+        if (!listsOf(above, true, {}, 1).empty())
+            searched.push_back(above);
+    for (; !element.isNull() && !searched.empty(); element = nextElement(element, node))
+        for (const qt::MovableNode& above : searched)
+            forgetAll(listsOf(above, true, listedName(element)));
+}
+
+void noteReplacedContent(const QDomDocument& document)
+{
+    forgetAll(listsOf(document, false));
+    forgetAll(listsOf(document, true));
+}
+
+bool areNodesKept() noexcept
+{
+    return keptCount != 0;
+}
+
+} // namespace kelxml::lists

@@ -1,0 +1,32 @@
+// The way on from a piece or a splice that was read to its end, and the end of all.
+
+#include "parsing/character_stream.h"
+
+namespace kelxml::parsing
+{
+
+bool CharacterStream::refill()
+{
+    while (m_span.at == m_span.end && !m_outer.empty()) {
+        m_span = m_outer.back();
+        m_outer.pop_back();
+        m_pendingOutside -= m_outer.empty() ? 0 : m_span.end - m_span.at;
+    }
+    if (m_span.at == m_span.end) {
+        m_piece = m_nextPiece();
+        m_span = of(m_piece, false);
+        if (m_piece.isEmpty())
+            finish();
+    }
+    return m_span.at != m_span.end;
+}
+
+char16_t CharacterStream::finish()
+{
+    m_nextPiece = [] { return QString(); };
+    m_outer.clear();
+    m_span = {};
+    return kEnd;
+}
+
+} // namespace kelxml::parsing

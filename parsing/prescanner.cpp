@@ -1,0 +1,227 @@
+// Content and tags, and the bookkeeping that everything shares.
+
+#include "parsing/prescanner.h"
+
+#include <algorithm>
+
+namespace kelxml::parsing
+{
+
+namespace
+{
+
+// The parser knows these before it looks at declarations, and splices nothing for them.
+bool isPredefined(const QString& name)
+{
+    return name == QLatin1String("amp") || name == QLatin1String("lt") || name == QLatin1String("gt") ||
+           name == QLatin1String("quot") || name == QLatin1String("apos");
+}
+
+} // namespace
+
+// Behind the document element nothing nests and nothing is spliced.
+Prescan Prescanner::document()
+{
+    if (prolog())
+        content(false);
+    return {m_exceeded, m_nesting};
+}
+
+Prescan Prescanner::value()
+{
+    content(true);
+    return {m_exceeded, m_nesting};
+}
+
+// Up to the document element's start tag. The parser takes a second document type declaration like a first.
+bool Prescanner::prolog()
+{
+    while (firstNoSpace() == u'<') {
+        char16_t c = m_in.get();
+        if (c == u'!') {
+            c = m_in.get();
+            if (!(c == u'-' ? comment() : c == u'D' && documentType()))
+                return false;
+        } else if (c != u'?') {
+            return startTag();
+        } else if (!processingInstruction()) {
+            return false;
+        }
+    }
+    return false;
+}
+
+// Flattened, since nearly all of a text is read in here: the place in it stays in a register.
+[[gnu::flatten]] void Prescanner::content(bool toTheEnd)
+{
+    bool goesOn = true;
+    while (goesOn && (toTheEnd || m_depth > 0)) {
+        const char16_t c = m_in.seek<u'<', u'&'>();
+        goesOn = c != CharacterStream::kEnd && (c == u'<' ? markup() : reference(false));
+    }
+}
+
+bool Prescanner::markup()
+{
+    beginText();
+    char16_t c = m_in.get();
+    if (c == u'/')
+        return endTag();
+    if (c == u'?')
+        return processingInstruction();
+    if (c != u'!')
+        return c != CharacterStream::kEnd && startTag();
+    c = m_in.get();
+    return c == u'[' ? cdata() : c == u'-' && comment();
+}
+
+bool Prescanner::startTag()
+{
+    if (!deepen(m_depth))
+        return false;
+    const char16_t c = seekUnquoted<u'>', u'/', u'<'>(&Prescanner::attributeValue);
+    if (c == u'/')
+        --m_depth;
+    return c == u'>' || (c == u'/' && m_in.get() == u'>');
+}
+
+bool Prescanner::endTag()
+{
+    m_depth = std::max(0, m_depth - 1); // an entity's value may close what it didn't open
+    return m_in.seek<u'>'>() == u'>';
+}
+
+bool Prescanner::comment()
+{
+    if (m_in.get() != u'-')
+        return false;
+    for (;;) {
+        if (m_in.seek<u'-'>() == CharacterStream::kEnd)
+            return false;
+        if (m_in.get() == u'-')
+            return m_in.get() == u'>';
+    }
+}
+
+bool Prescanner::cdata()
+{
+    for (const QChar expected : QStringView(u"CDATA["))
+        if (m_in.get() != expected)
+            return false;
+    for (;;) {
+        char16_t c = m_in.seek<u']'>();
+        int brackets = 0;
+        for (; c == u']'; c = m_in.get())
+            ++brackets;
+        if (c == CharacterStream::kEnd || (c == u'>' && brackets >= 2))
+            return c == u'>';
+    }
+}
+
+bool Prescanner::processingInstruction()
+{
+    constexpr QStringView xml(u"xml");
+    qsizetype matched = 0;
+    char16_t c = m_in.get();
+    while (matched < xml.size() && xml[matched] == c) {
+        ++matched;
+        c = m_in.get();
+    }
+    // The parts of the declaration are attributes to the parser: in a quoted one "?>" means nothing.
+    if (matched == xml.size() && isSpace(c))
+        return seekUnquoted<u'?'>(&Prescanner::attributeValue) == u'?' && m_in.get() == u'>';
+    for (;;) {
+        if (c != u'?')
+            c = m_in.seek<u'?'>();
+        while (c == u'?')
+            c = m_in.get();
+        if (c == u'>' || c == CharacterStream::kEnd)
+            return c == u'>';
+    }
+}
+
+bool Prescanner::attributeValue(char16_t quote)
+{
+    beginText();
+    for (;;) {
+        const char16_t c = m_in.seek<u'&', u'<', u'"', u'\''>();
+        if (c == quote && !m_in.literal()) {
+            beginText();
+            return true;
+        }
+        if (c == u'&' ? !reference(true) : !isQuote(c))
+            return false;
+    }
+}
+
+bool Prescanner::reference(bool literal)
+{
+    // Without entities, and in character references, what follows the ampersand is as good as text.
+    if (m_entities.isEmpty())
+        return true;
+    m_name.resize(0);
+    if (!referenceName(m_name))
+        return false;
+    if (m_name.startsWith(u'#') || isPredefined(m_name))
+        return true;
+    const Entity* entity = find(m_name, Kind::General);
+    return !entity || splice(*entity, entity->text, literal);
+}
+
+// Adds the characters up to the semicolon, of a name too long to be declared only its beginning.
+bool Prescanner::referenceName(QString& name)
+{
+    for (;;) {
+        const char16_t c = m_in.get();
+        if (c == u';')
+            return true;
+        if (breaksReference(c))
+            return false;
+        if (name.size() <= m_longestName)
+            name += QChar(c);
+    }
+}
+
+const Prescanner::Entity* Prescanner::find(const QString& name, Kind kind) const
+{
+    const auto found = m_entities.constFind(name);
+    return found != m_entities.constEnd() && found->kind == kind ? &*found : nullptr;
+}
+
+bool Prescanner::splice(const Entity& entity, QStringView text, bool literal)
+{
+    // The parser calls it a recursion once more splices are open than entities are there.
+    const int open = std::max(m_generalEntities, m_parameterEntities) + 1;
+    if (m_in.splices() >= static_cast<std::size_t>(open) || !addEntityText(text.size()))
+        return false;
+    m_unfolded += literal ? entity.literalLength : text.size();
+    if (m_unfolded + m_documentLength >= limits::kTooLongForQt)
+        return beyond(limits::Limit::TextLength);
+    m_in.splice(text, literal);
+    return true;
+}
+
+bool Prescanner::addEntityText(qint64 length)
+{
+    m_entityText += length;
+    if (m_entityText > m_maxEntityText && m_length) {
+        m_documentLength = m_length();
+        m_maxEntityText = std::max(m_maxEntityText, limits::kMaxEntityAmplification * m_documentLength);
+        m_length = nullptr;
+    }
+    return m_entityText <= m_maxEntityText || beyond(limits::Limit::EntityText);
+}
+
+bool Prescanner::deepen(int& depth)
+{
+    m_nesting = std::max(m_nesting, ++depth);
+    return depth <= limits::kMaxNesting || beyond(limits::Limit::Nesting);
+}
+
+bool Prescanner::beyond(limits::Limit limit)
+{
+    m_exceeded = limit;
+    return false;
+}
+
+} // namespace kelxml::parsing

@@ -1,0 +1,103 @@
+// A change is made by `trees/tree`, and then looked for in the tree. Only children that have their place
+// below the same parent are moved by Qt directly.
+
+#include "trees/edit.h"
+
+#include "qt/movable_node.h"
+#include "trees/tree.h"
+
+namespace kelxml::trees
+{
+
+namespace
+{
+
+/// An attribute's parent is the element that it is on, or was on.
+bool isChildOf(const QDomNode& parent, const QDomNode& node)
+{
+    if (node.isNull() || node.parentNode() != parent)
+        return false;
+    return !node.isAttr() || parent.firstChild() == node || !node.previousSibling().isNull();
+}
+
+bool isWithin(const QDomNode& node, const QDomNode& top)
+{
+    qt::MovableNode at{QDomNode(node)};
+    while (!at.isNull() && at != top)
+        at = at.parentNode();
+    return !at.isNull();
+}
+
+} // namespace
+
+Refusal append(const qt::NodeRef& parent, const qt::NodeRef& child)
+{
+    if (child.node.isDocument())
+        return Refusal::WholeDocument;
+    if (isOnElement(child.node))
+        return Refusal::PlacedAttribute;
+    if (isWithin(parent.node, child.node))
+        return Refusal::Ring;
+    appendChild(parent, child);
+    return parent.node.lastChild() == child.node ? Refusal::None : Refusal::TooDeep;
+}
+
+Refusal insertBefore(const qt::NodeRef& parent, const qt::NodeRef& child, const qt::NodeRef& reference)
+{
+    if (!isChildOf(parent.node, reference.node))
+        return Refusal::NotAChild;
+    if (child.node == reference.node)
+        return Refusal::None;
+    const Refusal refusal = append(parent, child);
+    if (refusal == Refusal::None)
+        QDomNode(parent.node).insertBefore(child.node, reference.node);
+    return refusal;
+}
+
+Refusal replace(const qt::NodeRef& parent, const qt::NodeRef& child, const qt::NodeRef& replacement)
+{
+    const Refusal refusal = insertBefore(parent, replacement, child);
+    if (refusal == Refusal::None && child.node != replacement.node)
+        removeChild(parent, child);
+    return refusal;
+}
+
+Refusal remove(const qt::NodeRef& parent, const qt::NodeRef& child)
+{
+    if (!isChildOf(parent.node, child.node))
+        return Refusal::NotAChild;
+    removeChild(parent, child);
+    return Refusal::None;
+}
+
+void replaceContent(const qt::NodeRef& element, const QString& text)
+{
+    QDomDocument document = element.document.living();
+    const QDomNode content = text.isEmpty() ? QDomNode() : document.createTextNode(text);
+    for (qt::MovableNode child = element.node.firstChild(); !child.isNull();
+         child = element.node.firstChild())
+        removeChild(element, {child, element.document});
+    if (!content.isNull())
+        appendChild(element, {content, element.document});
+}
+
+bool removeAttribute(const qt::NodeRef& element, const QString& name)
+{
+    adopt(element);
+    QDomElement target = element.node.toElement();
+    const bool hadIt = target.hasAttribute(name);
+    target.removeAttribute(name);
+    return hadIt;
+}
+
+QDomNode nextSibling(const QDomNode& node)
+{
+    return node.parentNode().isNull() ? QDomNode() : node.nextSibling();
+}
+
+QDomNode previousSibling(const QDomNode& node)
+{
+    return node.parentNode().isNull() ? QDomNode() : node.previousSibling();
+}
+
+} // namespace kelxml::trees
