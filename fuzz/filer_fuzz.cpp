@@ -1,6 +1,5 @@
 // The filer against Qt's writer used directly: the same calls give the same bytes, every status is the one
-// that the arguments call for, nobody complains on the console, and another parser reads back what makes an
-// element.
+// that the arguments call for, and nobody complains on the console.
 
 #include "support.h"
 #include "support/filer_calls.h"

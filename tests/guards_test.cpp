@@ -1,5 +1,5 @@
-// Calls in an order that Qt alone does not survive, the answers that the caller gets instead or where nothing
-// is found, and what remains Qt's.
+// Calls in an order that Qt alone does not survive, and the answers that the caller gets instead or where
+// nothing is found.
 
 #include "KelXmlLib/kel.h"
 #include "support/beside_qt.h"
@@ -229,37 +229,6 @@ TEST_F(Guards, NamespacesAreSavedAndListsFindElementsByTheirLocalNames)
     const std::string bytes = saved(*document);
     for (const char* const part : {"<p:e xmlns:p=\"urn:e\"/>", "xmlns:q=\"urn:a\""})
         EXPECT_NE(std::string::npos, bytes.find(part)) << bytes;
-}
-
-TEST_F(Guards, WhatQtSavesItMayNotLoadAgain)
-{
-    const struct
-    {
-        const wchar_t *element, *attribute, *text;
-        bool loadsAgain;
-        const char* part;
-    } kTrees[] = {
-        {L"e", L"x", L"\x01", true, "<e x=\"\x01\">\x01</e>"},
-        {L"e", L"x", L"\xd800", true, "<e x=\"?\">?</e>"},
-        {L"a b", L"x", L"t", false, "<a b x=\"t\">"},
-        {L"e", L"1", L"t", false, "<e 1=\"t\">"},
-        {L"e", L"x", L"\ufffe", false, "\xEF\xBF\xBE"},
-        {L"e", L"x", L"\uffff", false, "\xEF\xBF\xBF"},
-    };
-    const QString path = pathOf("saved.xml");
-    for (const auto& tree : kTrees) {
-        const auto document = documentOf(L"<r/>");
-        const auto element = append(*rootOf(document), *create(*document, NODE_ELEMENT, tree.element));
-        kel::setAttribute(*element, tree.attribute, tree.text);
-        kel::setText(*element, tree.text);
-        EXPECT_EQ(S_OK, save(*document, path));
-        EXPECT_TRUE(contentOf(path).contains(tree.part)) << contentOf(path).constData();
-        EXPECT_EQ(tree.loadsAgain ? S_OK : S_FALSE, load(*newDocument(), path, nullptr)) << tree.part;
-    }
-    const auto document = documentOf(L"<r/>");
-    append(*document, *create(*document, NODE_ELEMENT, L"second"));
-    EXPECT_EQ(S_OK, save(*document, path));
-    EXPECT_EQ(S_FALSE, load(*newDocument(), path, nullptr)) << "two elements at the top";
 }
 
 TEST_F(Guards, ExternalEntitiesAreNotReadAndTheHostsHashSeedGivesOneOrder)
