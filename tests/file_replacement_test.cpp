@@ -60,16 +60,6 @@ struct AsNobody
     AsNobody() { require(!isRoot || (setegid(kNobody) == 0 && seteuid(kNobody) == 0)); }
     ~AsNobody() { static_cast<void>(isRoot && seteuid(0) == 0 && setegid(0) == 0); }
 
-    template <class Work>
-    static int asRoot(Work work)
-    {
-        const uid_t user = geteuid();
-        static_cast<void>(getuid() == 0 && seteuid(0) == 0);
-        const int result = work();
-        static_cast<void>(getuid() == 0 && seteuid(user) == 0);
-        return result;
-    }
-
     static constexpr uid_t kNobody = 65534;
     const bool isRoot = geteuid() == 0;
 };
@@ -104,15 +94,17 @@ TEST_F(FileReplacementTest, WhatCannotBeWrittenIsRefusedWithTheSystemsReason)
     write(file, "old");
     ASSERT_EQ(0, chmod(file.toUtf8(), 0444));
     ASSERT_TRUE(QFile::link(QStringLiteral("loop"), pathOf("loop")));
-    EXPECT_EQ(ENOENT, replaceBy("x", QString()));
-    EXPECT_EQ(ENOENT, replaceBy("x", pathOf("none/file")));
-    EXPECT_EQ(ENOENT, replaceBy("x", pathOf("new/")));
-    EXPECT_EQ(EISDIR, replaceBy("x", directory.path()));
-    EXPECT_EQ(ENOTDIR, replaceBy("x", pathOf("file/x")));
-    EXPECT_EQ(ELOOP, replaceBy("x", pathOf("loop")));
-    EXPECT_EQ(ENAMETOOLONG, replaceBy("x", pathOf(std::string(256, 'n').c_str())));
-    EXPECT_EQ(ENOSPC, replaceBy("x", QStringLiteral("/dev/full")));
-    EXPECT_EQ(EBADF, replaceBy("x", QStringLiteral("/dev/fd/999999")));
+    const std::pair<QString, int> kRefused[] = {{QString(), ENOENT},
+                                                {pathOf("none/file"), ENOENT},
+                                                {pathOf("new/"), ENOENT},
+                                                {directory.path(), EISDIR},
+                                                {pathOf("file/x"), ENOTDIR},
+                                                {pathOf("loop"), ELOOP},
+                                                {pathOf(std::string(256, 'n').c_str()), ENAMETOOLONG},
+                                                {QStringLiteral("/dev/full"), ENOSPC},
+                                                {QStringLiteral("/dev/fd/999999"), EBADF}};
+    for (const auto& [path, reason] : kRefused)
+        EXPECT_EQ(reason, replaceBy("x", path)) << path.toStdString();
     const AsNobody nobody;
     EXPECT_EQ(EACCES, replaceBy("x", file)) << "a file that is only to be read";
     EXPECT_EQ("old", contentOf(file));
@@ -121,44 +113,38 @@ TEST_F(FileReplacementTest, WhatCannotBeWrittenIsRefusedWithTheSystemsReason)
 
 TEST_F(FileReplacementTest, FullDiskLeavesTheOldFileAlsoWhereItIsWrittenInPlace)
 {
-    write(file, "old");
-    write(pathOf("shorter"), "a longer text");
-    for (const QString& path : {file, pathOf("shorter")})
-        ASSERT_TRUE(geteuid() != 0 || chown(path.toUtf8(), AsNobody::kNobody, AsNobody::kNobody) == 0);
-    const AsNobody nobody;
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
     rlimit limit = {};
     ASSERT_EQ(0, getrlimit(RLIMIT_FSIZE, &limit));
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
     const rlimit small = {4096, limit.rlim_max};
-    const auto replaceWithLittleSpace = [&] {
-        EXPECT_EQ(0, setrlimit(RLIMIT_FSIZE, &small));
-        const int reason = replaceBy(QByteArray(10'000, 'x'), file);
-        EXPECT_EQ(0, setrlimit(RLIMIT_FSIZE, &limit));
-        return reason;
-    };
-    EXPECT_EQ(EFBIG, replaceWithLittleSpace());
-    EXPECT_EQ("file shorter", names());
+    write(file, "old");
+    ASSERT_TRUE(geteuid() != 0 || chown(file.toUtf8(), AsNobody::kNobody, AsNobody::kNobody) == 0);
     const ino_t inode = statusOf(file).st_ino;
-    ASSERT_EQ(0, AsNobody::asRoot([this] { return chmod(directory.path().toUtf8(), 0555); }));
-    EXPECT_EQ(EFBIG, replaceWithLittleSpace());
-    EXPECT_EQ("old", contentOf(file));
-    EXPECT_EQ(0, replaceBy("new and longer", file));
-    EXPECT_EQ(0, replaceBy("short", pathOf("shorter")));
+    for (const mode_t permissions : {0777, 0555}) {
+        ASSERT_EQ(0, chmod(directory.path().toUtf8(), permissions));
+        const AsNobody nobody;
+        EXPECT_EQ(0, setrlimit(RLIMIT_FSIZE, &small));
+        EXPECT_EQ(EFBIG, replaceBy(QByteArray(10'000, 'x'), file));
+        EXPECT_EQ(0, setrlimit(RLIMIT_FSIZE, &limit));
+        EXPECT_EQ("old", contentOf(file));
+        EXPECT_EQ("file", names());
+    }
+    const AsNobody nobody;
+    for (const char* const text : {"new and longer", "short"}) {
+        EXPECT_EQ(0, replaceBy(text, file));
+        EXPECT_EQ(text, contentOf(file));
+    }
+    EXPECT_EQ(inode, statusOf(file).st_ino) << "written in place";
     EXPECT_EQ(EACCES, replaceBy("x", pathOf("none")));
     std::signal(SIGXFSZ, handler);
-    EXPECT_EQ("new and longer", contentOf(file));
-    EXPECT_EQ("short", contentOf(pathOf("shorter")));
-    EXPECT_EQ(inode, statusOf(file).st_ino);
 }
 
-/// An access control list: who holds which permissions, as the kernel takes it.
-QByteArray accessList(unsigned char namedPermissions)
+/// An access control list as the kernel takes it: what the owner, user 1000, the group, the mask and the
+/// others may do.
+QByteArray accessList(const char* permissionsOf1000)
 {
-    const unsigned char bytes[] = {
-        2, 0,   0,   0,   1,   0,   7,  0, 255, 255, 255, 255, 2,   0,  namedPermissions,
-        0, 232, 3,   0,   0,   4,   0,  7, 0,   255, 255, 255, 255, 16, 0,
-        7, 0,   255, 255, 255, 255, 32, 0, 6,   0,   255, 255, 255, 255};
-    return {reinterpret_cast<const char*>(bytes), sizeof bytes};
+    return QByteArray::fromHex(QByteArray("0200000001000700ffffffff02000") + permissionsOf1000 +
+                               "00e803000004000700ffffffff10000700ffffffff20000600ffffffff");
 }
 
 QByteArray accessListOf(const QString& path)
@@ -178,10 +164,10 @@ TEST_F(FileReplacementTest, AccessListsStayAndTheDirectorysDefaultIsNotAdded)
     write(file, "old");
     write(pathOf("plain"), "old");
     ASSERT_EQ(0, chmod(pathOf("plain").toUtf8(), 0660));
-    ASSERT_EQ(0, setList(file, "system.posix_acl_access", accessList(4)));
-    ASSERT_EQ(0, setList(directory.path(), "system.posix_acl_default", accessList(7)));
+    ASSERT_EQ(0, setList(file, "system.posix_acl_access", accessList("4")));
+    ASSERT_EQ(0, setList(directory.path(), "system.posix_acl_default", accessList("7")));
     EXPECT_EQ(0, replaceBy("new", file));
-    EXPECT_EQ(accessList(4), accessListOf(file));
+    EXPECT_EQ(accessList("4"), accessListOf(file));
     EXPECT_EQ(0, replaceBy("new", pathOf("plain")));
     EXPECT_EQ("", accessListOf(pathOf("plain")));
     EXPECT_EQ(0660U, statusOf(pathOf("plain")).st_mode & 07777U);
@@ -192,25 +178,23 @@ TEST_F(FileReplacementTest, WhoCouldNotReadTheOldFileCannotReadTheNewOne)
     if (geteuid() != 0)
         GTEST_SKIP() << "only root can make files of other owners";
     constexpr uid_t kStranger = 1000;
-    struct Case
+    const struct
     {
         uid_t owner;
         gid_t group;
-        mode_t before;
-        mode_t afterNobody;
+        mode_t before, afterNobody;
         bool hasList;
-    };
-    const Case cases[] = {
+    } kCases[] = {
         {kStranger, AsNobody::kNobody, 06776, 02776, false}, {kStranger, kStranger, 06776, 0766, false},
         {kStranger, kStranger, 0746, 0744, false},           {kStranger, kStranger, 0426, 0400, false},
         {AsNobody::kNobody, kStranger, 06764, 04744, false}, {kStranger, kStranger, 0776, 0700, true},
         {kStranger, AsNobody::kNobody, 0776, 0776, true}};
-    for (const Case& one : cases) {
+    for (const auto& one : kCases) {
         SCOPED_TRACE(testing::Message() << one.owner << ' ' << one.group << ' ' << std::oct << one.before);
         QFile::remove(file);
         write(file, "old");
         ASSERT_EQ(0, chown(file.toUtf8(), one.owner, one.group));
-        ASSERT_TRUE(!one.hasList || setList(file, "system.posix_acl_access", accessList(0)) == 0);
+        ASSERT_TRUE(!one.hasList || setList(file, "system.posix_acl_access", accessList("0")) == 0);
         ASSERT_EQ(0, chmod(file.toUtf8(), one.before));
         EXPECT_EQ(0, replaceBy("by root", file));
         EXPECT_EQ(one.before, statusOf(file).st_mode & 07777U);

@@ -1,9 +1,7 @@
 // Calls by name: the results of every working member, and the type-information holder.
 
-#include "support/by_name.h"
-#include "support/dom_fixture.h"
+#include "support/calls_by_name.h"
 #include "support/type_library_file.h"
-#include "support/variant_text.h"
 
 #include <QtCore/QDir>
 
@@ -18,31 +16,8 @@ TEST_F(LateBound, EveryMemberReturnsWhatItsSlotDoesAndLeaksNothing)
 {
     ASSERT_TRUE(QDir::setCurrent(pathOf("")));
     expectNothingLeft([] {
-        std::map<std::string, ComPtr<IDispatch>> objects;
-        for (const char* name : {"document", "built", "loaded"})
-            objects[name] = ComPtr<IDispatch>(newDocument().get());
-        Variants variants;
-        forEachRow(KEL_TESTS "late_bound_calls.txt", [&](Row words) {
-            SCOPED_TRACE(words.where);
-            std::string object, member, answer, expected, name;
-            words >> object >> member;
-            Arguments arguments = variants.argumentsOf(words);
-            words >> answer >> expected >> name;
-
-            Variant result;
-            const WORD flags =
-                arguments.names.empty() ? DISPATCH_METHOD | DISPATCH_PROPERTYGET : DISPATCH_PROPERTYPUT;
-            const HRESULT hr = callByName(*objects[object], std::wstring(member.begin(), member.end()), flags,
-                                          result, arguments.parameters());
-            const auto given = result.type() == VT_DISPATCH ? result.object() : nullptr;
-            const auto node = given ? kel::query<IXMLDOMNode>(*given, IID_IXMLDOMNode) : nullptr;
-            const std::wstring nodeName = node ? nameOf(*node) : given ? L"" : L"-";
-            EXPECT_EQ(answer + ' ' + expected,
-                      asWord(kel::describe(hr)) + ' ' +
-                          wordOf(result.get(), std::string(nodeName.begin(), nodeName.end())));
-            if (!name.empty())
-                variants.objects[name] = (objects[name] = given).get();
-        });
+        CallsByName calls;
+        forEachRow(KEL_TESTS "late_bound_calls.txt", [&](Row row) { calls.make(row); });
     });
 }
 

@@ -52,7 +52,9 @@ public:
                 "PUBLIC 'p'><!ENTITY e SYSTEM 'x' NDATA n><!ENTITY f PUBLIC 'p' 's'>]><r/>"));
         m_nodes.push_back(m_document);
         if (m_choose(2) == 0)
-            declareEncoding();
+            m_document.insertBefore(
+                m_document.createProcessingInstruction(QStringLiteral("xml"), any(kEncodings)),
+                m_document.firstChild());
     }
 
     void grow()
@@ -86,7 +88,8 @@ private:
         "null||x| \n|a<b>c&d\"e'f|]]>|]|--|-|?>|\r\n\t|\xC3\xA9\xD0\x96\xE4\xB8\xAD|"
         "\xF0\x9F\x98\x80|%&#&amp;\"|\x01\xEF\xBF\xBF";
     static constexpr const char* kEncodings =
-        "none such|ISO-8859-1|UTF-16|windows-1251|Shift_JIS|ISO-2022-JP|UTF-7|";
+        "encoding='none such'|x='' encoding = \"ISO-8859-1\"|encoding='UTF-16'|encoding=\"windows-1251\"|"
+        "encoding='Shift_JIS'|encoding='ISO-2022-JP'|encoding='UTF-7'|encoding=''";
 
     QString any(const char* words)
     {
@@ -96,48 +99,22 @@ private:
     }
     QString text() { return m_choose(16) == 0 ? QString(QChar(0xD800 + m_choose(0x800))) : any(kTexts); }
 
-    void declareEncoding()
-    {
-        const QString pattern =
-            QString::fromUtf8(m_choose(2) == 0 ? "encoding='%1'" : "x='' encoding = \"%1\"");
-        const QString declaration = pattern.arg(any(kEncodings));
-        m_document.insertBefore(m_document.createProcessingInstruction(QStringLiteral("xml"), declaration),
-                                m_document.firstChild());
-    }
-
     QDomNode make()
     {
-        switch (m_choose(12)) {
-        case 0:
-            return m_document.createTextNode(text());
-        case 1:
-            return m_document.createCDATASection(text());
-        case 2:
-            return m_document.createComment(text());
-        case 3:
-            return m_document.createProcessingInstruction(any(kNames), text());
-        case 4:
-            return m_document.createEntityReference(any(kNames));
-        case 5:
-            return m_document.createDocumentFragment();
-        case 6:
-            return m_document.createAttribute(any(kNames));
-        case 7:
-            return attribute();
-        case 8:
-            return m_document.createElementNS(any(kSpaces), any(kNames));
-        case 9:
-            return change(m_nodes[m_choose(m_nodes.size())]);
-        default:
-            return m_document.createElement(any(kNames));
-        }
-    }
-
-    QDomNode attribute()
-    {
-        QDomAttr made = m_document.createAttributeNS(any(kSpaces), any(kNames));
-        made.setValue(text());
-        return made;
+        const unsigned kind = m_choose(12);
+        QDomNode qualified = m_document.createAttributeNS(any(kSpaces), any(kNames));
+        qualified.setNodeValue(text());
+        return kind == 0   ? m_document.createTextNode(text())
+               : kind == 1 ? m_document.createCDATASection(text())
+               : kind == 2 ? m_document.createComment(text())
+               : kind == 3 ? m_document.createProcessingInstruction(any(kNames), text())
+               : kind == 4 ? m_document.createEntityReference(any(kNames))
+               : kind == 5 ? m_document.createDocumentFragment()
+               : kind == 6 ? m_document.createAttribute(any(kNames))
+               : kind == 7 ? qualified
+               : kind == 8 ? m_document.createElementNS(any(kSpaces), any(kNames))
+               : kind == 9 ? change(m_nodes[m_choose(m_nodes.size())])
+                           : QDomNode(m_document.createElement(any(kNames)));
     }
 
     /// \return null: the node has its place

@@ -1,0 +1,59 @@
+// Calls by name from the rows of a table.
+
+#pragma once
+
+#include "support/by_name.h"
+#include "support/dom_fixture.h"
+#include "support/variant_text.h"
+
+namespace keltest
+{
+
+/// The objects of a table's rows, by their names.
+class CallsByName
+{
+public:
+    /// Makes the call of a row, OBJECT MEMBER ARGUMENTS -> CODE RESULT NAME, and expects what it says.
+    void make(Row& words)
+    {
+        SCOPED_TRACE(words.where);
+        std::string object, member, answer = "done", expected, name;
+        words >> object >> member;
+        if (member == "new") {
+            keep(object, ComPtr<IDispatch>(newDocument().get()));
+            return;
+        }
+        ASSERT_TRUE(m_objects.count(object));
+        const ComPtr<IDispatch> called = m_objects[object];
+        if (member == "release") {
+            m_objects.erase(object);
+            return;
+        }
+        Arguments arguments = m_variants.argumentsOf(words);
+        words >> answer >> expected >> name;
+        Variant result;
+        const WORD flags =
+            arguments.names.empty() ? DISPATCH_METHOD | DISPATCH_PROPERTYGET : DISPATCH_PROPERTYPUT;
+        const HRESULT code = callByName(*called, std::wstring(member.begin(), member.end()), flags, result,
+                                        arguments.parameters());
+        const auto given = result.type() == VT_DISPATCH ? result.object() : nullptr;
+        const auto node = given ? kel::query<IXMLDOMNode>(*given, IID_IXMLDOMNode) : nullptr;
+        const std::wstring nodeName = node ? DomTest::nameOf(*node) : given ? L"" : L"-";
+        const std::string word = wordOf(result.get(), std::string(nodeName.begin(), nodeName.end()));
+        EXPECT_EQ(answer + ' ' + (expected.empty() ? word : expected),
+                  asWord(kel::describe(code)) + ' ' + word);
+        if (!name.empty())
+            keep(name, given);
+    }
+
+private:
+    void keep(const std::string& name, const ComPtr<IDispatch>& object)
+    {
+        m_variants.objects[name] = (m_objects[name] = object).get();
+    }
+
+    std::map<std::string, ComPtr<IDispatch>> m_objects;
+    Variants m_variants;
+};
+
+} // namespace keltest
