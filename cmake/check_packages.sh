@@ -3,7 +3,7 @@
 # installs, tests and removes them. Run by ./test, in a Debian that is there for nothing else.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-. cmake/packages.sh
+. cmake/build.sh
 source=$PWD work=/tmp/packages
 rm -rf $work
 mkdir -p $work/first $work/second

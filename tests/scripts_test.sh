@@ -1,6 +1,6 @@
 #!/bin/bash
 # scripts_test.sh SOURCES KELXML - ./run and ./test find their own tree and take any file name. Here they run in a copy of
-# the tree whose packages.sh neither installs nor builds.
+# the tree whose build.sh neither installs nor builds.
 set -eu
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -8,8 +8,8 @@ tree=$work/main
 mkdir -p "$tree/cmake" "$tree/build/release/bin" "$work/other/main/cmake"
 cp "$1/run" "$1/test" "$tree"
 ln -s "$2" "$tree/build/release/bin/kelxml"
-echo 'need() { :; }; build() { :; }' >"$tree/cmake/packages.sh"
-echo 'echo planted; exit 1' >"$work/other/main/cmake/packages.sh"
+echo 'need() { :; }; build() { :; }' >"$tree/cmake/build.sh"
+echo 'echo planted; exit 1' >"$work/other/main/cmake/build.sh"
 fail() { echo "$1"; cat "$work/output"; exit 1; }
 
 cd "$work"
@@ -22,6 +22,6 @@ eval "set -- \"$2\" $command" # what ./run prints can be typed
 
 export CDPATH=$work/other
 bash main/run "$name" >"$work/output" 2>&1 || fail './run follows CDPATH'
-printf 'need() { echo "in $PWD"; exit; }\n' >"$tree/cmake/packages.sh"
+printf 'need() { echo "in $PWD"; exit; }\n' >"$tree/cmake/build.sh"
 bash main/test code >"$work/output" 2>&1 || fail './test follows CDPATH'
 grep -qx "in $tree" "$work/output" || fail './test runs elsewhere'

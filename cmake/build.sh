@@ -1,4 +1,4 @@
-# Sourced by ./run and ./test in the directory of the sources.
+# Functions that install what is missing, and build. Sourced by scripts that run in the directory of the sources.
 
 # need PACKAGE... - installs what is missing; does nothing, and quickly, when all are there
 need() {
