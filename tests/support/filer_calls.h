@@ -9,6 +9,7 @@
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
+#include <QtCore/QXmlStreamWriter>
 #include <algorithm>
 #include <list>
 #include <memory>
