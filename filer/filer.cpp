@@ -7,6 +7,7 @@
 #include "text/strings.h"
 
 #include <QtCore/QFile>
+#include <algorithm>
 #include <new>
 
 using kelxml::text::charactersFromWide;
@@ -25,15 +26,11 @@ bool isMissing(const wchar_t* text)
     return !text || *text == L'\0';
 }
 
-/// The check that all operations share: `write` runs when every one of `required` is present.
-template <class Write>
-eStatus whenPresent(std::initializer_list<const wchar_t*> required, Write write)
+/// The result of an operation, which depends only on whether its required arguments are there.
+eStatus check(std::initializer_list<const wchar_t*> required)
 {
-    for (const wchar_t* const text : required)
-        if (isMissing(text))
-            return KelXmlLib::eStatusInvalidArgument;
-    write();
-    return KelXmlLib::eStatusAccepted;
+    const bool isAnyMissing = std::any_of(required.begin(), required.end(), isMissing);
+    return isAnyMissing ? KelXmlLib::eStatusInvalidArgument : KelXmlLib::eStatusAccepted;
 }
 
 /// The texts of a call. Qt's writer takes only `QString`, and to allocate one for each text would take a
@@ -60,9 +57,6 @@ struct TextFile : QFile
     using QFile::QFile;
     Texts texts;
 };
-
-/// What is accepted and not carried out.
-void writeNothing() {}
 
 } // namespace
 
@@ -107,11 +101,12 @@ KelXmlFilerWrapper::~KelXmlFilerWrapper()
 template <class Write>
 eStatus KelXmlFilerWrapper::forward(std::initializer_list<const wchar_t*> required, Write write)
 {
-    return whenPresent(required, [&] {
+    const eStatus status = check(required);
+    if (status == KelXmlLib::eStatusAccepted && kelxml::text::hasCodecs()) {
         Texts ofNoFile;
-        if (kelxml::text::hasCodecs())
-            write(m_writer, m_file ? static_cast<TextFile&>(*m_file).texts : ofNoFile);
-    });
+        write(m_writer, m_file ? static_cast<TextFile&>(*m_file).texts : ofNoFile);
+    }
+    return status;
 }
 
 KelXmlLib::eState KelXmlFilerWrapper::state() const
@@ -206,13 +201,13 @@ eStatus KelXmlFilerWrapper::flush()
     return KelXmlLib::eStatusAccepted;
 }
 
-// Accepted and not carried out: what is required is checked, nothing is written.
+// Operations that check their required arguments and write nothing.
 
 void KelXmlFilerWrapper::newlineChars(wchar_t*, int) const {}
 
 eStatus KelXmlFilerWrapper::writeAttrBegin(const wchar_t* name)
 {
-    return whenPresent({name}, writeNothing);
+    return check({name});
 }
 
 // One line each:
@@ -227,12 +222,12 @@ eStatus KelXmlFilerWrapper::writeValue(double) { return KelXmlLib::eStatusAccept
 
 eStatus KelXmlFilerWrapper::writeValue(const wchar_t* text)
 {
-    return whenPresent({text}, writeNothing);
+    return check({text});
 }
 
 eStatus KelXmlFilerWrapper::writeDocType(const wchar_t* name, const wchar_t*, const wchar_t*)
 {
-    return whenPresent({name}, writeNothing);
+    return check({name});
 }
 
 eStatus KelXmlFilerWrapper::writeBinary(const unsigned char* data, int first, int second)
