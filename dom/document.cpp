@@ -9,10 +9,28 @@
 #include "dom/navigation.h"
 #include "dom/wrap.h"
 #include "text/strings.h"
-#include "text/values.h"
 
 using namespace kelxml;
 using dom::refTo;
+
+namespace
+{
+
+/// A number up to 32 bits; 0 for any other type. `VT_BYREF` is not followed.
+int readInteger(const VARIANT& value)
+{
+    switch (value.vt) {
+    case VT_I2:
+        return value.iVal;
+    case VT_I4:
+    case VT_INT:
+        return value.lVal;
+    default:
+        return 0;
+    }
+}
+
+} // namespace
 
 CMorvXMLDOMDocument::CMorvXMLDOMDocument(const QDomDocument& document) : m_document(document) {}
 
@@ -53,7 +71,7 @@ HRESULT CMorvXMLDOMDocument::createNode(VARIANT type, BSTR name, BSTR namespaceU
 {
     if (!name)
         return S_FALSE;
-    const int nodeType = text::readInteger(type);
+    const int nodeType = readInteger(type);
     if (nodeType != NODE_ELEMENT && nodeType != NODE_ATTRIBUTE)
         return S_OK;
     if (!node)

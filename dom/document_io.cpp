@@ -2,13 +2,10 @@
 
 #include "KelXmlLib/document.h"
 
-#include "files/memory_room.h"
+#include "files/file.h"
 #include "parsing/parse.h"
 #include "serialize/save.h"
 #include "text/strings.h"
-#include "text/values.h"
-
-#include <QtCore/QFile>
 
 using namespace kelxml;
 
@@ -33,24 +30,23 @@ HRESULT answer(bool isLoaded, VARIANT_BOOL* success)
 HRESULT CMorvXMLDOMDocument::load(VARIANT source, VARIANT_BOOL* success)
 {
     setFlag(success, VARIANT_FALSE);
-    const std::optional<QString> path = text::readPath(source);
+    const std::optional<files::Path> path = files::Path::from(source);
     return answer(path && parsing::parseFile(m_document, *path), success);
 }
 
 HRESULT CMorvXMLDOMDocument::loadXML(BSTR xml, VARIANT_BOOL* success)
 {
     setFlag(success, VARIANT_FALSE);
-    return answer(bool(parsing::parse(m_document, text::fromWide(xml))), success);
+    return answer(bool(parsing::parseText(m_document, text::fromWide(xml))), success);
 }
 
 HRESULT CMorvXMLDOMDocument::save(VARIANT destination)
 {
-    const std::optional<QString> path = text::readPath(destination);
-    if (!path || path->isEmpty() || !serialize::canBeSaved(m_document))
+    const std::optional<files::Path> path = files::Path::from(destination);
+    if (!path || !serialize::canBeSaved(m_document))
         return S_FALSE;
-    files::makeSureOfMemoryForFile();
-    QFile file(*path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+    files::File file(*path);
+    if (!file.openForWriting())
         return S_FALSE;
     serialize::save(m_document, file);
     return S_OK;

@@ -3,10 +3,9 @@
 
 #include "KelXmlLib/filer_wrapper.h"
 
-#include "files/memory_room.h"
+#include "files/file.h"
 #include "text/strings.h"
 
-#include <QtCore/QFile>
 #include <algorithm>
 #include <new>
 
@@ -52,9 +51,9 @@ private:
     QString m_second;
 };
 
-struct TextFile : QFile
+struct TextFile : kelxml::files::File
 {
-    using QFile::QFile;
+    using File::File;
     Texts texts;
 };
 
@@ -64,9 +63,9 @@ IKelXmlFiler::~IKelXmlFiler() = default;
 
 KelXmlFilerWrapper::KelXmlFilerWrapper()
 {
-    if (!kelxml::text::hasCodecs())
+    if (!kelxml::files::hasCodecs())
         return;
-    kelxml::files::makeSureOfMemoryForFile();
+    kelxml::files::ensureMemoryForQt();
     new (&m_writer) QXmlStreamWriter;
     m_hasWriter = true;
 }
@@ -79,11 +78,13 @@ KelXmlFilerWrapper::KelXmlFilerWrapper(const wchar_t* path, KelXmlLib::eEncoding
         return;
     m_autoFormat = autoFormat;
     m_secondFlag = secondFlag;
-    const std::optional<QString> name = kelxml::text::pathFromWide(path);
-    if (!name)
+    const std::optional<kelxml::files::Path> checked = kelxml::files::Path::from(path);
+    if (!checked)
         return;
-    m_file = std::make_unique<TextFile>(*name);
-    if (m_file->open(QIODevice::WriteOnly | QIODevice::Text)) {
+    auto file = std::make_unique<TextFile>(*checked);
+    const bool isOpen = file->openForWriting();
+    m_file = std::move(file);
+    if (isOpen) {
         m_writer.setDevice(m_file.get());
         m_writer.setAutoFormatting(m_autoFormat);
     }
@@ -102,7 +103,7 @@ template <class Write>
 eStatus KelXmlFilerWrapper::forward(std::initializer_list<const wchar_t*> required, Write write)
 {
     const eStatus status = check(required);
-    if (status == KelXmlLib::eStatusAccepted && kelxml::text::hasCodecs()) {
+    if (status == KelXmlLib::eStatusAccepted && kelxml::files::hasCodecs()) {
         Texts ofNoFile;
         write(m_writer, m_file ? static_cast<TextFile&>(*m_file).texts : ofNoFile);
     }

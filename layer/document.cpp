@@ -10,7 +10,6 @@
 #include "layer/text.h"
 #include "limits/limits.h"
 #include "parsing/parse.h"
-#include "text/strings.h"
 #include "trees/tree.h"
 
 namespace kel
@@ -103,8 +102,6 @@ Document Document::load(const std::filesystem::path& path)
     Document document;
     QDomDocument content = documentOf(document);
     const std::string& name = path.native();
-    if (!kelxml::text::hasCodecs() || name.find('\0') != std::string::npos)
-        throw LoadError(LoadError::Kind::unreadable, name, detail::reason::kPath);
     requireParsed(kelxml::parsing::parseFile(content, name), name);
     return document;
 }
@@ -113,7 +110,7 @@ Document Document::parse(TextView text)
 {
     Document document;
     QDomDocument content = documentOf(document);
-    requireParsed(kelxml::parsing::parse(content, detail::toText(text)), {});
+    requireParsed(kelxml::parsing::parseText(content, detail::toText(text)), {});
     return document;
 }
 

@@ -20,7 +20,6 @@ constexpr const char* kTextInDocument = "a document has no text of its own";
 constexpr const char* kComment = "a comment cannot contain two hyphens in a row, nor end in one";
 constexpr const char* kCData = "a CDATA section cannot contain ]]>";
 constexpr const char* kInstruction = "an instruction cannot contain ?>";
-constexpr const char* kPath = "the path has a zero in it, or the process is ending";
 } // namespace reason
 
 /// \throw Error always

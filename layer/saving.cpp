@@ -2,9 +2,7 @@
 
 #include "layer/saving.h"
 
-#include "files/memory_room.h"
-#include "layer/refuse.h"
-#include "text/strings.h"
+#include "files/file.h"
 
 namespace kel::detail
 {
@@ -14,9 +12,9 @@ namespace
 
 kelxml::files::FileReplacement replacementOf(const std::string& path)
 {
-    if (!kelxml::text::hasCodecs() || path.find('\0') != std::string::npos)
-        throw SaveError(path, reason::kPath);
-    kelxml::files::makeSureOfMemoryForFile();
+    if (!kelxml::files::isUsable(path))
+        throw SaveError(path, kelxml::files::kNotUsable);
+    kelxml::files::ensureMemoryForQt();
     return kelxml::files::FileReplacement(path);
 }
 

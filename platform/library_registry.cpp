@@ -128,7 +128,7 @@ QByteArray encoded(const wchar_t* path)
     return isWhole && QFile::decodeName(name) == text ? name : QByteArray();
 }
 
-HRESULT parse(const QByteArray& contents, kel::ComPtr<TypeLibrary>& library)
+HRESULT makeLibrary(const QByteArray& contents, kel::ComPtr<TypeLibrary>& library)
 {
     if (!QTextCodec::codecForLocale())
         return TYPE_E_CANTLOADLIBRARY; // Qt's codecs, which the parser needs, are destroyed at exit
@@ -174,7 +174,7 @@ HRESULT Service::load(const wchar_t* path, ITypeLib** library)
         return hr;
     auto loaded = findByContents(contents);
     if (!loaded)
-        if (const HRESULT hr = parse(contents, loaded); FAILED(hr))
+        if (const HRESULT hr = makeLibrary(contents, loaded); FAILED(hr))
             return hr;
     store(path, contents, loaded, registrations);
     *library = loaded.get();

@@ -9,7 +9,7 @@ BELOW = {
     'text': {'KelComWrapper'},
     'limits': set(),
     'qt': set(),
-    'files': set(),
+    'files': {'KelComWrapper', 'limits', 'text'},
     'lists': {'qt'},
     'trees': {'limits', 'lists', 'qt'},
     'parsing': {'files', 'limits', 'lists'},

@@ -3,8 +3,6 @@
 
 #include "text/strings.h"
 
-#include <QtCore/QFile>
-#include <QtCore/QTextCodec>
 #include <cstdint>
 #include <cwchar>
 #include <limits>
@@ -105,21 +103,6 @@ QString charactersFromWide(const wchar_t* text, QString&& earlier)
         return unit | static_cast<std::uint32_t>(QChar::isSurrogate(unit)) << kAbove16Bits;
     };
     return narrowOr(text, mark, fromUcs4WithoutStrays, std::move(earlier));
-}
-
-std::optional<QString> pathFromWide(const wchar_t* path)
-{
-    if (!hasCodecs() || (path && *path == QChar::ByteOrderMark)) // which the conversion would take off
-        return std::nullopt;
-    QString text = fromWide(path);
-    if (text != charactersFromWide(path) || text != QFile::decodeName(QFile::encodeName(text)))
-        return std::nullopt;
-    return text;
-}
-
-bool hasCodecs()
-{
-    return QTextCodec::codecForLocale() != nullptr;
 }
 
 BSTR toBstr(const QString& text)

@@ -6,7 +6,6 @@
 #include "KelComWrapper/variant.h"
 
 #include <QtCore/QString>
-#include <optional>
 
 namespace kelxml::text
 {
@@ -18,14 +17,6 @@ QString fromWide(const wchar_t* text);
 /// pair without the other half behind or before it. Qt's encoders do not get over such a unit.
 /// \param earlier a text that is not needed any more, whose memory is used again
 QString charactersFromWide(const wchar_t* text, QString&& earlier = {});
-
-/// A file's path. \return nothing where Qt would take another file's path for it, because it holds a unit
-/// that is no character or a character that the encoding of file names lacks, and after the end of Qt's
-/// codecs
-std::optional<QString> pathFromWide(const wchar_t* path);
-
-/// Whether Qt's codecs are there. They end before the destructors of globals that were made before them.
-bool hasCodecs();
 
 /// A new BSTR of the text's code points up to the first U+0000, of any length; the receiver frees it.
 /// Text of fewer than 1024 code points allocates nothing else.

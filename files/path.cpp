@@ -1,0 +1,39 @@
+// Refuses paths before the system sees them.
+
+#include "files/path.h"
+
+#include "text/strings.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QTextCodec>
+
+namespace kelxml::files
+{
+
+bool hasCodecs()
+{
+    return QTextCodec::codecForLocale() != nullptr;
+}
+
+std::optional<Path> Path::from(const wchar_t* path)
+{
+    // The conversion would drop a byte order mark at the start.
+    if (!path || *path == L'\0' || *path == QChar::ByteOrderMark || !hasCodecs())
+        return std::nullopt;
+    const QString name = text::fromWide(path);
+    if (name != text::charactersFromWide(path) || name != QFile::decodeName(QFile::encodeName(name)))
+        return std::nullopt;
+    return Path(name);
+}
+
+std::optional<Path> Path::from(const VARIANT& path)
+{
+    return path.vt == VT_BSTR ? from(path.bstrVal) : std::nullopt;
+}
+
+bool isUsable(const std::string& path)
+{
+    return hasCodecs() && path.find('\0') == std::string::npos;
+}
+
+} // namespace kelxml::files
