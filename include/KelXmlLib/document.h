@@ -1,5 +1,5 @@
 /// \file
-/// The document object: it loads and saves, and hands out its tree.
+/// The document object: it loads, saves and returns its tree.
 
 #pragma once
 

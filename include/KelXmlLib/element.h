@@ -91,8 +91,8 @@ private:
 
     ULONG m_refCount = 0;
     QDomElement m_node;
-    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
+    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, released on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
     std::unique_ptr<const QDomDocument>
-        m_standIn; ///< where `m_document` is null, keeps the document alive that the node came from
+        m_standIn; ///< if `m_document` is null, keeps the node's document alive
 };

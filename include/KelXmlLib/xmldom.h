@@ -1,16 +1,15 @@
 /// \file
-/// The published XML DOM interfaces, in the published slot order, with what this library makes of them.
+/// The published XML DOM interfaces, in the published slot order, and what each method does in this library.
 ///
-/// Conventions. Strings go in as `wchar_t*` and are read up to their first zero character; a BSTR that comes
-/// out belongs to the caller, who frees it with `SysFreeString`. An object that comes out carries one
-/// reference, which the caller releases. Out-parameters are written last and, unless said otherwise, only
-/// with `S_OK`. A null out-pointer is answered `S_FALSE` and nothing is done. The methods return no error
-/// codes; running out of memory leaves a method as `std::bad_alloc`, out-parameters untouched. Only where it
-/// is the BSTR itself that there is no memory for, the method answers `S_OK` with a null BSTR. A document and
-/// everything reached from it is used by one thread at a time.
+/// Conventions. String arguments are read up to their first zero character. The caller owns a returned BSTR
+/// and frees it with `SysFreeString`; it owns one reference to a returned object and releases it.
+/// Out-parameters are written last and, unless said otherwise, only with `S_OK`. With a null out-pointer, a
+/// method does nothing and returns `S_FALSE`. The methods return no error codes. Without memory they throw
+/// `std::bad_alloc` and leave out-parameters untouched; only if the BSTR itself cannot be allocated, they
+/// return `S_OK` and a null BSTR. One thread at a time uses a document and all that was reached from it.
 ///
-/// Every class accepts the no-ops: they return `S_OK` and write nothing, outputs included. The page
-/// `no-ops.md` says what to call instead.
+/// The no-ops return `S_OK` and write nothing, outputs included. The page `no-ops.md` says what to call
+/// instead.
 
 #pragma once
 
@@ -31,36 +30,36 @@ class IXMLDOMParseError;
 class IXMLDOMProcessingInstruction;
 class IXMLDOMText;
 
-/// What a node is; Qt's numbers are the same.
+/// The kind of a node; Qt's numbers are the same.
 enum tagDOMNodeType : std::int32_t {
-    NODE_INVALID = 0,                ///< of no node
+    NODE_INVALID = 0,                ///< not returned
     NODE_ELEMENT = 1,                ///< an `IXMLDOMElement`
     NODE_ATTRIBUTE = 2,              ///< an `IXMLDOMAttribute`
-    NODE_TEXT = 3,                   ///< a generic node, as all that follow but the document object
-    NODE_CDATA_SECTION = 4,          ///< counts as text: `get_text` gives its data
-    NODE_ENTITY_REFERENCE = 5,       ///< a reference that the parser did not unfold
+    NODE_TEXT = 3,                   ///< a generic node, as are all below except documents
+    NODE_CDATA_SECTION = 4,          ///< counts as text: `get_text` returns its data
+    NODE_ENTITY_REFERENCE = 5,       ///< a reference that the parser did not expand
     NODE_ENTITY = 6,                 ///< a declaration in the document type
     NODE_PROCESSING_INSTRUCTION = 7, ///< the XML declaration as well
     NODE_COMMENT = 8,                ///< its text is its value
     NODE_DOCUMENT = 9,               ///< an `IXMLDOMDocument`; reached as a parent, a generic node
     NODE_DOCUMENT_TYPE = 10,         ///< `<!DOCTYPE>`
-    NODE_DOCUMENT_FRAGMENT = 11,     ///< nothing here makes one
+    NODE_DOCUMENT_FRAGMENT = 11,     ///< never created
     NODE_NOTATION = 12,              ///< a declaration in the document type
 };
 using DOMNodeType = tagDOMNodeType; ///< the published short name
 
-/// A node of the tree. Two requests for one node give two objects over it; a change made through one
-/// is seen through the other.
+/// A node of the tree. Two requests for one node return two objects; changes made through one are visible
+/// through the other.
 class IXMLDOMNode : public IDispatch
 {
 public:
-    /// The node's name as Qt gives it ("#text", "#document", a tag or attribute name). Empty for a document
-    /// that was never loaded, as long as nothing was made by it either.
+    /// The node's name as Qt returns it ("#text", "#document", a tag or attribute name). Empty for a document
+    /// that has neither loaded nor created anything.
     /// \param name receives a new BSTR, which the caller frees
     /// \return `S_OK`; `S_FALSE` when `name` is null
     virtual HRESULT get_nodeName(BSTR* name) = 0;
-    /// The node's value; carried out by the document and the generic node.
-    /// \param value receives `VT_BSTR` with a new BSTR, which the caller frees; what it held is not freed
+    /// The node's value. Works for the document and the generic node.
+    /// \param value receives `VT_BSTR` with a new BSTR, which the caller frees; its old value is not freed
     /// \return `S_OK`; `S_FALSE` when `value` is null. Elements and attributes: `S_OK`, nothing written
     virtual HRESULT get_nodeValue(VARIANT* value) = 0;
     /// \name No-ops: return S_OK and write nothing
@@ -69,7 +68,7 @@ public:
     /// Does nothing.
     virtual HRESULT put_nodeValue(VARIANT value) = 0;
     /// @}
-    /// \param type receives the node type; 21 for a generic node that holds no node
+    /// \param type receives the node type; 21 for a generic node without a node
     /// \return `S_OK`; `S_FALSE` when `type` is null
     virtual HRESULT get_nodeType(DOMNodeType* type) = 0;
     /// The parent; of an attribute, its element.
@@ -103,18 +102,18 @@ public:
     virtual HRESULT insertBefore(IXMLDOMNode* child, VARIANT reference, IXMLDOMNode** result) = 0;
     virtual HRESULT replaceChild(IXMLDOMNode* child, IXMLDOMNode* replaced, IXMLDOMNode** result) = 0;
     /// @}
-    /// Takes a child out of this node. What is no child of this node stays where it is.
+    /// Removes a child from this node. Any other node stays where it is.
     /// \param child one of this library's own nodes; its reference count is not touched
-    /// \param result receives a new object for the child with one reference, which the caller releases. Of an
-    ///        element asked to remove an element that is not its child: an element that holds none.
+    /// \param result receives a new object for the child with one reference, which the caller releases. If an
+    ///        element is asked to remove an element that is not its child, the object has no node.
     ///        May be null
     /// \return `S_OK`, also for a null `child` (nothing done, nothing written);
     ///         `S_FALSE` for an object that is not this library's
     virtual HRESULT removeChild(IXMLDOMNode* child, IXMLDOMNode** result) = 0;
-    /// Makes a node the last child of this one, taking it from its present place. Refused without a
-    /// word, the tree unchanged and `result` made as ever: a node below itself, a document, an attribute that
-    /// stands on an element, and what would nest deeper than the library allows. An attribute that
-    /// `createNode` made becomes a child, and is saved as content: attributes are given by `setAttribute`.
+    /// Makes a node the last child of this one, and removes it from where it was. Refuses a node that is or
+    /// contains this one, a document, an attribute that is on an element, and what would nest deeper than the
+    /// library allows. A refusal is not reported: the tree stays as it is, and `result` is written as usual.
+    /// An attribute from `createNode` becomes a child and is saved as content: use `setAttribute` instead.
     /// \param child one of this library's own nodes; its reference count is not touched
     /// \param result receives a new object for the child with one reference, which the caller releases;
     ///        may be null
@@ -124,15 +123,15 @@ public:
     /// \param hasChildren receives 1 (not -1) when there are children, else 0
     /// \return `S_OK`; `S_FALSE` when `hasChildren` is null
     virtual HRESULT hasChildNodes(VARIANT_BOOL* hasChildren) = 0;
-    /// The document that the node belongs to; of a document, the object itself.
-    /// \param document receives the object with one reference, which the caller releases. A node's is an
-    ///        object of its own over the same document, the same one at every call
+    /// The document that the node belongs to; for a document, the object itself.
+    /// \param document receives the object with one reference, which the caller releases. Each node object
+    ///        has a document object of its own over the same document, and always returns that one
     /// \return `S_OK`; `S_FALSE` when there is none (`document` null) or `document` is null
     virtual HRESULT get_ownerDocument(IXMLDOMDocument** document) = 0;
-    /// Copies the node; carried out by the element. The copy has no parent until it is appended.
+    /// Copies the node. Works for the element. The copy has no parent until it is appended.
     /// \param deep any value but 0 copies all descendants
     /// \param result receives a new element with one reference, which the caller releases; may be null
-    /// \return `S_OK`, also when the element holds no node (nothing written). Documents, attributes and
+    /// \return `S_OK`, also for an element without a node (nothing written). Documents, attributes and
     ///         generic nodes: `S_OK`, nothing written
     virtual HRESULT cloneNode(VARIANT_BOOL deep, IXMLDOMNode** result) = 0;
     /// \name No-ops: return S_OK and write nothing
@@ -141,13 +140,13 @@ public:
     /// Does nothing.
     virtual HRESULT get_nodeTypeString(BSTR* type) = 0;
     /// @}
-    /// The text: of an element that of all its descendants, of a text node its data.
+    /// The text of an element and all its descendants, or the data of a text node.
     /// \param text receives a new BSTR, which the caller frees
     /// \return `S_OK`; `S_FALSE` with `text` untouched for any other node, an attribute included, or when
     ///         `text` is null. Documents: `S_OK`, nothing written
     virtual HRESULT get_text(BSTR* text) = 0;
-    /// Sets the text: of an element by taking its first child out (only that one) and appending a text
-    /// node, of any other node by setting its value.
+    /// Sets the text. An element loses its first child (only that one) and gets a text node as its last; any
+    /// other node gets the text as its value.
     /// \param text read up to its first zero character; null reads as empty
     /// \return `S_OK`; `S_FALSE` for an element without an owner document
     virtual HRESULT put_text(BSTR text) = 0;
@@ -164,9 +163,10 @@ public:
     virtual HRESULT get_xml(BSTR* xml) = 0;
     virtual HRESULT transformNode(IXMLDOMNode* stylesheet, BSTR* xml) = 0;
     /// @}
-    /// The descendant elements with a tag name, in document order, as a live list; carried out by the
-    /// document and the element.
-    /// \param query a tag name, not an expression. Null gives the list of `get_childNodes`, of every kind; an
+    /// The descendant elements with a tag name, in document order, as a live list. Works for the document and
+    /// the element.
+    /// \param query a tag name, not an expression. Null returns the list of `get_childNodes`, of all kinds;
+    /// an
     ///        empty name finds nothing
     /// \param list receives a new list with one reference, which the caller releases
     /// \return `S_OK`; `S_FALSE` when `list` is null. Attributes and generic nodes: `S_OK`, nothing written
@@ -187,7 +187,7 @@ protected:
     ~IXMLDOMNode() = default;
 };
 
-/// A document, which is its tree's topmost node as well.
+/// A document, which is also the topmost node of its tree.
 class IXMLDOMDocument : public IXMLDOMNode
 {
 public:
@@ -198,8 +198,8 @@ public:
     virtual HRESULT get_doctype(IXMLDOMDocumentType** type) = 0;
     virtual HRESULT get_implementation(IXMLDOMImplementation** implementation) = 0;
     /// @}
-    /// The document element. The first call decides: every later call gives the same object, also after
-    /// another load, and on an empty document an element that holds no node.
+    /// The document element. Every later call returns the object of the first one, also after another load.
+    /// On an empty document, it is an element without a node.
     /// \param element receives the object with one reference, which the caller releases
     /// \return `S_OK`; `S_FALSE` when `element` is null
     virtual HRESULT get_documentElement(IXMLDOMElement** element) = 0;
@@ -219,15 +219,14 @@ public:
     virtual HRESULT createEntityReference(BSTR name, IXMLDOMEntityReference** reference) = 0;
     virtual HRESULT getElementsByTagName(BSTR name, IXMLDOMNodeList** list) = 0;
     /// @}
-    /// Makes an element or an attribute that belongs to this document and stands nowhere yet.
-    /// \param type `VT_I2`, `VT_I4` or `VT_INT` holding 1 (element) or 2 (attribute); nothing is made for any
-    ///        other
-    /// \param name the qualified name, which is not checked to be one; an empty one makes an object that
-    ///        holds no node
+    /// Creates an element or an attribute that belongs to this document and has no place in it yet.
+    /// \param type 1 (element) or 2 (attribute) as `VT_I2`, `VT_I4` or `VT_INT`; for any other, nothing is
+    ///        created
+    /// \param name the qualified name, which is not validated; with an empty one, the object has no node
     /// \param namespaceURI may be null; an empty one is saved as `xmlns=""`
     /// \param node receives a new object with one reference, which the caller releases
-    /// \return `S_OK`, also when nothing is made (`node` untouched); `S_FALSE` for a null `name`, or for a
-    ///         null `node` when one would be made
+    /// \return `S_OK`, also when nothing is created (`node` untouched); `S_FALSE` for a null `name`, or for a
+    ///         null `node` when one would be created
     virtual HRESULT createNode(VARIANT type, BSTR name, BSTR namespaceURI, IXMLDOMNode** node) = 0;
     /// \name No-ops: return S_OK and write nothing
     /// @{
@@ -238,9 +237,9 @@ public:
     /// Reads a local file into this document; when it returns, parsing has finished.
     /// \param source a file path as `VT_BSTR`; nothing else is accepted
     /// \param success receives 0 on entry and -1 when the file was parsed; may be null
-    /// \return `S_OK` when parsed; else `S_FALSE`. The earlier tree survives what fails before parsing
-    ///         begins: a file that cannot be opened, and one beyond the limits. What fails later, for lack of
-    ///         memory as well, leaves the document empty or with what was parsed
+    /// \return `S_OK` when parsed; else `S_FALSE`. The earlier tree survives a failure before parsing
+    ///         begins: a file that cannot be opened, or is beyond the limits. A later failure, lack of memory
+    ///         included, leaves the document empty or with what was parsed
     virtual HRESULT load(VARIANT source, VARIANT_BOOL* success) = 0;
     /// \name No-ops: return S_OK and write nothing
     /// @{
@@ -257,15 +256,16 @@ public:
     /// \param xml the text, read up to its first zero character
     /// \param success receives 0 on entry and -1 when the text was parsed; may be null
     /// \return `S_OK` when parsed; else `S_FALSE`. The earlier tree survives a null or empty text, and one
-    ///         beyond the limits. What fails later, for lack of memory as well, leaves the document empty or
-    ///         with what was parsed
+    ///         beyond the limits. A later failure, lack of memory included, leaves the document empty or with
+    ///         what was parsed
     virtual HRESULT loadXML(BSTR xml, VARIANT_BOOL* success) = 0;
     /// Writes the document to a local file, indented by four spaces a level, also in mixed content, in the
     /// encoding that its XML declaration names, or UTF-8. The order of attributes is Qt's and differs from
     /// run to run.
     /// \param destination a file path as `VT_BSTR`; nothing else is accepted
-    /// \return `S_OK` once the file was opened, whatever becomes of the writing; else `S_FALSE`, also for a
-    ///         tree too deep for the calling thread's stack
+    /// \return `S_OK` once the file was opened, even if writing fails; else `S_FALSE`, also for a tree too
+    /// deep
+    ///         for the calling thread's stack
     virtual HRESULT save(VARIANT destination) = 0;
     /// \name No-ops: return S_OK and write nothing
     /// @{
@@ -297,11 +297,11 @@ public:
     virtual HRESULT get_tagName(BSTR* name) = 0;
     virtual HRESULT getAttribute(BSTR name, VARIANT* value) = 0;
     /// @}
-    /// Sets an attribute, which is made when it is not there. Numbers are written as Qt writes them.
+    /// Sets an attribute, or adds it. Numbers are written as Qt writes them.
     /// \param name the attribute's name
     /// \param value `VT_BSTR`, `VT_I2`, `VT_I4`, `VT_INT`, `VT_I8`, `VT_UI2`, `VT_UI4`, `VT_UINT`, `VT_UI8`,
-    ///        `VT_R4`, `VT_R8` or `VT_DATE` (its number of days); any other type leaves the attribute as
-    ///        it was
+    ///        `VT_R4`, `VT_R8` or `VT_DATE` (its number of days); any other type changes
+    ///        nothing
     /// \return `S_OK`; `S_FALSE` for a null `name`
     virtual HRESULT setAttribute(BSTR name, VARIANT value) = 0;
     /// \name No-ops: return S_OK and write nothing
@@ -331,7 +331,7 @@ public:
     virtual HRESULT get_name(BSTR* name) = 0;
     /// @}
     /// The attribute's value.
-    /// \param value receives `VT_BSTR` with a new BSTR, which the caller frees; what it held is not freed
+    /// \param value receives `VT_BSTR` with a new BSTR, which the caller frees; its old value is not freed
     /// \return `S_OK`; `S_FALSE` when `value` is null
     virtual HRESULT get_value(VARIANT* value) = 0;
     /// \name No-ops: return S_OK and write nothing
@@ -345,11 +345,11 @@ protected:
     ~IXMLDOMAttribute() = default;
 };
 
-/// A live list of nodes: it answers for the tree as it is at the time of the call.
+/// A live list of nodes: each call sees the tree as it is at that time.
 class IXMLDOMNodeList : public IDispatch
 {
 public:
-    /// \param index from 0; live, as the tree is at the call
+    /// \param index from 0
     /// \param node receives a new object with one reference, which the caller releases
     /// \return `S_OK`; `S_FALSE` with `node` untouched out of range or when `node` is null
     virtual HRESULT get_item(LONG index, IXMLDOMNode** node) = 0;
