@@ -4,7 +4,6 @@
 #include "rows.h"
 
 #include "KelXmlLib/filer.h"
-#include "KelXmlLib/files.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -54,7 +53,7 @@ std::uint64_t sizeOf(const QString& path)
 
 Pair save(const Size& size)
 {
-    const auto ours = kel::load(inputFile(size.value).toStdString());
+    const auto ours = loadedByLibrary(inputFile(size.value));
     const QDomDocument qts = loadedByQt(inputFile(size.value));
     const auto path = std::make_shared<Text>(outputFile(QStringLiteral("saved.xml")));
     return {{[=] {

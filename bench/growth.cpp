@@ -23,16 +23,10 @@ std::uint64_t read(IXMLDOMNodeList& list)
     return static_cast<std::uint64_t>(length) + 1;
 }
 
-ComPtr<IXMLDOMNode> itemOf(IXMLDOMNodeList& list, LONG index)
-{
-    ComPtr<IXMLDOMNode> item;
-    kel::check(list.get_item(index, item.put()));
-    return item;
-}
-
 void setAttribute(IXMLDOMNode& element, std::int64_t number)
 {
-    kel::setAttribute(element, L"a" + std::to_wstring(number), L"v");
+    const Bstr name((L"a" + std::to_wstring(number)).c_str()), value(L"v");
+    kel::check(static_cast<IXMLDOMElement&>(element).setAttribute(name.get(), variantOf(value)));
 }
 
 /// There and back between two parents, a hundred times.
@@ -74,7 +68,7 @@ std::function<std::uint64_t()> moveAttributes(std::int64_t count)
     const auto element = itemOf(*list, 2);
     for (std::int64_t number = 0; number < count; ++number)
         setAttribute(*element, number);
-    const auto attribute = *kel::attributesOf(*itemOf(*list, 0)).begin();
+    const auto attribute = itemOf(*attributesOf(*itemOf(*list, 0)), 0);
     kel::check(attribute->appendChild(newElement(*document, names().note.bstr).get(), nullptr));
     return [=] { return shuttle(document, *element); };
 }
@@ -103,8 +97,9 @@ std::function<std::uint64_t()> readAttributes(std::int64_t count)
         setAttribute(*rootOf(*document), number);
     return [=] {
         std::uint64_t met = 0;
-        for (const auto& attribute : kel::attributesOf(*rootOf(*document)))
-            met += attribute ? 1 : 0;
+        const auto map = attributesOf(*rootOf(*document));
+        while (itemOf(*map, static_cast<LONG>(met)))
+            ++met;
         return met;
     };
 }

@@ -50,10 +50,40 @@ void require(bool works, const char* what)
         throw std::runtime_error(what);
 }
 
+ComPtr<IXMLDOMDocument> newDocument()
+{
+    static const int isAttached = DllMain(nullptr, 1, nullptr);
+    void* document = nullptr;
+    require(isAttached && DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &document) == S_OK,
+            "making a document");
+    return ComPtr<IXMLDOMDocument>::adopt(static_cast<IXMLDOMDocument*>(document));
+}
+
+ComPtr<IXMLDOMNodeList> childrenOf(IXMLDOMNode& node)
+{
+    ComPtr<IXMLDOMNodeList> list;
+    kel::check(node.get_childNodes(list.put()), "asking for children");
+    return list;
+}
+
+ComPtr<IXMLDOMNamedNodeMap> attributesOf(IXMLDOMNode& node)
+{
+    ComPtr<IXMLDOMNamedNodeMap> map;
+    kel::check(node.get_attributes(map.put()), "asking for attributes");
+    return map;
+}
+
 ComPtr<IXMLDOMDocument> documentOf(const QString& xml)
 {
-    auto document = kel::newDocument();
+    auto document = newDocument();
     require(document->loadXML(bstrOf(xml).get(), nullptr) == S_OK, "loading a text");
+    return document;
+}
+
+ComPtr<IXMLDOMDocument> loadedByLibrary(const QString& path)
+{
+    auto document = newDocument();
+    require(document->load(variantOf(bstrOf(path)), nullptr) == S_OK, "loading a file");
     return document;
 }
 
@@ -145,8 +175,9 @@ LibraryTree::LibraryTree(std::int64_t count)
     : document(documentOf(flatTree(count))), root(rootOf(*document)),
       otherRoot(rootOf(*documentOf(QStringLiteral("<other/>"))))
 {
-    for (const auto& child : kel::childrenOf(*root))
-        elements.push_back(kel::asElement(*child));
+    const auto children = childrenOf(*root);
+    while (const auto child = itemOf(*children, static_cast<LONG>(elements.size())))
+        elements.push_back(asElement(child));
 }
 
 QtTree::QtTree(std::int64_t count)

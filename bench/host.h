@@ -4,7 +4,12 @@
 
 #include "rows.h"
 
-#include "KelXmlLib/convenience.h"
+#include "KelComWrapper/bstr.h"
+#include "KelComWrapper/com_ptr.h"
+#include "KelComWrapper/error.h"
+#include "KelXmlLib/guids.h"
+#include "KelXmlLib/module.h"
+#include "KelXmlLib/xmldom.h"
 
 #include <QtXml/QDomDocument>
 #include <memory>
@@ -21,10 +26,28 @@ void registerTypeLibrary();
 /// A benchmark of what did not work would measure nothing. \throw std::runtime_error
 void require(bool works, const char* what);
 
+/// A new, empty document.
+ComPtr<IXMLDOMDocument> newDocument();
 ComPtr<IXMLDOMDocument> documentOf(const QString& xml);
+/// The node at an index of a list or a map; null beyond the end.
+template <class List>
+ComPtr<IXMLDOMNode> itemOf(List& list, LONG index)
+{
+    ComPtr<IXMLDOMNode> item;
+    kel::check(list.get_item(index, item.put()), "asking for a node", kel::FalseIs::success);
+    return item;
+}
+ComPtr<IXMLDOMNodeList> childrenOf(IXMLDOMNode& node);
+ComPtr<IXMLDOMNamedNodeMap> attributesOf(IXMLDOMNode& node);
+/// The node as an element, which the caller knows it to be.
+inline ComPtr<IXMLDOMElement> asElement(const ComPtr<IXMLDOMNode>& node)
+{
+    return ComPtr<IXMLDOMElement>(static_cast<IXMLDOMElement*>(node.get()));
+}
 ComPtr<IXMLDOMElement> rootOf(IXMLDOMDocument& document);
 ComPtr<IXMLDOMElement> newElement(IXMLDOMDocument& document, const Bstr& name);
 QDomDocument loadedByQt(const QString& path);
+ComPtr<IXMLDOMDocument> loadedByLibrary(const QString& path);
 
 inline VARIANT variantOf(const Bstr& text)
 {
@@ -44,10 +67,9 @@ inline Bstr taken(const VARIANT& value)
 
 Bstr bstrOf(const QString& text);
 
-/// A new, empty document.
 struct LibraryDocument
 {
-    ComPtr<IXMLDOMDocument> document = kel::newDocument();
+    ComPtr<IXMLDOMDocument> document = newDocument();
 };
 
 /// One text in the forms in which a program may hold it.

@@ -55,8 +55,9 @@ Pair firstLookup(const Size& size)
     return {{[=] { return look(*fresh); },
              [=] {
                  fresh->clear();
-                 for (const auto& node : kel::childrenOf(*tree->root))
-                     fresh->push_back(node);
+                 const auto children = childrenOf(*tree->root);
+                 while (auto node = itemOf(*children, static_cast<LONG>(fresh->size())))
+                     fresh->push_back(std::move(node));
              }},
             {},
             size.value};

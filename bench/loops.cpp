@@ -90,7 +90,7 @@ std::uint64_t loop(LibraryTree& tree, Found found, Change kind, Read read = Read
         for (const auto& list : lists) {
             if (!readNext(*list, read, static_cast<LONG>(met), node))
                 return met;
-            change(tree, *kel::asElement(*node), kind, textAt(met));
+            change(tree, static_cast<IXMLDOMElement&>(*node), kind, textAt(met));
         }
     }
 }

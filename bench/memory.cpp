@@ -90,7 +90,7 @@ void printObjects()
 {
     const LibraryTree tree(1);
     const QtTree qtTree(1);
-    std::printf("a live node,bytes,%zu,%zu\n", bytesOf([&] { return *kel::childrenOf(*tree.root).begin(); }),
+    std::printf("a live node,bytes,%zu,%zu\n", bytesOf([&] { return itemOf(*childrenOf(*tree.root), 0); }),
                 bytesOf([&] { return qtTree.root.firstChild(); }));
 }
 

@@ -3,8 +3,6 @@
 #include "host.h"
 #include "rows.h"
 
-#include "KelXmlLib/files.h"
-
 namespace bench
 {
 
@@ -15,21 +13,22 @@ namespace
 
 std::uint64_t walkChildren(IXMLDOMNode& node);
 
-std::uint64_t readAttribute(IXMLDOMNode& node)
+std::uint64_t readAttribute(IXMLDOMAttribute& attribute)
 {
-    const auto attribute = kel::asAttribute(node);
     Bstr name;
-    attribute->get_nodeName(name.put());
+    attribute.get_nodeName(name.put());
     VARIANT value{};
-    attribute->get_value(&value);
+    attribute.get_value(&value);
     return 1 + name.length() + taken(value).length();
 }
 
 std::uint64_t walkAttributes(IXMLDOMNode& node)
 {
     std::uint64_t amount = 0;
-    for (const auto& attribute : kel::attributesOf(node))
-        amount += readAttribute(*attribute);
+    const auto map = attributesOf(node);
+    LONG index = 0;
+    while (const auto attribute = itemOf(*map, index++))
+        amount += readAttribute(static_cast<IXMLDOMAttribute&>(*attribute));
     return amount;
 }
 
@@ -124,7 +123,7 @@ std::uint64_t walkNamesByQt(const QDomNode& node)
 template <class QtWalk>
 Pair fullWalk(const Size& size, std::uint64_t (*walk)(IXMLDOMNode&), QtWalk qtWalk)
 {
-    const auto ours = kel::load(inputFile(size.value).toStdString());
+    const auto ours = loadedByLibrary(inputFile(size.value));
     const QDomDocument qts = loadedByQt(inputFile(size.value));
     return {{[=] { return walk(*ours); }}, {[=] { return qtWalk(qts); }}, 1};
 }
@@ -155,7 +154,7 @@ constexpr auto kGetNamedItem = withEach(
             element->get_attributes(tree.maps.emplace_back().put());
         ComPtr<IXMLDOMNode> attribute;
         tree.maps[index]->getNamedItem(names().kind.bstr.get(), attribute.put());
-        return readAttribute(*attribute);
+        return readAttribute(static_cast<IXMLDOMAttribute&>(*attribute));
     },
     [](QtTree& tree, QDomElement& element, std::size_t index) {
         if (index == tree.maps.size())

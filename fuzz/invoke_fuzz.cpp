@@ -2,13 +2,11 @@
 // sometimes of any type, count and name. Arguments must not change, and a failure must not return anything.
 
 #include "KelComWrapper/typelib.h"
-#include "KelXmlLib/convenience.h"
 #include "support.h"
+#include "support/objects.h"
 #include "support/variant_text.h"
 
 using namespace kelfuzz;
-using kel::Bstr;
-using kel::ComPtr;
 
 namespace
 {
@@ -95,7 +93,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(registered == S_OK);
     Choices choices(data, size);
     Objects objects;
-    for (const auto& document : {kel::newDocument(), kel::newDocument()}) {
+    for (const auto& document : {newDocument(), newDocument()}) {
         require(document->loadXML(Bstr(L"<r x='1' p:y='2'>t<a/><!--c--></r>").get(), nullptr) == S_OK);
         objects.emplace_back(document.get());
     }

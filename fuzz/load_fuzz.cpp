@@ -26,7 +26,7 @@ void compare(Load load, const Prescan& seen, Content&& content, qint64 length, c
     // Without entities, only markup that is there can nest, and a parenthesis is the shortest.
     const bool hasEntities = text.isNull() || text.contains(QLatin1String("<!EN"));
     require(seen.isWithin() || hasEntities || length > kMaxNesting);
-    const auto document = kel::newDocument();
+    const auto document = newDocument();
     const kel::Bstr earlier(L"<earlier/>");
     require(document->loadXML(earlier.get(), nullptr) == S_OK);
     QDomDocument direct;

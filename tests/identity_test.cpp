@@ -50,7 +50,7 @@ TEST_F(Identity, TheLastReleaseReachesTheDestructorThroughTheObjectsTable)
         EXPECT_EQ(0u, static_cast<IUnknown*>(raw)->Release());
     };
     OneOfEach one = oneOfEach(L"<a x='1'>t</a>");
-    auto element = kel::asElement(*parentOf(*one.text));
+    auto element = as<IXMLDOMElement>(parentOf(*one.text));
     one.root.reset();
     releaseWithItsOwnTable(std::move(one.map), 18);
     releaseWithItsOwnTable(std::move(one.list), 13);

@@ -144,7 +144,7 @@ struct Invoke : testing::Test
     const TypeLibraryFile file{stamped(contentOf(QStringLiteral(KEL_TESTS "invoke_library.xml")))};
     const kel::ComPtr<ITypeInfo> info = typeInfo(file.widePath.c_str(), {1, 0, 0, {0, 0, 0, 0, 0, 0, 0, 1}});
     const kel::ComPtr<ITypeInfo> peer = typeInfo(L"" KEL_TYPE_LIBRARY, IID_IXMLDOMNode);
-    const kel::ComPtr<IXMLDOMDocument> stranger = kel::newDocument();
+    const kel::ComPtr<IXMLDOMDocument> stranger = newDocument();
     Variants variants{{{"peer", peer.get()}, {"stranger", stranger.get()}}};
 };
 

@@ -1,13 +1,11 @@
-// The C++ layer: what values read and refuse, what changes do to the tree, what a loop sees of them, what an
-// error says.
+// The C++ layer: what values read and refuse, what a loop sees of changes, what files get, what an error
+// says. That changes are made is for the call machine.
 
 #include "KelXmlLib/kel.h"
 
 #include "support/dom_fixture.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <limits>
 #include <utility>
@@ -25,12 +23,6 @@ std::string xmlOf(const kel::Node& node)
     std::string xml = node.toString({-1});
     xml.erase(std::remove(xml.begin(), xml.end(), '\n'), xml.end());
     return xml;
-}
-
-std::string contentOf(const std::string& path)
-{
-    std::ifstream file(path);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 template <class List>
@@ -94,39 +86,6 @@ TEST_F(Layer, NumbersReadBackAsTheyWereWritten)
     EXPECT_EQ("false", root.attribute("n", ""));
 }
 
-TEST_F(Layer, ChangesAreMadeWhereTheyWereAskedFor)
-{
-    expectNothingLeft([] {
-        kel::Document document("r");
-        kel::Element root = document.root();
-        root.append("a", L"h\u00e9").setAttribute("x", "<");
-        root.append("c", 0.5);
-        root.insertBefore("b", root.child("c"));
-        root.insertBefore(root.appendComment("one"), root.child("a"));
-        root.appendCData("<&");
-        root.appendInstruction("go", "on");
-        root.appendText("end");
-        EXPECT_EQ("<r><!--one--><a x=\"&lt;\">h\u00e9</a><b/><c>0.5</c><![CDATA[<&]]><?go on?>end</r>",
-                  xmlOf(document));
-        kel::Element a = root.child("a");
-        EXPECT_TRUE(a.removeAttribute("x"));
-        EXPECT_FALSE(a.removeAttribute("x"));
-        root.replace(root.child("b"), a);
-        a.setText("");
-        kel::Element copy = root.clone();
-        root.setText("all");
-        EXPECT_EQ("<r>all</r>", xmlOf(root));
-        EXPECT_EQ("<r><!--one--><a/><c>0.5</c><![CDATA[<&]]><?go on?>end</r>", xmlOf(copy));
-        EXPECT_EQ("a", copy.child("c").previousSibling().name());
-        EXPECT_FALSE(a.nextSibling()) << "a's parent is gone";
-        kel::Document other;
-        EXPECT_FALSE(other.root());
-        other.append(copy);
-        EXPECT_EQ(other, copy.document());
-        EXPECT_EQ("r", other.clone().root().name());
-    });
-}
-
 TEST_F(Layer, ARefusedChangeChangesNothingAndSaysWhy)
 {
     kel::Document document = kel::Document::parse("<r a='1'><a/><b><c/></b></r>"), empty;
@@ -166,7 +125,6 @@ TEST_F(Layer, ARefusedChangeChangesNothingAndSaysWhy)
         deepest = deepest.append("d");
     EXPECT_EQ("appending a node: the tree would become deeper than 2048 elements",
               messageOf([&] { deepest.append("d"); }));
-    EXPECT_FALSE(deepest.child("d"));
 }
 
 TEST_F(Layer, ALoopMayMoveOrRemoveTheNodeThatItHasReached)
@@ -199,24 +157,6 @@ TEST_F(Layer, ALoopMayMoveOrRemoveTheNodeThatItHasReached)
     EXPECT_TRUE(root.attributes().empty());
 }
 
-TEST_F(Layer, ValuesAndInterfacesSeeTheSameTree)
-{
-    const auto object = newDocument();
-    EXPECT_EQ(S_FALSE, object->get_documentElement(ComPtr<IXMLDOMElement>().put()) == S_OK ? S_FALSE : S_OK)
-        << "asked too early, it is without a node for good";
-    kel::Document document(*object);
-    document.append("r").setAttribute("a", 1);
-    EXPECT_EQ("r", document.root().name());
-    EXPECT_EQ(L"r", nameOf(*firstChildOf(*object)));
-    const kel::Element root(*document.root().get());
-    EXPECT_EQ(document.root(), root);
-    EXPECT_EQ(root, kel::Node(*root.get()));
-    EXPECT_EQ(document, kel::Document(*document.get()));
-    const kel::Attribute attribute(*attributeOf(*root.get(), L"a"));
-    EXPECT_EQ("1", attribute.text());
-    EXPECT_EQ(root, attribute.parent());
-}
-
 TEST_F(Layer, AnErrorOfLoadingSaysWhichFileWhereAndWhy)
 {
     using Kind = kel::LoadError::Kind;
@@ -231,7 +171,7 @@ TEST_F(Layer, AnErrorOfLoadingSaysWhichFileWhereAndWhy)
         return std::pair(Kind{}, std::string());
     };
     const auto loadErrorOfText = [&](const std::string& text) {
-        std::ofstream(path) << text;
+        write(QString::fromStdString(path), QByteArray::fromStdString(text));
         return loadErrorOf(path);
     };
     EXPECT_EQ(std::pair(Kind::unreadable, path + ": No such file or directory"), loadErrorOf(path));
@@ -240,13 +180,10 @@ TEST_F(Layer, AnErrorOfLoadingSaysWhichFileWhereAndWhy)
     EXPECT_EQ(Kind::unreadable, loadErrorOf(std::string("a\0b", 3)).first);
     EXPECT_EQ(std::pair(Kind::empty, path + ": it is empty"), loadErrorOfText(""));
     EXPECT_EQ(std::pair(Kind::notWellFormed, path + ":2:4: tag mismatch"), loadErrorOfText("<r>\n</s>"));
-    std::string deep;
-    for (int depth = 0; depth < 2049; ++depth)
-        deep += "<d>";
-    EXPECT_EQ(std::pair(Kind::beyondLimit, path + ": nested deeper than 2048 levels"), loadErrorOfText(deep));
+    EXPECT_EQ(std::pair(Kind::beyondLimit, path + ": nested deeper than 2048 levels"),
+              loadErrorOfText(QByteArray("<d>").repeated(2049).toStdString()));
     EXPECT_EQ("text:1:7: tag mismatch", messageOf([] { kel::Document::parse(L"<a></b>"); }));
-    std::ofstream(path) << "<r/>";
-    EXPECT_EQ("r", kel::Document::load(path).root().name());
+    EXPECT_EQ(std::pair(Kind{}, std::string()), loadErrorOfText("<r/>"));
 }
 
 TEST_F(Layer, ASavedFileIsCompleteOrTheOldOne)
@@ -256,7 +193,8 @@ TEST_F(Layer, ASavedFileIsCompleteOrTheOldOne)
         kel::Document::parse("<?xml version='1.0' encoding='ISO-8859-1'?><r b='1' a='\u00e9'><c/></r>");
     document.save(path);
     EXPECT_EQ("<?xml version='1.0' encoding='ISO-8859-1'?>\n<r a=\"\xE9\" b=\"1\">\n    <c/>\n</r>\n",
-              contentOf(path));
+              contentOf(QString::fromStdString(path)));
+    EXPECT_EQ(document.toString(), document.clone().toString());
     document.save(path, {-1});
     EXPECT_EQ(document.toString({-1}), kel::Document::load(path).toString({-1}));
     EXPECT_EQ("/dev/full: No space left on device", messageOf([&] { document.save("/dev/full"); }));
@@ -285,7 +223,7 @@ TEST_F(Layer, AWriterClosesWhatIsOpenInAnyOrder)
     });
     EXPECT_EQ("<?xml version=\"1.0\" encoding=\"UTF-8\"?><r n=\"0.1\" t=\"\xEF\xBF\xBD&lt;\" b=\"true\"><i>"
               "<whole>5</whole><empty/><?go on?></i></r>\n",
-              contentOf(path));
+              contentOf(QString::fromStdString(path)));
     try {
         kel::Writer writer(path);
         auto root = writer.element("lost");
@@ -294,13 +232,10 @@ TEST_F(Layer, AWriterClosesWhatIsOpenInAnyOrder)
         EXPECT_EQ("r", kel::Document::load(path).root().name()) << "what was begun is no file";
     }
     kel::Writer writer(path);
-    {
-        auto root = writer.element("r");
-        writer.cdata("a]]>b");
-        writer.comment("c");
-        for (int count = 0; count < 10000; ++count)
-            writer.element("e", count);
-    }
+    auto root = writer.element("r");
+    writer.cdata("a]]>b");
+    for (int count = 0; count < 10000; ++count)
+        writer.element("e", count);
     writer.close();
     writer.close();
     const kel::Element read = kel::Document::load(path).root();

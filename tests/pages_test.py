@@ -8,7 +8,7 @@ import sys
 top = pathlib.Path(sys.argv[1])
 tests = {f'{suite}.{name}' for path in (top / 'tests').glob('*.cpp')
          for suite, name in re.findall(r'^TEST(?:_F)?\((\w+), (\w+)\)', path.read_text(), re.M)}
-tests |= set(re.findall(r'^= (\w+\.\w+)$', (top / 'tests/dangling_calls.txt').read_text(), re.M))
+tests |= set(re.findall(r'^= (\w+\.\w+)$', (top / 'tests/guard_calls.txt').read_text(), re.M))
 faults = []
 for page in [*top.glob('*.md'), *top.glob('docs/**/*.md')]:
     text = page.read_text()

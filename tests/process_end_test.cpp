@@ -2,10 +2,10 @@
 // object, of a static one that Qt's codecs outlive, and of one that outlives them.
 
 #include "KelComWrapper/typelib.h"
-#include "KelXmlLib/convenience.h"
 #include "KelXmlLib/filer.h"
+#include "KelXmlLib/kel.h"
 #include "support/by_name.h"
-#include "support/require.h"
+#include "support/objects.h"
 #include "support/type_library_file.h"
 
 #include <cstdio>
@@ -21,7 +21,7 @@ struct LastCalls
     const bool hasCodecs;
     const std::string file = hasCodecs ? "with_codecs.xml" : "without_codecs.xml";
     const kel::Variant path{hasCodecs ? L"with_codecs.xml" : L"without_codecs.xml"};
-    const kel::ComPtr<IXMLDOMDocument> document = kel::newDocument();
+    const kel::ComPtr<IXMLDOMDocument> document = newDocument();
     std::unique_ptr<IKelXmlFiler> filer = {};
 
     void write(const QByteArray& content) const { std::ofstream(file) << content.constData(); }
@@ -55,8 +55,8 @@ struct LastCalls
         require(document->loadXML(xml.get(), nullptr) == S_OK);
         kel::ComPtr<IXMLDOMElement> root;
         document->get_documentElement(root.put());
-        kel::appendElement(*root, L"n\u00e4me");
-        require(kel::textOf(*root) == L"t\u00e4");
+        kel::Element(*root).append(L"n\u00e4me");
+        require(kel::Element(*root).text<std::wstring>() == L"t\u00e4");
         kel::Variant result;
         require(callByName(*root, L"nodeName", DISPATCH_PROPERTYGET, result) == S_OK);
         require(result.type() == VT_BSTR && result.text() == L"a");

@@ -1,6 +1,7 @@
 // Documents at every depth on threads with small stacks: the result or a refusal, never an overrun. A crash
 // here ends the test program.
 
+#include "KelXmlLib/kel.h"
 #include "support/dom_fixture.h"
 #include "support/lines.h"
 
@@ -49,7 +50,7 @@ struct StackRoom : DomTest
     {
         ComPtr<IXMLDOMNode> copy;
         EXPECT_EQ(S_OK, rootOf(document)->cloneNode(1, copy.put()));
-        EXPECT_EQ(L"t", kel::textOf(*copy));
+        EXPECT_EQ("t", kel::Node(*copy).text());
         const auto other = newDocument();
         create(*other, NODE_ELEMENT, L"e"); // with which there is a tree
         append(*other, *copy);

@@ -1,6 +1,6 @@
 // Type libraries: the registry, loading, invalid and inconsistent files, and the XML DOM's own library.
 
-#include "KelXmlLib/convenience.h"
+#include "support/objects.h"
 #include "support/type_library_walk.h"
 #include "support/variant_text.h"
 
@@ -232,7 +232,9 @@ TEST(XmlDomLibrary, HasThePublishedIdentifiersAndTheDeclarationsOfTheVtables)
     EXPECT_EQ(LIBID_MSXML, attributes->guid);
     kel::ComPtr<ITypeInfo> unknown;
     EXPECT_EQ(TYPE_E_ELEMENTNOTFOUND, library->GetTypeInfoOfGuid(kUnknownGuid, unknown.put()));
-    EXPECT_TRUE(kel::query<ITypeLib>(*library, IID_ITypeLib));
+    kel::ComPtr<IUnknown> same;
+    EXPECT_EQ(S_OK, library->QueryInterface(IID_ITypeLib, reinterpret_cast<void**>(same.put())));
+    same.reset();
     EXPECT_EQ(before - 1, library->Release());
 }
 

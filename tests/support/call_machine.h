@@ -98,7 +98,7 @@ private:
 
     Held newDocument()
     {
-        const auto document = kel::newDocument();
+        const auto document = ::newDocument();
         Held held{ComPtr<IXMLDOMNode>(document.get()), makeObject(NODE_DOCUMENT, nullptr, {})};
         held.model->address = document.get();
         if (m_isOneDocument || m_choose(2))
@@ -215,7 +215,7 @@ private:
         Held child = pick();
         if (m_choose(2) && !parent->orNone().children.empty()) {
             const auto index = m_choose(parent->node->children.size());
-            keepAsIs(*std::next(kel::childrenOf(*parent.object).begin(), index),
+            keepAsIs(itemsOf(*get(*parent.object, &IXMLDOMNode::get_childNodes)).at(index),
                      parent->node->children[index], parent->handle);
             child = m_nodes.back();
         }
@@ -304,7 +304,7 @@ private:
             return;
         const HeldMap& map = oneOf(m_maps);
         const Node& element = map->orNone();
-        compareAttributes(kel::each(map.object), element);
+        compareAttributes(itemsOf(*map.object), element);
         const wchar_t* const name = oneOf(kAttributes);
         ComPtr<IXMLDOMNode> item;
         map.object->getNamedItem(Bstr(name).get(), item.put());
@@ -320,7 +320,7 @@ private:
         const bool isElement = held->kind == NODE_ELEMENT;
         if (isElement && m_choose(2)) {
             const wchar_t* const name = oneOf(kAttributes);
-            kel::setAttribute(*held.object, name, text);
+            static_cast<IXMLDOMElement&>(*held.object).setAttribute(Bstr(name).get(), Variant(text).get());
             if (node)
                 setAttribute(node, name, text);
             return;

@@ -3,17 +3,12 @@
 
 #pragma once
 
-#include "KelXmlLib/convenience.h"
 #include "support/lines.h"
 #include "support/model_tree.h"
-#include "support/require.h"
+#include "support/objects.h"
 
 namespace model
 {
-
-using kel::Bstr;
-using kel::ComPtr;
-using kel::Variant;
 
 /// A text, and what Qt alone makes of it.
 struct Text
@@ -107,7 +102,7 @@ inline void compare(IXMLDOMNode& object, const Node& node, int type)
     DOMNodeType given = NODE_INVALID;
     object.get_nodeType(&given);
     requireEqual(static_cast<int>(given), type, "get_nodeType");
-    requireEqual(kel::textOf(object, &IXMLDOMNode::get_nodeName), node.name, "get_nodeName");
+    requireEqual(nameOf(object), node.name, "get_nodeName");
     Bstr text;
     const bool hasText = type == NODE_ELEMENT || type == NODE_TEXT || type == NODE_CDATA_SECTION;
     const HRESULT answer = object.get_text(text.put());
@@ -135,8 +130,7 @@ inline void compare(const Held& held)
     const HRESULT answer = held.object->get_parentNode(parent.put());
     const NodePtr above = node.parent.lock();
     requireEqual(answer, above ? S_OK : S_FALSE, "get_parentNode succeeds where there is a parent");
-    requireEqual(parent ? kel::textOf(*parent, &IXMLDOMNode::get_nodeName) : L"", above ? above->name : L"",
-                 "the parent's name");
+    requireEqual(parent ? nameOf(*parent) : L"", above ? above->name : L"", "the parent's name");
 }
 
 /// \param items the attributes, in Qt's order
@@ -145,7 +139,7 @@ void compareAttributes(const Items& items, const Node& element)
 {
     std::size_t length = 0;
     for (const auto& item : items) {
-        const NodePtr node = element.attribute(kel::textOf(*item, &IXMLDOMNode::get_nodeName));
+        const NodePtr node = element.attribute(nameOf(*item));
         require(node && ++length <= element.attributes.size(), "a map has only attributes of its element");
         compare(*item, *node, NODE_ATTRIBUTE);
     }
@@ -163,8 +157,8 @@ void compareNodes(const Items& items, const Nodes& nodes, bool deep)
         compare(*item, node, node.type);
         if (!deep)
             continue;
-        compareAttributes(kel::attributesOf(*item), node);
-        compareNodes(kel::childrenOf(*item), node.children, true);
+        compareAttributes(itemsOf(*get(*item, &IXMLDOMNode::get_attributes)), node);
+        compareNodes(itemsOf(*get(*item, &IXMLDOMNode::get_childNodes)), node.children, true);
     }
     requireEqual(length, nodes.size(), "a list goes on to its last node");
 }
@@ -175,7 +169,7 @@ inline void compare(const HeldList& list)
     LONG length = -1;
     list.object->get_length(&length);
     requireEqual(static_cast<std::size_t>(length), expected.size(), "get_length of a list");
-    compareNodes(kel::each(list.object), expected, false);
+    compareNodes(itemsOf(*list.object), expected, false);
 }
 
 } // namespace model

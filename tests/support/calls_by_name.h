@@ -23,8 +23,8 @@ public:
             keep(object, ComPtr<IDispatch>(newDocument().get()));
             return;
         }
-        ASSERT_TRUE(m_objects.count(object));
         const ComPtr<IDispatch> called = m_objects[object];
+        ASSERT_TRUE(called);
         if (member == "release") {
             m_objects.erase(object);
             return;
@@ -37,8 +37,10 @@ public:
         const HRESULT code = callByName(*called, std::wstring(member.begin(), member.end()), flags, result,
                                         arguments.parameters());
         const auto given = result.type() == VT_DISPATCH ? result.object() : nullptr;
-        const auto node = given ? kel::query<IXMLDOMNode>(*given, IID_IXMLDOMNode) : nullptr;
-        const std::wstring nodeName = node ? DomTest::nameOf(*node) : given ? L"" : L"-";
+        ComPtr<IXMLDOMNode> node;
+        if (given)
+            given->QueryInterface(IID_IXMLDOMNode, reinterpret_cast<void**>(node.put()));
+        const std::wstring nodeName = node ? nameOf(*node) : given ? L"" : L"-";
         const std::string word = wordOf(result.get(), std::string(nodeName.begin(), nodeName.end()));
         EXPECT_EQ(answer + ' ' + (expected.empty() ? word : expected),
                   asWord(kel::describe(code)) + ' ' + word);

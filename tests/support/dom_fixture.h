@@ -4,19 +4,13 @@
 #pragma once
 
 #include "KelComWrapper/typelib.h"
-#include "KelXmlLib/convenience.h"
 #include "support/allocations.h"
-#include "support/require.h"
+#include "support/objects.h"
 
 #include <QtCore/QTemporaryDir>
 #include <array>
 #include <gtest/gtest.h>
 #include <string>
-
-using kel::Bstr;
-using kel::ComPtr;
-using kel::newDocument;
-using kel::Variant;
 
 /// An object of each class over one document: its element, and what that has.
 struct OneOfEach
@@ -52,15 +46,6 @@ struct DomTest : testing::Test
         return document;
     }
 
-    /// The object that a getter returns with `S_OK`; null with `S_FALSE`.
-    template <class Object, class Interface, class Out>
-    static ComPtr<Out> get(Object& object, HRESULT (Interface::*getter)(Out**))
-    {
-        ComPtr<Out> out;
-        const HRESULT answer = (object.*getter)(out.put());
-        EXPECT_EQ(out ? S_OK : S_FALSE, answer);
-        return out;
-    }
     static auto rootOf(const ComPtr<IXMLDOMDocument>& document)
     {
         return get(*document, &IXMLDOMDocument::get_documentElement);
@@ -69,7 +54,6 @@ struct DomTest : testing::Test
     static auto parentOf(IXMLDOMNode& node) { return get(node, &IXMLDOMNode::get_parentNode); }
     static auto listOf(IXMLDOMNode& node) { return get(node, &IXMLDOMNode::get_childNodes); }
     static auto mapOf(IXMLDOMNode& node) { return get(node, &IXMLDOMNode::get_attributes); }
-    static std::wstring nameOf(IXMLDOMNode& node) { return kel::textOf(node, &IXMLDOMNode::get_nodeName); }
 
     template <class List>
     static LONG lengthOf(List& list)
@@ -83,7 +67,7 @@ struct DomTest : testing::Test
     {
         ComPtr<IXMLDOMNode> node;
         EXPECT_EQ(S_OK, mapOf(element)->getNamedItem(Bstr(name.c_str()).get(), node.put()));
-        return kel::asAttribute(*node);
+        return as<IXMLDOMAttribute>(node);
     }
 
     /// \param xml its element has text first and an attribute `x`

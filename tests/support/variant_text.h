@@ -28,7 +28,8 @@ struct Arguments
     std::vector<DISPID> names{};
 };
 
-/// Makes values of words such as `i4:-7`, `r8:0x7ff0000000000000` by its bits, `bstr:a_b` with a space,
+/// Makes values of words such as `i4:-7`, `r8:0x7ff0000000000000` by its bits, `bstr:a_{b|3}` with a space
+/// and repetitions,
 /// `bstr` null, `unknown:name`, `0x2003:0` of any type; `&ui1:3` refers to a value, `*i4:7` to a variable
 /// with it. Owns what they point to, but for the objects.
 struct Variants
@@ -51,7 +52,7 @@ struct Variants
                                                               : known - kTypes.begin());
         value.llVal = std::strtoll(text.c_str(), nullptr, 0);
         if (value.vt == VT_BSTR && colon < word.size())
-            value.bstrVal = texts.emplace_back(std::wstring(text.begin(), text.end()).c_str()).get();
+            value.bstrVal = texts.emplace_back(expand(text, 0).toStdWString().c_str()).get();
         else if (value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN)
             value.punkVal = objects[text];
         else if (value.vt == VT_R4 && text[1] != 'x')

@@ -1,4 +1,4 @@
-// Each test of dangling_calls.txt. Freed memory is overwritten in these runs, or watched by valgrind.
+// Each test of guard_calls.txt. Freed memory is overwritten in these runs, or watched by valgrind.
 
 #include "support/calls_by_name.h"
 
@@ -7,13 +7,13 @@ namespace
 
 using keltest::Row;
 
-struct Dangling : DomTest
+struct GuardCalls : DomTest
 {
-    explicit Dangling(std::string named) : name(std::move(named)) {}
+    explicit GuardCalls(std::string named) : name(std::move(named)) {}
     static void forEachCall(const std::function<void(const std::string& test, Row& row)>& use)
     {
         std::string test;
-        keltest::forEachRow(KEL_TESTS "dangling_calls.txt", [&](Row row) {
+        keltest::forEachRow(KEL_TESTS "guard_calls.txt", [&](Row row) {
             const bool isTest = row.str()[0] == '=';
             test = isTest ? row.str().substr(2) : test;
             use(test, row);
@@ -31,11 +31,11 @@ struct Dangling : DomTest
 };
 
 const bool areRegistered = [] {
-    Dangling::forEachCall([](const std::string& test, Row& row) {
+    GuardCalls::forEachCall([](const std::string& test, Row& row) {
         const auto dot = test.find('.');
         if (row.peek() == '=')
             testing::RegisterTest(test.substr(0, dot).c_str(), test.substr(dot + 1).c_str(), nullptr, nullptr,
-                                  __FILE__, __LINE__, [test] { return new Dangling(test); });
+                                  __FILE__, __LINE__, [test] { return new GuardCalls(test); });
     });
     return true;
 }();

@@ -1,0 +1,62 @@
+// Short ways to the library's objects.
+
+#pragma once
+
+#include "KelComWrapper/bstr.h"
+#include "KelComWrapper/com_ptr.h"
+#include "KelComWrapper/variant_owner.h"
+#include "KelXmlLib/guids.h"
+#include "KelXmlLib/module.h"
+#include "KelXmlLib/xmldom.h"
+#include "support/require.h"
+
+#include <vector>
+
+using kel::Bstr;
+using kel::ComPtr;
+using kel::Variant;
+
+/// An empty document, which has no tree yet.
+inline ComPtr<IXMLDOMDocument> newDocument()
+{
+    static const int isAttached = DllMain(nullptr, 1, nullptr);
+    void* document = nullptr;
+    requireEqual(DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &document),
+                 isAttached ? S_OK : E_FAIL, "DllGetClassObject");
+    return ComPtr<IXMLDOMDocument>::adopt(static_cast<IXMLDOMDocument*>(document));
+}
+
+/// The object as one of another class, which the caller knows it to be.
+template <class To, class From>
+ComPtr<To> as(const ComPtr<From>& object)
+{
+    return ComPtr<To>(static_cast<To*>(object.get()));
+}
+
+/// What a getter returns with `S_OK`; null with `S_FALSE`.
+template <class Object, class Interface, class Out>
+ComPtr<Out> get(Object& object, HRESULT (Interface::*getter)(Out**))
+{
+    ComPtr<Out> out;
+    const HRESULT answer = (object.*getter)(out.put());
+    requireEqual(answer, out ? S_OK : S_FALSE, "a getter");
+    return out;
+}
+
+inline std::wstring nameOf(IXMLDOMNode& node)
+{
+    Bstr name;
+    requireEqual(node.get_nodeName(name.put()), S_OK, "get_nodeName");
+    return name.c_str();
+}
+
+/// The nodes of a list or a map, by index.
+template <class List>
+std::vector<ComPtr<IXMLDOMNode>> itemsOf(List& list)
+{
+    std::vector<ComPtr<IXMLDOMNode>> items(1);
+    for (LONG index = 0; list.get_item(index, items.back().put()), items.back(); ++index)
+        items.emplace_back();
+    items.pop_back();
+    return items;
+}
