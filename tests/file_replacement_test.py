@@ -1,0 +1,176 @@
+#!/usr/bin/env python3
+"""file_replacement_test.py KELXML LIBRARIES - what is on the disk after a file is replaced, and after a failure: who may
+read it, which links and devices it goes through, and that the old file stays."""
+import errno
+import os
+import pathlib
+import resource
+import shutil
+import stat
+import subprocess
+import sys
+import tempfile
+import unittest
+
+NOBODY, STRANGER = 65534, 1000
+IS_ROOT = os.geteuid() == 0
+place = tempfile.TemporaryDirectory()
+# Where everybody can run it, whoever may enter the build tree.
+shared = pathlib.Path(place.name)
+shared.chmod(0o755)
+kelxml = shutil.copy(sys.argv[1], shared)
+for library in pathlib.Path(sys.argv[2]).glob('libKel*.so*'):
+    shutil.copy(library, shared, follow_symlinks=True)
+
+
+def access_list(permissions):
+    """An access control list as the kernel takes it, in which the user 1000 has these permissions."""
+    entries = [(1, 7, -1), (2, permissions, STRANGER), (4, 7, -1), (16, 7, -1), (32, 6, -1)]
+    return b''.join([(2).to_bytes(4, 'little')] + [tag.to_bytes(2, 'little') + bits.to_bytes(2, 'little') +
+                                                   who.to_bytes(4, 'little', signed=True) for tag, bits, who in entries])
+
+
+class FileReplacement(unittest.TestCase):
+    def setUp(self):
+        directory = tempfile.TemporaryDirectory()
+        self.addCleanup(directory.cleanup)
+        self.top = pathlib.Path(directory.name)
+        self.top.chmod(0o777)
+        self.file = self.top / 'file'
+        self.addCleanup(lambda: self.assertEqual([], list(self.top.glob('*.kelxml*')), 'nothing is left behind'))
+
+    def replace(self, path, text='new', by_nobody=False, most=None, **how):
+        """Has the text written in a document. Returns the reason of a failure, else 0."""
+        source = shared / 'source.xml'
+        source.write_text(f'<r>{text}</r>')
+        source.chmod(0o644)
+        if by_nobody and IS_ROOT:
+            how |= {'user': NOBODY, 'group': NOBODY, 'extra_groups': []}
+        limit = (lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (most, most))) if most else None
+        # The signal of a file that becomes too long stays ignored.
+        done = subprocess.run([kelxml, 'copy', source, path], env=os.environ | {'LD_LIBRARY_PATH': str(shared)},
+                              stderr=subprocess.PIPE, text=True, preexec_fn=limit, restore_signals=False, **how)
+        reasons = [code for code in errno.errorcode if done.stderr.rstrip().endswith(f'{path}: {os.strerror(code)}')]
+        self.assertEqual(1 if reasons else 0, done.returncode, done.stderr)
+        return reasons[0] if reasons else 0
+
+    def holds(self, path, text):
+        self.assertEqual(f'<r>{text}</r>\n', path.read_text())
+
+    def permissions(self, path):
+        return oct(stat.S_IMODE(path.lstat().st_mode))
+
+    def test_new_files_get_what_the_mask_leaves_and_old_ones_keep_their_permissions_and_links(self):
+        self.assertEqual(0, self.replace(self.file, umask=0o27))
+        self.assertEqual('0o640', self.permissions(self.file))
+        self.file.chmod(0o4751)
+        link, dangling = self.top / 'link', self.top / 'dangling'
+        link.symlink_to('file')
+        inode = self.file.stat().st_ino
+        self.assertEqual(0, self.replace(link, 'newer'))
+        self.holds(self.file, 'newer')
+        self.assertEqual('0o4751', self.permissions(self.file))
+        self.assertNotEqual(inode, self.file.stat().st_ino, 'replaced, not overwritten')
+        self.assertTrue(link.is_symlink())
+        dangling.symlink_to('target')
+        self.assertEqual(errno.EFBIG, self.replace(dangling, 'x' * 10000, most=4096))
+        self.assertEqual({'dangling', 'file', 'link'}, set(os.listdir(self.top)))
+        self.assertEqual(0, self.replace(dangling, 'made'))
+        self.holds(self.top / 'target', 'made')
+
+    def test_what_cannot_be_written_is_refused_with_the_systems_reason(self):
+        self.file.write_text('old')
+        self.file.chmod(0o444)
+        (self.top / 'loop').symlink_to('loop')
+        for path, reason in (('none/file', errno.ENOENT), ('new/', errno.ENOENT), ('', errno.EISDIR),
+                             ('file/x', errno.ENOTDIR), ('loop', errno.ELOOP), ('n' * 256, errno.ENAMETOOLONG),
+                             ('/dev/full', errno.ENOSPC), ('/dev/fd/999999', errno.EBADF)):
+            self.assertEqual(reason, self.replace(os.path.join(self.top, path)), path)
+        self.assertEqual(errno.EACCES, self.replace(self.file, by_nobody=True), 'a file that is only to be read')
+        self.assertEqual('old', self.file.read_text())
+        self.assertEqual({'file', 'loop'}, set(os.listdir(self.top)))
+
+    def test_a_full_disk_leaves_the_old_file_also_where_it_is_written_in_place(self):
+        self.file.write_text('old')
+        if IS_ROOT:
+            os.chown(self.file, NOBODY, NOBODY)
+        inode = self.file.stat().st_ino
+        for permissions in 0o777, 0o555:
+            self.top.chmod(permissions)
+            self.assertEqual(errno.EFBIG, self.replace(self.file, 'x' * 10000, by_nobody=True, most=4096))
+            self.assertEqual('old', self.file.read_text())
+            self.assertEqual(['file'], os.listdir(self.top))
+        for text in 'new and longer', 'short':
+            self.assertEqual(0, self.replace(self.file, text, by_nobody=True))
+            self.holds(self.file, text)
+        self.assertEqual(inode, self.file.stat().st_ino, 'written in place')
+        self.assertEqual(errno.EACCES, self.replace(self.top / 'none', by_nobody=True))
+
+    def test_access_lists_stay_and_the_directorys_default_is_not_added(self):
+        plain = self.top / 'plain'
+        for path in self.file, plain:
+            path.write_text('old')
+        plain.chmod(0o660)
+        os.setxattr(self.file, 'system.posix_acl_access', access_list(4))
+        os.setxattr(self.top, 'system.posix_acl_default', access_list(7))
+        for path in self.file, plain:
+            self.assertEqual(0, self.replace(path))
+        self.assertEqual(access_list(4), os.getxattr(self.file, 'system.posix_acl_access'))
+        self.assertEqual([], os.listxattr(plain))
+        self.assertEqual('0o660', self.permissions(plain))
+
+    @unittest.skipUnless(IS_ROOT, 'only root can make files of other owners')
+    def test_who_could_not_read_the_old_file_cannot_read_the_new_one(self):
+        for owner, group, before, after_nobody, has_list in (
+                (STRANGER, NOBODY, 0o6776, 0o2776, False), (STRANGER, STRANGER, 0o6776, 0o766, False),
+                (STRANGER, STRANGER, 0o746, 0o744, False), (STRANGER, STRANGER, 0o426, 0o400, False),
+                (NOBODY, STRANGER, 0o6764, 0o4744, False), (STRANGER, STRANGER, 0o776, 0o700, True),
+                (STRANGER, NOBODY, 0o776, 0o776, True)):
+            with self.subTest(owner=owner, group=group, before=oct(before)):
+                self.file.unlink(missing_ok=True)
+                self.file.write_text('old')
+                os.chown(self.file, owner, group)
+                if has_list:
+                    os.setxattr(self.file, 'system.posix_acl_access', access_list(0))
+                self.file.chmod(before)
+                self.assertEqual(0, self.replace(self.file, 'by root'))
+                now = self.file.stat()
+                self.assertEqual((oct(before), owner, group), (self.permissions(self.file), now.st_uid, now.st_gid))
+                self.assertEqual(0, self.replace(self.file, 'by nobody', by_nobody=True))
+                self.assertEqual((oct(after_nobody), NOBODY), (self.permissions(self.file), self.file.stat().st_uid))
+
+    def test_a_strangers_link_in_a_sticky_directory_is_followed_only_where_the_kernel_follows_it(self):
+        sticky = self.top / 'sticky'
+        sticky.mkdir()
+        sticky.chmod(0o1777)
+        self.file.write_text('old')
+        link = sticky / 'link'
+        for target in 'file', 'none':
+            link.unlink(missing_ok=True)
+            link.symlink_to(f'../{target}')
+            if IS_ROOT:
+                os.chown(link, STRANGER, STRANGER, follow_symlinks=False)
+            try:
+                os.close(os.open(link, os.O_WRONLY))
+                expected = 0
+            except OSError as refusal:
+                expected = errno.EACCES if refusal.errno == errno.EACCES else 0
+            self.assertEqual(expected, self.replace(link), target)
+            if expected == 0:
+                self.holds(self.top / target, 'new')
+        self.assertEqual(expected == 0, (self.top / 'none').exists())
+
+    def test_pipes_and_descriptors_are_written_directly(self):
+        os.mkfifo(self.file)
+        with subprocess.Popen(['cat', self.file], stdout=subprocess.PIPE, text=True) as reader:
+            self.assertEqual(0, self.replace(self.file, 'through the pipe'))
+            self.assertEqual('<r>through the pipe</r>\n', reader.stdout.read())
+        self.assertTrue(self.file.is_fifo())
+        self.assertEqual(0, self.replace('/dev/null'))
+        with open(self.top / 'log', 'wb', buffering=0) as log:
+            log.write(b'first, ')
+            self.assertEqual(0, self.replace(f'/dev/fd/{log.fileno()}', 'second', pass_fds=[log.fileno()]))
+        self.assertEqual('first, <r>second</r>\n', (self.top / 'log').read_text())
+
+
+unittest.main(argv=sys.argv[:1])
