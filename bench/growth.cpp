@@ -1,4 +1,4 @@
-// Work that may take time in its size but not in the square of it, or in what it has nothing to do with.
+// Work whose time may grow with its size, but not with the square of it, nor with anything unrelated.
 
 #include "host.h"
 #include "rows.h"
@@ -29,7 +29,7 @@ void setAttribute(IXMLDOMNode& element, std::int64_t number)
     kel::check(static_cast<IXMLDOMElement&>(element).setAttribute(name.get(), variantOf(value)));
 }
 
-/// There and back between two parents, a hundred times.
+/// Moves a node back and forth between two parents, a hundred times.
 std::uint64_t shuttle(const ComPtr<IXMLDOMDocument>& document, IXMLDOMNode& node, int times = 100)
 {
     const auto parents = listOf(*rootOf(*document));
@@ -38,7 +38,7 @@ std::uint64_t shuttle(const ComPtr<IXMLDOMDocument>& document, IXMLDOMNode& node
     return 1;
 }
 
-/// A subtree of as many names, while lists keep their nodes.
+/// Moves a subtree with `count` different names while lists have cached nodes.
 std::function<std::uint64_t()> moveNames(std::int64_t count)
 {
     QString xml = QStringLiteral("<r><a/><b/><n>");
@@ -104,7 +104,8 @@ std::function<std::uint64_t()> readAttributes(std::int64_t count)
     };
 }
 
-/// As often as the element is deep, while a list keeps its nodes. Qt walks up from the element several times.
+/// Sets an attribute of the deepest element, once per level, while a list has cached nodes. Qt walks up from
+/// the element several times.
 Pair setDeep(const Size& size)
 {
     const auto depth = static_cast<int>(size.value);

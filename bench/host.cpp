@@ -1,4 +1,4 @@
-// Every answer is looked at here, so that the rows need not.
+// The calls here check every result, so that the rows need not.
 
 #include "host.h"
 

@@ -1,4 +1,4 @@
-// The library as a host of it sees it, and the same documents, trees and texts on both sides.
+// The library as a host uses it, and the same documents, trees and texts for both sides.
 
 #pragma once
 
@@ -20,10 +20,10 @@ namespace bench
 using kel::Bstr;
 using kel::ComPtr;
 
-/// Makes calls by name possible.
+/// Registers the type library, for calls by name.
 void registerTypeLibrary();
 
-/// A benchmark of what did not work would measure nothing. \throw std::runtime_error
+/// Checks that a call worked: a benchmark of failed calls would measure nothing. \throw std::runtime_error
 void require(bool works, const char* what);
 
 /// A new, empty document.
@@ -57,7 +57,7 @@ inline VARIANT variantOf(const Bstr& text)
     return value;
 }
 
-/// Takes over the BSTR that a getter left in a zeroed VARIANT; null where it left none.
+/// Takes over the BSTR that a getter wrote to a zeroed VARIANT; null if it wrote none.
 inline Bstr taken(const VARIANT& value)
 {
     Bstr text;
@@ -72,7 +72,7 @@ struct LibraryDocument
     ComPtr<IXMLDOMDocument> document = newDocument();
 };
 
-/// One text in the forms in which a program may hold it.
+/// One text in the forms in which a program may have it.
 struct Text
 {
     explicit Text(const QString& text) : bstr(bstrOf(text)), wide(text.toStdWString()), ready(text) {}
@@ -82,7 +82,7 @@ struct Text
     QString ready;
 };
 
-/// Of elements and attributes.
+/// The names of elements and attributes.
 struct Names
 {
     Text record{QStringLiteral("record")};
@@ -94,21 +94,22 @@ struct Names
 };
 const Names& names();
 
-/// A thousand different texts of a few words, over and over.
+/// The texts repeat after a thousand; each has a few words.
 const Text& textAt(std::size_t index);
 
-/// The path of a file, gone with the process, with a document of at least `bytes` and little more: a mix of
-/// elements, attributes, short and long text, characters beyond ASCII. Of the MIME database where that is 0.
+/// Creates a file with a document of slightly more than `bytes`: a mix of elements, attributes, short and
+/// long text, and characters beyond ASCII. For 0 bytes, the MIME database. \return its path; the file is
+/// deleted at exit
 QString inputFile(std::int64_t bytes);
-/// The like with hardly anything but tags.
+/// The same with hardly anything but tags.
 QString inputFileOfTags(std::int64_t bytes);
-/// A path to write to, gone with the process.
+/// A path to write to; the file is deleted at exit.
 QString outputFile(const QString& name);
 
 /// A root with `count` children, each of which has two attributes and a text.
 QString flatTree(std::int64_t count);
 
-/// That tree, and the wrappers or handles of the children; and another document, to append to.
+/// That tree, with the wrappers or handles of its children, and another document to append to.
 struct LibraryTree
 {
     explicit LibraryTree(std::int64_t count);
@@ -117,7 +118,8 @@ struct LibraryTree
     ComPtr<IXMLDOMElement> root;
     ComPtr<IXMLDOMElement> otherRoot;
     std::vector<ComPtr<IXMLDOMElement>> elements;
-    std::vector<ComPtr<IXMLDOMNamedNodeMap>> maps; ///< of their attributes, where asked for
+    std::vector<ComPtr<IXMLDOMNamedNodeMap>>
+        maps; ///< attribute maps of the elements; filled by rows that need them
 };
 
 struct QtTree
@@ -131,13 +133,13 @@ struct QtTree
     std::vector<QDomNamedNodeMap> maps;
 };
 
-/// Work that finds a new `Library` or `Qt` at each turn. \param arguments to make it of
+/// Work that gets a new `Library` or `Qt` at each turn. \param arguments for the constructor
 template <class Library, class Qt, class Work, class QtWork, class... Arguments>
 Pair onFresh(std::int64_t items, Work work, QtWork qtWork, Arguments... arguments)
 {
     const auto ours = std::make_shared<std::unique_ptr<Library>>();
     const auto qts = std::make_shared<std::unique_ptr<Qt>>();
-    const auto renew = [=](auto& held) { // the old one is gone before
+    const auto renew = [=](auto& held) { // destroys the old one first
         held.reset();
         held = std::make_unique<std::decay_t<decltype(*held)>>(arguments...);
     };

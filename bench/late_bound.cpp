@@ -1,4 +1,4 @@
-// Calls by name. The other side is the same call through the vtable.
+// Calls by name. The other side makes the same call through the vtable.
 
 #include "host.h"
 #include "rows.h"
@@ -16,7 +16,7 @@ DISPID identifierOf(IDispatch& object, wchar_t* name)
     return identifier;
 }
 
-/// One call after the other to one element. \param call answers an amount
+/// Repeats a call on one element. \param call returns an amount
 template <class Call, class ByVtable>
 Pair calls(const Size& size, Call call, ByVtable byVtable)
 {

@@ -1,4 +1,4 @@
-// Reading through the C++ layer: names are UTF-8 constants, texts become std::string on both sides.
+// Reading through the C++ layer. Names are UTF-8 constants, and texts become std::string on both sides.
 
 #include "host.h"
 #include "rows.h"
@@ -20,7 +20,7 @@ QString textOfRecords(std::int64_t count)
     return xml + QStringLiteral("</records>");
 }
 
-/// \param read takes something from one element of the layer
+/// \param read reads something from one element of the layer
 /// \param readByQt does the same with one of Qt's
 template <class Read, class ReadByQt>
 Row overRecords(const char* name, Read read, ReadByQt readByQt)

@@ -1,4 +1,4 @@
-// Loops that change what they read: over elements found by name, or over children, each of which is changed.
+// Loops that change each node they read, over elements found by name or over children.
 
 #include "host.h"
 #include "rows.h"
@@ -13,7 +13,7 @@ namespace bench
 namespace
 {
 
-/// What is done to each element.
+/// The change made to each element.
 enum class Change { SetAttribute, SetNewAttribute, PutText, CloneToOther, AppendNew };
 
 void change(LibraryTree& tree, IXMLDOMElement& found, Change kind, const Text& text)
@@ -49,7 +49,7 @@ void change(QtTree& tree, QDomElement found, Change kind, const Text& text)
 
 enum class Found { ByName, AsChildren, AsBoth };
 
-/// The lists that are read in step: one, or two.
+/// The lists that are read in step: one or two.
 std::vector<ComPtr<IXMLDOMNodeList>> listsOf(const LibraryTree& tree, Found found)
 {
     std::vector<ComPtr<IXMLDOMNodeList>> lists;
@@ -107,8 +107,7 @@ std::uint64_t loop(QtTree& tree, Found found, Change kind)
     }
 }
 
-/// What a host of Qt's would write that knows the cost of the loop above: all is found before anything
-/// changes.
+/// The loop of a Qt programmer who knows the cost of the loop above: collects all elements before any change.
 std::uint64_t loopFoundFirst(QtTree& tree, Found found, Change kind)
 {
     const auto lists = listsOf(tree, found);
@@ -121,7 +120,7 @@ std::uint64_t loopFoundFirst(QtTree& tree, Found found, Change kind)
     return elements.size() / lists.size();
 }
 
-/// The loop while another thread does the same to a document of its own, beside the loop alone.
+/// Compares the loop while another thread does the same to its own document, with the loop alone.
 Pair twoThreads(const Size& size)
 {
     const auto work = [](LibraryTree& tree) {
@@ -133,7 +132,7 @@ Pair twoThreads(const Size& size)
         return met;
     };
     const auto together = [=](LibraryTree& tree) {
-        std::promise<void> started; // waiting for it costs no time of this thread
+        std::promise<void> started; // waiting for it costs this thread no CPU time
         std::atomic<bool> isDone = false;
         std::thread other([&] {
             LibraryTree others(size.value);
@@ -149,7 +148,8 @@ Pair twoThreads(const Size& size)
     return onFresh<LibraryTree, LibraryTree>(size.value, together, work, size.value);
 }
 
-/// Read by `nextNode`, beside Qt; and by index, beside Qt where all is found first.
+/// Adds two rows: reading by `nextNode`, compared with Qt; and by index, compared with Qt when all elements
+/// are collected first.
 void addRows(std::vector<Row>& rows, const std::string& name, Found found, Change kind)
 {
     const auto work = [=](auto& tree) { return loop(tree, found, kind); };

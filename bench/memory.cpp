@@ -1,5 +1,5 @@
-// Memory: what a piece of work takes at its peak, through the library and with Qt directly, and the bytes of
-// a live object beside those of Qt's handle. Prints a line for each.
+// Memory: the peak use of a piece of work, through the library and with Qt directly, and the size of a live
+// object compared with Qt's handle. Prints a line for each.
 
 #include "host.h"
 #include "rows.h"
@@ -16,7 +16,7 @@ namespace bench
 namespace
 {
 
-/// A figure of this process as the kernel gives it, in kilobytes.
+/// A figure of this process from the kernel, in kilobytes.
 double kilobytes(const std::string& figure)
 {
     std::ifstream status("/proc/self/status");
@@ -27,11 +27,11 @@ double kilobytes(const std::string& figure)
     return 0;
 }
 
-/// How much memory the work takes at its peak, beyond what the process holds before it. \return megabytes
+/// The peak memory of the work, above what the process used before. \return megabytes
 double peakOf(const Side& side)
 {
     side.prepare();
-    malloc_trim(0); // else the work would begin with what was freed before it
+    malloc_trim(0); // otherwise the work would reuse memory that was freed before
     require(static_cast<bool>(std::ofstream("/proc/self/clear_refs") << "5" << std::flush),
             "resetting a peak");
     const double before = kilobytes("VmRSS");
@@ -41,7 +41,7 @@ double peakOf(const Side& side)
 
 using SideOfPair = Side Pair::*;
 
-/// Of one side, in a fresh process that ends with it.
+/// Measures one side in a new process, which then exits.
 void printPeak(const Row& row, const Size& size, SideOfPair side)
 {
     std::fflush(stdout);
@@ -50,7 +50,7 @@ void printPeak(const Row& row, const Size& size, SideOfPair side)
     if (child == 0) {
         std::printf(",%.1f", peakOf(row.make(size).*side));
         std::fflush(stdout);
-        _exit(0); // the files are the parent's
+        _exit(0); // keeps the files, which belong to the parent
     }
     int status = 0;
     require(waitpid(child, &status, 0) == child && status == 0, "a measured peak");
@@ -60,10 +60,10 @@ void printPeaks(const std::vector<Row>& rows)
 {
     for (const Row& row : rows) {
         for (const Size& size : row.sizes) {
-            // Other rows on trees make those before they are measured.
+            // Other rows build their trees before the measurement.
             if (size.name != "10 MB" && row.name + size.name != "building from nothing100000")
                 continue;
-            inputFile(size.value); // so that all processes read the same
+            inputFile(size.value); // create it first, so that all processes read the same file
             std::printf("%s,%s", row.name.c_str(), size.name.c_str());
             printPeak(row, size, &Pair::library);
             printPeak(row, size, &Pair::direct);
@@ -72,8 +72,8 @@ void printPeaks(const std::vector<Row>& rows)
     }
 }
 
-/// \param make makes one more object
-/// \return the bytes of one, itself and what it allocates
+/// \param make creates one more object
+/// \return the bytes of one object, including what it allocates
 template <class Make>
 std::size_t bytesOf(Make make)
 {

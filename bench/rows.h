@@ -1,8 +1,7 @@
-// What a row of the tables is: one piece of work, done through the library and with Qt directly.
+// A row of the tables: one piece of work, done through the library and with Qt directly.
 //
-// Both sides get and give text as a host of the library holds it, on 32-bit characters: where the library
-// makes a BSTR, the other side makes a std::wstring. Names, which are constants in a program, are ready-made
-// on both.
+// Both sides read and return text in a host's form, with 32-bit characters: where the library makes a BSTR,
+// the other side makes a std::wstring. Names are constants in a program, so both sides have them ready.
 
 #pragma once
 
@@ -16,26 +15,26 @@ namespace bench
 
 struct Side
 {
-    /// The work that is measured. Answers an amount (nodes met, characters read, bytes written) that is the
-    /// same on both sides.
+    /// The work to measure. Returns an amount (nodes visited, characters read, bytes written), which must be
+    /// the same on both sides.
     std::function<std::uint64_t()> work;
-    /// What has to be done anew before each turn and is not measured.
+    /// Runs before each turn and is not measured.
     std::function<void()> prepare = [] {};
 };
 
 struct Pair
 {
     Side library;
-    Side direct;        ///< with Qt; of a call by name, through the vtable
-    std::int64_t items; ///< how many calls, nodes or documents the work comes to
+    Side direct;        ///< with Qt; for a call by name, through the vtable
+    std::int64_t items; ///< how many calls, nodes or documents the work has
 };
 
 struct Size
 {
     std::string name;
     std::int64_t value;         ///< nodes or bytes; 0 for the MIME database
-    int turns;                  ///< how often both sides take their turn in one run
-    bool isLibraryOnly = false; ///< where Qt would take too long, or was measured in another row
+    int turns;                  ///< how many turns both sides take in one run
+    bool isLibraryOnly = false; ///< Qt would take too long, or another row measures it
 };
 
 struct Row
@@ -43,8 +42,8 @@ struct Row
     std::string name;
     std::vector<Size> sizes;
     std::function<Pair(const Size&)> make;
-    double maxRatio = 0;       ///< what the library may take, in times of the other side; 0 for no bound
-    double maxNanoseconds = 0; ///< what an item may take; 0 for no bound
+    double maxRatio = 0; ///< the most time the library may take, relative to the other side; 0 for no bound
+    double maxNanoseconds = 0; ///< the most time an item may take; 0 for no bound
 };
 
 std::vector<Row> documentRows();

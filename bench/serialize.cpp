@@ -1,4 +1,5 @@
-// Trees as text, in memory: the serializer against Qt's, of a document and of one element's attributes.
+// Trees as text, in memory: our serializer compared with Qt's, for a document and for one element's
+// attributes.
 
 #include "host.h"
 #include "rows.h"

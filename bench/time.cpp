@@ -1,4 +1,4 @@
-// Both sides of every row take turns; which goes first changes from turn to turn.
+// Runs both sides of every row in alternating order.
 
 #include "host.h"
 #include "rows.h"
@@ -16,7 +16,7 @@ namespace bench
 namespace
 {
 
-/// Of this thread alone: what else the machine does meanwhile is not counted.
+/// CPU time of this thread alone; other work on the machine is not counted.
 double cpuSeconds()
 {
     timespec now{};
@@ -24,22 +24,22 @@ double cpuSeconds()
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
-/// What was freed is sorted and joined by the next large allocation. Else that would be one of the first in
-/// the work, and a load would take twice the time where a tree was freed before it.
+/// Makes the allocator sort and join freed memory now. Otherwise the first large allocation in the work would
+/// do it, and a load would take twice the time if a tree was freed before.
 void tidyHeap()
 {
     void* const volatile block = std::malloc(1024 * 1024);
     std::free(block);
 }
 
-/// By which one slow turn does not count.
+/// The median, so that one slow turn does not count.
 double median(std::vector<double> values)
 {
     std::sort(values.begin(), values.end());
     return (values[(values.size() - 1) / 2] + values[values.size() / 2]) / 2;
 }
 
-/// \param amount what the side has answered so far, and is to answer again; 0 before its first turn
+/// \param amount what the side returned in earlier turns and must return again; 0 before its first turn
 double turn(const Side& side, std::uint64_t& amount)
 {
     side.prepare();
@@ -59,7 +59,7 @@ void measure(benchmark::State& state, const Row& row, const Size& size)
     std::vector<double> direct;
     std::vector<double> ratios;
     std::uint64_t amount = 0;
-    turn(pair.library, amount); // warms up
+    turn(pair.library, amount); // warm-up
     if (!size.isLibraryOnly)
         turn(pair.direct, amount);
     while (state.KeepRunning()) {
@@ -90,8 +90,8 @@ void measure(benchmark::State& state, const Row& row, const Size& size)
 
 int main(int argc, char** argv)
 {
-    // Freed memory stays with the process. Else a side that gives pages back pays for getting them again, and
-    // which side that is hangs on the order.
+    // Keep freed memory in the process. Otherwise a side that returns pages pays to get them back, and the
+    // order decides which side that is.
     mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
     mallopt(M_TOP_PAD, 64 * 1024 * 1024);
     mallopt(M_MMAP_MAX, 0);

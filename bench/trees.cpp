@@ -9,7 +9,7 @@ namespace bench
 namespace
 {
 
-// Full walks. All amounts are nodes plus characters.
+// Full walks. Amounts are nodes plus characters.
 
 std::uint64_t walkChildren(IXMLDOMNode& node);
 
@@ -96,7 +96,7 @@ std::uint64_t walkSiblings(const QDomNode& node)
     return amount;
 }
 
-// The same for names alone, where lists and objects weigh most.
+// The same for names alone, where lists and objects cost most.
 
 std::uint64_t walkNames(IXMLDOMNode& node)
 {
@@ -128,7 +128,7 @@ Pair fullWalk(const Size& size, std::uint64_t (*walk)(IXMLDOMNode&), QtWalk qtWa
     return {{[=] { return walk(*ours); }}, {[=] { return qtWalk(qts); }}, 1};
 }
 
-/// The same with each element of a tree. \param each answers an amount
+/// Does the same with each element of a tree. \param each returns an amount
 template <class Each, class QtEach>
 constexpr auto withEach(Each each, QtEach qtEach)
 {
@@ -147,7 +147,7 @@ constexpr auto withEach(Each each, QtEach qtEach)
 
 using Wrapper = const ComPtr<IXMLDOMElement>;
 
-/// Of maps that are asked for in the first turn, which is not measured.
+/// Requests the maps in the first turn, which is not measured.
 constexpr auto kGetNamedItem = withEach(
     [](LibraryTree& tree, Wrapper& element, std::size_t index) {
         if (index == tree.maps.size())
@@ -162,7 +162,7 @@ constexpr auto kGetNamedItem = withEach(
         return readAttribute(tree.maps[index].namedItem(names().kind.ready).toAttr());
     });
 
-/// To the text of the element and back.
+/// From an element to its text and back.
 constexpr auto kNavigate = withEach(
     [](LibraryTree&, Wrapper& element, std::size_t) {
         ComPtr<IXMLDOMNode> child;
@@ -181,14 +181,14 @@ constexpr auto kSetAttribute = withEach(
         return true;
     });
 
-/// From its place to the end of the same parent.
+/// Moves the element to the end of its own parent.
 constexpr auto kAppendChild = withEach(
     [](LibraryTree& tree, Wrapper& element, std::size_t) {
         return tree.root->appendChild(element.get(), nullptr) == S_OK;
     },
     [](QtTree& tree, QDomElement& element, std::size_t) { return !tree.root.appendChild(element).isNull(); });
 
-/// A record is an element with an attribute, and in it an element with a text: four nodes.
+/// A record is four nodes: an element with an attribute and a child element with a text.
 std::uint64_t build(LibraryDocument& library, std::size_t records)
 {
     IXMLDOMDocument& document = *library.document;

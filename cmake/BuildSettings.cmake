@@ -1,4 +1,4 @@
-# One place for what every target is compiled and linked with.
+# Compile and link settings of all targets.
 
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -7,14 +7,14 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
-# The build has the layout of the installed tree, so that one RPATH serves both. CMake would pad a path that changes at
-# installation with empty entries, and the loader searches the current directory for those.
+# The build tree has the layout of the installed tree, so that one RPATH works in both. If the path changed on
+# installation, CMake would pad it with empty entries, and the loader would search the current directory for those.
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR})
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_BINDIR})
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
-# Everything of ours links to this: warnings, Qt without its implicit conversions, our headers. What is exported is
-# for others to call, not to replace: calls within a library need not go through its symbol table.
+# All our targets link to this: warnings, Qt without its implicit conversions, our headers. Others call what we export
+# but do not replace it, so calls within a library bypass its symbol table.
 add_library(kel_settings INTERFACE)
 target_compile_options(kel_settings INTERFACE -fno-semantic-interposition)
 target_compile_options(kel_settings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
@@ -23,17 +23,17 @@ target_compile_definitions(kel_settings INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CA
                            QT_NO_FOREACH QT_NO_KEYWORDS QT_DEPRECATED_WARNINGS)
 target_include_directories(kel_settings INTERFACE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
 
-# A sanitizer applies to everything or to nothing: "address,undefined", "thread", ...
+# Instruments everything with sanitizers: "address,undefined", "thread", ...
 set(KEL_SANITIZE "" CACHE STRING "Sanitizers to build with")
 if(KEL_SANITIZE)
   add_compile_options(-fsanitize=${KEL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${KEL_SANITIZE})
 endif()
 
-# Hardening that costs little; packages add what their distribution asks for. Sanitizers check more by themselves.
+# Cheap hardening; packages add what their distribution requires. Sanitizers already check more.
 include(CheckCXXCompilerFlag)
 add_link_options(-Wl,-z,relro,-z,now)
-foreach(flag -fcf-protection -mbranch-protection=standard) # the first on amd64, the second on arm64
+foreach(flag -fcf-protection -mbranch-protection=standard) # for amd64 and arm64
   string(MAKE_C_IDENTIFIER KEL_HAS${flag} known)
   check_cxx_compiler_flag(${flag} ${known})
   if(${known})
@@ -41,13 +41,13 @@ foreach(flag -fcf-protection -mbranch-protection=standard) # the first on amd64,
   endif()
 endforeach()
 if(NOT KEL_SANITIZE AND NOT CMAKE_CXX_FLAGS MATCHES _FORTIFY_SOURCE)
-  # Some compilers define it by themselves.
+  # Some compilers already define it.
   add_compile_options($<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release,RelWithDebInfo>:-D_FORTIFY_SOURCE=2>)
 endif()
 
-# How the shared libraries are linked. They stay in a process once loaded, for objects may be alive.
+# Link options of the shared libraries. A loaded library is never unloaded, because objects may still exist.
 set(KEL_LIBRARY_LINK_OPTIONS -Wl,-z,nodelete)
-# No symbol is left for a caller to miss. Clang's sanitizers resolve their runtime at load time.
+# Undefined symbols are errors. Clang's sanitizers resolve their runtime at load time.
 if(NOT (KEL_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
   list(APPEND KEL_LIBRARY_LINK_OPTIONS -Wl,--no-undefined)
 endif()

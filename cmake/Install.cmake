@@ -1,11 +1,11 @@
-# What `cmake --install` puts where, in three components: runtime, development, tool. No installed file knows the
-# prefix: the tree can be moved.
+# What `cmake --install` installs, in three components: runtime, development, tool. No installed file contains the
+# prefix, so the tree can be moved.
 include(CMakePackageConfigHelpers)
 
 set(KEL_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/${PROJECT_NAME})
 set(KEL_PKGCONFIG_DIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-# The library and the tool find what they need without the system's help.
+# The library and the tool find what they need relative to themselves.
 file(RELATIVE_PATH up ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
 set_target_properties(KelXmlLib PROPERTIES INSTALL_RPATH $ORIGIN BUILD_WITH_INSTALL_RPATH ON)
 set_target_properties(kelxml PROPERTIES INSTALL_RPATH $ORIGIN/${up} BUILD_WITH_INSTALL_RPATH ON)
@@ -34,7 +34,7 @@ foreach(module KelComWrapper KelXmlLib)
   install(FILES ${PROJECT_BINARY_DIR}/${module}.pc DESTINATION ${KEL_PKGCONFIG_DIR} COMPONENT development)
 endforeach()
 
-# The pages that hosts are written by, under the name of the package that they are in on Debian.
+# The user pages, under the name of the Debian package that contains them.
 set(KEL_DEVELOPMENT_PACKAGE libkelxmllib-dev)
 install(FILES docs/tour.md docs/cookbook.md docs/ownership.md docs/guarantees.md docs/late-bound.md docs/filer.md
               docs/limits.md docs/no-ops.md

@@ -1,4 +1,4 @@
-# Writes a type library from its source, with a digest of its contents that lets the reader detect damage:
+# Writes a type library from its source, with a digest that lets the reader detect damage:
 # cmake -DSOURCE=... -DTARGET=... -P StampTypeLib.cmake
 #
 # The digest is the SHA-256, in lower-case hex, of everything after the `>` of the `<library>` tag.

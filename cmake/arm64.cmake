@@ -1,4 +1,4 @@
-# Toolchain file: builds for arm64 on another Debian, and runs the tests under qemu. docs/internals/cross.md says how.
+# Toolchain file: builds for arm64 on another Debian and runs the tests under qemu; see docs/internals/cross.md.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 set(CMAKE_CXX_COMPILER aarch64-linux-gnu-g++)

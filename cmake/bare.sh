@@ -1,8 +1,8 @@
 #!/bin/bash
-# bare.sh SUITE [STAGE...] - runs ./test on the committed tree in a Debian that has nothing but bash and apt. Started by
-# ./test, in namespaces of its own: what it mounts and starts ends with it, however it ends.
+# bare.sh SUITE [STAGE...] - runs ./test on the committed tree in a Debian that has only bash and apt. ./test starts it
+# in its own namespaces, so that its mounts and processes end with it, even if it is killed.
 set -euo pipefail
-trap 'exit 143' INT TERM # the first process of a namespace ignores signals that it has not asked for
+trap 'exit 143' INT TERM # the first process of a namespace ignores signals it has no handler for
 suite=$1
 shift
 unset CDPATH
@@ -10,7 +10,7 @@ cd "$(dirname "$0")/.."
 root=$PWD/build/bare-$suite
 mount -t proc proc /proc
 
-# site LABEL - where the host's apt takes packages of this label from
+# site LABEL - the mirror from which the host's apt gets packages of this label
 site() {
   apt-get indextargets --format '$(LABEL)|$(SITE)' 'Created-By: Packages' |
     awk -F '|' -v label="$1" '$1 == label && !found { print $2; found = 1 }'
@@ -38,7 +38,7 @@ fi
   echo "deb $mirror $suite-updates main"
   [ -z "$security" ] || echo "deb $security $suite-security main"
 } >"$root/etc/apt/sources.list"
-# How the host's apt reaches its mirror, and whom it trusts.
+# The host's apt settings: its mirror and its keys.
 apt-config dump | grep -E '^Acquire::(https?|Check|Force|Languages|Retries)' >"$root/etc/apt/apt.conf.d/99host" || true
 cp -rL /etc/apt/trusted.gpg.d "$root/etc/apt/"
 for file in /etc/resolv.conf /etc/hosts /etc/ssl/certs/ca-certificates.crt; do

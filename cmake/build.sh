@@ -1,6 +1,6 @@
 # Functions that install what is missing, and build. Sourced by scripts that run in the directory of the sources.
 
-# need PACKAGE... - installs what is missing; does nothing, and quickly, when all are there
+# need PACKAGE... - installs missing packages; quick if none is missing
 need() {
   local missing=()
   local package
@@ -20,13 +20,13 @@ need() {
 
 BUILD_PACKAGES=(g++ cmake ninja-build pkgconf qtbase5-dev libffi-dev)
 
-# log COMMAND... - shows what the command prints only when it fails
+# log COMMAND... - shows the command's output only if it fails
 log() {
   mkdir -p build
   "$@" >build/build.log 2>&1 || { cat build/build.log; return 1; }
 }
 
-# progress - shows how far ninja is instead of its lines: in place on a terminal, every ten seconds elsewhere
+# progress - shows ninja's progress instead of its lines: in place on a terminal, every ten seconds elsewhere
 progress() {
   local line last=$SECONDS
   while IFS= read -r line; do

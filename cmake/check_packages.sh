@@ -1,6 +1,6 @@
 #!/bin/bash
-# check_packages.sh - builds the Debian packages twice, as unalike as can be, and expects the same bytes; then checks,
-# installs, tests and removes them. Run by ./test, in a Debian that is there for nothing else.
+# check_packages.sh - builds the Debian packages twice, in environments as different as possible, and expects the same
+# bytes; then checks, installs, tests and removes them. ./test runs it in a disposable Debian.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . cmake/build.sh
@@ -8,7 +8,7 @@ source=$PWD work=/tmp/packages
 rm -rf $work
 mkdir -p $work/first $work/second
 
-# step NAME COMMAND... - prints the output and the seconds
+# step NAME COMMAND... - prints the output and the time in seconds
 step() {
   local start=$SECONDS code
   printf '\n-- %s\n' "$1"
@@ -20,13 +20,13 @@ step() {
   echo "-- $((SECONDS - start)) s"
 }
 
-# By the command of the README, as it is there.
+# Use the command in the README as it is.
 build_first() {
   cp -r "$source" $work/first/kelxmllib
   cd $work/first/kelxmllib
   bash -euc "$(grep -E '^ +apt-get .*dpkg-buildpackage' README.md)" >$work/first.log 2>&1 || { tail -40 $work/first.log; return 1; }
 }
-# Elsewhere, a year later, by another user with another umask, language and time zone.
+# The second build: in another directory, a year later, as another user with another umask, language and time zone.
 build_second() {
   local folder=$work/second/a/longer/name
   id builder >/dev/null 2>&1 || useradd --create-home builder
@@ -49,8 +49,8 @@ lint() {
 }
 install() {
   apt-get install -y -qq --no-install-recommends $(ls $work/first/*.deb | grep -v dbgsym) >/dev/null
-  # Its verdict also depends on the C library's start files and on whether a file has calls that can be checked. These
-  # properties each of the three files has.
+  # Its verdict also depends on the C library's start files and on whether a file has calls to check. All three files
+  # must have these properties.
   hardening-check "$(command -v kelxml)" /usr/lib/*/libKel*.so.? | tee $work/hardening || true
   [ "$(grep -cE '(Stack protected|Read-only relocations|Immediate binding): yes' $work/hardening)" = 9 ]
   grep -q 'Fortify Source functions: yes' $work/hardening

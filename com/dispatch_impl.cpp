@@ -1,4 +1,4 @@
-// The IDispatch methods, the same for all six interfaces.
+// Implements the IDispatch methods, once for all six interfaces.
 
 #include "KelXmlLib/dispatch_impl.h"
 

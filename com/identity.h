@@ -1,4 +1,4 @@
-// What makes an object a COM object: one identity, the interfaces it answers, one plain count.
+// The COM basics of an object: QueryInterface over a list of interfaces, and a plain reference count.
 
 #pragma once
 
@@ -9,8 +9,8 @@
 namespace kelxml::com
 {
 
-/// Answers for the identifiers in `answered`, in that order, with the object's own address: the chain of
-/// interfaces is single, so that every interface begins where the object does.
+/// Returns the object's own address for every identifier in `answered`. Single inheritance makes this valid:
+/// each interface begins at the object's address.
 template <class Object>
 HRESULT queryInterface(Object& self, std::initializer_list<const GUID*> answered, const GUID& riid,
                        void** ppv)
@@ -33,8 +33,8 @@ inline ULONG addReference(ULONG& count) noexcept
     return ++count;
 }
 
-/// Releases a reference. The last one destroys the object through its dispatch table: no class is `final`.
-/// A count that is 0 already wraps and destroys nothing.
+/// Releases a reference. The last one destroys the object through its vtable, because no class is `final`. A
+/// count of 0 wraps around and destroys nothing.
 template <class Object>
 ULONG releaseReference(Object& self, ULONG& count) noexcept
 {

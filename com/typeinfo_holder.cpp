@@ -11,7 +11,7 @@
 namespace
 {
 
-/// Gives a description back to the type information that lent it.
+/// Returns a description to the type information that lent it.
 struct GiveBack
 {
     void operator()(TYPEATTR* attributes) const { typeInfo->ReleaseTypeAttr(attributes); }
@@ -21,12 +21,12 @@ struct GiveBack
 template <class Description>
 using Lent = std::unique_ptr<Description, GiveBack>;
 
-/// How many slots each interface has, those of IDispatch included.
+/// How many slots each interface has, including those of IDispatch.
 constexpr std::pair<const GUID*, std::size_t> kSlots[] = {
     {&IID_IXMLDOMNode, 43},      {&IID_IXMLDOMDocument, 76}, {&IID_IXMLDOMElement, 52},
     {&IID_IXMLDOMAttribute, 46}, {&IID_IXMLDOMNodeList, 12}, {&IID_IXMLDOMNamedNodeMap, 17}};
 
-/// Whether a description has a slot that the object lacks: calling it would crash.
+/// Whether a description has more slots than the object: a call to one of them would crash.
 bool hasInventedSlots(ITypeInfo& typeInfo, const GUID& interface)
 {
     TYPEATTR* lent = nullptr;
@@ -67,7 +67,7 @@ HRESULT CComTypeInfoHolder::LoadNameCache(ITypeInfo* typeInfo)
     TYPEATTR* lent = nullptr;
     if (FAILED(typeInfo->GetTypeAttr(&lent)))
         return S_OK;
-    const Lent<TYPEATTR> attributes(lent, {typeInfo}); // given back last of all
+    const Lent<TYPEATTR> attributes(lent, {typeInfo}); // returned last
 
     m_pMap.reset();
     m_nCount = attributes->cFuncs;
@@ -87,7 +87,7 @@ void CComTypeInfoHolder::readName(ITypeInfo& typeInfo, UINT index, NameEntry& en
     FUNCDESC* lent = nullptr;
     if (FAILED(typeInfo.GetFuncDesc(index, &lent)))
         return;
-    kel::Bstr name; // freed, where it is not taken, after the function was given back
+    kel::Bstr name; // freed after the function is returned, unless it is moved out
     const Lent<FUNCDESC> function(lent, {&typeInfo});
     if (FAILED(typeInfo.GetDocumentation(function->memid, name.put(), nullptr, nullptr, nullptr)))
         return;

@@ -1,4 +1,4 @@
-// The attribute. Its value is read with get_value and set with put_text.
+// The attribute. `get_value` reads its value and `put_text` sets it.
 
 #include "KelXmlLib/attribute.h"
 
@@ -25,10 +25,10 @@ CMorvXMLDOMAttribute::~CMorvXMLDOMAttribute()
 
 HRESULT CMorvXMLDOMAttribute::get_text(BSTR*)
 {
-    return S_FALSE; // an attribute is no text node, and only those have a text to give
+    return S_FALSE; // only text nodes and elements have a text
 }
 
-// One line each, in interface order: what the classes have in common.
+// One line each, in interface order: methods that share an implementation.
 // clang-format off
 HRESULT CMorvXMLDOMAttribute::QueryInterface(const GUID& riid, void** ppv) { return com::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMAttribute, &IID_IXMLDOMNode}, riid, ppv); }
 ULONG CMorvXMLDOMAttribute::AddRef() { return com::addReference(m_refCount); }

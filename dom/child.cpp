@@ -7,7 +7,7 @@
 namespace kelxml::dom
 {
 
-// The vtables under their symbols in the C++ ABI of Linux.
+// The vtables, by their symbols in the C++ ABI of Linux.
 extern const void* const kElementVtable[] asm("_ZTV18CMorvXMLDOMElement");
 extern const void* const kNodeVtable[] asm("_ZTV15CMorvXMLDOMNode");
 extern const void* const kAttributeVtable[] asm("_ZTV20CMorvXMLDOMAttribute");
@@ -16,12 +16,12 @@ extern const void* const kDocumentVtable[] asm("_ZTV19CMorvXMLDOMDocument");
 namespace
 {
 
-/// Whether `object` was created as the class of `vtable`, and not as a class derived from it.
+/// Whether `object` is exactly of the class with `vtable`, not of a derived class.
 bool has(const void* object, const void* const* vtable)
 {
     const void* found = nullptr;
     std::memcpy(&found, object, sizeof found);
-    return found == vtable + 2; // objects point past the offset to the top and the type information
+    return found == vtable + 2; // an object's pointer skips the offset to the top and the type information
 }
 
 template <class Wrapper>

@@ -1,4 +1,4 @@
-// Whether an object that a caller passes as a child is one of ours.
+// Checks whether an object that a caller passes as a child is one of ours.
 
 #pragma once
 
@@ -12,11 +12,11 @@ namespace kelxml::dom
 struct Child
 {
     NodeRef ref;
-    DOMNodeType type; ///< what the object's `get_nodeType` reports
+    DOMNodeType type; ///< the type that the object's `get_nodeType` returns
 };
 
-/// One of the library's own four node-like objects; nothing for any other object. It is known by its vtable
-/// alone: nothing of a foreign object past its first pointer is read, and none of its methods is called.
+/// Returns one of the library's own four node-like objects; nothing for any other object. The check compares
+/// vtables only: it reads no more than the first pointer of a foreign object and calls none of its methods.
 std::optional<Child> recognise(IXMLDOMNode* child);
 
 } // namespace kelxml::dom

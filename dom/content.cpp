@@ -1,4 +1,4 @@
-// Each rule is one call into Qt with the conversions around it.
+// Each rule is one call to Qt, with the conversions it needs.
 
 #include "dom/content.h"
 
@@ -11,7 +11,7 @@ namespace kelxml::dom
 namespace
 {
 
-/// VT_BYREF is not followed: the whole type has to match.
+/// Does not follow VT_BYREF: the whole type must match.
 void setByType(const NodeRef& element, const QString& name, const VARIANT& value)
 {
     switch (value.vt) {

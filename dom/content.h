@@ -1,4 +1,4 @@
-// Names, values and attributes: what the node-like classes have in common.
+// Names, values and attributes, shared by the node-like classes.
 
 #pragma once
 
@@ -12,7 +12,7 @@ HRESULT giveText(const QString& text, BSTR* out);
 HRESULT giveValue(const QString& value, VARIANT* out);
 HRESULT setNodeValue(const NodeRef& self, const wchar_t* text);
 
-/// Sets an attribute through the overload of Qt's that the value's type selects; another type sets nothing.
+/// Sets an attribute through the Qt overload for the value's type. Other types set nothing.
 HRESULT setAttribute(const NodeRef& element, const wchar_t* name, const VARIANT& value);
 
 } // namespace kelxml::dom

@@ -1,5 +1,4 @@
-// The document, but for loading and saving (document_io.cpp). The document object is its tree's topmost node
-// as well.
+// The document, except for loading and saving (document_io.cpp). It is also the root node of its tree.
 
 #include "KelXmlLib/document.h"
 
@@ -85,7 +84,7 @@ HRESULT CMorvXMLDOMDocument::createNode(VARIANT type, BSTR name, BSTR namespaceU
     return S_OK;
 }
 
-// One line each, in interface order: what the classes have in common.
+// One line each, in interface order: methods that share an implementation.
 // clang-format off
 HRESULT CMorvXMLDOMDocument::QueryInterface(const GUID& riid, void** ppv) { return com::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMDocument, &IID_IXMLDOMNode}, riid, ppv); }
 ULONG CMorvXMLDOMDocument::AddRef() { return com::addReference(m_refCount); }

@@ -1,4 +1,4 @@
-// Loading and saving. Qt parses and serialises; whatever goes wrong is answered S_FALSE.
+// Loading and saving. Qt parses and the library serialises; every failure returns S_FALSE.
 
 #include "KelXmlLib/document.h"
 

@@ -1,5 +1,5 @@
-// The element: beside what all nodes do, it copies itself, sets its text and its attributes, and finds its
-// descendants by tag name.
+// The element. In addition to the methods of all nodes, it copies itself, sets its text and attributes, and
+// finds its descendants by tag name.
 
 #include "KelXmlLib/element.h"
 
@@ -21,7 +21,7 @@ CMorvXMLDOMElement::CMorvXMLDOMElement(qt::MovableNode&& node, const qt::Documen
 
 CMorvXMLDOMElement::~CMorvXMLDOMElement()
 {
-    m_ownerDocument.reset(); // first; the members follow in the promised order by themselves
+    m_ownerDocument.reset(); // first; the other members follow in the documented order
 }
 
 HRESULT CMorvXMLDOMElement::cloneNode(VARIANT_BOOL deep, IXMLDOMNode** result)
@@ -44,13 +44,13 @@ HRESULT CMorvXMLDOMElement::put_text(BSTR text)
     return S_OK;
 }
 
-// The result of an element that is no child of this one holds no node.
+// For an element that is not a child of this one, the result has no Qt node.
 HRESULT CMorvXMLDOMElement::removeChild(IXMLDOMNode* child, IXMLDOMNode** result)
 {
     return dom::removeChildOfElement(refTo(*this), child, result);
 }
 
-// One line each, in interface order: what the classes have in common.
+// One line each, in interface order: methods that share an implementation.
 // clang-format off
 HRESULT CMorvXMLDOMElement::QueryInterface(const GUID& riid, void** ppv) { return com::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMElement, &IID_IXMLDOMNode}, riid, ppv); }
 ULONG CMorvXMLDOMElement::AddRef() { return com::addReference(m_refCount); }

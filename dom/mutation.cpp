@@ -1,5 +1,5 @@
-// One shape for every change: recognise the child, change the tree, hand out a new object for the child. What
-// Qt or a guard refuses is not reported, but that an element hands out what Qt says it has removed.
+// Every change works alike: recognise the child, change the tree, return a new object for the child. Refusals
+// are not reported, except that an element's `removeChild` returns what Qt says it removed.
 
 #include "dom/mutation.h"
 
@@ -13,7 +13,7 @@ namespace kelxml::dom
 namespace
 {
 
-/// \param change gets the child, changes the tree and answers the node that the result wraps
+/// \param change receives the child, changes the tree and returns the node for the result
 template <class Change>
 HRESULT changeAndHandOut(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result, Change change)
 {
@@ -25,8 +25,7 @@ HRESULT changeAndHandOut(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** 
     MovableNode node = change(*known);
     if (!result)
         return S_OK;
-    // The object carries the handle of the one that was asked, for a child that may be a node of any
-    // document.
+    // Use this node's document: the child may come from any other.
     wrapAs(known->type, std::move(node), self.document.orElse(known->ref.document), result);
     return S_OK;
 }

@@ -1,4 +1,4 @@
-// Changing the tree: what the four node-like classes have in common.
+// Changes to the tree, shared by the four node-like classes.
 
 #pragma once
 
@@ -10,8 +10,8 @@ namespace kelxml::dom
 HRESULT appendChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 HRESULT removeChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 
-/// The element's own: of an element child, the result wraps what Qt took out, which is nothing when it was
-/// no child of this element.
+/// `removeChild` of an element. For an element child, the result wraps the node that Qt removed: null unless
+/// it was a child of this element.
 HRESULT removeChildOfElement(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 
 } // namespace kelxml::dom

@@ -1,4 +1,4 @@
-// The map of attributes. Out of range it answers otherwise than the list does: null and S_OK.
+// The map of attributes. Unlike the list, an out-of-range index returns `S_OK` and null.
 
 #include "KelXmlLib/named_node_map.h"
 
@@ -32,8 +32,8 @@ HRESULT CMorvXMLDOMNamedNodeMap::getNamedItem(BSTR name, IXMLDOMNode** node)
     return S_OK;
 }
 
-/// Qt steps through its hash from the start for each item, so a large map is listed once. That is done again
-/// at the first item, and where an attribute has come or gone.
+/// Qt iterates over its hash from the start for each item, so a large map is cached. Reading the first item
+/// refreshes the cache, and so does a map that gained or lost an attribute.
 QDomNode CMorvXMLDOMNamedNodeMap::itemAt(LONG index)
 {
     if (m_map.length() <= serialize::kMostInQtOrder)
@@ -66,7 +66,7 @@ HRESULT CMorvXMLDOMNamedNodeMap::get_length(LONG* length)
     return S_OK;
 }
 
-// One line each.
+// One line each: methods that share an implementation.
 // clang-format off
 HRESULT CMorvXMLDOMNamedNodeMap::QueryInterface(const GUID& riid, void** ppv) { return com::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMNamedNodeMap}, riid, ppv); }
 ULONG CMorvXMLDOMNamedNodeMap::AddRef() { return com::addReference(m_refCount); }

@@ -1,4 +1,4 @@
-// Each rule asks Qt and hands the answer out by the one way of wrapping.
+// Each rule asks Qt and wraps the result in the one common way.
 
 #include "dom/navigation.h"
 

@@ -1,4 +1,4 @@
-// Walking and asking: what the four node-like classes have in common.
+// Navigation and queries, shared by the four node-like classes.
 
 #pragma once
 
@@ -15,7 +15,8 @@ HRESULT attributes(const NodeRef& self, IXMLDOMNamedNodeMap** attributes);
 HRESULT elementsByTagName(const NodeRef& self, const wchar_t* name, IXMLDOMNodeList** list);
 HRESULT reportType(DOMNodeType type, DOMNodeType* out);
 
-/// The owner document of a node object: the one it has, or the one that Qt names, kept in `owner`.
+/// Returns the owner document of a node object: the cached one, or the one that Qt names, which is then
+/// cached in `owner`.
 HRESULT ownerDocument(const NodeRef& self, kel::ComPtr<CMorvXMLDOMDocument>& owner,
                       IXMLDOMDocument** document);
 

@@ -1,4 +1,4 @@
-// The generic node: text and every other node that is neither an element nor an attribute.
+// The generic node: text and every other node except elements and attributes.
 
 #include "KelXmlLib/node.h"
 
@@ -18,7 +18,7 @@ CMorvXMLDOMNode::CMorvXMLDOMNode(qt::MovableNode&& node, const qt::DocumentRef& 
 
 CMorvXMLDOMNode::~CMorvXMLDOMNode()
 {
-    m_ownerDocument.reset(); // first; the members follow in the promised order by themselves
+    m_ownerDocument.reset(); // first; the other members follow in the documented order
 }
 
 HRESULT CMorvXMLDOMNode::get_nodeValue(VARIANT* value)
@@ -31,7 +31,7 @@ HRESULT CMorvXMLDOMNode::get_text(BSTR* text)
     return m_node.isText() ? dom::giveText(m_node.nodeValue(), text) : S_FALSE;
 }
 
-// One line each, in interface order: what the classes have in common.
+// One line each, in interface order: methods that share an implementation.
 // clang-format off
 HRESULT CMorvXMLDOMNode::QueryInterface(const GUID& riid, void** ppv) { return com::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMNode}, riid, ppv); }
 ULONG CMorvXMLDOMNode::AddRef() { return com::addReference(m_refCount); }

@@ -1,4 +1,4 @@
-// The list of nodes. It is live; its cursor is an index that only grows.
+// The live list of nodes. Its cursor is an index that only increases.
 
 #include "KelXmlLib/node_list.h"
 
@@ -53,7 +53,7 @@ HRESULT CMorvXMLDOMNodeList::nextNode(IXMLDOMNode** node)
     return S_OK;
 }
 
-// One line each.
+// One line each: methods that share an implementation.
 // clang-format off
 HRESULT CMorvXMLDOMNodeList::QueryInterface(const GUID& riid, void** ppv) { return com::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMNodeList}, riid, ppv); }
 ULONG CMorvXMLDOMNodeList::AddRef() { return com::addReference(m_refCount); }

@@ -1,4 +1,4 @@
-// Each object gets an owner document of its own and carries the document handle of the object that made it.
+// Each object gets its own owner document and keeps the document handle of the object that created it.
 
 #include "dom/wrap.h"
 

@@ -1,4 +1,4 @@
-// The one rule by which a Qt node or collection becomes a new object.
+// The only place that turns Qt nodes and collections into objects.
 
 #pragma once
 
@@ -10,11 +10,11 @@ namespace kelxml::dom
 
 using qt::MovableNode;
 
-/// A new document object over a document handle, with the one reference that the pointer holds.
+/// Creates a document object for a document handle. The returned pointer owns its one reference.
 kel::ComPtr<CMorvXMLDOMDocument> makeOwnerDocument(const QDomDocument& document);
 
-/// Makes a new object and hands it out with one reference, the receiver's. `out` is written last, so that an
-/// exception leaves it as it was and nothing behind.
+/// Creates an object and returns it with one reference, which the receiver owns. Writes `out` last: an
+/// exception leaves it unchanged and leaks nothing.
 template <class Wrapper, class Source, class Interface>
 void handOut(Source&& source, const DocumentRef& document, Interface** out)
 {
@@ -22,11 +22,11 @@ void handOut(Source&& source, const DocumentRef& document, Interface** out)
     *out = wrapper.detach();
 }
 
-/// Wraps a node as the class that goes with `type`: element, attribute or, for all others, generic node. The
-/// node is of that type, or null.
+/// Wraps a node in the class for `type`: element, attribute or, for all others, generic node. The node must
+/// have that type or be null.
 void wrapAs(DOMNodeType type, MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out);
 
-/// Wraps a node as what it is; a null node becomes a generic node that holds none.
+/// Wraps a node by its own type; a null node becomes a generic node without a Qt node.
 void wrapForReturn(MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out);
 
 } // namespace kelxml::dom

@@ -1,4 +1,4 @@
-// The one door to the members of the six classes, and the layouts that other binaries rely on.
+// The only access to the members of the six classes, and the layouts that other binaries rely on.
 
 #pragma once
 
@@ -16,7 +16,7 @@ namespace kelxml::dom
 using qt::DocumentRef;
 using qt::NodeRef;
 
-// The classes are not of standard layout; GCC and Clang define offsetof for them all the same.
+// The classes do not have standard layout, but GCC and Clang define offsetof for them.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Winvalid-offsetof"
 struct WrapperAccess
@@ -38,12 +38,12 @@ struct WrapperAccess
     }
     static DocumentRef documentOf(const CMorvXMLDOMDocument& document) { return {document.m_document}; }
 
-    /// Gives a document object that was never loaded a document of Qt's, as its first new node would.
+    /// Creates the Qt document of a document object that was never loaded, as its first new node would.
     static void makeDocument(CMorvXMLDOMDocument& document) { document.m_document.createDocumentFragment(); }
 
-    /// For an object that can hold an owner element: releases what else it holds in the promised order. The
-    /// owner element, a later member, would go first, and goes after all that may still point into it.
-    /// Without one, the order is that of the members.
+    /// For an object with an owner element: releases the other members in the documented order. C++ would
+    /// destroy the owner element, a later member, first; but it must go last because the others may point
+    /// into it. Without an owner element, the order of the members is right.
     template <class QtHandle>
     static void releaseBefore(const QDomNode& ownerElement, kel::ComPtr<CMorvXMLDOMDocument>& ownerDocument,
                               QDomDocument& document, QtHandle& handle)
@@ -86,7 +86,7 @@ struct WrapperAccess
 static_assert(WrapperAccess::layoutHolds<CMorvXMLDOMNode>() &&
                   WrapperAccess::layoutHolds<CMorvXMLDOMElement>() &&
                   WrapperAccess::layoutHolds<CMorvXMLDOMAttribute>() && WrapperAccess::documentLayoutHolds(),
-              "the Qt handle stands in the same place in all four node-like classes");
+              "the Qt handle has the same offset in all four node-like classes");
 static_assert(WrapperAccess::listLayoutHolds() && WrapperAccess::mapLayoutHolds(),
               "member order of the collections");
 #pragma GCC diagnostic pop

@@ -1,9 +1,8 @@
 #!/usr/bin/env python3
 """Reaches a document by name alone.
 
-Nothing but ctypes stands between this script and the objects: IDispatch is called through the object's vtable,
-as every host in a language without C++ headers would. It does what the example of the README does, sets a text, and
-prints what it finds then.
+The script needs only ctypes: it calls IDispatch through the object's vtable, like any host in a language without C++
+headers. It makes the same changes as the example in the README, sets a text, and prints the result.
 """
 
 import argparse
@@ -13,7 +12,7 @@ import sys
 
 VT_I4, VT_BSTR, VT_DISPATCH, VT_BOOL = 3, 8, 9, 11
 METHOD_OR_GET, PUT = 1 | 2, 4
-VALUE_OF_A_PUT = -3  # the name that the value of a property put goes by
+VALUE_OF_A_PUT = -3  # the name of the value in a property put
 
 
 class Guid(ctypes.Structure):
@@ -38,7 +37,7 @@ def slot(number, *types):
     return number, ctypes.CFUNCTYPE(ctypes.c_int32, ctypes.c_void_p, *types)
 
 
-# The slots of the vtable, with what they take behind the object.
+# Slots of the vtable, with the types of their arguments after the object.
 RELEASE = slot(2)
 GET_IDS_OF_NAMES = slot(5, ctypes.POINTER(Guid), ctypes.POINTER(ctypes.c_wchar_p), ctypes.c_uint32, ctypes.c_uint32,
                         ctypes.POINTER(ctypes.c_int32))
@@ -47,7 +46,7 @@ INVOKE = slot(6, ctypes.c_int32, ctypes.POINTER(Guid), ctypes.c_uint32, ctypes.c
 
 
 class Failure(Exception):
-    """A member failed, or had nothing to do it with."""
+    """A member failed or could not do its work."""
 
 
 def check(result, what):
@@ -57,7 +56,7 @@ def check(result, what):
 
 
 class Library:
-    """The two libraries, loaded, told so, and with their type library registered."""
+    """Loads and attaches the two libraries and registers the type library."""
 
     def __init__(self, directory=None):
         def load(name):
@@ -93,7 +92,7 @@ class Library:
 
 
 class Object:
-    """An object with one reference, which goes with it.
+    """Owns one reference to an object and releases it.
 
     Members are reached by name: `node.call("cloneNode", True)`, `node.call("nodeName")`, `node.put("text", "Tides")`.
     """
@@ -117,7 +116,7 @@ class Object:
         return self._from_variant(result)
 
     def do(self, name, *arguments):
-        """Calls a method that says by its answer alone whether it did its work."""
+        """Calls a method whose only result is whether it did its work."""
         if not self._invoke(name, METHOD_OR_GET, arguments):
             raise Failure(name + ": could not be done")
 
@@ -126,7 +125,7 @@ class Object:
         self._invoke(name, PUT, [value])
 
     def _invoke(self, name, flags, arguments, result=None):
-        """Whether the member answered S_OK, and not S_FALSE."""
+        """Returns whether the member returned S_OK rather than S_FALSE."""
         identifier = ctypes.c_int32()
         check(self._call_slot(GET_IDS_OF_NAMES, Guid(), ctypes.c_wchar_p(name), 1, 0, identifier), name)
         values = (Variant * len(arguments))(*map(self._to_variant, reversed(arguments)))

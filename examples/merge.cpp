@@ -1,4 +1,4 @@
-// merge RESULT FILE... - puts several documents into one, and goes on after a bad one.
+// merge RESULT FILE... - puts several documents into one, and continues after a bad one.
 
 #include <KelXmlLib/kel.h>
 

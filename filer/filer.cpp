@@ -1,5 +1,5 @@
-// The writer's only implementation. Every write operation has one shape: check the required arguments,
-// convert them, forward to Qt's writer, accept.
+// The writer's only implementation. Every write operation works alike: check the required arguments, convert
+// them, forward them to Qt's writer, accept.
 
 #include "KelXmlLib/filer_wrapper.h"
 
@@ -25,15 +25,15 @@ bool isMissing(const wchar_t* text)
     return !text || *text == L'\0';
 }
 
-/// The result of an operation, which depends only on whether its required arguments are there.
+/// The result of an operation: depends only on whether its required arguments are present.
 eStatus check(std::initializer_list<const wchar_t*> required)
 {
     const bool isAnyMissing = std::any_of(required.begin(), required.end(), isMissing);
     return isAnyMissing ? KelXmlLib::eStatusInvalidArgument : KelXmlLib::eStatusAccepted;
 }
 
-/// The texts of a call. Qt's writer takes only `QString`, and to allocate one for each text would take a
-/// tenth of the time, so their memory is used again.
+/// The texts of a call. Qt's writer accepts only `QString`. Allocating one per text would take a tenth of the
+/// time, so the memory is reused.
 class Texts
 {
 public:
@@ -43,7 +43,7 @@ public:
 private:
     static const QString& convert(const wchar_t* text, QString& room)
     {
-        constexpr int kMost = 1024; // what long texts take is freed
+        constexpr int kMost = 1024; // do not keep the memory of longer texts
         return room = charactersFromWide(text, room.capacity() > kMost ? QString() : std::move(room));
     }
 
@@ -211,7 +211,7 @@ eStatus KelXmlFilerWrapper::writeAttrBegin(const wchar_t* name)
     return check({name});
 }
 
-// One line each:
+// One line each.
 // clang-format off
 eStatus KelXmlFilerWrapper::writeAttrEnd() { return KelXmlLib::eStatusAccepted; }
 eStatus KelXmlFilerWrapper::writeValue(bool) { return KelXmlLib::eStatusAccepted; }

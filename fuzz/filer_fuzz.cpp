@@ -1,5 +1,5 @@
-// The filer against Qt's writer used directly: the same calls give the same bytes, every status is the one
-// that the arguments call for, and nobody complains on the console.
+// Compares the filer with Qt's writer used directly: the same calls must write the same bytes, every status
+// must match the arguments, and nothing may be logged.
 
 #include "support.h"
 #include "support/filer_calls.h"

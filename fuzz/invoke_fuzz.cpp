@@ -1,5 +1,5 @@
-// Calls by identifier on the objects that such calls return: mostly with the arguments that a member expects,
-// sometimes of any type, count and name. Arguments must not change, and a failure must not return anything.
+// Calls by identifier on objects that earlier calls returned: mostly with the expected arguments, sometimes
+// of any type, count and name. Arguments must not change, and a failure must not return anything.
 
 #include "KelComWrapper/typelib.h"
 #include "support.h"
@@ -17,7 +17,7 @@ constexpr std::size_t kMostObjects = 64;
 constexpr std::size_t kMostArguments = 5;
 constexpr DISPID kSave = 64;
 
-/// Most arguments are one of these; the others are from the tests' table.
+/// Most arguments are from this list; the others are from the tests' table.
 constexpr const char* kUsual[] = {"bstr:", "dispatch:peer", "dispatch:peer", "i4:0",
                                   "i4:1",  "i4:2",          "empty",         "error:-2147352572"};
 constexpr const wchar_t* kTexts[] = {
@@ -25,7 +25,7 @@ constexpr const wchar_t* kTexts[] = {
     L"<bad", L"index", L"item", L"SAVE", L"child", L"\xd800\x110000", nullptr};
 constexpr DISPID kNames[] = {DISPID_PROPERTYPUT, 0, 1, 2, 7, 8, -1, INT32_MIN};
 
-/// \param isPath whether a text in it names a file that is written
+/// \param isPath whether the argument names a file to write
 VARIANT argument(Choices& choices, keltest::Variants& variants, const Objects& objects, bool isPath)
 {
     static const std::vector<std::string> kListed = [] {
@@ -36,13 +36,13 @@ VARIANT argument(Choices& choices, keltest::Variants& variants, const Objects& o
     }();
     variants.objects["peer"] = choices.oneIn(16) ? nullptr : choices.of(objects).get();
     const VARIANT& given = variants.of(choices.oneIn(3) ? choices.of(kListed) : choices.of(kUsual));
-    VARIANT& value = variants.values.back(); // the one that is referred to
+    VARIANT& value = variants.values.back(); // the value that is pointed to
     if (value.vt == VT_BSTR)
         value.bstrVal = variants.texts.emplace_back(isPath ? L"/dev/null" : choices.of(kTexts)).get();
     return given;
 }
 
-/// Calls a member mostly with the arguments that it expects, sometimes with others.
+/// Calls a member, mostly with the expected arguments.
 void makeCall(IDispatch& object, Choices& choices, Objects& objects)
 {
     ComPtr<ITypeInfo> info;

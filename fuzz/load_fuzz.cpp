@@ -1,6 +1,6 @@
-// Loading and saving through the interface against Qt used directly: the same verdict, the same saved bytes,
-// nothing deeper and nothing longer than the prescan said, and a text beyond the bounds is refused
-// with the earlier tree in place.
+// Compares loading and saving through the interface with Qt used directly: the same verdict and the same
+// saved bytes. A tree is never deeper or longer than the prescan counted, and a text beyond the limits is
+// refused and leaves the earlier tree in place.
 
 #include "limits/limits.h"
 #include "parsing/prescan.h"
@@ -15,15 +15,15 @@ using namespace kelfuzz;
 namespace
 {
 
-/// \param load loads into the document given, with the flag given
-/// \param content what Qt is to load
-/// \param length the most characters that it can have
-/// \param text what it is; null where it has to be decoded, which is Qt's to do
+/// \param load loads into the given document and sets the given flag
+/// \param content the input for Qt
+/// \param length the most characters that the content can have
+/// \param text the content; null if Qt must decode it first
 template <class Load, class Content>
 void compare(Load load, const Prescan& seen, Content&& content, qint64 length, const QString& text = {})
 {
     require(seen.nesting <= kMaxNesting + 1);
-    // Without entities, only markup that is there can nest, and a parenthesis is the shortest.
+    // Without entities, only visible markup can nest, and a parenthesis is the shortest.
     const bool hasEntities = text.isNull() || text.contains(QLatin1String("<!EN"));
     require(seen.isWithin() || hasEntities || length > kMaxNesting);
     const auto document = newDocument();
@@ -34,13 +34,13 @@ void compare(Load load, const Prescan& seen, Content&& content, qint64 length, c
     const bool isLoaded = loadBeside(direct, *document, load, content, seen.isWithin());
     const Extent tree = extentOf(direct);
     require(!seen.isWithin() || (tree.depth <= seen.nesting && seen.nesting <= kMaxNesting));
-    const bool onlyElementsNest = !text.isNull() && !text.contains(u'('); // and no content model
+    const bool onlyElementsNest = !text.isNull() && !text.contains(u'('); // no content model
     require(!isLoaded || !onlyElementsNest || tree.depth == seen.nesting);
     require(tree.length <= length + std::max(kEntityActivationThreshold, kMaxEntityAmplification * length));
 }
 
-/// Writes a document by a grammar: mostly well-formed, with what could be taken for markup wherever it is
-/// none.
+/// Writes a document by a grammar: mostly well-formed, with text that looks like markup where none is
+/// recognised.
 class Grammar
 {
 public:

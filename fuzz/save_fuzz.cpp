@@ -1,4 +1,4 @@
-// The bytes of our serializer against Qt's, for trees that only calls can build.
+// Compares the bytes of our serializer with Qt's, for trees that only calls can build.
 
 #include "support.h"
 #include "support/any_tree.h"

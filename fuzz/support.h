@@ -1,4 +1,4 @@
-// What the fuzz targets share: decisions out of the fuzzer's bytes, a file, and what a function takes.
+// Shared by the fuzz targets: decisions from the fuzzer's bytes, a file, and a function's argument count.
 
 #pragma once
 
@@ -11,7 +11,7 @@
 namespace kelfuzz
 {
 
-/// Takes decisions from bytes. When they are used up, the last of what is possible is chosen.
+/// Takes decisions from bytes. When they are used up, the last option is chosen.
 struct Choices : FuzzedDataProvider
 {
     using FuzzedDataProvider::FuzzedDataProvider;
@@ -29,14 +29,14 @@ struct Choices : FuzzedDataProvider
     }
 };
 
-/// The path of a file that this process has for itself.
+/// The path of a file of this process alone.
 inline QString filePath()
 {
     static const QTemporaryDir directory;
     return directory.filePath(QStringLiteral("file"));
 }
 
-/// How many arguments a function takes; its result is none.
+/// How many arguments a function takes, not counting its result.
 inline UINT argumentsOf(const FUNCDESC& function)
 {
     const auto count = static_cast<UINT>(function.cParams);

@@ -1,5 +1,5 @@
-// Any bytes as a type library, unchanged and with the right digest: they are refused, or all descriptions can
-// be read and all functions called.
+// Reads any bytes as a type library, unchanged and with the right digest. They must be refused, or all
+// descriptions can be read and all functions called.
 
 #include "platform/file_reader.h"
 #include "support.h"
@@ -13,15 +13,16 @@ using namespace kelcom;
 namespace
 {
 
-/// Calls a function with every allowed number of arguments, made from one value at a time; objects are null.
+/// Calls a function with every allowed number of arguments, all derived from one value at a time; objects are
+/// null.
 void callWithEverything(ITypeInfo& info, const FUNCDESC& function)
 {
-    // One function fits all slots, because the caller cleans up the stack.
+    // One function works for all slots, because the caller cleans up the stack.
     static const std::vector<const void*> kSlots = [] {
         HRESULT (*const slot)() = [] { return S_FALSE; };
         std::vector<const void*> slots(2 + kDispatchSlots + kMaxFunctions,
                                        reinterpret_cast<const void*>(slot));
-        slots[0] = nullptr; // sanitizers look for an offset and a type before the slots
+        slots[0] = nullptr; // sanitizers read an offset and a type before the slots
         slots[1] = &typeid(IUnknown);
         return slots;
     }();
@@ -53,7 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<int>(size));
     for (const QByteArray& contents : {bytes, keltest::stamped(bytes)})
-        // Not through the service, which keeps every library forever.
+        // Does not use the service, which keeps every library forever.
         if (auto description = readTypeLibrary(contents)) {
             const kel::ComPtr<ITypeLib> library(new TypeLibrary(std::move(description)));
             keltest::describe(*library, callWithEverything);

@@ -1,4 +1,4 @@
-// What a value of the layer holds, and how values are made.
+// The handles in a value of the layer, and how values are created.
 
 #pragma once
 
@@ -15,12 +15,12 @@
 namespace kel::detail
 {
 
-/// Released from below: the node first, then its document, and last the element that an attribute points to
-/// without holding it.
+/// C++ destroys the members last to first: the node, then its document, and last the element of an attribute,
+/// to which the attribute has only a plain pointer.
 struct State
 {
     QDomNode ownerElement;
-    QDomDocument document; ///< not null unless the node is
+    QDomDocument document; ///< null only if the node is null
     kelxml::qt::MovableNode node;
 };
 
@@ -41,7 +41,7 @@ struct Access
             return Value();
     }
 
-    /// \param node of the kind that `Value` is for, or null
+    /// \param node of the kind that `Value` represents, or null
     template <class Value = Node>
     static Value make(kelxml::qt::MovableNode&& node, const QDomDocument& document)
     {
@@ -51,7 +51,7 @@ struct Access
     }
     static void assign(Node& value, kelxml::qt::MovableNode&& node, const QDomDocument& document);
 
-    /// The node as an element, or what it is of another kind; null if it is something else.
+    /// The node as a `Kind`; null if it is of another kind.
     template <class Kind>
     static Kind as(const Node& value)
     {

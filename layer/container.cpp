@@ -1,4 +1,4 @@
-// Children: found by a walk over Qt's links, changed through the guards.
+// Children: found by walking Qt's links, changed through the checks in `trees/`.
 
 #include "layer/access.h"
 #include "layer/refuse.h"
@@ -32,7 +32,7 @@ void requireNotNull(const Node& parent, const Node& child, const char* action)
         detail::refuse(action, detail::reason::kNullArgument);
 }
 
-/// \param leaving a child that makes room for `child`, or null
+/// \param leaving a child that `child` replaces, or null
 void requireFit(const Node& parent, const Node& child, const Node& leaving, const char* action)
 {
     requireNotNull(parent, child, action);
@@ -46,7 +46,7 @@ void requireFit(const Node& parent, const Node& child, const Node& leaving, cons
         detail::refuse(action, detail::reason::kTextInDocument);
 }
 
-/// A new node for `parent`, which gets it next.
+/// Creates a node, which the caller then adds to `parent`.
 template <class Result, class Create>
 Result made(const Node& parent, const char* action, Create create)
 {

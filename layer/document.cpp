@@ -1,4 +1,4 @@
-// Documents. What `parsing/parse` says becomes an error.
+// Documents. Turns the result of `parsing/parse` into an error.
 
 #include "KelXmlLib/kel/document.h"
 
@@ -24,7 +24,7 @@ using kelxml::parsing::ParseResult;
 namespace
 {
 
-/// A document that is there, unlike the null one that Qt's constructor makes.
+/// Creates a real document; Qt's constructor makes a null one.
 QDomDocument newDocument()
 {
     QDomDocument document;

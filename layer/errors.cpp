@@ -1,4 +1,4 @@
-// Each error's line for people is put together here.
+// Composes the readable line of each error.
 
 #include "KelXmlLib/kel/errors.h"
 
@@ -8,7 +8,7 @@ namespace kel
 namespace
 {
 
-/// What comes before the reason.
+/// The part before the reason.
 std::string place(const std::string& source, int line, int column)
 {
     std::string place = source.empty() ? "text" : source;

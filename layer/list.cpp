@@ -1,5 +1,5 @@
-// A walk remembers, next to its node, the node's parent and next sibling: a node that the loop has moved or
-// removed no longer leads to them.
+// A walk remembers its node's parent and next sibling, because a node that the loop has moved or removed no
+// longer leads to them.
 
 #include "KelXmlLib/kel/list.h"
 
@@ -14,7 +14,7 @@ using kelxml::qt::MovableNode;
 namespace
 {
 
-/// The node after the subtree of `node` in document order; null at the end of `origin`'s.
+/// The node after the subtree of `node` in document order; null at the end of the subtree of `origin`.
 MovableNode afterSubtree(MovableNode node, const QDomNode& origin)
 {
     MovableNode next;
@@ -23,7 +23,7 @@ MovableNode afterSubtree(MovableNode node, const QDomNode& origin)
     return next;
 }
 
-/// What the walk looks at after `node`, which is in its place.
+/// The node to check after `node`, which must still be in its place.
 MovableNode following(const MovableNode& node, const Selection& selection)
 {
     if (!selection.deep)
@@ -32,7 +32,7 @@ MovableNode following(const MovableNode& node, const Selection& selection)
     return child.isNull() ? afterSubtree(node, nodeOf(selection.origin)) : child;
 }
 
-/// `at`, or the first node after it that is selected.
+/// The first selected node from `at` on.
 MovableNode firstSelected(MovableNode at, const Selection& selection)
 {
     while (!at.isNull() && !selection.matches(at))

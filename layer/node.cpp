@@ -1,4 +1,4 @@
-// A node value: three handles of Qt's in the bytes that the header reserves.
+// A node value: three Qt handles in the bytes that the header reserves.
 
 #include "KelXmlLib/kel/node.h"
 

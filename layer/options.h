@@ -1,4 +1,4 @@
-// The layer's options in the serializer's form.
+// Converts the layer's options for the serializer.
 
 #pragma once
 

@@ -1,4 +1,4 @@
-// The words for what the guards refuse.
+// Messages for refused changes.
 
 #include "layer/refuse.h"
 

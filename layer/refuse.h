@@ -1,4 +1,4 @@
-// How a change that is not made is reported.
+// Reports refused changes.
 
 #pragma once
 
@@ -9,7 +9,7 @@
 namespace kel::detail
 {
 
-/// Why a change is not made, where no guard is asked.
+/// Reasons of the layer's own checks.
 namespace reason
 {
 constexpr const char* kNull = "the node to change is null";
@@ -26,12 +26,12 @@ constexpr const char* kInstruction = "an instruction cannot contain ?>";
 /// \param action such as "appending a node"
 [[noreturn]] void refuse(const char* action, const std::string& reason);
 
-/// \throw Error unless the change was made
+/// \throw Error if the change was refused
 void require(kelxml::trees::Refusal refusal, const char* action);
 
-/// \throw Error for a text that would end a comment
+/// \throw Error for a text that cannot be in a comment
 void requireComment(const QString& text, const char* action);
-/// \throw Error for a text with `end` in it
+/// \throw Error for a text that contains `end`
 void requireWithout(const char* end, const QString& text, const char* action, const char* reason);
 
 } // namespace kel::detail

@@ -1,4 +1,4 @@
-// What is refused before the system is asked.
+// Refuses invalid paths before any system call.
 
 #include "layer/saving.h"
 

@@ -1,4 +1,4 @@
-// Files that are written by the layer.
+// Writes the layer's files.
 
 #pragma once
 
@@ -13,7 +13,7 @@
 namespace kel::detail
 {
 
-/// Does something with a file. \throw SaveError in the place of what the system reports
+/// Runs an action on a file. \throw SaveError instead of a system error
 template <class Action>
 auto withSaveError(const std::string& path, Action action)
 {
@@ -24,7 +24,7 @@ auto withSaveError(const std::string& path, Action action)
     }
 }
 
-/// A file that is replaced once the new one is complete.
+/// Replaces a file once its new contents are complete.
 class SavedFile
 {
 public:

@@ -1,4 +1,4 @@
-// Which nodes a list shows.
+// Describes which nodes a list contains.
 
 #pragma once
 
@@ -13,7 +13,7 @@ struct Selection
 {
     QString name; ///< null for any
     bool elementsOnly = true;
-    bool deep = false; ///< all that is below, not only children
+    bool deep = false; ///< all descendants, not only children
     Node origin = {};
 
     bool matches(const kelxml::qt::MovableNode& node) const;
@@ -29,7 +29,7 @@ List<Item> select(const Node& origin, Selection selection)
     return List<Item>(std::make_shared<const Selection>(std::move(selection)));
 }
 
-/// The first element of that name from a node on, along its siblings.
+/// The first element with that name among a node and its next siblings.
 kelxml::qt::MovableNode firstNamed(kelxml::qt::MovableNode&& node, const QString& name);
 
 } // namespace kel::detail

@@ -1,5 +1,5 @@
-// Qt converts; what it would replace or drop silently is found here. Numbers are the standard library's,
-// which asks no locale.
+// Qt converts the texts; the checks here find what it would silently replace or drop. Numbers are converted
+// by the standard library, independently of the locale.
 
 #include "layer/text.h"
 
@@ -22,7 +22,7 @@ namespace
 
 constexpr const char* kAction = "reading an argument";
 
-/// Qt counts in `int`.
+/// Converts a length to `int`, which Qt uses.
 int lengthForQt(std::size_t length)
 {
     if (length > std::numeric_limits<int>::max() / sizeof(QChar) - 16)
@@ -30,7 +30,7 @@ int lengthForQt(std::size_t length)
     return static_cast<int>(length);
 }
 
-// Qt puts U+FFFD in the place of what is invalid, and drops a leading byte order mark.
+// Qt replaces invalid bytes by U+FFFD and drops a leading byte order mark.
 QString fromUtf8(std::string_view utf8)
 {
     constexpr std::string_view kMark = "\xEF\xBB\xBF";
@@ -71,7 +71,7 @@ void requireNoZero(bool hasNone)
 
 enum class InName { no, notFirst, anywhere };
 
-/// As Qt's parser has it.
+/// The rules of Qt's parser.
 InName roleInName(QChar c)
 {
     switch (c.category()) {

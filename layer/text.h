@@ -1,4 +1,4 @@
-// Texts, names and numbers across the layer's boundary.
+// Converts texts, names and numbers at the layer's interface.
 
 #pragma once
 
@@ -9,20 +9,20 @@
 namespace kel::detail
 {
 
-/// Nothing of a text is changed on the way. \throw Error for invalid UTF-8, for wide units that are not
+/// Converts a text without changing it. \throw Error for invalid UTF-8, for wide units that are not
 /// characters, and for zeros
 QString toText(TextView text);
 
-/// As `toText`. \throw Error also for characters that XML does not allow: no parser would load them again
+/// Like `toText`. \throw Error also for characters that XML does not allow, because no parser would read them
 QString toContent(TextView text);
 
-/// As `toText`, but with U+FFFD for wide units that are not characters: what the filer writes.
+/// Like `toText`, but replaces wide units that are not characters by U+FFFD, as the filer does.
 QString toCharacters(TextView text);
 
-/// As `toText`. \throw Error also for what Qt's parser would not read back as a name
+/// Like `toText`. \throw Error also for a text that Qt's parser would not read as a name
 QString toName(TextView name);
 
-/// \return whether the text is a value of the target's type; if not, the target is not changed
+/// \return whether the text is a value of the target's type; if not, the target is unchanged
 bool assign(const QString& text, Target target);
 
 } // namespace kel::detail

@@ -1,4 +1,5 @@
-// The writer: Qt's writes into a string, whose pieces go to a file that takes its place once it is complete.
+// The writer: Qt writes to a string, which goes to a new file in pieces. The new file replaces the old one
+// once it is complete.
 
 #include "KelXmlLib/kel/writer.h"
 
@@ -37,7 +38,7 @@ struct Writer::State
             detail::refuse(action, "the file is closed");
     }
 
-    /// Lets Qt write, and passes on what has been written. What fails then has failed for good: a part of the
+    /// Calls Qt's writer and passes on its output. After a failure every call fails, because a part of the
     /// file is missing.
     template <class Write>
     void change(Write write)
@@ -87,7 +88,7 @@ struct Writer::State
 
     bool isOpen(std::size_t serial) const { return std::binary_search(open.begin(), open.end(), serial); }
 
-    /// Ends an element and what is open in it.
+    /// Ends an element and all open elements in it.
     void end(std::size_t serial)
     {
         put([&](QXmlStreamWriter& to) {
@@ -138,7 +139,7 @@ Writer::Element::~Element()
         return;
     try {
         m_state->end(m_serial);
-    } catch (...) { // which `close` throws again
+    } catch (...) { // `close` throws it again
     }
 }
 
@@ -166,7 +167,7 @@ Writer::~Writer()
     try {
         if (std::uncaught_exceptions() == m_state->exceptions)
             m_state->close();
-    } catch (...) { // which a call of `close` reports
+    } catch (...) { // a call of `close` would report it
     }
     m_state->discard();
 }

@@ -1,4 +1,4 @@
-// What the host's module loader sees: the object map and the entries that serve it.
+// The entry points for the host's module loader: the object map and the functions that use it.
 
 #include "KelXmlLib/module.h"
 
@@ -22,7 +22,7 @@ const ObjectMapEntry* _xmlModule = nullptr;
 
 int DllMain(void*, unsigned int reason, void*)
 {
-    // Once attached, nothing is written: another thread may be reading.
+    // Write nothing once attached: another thread may be reading.
     if (reason == kProcessAttach && _xmlModule != objectMap)
         _xmlModule = objectMap;
     return 1;

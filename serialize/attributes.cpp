@@ -9,7 +9,7 @@ namespace kelxml::serialize
 namespace
 {
 
-/// Up to this many attributes, stepping through the hash costs less than a copy of the element.
+/// Up to this many attributes, iterating over the hash costs less than copying the element.
 constexpr int kFew = 64;
 std::vector<QDomNode> itemsOf(const QDomNamedNodeMap& map)
 {
@@ -20,7 +20,7 @@ std::vector<QDomNode> itemsOf(const QDomNamedNodeMap& map)
     return items;
 }
 
-/// The tag of an element without its children, the element's own name and namespace left out.
+/// The start tag of an element without children, after the element's own name and namespace.
 QString attributesAsText(const QDomElement& element)
 {
     QDomElement copy = element.cloneNode(false).toElement();
@@ -40,13 +40,13 @@ std::vector<QDomNode> attributesOf(const QDomElement& element)
     const int count = map.count();
     if (count <= kFew)
         return itemsOf(map);
-    // Saving is the only linear way through all attributes that Qt offers. Namespace declarations that it
-    // adds are not in the map. If a name contains `="`, the count is wrong and the slow way is taken.
+    // Saving is Qt's only linear way to list all attributes. Namespace declarations that it adds are not in
+    // the map. If a name contains `="`, the count is wrong and the slow loop is used.
     std::vector<QDomNode> found;
     found.reserve(static_cast<std::size_t>(count));
     const QString text = attributesAsText(element);
     for (int start = 1, end = 0; (end = text.indexOf(QLatin1String("=\""), start)) >= 0;) {
-        const int colon = text.at(start) == u':' ? 1 : 0; // of an attribute in a namespace without a prefix
+        const int colon = text.at(start) == u':' ? 1 : 0; // for an attribute in a namespace without a prefix
         const QDomNode attribute = map.namedItem(text.mid(start + colon, end - start - colon));
         if (!attribute.isNull())
             found.push_back(attribute);

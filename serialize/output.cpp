@@ -63,7 +63,7 @@ bool Output::canEncode(char16_t unit) const
     return m_codec.canEncode(QChar(unit));
 }
 
-/// \param start where in `m_text` the text being escaped begins
+/// \param start the index in `m_text` where the escaped text begins
 bool Output::isEscaped(char16_t unit, Escapes escapes, std::size_t start) const
 {
     switch (unit) {
@@ -76,7 +76,7 @@ bool Output::isEscaped(char16_t unit, Escapes escapes, std::size_t start) const
         return escapes.blanks;
     case u'\r':
         return escapes.blanks || escapes.carriageReturns;
-    default: // <, &, and what the encoding cannot hold
+    default: // <, &, and what the encoding cannot represent
         return true;
     }
 }

@@ -1,4 +1,4 @@
-// Collects text, escapes in it what XML and the encoding ask for, and passes it on in pieces.
+// Collects text, escapes it for XML and the encoding, and passes it on in pieces.
 
 #pragma once
 
@@ -14,12 +14,13 @@ class QTextCodec;
 namespace kelxml::serialize
 {
 
-/// What is escaped in a text besides `<`, `&`, the `>` of `]]>`, and what the encoding cannot hold.
+/// Additional characters to escape. Always escaped are `<`, `&`, the `>` of `]]>`, and characters that the
+/// encoding cannot represent.
 struct Escapes
 {
     bool quotes = false;
     bool blanks = false; ///< line ends and tabs, which a parser would turn into spaces in an attribute
-    bool carriageReturns = false; ///< which a parser would turn into line feeds
+    bool carriageReturns = false; ///< a parser would turn them into line feeds
 };
 
 class Output
@@ -27,7 +28,7 @@ class Output
 public:
     using Sink = std::function<void(const QChar* text, int length)>;
 
-    /// \param codec says which characters the encoding can hold; borrowed
+    /// \param codec checks which characters the encoding can represent; borrowed
     Output(const QTextCodec& codec, Sink write);
 
     void put(char16_t unit) { m_text += unit; }
@@ -44,11 +45,11 @@ public:
     void flush();
 
 private:
-    /// What is known of a UTF-16 unit. Whether a codec can encode it costs up to a microsecond to find out.
+    /// A cached fact about a UTF-16 unit: asking a codec whether it can encode one takes up to a microsecond.
     enum class Unit : std::uint8_t {
         unknown,
         plain,
-        special, ///< escaped in some places
+        special, ///< escaped in some contexts
         impossible,
     };
     static constexpr std::size_t kPiece = 16'384;

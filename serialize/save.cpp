@@ -1,4 +1,4 @@
-// Saving recurses, and writes through a stream that has to be kept from writing too late.
+// Guards Qt's saving against too deep recursion and against a stream that writes too late.
 
 #include "serialize/save.h"
 
@@ -16,7 +16,7 @@ namespace kelxml::serialize
 
 bool canBeSaved(const QDomDocument& document)
 {
-    // A tree of any depth can be saved on a usual stack; only on a small one is the depth looked at.
+    // A usual stack has room for any tree, so the depth is checked only on a small stack.
     const int depth = limits::depthThatCanBeSaved();
     return depth == limits::kMaxNodeDepth || trees::isWithin(document, depth);
 }
@@ -25,8 +25,8 @@ void save(const QDomDocument& document, QFile& file)
 {
     constexpr int kIndent = 4;
     QTextStream stream(&file);
-    // While an exception passes, the stream's destructor must not write what it still holds: there may be no
-    // memory for it, and an exception out of a destructor ends the process.
+    // When an exception passes, the stream's destructor must not write its buffer: there may be no memory for
+    // it, and an exception from a destructor ends the process.
     const auto neverLate = qScopeGuard([&stream] { stream.setStatus(QTextStream::WriteFailed); });
     stream.setCodec("UTF-8");
     document.save(stream, kIndent, QDomNode::EncodingFromDocument);

@@ -1,4 +1,4 @@
-// The one way to Qt's writing of a tree.
+// The only place that lets Qt write a tree.
 
 #pragma once
 
@@ -8,11 +8,12 @@ class QFile;
 namespace kelxml::serialize
 {
 
-/// Whether the calling thread's stack has room for saving the document. \throw std::bad_alloc
+/// Whether the calling thread's stack has room to save the document. \throw std::bad_alloc
 bool canBeSaved(const QDomDocument& document);
 
-/// Writes the document, indented, in the encoding that it declares, else in UTF-8. The outcome of the writing
-/// is not looked at. \param file open for writing. \throw std::bad_alloc, the file cut off
+/// Writes the document, indented, in the encoding it declares, or in UTF-8. Write errors are ignored.
+/// \param file open for writing
+/// \throw std::bad_alloc, which leaves the file truncated
 void save(const QDomDocument& document, QFile& file);
 
 } // namespace kelxml::serialize

@@ -1,5 +1,5 @@
-// Writes a tree, or a part of one, as Qt's QDomNode::save does, but in linear time, on any stack, and with an
-// order of attributes that is the same in every process.
+// Writes a tree, or a part of one, like Qt's QDomNode::save, but in linear time, on any stack, and with the
+// same order of attributes in every process.
 
 #pragma once
 
@@ -14,36 +14,38 @@ namespace kelxml::serialize
 {
 
 enum class AttributeOrder {
-    byName, ///< by UTF-16 unit of the names as written; notations and entities of a document type as well
+    byName, ///< by the UTF-16 units of the names as written; also sorts notations and entities of a document
+            ///< type
     ofQt,   ///< in the order of Qt's hash, which differs from process to process
 };
 
 struct Options
 {
     int indent =
-        4; ///< spaces a level; 0 for line ends alone, -1 for none, except after comments and instructions
+        4; ///< spaces a level; 0 for line ends only, -1 for none, except after comments and instructions
     AttributeOrder attributeOrder = AttributeOrder::byName;
 };
 
-/// Takes the next bytes. What it throws passes through.
+/// Receives the next bytes. Its exceptions pass through.
 using Sink = std::function<void(const QByteArray& bytes)>;
 
-/// Writes the bytes of `QDomNode::save` with `EncodingFromDocument`: a document in the encoding that it
-/// declares, in UTF-8 if it declares none that Qt knows; any other node in UTF-8, indented by one level.
+/// Writes the bytes of `QDomNode::save` with `EncodingFromDocument`: a document in the encoding it declares,
+/// or in UTF-8 if Qt does not know that encoding or none is declared; any other node in UTF-8, indented by
+/// one level.
 ///
-/// Recursion is avoided, so the depth of the tree does not matter. With `AttributeOrder::ofQt`, an element of
+/// It does not recurse, so the depth of the tree does not matter. With `AttributeOrder::ofQt`, an element of
 /// more than 2,000 attributes is written in an arbitrary order.
-/// \param node may be null, which writes nothing. Its document must be alive, which `trees::adopt` ensures.
-/// A node without a parent is taken to have no siblings: the links that Qt left in it may be bad. \param
-/// write called with pieces of at least 16,384 characters, except the last \throw std::bad_alloc, and what
-/// `write` throws
+/// \param node null writes nothing. Its document must be alive, which `trees::adopt` ensures. A node without
+///        a parent is treated as having no siblings, because Qt may leave bad links in it
+/// \param write called with pieces of at least 16,384 characters, except the last
+/// \throw std::bad_alloc, and exceptions from `write`
 void serialize(const QDomNode& node, const Options& options, const Sink& write);
 
 /// The same bytes in one piece.
 QByteArray bytesOf(const QDomNode& node, const Options& options = {});
 
-/// The same text, not encoded; what the declared encoding cannot hold is a character reference all the same.
-/// This is what `QDomDocument::toString` returns.
+/// The same text without encoding it. Characters that the declared encoding cannot represent are still
+/// written as character references, as in `QDomDocument::toString`.
 QString textOf(const QDomNode& node, const Options& options = {});
 
 } // namespace kelxml::serialize

@@ -1,5 +1,5 @@
-// The layout is Qt's, oddities included: every element in a namespace declares it, and comments and
-// instructions end their line whatever the indent is.
+// Follows Qt's layout, oddities included: every element in a namespace declares it, and comments and
+// instructions end their line with any indentation.
 
 #include "qt/movable_node.h"
 #include "serialize/attributes.h"
@@ -27,7 +27,7 @@ bool isXmlDeclaration(const QDomNode& node)
     return node.isProcessingInstruction() && node.nodeName() == QLatin1String("xml");
 }
 
-/// Of the encoding that the document declares, else of UTF-8.
+/// The codec of the encoding that the document declares, or of UTF-8.
 QTextCodec* codecOf(const QDomNode& node)
 {
     QTextCodec* codec = nullptr;
@@ -42,7 +42,7 @@ QTextCodec* codecOf(const QDomNode& node)
     return codec ? codec : QTextCodec::codecForName("UTF-8");
 }
 
-/// The name without a prefix, whether or not the node was made with a namespace.
+/// The name without a prefix, whether or not the node was created with a namespace.
 QString localNameOf(const QDomNode& node)
 {
     const QString local = node.localName();
@@ -58,7 +58,7 @@ struct Attribute
     }
 
     qt::MovableNode node;
-    QString name; ///< as it is written
+    QString name; ///< as written
 
     friend bool operator<(const Attribute& one, const Attribute& other)
     {
@@ -79,7 +79,7 @@ private:
     struct Open
     {
         qt::MovableNode node;
-        QString name; ///< of an element as it is written, else null
+        QString name; ///< an element's name as written, else null
     };
 
     qt::MovableNode begin(const QDomNode& node, bool isAfterText);
@@ -108,7 +108,7 @@ private:
     const Options& m_options;
     Output& m_output;
     std::vector<Open> m_open;
-    QString m_name; ///< of the element begun last
+    QString m_name; ///< the name of the last element begun
     int m_depth = 1;
     bool m_isTypeDue = false;
 };
@@ -144,7 +144,7 @@ void Serializer::write(const QDomNode& root)
     }
 }
 
-/// Writes a node up to its children. \return the first child that is to be written
+/// Writes a node up to its children. \return the first child to write
 qt::MovableNode Serializer::begin(const QDomNode& node, bool isAfterText)
 {
     if (m_isTypeDue && m_open.size() == 1)
@@ -252,7 +252,7 @@ void Serializer::writeAttributes(const QDomElement& element)
     }
 }
 
-/// \param declared the prefixes that earlier attributes declared; null for an attribute on its own
+/// \param declared the prefixes that earlier attributes declared; null for a single attribute
 void Serializer::writeAttribute(const Attribute& attribute, QSet<QString>* declared)
 {
     put(attribute.name, u"=\"");
@@ -285,7 +285,7 @@ void Serializer::writeComment(const QDomNode& comment, bool isAfterText)
     put(u"<!--", text, text.endsWith(u'-') ? u" -->" : u"-->");
 }
 
-/// The document type comes before the first child that is not an XML declaration.
+/// Writes the document type before the first child that is not an XML declaration.
 void Serializer::writeTypeBefore(const QDomNode& node)
 {
     if (isXmlDeclaration(node))
@@ -309,7 +309,7 @@ void Serializer::writeType(const QDomDocumentType& type)
     put(u">\n");
 }
 
-/// \param map the notations or the entities of the type, which are its children as well
+/// \param map the notations or entities of the type, which are also its children
 void Serializer::writeDeclarations(const QDomDocumentType& type, const QDomNamedNodeMap& map)
 {
     std::vector<qt::MovableNode> nodes;
@@ -344,7 +344,7 @@ void Serializer::writeEntity(const QDomEntity& entity)
         name.insert(1, u' ');
     put(u"<!ENTITY ", name);
     if (entity.systemId().isNull() && entity.publicId().isNull()) {
-        QString value = QString::fromUtf8(entity.nodeValue().toUtf8()); // as it comes out of Qt's detour
+        QString value = QString::fromUtf8(entity.nodeValue().toUtf8()); // as Qt's conversion returns it
         value.replace(QLatin1String("&#"), QLatin1String("&#38;#"));
         value.replace(u'%', QLatin1String("&#60;")).replace(u'"', QLatin1String("&#34;"));
         put(u" \"", value, u"\">\n");
@@ -356,7 +356,7 @@ void Serializer::writeEntity(const QDomEntity& entity)
     put(u">\n");
 }
 
-/// \param isSystemNeeded whether a system identifier is written even if there is none
+/// \param isSystemNeeded whether to write a system identifier even if it is null
 void Serializer::writeIdentifiers(const QString& publicId, const QString& systemId, bool isSystemNeeded)
 {
     const bool hasSystem = isSystemNeeded || !systemId.isNull();

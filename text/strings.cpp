@@ -1,5 +1,5 @@
-// Both directions take most text unit by unit, which is several times faster than Qt's conversions, and leave
-// to those what is not one unit on either side.
+// Both directions convert most text unit by unit, which is several times faster than Qt's conversions. Qt
+// converts only texts with characters outside the basic plane or with a byte order mark.
 
 #include "text/strings.h"
 
@@ -18,12 +18,12 @@ namespace
 
 constexpr int kScratchLength = 1024;
 
-/// Qt counts the bytes of a text in an `int`; longer text cannot be held and counts as out of memory.
+/// Qt counts the bytes of a text in an `int`. Longer text is treated as out of memory.
 constexpr std::size_t kLongestText = std::numeric_limits<int>::max() / sizeof(wchar_t) - 16;
 
-/// Takes every unit for one of Qt's, if `mark` gives none of them more than 16 bits and there is no byte
-/// order mark to take off; all others go to `convert`.
-/// \param narrowed its memory is used again
+/// Copies unit by unit if `mark` returns at most 16 bits for every unit and there is no leading byte order
+/// mark, which Qt would remove. Otherwise calls `convert`.
+/// \param narrowed its memory is reused
 template <class Mark, class Convert>
 QString narrowOr(const wchar_t* text, Mark mark, Convert convert, QString narrowed = {})
 {
@@ -33,7 +33,7 @@ QString narrowOr(const wchar_t* text, Mark mark, Convert convert, QString narrow
     if (length > kLongestText)
         throw std::bad_alloc();
     if (narrowed.isNull())
-        narrowed = QString(static_cast<int>(length), Qt::Uninitialized); // no longer than needed
+        narrowed = QString(static_cast<int>(length), Qt::Uninitialized); // allocates exactly the length
     else
         narrowed.resize(static_cast<int>(length));
     QChar* const out = narrowed.data();
@@ -48,7 +48,7 @@ QString narrowOr(const wchar_t* text, Mark mark, Convert convert, QString narrow
     return convert(reinterpret_cast<const char32_t*>(text), static_cast<int>(length));
 }
 
-/// Halves of surrogate pairs that stand together are left to be one character, as `QString::fromUcs4` has it.
+/// Keeps a high and a low surrogate in a row, which `QString::fromUcs4` turns into one character.
 QString fromUcs4WithoutStrays(const char32_t* text, int length)
 {
     std::u32string units(text, static_cast<std::size_t>(length));
@@ -70,8 +70,8 @@ int codePointsOf(const QString& text)
     return count;
 }
 
-/// Writes the text's code points and a zero after them.
-/// \param out has room for one more than the text has units
+/// Writes the text's code points and a terminating zero.
+/// \param out has room for one unit more than the text
 void widen(const QString& text, wchar_t* out)
 {
     const QChar* const units = text.constData();
@@ -107,7 +107,7 @@ QString charactersFromWide(const wchar_t* text, QString&& earlier)
 
 BSTR toBstr(const QString& text)
 {
-    wchar_t scratch[kScratchLength]; // not zeroed: a name of eight characters would pay for 4096 bytes
+    wchar_t scratch[kScratchLength]; // not zeroed: even a short name would pay for 4096 bytes
     if (text.size() < kScratchLength) {
         widen(text, scratch);
         return SysAllocString(scratch);

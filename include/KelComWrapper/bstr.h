@@ -1,5 +1,5 @@
 /// \file
-/// BSTRs on 32-bit wide characters, and an owner for one.
+/// BSTRs on 32-bit wide characters, and a class that owns one.
 
 #pragma once
 
@@ -10,32 +10,32 @@
 
 extern "C" {
 /// Copies a zero-ended wide string into a new BSTR.
-/// \return a BSTR that the caller frees with `SysFreeString`; null for null, or when memory is out
+/// \return a BSTR that the caller frees with `SysFreeString`; null for null, or if memory runs out
 KEL_EXPORT BSTR SysAllocString(const wchar_t* text);
-/// Makes a BSTR of `length` characters, copied from `text`, or all zero where `text` is null.
-/// \return a BSTR that the caller frees with `SysFreeString`; null when memory is out
+/// Creates a BSTR of `length` characters, copied from `text`, or all zero if `text` is null.
+/// \return a BSTR that the caller frees with `SysFreeString`; null if memory runs out
 KEL_EXPORT BSTR SysAllocStringLen(const wchar_t* text, UINT length);
 /// Frees a BSTR. Null is allowed.
 KEL_EXPORT void SysFreeString(BSTR text);
 /// \return the number of characters in the length prefix; 0 for null
 KEL_EXPORT UINT SysStringLen(BSTR text);
-/// \return the number of characters before the ending zero; 0 for null
+/// \return the number of characters before the terminating zero; 0 for null
 KEL_EXPORT INT lstrlenW(const wchar_t* text);
 }
 
 namespace kel
 {
 
-/// Owns one BSTR and frees it. Moves, does not copy.
+/// Owns one BSTR and frees it. Can be moved but not copied.
 class Bstr
 {
 public:
     Bstr() = default;
-    /// Copies `text`; empty when `text` is null.
+    /// Copies `text`; empty if `text` is null.
     explicit Bstr(const wchar_t* text) : m_text(SysAllocString(text)) {}
-    /// Takes over what `other` owns, and leaves it empty.
+    /// Takes over the BSTR of `other`, which becomes empty.
     Bstr(Bstr&& other) noexcept : m_text(other.detach()) {}
-    /// Frees the held BSTR and takes over what `other` owns, which is left empty.
+    /// Frees the held BSTR and takes over that of `other`, which becomes empty.
     Bstr& operator=(Bstr&& other) noexcept
     {
         reset(other.detach());
@@ -45,20 +45,20 @@ public:
     Bstr& operator=(const Bstr&) = delete;
     ~Bstr() { SysFreeString(m_text); }
 
-    /// Lends the BSTR, to read or to pass as an argument; it stays owned here.
+    /// Lends the BSTR, to read or to pass as an argument. This object still owns it.
     BSTR get() const noexcept { return m_text; }
-    /// In characters; 0 when empty.
+    /// The length in characters; 0 if empty.
     UINT length() const noexcept { return SysStringLen(m_text); }
     /// The text as a zero-ended string, never null.
     const wchar_t* c_str() const noexcept { return m_text ? m_text : L""; }
-    /// \return whether a BSTR is held, be it of length 0
+    /// \return whether a BSTR is held, even one of length 0
     explicit operator bool() const noexcept { return m_text != nullptr; }
 
     /// Frees the held BSTR and takes over `text`.
     void reset(BSTR text = nullptr) noexcept { SysFreeString(std::exchange(m_text, text)); }
-    /// Gives the BSTR up to the caller, who frees it.
+    /// Passes ownership of the BSTR to the caller, who frees it.
     [[nodiscard]] BSTR detach() noexcept { return std::exchange(m_text, nullptr); }
-    /// Frees the held BSTR and lends the empty place as an out-parameter.
+    /// Frees the held BSTR and returns its address as an out-parameter.
     BSTR* put() noexcept
     {
         reset();

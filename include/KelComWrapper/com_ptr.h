@@ -1,5 +1,6 @@
 /// \file
-/// A counted pointer for COM objects: it takes a reference when it is made and gives it back when it goes.
+/// A reference-counted pointer for COM objects: adds a reference on construction and releases it on
+/// destruction.
 
 #pragma once
 
@@ -15,20 +16,19 @@ class ComPtr
 {
 public:
     ComPtr() = default;
-    /// Holds nothing.
+    /// An empty pointer.
     ComPtr(std::nullptr_t) {}
-    /// Takes a reference of its own; the caller keeps what it held. A new object of count 0 leaves
-    /// with the pointer's one reference.
+    /// Adds a reference; the caller keeps its own. A new object with count 0 then has this one reference.
     explicit ComPtr(T* object) : m_object(object)
     {
         if (m_object)
             m_object->AddRef();
     }
-    /// Takes a reference of its own on what `other` holds.
+    /// Adds a reference to the object of `other`.
     ComPtr(const ComPtr& other) : ComPtr(other.m_object) {}
-    /// Takes over the reference of `other`, which holds nothing then.
+    /// Takes over the reference of `other`, which becomes empty.
     ComPtr(ComPtr&& other) noexcept : m_object(other.detach()) {}
-    /// Gives the held reference back and holds what `other` held.
+    /// Releases the held reference and takes over that of `other`.
     ComPtr& operator=(ComPtr other) noexcept
     {
         std::swap(m_object, other.m_object);
@@ -36,7 +36,7 @@ public:
     }
     ~ComPtr() { reset(); }
 
-    /// Takes over a reference that the caller holds, as every out-parameter gives one.
+    /// Takes over a reference that the caller owns, such as one from an out-parameter.
     static ComPtr adopt(T* object) noexcept
     {
         ComPtr pointer;
@@ -44,24 +44,24 @@ public:
         return pointer;
     }
 
-    /// Lends the object; the reference stays here.
+    /// Lends the object; the pointer keeps the reference.
     T* get() const noexcept { return m_object; }
-    /// Lends the object, which must be there.
+    /// Lends the object; the pointer must not be empty.
     T* operator->() const noexcept { return m_object; }
-    /// Lends the object, which must be there.
+    /// Lends the object; the pointer must not be empty.
     T& operator*() const noexcept { return *m_object; }
     /// \return whether an object is held
     explicit operator bool() const noexcept { return m_object != nullptr; }
 
-    /// Gives the reference back and holds nothing.
+    /// Releases the reference and becomes empty.
     void reset() noexcept
     {
         if (T* const object = std::exchange(m_object, nullptr))
             object->Release();
     }
-    /// Hands the reference to the caller, who releases it.
+    /// Passes the reference to the caller, who releases it.
     [[nodiscard]] T* detach() noexcept { return std::exchange(m_object, nullptr); }
-    /// Gives the reference back and lends the empty place as an out-parameter.
+    /// Releases the reference and returns the pointer's address as an out-parameter.
     T** put() noexcept
     {
         reset();

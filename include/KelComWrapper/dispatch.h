@@ -18,9 +18,8 @@ struct DISPPARAMS
     UINT cNamedArgs;           ///< how many of them are named
 };
 
-/// Describes the failure of a member, when `Invoke` returns `DISP_E_EXCEPTION`. The receiver would own the
-/// strings
-/// (`SysFreeString`), but here they are null. No member of the XML DOM fails.
+/// Describes the failure of a member when `Invoke` returns `DISP_E_EXCEPTION`. The receiver would own the
+/// strings (`SysFreeString`), but here they are null. No member of the XML DOM fails.
 struct EXCEPINFO
 {
     WORD wCode;                               ///< 0: the code is in `scode`
@@ -55,8 +54,11 @@ public:
     /// \return `S_OK`; `DISP_E_BADINDEX`; `E_POINTER`; the type-library service's code (see `KelTypelib`)
     virtual HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo) = 0;
     /// Maps the name of a member, and any names of its parameters, to identifiers. ASCII letters match in
-    /// upper and lower case. \param riid not used \param names the member's name, then any names of
-    /// parameters; the caller keeps ownership \param count how many names there are \param locale not used
+    /// upper and lower case.
+    /// \param riid not used
+    /// \param names the member's name, then any names of parameters; the caller keeps ownership
+    /// \param count how many names there are
+    /// \param locale not used
     /// \param identifiers receives one for each name, a parameter's position from 0; -1 for an unknown name
     /// \return `S_OK`; `DISP_E_UNKNOWNNAME` when a name is unknown; `E_POINTER`; `E_INVALIDARG` for no name;
     ///         the type-library service's code, `identifiers` unchanged
@@ -70,9 +72,8 @@ public:
     /// \param flags one of the `DISPATCH_` constants, or two that may be combined
     /// \param parameters the arguments, which the call only reads; never null
     /// \param result receives the member's result. The caller frees its BSTR or releases its object. The
-    /// earlier
-    ///        value is not freed. `VT_EMPTY` if the member wrote no result; unchanged if the member was not
-    ///        called. May be null
+    ///        earlier value is not freed. `VT_EMPTY` if the member wrote no result; unchanged if the member
+    ///        was not called. May be null
     /// \param exception filled if the call returns `DISP_E_EXCEPTION`; may be null
     /// \param badArgument receives the index in `rgvarg` of an argument that cannot be converted; may be null
     /// \return the member's own code, including `S_FALSE`. If the member was not called:

@@ -1,5 +1,5 @@
 /// \file
-/// Results turned into exceptions, for callers who ask for it. Header-only; nothing in the libraries uses it.
+/// Results as exceptions, for callers who want them. Header-only; the libraries do not use it.
 
 #pragma once
 
@@ -13,7 +13,7 @@
 namespace kel
 {
 
-/// \return what a result says, in a few words; "unknown answer 0x..." for one that is not of this layer
+/// \return the meaning of a result in a few words; "unknown answer 0x..." for other codes
 inline std::string describe(HRESULT result)
 {
     static constexpr struct
@@ -51,20 +51,20 @@ inline std::string describe(HRESULT result)
     return words;
 }
 
-/// A result that was not accepted. `what()` is one line for people.
+/// A result that was not accepted. `what()` is one readable line.
 class KEL_EXPORT Error : public std::runtime_error
 {
 public:
     /// \param code the result that was not accepted
     explicit Error(HRESULT code) : std::runtime_error(describe(code)), m_code(code) {}
     /// \param code the result that was not accepted
-    /// \param action what was being done, such as "asking for a name"
+    /// \param action the failed action, such as "asking for a name"
     Error(HRESULT code, const char* action)
         : std::runtime_error(std::string(action) + ": " + describe(code)), m_code(code)
     {}
     /// \param code the result that was not accepted
-    /// \param action what was being done
-    /// \param reason what is known beyond the result
+    /// \param action the failed action
+    /// \param reason what else is known
     Error(HRESULT code, const std::string& action, const std::string& reason)
         : std::runtime_error(action + ": " + reason), m_code(code)
     {}
@@ -75,11 +75,11 @@ private:
     HRESULT m_code;
 };
 
-/// What `S_FALSE` counts as, the answer of a member that had nothing to do it with.
+/// How `check` treats `S_FALSE`.
 enum class FalseIs { failure, success };
 
-/// \return whether `result` is `S_OK`, so that the end of a walk can be told from a step
-/// \throw Error for every failure, and for `S_FALSE` unless it counts as success
+/// \return whether `result` is `S_OK`; with `FalseIs::success`, false marks the end of a walk
+/// \throw Error for every failure, and for `S_FALSE` unless it is treated as success
 inline bool check(HRESULT result, FalseIs meaning = FalseIs::failure)
 {
     if (FAILED(result) || (result != S_OK && meaning == FalseIs::failure))
@@ -87,7 +87,7 @@ inline bool check(HRESULT result, FalseIs meaning = FalseIs::failure)
     return result == S_OK;
 }
 
-/// The same, and the error says what was being done.
+/// The same; the error names the failed action.
 inline bool check(HRESULT result, const char* action, FalseIs meaning = FalseIs::failure)
 {
     if (FAILED(result) || (result != S_OK && meaning == FalseIs::failure))

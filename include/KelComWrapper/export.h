@@ -1,9 +1,9 @@
 /// \file
-/// How the public headers mark what the libraries export.
+/// Marks what the libraries export.
 
 #pragma once
 
-/// Makes a class or a function visible outside of a library whose symbols are hidden by default. A macro,
-/// because clang-format 14 does not see a class in one that begins with an attribute; in the older form of
-/// attributes, because Clang 14 takes no other in front of a template's instance.
+/// Exports a class or a function from a library whose symbols are hidden by default. It is a macro because
+/// clang-format 14 does not recognise a class whose macro begins with an attribute. It uses the older form of
+/// attributes because Clang 14 accepts no other before a template instance.
 #define KEL_EXPORT __attribute__((visibility("default")))

@@ -149,9 +149,12 @@ public:
     /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT GetVarDesc(UINT index, VARDESC** description) = 0;
     /// Returns the names of a member and of the parameters of its first function, the result last. The value
-    /// of a setter has no name. \param member the member's identifier \param names receives the names as new
-    /// BSTRs, which the caller frees \param room how many names fit \param count receives how many were
-    /// written; 0 on failure \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`; `E_OUTOFMEMORY`
+    /// of a setter has no name.
+    /// \param member the member's identifier
+    /// \param names receives the names as new BSTRs, which the caller frees
+    /// \param room how many names fit
+    /// \param count receives how many were written; 0 on failure
+    /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`; `E_OUTOFMEMORY`
     virtual HRESULT GetNames(MEMBERID member, BSTR* names, UINT room, UINT* count) = 0;
     /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT GetRefTypeOfImplType(UINT index, HREFTYPE* type) = 0;
@@ -206,8 +209,7 @@ public:
     virtual UINT GetTypeInfoCount() = 0;
     /// \param index from 0, in the order of the file
     /// \param typeInfo receives a new description with one reference, which the caller releases; null if out
-    /// of
-    ///        range
+    ///        of range
     /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`
     virtual HRESULT GetTypeInfo(UINT index, ITypeInfo** typeInfo) = 0;
     /// \param index from 0, in the order of the file

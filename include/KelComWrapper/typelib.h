@@ -27,17 +27,19 @@ constexpr unsigned PathCapacity = 1024;
 KEL_EXPORT HRESULT GetTlbFilePath(const GUID& library, wchar_t* path);
 
 /// Loads a type library. A file is read once, and once more after each registration of its path. Equal
-/// contents give the same library. Libraries that callers have stay as they are. \param path a local file
+/// contents return the same library. Libraries that callers already have stay unchanged.
+/// \param path a local file
 /// \param library receives the library, borrowed: the service owns it and the caller does not release it; an
 ///        `ITypeInfo` obtained from it keeps what it needs alive. Written on success only
 /// \return `S_OK`; `E_POINTER`; `TYPE_E_CANTLOADLIBRARY` for a file that is missing or unreadable;
 ///         `TYPE_E_INVDATAREAD` for one that is not a valid type library
 KEL_EXPORT HRESULT LoadTypeLib(const wchar_t* path, ITypeLib** library);
 
-/// Registers a path for an identifier, in place of any earlier one. Does not open the file, but makes the
-/// next load read it again: this is how a host announces a replaced file. \param library the identifier, such
-/// as `LIBID_MSXML` \param path zero-ended; it is copied \return `S_OK`; `E_INVALIDARG` for a path that is
-/// null, empty or too long for `PathCapacity`
+/// Registers a path for an identifier, replacing any earlier one. Does not open the file, but makes the next
+/// load read it again: this is how a host announces a replaced file.
+/// \param library the identifier, such as `LIBID_MSXML`
+/// \param path zero-ended; it is copied
+/// \return `S_OK`; `E_INVALIDARG` for a path that is null, empty or too long for `PathCapacity`
 KEL_EXPORT HRESULT RegisterTypeLib(const GUID& library, const wchar_t* path);
 
 /// Removes a registration; loaded libraries stay loaded.

@@ -1,5 +1,5 @@
 /// \file
-/// VARIANT: a tagged value as it travels by value and by pointer through every interface.
+/// VARIANT: a tagged value, which interfaces pass by value and by pointer.
 
 #pragma once
 
@@ -8,10 +8,10 @@
 class IUnknown;
 class IDispatch;
 
-/// Type tags, the `vt` of a `VARIANT`; compared as whole 16-bit values.
+/// The tag of a `VARIANT`, its `vt`; compared as a whole 16-bit value.
 enum VARENUM : VARTYPE {
     VT_EMPTY = 0,        ///< nothing
-    VT_NULL = 1,         ///< the null of databases; nothing here makes or takes one
+    VT_NULL = 1,         ///< the null of databases; never used by this library
     VT_I2 = 2,           ///< `iVal`
     VT_I4 = 3,           ///< `lVal`
     VT_R4 = 4,           ///< `fltVal`
@@ -20,11 +20,11 @@ enum VARENUM : VARTYPE {
     VT_DATE = 7,         ///< `date`
     VT_BSTR = 8,         ///< `bstrVal`
     VT_DISPATCH = 9,     ///< `pdispVal`
-    VT_ERROR = 10,       ///< `scode`; `DISP_E_PARAMNOTFOUND` in it stands for an argument left out
+    VT_ERROR = 10,       ///< `scode`; `DISP_E_PARAMNOTFOUND` in it means an argument left out
     VT_BOOL = 11,        ///< `boolVal`
     VT_VARIANT = 12,     ///< only with `VT_BYREF`: `pvarVal`
     VT_UNKNOWN = 13,     ///< `punkVal`
-    VT_DECIMAL = 14,     ///< a 96-bit number; nothing here makes or takes one
+    VT_DECIMAL = 14,     ///< a 96-bit number; never used by this library
     VT_I1 = 16,          ///< `cVal`
     VT_UI1 = 17,         ///< `bVal`
     VT_UI2 = 18,         ///< `uiVal`
@@ -34,11 +34,11 @@ enum VARENUM : VARTYPE {
     VT_INT = 22,         ///< `intVal`
     VT_UINT = 23,        ///< `uintVal`
     VT_VOID = 24,        ///< in descriptions only
-    VT_HRESULT = 25,     ///< in descriptions only: what a slot answers
+    VT_HRESULT = 25,     ///< in descriptions only: the return type of a slot
     VT_PTR = 26,         ///< in descriptions only: a pointer to another type
     VT_USERDEFINED = 29, ///< in descriptions only: a type of the library
-    VT_ARRAY = 0x2000,   ///< added to another: an array of it; nothing here makes or takes one
-    VT_BYREF = 0x4000,   ///< added to another: a pointer to it
+    VT_ARRAY = 0x2000,   ///< combined with another tag: an array of it; never used by this library
+    VT_BYREF = 0x4000,   ///< combined with another tag: a pointer to it
 };
 
 /// A currency amount in ten-thousandths.
@@ -47,22 +47,22 @@ struct CY
     std::int64_t int64; ///< the amount times 10,000
 };
 
-/// What `VT_RECORD` carries; no member of this library takes or gives one.
+/// The content of `VT_RECORD`; never used by this library.
 struct VARIANT_RECORD
 {
     void* pvRecord; ///< the record
-    void* pRecInfo; ///< what describes it
+    void* pRecInfo; ///< its description
 };
 
-/// A tagged value. It is a plain structure: who holds one frees what it carries.
-/// The library reads the `VARIANT`s it is given and never changes or frees them.
+/// A tagged value, as a plain structure. Its owner frees the BSTR or releases the object in it. The library
+/// only reads the `VARIANT`s it receives; it never changes or frees them.
 struct VARIANT
 {
-    VARTYPE vt;      ///< which member of the union counts, a value of `VARENUM`
+    VARTYPE vt;      ///< a value of `VARENUM`: which member of the union is used
     WORD wReserved1; ///< never read
     WORD wReserved2; ///< never read
     WORD wReserved3; ///< never read
-    // `VARENUM` says which member goes with which tag; a pointer to a number goes with its `VT_BYREF`.
+    // `VARENUM` lists the member for each tag; a pointer to a number is the one with `VT_BYREF`.
     union {
         std::int64_t llVal;
         LONG lVal;

@@ -1,5 +1,5 @@
 /// \file
-/// An owner for one VARIANT. Header-only and optional.
+/// A class that owns one VARIANT. Header-only and optional.
 
 #pragma once
 
@@ -19,9 +19,8 @@
 namespace kel
 {
 
-/// Holds a value together with the BSTR or the object reference that it carries, and frees that when it goes.
-/// Copies carry a BSTR or a reference of their own. What a value only points to (`VT_BYREF`) stays its
-/// owner's.
+/// Owns a value with its BSTR or object reference, and frees that on destruction. A copy has its own BSTR or
+/// reference. A value that is only pointed to (`VT_BYREF`) is not owned.
 class Variant
 {
 public:
@@ -37,9 +36,9 @@ public:
     {
         set(VT_BOOL, &VARIANT::boolVal, truth ? VARIANT_TRUE : VARIANT_FALSE);
     }
-    /// Copies the text, zeros within it included. \throw std::bad_alloc
+    /// Copies the text, including zeros in it. \throw std::bad_alloc
     explicit Variant(std::wstring_view text) { setText(text.data(), text.size()); }
-    /// Null gives a null BSTR, which is an empty text. \throw std::bad_alloc
+    /// Null becomes a null BSTR, which is an empty text. \throw std::bad_alloc
     explicit Variant(const wchar_t* text)
     {
         set(VT_BSTR, &VARIANT::bstrVal, BSTR{});
@@ -48,17 +47,17 @@ public:
     }
     /// Copies the text. \throw std::bad_alloc
     explicit Variant(const std::wstring& text) : Variant(std::wstring_view(text)) {}
-    /// Takes the BSTR over.
+    /// Takes over the BSTR.
     explicit Variant(Bstr&& text) noexcept { set(VT_BSTR, &VARIANT::bstrVal, text.detach()); }
-    /// Takes a reference of its own. Null gives a null object.
+    /// Adds a reference. Null becomes a null object.
     template <class Object, class = std::enable_if_t<std::is_base_of_v<IDispatch, Object>>>
     explicit Variant(ComPtr<Object> object) noexcept
     {
         set(VT_DISPATCH, &VARIANT::pdispVal, object.detach());
     }
-    /// A truth value in the published form and a small number would look the same.
+    /// Deleted: a `VARIANT_BOOL` and a small number have the same type.
     explicit Variant(SHORT) = delete;
-    /// Every other pointer would become a truth value.
+    /// Deleted: any other pointer would convert to a truth value.
     explicit Variant(const void*) = delete;
 
     /// \throw std::bad_alloc
@@ -69,9 +68,9 @@ public:
         else if (IUnknown* const object = carried())
             object->AddRef();
     }
-    /// Takes over what `other` holds, which is empty then.
+    /// Takes over the value of `other`, which becomes empty.
     Variant(Variant&& other) noexcept : m_value(other.detach()) {}
-    /// Frees what it held and takes over what is assigned.
+    /// Frees the held value and takes over the assigned one.
     Variant& operator=(Variant other) noexcept
     {
         std::swap(m_value, other.m_value);
@@ -79,7 +78,7 @@ public:
     }
     ~Variant() { reset(); }
 
-    /// Takes over what `value` carries.
+    /// Takes over the BSTR or reference in `value`.
     static Variant adopt(const VARIANT& value) noexcept
     {
         Variant owner;
@@ -87,11 +86,11 @@ public:
         return owner;
     }
 
-    /// Lends the value, to read or to pass as an argument; what it carries stays owned here.
+    /// Lends the value, to read or to pass as an argument. This object still owns its content.
     const VARIANT& get() const noexcept { return m_value; }
-    /// \return what kind of value it holds
+    /// \return the type of the value
     VARTYPE type() const noexcept { return m_value.vt; }
-    /// Frees what is carried and holds nothing (`VT_EMPTY`).
+    /// Frees the content and becomes empty (`VT_EMPTY`).
     void reset() noexcept
     {
         const VARIANT value = detach();
@@ -102,17 +101,17 @@ public:
         else if (value.vt == VT_UNKNOWN && value.punkVal)
             value.punkVal->Release();
     }
-    /// Gives the value up to the caller, who frees what it carries.
+    /// Passes the value to the caller, who frees its content.
     [[nodiscard]] VARIANT detach() noexcept { return std::exchange(m_value, VARIANT{}); }
-    /// Frees what is carried and lends the empty place as an out-parameter.
+    /// Frees the content and returns the value's address as an out-parameter.
     VARIANT* put() noexcept
     {
         reset();
         return &m_value;
     }
 
-    /// The getters convert nothing, except that a number is given out in any wider type.
-    /// \throw Error `DISP_E_TYPEMISMATCH` when the value is of another kind
+    /// Getters do not convert, except a number to a wider type.
+    /// \throw Error `DISP_E_TYPEMISMATCH` if the value has another type
     std::int64_t integer() const
     {
         switch (m_value.vt) {
@@ -136,7 +135,7 @@ public:
             throw Error(DISP_E_TYPEMISMATCH);
         }
     }
-    /// \return the number, from any kind of number that fits \throw Error
+    /// \return the number, from any number type whose values fit \throw Error
     double number() const
     {
         switch (m_value.vt) {
@@ -151,13 +150,13 @@ public:
     }
     /// \return the truth value \throw Error
     bool truth() const { return of(VT_BOOL).boolVal != VARIANT_FALSE; }
-    /// Lent as long as the value is held.
+    /// The text; valid while this object keeps it.
     std::wstring_view text() const
     {
         const BSTR text = of(VT_BSTR).bstrVal;
         return text ? std::wstring_view(text, SysStringLen(text)) : std::wstring_view();
     }
-    /// With a reference of its own; may be null.
+    /// The object, with an added reference; may be null.
     ComPtr<IDispatch> object() const { return ComPtr<IDispatch>(of(VT_DISPATCH).pdispVal); }
 
 private:

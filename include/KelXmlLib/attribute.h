@@ -1,5 +1,5 @@
 /// \file
-/// The object over an attribute.
+/// The class of attribute objects.
 
 #pragma once
 
@@ -76,7 +76,7 @@ public:
 
     virtual ~CMorvXMLDOMAttribute();
 
-    /// For the library itself: wraps `node`, with an owner document of its own over `document`.
+    /// For internal use: wraps `node`, with its own owner document over `document`.
     [[gnu::visibility("hidden")]] CMorvXMLDOMAttribute(kelxml::qt::MovableNode&& node,
                                                        const kelxml::qt::DocumentRef& document);
 

@@ -1,6 +1,6 @@
 /// \file
-/// What every object of the library begins with: the type information of its interface, loaded when a
-/// late-bound caller first asks for it, and the four IDispatch methods on top of it.
+/// The common base of all objects: the type information of their interface, loaded on the first call by name,
+/// and the four IDispatch methods that use it.
 
 #pragma once
 
@@ -11,41 +11,41 @@
 #include <cstddef>
 #include <memory>
 
-/// Finds the type information of one interface through the type-library service, on first use, and answers
-/// for it. Each object has its own; nothing is locked.
+/// Loads the type information of one interface through the type-library service, on first use, and implements
+/// IDispatch with it. Each object has its own holder, without locks.
 class CComTypeInfoHolder
 {
 public:
-    /// Holds nothing yet.
-    /// \param interfaceId whose type information is taken, kept as a pointer
-    /// \param libraryId the type library that it is looked up in, kept as a pointer
-    /// \param major, minor recorded; the library is found by its identifier alone
+    /// Loads nothing yet.
+    /// \param interfaceId the interface to describe; the pointer is kept
+    /// \param libraryId the type library to look in; the pointer is kept
+    /// \param major, minor recorded only; the library is found by its identifier alone
     CComTypeInfoHolder(const GUID* interfaceId, const GUID* libraryId, WORD major, WORD minor) noexcept
         : m_pguid(interfaceId), m_plibid(libraryId), m_wMajor(major), m_wMinor(minor)
     {}
-    /// Lets go of the type information, then of the names, the last one first.
+    /// Releases the type information, then the names, last one first.
     ~CComTypeInfoHolder()
     {
-        m_pInfo.reset(); // the array's elements follow by themselves, the last one first
+        m_pInfo.reset(); // then the array destroys its elements, last one first
     }
     CComTypeInfoHolder(const CComTypeInfoHolder&) = delete;
     CComTypeInfoHolder& operator=(const CComTypeInfoHolder&) = delete;
 
-    /// Loads the type information and the name cache if they are not there yet.
+    /// Loads the type information and the name cache unless they are loaded.
     /// \param locale not used
-    /// \return `S_OK`; what the type-library service answered, and then the next call tries again;
-    ///         `E_OUTOFMEMORY` when there is none for the name cache
+    /// \return `S_OK`; the type-library service's code, after which the next call tries again;
+    ///         `E_OUTOFMEMORY` when there is no memory for the name cache
     HRESULT GetTI(LCID locale);
     /// Fills the name cache.
-    /// \param typeInfo what the names are taken from; its reference count is not touched
-    /// \return `S_OK`, also when there is nothing to fill it with; `E_OUTOFMEMORY`
+    /// \param typeInfo supplies the names; its reference count is not changed
+    /// \return `S_OK`, also when there are no names; `E_OUTOFMEMORY`
     HRESULT LoadNameCache(ITypeInfo* typeInfo);
 
-    /// The body of `IDispatch::GetTypeInfo`.
+    /// Implements `IDispatch::GetTypeInfo`.
     HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo);
-    /// The body of `IDispatch::GetIDsOfNames`. A single name in its own capitals is answered from the cache.
+    /// Implements `IDispatch::GetIDsOfNames`. A single name in its exact spelling is found in the cache.
     HRESULT GetIDsOfNames(wchar_t** names, UINT count, LCID locale, DISPID* identifiers);
-    /// The body of `IDispatch::Invoke`, of the object that holds this.
+    /// Implements `IDispatch::Invoke` of the object that has this holder.
     HRESULT Invoke(IDispatch* object, DISPID member, LCID locale, WORD flags, DISPPARAMS* parameters,
                    VARIANT* result, EXCEPINFO* exception, UINT* badArgument);
 
@@ -66,13 +66,13 @@ private:
     [[maybe_unused]] WORD m_wMajor;
     [[maybe_unused]] WORD m_wMinor;
     kel::ComPtr<ITypeInfo> m_pInfo;
-    [[maybe_unused]] std::ptrdiff_t m_dwRef = 0; // a place in the layout, not used
+    [[maybe_unused]] std::ptrdiff_t m_dwRef = 0; // not used; keeps its place in the layout
     std::unique_ptr<NameEntry[]> m_pMap;
     std::int32_t m_nCount = 0;
 };
 static_assert(sizeof(CComTypeInfoHolder) == 56, "the holder is the first member of every object");
 
-/// Supplies the IDispatch methods of `Interface` through a `Holder`. Defined and instantiated inside the
+/// Implements the IDispatch methods of `Interface` with a `Holder`. Defined and instantiated inside the
 /// library, once for each of its six interfaces.
 template <class Interface, const GUID* InterfaceId, const GUID* LibraryId, WORD Major, WORD Minor,
           class Holder>
@@ -98,7 +98,7 @@ private:
     Holder m_typeInfoHolder{InterfaceId, LibraryId, Major, Minor};
 };
 
-/// Marks a class that can be created by its identifier. It has no data and no virtual functions.
+/// Marks a class that can be created by its identifier. Has no data and no virtual functions.
 template <class Class, const GUID* ClassId>
 class CComCoClass
 {

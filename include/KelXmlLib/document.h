@@ -102,12 +102,12 @@ public:
 
     virtual ~CMorvXMLDOMDocument();
 
-    /// For the object map: makes an empty document with one reference, which the caller releases.
-    /// \param outer, riid not used: there is no aggregation, and the caller queries the object itself
+    /// For the object map: creates an empty document with one reference, which the caller releases.
+    /// \param outer, riid not used: aggregation is not supported, and the caller queries the object itself
     /// \param object receives the document
     /// \return `S_OK`
     [[gnu::visibility("hidden")]] static HRESULT CreateMe(void* outer, const GUID& riid, void** object);
-    /// For the library itself: a document object over `document`.
+    /// For internal use: a document object over `document`.
     [[gnu::visibility("hidden")]] explicit CMorvXMLDOMDocument(const QDomDocument& document);
 
 private:
@@ -115,5 +115,5 @@ private:
 
     ULONG m_refCount = 0;
     QDomDocument m_document;
-    kel::ComPtr<CMorvXMLDOMElement> m_documentElement; ///< filled by the first `get_documentElement`
+    kel::ComPtr<CMorvXMLDOMElement> m_documentElement; ///< set by the first `get_documentElement`
 };

@@ -1,5 +1,5 @@
 /// \file
-/// The object over an element.
+/// The class of element objects.
 
 #pragma once
 
@@ -82,7 +82,7 @@ public:
 
     virtual ~CMorvXMLDOMElement();
 
-    /// For the library itself: wraps `node`, with an owner document of its own over `document`.
+    /// For internal use: wraps `node`, with its own owner document over `document`.
     [[gnu::visibility("hidden")]] CMorvXMLDOMElement(kelxml::qt::MovableNode&& node,
                                                      const kelxml::qt::DocumentRef& document);
 

@@ -1,10 +1,10 @@
 /// \file
-/// The XML filer: a forward-only writer of one XML file. The caller makes one with `morvCreateXmlFiler`,
-/// calls its write operations in document order and deletes it.
+/// The XML filer: a forward-only writer of one XML file. Create one with `morvCreateXmlFiler`, call its write
+/// operations in document order, and delete it.
 ///
-/// Conventions. A status of 0 says that the arguments were accepted, not that they reached the disk: errors
-/// of the file are never reported. Strings are read up to their first zero, and a unit that is no character
-/// is written as U+FFFD. "Missing" means null or empty. A filer is used by one thread at a time.
+/// Conventions. Status 0 means that the arguments were accepted, not that anything reached the disk: file
+/// errors are never reported. Strings are read up to their first zero. A unit that is not a character is
+/// written as U+FFFD. "Missing" means null or empty. Use a filer from one thread at a time.
 
 #pragma once
 
@@ -13,20 +13,20 @@
 namespace KelXmlLib
 {
 
-/// The encoding of a filer's file. What is asked for is not applied: every file is UTF-8.
+/// The encoding to ask for. The filer ignores it: every file is UTF-8.
 enum eEncoding : int {
-    eEncodingDefault = 0, ///< no wish
+    eEncodingDefault = 0, ///< no preference
     eEncodingUtf16 = 1,   ///< UTF-16
-    eEncodingUtf8 = 2,    ///< UTF-8, as `encoding()` always answers
+    eEncodingUtf8 = 2,    ///< UTF-8; `encoding()` always returns this
 };
 
-/// What a write operation answers.
+/// The result of a write operation.
 enum eStatus : int {
-    eStatusAccepted = 0,        ///< the arguments were in order; what became of the writing does not show
+    eStatusAccepted = 0,        ///< the arguments were valid; says nothing about whether they were written
     eStatusInvalidArgument = 2, ///< a required argument is missing or out of range; nothing was written
 };
 
-/// What `state()` answers; it never changes.
+/// The result of `state()`; always the same.
 enum eState : int {
     eStateReady = 6, ///< also without a file, and after `close()`
 };
@@ -37,27 +37,27 @@ enum eState : int {
 class KEL_EXPORT IKelXmlFiler
 {
 public:
-    /// Closes the file and frees the filer. Elements that are open stay unended.
+    /// Closes the file and frees the filer. Open elements are not ended.
     virtual ~IKelXmlFiler();
 
-    /// \return `eStateReady`, whatever has become of the file
+    /// \return `eStateReady`, always
     virtual KelXmlLib::eState state() const = 0;
-    /// \return `eEncodingUtf8`, whatever was asked for
+    /// \return `eEncodingUtf8`, always
     virtual KelXmlLib::eEncoding encoding() const = 0;
-    /// \return 1 when the file is written indented, else 0
+    /// \return 1 if the file is indented, else 0
     virtual int indent() const = 0;
-    /// Not carried out: `buffer` is not touched.
+    /// Not implemented: `buffer` is unchanged.
     virtual void newlineChars(wchar_t* buffer, int size) const = 0;
 
     /// Writes the XML declaration.
     virtual KelXmlLib::eStatus writeDocBegin() = 0;
-    /// Ends every element that is open.
+    /// Ends all open elements.
     virtual KelXmlLib::eStatus writeDocEnd() = 0;
     /// Begins an element.
     /// \param name must not be missing
     virtual KelXmlLib::eStatus writeElmBegin(const wchar_t* name) = 0;
-    /// Writes a whole element, its end tag included.
-    /// \param name, text must not be missing; for an empty element begin one and end it
+    /// Writes a whole element, including its end tag.
+    /// \param name, text must not be missing; for an empty element, begin one and end it
     virtual KelXmlLib::eStatus writeElmBegin(const wchar_t* name, const wchar_t* text) = 0;
     /// Ends the innermost open element.
     virtual KelXmlLib::eStatus writeElmEnd() = 0;
@@ -70,12 +70,12 @@ public:
     virtual KelXmlLib::eStatus writeAttrEnd() = 0;
     /// Writes an attribute of the element just begun.
     /// \param name must not be missing
-    /// \param value may be null or empty, which gives an empty attribute
+    /// \param value null or empty writes an empty attribute
     virtual KelXmlLib::eStatus writeAttribute(const wchar_t* name, const wchar_t* value) = 0;
     /// Writes character data; `<`, `>`, `&` and the double quote are escaped.
     /// \param text must not be missing
     virtual KelXmlLib::eStatus writeText(const wchar_t* text) = 0;
-    /// The same as `writeText`: markup is escaped here as well.
+    /// The same as `writeText`: escapes markup too.
     virtual KelXmlLib::eStatus writeRawText(const wchar_t* text) = 0;
     /// Accepted, nothing is written; use `writeText`.
     virtual KelXmlLib::eStatus writeValue(bool value) = 0;
@@ -95,31 +95,30 @@ public:
     /// \param publicId, systemId may be null or empty
     virtual KelXmlLib::eStatus writeDocType(const wchar_t* name, const wchar_t* publicId,
                                             const wchar_t* systemId) = 0;
-    /// Writes a CDATA section, or two where the text holds the end of one.
+    /// Writes a CDATA section, split in two wherever the text contains `]]>`.
     /// \param text must not be missing
     virtual KelXmlLib::eStatus writeCData(const wchar_t* text) = 0;
     /// Writes a comment.
-    /// \param text must not be missing, nor hold two hyphens in a row or end in one,
-    ///        which nobody could read back
+    /// \param text must not be missing, contain two hyphens in a row or end in one: no parser could read it
     virtual KelXmlLib::eStatus writeComment(const wchar_t* text) = 0;
     /// Accepted, nothing is written. `data` is not read.
     /// \param data not null
     /// \param first at least 0
     /// \param second at least 1
     virtual KelXmlLib::eStatus writeBinary(const unsigned char* data, int first, int second) = 0;
-    /// Closes the file; what is written later reaches no disk, and Qt warns of it. May be called again.
+    /// Closes the file. Later writes reach no disk, and Qt logs a warning. Calling it again is harmless.
     virtual KelXmlLib::eStatus close() = 0;
-    /// Hands what was written to the system. Whether the disk took it does not show.
+    /// Passes buffered text to the system. Disk errors are not reported.
     virtual KelXmlLib::eStatus flush() = 0;
 };
 
-/// Makes a filer for a file, which is emptied when it exists.
-/// \param path of the file, copied
-/// \param encoding, indentation ignored: a file is UTF-8, its levels are four spaces deep
+/// Creates a filer for a file. Truncates an existing file.
+/// \param path the file, copied
+/// \param encoding, indentation ignored: the file is UTF-8, indented by four spaces a level
 /// \param autoFormat whether to indent
 /// \param secondFlag, text1, text2 ignored; the texts may be null
-/// \return a filer that the caller deletes through `IKelXmlFiler`; null for a missing `path`. Whether the
-///         file could be opened does not show
+/// \return a filer, which the caller deletes through `IKelXmlFiler`; null for a missing `path`. Failure to
+///         open the file is not reported
 extern "C" KEL_EXPORT IKelXmlFiler* morvCreateXmlFiler(const wchar_t* path, KelXmlLib::eEncoding encoding,
                                                        int indentation, bool autoFormat, bool secondFlag,
                                                        const wchar_t* text1, const wchar_t* text2);

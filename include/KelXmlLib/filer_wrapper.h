@@ -1,5 +1,5 @@
 /// \file
-/// The class behind `morvCreateXmlFiler`, for callers who construct it themselves. Needs the headers of Qt.
+/// The class that `morvCreateXmlFiler` creates, for callers who construct it themselves. Needs Qt's headers.
 
 #pragma once
 
@@ -12,23 +12,24 @@
 
 class QFile;
 
-/// The one implementation. See `IKelXmlFiler` for what each method does.
+/// The only implementation. See `IKelXmlFiler` for what each method does.
 class KEL_EXPORT KelXmlFilerWrapper final : public IKelXmlFiler
 {
 public:
-    /// Opens `path` for writing, an existing file being emptied; failure to open is not reported, and every
-    /// write is then accepted and reaches no disk. A path that the encoding of file names cannot hold is not
-    /// opened, nor is any once Qt's codecs are gone, in destructors late in the end of the process.
-    /// \param path where to write, copied; null or empty: the filer has no file
-    /// \param encoding, indentation not used: every file is UTF-8, its levels indented by four or not at all
-    /// \param autoFormat whether start tags stand on lines of their own, indented by four spaces a level
-    /// \param secondFlag recorded, used by nothing
+    /// Opens `path` for writing and truncates an existing file. Failure to open is not reported: every write
+    /// is then accepted and reaches no disk. Does not open a path that the encoding of file names cannot
+    /// represent, nor any path once Qt's codecs are destroyed at exit.
+    /// \param path the file, copied; null or empty for a filer without a file
+    /// \param encoding, indentation not used: the file is UTF-8, indented by four spaces a level or not at
+    ///        all
+    /// \param autoFormat whether start tags go on lines of their own, indented by four spaces a level
+    /// \param secondFlag recorded only
     /// \param text1, text2 not used; may be null
     KelXmlFilerWrapper(const wchar_t* path, KelXmlLib::eEncoding encoding, int indentation, bool autoFormat,
                        bool secondFlag, const wchar_t* text1, const wchar_t* text2);
     KelXmlFilerWrapper(const KelXmlFilerWrapper&) = delete;
     KelXmlFilerWrapper& operator=(const KelXmlFilerWrapper&) = delete;
-    /// Closes the file. Elements that are open stay unended.
+    /// Closes the file. Open elements are not ended.
     ~KelXmlFilerWrapper() override;
 
     KelXmlLib::eState state() const override;
@@ -61,15 +62,15 @@ public:
     KelXmlLib::eStatus flush() override;
 
 private:
-    /// Makes the writer, unless Qt's codecs are gone: its constructor needs them.
+    /// Creates the writer unless Qt's codecs are destroyed, because its constructor needs them.
     [[gnu::visibility("hidden")]] KelXmlFilerWrapper();
-    /// Calls `write` with the writer when the required arguments are present.
+    /// Calls `write` with the writer if the required arguments are present.
     template <class Write>
     KelXmlLib::eStatus forward(std::initializer_list<const wchar_t*> required, Write write);
 
     std::unique_ptr<QFile> m_file;
     union {
-        QXmlStreamWriter m_writer; ///< there if `m_hasWriter`
+        QXmlStreamWriter m_writer; ///< constructed only if `m_hasWriter`
     };
     bool m_autoFormat = false;
     bool m_secondFlag = false;

@@ -9,12 +9,12 @@
 extern "C" {
 /// The type library, version 1.0.
 extern const GUID LIBID_MSXML;
-/// The class of documents, which `DllGetClassObject` serves.
+/// The class of documents, which `DllGetClassObject` creates.
 extern const GUID CLSID_DOMDocument;
-/// A published class that is not served: no document is free-threaded.
+/// A published class that is not supported: no document is free-threaded.
 extern const GUID CLSID_DOMFreeThreadedDocument;
 /// \name The XML DOM
-/// The objects answer to the six that `KelXmlLib/xmldom.h` declares, and to no other.
+/// Objects support the six interfaces that `KelXmlLib/xmldom.h` declares, and no others.
 /// @{
 
 /// The published interface of that name.
@@ -41,10 +41,10 @@ extern const GUID DIID_XMLDOMDocumentEvents;
 /// @}
 
 /// \name The rest of the published type library
-/// Nothing here answers to them.
+/// No object supports these.
 /// @{
 
-/// The published interface or class of that name; nothing here answers to it.
+/// The published interface or class of that name, which no object supports.
 extern const GUID IID_IXMLHttpRequest;
 extern const GUID CLSID_XMLHTTPRequest;
 extern const GUID IID_IXMLDSOControl;

@@ -1,5 +1,5 @@
 /// \file
-/// A member of a class that stays hidden, without an allocation of its own.
+/// A hidden member of a class, without a separate allocation.
 
 #pragma once
 
@@ -10,25 +10,25 @@
 namespace kelxml
 {
 
-/// Holds a `Hidden` in `Size` bytes. As with `std::unique_ptr`, that class has to be known only where the
-/// object that holds it is made and destroyed. For the library itself.
+/// Holds a `Hidden` in `Size` bytes. As with `std::unique_ptr`, only code that creates or destroys the outer
+/// object needs the complete class. For internal use.
 template <class Hidden, std::size_t Size>
 class InPlace
 {
 public:
-    /// Makes it from `arguments`.
+    /// Constructs the object from `arguments`.
     template <class... Arguments>
     explicit InPlace(Arguments&&... arguments)
     {
         static_assert(sizeof(Hidden) <= Size && alignof(Hidden) <= alignof(void*));
         new (m_bytes) Hidden(std::forward<Arguments>(arguments)...);
     }
-    /// Destroys it.
+    /// Destroys the object.
     ~InPlace() { (*this)->~Hidden(); }
     InPlace(const InPlace&) = delete;
     InPlace& operator=(const InPlace&) = delete;
 
-    /// What is held.
+    /// The object.
     Hidden* operator->() { return std::launder(reinterpret_cast<Hidden*>(m_bytes)); }
 
 private:

@@ -1,5 +1,5 @@
 /// \file
-/// The object over an element's live map of attributes.
+/// The class of an element's live map of attributes.
 
 #pragma once
 
@@ -46,7 +46,7 @@ public:
 
     virtual ~CMorvXMLDOMNamedNodeMap();
 
-    /// For the library itself: the attributes of `node`, none where it is no element.
+    /// For internal use: the attributes of `node`; empty unless it is an element.
     [[gnu::visibility("hidden")]] CMorvXMLDOMNamedNodeMap(const QDomNode& node,
                                                           const kelxml::qt::DocumentRef& document);
 
@@ -57,10 +57,10 @@ private:
 
     ULONG m_refCount = 0;
     QDomNamedNodeMap m_map;
-    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
+    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, released on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
     std::unique_ptr<const QDomDocument>
-        m_standIn;           ///< where `m_document` is null, keeps the document alive that the node came from
-    QDomNode m_ownerElement; ///< the element itself; released last
-    std::vector<QDomNode> m_items; ///< in a map of many: all, as they were last listed
+        m_standIn;                 ///< keeps the node's document alive when `m_document` is null
+    QDomNode m_ownerElement;       ///< the element itself; released last
+    std::vector<QDomNode> m_items; ///< a cached copy of all attributes, for large maps only
 };

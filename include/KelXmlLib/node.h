@@ -1,6 +1,6 @@
 /// \file
-/// The object over any node that is neither an element nor an attribute: text, comments, CDATA sections,
-/// processing instructions, and the document node when it is reached from below.
+/// The class of all other nodes: text, comments, CDATA sections and processing instructions. The document
+/// node is one of them when it is reached as a parent.
 
 #pragma once
 
@@ -73,7 +73,7 @@ public:
 
     virtual ~CMorvXMLDOMNode();
 
-    /// For the library itself: wraps `node`, with an owner document of its own over `document`.
+    /// For internal use: wraps `node`, with its own owner document over `document`.
     [[gnu::visibility("hidden")]] CMorvXMLDOMNode(kelxml::qt::MovableNode&& node,
                                                   const kelxml::qt::DocumentRef& document);
 

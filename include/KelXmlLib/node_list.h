@@ -1,5 +1,5 @@
 /// \file
-/// The object over a live list of nodes: children, or elements by tag name.
+/// The class of live lists: the children of a node, or the elements with a tag name.
 
 #pragma once
 
@@ -46,7 +46,7 @@ public:
 
     virtual ~CMorvXMLDOMNodeList();
 
-    /// For the library itself: the list that `origin` describes.
+    /// For internal use: the list that `origin` describes.
     [[gnu::visibility("hidden")]] CMorvXMLDOMNodeList(kelxml::lists::ListOrigin&& origin,
                                                       const kelxml::qt::DocumentRef& document);
 
@@ -54,13 +54,13 @@ private:
     friend struct kelxml::dom::WrapperAccess;
 
     ULONG m_refCount = 0;
-    QDomNodeList m_list; ///< Qt's own, for binaries that rely on its place; never read here
+    QDomNodeList m_list; ///< never read; only keeps the place that other binaries rely on
     std::uint32_t m_cursor = 0;
-    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, given back on destruction
+    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, released on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
     std::unique_ptr<const QDomDocument>
-        m_standIn;           ///< where `m_document` is null, keeps the document alive that the node came from
-    QDomNode m_ownerElement; ///< the element of an attribute whose children are listed; let go of last
+        m_standIn;           ///< keeps the node's document alive when `m_document` is null
+    QDomNode m_ownerElement; ///< the element, if an attribute's children are listed; released last
     kelxml::InPlace<kelxml::lists::LiveList, 56>
         m_live; ///< reads the list; released before the owner element
 };

@@ -39,14 +39,14 @@ enum tagDOMNodeType : std::int32_t {
     NODE_CDATA_SECTION = 4,          ///< counts as text: `get_text` returns its data
     NODE_ENTITY_REFERENCE = 5,       ///< a reference that the parser did not expand
     NODE_ENTITY = 6,                 ///< a declaration in the document type
-    NODE_PROCESSING_INSTRUCTION = 7, ///< the XML declaration as well
+    NODE_PROCESSING_INSTRUCTION = 7, ///< includes the XML declaration
     NODE_COMMENT = 8,                ///< its text is its value
-    NODE_DOCUMENT = 9,               ///< an `IXMLDOMDocument`; reached as a parent, a generic node
+    NODE_DOCUMENT = 9,               ///< an `IXMLDOMDocument`; a generic node when reached as a parent
     NODE_DOCUMENT_TYPE = 10,         ///< `<!DOCTYPE>`
     NODE_DOCUMENT_FRAGMENT = 11,     ///< never created
     NODE_NOTATION = 12,              ///< a declaration in the document type
 };
-using DOMNodeType = tagDOMNodeType; ///< the published short name
+using DOMNodeType = tagDOMNodeType; ///< the short published name
 
 /// A node of the tree. Two requests for one node return two objects; changes made through one are visible
 /// through the other.
@@ -56,7 +56,7 @@ public:
     /// The node's name as Qt returns it ("#text", "#document", a tag or attribute name). Empty for a document
     /// that has neither loaded nor created anything.
     /// \param name receives a new BSTR, which the caller frees
-    /// \return `S_OK`; `S_FALSE` when `name` is null
+    /// \return `S_OK`; `S_FALSE` if `name` is null
     virtual HRESULT get_nodeName(BSTR* name) = 0;
     /// The node's value. Works for the document and the generic node.
     /// \param value receives `VT_BSTR` with a new BSTR, which the caller frees; its old value is not freed
@@ -71,17 +71,17 @@ public:
     /// \param type receives the node type; 21 for a generic node without a node
     /// \return `S_OK`; `S_FALSE` when `type` is null
     virtual HRESULT get_nodeType(DOMNodeType* type) = 0;
-    /// The parent; of an attribute, its element.
+    /// The parent; for an attribute, its element.
     /// \param parent receives a new object with one reference, which the caller releases
-    /// \return `S_OK`; `S_FALSE` with `parent` untouched when there is none or `parent` is null
+    /// \return `S_OK`; `S_FALSE` with `parent` unchanged if there is no parent or `parent` is null
     virtual HRESULT get_parentNode(IXMLDOMNode** parent) = 0;
     /// The children, as a live list; empty for a node without children.
     /// \param children receives a new list with one reference, which the caller releases
-    /// \return `S_OK`; `S_FALSE` when `children` is null
+    /// \return `S_OK`; `S_FALSE` if `children` is null
     virtual HRESULT get_childNodes(IXMLDOMNodeList** children) = 0;
     /// The first child.
     /// \param child receives a new object with one reference, which the caller releases
-    /// \return `S_OK`; `S_FALSE` with `child` untouched when there is none or `child` is null
+    /// \return `S_OK`; `S_FALSE` with `child` unchanged if there is no child or `child` is null
     virtual HRESULT get_firstChild(IXMLDOMNode** child) = 0;
     /// \name No-ops: return S_OK and write nothing
     /// @{
@@ -91,9 +91,9 @@ public:
     virtual HRESULT get_previousSibling(IXMLDOMNode** sibling) = 0;
     virtual HRESULT get_nextSibling(IXMLDOMNode** sibling) = 0;
     /// @}
-    /// The attributes, as the element's own live map; empty for anything but an element.
+    /// The attributes, as a live map; empty for any node but an element.
     /// \param attributes receives a new map with one reference, which the caller releases
-    /// \return `S_OK`; `S_FALSE` when `attributes` is null
+    /// \return `S_OK`; `S_FALSE` if `attributes` is null
     virtual HRESULT get_attributes(IXMLDOMNamedNodeMap** attributes) = 0;
     /// \name No-ops: return S_OK and write nothing
     /// @{
@@ -120,8 +120,8 @@ public:
     /// \return `S_OK`, also for a null `child` (nothing done, nothing written);
     ///         `S_FALSE` for an object that is not this library's
     virtual HRESULT appendChild(IXMLDOMNode* child, IXMLDOMNode** result) = 0;
-    /// \param hasChildren receives 1 (not -1) when there are children, else 0
-    /// \return `S_OK`; `S_FALSE` when `hasChildren` is null
+    /// \param hasChildren receives 1 (not -1) if there are children, else 0
+    /// \return `S_OK`; `S_FALSE` if `hasChildren` is null
     virtual HRESULT hasChildNodes(VARIANT_BOOL* hasChildren) = 0;
     /// The document that the node belongs to; for a document, the object itself.
     /// \param document receives the object with one reference, which the caller releases. Each node object
@@ -142,8 +142,8 @@ public:
     /// @}
     /// The text of an element and all its descendants, or the data of a text node.
     /// \param text receives a new BSTR, which the caller frees
-    /// \return `S_OK`; `S_FALSE` with `text` untouched for any other node, an attribute included, or when
-    ///         `text` is null. Documents: `S_OK`, nothing written
+    /// \return `S_OK`; `S_FALSE` with `text` unchanged for any other node, including attributes, or if `text`
+    ///         is null. Documents: `S_OK`, nothing written
     virtual HRESULT get_text(BSTR* text) = 0;
     /// Sets the text. An element loses its first child (only that one) and gets a text node as its last; any
     /// other node gets the text as its value.
@@ -169,7 +169,7 @@ public:
     /// an
     ///        empty name finds nothing
     /// \param list receives a new list with one reference, which the caller releases
-    /// \return `S_OK`; `S_FALSE` when `list` is null. Attributes and generic nodes: `S_OK`, nothing written
+    /// \return `S_OK`; `S_FALSE` if `list` is null. Attributes and generic nodes: `S_OK`, nothing written
     virtual HRESULT selectNodes(BSTR query, IXMLDOMNodeList** list) = 0;
     /// \name No-ops: return S_OK and write nothing
     /// @{
@@ -201,7 +201,7 @@ public:
     /// The document element. Every later call returns the object of the first one, also after another load.
     /// On an empty document, it is an element without a node.
     /// \param element receives the object with one reference, which the caller releases
-    /// \return `S_OK`; `S_FALSE` when `element` is null
+    /// \return `S_OK`; `S_FALSE` if `element` is null
     virtual HRESULT get_documentElement(IXMLDOMElement** element) = 0;
     /// \name No-ops: return S_OK and write nothing
     /// @{
@@ -234,7 +234,7 @@ public:
     /// Does nothing.
     virtual HRESULT nodeFromID(BSTR id, IXMLDOMNode** node) = 0;
     /// @}
-    /// Reads a local file into this document; when it returns, parsing has finished.
+    /// Reads a local file into this document. Parsing has finished when it returns.
     /// \param source a file path as `VT_BSTR`; nothing else is accepted
     /// \param success receives 0 on entry and -1 when the file was parsed; may be null
     /// \return `S_OK` when parsed; else `S_FALSE`. The earlier tree survives a failure before parsing
@@ -259,8 +259,8 @@ public:
     ///         beyond the limits. A later failure, lack of memory included, leaves the document empty or with
     ///         what was parsed
     virtual HRESULT loadXML(BSTR xml, VARIANT_BOOL* success) = 0;
-    /// Writes the document to a local file, indented by four spaces a level, also in mixed content, in the
-    /// encoding that its XML declaration names, or UTF-8. The order of attributes is Qt's and differs from
+    /// Writes the document to a local file, indented by four spaces a level, even mixed content. The encoding
+    /// is the one in the XML declaration, or UTF-8. Qt chooses the order of attributes, which differs from
     /// run to run.
     /// \param destination a file path as `VT_BSTR`; nothing else is accepted
     /// \return `S_OK` once the file was opened, even if writing fails; else `S_FALSE`, also for a tree too
@@ -320,7 +320,7 @@ protected:
     ~IXMLDOMElement() = default;
 };
 
-/// An attribute. Its value is its text: `get_value` reads it, `put_text` sets it.
+/// An attribute. Its value is its text: `get_value` reads it and `put_text` sets it.
 class IXMLDOMAttribute : public IXMLDOMNode
 {
 public:
@@ -351,14 +351,14 @@ class IXMLDOMNodeList : public IDispatch
 public:
     /// \param index from 0
     /// \param node receives a new object with one reference, which the caller releases
-    /// \return `S_OK`; `S_FALSE` with `node` untouched out of range or when `node` is null
+    /// \return `S_OK`; `S_FALSE` with `node` unchanged if out of range or if `node` is null
     virtual HRESULT get_item(LONG index, IXMLDOMNode** node) = 0;
-    /// \param length receives the number of nodes at the time of the call
-    /// \return `S_OK`; `S_FALSE` when `length` is null
+    /// \param length receives the current number of nodes
+    /// \return `S_OK`; `S_FALSE` if `length` is null
     virtual HRESULT get_length(LONG* length) = 0;
-    /// The node at the list's cursor, an index that only grows.
+    /// The node at the list's cursor, an index that only increases.
     /// \param node receives a new object with one reference, which the caller releases; null at the end
-    /// \return `S_OK`; `S_FALSE` at the end, or when `node` is null (the cursor stays)
+    /// \return `S_OK`; `S_FALSE` at the end, or if `node` is null (the cursor does not move)
     virtual HRESULT nextNode(IXMLDOMNode** node) = 0;
     /// \name No-ops: return S_OK and write nothing
     /// @{
@@ -378,7 +378,7 @@ class IXMLDOMNamedNodeMap : public IDispatch
 public:
     /// \param name the attribute's name
     /// \param node receives a new object with one reference, which the caller releases
-    /// \return `S_OK`; `S_FALSE` with `node` untouched for a null or unknown name or when `node` is null
+    /// \return `S_OK`; `S_FALSE` with `node` unchanged for a null or unknown name or if `node` is null
     virtual HRESULT getNamedItem(BSTR name, IXMLDOMNode** node) = 0;
     /// \name No-ops: return S_OK and write nothing
     /// @{
@@ -387,12 +387,12 @@ public:
     virtual HRESULT setNamedItem(IXMLDOMNode* item, IXMLDOMNode** result) = 0;
     virtual HRESULT removeNamedItem(BSTR name, IXMLDOMNode** node) = 0;
     /// @}
-    /// \param index from 0, in an order that is Qt's
-    /// \param node receives a new object with one reference, which the caller releases; null out of range
-    /// \return `S_OK`, also out of range; `S_FALSE` when `node` is null
+    /// \param index from 0, in Qt's order
+    /// \param node receives a new object with one reference, which the caller releases; null if out of range
+    /// \return `S_OK`, also if out of range; `S_FALSE` if `node` is null
     virtual HRESULT get_item(LONG index, IXMLDOMNode** node) = 0;
-    /// \param length receives the number of nodes at the time of the call
-    /// \return `S_OK`; `S_FALSE` when `length` is null
+    /// \param length receives the current number of nodes
+    /// \return `S_OK`; `S_FALSE` if `length` is null
     virtual HRESULT get_length(LONG* length) = 0;
     /// \name No-ops: return S_OK and write nothing
     /// @{

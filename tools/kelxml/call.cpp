@@ -1,4 +1,4 @@
-// `call`: members reached by name alone, through `IDispatch`, as a script tool does.
+// `call`: reaches members by name alone, through `IDispatch`, as a script does.
 
 #include "KelComWrapper/bstr.h"
 #include "KelComWrapper/variant_owner.h"
@@ -24,13 +24,13 @@ namespace
 constexpr GUID kNoInterface{};
 constexpr LCID kNeutral = 0;
 
-/// A step failed: which one, and why.
+/// Reports which step failed, and why.
 [[noreturn]] void failStep(std::wstring_view step, const std::string& reason)
 {
     throw Failure("'" + toUtf8(step) + "': " + reason);
 }
 
-/// What the member itself had to say. The texts are freed here.
+/// The member's own description of its failure. Frees the texts.
 std::string describeException(const EXCEPINFO& exception)
 {
     kel::Bstr source;
@@ -54,20 +54,20 @@ DISPID identifierOf(IDispatch& object, const std::wstring& name, std::wstring_vi
     return identifier;
 }
 
-/// What a member answered.
+/// The result of a member.
 struct Answer
 {
     kel::Variant value;
     HRESULT code;
 };
 
-/// What `null` stands for at first: a text that is not there.
+/// `null` is passed as a null text first.
 bool isNullText(const VARIANT& value)
 {
     return value.vt == VT_BSTR && !value.bstrVal;
 }
 
-/// Calls one member. `values` are in the order in which they are written; an assigned value comes last.
+/// Calls one member. `values` are in written order; an assigned value comes last.
 /// \throw Failure unless the member was called and did not fail
 Answer invoke(IDispatch& object, const Step& step, const std::vector<kel::Variant>& values, bool isAssignment)
 {
@@ -99,7 +99,7 @@ Answer invoke(IDispatch& object, const Step& step, const std::vector<kel::Varian
                              &badArgument);
     };
     HRESULT code = call();
-    // Only the member knows where it wants an object.
+    // Only the member knows which of its parameters are objects.
     while (code == DISP_E_TYPEMISMATCH && badArgument < parameters.cArgs &&
            isNullText(reversed[badArgument])) {
         reversed[badArgument] = kel::Variant(kel::ComPtr<IDispatch>()).get();
@@ -188,7 +188,7 @@ private:
     bool m_hasChanged = false;
 };
 
-/// Lists and maps have no name of their own.
+/// Lists and maps have no name.
 std::string objectText(IDispatch& object)
 {
     try {
@@ -236,13 +236,13 @@ std::string resultText(const kel::Variant& result)
     }
 }
 
-/// Scripts get the text as it is.
+/// Scripts get the text unchanged.
 std::string printableOnTerminal(const std::string& text)
 {
     return isatty(STDOUT_FILENO) ? printable(text) : text;
 }
 
-/// Members called by name can build what no parser reads, such as an element named "1 x".
+/// Calls by name can build a document that no parser reads, such as an element named "1 x".
 void requireReadable(const kel::Document& document, const std::string& path)
 {
     try {

@@ -1,4 +1,4 @@
-// Changing documents: `copy`, `set`, `unset`, `text` and `new`.
+// Commands that change documents: `copy`, `set`, `unset`, `text` and `new`.
 
 #include "commands.h"
 #include "files.h"
@@ -30,7 +30,7 @@ std::vector<std::string> behindTag(const Arguments& arguments)
     return {arguments.values.begin() + 2, arguments.values.end()};
 }
 
-/// Applies `change` to every element with the tag name, and saves. Nothing is saved when there is none.
+/// Applies `change` to every element with the tag name, and saves. Saves nothing if there is no such element.
 template <class Change>
 bool changeElements(const Arguments& arguments, Change change)
 {

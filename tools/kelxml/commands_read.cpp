@@ -1,4 +1,4 @@
-// Looking at documents: `check`, `tree` and `find`.
+// Commands that only read documents: `check`, `tree` and `find`.
 
 #include "commands.h"
 #include "files.h"
@@ -33,7 +33,7 @@ void printText(const std::string& text)
     std::cout << '\n';
 }
 
-/// Names such as "#text" repeat the kind and are left out.
+/// Leaves out names such as "#text", which repeat the kind.
 void printNode(const kel::Node& node, std::size_t level)
 {
     std::cout << std::string(2 * level, ' ')
@@ -49,7 +49,7 @@ void printNode(const kel::Node& node, std::size_t level)
         printText(node.text());
 }
 
-/// Recursion is safe: the library lets no tree become deeper than some 2,000 levels.
+/// Recursion is safe: the library limits the depth of trees to some 2,000 levels.
 template <class Parent>
 void printTree(const Parent& parent, std::size_t level)
 {
@@ -72,8 +72,8 @@ bool printMatches(const kel::Document& document, const std::string& tag, const s
     return isFound;
 }
 
-/// Works through several files; a bad one is reported, and the others follow.
-/// \return whether all were good and `work` answered true for all
+/// Processes several files; reports a bad one and continues with the rest.
+/// \return whether all files were good and `work` returned true for all
 template <class Work>
 bool forEachFile(const std::vector<std::string>& files, Work work)
 {

@@ -1,5 +1,5 @@
-// Writing without a tree: `write`, a catalogue with every kind of content, and `export`, a document copied
-// node by node.
+// Commands that write without a tree: `write`, a catalogue with every kind of content, and `export`, which
+// copies a document node by node.
 
 #include "commands.h"
 #include "files.h"
@@ -11,7 +11,7 @@ namespace tool
 namespace
 {
 
-/// Copies a document, and counts.
+/// Copies a document and counts its nodes.
 class Exporter
 {
 public:
@@ -44,7 +44,7 @@ private:
             m_writer.comment(node.text());
             return true;
         case kel::NodeKind::instruction:
-            if (node.name() != "xml") // the declaration: the writer has written its own
+            if (node.name() != "xml") // skips the declaration: the writer has written its own
                 m_writer.instruction(node.name(), node.text());
             return true;
         default:

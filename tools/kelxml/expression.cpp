@@ -1,4 +1,4 @@
-// A recursive-descent reader of expressions.
+// A recursive-descent parser of expressions.
 
 #include "expression.h"
 
@@ -12,7 +12,7 @@ namespace tool
 namespace
 {
 
-/// Arguments within arguments; more is a mistake, or an attempt on the stack.
+/// The limit for arguments within arguments. It keeps the recursion from exhausting the stack.
 constexpr int kMaxNesting = 100;
 
 bool isDigit(wchar_t c)
@@ -96,7 +96,7 @@ private:
         return steps;
     }
 
-    /// Behind the opening parenthesis.
+    /// Called after the opening parenthesis.
     std::vector<Argument> argumentList()
     {
         std::vector<Argument> arguments;
@@ -147,7 +147,7 @@ private:
         return text;
     }
 
-    /// Behind the backslash; stays on the last character of the escape.
+    /// Called after the backslash; leaves the position on the last character of the escape.
     wchar_t escaped()
     {
         switch (peek()) {
@@ -165,7 +165,7 @@ private:
         }
     }
 
-    /// Whole numbers take the smallest type that holds them.
+    /// A whole number gets the smallest type that can represent it.
     Argument number()
     {
         const std::size_t start = m_place;

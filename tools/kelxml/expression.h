@@ -1,4 +1,5 @@
-// What `call` understands: a dotted path of members with arguments, and an assignment to its last member.
+// The expressions of `call`: a dotted path of members with arguments, optionally with an assignment to its
+// last member.
 //
 //   expression = path [ "=" argument ]
 //   path       = member { "." member }
@@ -25,8 +26,7 @@ struct Step
 {
     std::wstring name;
     std::vector<Argument> arguments;
-    /// The path up to here as it was written, for messages: a part of the text that was parsed, which must
-    /// outlive it.
+    /// The path up to this member as written, for messages: a part of the parsed text, which must outlive it.
     std::wstring_view source;
 };
 
@@ -40,7 +40,7 @@ struct Argument
 struct Expression
 {
     Path path;
-    /// The value assigned to the last member; none for a mere call.
+    /// The value assigned to the last member; empty for a call without assignment.
     std::vector<Argument> assigned;
 };
 

@@ -1,4 +1,4 @@
-// The standard input is copied to memory first: it may be a socket, which cannot be opened by a path.
+// Copies the standard input to memory first, because it may be a socket, which cannot be opened by a path.
 
 #include "files.h"
 
@@ -22,7 +22,7 @@ namespace
 
 constexpr char kStandard[] = "-";
 constexpr char kStandardInput[] = "the standard input";
-/// One byte more than the library takes, so that it refuses what is cut off here.
+/// One byte more than the library reads, so that it refuses an input that is cut off at this length.
 constexpr std::size_t kMostRead = (std::size_t{512} << 20U) + 1;
 
 void require(bool isDone)
@@ -77,7 +77,7 @@ kel::Document loadStandardInput()
 {
     MemoryFile copy;
     std::unique_ptr<Progress> progress;
-    if (!isatty(STDIN_FILENO)) // do not write into what somebody is typing
+    if (!isatty(STDIN_FILENO)) // do not write over what the user is typing
         progress = std::make_unique<Progress>("reading");
     copyStandardInput(copy);
     try {

@@ -1,4 +1,4 @@
-// Documents from files and into files, with progress on a terminal. "-" is the standard input and output.
+// Loads and saves documents, with progress on a terminal. "-" is the standard input or output.
 
 #pragma once
 
@@ -16,13 +16,14 @@ kel::Document load(const std::string& path);
 /// \throw kel::SaveError
 void save(const kel::Document& document, const std::string& path);
 
-/// The path by which the library writes to `path`.
+/// The path that the library must open to write to `path`.
 std::string writable(const std::string& path);
 
-/// Prints the reason why a file could not be read, and goes on.
+/// Prints the reason why a file could not be read; does not exit.
 void complain(const std::exception& error);
 
-/// Where a command that writes to `path` reports: the standard output, unless the document goes there.
+/// Where a command that writes to `path` prints its report: the standard output, unless the document goes
+/// there.
 std::ostream& reportFor(const std::string& path);
 
 } // namespace tool

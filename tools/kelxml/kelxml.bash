@@ -1,4 +1,4 @@
-# Completion of kelxml's command line for bash: commands, their options, then files.
+# Bash completion for kelxml: commands, their options, then files.
 _kelxml()
 {
     local word=${COMP_WORDS[COMP_CWORD]} command=${COMP_WORDS[1]} choices=--help

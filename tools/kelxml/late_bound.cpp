@@ -1,5 +1,4 @@
-// An object of the library answers for the interface of its class; the members of each class that do nothing
-// are listed by the build.
+// Finds the class of an object by its interface. The build generates the list of each class's no-ops.
 
 #include "late_bound.h"
 
@@ -63,7 +62,7 @@ void registerTypeLibrary()
                "registering the type library");
 }
 
-// Names are compared without regard to case, as calls by name are.
+// Ignores case, as calls by name do.
 bool isNoOp(IDispatch& object, const std::wstring& name, bool isAssignment)
 {
     const std::string prefix = classOf(object) + "::";

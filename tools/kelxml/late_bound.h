@@ -1,4 +1,4 @@
-// What calls by name need beyond the C++ layer.
+// Support for calls by name, which the C++ layer does not offer.
 
 #pragma once
 
@@ -12,7 +12,7 @@ namespace tool
 /// Registers the type library that is installed next to the library. \throw Failure, kel::Error
 void registerTypeLibrary();
 
-/// Whether the member of that name accepts calls without doing anything.
+/// Whether the member of that name is a no-op: accepts calls and does nothing.
 /// \param isAssignment whether a property is assigned rather than read
 bool isNoOp(IDispatch& object, const std::wstring& name, bool isAssignment);
 

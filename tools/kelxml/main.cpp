@@ -1,5 +1,4 @@
-// kelxml: a command-line tool of the library. Reads the command line, picks the subcommand, tells what went
-// wrong.
+// kelxml: the library's command-line tool. Parses the command line, runs the subcommand, reports errors.
 
 #include "commands.h"
 #include "files.h"
@@ -27,7 +26,7 @@ struct Command
     const char* name;
     const char* synopsis;
     const char* purpose;
-    /// What `kelxml help NAME` adds.
+    /// The extra text of `kelxml help NAME`.
     const char* details;
     std::size_t fewest;
     std::size_t most;
@@ -61,11 +60,11 @@ constexpr Command kCommands[] = {
      "Prints how many elements were changed. Exits with 1 and writes nothing when there are none.\n", 3,
      kAnyNumber, Output::required, false, &runUnset},
     {"text", "FILE TAG VALUE -o OUT", "set the text of every element with a tag name",
-     "The text replaces everything that the element holds. Prints how many elements were changed.\nExits "
+     "The text replaces all content of the element. Prints how many elements were changed.\nExits "
      "with 1 and writes nothing when there are none.\n",
      3, 3, Output::required, false, &runText},
-    {"new", "OUT", "a small document made from nothing", "A shelf with a book: elements, attributes, text.\n",
-     1, 1, Output::none, false, &runNew},
+    {"new", "OUT", "create a small document", "A shelf with a book: elements, attributes, text.\n", 1, 1,
+     Output::none, false, &runNew},
     {"write", "OUT [--plain]", "a small catalogue written without a tree",
      "Shows every kind of content that can be written this way.\n  --plain  no indentation\n", 1, 1,
      Output::none, true, &runWrite},
@@ -82,7 +81,7 @@ constexpr Command kCommands[] = {
      "  documentElement.appendChild(createNode(1, \"note\", null))\n"
      "  documentElement.text = \"x\"\n"
      "Prints the result: a text, a number, true or false, an object's node name or (object),\n(empty) for "
-     "none. Exits with 1 when a member answers S_FALSE or does nothing. -o saves the\ndocument afterwards; "
+     "none. Exits with 1 when a member returns S_FALSE or does nothing. -o saves the\ndocument afterwards; "
      "without it, changes are lost.\n",
      2, 2, Output::optional, false, &runCall},
 };
@@ -97,7 +96,7 @@ const Command* commandNamed(std::string_view name)
 
 constexpr char kFilesAndCodes[] =
     "A file called \"-\" is the standard input or the standard output. After \"--\" nothing is an option.\n"
-    "Exit code: 0 yes or done, 1 no or not done, 2 the command line makes no sense.\n";
+    "Exit code: 0 yes or done, 1 no or not done, 2 wrong command line.\n";
 
 void printUsage(std::ostream& stream)
 {
@@ -119,7 +118,7 @@ bool isHelp(std::string_view word)
     return word == "--help" || word == "-h";
 }
 
-/// \return nothing when the user asks for help instead
+/// \return nothing if the user asks for help
 std::optional<Arguments> readArguments(const Command& command, const std::vector<std::string_view>& words)
 {
     Arguments arguments;
@@ -171,7 +170,7 @@ void runHelp(const std::vector<std::string_view>& words)
     printHelp(*command);
 }
 
-/// \return false when the answer is no
+/// \return false if the answer is no
 bool run(std::vector<std::string_view> words)
 {
     if (words.empty())
@@ -197,16 +196,16 @@ bool run(std::vector<std::string_view> words)
     }
 }
 
-/// Gives closed standard streams something unusable to refer to. Otherwise the next file to be opened would
-/// take their place and receive what is printed.
+/// Opens /dev/null for closed standard streams. Otherwise the next opened file would take their number and
+/// receive the printed output.
 void occupyClosedStreams()
 {
     for (int stream = 0; stream <= 2; ++stream)
         if (fcntl(stream, F_GETFD) < 0)
-            open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY); // takes the lowest number that is free
+            open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY); // takes the lowest free number
 }
 
-/// Makes the standard output throw at its first failure, while the reason is still known.
+/// Makes the standard output throw at its first failure, while the system's error code is still valid.
 struct OutputThrows
 {
     OutputThrows() { std::cout.exceptions(std::ios::badbit); }
@@ -232,7 +231,7 @@ bool runAndFlush(const std::vector<std::string_view>& words)
 int main(int count, char** words)
 {
     occupyClosedStreams();
-    std::setlocale(LC_CTYPE, ""); // the system's messages
+    std::setlocale(LC_CTYPE, ""); // for the system's messages
     std::ios::sync_with_stdio(false);
     try {
         return runAndFlush({words + (count > 0 ? 1 : 0), words + count}) ? kYes : kNo;

@@ -1,4 +1,4 @@
-// What only a terminal gets: colours, and progress of work that takes long.
+// Output for terminals only: colours, and progress of long work.
 
 #pragma once
 
@@ -12,11 +12,11 @@ namespace tool
 
 enum class Style { type, name, attribute, text, error };
 
-/// The text in the colour of its style when its stream (standard error for `error`, else standard output) is
-/// a terminal that shows colours and NO_COLOR is not set; else the text alone.
+/// The text in the colour of its style, or the text alone unless its stream (standard error for `error`, else
+/// standard output) is a terminal with colours and NO_COLOR is not set.
 std::string painted(Style style, const std::string& text);
 
-/// Shows on a terminal, once a second while it lives, what is being done and for how long.
+/// Shows on a terminal, once a second while it exists, the current work and how long it has taken.
 class Progress
 {
 public:

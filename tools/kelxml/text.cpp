@@ -1,4 +1,4 @@
-// The standard library converts between UTF-8 and UTF-32, by way of its paths.
+// Converts between UTF-8 and UTF-32 with the standard library's paths.
 
 #include "text.h"
 
@@ -27,7 +27,7 @@ std::u32string decode(std::string_view utf8)
     return std::filesystem::u8path(utf8).u32string();
 }
 
-/// C0 and C1 controls, and what reorders or hides the text around it.
+/// C0 and C1 controls, and characters that reorder or hide the text around them.
 bool isControl(char32_t code)
 {
     return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0x061C ||
@@ -51,7 +51,7 @@ std::u32string escapeOf(char32_t code)
     return {U'\\', U"ntr"[known]};
 }
 
-/// \param isQuoted whether quotes and backslashes are escaped as well
+/// \param isQuoted whether to escape quotes and backslashes too
 std::string escape(std::string_view text, bool isQuoted)
 {
     std::u32string line;

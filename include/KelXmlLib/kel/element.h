@@ -15,7 +15,7 @@
 namespace kel
 {
 
-/// What elements and documents have in common: children.
+/// The children of elements and documents.
 class KEL_EXPORT Container : public Node
 {
 public:
@@ -108,7 +108,7 @@ public:
     bool hasAttribute(TextView name) const;
     /// All attributes, sorted by name.
     Attributes attributes() const;
-    /// Sets an attribute, which is added when it is not there.
+    /// Sets an attribute, which is added if it does not exist.
     /// \param name of the attribute
     /// \param value a text, a number or `bool`
     /// \throw Error for null, for a name that is not one and for an invalid text
@@ -153,7 +153,7 @@ public:
     class Iterator
     {
     public:
-        /// What the standard library asks of an iterator.
+        /// The types that the standard library requires.
         /// @{
         using value_type = Attribute;
         using difference_type = std::ptrdiff_t;

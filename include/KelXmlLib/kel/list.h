@@ -60,7 +60,7 @@ public:
     class Iterator
     {
     public:
-        /// What the standard library asks of an iterator.
+        /// The types that the standard library requires.
         /// @{
         using value_type = Item;
         using difference_type = std::ptrdiff_t;

@@ -103,7 +103,7 @@ public:
     Value(const Value&) = delete;
     Value& operator=(const Value&) = delete;
 
-    /// What is written.
+    /// The text that is written.
     const TextView& text() const noexcept { return m_text; }
 
 private:

@@ -21,7 +21,7 @@ class KEL_EXPORT Writer
 
 public:
     /// An element that is being written; it is closed when this goes out of scope. Closing an element closes
-    /// what is open in it.
+    /// all open elements in it.
     class KEL_EXPORT Element
     {
     public:
@@ -47,14 +47,15 @@ public:
         std::size_t m_serial;
     };
 
-    /// Opens the file, which is emptied when it exists.
+    /// Starts a new file. Closing the writer replaces an existing file, unless a write failed.
     /// \param path in UTF-8
     /// \param indent whether every element begins on a line of its own
     /// \throw SaveError
     explicit Writer(const std::filesystem::path& path, bool indent = true);
     Writer(const Writer&) = delete;
     Writer& operator=(const Writer&) = delete;
-    /// Closes what is open. Errors are not reported: call `close` for that.
+    /// Closes the writer, or discards the new file while an exception unwinds. Errors are not reported: call
+    /// `close` to see them.
     ~Writer();
 
     /// Begins an element in the innermost open one.
