@@ -158,7 +158,7 @@ output=$(ulimit -t 20; "$kelxml" call doc.xml "$long" 2>&1)
 holds "$output" 'no member has that name'
 
 # Nothing in a document or a file name controls the terminal or reorders its text.
-printf '<a>\u009b31m\u202e</a>' >control.xml
+printf '<a>\xc2\x9b31m\xe2\x80\xae</a>' >control.xml # bytes, in any locale
 holds "$("$kelxml" tree control.xml)" '"\u009B31m\u202E"'
 expect 1 'no\u001Bne.xml: No such' tree $'no\ene.xml'
 expect 1 'no\xFFne.xml: No such' tree $'no\xffne.xml'
