@@ -188,7 +188,7 @@ TEST_F(Layer, AnErrorOfLoadingSaysWhichFileWhereAndWhy)
 
 TEST_F(Layer, ASavedFileIsCompleteOrTheOldOne)
 {
-    const std::string path = pathOf("saved.xml").toStdString(), folder = m_directory.path().toStdString();
+    const std::string path = pathOf("saved.xml").toStdString();
     const auto document =
         kel::Document::parse("<?xml version='1.0' encoding='ISO-8859-1'?><r b='1' a='\u00e9'><c/></r>");
     document.save(path);
@@ -197,8 +197,6 @@ TEST_F(Layer, ASavedFileIsCompleteOrTheOldOne)
     EXPECT_EQ(document.toString(), document.clone().toString());
     document.save(path, {-1});
     EXPECT_EQ(document.toString({-1}), kel::Document::load(path).toString({-1}));
-    EXPECT_EQ("/dev/full: No space left on device", messageOf([&] { document.save("/dev/full"); }));
-    EXPECT_EQ(folder + ": Is a directory", messageOf([&] { document.save(folder); }));
     EXPECT_EQ(path + "/x: Not a directory", messageOf([&] { document.save(path + "/x"); }));
     EXPECT_THROW(document.save(std::string("a\0b", 3)), kel::SaveError);
 }

@@ -5,10 +5,7 @@
 
 #include <QtCore/QDirIterator>
 #include <QtCore/QTextCodec>
-#include <csignal>
-#include <sys/stat.h>
 #include <sys/syscall.h>
-#include <thread>
 #include <unistd.h>
 
 namespace
@@ -101,39 +98,6 @@ TEST_F(LoadSave, BytesCutOffAnywhereOrUnderAWrongLabelGetQtsVerdictAndBytes)
     }
     // A surrogate on its own.
     expectQtsVerdictTreeAndBytes(QByteArray("\xFF\xFE<\0a\0>\0\0\xD8<\0/\0a\0>\0", 18));
-}
-
-TEST_F(LoadSave, APipeLoadsLikeAFileAndADeviceIsRefusedOrReadAsFarAsItIsWellFormed)
-{
-    const QString path = pathOf("pipe");
-    ASSERT_EQ(0, mkfifo(path.toUtf8(), 0600));
-    // Longer than a pipe holds, so that the writer waits for the reader.
-    const QByteArray longText = "<a>" + QByteArray(300'000, 'x') + "</a>";
-    for (const QByteArray& bytes : {longText, longText.chopped(1), QByteArray()}) {
-        std::thread writer([&] { write(path, bytes); });
-        EXPECT_EQ(bytes == longText ? S_OK : S_FALSE, load(*newDocument(), path, nullptr));
-        writer.join();
-    }
-    auto document = documentOf(L"<kept/>");
-    std::signal(SIGPIPE, SIG_IGN);
-    qint64 taken = 0;
-    std::thread writer([&] {
-        QFile pipe(path);
-        ASSERT_TRUE(pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-        const QByteArray blanks(64 * 1024, ' ');
-        for (qint64 more = pipe.write("<r/>"); more > 0; more = pipe.write(blanks))
-            taken += more;
-    });
-    EXPECT_EQ(S_FALSE, load(*document, path, nullptr)) << "a pipe without end";
-    writer.join();
-    EXPECT_NEAR(64.1 * 1024 * 1024, static_cast<double>(taken), 0.2 * 1024 * 1024);
-    QFile large(pathOf("large"));
-    ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(512 * 1024 * 1024 + 1));
-    EXPECT_EQ(S_FALSE, load(*document, large.fileName(), nullptr));
-    for (const char* const device : {"/proc/self/mem", "/dev/zero", "/", "/dev/null"}) {
-        EXPECT_EQ("<kept/>\n", saved(*document)) << device;
-        EXPECT_EQ(S_FALSE, load(*document, QString::fromUtf8(device), nullptr)) << device;
-    }
 }
 
 TEST_F(LoadSave, AReadThatFailsAtAnyByteLeavesTheEarlierTree)

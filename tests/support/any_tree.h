@@ -3,23 +3,10 @@
 #pragma once
 
 #include "serialize/serialize.h"
+#include "support/bytes_of_qt.h"
 #include "support/require.h"
 
-#include <QtCore/QBuffer>
-#include <QtCore/QTextStream>
-#include <QtXml/QDomDocument>
 #include <vector>
-
-inline QByteArray bytesOfQt(const QDomNode& node, int indent)
-{
-    QBuffer buffer;
-    require(buffer.open(QIODevice::WriteOnly));
-    QTextStream stream(&buffer);
-    stream.setCodec("UTF-8");
-    node.save(stream, indent, QDomNode::EncodingFromDocument);
-    stream.flush();
-    return buffer.data();
-}
 
 inline QByteArray sortedBytes(QByteArray bytes)
 {

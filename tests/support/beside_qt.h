@@ -2,10 +2,10 @@
 
 #pragma once
 
+#include "support/bytes_of_qt.h"
 #include "support/call_machine_objects.h"
 
 #include <QtCore/QTemporaryFile>
-#include <QtCore/QTextStream>
 
 /// What `save` writes.
 inline std::string saved(IXMLDOMDocument& document)
@@ -15,16 +15,6 @@ inline std::string saved(IXMLDOMDocument& document)
     const kel::Variant path(file.fileName().toStdWString());
     requireEqual(document.save(path.get()), S_OK, "save");
     return file.readAll().toStdString();
-}
-
-inline std::string savedByQt(const QDomDocument& document)
-{
-    QByteArray bytes;
-    QTextStream stream(&bytes, QIODevice::WriteOnly | QIODevice::Text);
-    stream.setCodec("UTF-8");
-    document.save(stream, 4, QDomNode::EncodingFromDocument);
-    stream.flush();
-    return bytes.toStdString();
 }
 
 /// Expects the same verdict, flag and saved bytes of both. \return the verdict
@@ -39,7 +29,7 @@ bool loadBeside(QDomDocument& theirs, IXMLDOMDocument& ours, Load load, Content&
     VARIANT_BOOL success = 7;
     requireEqual(load(ours, &success), isLoaded ? S_OK : S_FALSE, "a load succeeds where Qt's does");
     requireEqual(success, isLoaded ? VARIANT_TRUE : VARIANT_FALSE, "the success flag says the same");
-    requireEqual(saved(ours), savedByQt(theirs), "save writes what Qt writes");
+    requireEqual(saved(ours), bytesOfQt(theirs).toStdString(), "save writes what Qt writes");
     return isLoaded;
 }
 

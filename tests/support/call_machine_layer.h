@@ -106,21 +106,18 @@ public:
         const auto keepNext = [&](const kel::Node& value, const NodePtr& node) {
             keep(holdValue(value, node, held->handle.document));
         };
-        switch (m_choose(5)) {
-        case 0:
-            return keepNext(held.value.nextSibling(), sibling(held->node, 1));
-        case 1:
-            return keepNext(held.value.previousSibling(), sibling(held->node, -1));
-        case 2:
-            return keepNext(held.value.parent(), parent && parent->type == NODE_ELEMENT ? parent : nullptr);
-        case 3:
-            if (held->node && held->node->type != NODE_DOCUMENT)
-                keepNext(held.value.clone(), copyOf(*held->node, true));
-            return;
-        default:
+        const unsigned kind = m_choose(5);
+        if (kind == 0)
+            keepNext(held.value.nextSibling(), sibling(held->node, 1));
+        else if (kind == 1)
+            keepNext(held.value.previousSibling(), sibling(held->node, -1));
+        else if (kind == 2)
+            keepNext(held.value.parent(), parent && parent->type == NODE_ELEMENT ? parent : nullptr);
+        else if (kind == 3 && held->node && held->node->type != NODE_DOCUMENT)
+            keepNext(held.value.clone(), copyOf(*held->node, true));
+        else if (kind == 4)
             for (const kel::Attribute& attribute : kel::Element(held.value).attributes())
                 keepNext(attribute, held->node->attribute(attribute.name<std::wstring>()));
-        }
     }
 
     void change()
@@ -133,32 +130,22 @@ public:
         const HeldValue other = m_choose(4) && !children.empty() ? childOf(parent) : pick();
         const NodePtr place = other->node;
         const bool isChild = at && std::count(children.begin(), children.end(), place) != 0;
-        switch (m_choose(5)) {
-        case 0:
-            if (expect("append", parent, fitsInLayer(at, node), [&](auto& to) { to.append(child.value); }))
-                append(at, node);
-            return;
-        case 1:
-            if (expect("insertBefore", parent, isChild && fitsInLayer(at, node),
-                       [&](auto& to) { to.insertBefore(child.value, other.value); }))
-                insertBefore(at, node, place);
-            return;
-        case 2:
-            if (expect("replace", parent, isChild && fitsInLayer(at, node, place),
-                       [&](auto& to) { to.replace(other.value, child.value); }) &&
-                node != place) {
-                insertBefore(at, node, place);
-                remove(at, place);
-            }
-            return;
-        case 3:
-            if (expect("remove", parent, isChild && isContainer(at),
-                       [&](auto& to) { to.remove(other.value); }))
-                remove(at, place);
-            return;
-        default:
-            return setContent(parent);
-        }
+        const unsigned kind = m_choose(5);
+        if (kind == 0 &&
+            expect("append", parent, fitsInLayer(at, node), [&](auto& to) { to.append(child.value); }))
+            append(at, node);
+        else if (kind == 1 && expect("insertBefore", parent, isChild && fitsInLayer(at, node),
+                                     [&](auto& to) { to.insertBefore(child.value, other.value); }))
+            insertBefore(at, node, place);
+        else if (kind == 2 && expect("replace", parent, isChild && fitsInLayer(at, node, place),
+                                     [&](auto& to) { to.replace(other.value, child.value); })) {
+            insertBefore(at, node, place);
+            remove(at, node == place ? nullptr : place);
+        } else if (kind == 3 && expect("remove", parent, isChild && isContainer(at),
+                                       [&](auto& to) { to.remove(other.value); }))
+            remove(at, place);
+        else if (kind == 4)
+            setContent(parent);
     }
 
     void release()
@@ -230,11 +217,10 @@ private:
         if (!element)
             return;
         if (m_choose(3) != 0) {
-            const bool hadIt = node->attribute(L"x") != nullptr;
-            requireEqual(element.removeAttribute("x"), hadIt, "removeAttribute");
-            const auto isIt = [](const NodePtr& one) { return one->name == L"x"; };
-            node->attributes.erase(std::remove_if(node->attributes.begin(), node->attributes.end(), isIt),
-                                   node->attributes.end());
+            const NodePtr attribute = node->attribute(L"x");
+            requireEqual(element.removeAttribute("x"), attribute != nullptr, "removeAttribute");
+            Nodes& all = node->attributes;
+            all.erase(std::remove(all.begin(), all.end(), attribute), all.end());
             return;
         }
         element.setText("all");

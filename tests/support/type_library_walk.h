@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <map>
 #include <sstream>
 #include <string>
 
@@ -31,26 +32,16 @@ std::wstring nameOf(Object& object, INT member)
 /// A type as C++ has it; types that the library only names are "other".
 inline std::wstring typeName(ITypeLib& library, const TYPEDESC& type)
 {
-    switch (type.vt) {
-    case VT_PTR:
+    static const std::map<VARTYPE, const wchar_t*> kNames{
+        {VT_BSTR, L"wchar_t*"}, {VT_VARIANT, L"VARIANT"},   {VT_BOOL, L"short"},
+        {VT_INT, L"int"},       {VT_UNKNOWN, L"IUnknown*"}, {VT_DISPATCH, L"IDispatch*"}};
+    if (type.vt == VT_PTR)
         return typeName(library, *type.lptdesc) + L'*';
-    case VT_BSTR:
-        return L"wchar_t*";
-    case VT_VARIANT:
-        return L"VARIANT";
-    case VT_BOOL:
-        return L"short";
-    case VT_INT:
-        return L"int";
-    case VT_UNKNOWN:
-        return L"IUnknown*";
-    case VT_DISPATCH:
-        return L"IDispatch*";
-    default:
-        require(type.vt == VT_USERDEFINED && type.hreftype <= kelcom::kMaxTypes);
-        const bool isDescribed = type.hreftype < library.GetTypeInfoCount();
-        return isDescribed ? nameOf(library, static_cast<INT>(type.hreftype)) : L"other";
-    }
+    if (const auto known = kNames.find(type.vt); known != kNames.end())
+        return known->second;
+    require(type.vt == VT_USERDEFINED && type.hreftype <= kelcom::kMaxTypes);
+    const bool isDescribed = type.hreftype < library.GetTypeInfoCount();
+    return isDescribed ? nameOf(library, static_cast<INT>(type.hreftype)) : L"other";
 }
 
 /// Writes a function in a line: its identifier, and its declaration in C++.

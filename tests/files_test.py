@@ -1,15 +1,17 @@
 #!/usr/bin/env python3
-"""file_replacement_test.py KELXML LIBRARIES - what is on the disk after a file is replaced, and after a failure: who may
-read it, which links and devices it goes through, and that the old file stays."""
+"""files_test.py KELXML LIBRARIES - which pipes and devices are read, and what is on the disk after a file is replaced, and
+after a failure: who may read it, which links and devices it goes through, and that the old file stays."""
 import errno
 import os
 import pathlib
 import resource
 import shutil
 import stat
+import struct
 import subprocess
 import sys
 import tempfile
+import threading
 import unittest
 
 NOBODY, STRANGER = 65534, 1000
@@ -21,16 +23,16 @@ shared.chmod(0o755)
 kelxml = shutil.copy(sys.argv[1], shared)
 for library in pathlib.Path(sys.argv[2]).glob('libKel*.so*'):
     shutil.copy(library, shared, follow_symlinks=True)
+ENVIRONMENT = os.environ | {'LD_LIBRARY_PATH': str(shared)}
 
 
 def access_list(permissions):
     """An access control list as the kernel takes it, in which the user 1000 has these permissions."""
     entries = [(1, 7, -1), (2, permissions, STRANGER), (4, 7, -1), (16, 7, -1), (32, 6, -1)]
-    return b''.join([(2).to_bytes(4, 'little')] + [tag.to_bytes(2, 'little') + bits.to_bytes(2, 'little') +
-                                                   who.to_bytes(4, 'little', signed=True) for tag, bits, who in entries])
+    return struct.pack('<I', 2) + b''.join(struct.pack('<HHi', *entry) for entry in entries)
 
 
-class FileReplacement(unittest.TestCase):
+class Files(unittest.TestCase):
     def setUp(self):
         directory = tempfile.TemporaryDirectory()
         self.addCleanup(directory.cleanup)
@@ -39,6 +41,8 @@ class FileReplacement(unittest.TestCase):
         self.file = self.top / 'file'
         self.addCleanup(lambda: self.assertEqual([], list(self.top.glob('*.kelxml*')), 'nothing is left behind'))
 
+
+class Replacing(Files):
     def replace(self, path, text='new', by_nobody=False, most=None, **how):
         """Has the text written in a document. Returns the reason of a failure, else 0."""
         source = shared / 'source.xml'
@@ -48,7 +52,7 @@ class FileReplacement(unittest.TestCase):
             how |= {'user': NOBODY, 'group': NOBODY, 'extra_groups': []}
         limit = (lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (most, most))) if most else None
         # The signal of a file that becomes too long stays ignored.
-        done = subprocess.run([kelxml, 'copy', source, path], env=os.environ | {'LD_LIBRARY_PATH': str(shared)},
+        done = subprocess.run([kelxml, 'copy', source, path], env=ENVIRONMENT,
                               stderr=subprocess.PIPE, text=True, preexec_fn=limit, restore_signals=False, **how)
         reasons = [code for code in errno.errorcode if done.stderr.rstrip().endswith(f'{path}: {os.strerror(code)}')]
         self.assertEqual(1 if reasons else 0, done.returncode, done.stderr)
@@ -171,6 +175,51 @@ class FileReplacement(unittest.TestCase):
             log.write(b'first, ')
             self.assertEqual(0, self.replace(f'/dev/fd/{log.fileno()}', 'second', pass_fds=[log.fileno()]))
         self.assertEqual('first, <r>second</r>\n', (self.top / 'log').read_text())
+
+
+class Reading(Files):
+    def check(self, path):
+        """Has a file loaded. Returns what is wrong with it."""
+        done = subprocess.run([kelxml, 'check', path], env=ENVIRONMENT, stdout=subprocess.PIPE, text=True)
+        return done.stdout.replace(f'{path}:', 'it:', 1).rstrip()
+
+    def test_a_pipe_loads_like_a_file(self):
+        os.mkfifo(self.file)
+        whole = b'<a>' + b'x' * 300000 + b'</a>'  # longer than a pipe holds, so that the writer waits for the reader
+        cut = 'it:1:300007: unexpected end of file'
+        for content, answer in (whole, ''), (whole[:-1], cut), (b'', 'it: it is empty'):
+            writer = threading.Thread(target=self.file.write_bytes, args=[content])
+            writer.start()
+            self.assertEqual(answer, self.check(self.file))
+            writer.join()
+
+    def test_a_pipe_without_end_is_read_up_to_the_limit(self):
+        os.mkfifo(self.file)
+        taken = 0
+
+        def write():
+            nonlocal taken
+            with open(self.file, 'wb', buffering=0) as pipe:
+                try:
+                    taken = pipe.write(b'<r/>')
+                    while True:
+                        taken += pipe.write(b' ' * 65536)
+                except BrokenPipeError:
+                    pass
+
+        writer = threading.Thread(target=write)
+        writer.start()
+        self.assertEqual('it: a device with more than 64 MiB', self.check(self.file))
+        writer.join()
+        self.assertAlmostEqual(64.1, taken / 2**20, delta=0.2)
+
+    def test_devices_directories_and_large_files_are_refused(self):
+        large = self.top / 'large'
+        large.touch()
+        os.truncate(large, 2**29 + 1)
+        for path, answer in (('/proc/self/mem', 'Input/output error'), ('/dev/zero', 'a device with more than 64 MiB'),
+                             ('/', 'Is a directory'), ('/dev/null', 'it is empty'), (large, 'larger than 512 MiB')):
+            self.assertEqual('it: ' + answer, self.check(path), path)
 
 
 unittest.main(argv=sys.argv[:1])
