@@ -41,7 +41,7 @@ QDomNode CMorvXMLDOMNamedNodeMap::itemAt(LONG index)
     const auto at = static_cast<std::size_t>(index);
     if (at == 0 || m_items.size() != static_cast<std::size_t>(m_map.length()) ||
         m_map.namedItem(m_items[at].nodeName()) != m_items[at]) {
-        trees::adopt({m_ownerElement, dom::documentOf(*this)});
+        trees::ensureLivingDocument({m_ownerElement, dom::documentOf(*this)});
         m_items = serialize::attributesOf(m_ownerElement.toElement());
     }
     return m_items[at];

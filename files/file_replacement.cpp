@@ -24,7 +24,7 @@ namespace
 {
 
 constexpr const char* kAccessList = "system.posix_acl_access";
-constexpr mode_t kModeOfNewFile = 0666; // less what the process's mask takes
+constexpr mode_t kModeOfNewFile = 0666; // minus the process's mask
 constexpr int kAttempts = 100;
 
 [[noreturn]] void fail(int reason)
@@ -59,13 +59,13 @@ bool isLink(const std::string& path)
     return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
-/// By which a file without a name can be given one.
+/// The path by which a file without a name can get one.
 std::string placeOf(const Descriptor& file)
 {
     return "/proc/self/fd/" + std::to_string(file.number());
 }
 
-/// The number of the process's descriptor that a path stands for, else -1.
+/// The process's descriptor that a path names, else -1.
 int descriptorNamed(const std::string& path)
 {
     if (path == "/dev/stdout")
@@ -108,7 +108,7 @@ std::string makeName(Make make)
     return {};
 }
 
-/// As the kernel keeps it; empty if there is none.
+/// In the kernel's form; empty if there is none.
 std::vector<char> accessListOf(const Descriptor& file)
 {
     const ssize_t size = fgetxattr(file.number(), kAccessList, nullptr, 0);
@@ -118,7 +118,7 @@ std::vector<char> accessListOf(const Descriptor& file)
     return list;
 }
 
-/// What a new file can have in common with the old one.
+/// What a new file keeps of the old one.
 struct Kept
 {
     bool owner;

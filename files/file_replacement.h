@@ -1,4 +1,4 @@
-// Replaces a file by a new one that is complete, or leaves it as it is.
+// Replaces a file once the new one is complete. Until then the old one stays.
 
 #pragma once
 
@@ -25,23 +25,22 @@ private:
     int m_number;
 };
 
-/// Writes a new file and puts it in the place of an old one when it is complete. Without `commit`, the old
-/// file stays as it is, or absent.
+/// Writes a new file and replaces the old one when it is complete. Without `commit`, the old file stays.
 ///
-/// - The new file is made in the directory of the old one: without a name where the file system can do that,
-///   so that nothing is left behind even if the process is killed.
+/// - The new file is created in the directory of the old one: without a name if the file system supports
+///   that, so that nothing remains even if the process is killed.
 /// - Symbolic links are followed as the kernel follows them and stay links. A dangling link creates the file
 ///   that it leads to.
 /// - A file that may not be written is not replaced either.
-/// - Permissions, owner, group and access control list stay. Where the system does not allow that, nobody may
-///   read the new file who could not read the old one: a lost owner takes the set-uid bit along, a lost group
-///   leaves its members no more than everybody has, a lost list leaves only the owner's permissions.
-/// - Of a file with several names (hard links), only the one given leads to the new file.
-/// - Where the directory takes no new file (EACCES, EPERM), an existing file is written in place, once all is
-///   there and, where the file system can reserve it, has space. Only then can a failure cost the old
+/// - Permissions, owner, group and access control list stay. If the system does not allow that, nobody who
+///   could not read the old file can read the new one: without the owner, the set-uid bit is cleared; without
+///   the group, its members get what everybody has; without the list, only the owner's permissions remain.
+/// - Of a file with several names (hard links), only the given name is replaced.
+/// - If the directory accepts no new file (EACCES, EPERM), an existing file is overwritten, after all bytes
+///   are known and, if the file system supports it, space is reserved. Only then can a failure lose the old
 ///   content.
-/// - Devices, pipes and sockets are written directly, piece by piece; so are /dev/stdout, /dev/stderr and
-///   /dev/fd/N, whatever they lead to, at the place where the descriptor is.
+/// - Devices, pipes and sockets are written directly, piece by piece. So are /dev/stdout, /dev/stderr and
+///   /dev/fd/N, at the descriptor's position, whatever they refer to.
 ///
 /// All functions throw `std::system_error` with the system's reason; its `code().value()` is an `errno`.
 class FileReplacement
@@ -56,7 +55,7 @@ public:
 
     void write(const char* bytes, std::size_t count);
 
-    /// Puts the new file, written through to the disk, in the place of the old one. Call it once, last.
+    /// Flushes the new file to the disk and replaces the old one. Call it once, last.
     void commit();
 
 private:
@@ -77,11 +76,11 @@ private:
     Descriptor m_old;          ///< not open if there is no file yet
     struct stat m_status = {}; ///< of the old file
     Descriptor m_directory;    ///< of the file that is replaced
-    std::string m_name;        ///< in there
+    std::string m_name;        ///< in `m_directory`
     Descriptor m_new;
     std::string m_temporaryName;    ///< of the new file; empty while it has none
-    std::string m_pending;          ///< what is to be written in place
-    bool m_isEmptyFileOurs = false; ///< made at the end of a dangling link
+    std::string m_pending;          ///< to be written in place
+    bool m_isEmptyFileOurs = false; ///< created for a dangling link
 };
 
 } // namespace kelxml::files

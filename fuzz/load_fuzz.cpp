@@ -25,15 +25,15 @@ void compare(Load load, const Prescan& seen, Content&& content, qint64 length, c
     require(seen.nesting <= kMaxNesting + 1);
     // Without entities, only visible markup can nest, and a parenthesis is the shortest.
     const bool hasEntities = text.isNull() || text.contains(QLatin1String("<!EN"));
-    require(seen.isWithin() || hasEntities || length > kMaxNesting);
+    require(seen.isWithinLimits() || hasEntities || length > kMaxNesting);
     const auto document = newDocument();
     const kel::Bstr earlier(L"<earlier/>");
     require(document->loadXML(earlier.get(), nullptr) == S_OK);
     QDomDocument direct;
     require(direct.setContent(QStringLiteral("<earlier/>")));
-    const bool isLoaded = loadBeside(direct, *document, load, content, seen.isWithin());
+    const bool isLoaded = loadBeside(direct, *document, load, content, seen.isWithinLimits());
     const Extent tree = extentOf(direct);
-    require(!seen.isWithin() || (tree.depth <= seen.nesting && seen.nesting <= kMaxNesting));
+    require(!seen.isWithinLimits() || (tree.depth <= seen.nesting && seen.nesting <= kMaxNesting));
     const bool onlyElementsNest = !text.isNull() && !text.contains(u'('); // no content model
     require(!isLoaded || !onlyElementsNest || tree.depth == seen.nesting);
     require(tree.length <= length + std::max(kEntityActivationThreshold, kMaxEntityAmplification * length));

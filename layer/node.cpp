@@ -170,7 +170,7 @@ Node Node::clone() const
 
 std::string Node::toString(const SaveOptions& options) const
 {
-    kelxml::trees::adopt(refTo(*this));
+    kelxml::trees::ensureLivingDocument(refTo(*this));
     return kelxml::serialize::textOf(nodeOf(*this), detail::optionsOf(options)).toStdString();
 }
 

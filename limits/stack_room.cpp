@@ -1,5 +1,5 @@
-// Finds where the calling thread's stack ends. A stack that the system does not know, such as one that a host
-// made for a coroutine, counts as a small one.
+// Finds where the calling thread's stack ends. A stack that the system does not know, such as a coroutine's,
+// is assumed to be small.
 
 #include "limits/stack_room.h"
 
@@ -24,14 +24,14 @@ namespace
 constexpr std::size_t kParseBytesPerLevel = 512;
 constexpr std::size_t kSaveBytesPerLevel = 1792;
 
-// What is needed beside the recursion: Qt's buffers and streams, and the signal handler of a host.
+// Needed in addition to the recursion: Qt's buffers and streams, and a signal handler of the host.
 constexpr std::size_t kReserve = std::size_t{48} * 1024;
 
-// What is taken to be free on a stack that the system does not know.
+// Assumed to be free on a stack that the system does not know.
 constexpr std::size_t kUnknownStack = std::size_t{64} * 1024;
 
-// The kernel keeps more than this free for the first stack, whatever its limit is when the program starts,
-// and it is more than we ever need.
+// The kernel reserves more than this for the first stack, whatever its limit is when the program starts, and
+// we never need more.
 constexpr std::size_t kMostOfFirstStack = std::size_t{64} * 1024 * 1024;
 
 struct Stack
@@ -42,7 +42,7 @@ struct Stack
     bool holds(std::uintptr_t address) const { return address > low && address <= high; }
 };
 
-/// The stack that the calling thread was started with; none when the system does not tell.
+/// The stack that the calling thread was started with; empty if the system does not report it.
 Stack stackOfThread()
 {
     pthread_attr_t attributes;
@@ -69,7 +69,7 @@ std::size_t freeStack()
     // /proc, which a process does not always have.
     const std::uintptr_t top = ::getauxval(AT_EXECFN);
     if (Stack{top - kMostOfFirstStack, top}.holds(here)) {
-        // The limit can change at any time, to less than is in use as well.
+        // The limit can change at any time, even to less than is in use.
         rlimit limit = {};
         ::getrlimit(RLIMIT_STACK, &limit);
         const std::uintptr_t used = top - here;

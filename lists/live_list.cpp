@@ -1,5 +1,5 @@
-// Lists that keep nodes are registered by their origin. A change looks up the node that it happens at and, if
-// elements come or go, the nodes above. It costs nothing for lists of other nodes.
+// Lists with cached nodes are registered by their origin. A change looks up its parent node and, if elements
+// are inserted or removed, the nodes above. It costs nothing for lists of other nodes.
 
 #include "lists/live_list.h"
 
@@ -16,9 +16,9 @@ namespace kelxml::lists
 namespace
 {
 
-/// Minimum length at which children are kept; shorter lists are counted from the first child. Elements found
-/// by name are always kept, because a search scans the document.
-constexpr std::size_t kKeptFrom = 8;
+/// Minimum length at which children are cached; shorter lists are counted from the first child. Elements
+/// found by name are always cached, because a search scans the document.
+constexpr std::size_t kCachedFrom = 8;
 
 /// Node, whether by name, name, list. Sorted, so that the lists of one node are next to each other.
 using Entry = std::tuple<std::uintptr_t, bool, QString, LiveList*>;
@@ -30,7 +30,7 @@ struct Shelf
     std::set<Entry> lists;
 };
 
-std::atomic<int> keptCount{0};
+std::atomic<int> cachedCount{0};
 
 std::uintptr_t addressOf(const QDomNode& node)
 {
@@ -45,7 +45,8 @@ Shelf& shelfOf(std::uintptr_t address)
     return shelves[(address * kOdd >> 32) % shelves.size()];
 }
 
-/// At most `most` of the lists that keep children of `node`, or elements below it: those of one name, or all.
+/// At most `most` of the cached lists of the children of `node`, or of elements below it: of one name, or
+/// all.
 std::vector<LiveList*> listsOf(const QDomNode& node, bool areByTagName, const QString& tagName = {},
                                std::size_t most = std::numeric_limits<std::size_t>::max())
 {
@@ -63,10 +64,10 @@ std::vector<LiveList*> listsOf(const QDomNode& node, bool areByTagName, const QS
     return found;
 }
 
-void forgetAll(const std::vector<LiveList*>& lists)
+void dropAll(const std::vector<LiveList*>& lists)
 {
     for (LiveList* const list : lists)
-        list->forget();
+        list->dropCache();
 }
 
 /// The next element in the subtree of `root`, in document order; null at the end.
@@ -102,17 +103,17 @@ QDomNodeList makeList(const ListOrigin& origin)
 
 LiveList::~LiveList()
 {
-    forget();
+    dropCache();
 }
 
 std::size_t LiveList::length()
 {
-    if (!isByTagName() && !m_isKept) {
+    if (!isByTagName() && !m_isCached) {
         std::size_t length = 0;
-        for (qt::MovableNode child = m_origin.node.firstChild(); !child.isNull() && length < kKeptFrom;
+        for (qt::MovableNode child = m_origin.node.firstChild(); !child.isNull() && length < kCachedFrom;
              ++length)
             child = child.nextSibling();
-        if (length < kKeptFrom)
+        if (length < kCachedFrom)
             return length;
     }
     return read(std::numeric_limits<std::size_t>::max()).size();
@@ -120,7 +121,7 @@ std::size_t LiveList::length()
 
 qt::MovableNode LiveList::item(std::size_t index)
 {
-    if (!isByTagName() && index < kKeptFrom) {
+    if (!isByTagName() && index < kCachedFrom) {
         qt::MovableNode child = m_origin.node.firstChild();
         for (; index > 0 && !child.isNull(); --index)
             child = child.nextSibling();
@@ -130,13 +131,13 @@ qt::MovableNode LiveList::item(std::size_t index)
     return index < nodes.size() ? nodes[index] : qt::MovableNode();
 }
 
-void LiveList::forget()
+void LiveList::dropCache()
 {
-    if (!m_isKept)
+    if (!m_isCached)
         return;
-    m_isKept = m_isComplete = false;
+    m_isCached = m_isComplete = false;
     m_nodes.clear();
-    --keptCount;
+    --cachedCount;
     const std::uintptr_t address = addressOf(m_origin.node);
     Shelf& shelf = shelfOf(address);
     const std::lock_guard guard(shelf.lock);
@@ -146,13 +147,13 @@ void LiveList::forget()
 /// \return the first nodes, at least `count` of them if there are as many
 const std::vector<qt::MovableNode>& LiveList::read(std::size_t count)
 {
-    if (!m_isKept) {
+    if (!m_isCached) {
         const std::uintptr_t address = addressOf(m_origin.node);
         Shelf& shelf = shelfOf(address);
         const std::lock_guard guard(shelf.lock);
         shelf.lists.emplace(address, isByTagName(), m_origin.tagName, this);
-        m_isKept = true;
-        ++keptCount;
+        m_isCached = true;
+        ++cachedCount;
     }
     while (!m_isComplete && m_nodes.size() < count) {
         qt::MovableNode next = nextNode();
@@ -174,11 +175,11 @@ qt::MovableNode LiveList::nextNode() const
     return element;
 }
 
-void noteChild(const QDomNode& node, const QDomNode& parent)
+void invalidate(const QDomNode& node, const QDomNode& parent)
 {
-    if (!areNodesKept())
+    if (!isAnyCached())
         return;
-    forgetAll(listsOf(parent, false));
+    dropAll(listsOf(parent, false));
     qt::MovableNode element{QDomNode(node)};
     if (!element.isElement())
         element = nextElement(element, node);
@@ -189,18 +190,18 @@ void noteChild(const QDomNode& node, const QDomNode& parent)
             searched.push_back(above);
     for (; !element.isNull() && !searched.empty(); element = nextElement(element, node))
         for (const qt::MovableNode& above : searched)
-            forgetAll(listsOf(above, true, listedName(element)));
+            dropAll(listsOf(above, true, listedName(element)));
 }
 
-void noteReplacedContent(const QDomDocument& document)
+void invalidateContent(const QDomDocument& document)
 {
-    forgetAll(listsOf(document, false));
-    forgetAll(listsOf(document, true));
+    dropAll(listsOf(document, false));
+    dropAll(listsOf(document, true));
 }
 
-bool areNodesKept() noexcept
+bool isAnyCached() noexcept
 {
-    return keptCount != 0;
+    return cachedCount != 0;
 }
 
 } // namespace kelxml::lists

@@ -1,8 +1,8 @@
-// Live lists of nodes, read from the tree itself: Qt's own remember raw nodes, which may be freed.
+// Live lists of nodes, read from the tree itself, because Qt's lists keep pointers to freed nodes.
 //
-// Qt reads a list from the start after every change of its document, so a loop over a long list that sets an
-// attribute at each step takes time with the square of its length. A long list here keeps its nodes until a
-// change concerns them.
+// Qt reads a list from the start after every change of its document. A loop over a long list that sets an
+// attribute at each step then takes time with the square of its length. A long list here caches its nodes
+// until a change concerns them.
 
 #pragma once
 
@@ -14,15 +14,14 @@
 namespace kelxml::lists
 {
 
-/// What a list shows: the children of a node, or the elements below it that have a name.
+/// What a list contains: the children of a node, or the elements below it with a tag name.
 struct ListOrigin
 {
     qt::MovableNode node;
     QString tagName; ///< null for the children
 };
 
-/// The list as Qt makes it, for the objects that have one as a member: other binaries rely on its place
-/// there.
+/// Qt's list. Used only for a member of our objects whose position other binaries rely on.
 QDomNodeList makeList(const ListOrigin& origin);
 
 class LiveList
@@ -36,8 +35,8 @@ public:
     std::size_t length();
     /// Null beyond the end.
     qt::MovableNode item(std::size_t index);
-    /// Drops the nodes that are kept, so that a list keeps alive only its origin.
-    void forget();
+    /// Releases the cached nodes. The list then keeps only its origin alive.
+    void dropCache();
 
 private:
     bool isByTagName() const { return !m_origin.tagName.isNull(); }
@@ -45,17 +44,17 @@ private:
     qt::MovableNode nextNode() const;
 
     ListOrigin m_origin;
-    std::vector<qt::MovableNode> m_nodes; ///< the first ones
+    std::vector<qt::MovableNode> m_nodes; ///< cached: the first ones of the list
     bool m_isComplete = false;
-    bool m_isKept = false; ///< whether changes are noted for it
+    bool m_isCached = false; ///< whether changes invalidate it
 };
 
-/// To be called before `node` is put below `parent`, and before it is removed from there: makes the lists
-/// forget their nodes that this concerns.
-void noteChild(const QDomNode& node, const QDomNode& parent);
-/// To be called before the top-level nodes of a document are replaced.
-void noteReplacedContent(const QDomDocument& document);
-/// Whether any list keeps nodes. If not, changes need not be noted.
-bool areNodesKept() noexcept;
+/// Invalidates the caches of the lists that contain, or will contain, nodes of the subtree `node`. To be
+/// called before `node` is inserted below `parent` or removed from there.
+void invalidate(const QDomNode& node, const QDomNode& parent);
+/// Invalidates the lists of a document. To be called before its top-level nodes are replaced.
+void invalidateContent(const QDomDocument& document);
+/// Whether any list has cached nodes. If not, there is nothing to invalidate.
+bool isAnyCached() noexcept;
 
 } // namespace kelxml::lists

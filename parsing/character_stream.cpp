@@ -1,4 +1,4 @@
-// The way on from a piece or a splice that was read to its end, and the end of all.
+// Continues after a piece or a splice was read to its end.
 
 #include "parsing/character_stream.h"
 

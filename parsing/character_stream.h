@@ -1,5 +1,5 @@
-// The characters of a text in the order in which Qt's parser takes them: from the document, piece by piece,
-// and from entity values that were spliced in, innermost first.
+// The characters of a text in the order in which Qt's parser reads them: from the document, piece by piece,
+// and from spliced entity values, innermost first.
 
 #pragma once
 
@@ -16,11 +16,10 @@ namespace kelxml::parsing
 class CharacterStream
 {
 public:
-    /// What `get` and `seek` answer at the end, for good. The parser takes U+FFFE and U+FFFF for its end
-    /// marks.
+    /// What `get` and `seek` return at the end. The parser mistakes U+FFFE and U+FFFF for its end marks.
     static constexpr char16_t kEnd = 0xFFFF;
 
-    /// Answers the next piece of the document, an empty one at the end.
+    /// Returns the next piece of the document, an empty one at the end.
     using NextPiece = std::function<QString()>;
 
     explicit CharacterStream(NextPiece nextPiece) : m_nextPiece(std::move(nextPiece)) {}
@@ -33,7 +32,7 @@ public:
         return isEnd(c) ? finish() : c;
     }
 
-    /// Takes characters one by one up to and including the first that `stops`, and returns that one.
+    /// Skips characters up to and including the first that `stops`, and returns that one.
     template <typename Stops>
     char16_t takeUntil(Stops stops)
     {
@@ -43,14 +42,14 @@ public:
         return c;
     }
 
-    /// Takes all characters up to and including the first of `Stops`, and returns that one.
+    /// Skips characters up to and including the first of `Stops`, and returns that one.
     template <char16_t... Stops>
     char16_t seek()
     {
         return seek<Stops...>([](QStringView) {});
     }
 
-    /// As above; the characters before the last go to `passed`, in runs.
+    /// The same. `passed` receives the skipped characters, except the last, in runs.
     template <char16_t... Stops, typename Passed>
     char16_t seek(Passed passed)
     {
@@ -73,11 +72,11 @@ public:
         m_span = of(text, literal);
     }
 
-    /// How many splices are open. Like the parser's, one that has been read to its end counts until the next
-    /// character is taken.
+    /// How many splices are open. As in the parser, a splice read to its end counts until the next character
+    /// is read.
     std::size_t splices() const { return m_outer.size(); }
     bool spliced() const { return !m_outer.empty(); }
-    /// How many characters of open splices are still to be taken.
+    /// How many characters of open splices are unread.
     qint64 pending() const { return spliced() ? m_pendingOutside + (m_span.end - m_span.at) : 0; }
     /// Whether the last character came from a splice inside a quoted value, where quotes don't end the value.
     bool literal() const { return m_span.literal; }
@@ -107,7 +106,7 @@ private:
     std::vector<Span> m_outer;   // the document's span first
 };
 
-// Most characters of most texts are passed over in here, hence eight at a time.
+// Most characters of most texts are skipped here, so eight at a time.
 template <char16_t... Stops>
 const char16_t* CharacterStream::findAny(const char16_t* at, const char16_t* end)
 {

@@ -16,8 +16,8 @@ namespace kelxml::parsing
 namespace
 {
 
-/// Against siblings that are freed: `QDomDocument::setContent` leaves held top-level nodes linked to each
-/// other, so they are removed one by one beforehand.
+/// Prevents links to freed siblings: `QDomDocument::setContent` would leave top-level nodes that the host
+/// holds linked to each other.
 void removeContent(QDomDocument& document)
 {
     for (QDomNode node = document.firstChild(); !node.isNull(); node = document.firstChild())
@@ -28,11 +28,11 @@ void removeContent(QDomDocument& document)
 template <class Content>
 ParseResult parseWithin(const Prescan& seen, QDomDocument& document, Content&& content)
 {
-    if (!seen.isWithin())
+    if (!seen.isWithinLimits())
         return {ParseFailure::BeyondLimit, seen.exceeded};
     if (!limits::hasRoomToParse(seen.nesting))
         return {ParseFailure::BeyondLimit, limits::Limit::Stack};
-    lists::noteReplacedContent(document);
+    lists::invalidateContent(document);
     removeContent(document);
     ParseResult result;
     if (!document.setContent(content, &result.reason, &result.line, &result.column))

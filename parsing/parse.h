@@ -1,4 +1,4 @@
-// The one way to Qt's parser: `QDomDocument::setContent` is called nowhere else.
+// The only way to Qt's parser: nothing else calls `QDomDocument::setContent`.
 
 #pragma once
 
@@ -27,17 +27,17 @@ struct ParseResult
     explicit operator bool() const { return failure == ParseFailure::None; }
 };
 
-/// Replaces the content of `document` by the text's. A text that is empty, exceeds a limit, or nests too deep
-/// for the calling thread's stack is refused before Qt sees it, and the earlier content stays. If the text is
-/// not well-formed, the document holds what Qt read up to the fault. \throw std::bad_alloc
+/// Replaces the content of `document`. A text that is empty, exceeds a limit, or nests too deep for the
+/// calling thread's stack is refused before Qt sees it; the earlier content stays. If the text is not
+/// well-formed, the document gets what Qt read up to the error. \throw std::bad_alloc
 ParseResult parseText(QDomDocument& document, const QString& text);
 
-/// As above, from a file. The bytes that are checked are the bytes that are parsed, even if the file changes
-/// meanwhile or is a pipe. A file that cannot be read to its end is refused like one that exceeds a limit; an
-/// empty one is not well-formed to Qt.
+/// The same for a file. It is read once, so that the bytes that are checked are the bytes that are parsed. A
+/// file that cannot be read to its end is refused like one that exceeds a limit. An empty file clears the
+/// document.
 ParseResult parseFile(QDomDocument& document, const files::Path& path);
 
-/// As above. \param path the system's bytes, whatever the encoding of file names is
+/// The same. \param path the system's bytes, whatever the encoding of file names is
 ParseResult parseFile(QDomDocument& document, const std::string& path);
 
 } // namespace kelxml::parsing

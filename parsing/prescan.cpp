@@ -1,4 +1,4 @@
-// The prescan of a string, and of the bytes of a file as they are decoded.
+// Scans a string, and the bytes of a file while they are decoded.
 
 #include "parsing/prescan.h"
 
@@ -8,7 +8,7 @@
 #include <QtXml/QXmlInputSource>
 #include <memory>
 
-// Deprecated, and still what QDomDocument reads a device through: no other class decodes as it does.
+// Deprecated, but QDomDocument reads devices with it, and no other class decodes in the same way.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
 namespace kelxml::parsing
@@ -17,7 +17,7 @@ namespace kelxml::parsing
 namespace
 {
 
-/// \param bytes are decoded as they are asked for
+/// \param bytes decoded piece by piece, on demand
 CharacterStream::NextPiece piecesOf(const QByteArray& bytes)
 {
     const auto buffer = std::make_shared<QBuffer>();

@@ -1,9 +1,9 @@
-// A look at a text before Qt's parser sees it.
+// Scans a text for attacks before Qt parses it.
 //
 // The parser (`QXmlSimpleReader` of Qt 5.15) recurses on elements and on parentheses in content models,
-// splices entity values into its input as often as they are used, and compares every entity declaration with
-// all others. A few kilobytes can take all stack, memory or time from the host's process, and none of that
-// can be caught once the parser runs.
+// splices an entity's value into its input each time it is used, and compares every entity declaration with
+// all others. A few kilobytes can exhaust the stack, memory or time of the host, and nothing can stop the
+// parser once it runs.
 
 #pragma once
 
@@ -17,21 +17,20 @@ namespace kelxml::parsing
 
 struct Prescan
 {
-    /// The first limit that the text goes beyond.
+    /// The first limit that the text exceeds.
     limits::Limit exceeded;
-    /// The deepest nesting that the parser gets to, for `hasRoomToParse`; up to where the prescan stopped.
+    /// The deepest nesting that the parser reaches, up to where the prescan stopped; for `hasRoomToParse`.
     int nesting;
 
-    bool isWithin() const { return exceeded == limits::Limit::None; }
+    bool isWithinLimits() const { return exceeded == limits::Limit::None; }
 };
 
-/// Both follow the parser's own way through the text, not the XML standard's: every entity reference is a
-/// splice of characters, wherever the value's markup begins and ends. They stop where the parser is sure to
-/// stop, so malformed text is the parser's to refuse, and behind the document element. Time is linear in the
-/// length of the text; beside names and values of entities, and one number, nothing is kept.
+/// Follows the parser, not the XML standard: every entity reference splices characters, even if the value's
+/// markup is not balanced. Stops where the parser is sure to stop, which leaves it to the parser to refuse
+/// malformed text, and after the document element. Takes linear time, and memory only for the entities.
 Prescan prescan(const QString& text);
 
-/// Of the characters that the parser will see, decoded by the same input source.
+/// The same for the characters that the parser will see, decoded by the same input source.
 Prescan prescan(const QByteArray& bytes);
 
 } // namespace kelxml::parsing

@@ -1,4 +1,4 @@
-// Content and tags, and the bookkeeping that everything shares.
+// Content and tags, and the counters.
 
 #include "parsing/prescanner.h"
 
@@ -19,7 +19,7 @@ bool isPredefined(const QString& name)
 
 } // namespace
 
-// Behind the document element nothing nests and nothing is spliced.
+// After the document element nothing nests and nothing is spliced.
 Prescan Prescanner::document()
 {
     if (prolog())
@@ -51,7 +51,7 @@ bool Prescanner::prolog()
     return false;
 }
 
-// Flattened, since nearly all of a text is read in here: the place in it stays in a register.
+// Flattened, because nearly all of a text is read here: the position stays in a register.
 [[gnu::flatten]] void Prescanner::content(bool toTheEnd)
 {
     bool goesOn = true;
@@ -156,7 +156,7 @@ bool Prescanner::attributeValue(char16_t quote)
 
 bool Prescanner::reference(bool literal)
 {
-    // Without entities, and in character references, what follows the ampersand is as good as text.
+    // Without entities, what follows the ampersand counts as text. So do character references.
     if (m_entities.isEmpty())
         return true;
     m_name.resize(0);
@@ -168,7 +168,7 @@ bool Prescanner::reference(bool literal)
     return !entity || splice(*entity, entity->text, literal);
 }
 
-// Adds the characters up to the semicolon, of a name too long to be declared only its beginning.
+// Reads up to the semicolon. Stores only the start of a name that is longer than all declared ones.
 bool Prescanner::referenceName(QString& name)
 {
     for (;;) {
@@ -190,7 +190,7 @@ const Prescanner::Entity* Prescanner::find(const QString& name, Kind kind) const
 
 bool Prescanner::splice(const Entity& entity, QStringView text, bool literal)
 {
-    // The parser calls it a recursion once more splices are open than entities are there.
+    // The parser reports a recursion once more splices are open than entities are declared.
     const int open = std::max(m_generalEntities, m_parameterEntities) + 1;
     if (m_in.splices() >= static_cast<std::size_t>(open) || !addEntityText(text.size()))
         return false;

@@ -1,8 +1,8 @@
-// One walk through a text as `QXmlSimpleReader` of Qt 5.15 takes it, counting what the bounds are about.
+// Reads a text in the way `QXmlSimpleReader` of Qt 5.15 does, and counts what the limits restrict.
 //
-// The scanner accepts more than the parser: where the parser is sure to report an error and stop, the scanner
-// may stop too, and where it is not sure it goes on as if there were none. So up to the end of the document
-// element, at every character that the parser gets to, both are in the same place of the grammar.
+// The scanner accepts more than the parser. It may stop only where the parser is sure to report an error;
+// elsewhere it continues as if there were none. So at every character that the parser reaches, up to the end
+// of the document element, both are at the same place in the grammar.
 
 #pragma once
 
@@ -31,7 +31,7 @@ inline bool isQuote(char16_t c)
 class Prescanner
 {
 public:
-    /// \param length answers the length of the whole document; asked for only where it matters
+    /// \param length returns the length of the whole document; called at most once
     Prescanner(CharacterStream::NextPiece nextPiece, std::function<qint64()> length)
         : m_in(std::move(nextPiece)), m_length(std::move(length))
     {}
@@ -41,20 +41,20 @@ public:
     {}
 
     Prescan document();
-    /// For the value of an entity: its own nesting, whether it is used or not.
+    /// Scans the value of an entity, whether it is used or not.
     Prescan value();
 
 private:
     enum class Kind { General, Parameter, External };
     struct Entity
     {
-        QString text; // of a parameter entity: between two blanks, as the parser includes it in the DTD
+        QString text; // of a parameter entity: with a blank at each end, as the parser adds them
         Kind kind = Kind::General;
-        qint64 literalLength = 0; // with the quotes replaced, as the parser includes it in a quoted value
+        qint64 literalLength = 0; // in a quoted value, where the parser replaces quotes by references
     };
 
-    // These take the characters of one construct, whose first ones were taken already. Most say whether the
-    // walk goes on: not when the parser stops here, and not when a bound is passed.
+    // Each reads the rest of one construct, after its first characters were read. Most return whether to
+    // continue: false where the parser stops or a limit is exceeded.
     bool prolog();
     void content(bool toTheEnd);
     bool markup();
@@ -92,9 +92,9 @@ private:
     bool beyond(limits::Limit limit);
 
     CharacterStream m_in;
-    QMap<QString, Entity> m_entities; // no hash: names that all collide could be sent
-    QString m_name;                   // or number of a reference; here to be allocated once
-    qsizetype m_longestName = 0;      // no reference to a longer one leads anywhere
+    QMap<QString, Entity> m_entities; // not a hash: an attacker could choose names that collide
+    QString m_name;                   // name or number of a reference; a member to be allocated only once
+    qsizetype m_longestName = 0;      // longer names in references are not declared
     int m_generalEntities = 0;        // those with a value; not the external ones
     int m_parameterEntities = 0;
     int m_declarations = 0;
@@ -104,20 +104,20 @@ private:
     qint64 m_maxEntityText = limits::kEntityActivationThreshold;
     qint64 m_unfolded = 0; // in the current text, attribute or value of an entity
     std::function<qint64()> m_length;
-    qint64 m_documentLength = 0; // once it was asked for
+    qint64 m_documentLength = 0; // once `m_length` was called
     int m_depth = 0;
     int m_nesting = 0;
     limits::Limit m_exceeded = limits::Limit::None;
 };
 
-/// What cannot stand in a reference; the parser reports an error.
+/// Whether a character is not allowed in a reference; the parser reports an error.
 inline bool breaksReference(char16_t c)
 {
     return isSpace(c) || isQuote(c) || c == u'<' || c == u'>' || c == u'&' || c == CharacterStream::kEnd;
 }
 
-/// Takes all characters up to and including the first of `Stops` outside quotes, and returns that one; what
-/// stands in quotes is for `quoted`, and the end is returned where the walk ends there.
+/// Skips characters up to and including the first of `Stops` outside quotes, and returns that one. Calls
+/// `quoted` for each quoted value, and returns the end mark if that returns false.
 template <char16_t... Stops>
 char16_t Prescanner::seekUnquoted(bool (Prescanner::*quoted)(char16_t))
 {

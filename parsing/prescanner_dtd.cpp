@@ -1,4 +1,4 @@
-// The document type declaration: content models, and where entities come from.
+// The document type declaration: content models and declarations of entities.
 
 #include "parsing/prescanner.h"
 
@@ -115,7 +115,7 @@ bool Prescanner::addEntitySearch(const QString& name, const QString& value)
 // The first declaration of a name counts; general and parameter entities share their names.
 bool Prescanner::declare(const QString& name, const QString& text, Kind kind)
 {
-    if (kind == Kind::General && text.contains(u'<') && !Prescanner(text).value().isWithin())
+    if (kind == Kind::General && text.contains(u'<') && !Prescanner(text).value().isWithinLimits())
         return beyond(limits::Limit::Nesting);
     if (m_entities.contains(name))
         return true;
@@ -127,8 +127,8 @@ bool Prescanner::declare(const QString& name, const QString& text, Kind kind)
     return true;
 }
 
-// References to general entities stay as they are, to be spliced where the value is used; characters and
-// parameter entities come in at once.
+// References to general entities are kept and spliced where the value is used. Character references and
+// parameter entities are replaced at once.
 bool Prescanner::entityValue(char16_t quote, QString& value)
 {
     beginText();
@@ -162,7 +162,7 @@ bool Prescanner::referenceInValue(QString& value)
     return true;
 }
 
-// The parser takes numbers of up to 32 bits and uses the lower 16 as a character: 65596 is a '<' like 60.
+// The parser accepts numbers of up to 32 bits and uses the lower 16 as a character: 65596 is '<', as 60 is.
 bool Prescanner::characterReference(QString& value)
 {
     char16_t c = m_in.get();
@@ -180,7 +180,7 @@ bool Prescanner::characterReference(QString& value)
     return true;
 }
 
-// What comes out of a splice was counted when it was put in.
+// The text of a splice was counted when it was spliced.
 void Prescanner::addToValue(QString& value, QStringView run)
 {
     value += run;

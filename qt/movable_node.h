@@ -1,4 +1,4 @@
-// What Qt's handles lack.
+// Moving Qt's handles, which Qt can only copy.
 
 #pragma once
 
@@ -9,8 +9,8 @@
 namespace kelxml::qt
 {
 
-/// A handle that can be moved. Qt's own can only be copied, and the two atomic counts of a copy are most of
-/// what a step from node to node costs.
+/// A `QDomNode` that can be moved. Qt's can only be copied, and a copy's two atomic counts are most of the
+/// cost of a step from node to node.
 class MovableNode : public QDomNode
 {
 public:
@@ -26,7 +26,7 @@ public:
     }
     ~MovableNode() = default;
 
-    /// The same node under the type of its kind, which the caller knows it to be of.
+    /// Moves the node into a handle of its own kind. The caller must know the kind.
     template <class Kind>
     Kind as() &&
     {
@@ -35,7 +35,7 @@ public:
         return node;
     }
 
-    /// Which node a handle stands for, for comparing; never followed.
+    /// An address that identifies the node, for comparison only.
     static const void* identityOf(const QDomNode& node) { return node.*(&MovableNode::impl); }
 
     static void exchange(QDomNode& one, QDomNode& other) noexcept

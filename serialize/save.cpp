@@ -18,7 +18,7 @@ bool canBeSaved(const QDomDocument& document)
 {
     // A usual stack has room for any tree, so the depth is checked only on a small stack.
     const int depth = limits::depthThatCanBeSaved();
-    return depth == limits::kMaxNodeDepth || trees::isWithin(document, depth);
+    return depth == limits::kMaxNodeDepth || trees::isNoDeeperThan(document, depth);
 }
 
 void save(const QDomDocument& document, QFile& file)

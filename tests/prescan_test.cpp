@@ -21,9 +21,9 @@ TEST(PrescanTest, TextAtABoundIsNotRefusedAndOneBeyondIsAndOnlyMarkupCounts)
         const QString at = expand(text, most);
         const QString beyond = expand(text, most + 1);
         for (const Prescan seen : {prescan(at), prescan(at.toUtf8())})
-            EXPECT_TRUE(seen.isWithin() && seen.nesting == nesting) << seen.nesting;
+            EXPECT_TRUE(seen.isWithinLimits() && seen.nesting == nesting) << seen.nesting;
         for (const Prescan seen : {prescan(beyond), prescan(beyond.toUtf8())})
-            EXPECT_EQ(most == 0, seen.isWithin());
+            EXPECT_EQ(most == 0, seen.isWithinLimits());
         QDomDocument document;
         EXPECT_EQ(wellFormed == "yes", document.setContent(at));
         EXPECT_LE(extentOf(document).depth, nesting);
@@ -69,7 +69,7 @@ TEST(PrescanTest, NoEncodingThatQtReadsHidesNesting)
                 continue;
             ++read;
             EXPECT_EQ(3, prescan(nested(3)).nesting) << name.constData();
-            EXPECT_FALSE(prescan(nested(2049)).isWithin()) << name.constData();
+            EXPECT_FALSE(prescan(nested(2049)).isWithinLimits()) << name.constData();
         }
     }
     EXPECT_GT(read, 100);

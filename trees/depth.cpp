@@ -1,5 +1,5 @@
-// Measures what is appended together with what it is appended to. A level is an element or any node with
-// children; the limits leave room for leaves, and for attributes that hold only their text.
+// Measures the appended subtree together with the depth of its new parent. A level is an element or any node
+// with children. The limits leave room for leaves, and for attributes whose only child is their text.
 
 #include "trees/depth.h"
 
@@ -18,8 +18,9 @@ namespace kelxml::trees
 namespace
 {
 
-/// How many levels there are at most in what was ever appended below an attribute. Attributes are measured
-/// only where there may be no room for that, because Qt takes the square of their number to list them.
+/// An upper bound on the levels ever appended below an attribute. Attributes are measured only where a tree
+/// with that many more levels would be too deep, because listing them takes Qt time with their number
+/// squared.
 std::atomic<int> levelsInAttributes{0};
 
 bool isPlainAttribute(const QDomNode& attribute)
@@ -28,7 +29,7 @@ bool isPlainAttribute(const QDomNode& attribute)
     return first == attribute.lastChild() && !first.isElement() && !first.hasChildNodes();
 }
 
-/// Whether no path from `root` down has more than `most` levels, with the `above` levels over it.
+/// Whether no path from `root` down has more than `most` levels, counting the `above` levels over `root`.
 bool staysWithin(const QDomNode& root, int above, int most, bool withAttributes)
 {
     struct Step
@@ -91,7 +92,7 @@ bool fitsBelow(const QDomNode& parent, const QDomNode& child)
     return true;
 }
 
-bool isWithin(const QDomNode& root, int depth)
+bool isNoDeeperThan(const QDomNode& root, int depth)
 {
     return staysWithin(root, 0, depth - 1, false);
 }

@@ -1,5 +1,5 @@
-// How deep trees may become. Qt destroys, copies and saves a tree by recursion, so that a tree of any depth
-// would sooner or later overrun a stack.
+// How deep trees may become. Qt destroys, copies and saves a tree by recursion, so a tree of unlimited depth
+// would overrun the stack.
 
 #pragma once
 
@@ -8,12 +8,11 @@
 namespace kelxml::trees
 {
 
-/// Whether `child` can be appended to `parent`: no node would come to stand below itself, and no path
-/// would become too long. Takes time in the depth of `parent` and in the size of `child`. \throw
-/// std::bad_alloc
+/// Whether `child` can be appended to `parent` without a ring and without exceeding the depth limit. Time
+/// grows with the depth of `parent` and the size of `child`. \throw std::bad_alloc
 bool fitsBelow(const QDomNode& parent, const QDomNode& child);
 
-/// Whether no more than `depth` nodes stand on any path from `root` down, itself included.
-bool isWithin(const QDomNode& root, int depth);
+/// Whether no path from `root` down has more than `depth` nodes, `root` included.
+bool isNoDeeperThan(const QDomNode& root, int depth);
 
 } // namespace kelxml::trees

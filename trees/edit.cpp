@@ -1,5 +1,5 @@
-// A change is made by `trees/tree`, and then looked for in the tree. Only children that have their place
-// below the same parent are moved by Qt directly.
+// `trees/tree` makes each change; the tree then shows whether it was made. Qt is called directly only to move
+// children within one parent.
 
 #include "trees/edit.h"
 
@@ -20,7 +20,7 @@ bool isChildOf(const QDomNode& parent, const QDomNode& node)
     return !node.isAttr() || parent.firstChild() == node || !node.previousSibling().isNull();
 }
 
-bool isWithin(const QDomNode& node, const QDomNode& top)
+bool isInTreeOf(const QDomNode& node, const QDomNode& top)
 {
     qt::MovableNode at{QDomNode(node)};
     while (!at.isNull() && at != top)
@@ -36,7 +36,7 @@ Refusal append(const qt::NodeRef& parent, const qt::NodeRef& child)
         return Refusal::WholeDocument;
     if (isOnElement(child.node))
         return Refusal::PlacedAttribute;
-    if (isWithin(parent.node, child.node))
+    if (isInTreeOf(parent.node, child.node))
         return Refusal::Ring;
     appendChild(parent, child);
     return parent.node.lastChild() == child.node ? Refusal::None : Refusal::TooDeep;
@@ -83,7 +83,7 @@ void replaceContent(const qt::NodeRef& element, const QString& text)
 
 bool removeAttribute(const qt::NodeRef& element, const QString& name)
 {
-    adopt(element);
+    ensureLivingDocument(element);
     QDomElement target = element.node.toElement();
     const bool hadIt = target.hasAttribute(name);
     target.removeAttribute(name);

@@ -1,5 +1,5 @@
-// Changes of a tree that say whether they were made, and some that the COM interfaces do not have. All of
-// them are built on `trees/tree`.
+// Changes of a tree that report why they were refused, and changes that the COM interfaces lack. All use
+// `trees/tree`.
 
 #pragma once
 
@@ -8,7 +8,7 @@
 namespace kelxml::trees
 {
 
-/// Why a change was not made.
+/// Why a change was refused.
 enum class Refusal {
     None, ///< it was made
     Ring,
@@ -18,21 +18,21 @@ enum class Refusal {
     NotAChild
 };
 
-/// Appends `child`, which leaves the place that it has.
+/// Moves `child` to the end of the children of `parent`.
 Refusal append(const qt::NodeRef& parent, const qt::NodeRef& child);
-/// Puts `child`, which leaves the place that it has, before `reference`.
+/// Moves `child` before `reference`.
 Refusal insertBefore(const qt::NodeRef& parent, const qt::NodeRef& child, const qt::NodeRef& reference);
-/// Puts `replacement`, which leaves the place that it has, in the place of `child`.
+/// Moves `replacement` to the place of `child`, which is removed.
 Refusal replace(const qt::NodeRef& parent, const qt::NodeRef& child, const qt::NodeRef& replacement);
 Refusal remove(const qt::NodeRef& parent, const qt::NodeRef& child);
 
-/// Removes all children and appends a text, unless that is empty.
+/// Removes all children and appends a text, unless the text is empty.
 void replaceContent(const qt::NodeRef& element, const QString& text);
 
-/// \return whether there was one
+/// \return whether the element had the attribute
 bool removeAttribute(const qt::NodeRef& element, const QString& name);
 
-/// Null for a node without a parent: the links of one that outlived its parent point to nodes that are freed.
+/// Null for a node without a parent: if it outlived its parent, its links point to freed nodes.
 QDomNode nextSibling(const QDomNode& node);
 QDomNode previousSibling(const QDomNode& node);
 

@@ -1,5 +1,4 @@
-// The guards of the tree. They wait for their cause where they can: a host that keeps its documents apart
-// pays for none but the look at an appended node.
+// Enabled lazily where possible: hosts that never mix documents pay only for the checks in `appendChild`.
 
 #include "trees/tree.h"
 
@@ -15,10 +14,10 @@ namespace kelxml::trees
 namespace
 {
 
-/// Set when nodes of two documents first meet in one call. Until then no node can have lost its document.
+/// Set once a call uses nodes of two documents. Until then no node can outlive the document it points to.
 std::atomic<bool> haveDocumentsMet{false};
 
-/// The topmost node of the tree that a node stands in.
+/// The topmost node of the tree that contains `node`.
 qt::MovableNode topOf(const QDomNode& node)
 {
     qt::MovableNode top{QDomNode(node)};
@@ -27,8 +26,8 @@ qt::MovableNode topOf(const QDomNode& node)
     return top;
 }
 
-/// Puts a node without a parent in the place of a fresh child of a fresh element and takes it out again:
-/// `replaceChild` overwrites its links without following them, and it comes out belonging to `home`.
+/// Makes a tree without a parent belong to `home`: replaces a child of a new element by it and removes it
+/// again. `replaceChild` overwrites the links of `top` without following them.
 void moveInto(QDomDocument home, const QDomNode& top)
 {
     QDomElement temporaryParent = home.createElement(QStringLiteral("parent"));
@@ -38,9 +37,9 @@ void moveInto(QDomDocument home, const QDomNode& top)
     temporaryParent.removeChild(top);
 }
 
-/// `appendChild` for a node without a parent. Its links to siblings may be those of an earlier place, whose
-/// nodes are freed. Of all that Qt has, only `replaceChild` overwrites both: so the node takes the place of
-/// the last child, which then goes before it, or that of a fresh one.
+/// `appendChild` for a node without a parent. Its links to siblings may point to freed nodes of its earlier
+/// place. Only Qt's `replaceChild` overwrites both links, so the node replaces the last child, which is then
+/// inserted before it; without a child, it replaces a new one.
 void appendOutsider(const qt::NodeRef& parent, const QDomNode& child)
 {
     QDomNode place = parent.node;
@@ -54,28 +53,28 @@ void appendOutsider(const qt::NodeRef& parent, const QDomNode& child)
     }
 }
 
-/// Makes both trees fit to be touched.
-void prepareMeeting(const qt::NodeRef& parent, const qt::NodeRef& child)
+/// Makes both trees safe for Qt to change.
+void ensureLivingDocuments(const qt::NodeRef& parent, const qt::NodeRef& child)
 {
     if (!haveDocumentsMet && parent.document.living() != child.document.living())
         haveDocumentsMet = true;
-    adopt(parent);
-    adopt(child);
+    ensureLivingDocument(parent);
+    ensureLivingDocument(child);
 }
 
 } // namespace
 
 void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child)
 {
-    prepareMeeting(parent, child);
+    ensureLivingDocuments(parent, child);
     if (parent.node.isNull() || child.node.isNull())
         return;
     if (child.node.isDocument() || isOnElement(child.node) || !fitsBelow(parent.node, child.node))
         return;
     const qt::MovableNode earlier = child.node.parentNode();
     if (!earlier.isNull())
-        lists::noteChild(child.node, earlier);
-    lists::noteChild(child.node, parent.node);
+        lists::invalidate(child.node, earlier);
+    lists::invalidate(child.node, parent.node);
     if (earlier.isNull())
         appendOutsider(parent, child.node);
     else
@@ -84,48 +83,48 @@ void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child)
 
 QDomNode removeChild(const qt::NodeRef& parent, const qt::NodeRef& child)
 {
-    prepareMeeting(parent, child);
-    lists::noteChild(child.node, parent.node);
+    ensureLivingDocuments(parent, child);
+    lists::invalidate(child.node, parent.node);
     return QDomNode(parent.node).removeChild(child.node);
 }
 
 QDomNode cloneNode(const qt::NodeRef& node, bool deep)
 {
-    adopt(node);
+    ensureLivingDocument(node);
     return node.node.cloneNode(deep);
 }
 
 void setNodeValue(const qt::NodeRef& node, const QString& value)
 {
-    adopt(node);
+    ensureLivingDocument(node);
     if (node.node.isAttr())
-        lists::noteChild(node.node.firstChild(), node.node);
+        lists::invalidate(node.node.firstChild(), node.node);
     QDomNode(node.node).setNodeValue(value);
 }
 
 void replaceFirstChild(const qt::NodeRef& element, const QString& text)
 {
-    adopt(element);
+    ensureLivingDocument(element);
     QDomDocument document = element.document.living();
     const QDomNode replacement = document.createTextNode(text);
     const QDomNode first = element.node.firstChild();
-    lists::noteChild(first, element.node);
+    lists::invalidate(first, element.node);
     QDomNode(element.node).removeChild(first);
     QDomNode(element.node).appendChild(replacement);
 }
 
 void prepareSettingAttribute(const qt::NodeRef& element, const QString& name)
 {
-    adopt(element);
-    if (!lists::areNodesKept())
+    ensureLivingDocument(element);
+    if (!lists::isAnyCached())
         return;
     const QDomNode attribute = element.node.attributes().namedItem(name);
-    lists::noteChild(attribute.firstChild(), attribute);
+    lists::invalidate(attribute.firstChild(), attribute);
 }
 
 QDomDocument ownerDocument(const qt::NodeRef& node)
 {
-    adopt(node);
+    ensureLivingDocument(node);
     return node.node.ownerDocument();
 }
 
@@ -145,7 +144,7 @@ bool isOnElement(const QDomNode& node)
     return !element.isNull() && element.attributeNode(node.nodeName()) == node;
 }
 
-void adopt(const qt::NodeRef& node)
+void ensureLivingDocument(const qt::NodeRef& node)
 {
     if (!haveDocumentsMet)
         return;

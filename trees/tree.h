@@ -1,7 +1,6 @@
-// What stands between the callers and Qt's tree. Qt keeps raw pointers between nodes, lists and documents and
-// trusts that they are good; after ordinary calls in an unlucky order they are not. Each rule here keeps one
-// kind of bad pointer, or one kind of ring, from Qt. Whatever changes a tree, or asks where a node belongs,
-// goes through here.
+// Changes of Qt's tree that cannot crash Qt. Qt connects nodes, lists and documents with raw pointers, and
+// ordinary calls in an unlucky order leave these dangling. Each function here prevents one kind of dangling
+// pointer or ring. Every call that changes a tree, or asks for a node's document, goes through here.
 
 #pragma once
 
@@ -10,23 +9,23 @@
 namespace kelxml::trees
 {
 
-/// `QDomNode::appendChild`, except that what would tie a ring, put a node into two places or nest too deep is
-/// left undone.
+/// `QDomNode::appendChild`. Does nothing if that would create a ring, put a node into two places or nest too
+/// deep.
 void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child);
 
 /// `QDomNode::removeChild`. \return what Qt returns
 QDomNode removeChild(const qt::NodeRef& parent, const qt::NodeRef& child);
 
-/// `QDomNode::cloneNode`. The copy belongs to a document that is alive.
+/// `QDomNode::cloneNode`. The copy belongs to a living document.
 QDomNode cloneNode(const qt::NodeRef& node, bool deep);
 
 /// `QDomNode::setNodeValue`, which replaces the text of an attribute.
 void setNodeValue(const qt::NodeRef& node, const QString& value);
 
-/// Puts a text in the place of the first child, at the end.
+/// Removes the first child and appends a text.
 void replaceFirstChild(const qt::NodeRef& element, const QString& text);
 
-/// What `setAttribute` does first.
+/// The part of `setAttribute` that does not depend on the type. To be called first.
 void prepareSettingAttribute(const qt::NodeRef& element, const QString& name);
 
 /// `QDomElement::setAttribute`. \param value of one of the types that it takes
@@ -37,21 +36,23 @@ void setAttribute(const qt::NodeRef& element, const QString& name, const Value& 
     element.node.toElement().setAttribute(name, value);
 }
 
-/// `QDomNode::ownerDocument`, never one that is gone.
+/// `QDomNode::ownerDocument`, but never one that was destroyed.
 QDomDocument ownerDocument(const qt::NodeRef& node);
 
-/// Against a dangling parent: an attribute points to its element without holding it. Who holds an attribute,
-/// or a list of its children, holds the answer as well and lets go of it last. Null for any other node, and
-/// for an attribute that is a child of another attribute: Qt clears its pointer when that parent goes, and to
-/// hold the parent would let it outlive the element it stands on.
+/// The element that an attribute is on. Prevents a dangling parent: an attribute points to its element
+/// without keeping it alive. Anyone holding the attribute, or a list of its children, must also hold the
+/// returned element and release it last. Null for any other node, and for an attribute that is a child of
+/// another attribute: Qt clears that pointer when the parent is destroyed, and holding the parent would let
+/// it outlive its own element.
 QDomNode ownerElementOf(const QDomNode& node);
 
-/// Whether a node is an attribute in its place. Its element is held by whoever holds the attribute.
+/// Whether a node is an attribute that is on an element. Whoever holds the attribute must hold the element.
 bool isOnElement(const QDomNode& node);
 
-/// Against a dangling document: once nodes of two documents have met in one call, a tree outside any document
-/// may remember one that is gone. Gives the top of such a tree a living document, that of `node`, before Qt
-/// touches the tree. Until documents have met, this is one comparison.
-void adopt(const qt::NodeRef& node);
+/// Prevents a dangling document: after nodes of two documents were used in one call, a tree outside any
+/// document may point to a document that was destroyed. Makes the tree of `node` belong to the living
+/// document of `node`, before Qt uses the old one. One comparison, until nodes of two documents are used in
+/// one call.
+void ensureLivingDocument(const qt::NodeRef& node);
 
 } // namespace kelxml::trees
