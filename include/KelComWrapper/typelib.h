@@ -31,8 +31,8 @@ KEL_EXPORT HRESULT GetTlbFilePath(const GUID& library, wchar_t* path);
 /// \param path a local file
 /// \param library receives the library, borrowed: the service owns it and the caller does not release it; an
 ///        `ITypeInfo` obtained from it keeps what it needs alive. Written on success only
-/// \return `S_OK`; `E_POINTER`; `TYPE_E_CANTLOADLIBRARY` for a file that is missing or unreadable;
-///         `TYPE_E_INVDATAREAD` for one that is not a valid type library
+/// \return `S_OK`; `E_POINTER`; `TYPE_E_CANTLOADLIBRARY` for a file that is missing,
+///         unreadable or not a regular one; `TYPE_E_INVDATAREAD` for one that is not a valid type library
 KEL_EXPORT HRESULT LoadTypeLib(const wchar_t* path, ITypeLib** library);
 
 /// Registers a path for an identifier, replacing any earlier one. Does not open the file, but makes the next

@@ -44,7 +44,7 @@ public:
     virtual KelXmlLib::eState state() const = 0;
     /// \return `eEncodingUtf8`, always
     virtual KelXmlLib::eEncoding encoding() const = 0;
-    /// \return 1 if the file is indented, else 0
+    /// \return 1 for a filer made with `autoFormat`, else 0
     virtual int indent() const = 0;
     /// Not implemented: `buffer` is unchanged.
     virtual void newlineChars(wchar_t* buffer, int size) const = 0;
@@ -99,7 +99,8 @@ public:
     /// \param text must not be missing
     virtual KelXmlLib::eStatus writeCData(const wchar_t* text) = 0;
     /// Writes a comment.
-    /// \param text must not be missing, contain two hyphens in a row or end in one: no parser could read it
+    /// \param text must not be missing. Hyphens are not checked: two in a row, or one at the end, make a file
+    ///        that does not load
     virtual KelXmlLib::eStatus writeComment(const wchar_t* text) = 0;
     /// Accepted, nothing is written. `data` is not read.
     /// \param data not null

@@ -19,7 +19,7 @@ public:
     /// Opens `path` for writing and truncates an existing file. Failure to open is not reported: every write
     /// is then accepted and reaches no disk. Does not open a path that the encoding of file names cannot
     /// represent, nor any path once Qt's codecs are destroyed at exit.
-    /// \param path the file, copied; null or empty for a filer without a file
+    /// \param path the file, copied; null or empty for a filer without a file, whose `indent()` is 0
     /// \param encoding, indentation not used: the file is UTF-8, indented by four spaces a level or not at
     ///        all
     /// \param autoFormat whether start tags go on lines of their own, indented by four spaces a level

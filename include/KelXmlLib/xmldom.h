@@ -40,7 +40,7 @@ enum tagDOMNodeType : std::int32_t {
     NODE_ENTITY_REFERENCE = 5,       ///< a reference that the parser did not expand
     NODE_ENTITY = 6,                 ///< a declaration in the document type
     NODE_PROCESSING_INSTRUCTION = 7, ///< includes the XML declaration
-    NODE_COMMENT = 8,                ///< its text is its value
+    NODE_COMMENT = 8,                ///< `get_nodeValue` returns its text, not `get_text`
     NODE_DOCUMENT = 9,               ///< an `IXMLDOMDocument`; a generic node when reached as a parent
     NODE_DOCUMENT_TYPE = 10,         ///< `<!DOCTYPE>`
     NODE_DOCUMENT_FRAGMENT = 11,     ///< never created
@@ -112,7 +112,8 @@ public:
     virtual HRESULT removeChild(IXMLDOMNode* child, IXMLDOMNode** result) = 0;
     /// Makes a node the last child of this one, and removes it from where it was. Refuses a node that is or
     /// contains this one, a document, an attribute that is on an element, and what would nest deeper than the
-    /// library allows. A refusal is not reported: the tree stays as it is, and `result` is written as usual.
+    /// library allows. A document that has neither loaded nor created anything refuses every node. A refusal
+    /// is not reported: the tree stays as it is, and `result` is written as usual.
     /// An attribute from `createNode` becomes a child and is saved as content: use `setAttribute` instead.
     /// \param child one of this library's own nodes; its reference count is not touched
     /// \param result receives a new object for the child with one reference, which the caller releases;
@@ -148,7 +149,7 @@ public:
     /// Sets the text. An element loses its first child (only that one) and gets a text node as its last; any
     /// other node gets the text as its value.
     /// \param text read up to its first zero character; null reads as empty
-    /// \return `S_OK`; `S_FALSE` for an element without an owner document
+    /// \return `S_OK`, also for an element without a node (nothing done)
     virtual HRESULT put_text(BSTR text) = 0;
     /// \name No-ops: return S_OK and write nothing
     /// @{
@@ -238,8 +239,9 @@ public:
     /// \param source a file path as `VT_BSTR`; nothing else is accepted
     /// \param success receives 0 on entry and -1 when the file was parsed; may be null
     /// \return `S_OK` when parsed; else `S_FALSE`. The earlier tree survives a failure before parsing
-    ///         begins: a file that cannot be opened, or is beyond the limits. A later failure, lack of memory
-    ///         included, leaves the document empty or with what was parsed
+    ///         begins: a file that cannot be opened or read to its end, or is beyond the limits. A later
+    ///         failure, an empty file and lack of memory included, leaves the document empty or with what was
+    ///         parsed
     virtual HRESULT load(VARIANT source, VARIANT_BOOL* success) = 0;
     /// \name No-ops: return S_OK and write nothing
     /// @{
@@ -320,7 +322,8 @@ protected:
     ~IXMLDOMElement() = default;
 };
 
-/// An attribute. Its value is its text: `get_value` reads it and `put_text` sets it.
+/// An attribute. `get_value` reads its value, `put_text` sets it. Changing or removing its text child leaves
+/// the value as it was.
 class IXMLDOMAttribute : public IXMLDOMNode
 {
 public:
@@ -345,7 +348,8 @@ protected:
     ~IXMLDOMAttribute() = default;
 };
 
-/// A live list of nodes: each call sees the tree as it is at that time.
+/// A live list of nodes: each call sees the tree as it is at that time. But a list taken from a document that
+/// has neither loaded nor created anything stays empty for good, also after a later load.
 class IXMLDOMNodeList : public IDispatch
 {
 public:
