@@ -15,11 +15,15 @@ try {
     for (int index = 2; index < count; ++index)
         try {
             const auto document = kel::Document::load(words[index]);
-            kel::Element part = merged.root().append("part");
+            kel::Element part = kel::Document("part").root(); // moves only when it is complete
             part.setAttribute("from", words[index]);
             part.append(document.root());
-        } catch (const kel::Error& error) {
+            merged.root().append(part);
+        } catch (const kel::LoadError& error) { // which names the file
             std::cerr << error.what() << '\n';
+            ++bad;
+        } catch (const kel::Error& error) {
+            std::cerr << words[index] << ": " << error.what() << '\n';
             ++bad;
         }
     merged.save(words[1]);

@@ -5,6 +5,7 @@
 
 #include <KelXmlLib/kel.h>
 
+#include <exception>
 #include <filesystem>
 #include <iostream>
 
@@ -28,7 +29,7 @@ try {
         recent.remove(recent.child("file"));
     recent.append("file", "/home/anna/notes.txt");
     settings.save(path);
-} catch (const kel::Error& error) {
+} catch (const std::exception& error) { // also of std::filesystem
     std::cerr << error.what() << '\n';
     return 1;
 }

@@ -102,7 +102,7 @@ Document Document::load(const std::filesystem::path& path)
     Document document;
     QDomDocument content = documentOf(document);
     const std::string& name = path.native();
-    requireParsed(kelxml::parsing::parseFile(content, name), name);
+    requireParsed(kelxml::parsing::parseFile(content, name), name.empty() ? "''" : name);
     return document;
 }
 
@@ -110,7 +110,10 @@ Document Document::parse(TextView text)
 {
     Document document;
     QDomDocument content = documentOf(document);
-    requireParsed(kelxml::parsing::parseText(content, detail::toText(text)), {});
+    const detail::Converted converted = detail::convert(text);
+    if (converted.fault)
+        throw LoadError(LoadError::Kind::notWellFormed, {}, converted.fault);
+    requireParsed(kelxml::parsing::parseText(content, converted.text), {});
     return document;
 }
 
@@ -121,9 +124,9 @@ Element Document::root() const
 
 void Document::save(const std::filesystem::path& path, const SaveOptions& options) const
 {
+    if (!root())
+        throw SaveError(path.native(), *this ? "the document is empty" : detail::reason::kNullArgument);
     detail::SavedFile file(path.native());
-    if (!*this)
-        throw SaveError(path.native(), detail::reason::kNullArgument);
     kelxml::serialize::serialize(documentOf(*this), detail::optionsOf(options),
                                  [&](const QByteArray& bytes) { file.write(bytes); });
     file.commit();

@@ -2,6 +2,8 @@
 
 #include "KelXmlLib/kel/errors.h"
 
+#include "layer/text.h"
+
 namespace kel
 {
 
@@ -11,7 +13,7 @@ namespace
 /// The part before the reason.
 std::string place(const std::string& source, int line, int column)
 {
-    std::string place = source.empty() ? "text" : source;
+    std::string place = source.empty() ? "text" : detail::inOneLine(source);
     if (line > 0)
         place += ':' + std::to_string(line) + ':' + std::to_string(column);
     return place;
@@ -27,7 +29,7 @@ LoadError::LoadError(Kind kind, const std::string& source, const std::string& re
 LoadError::~LoadError() = default;
 
 SaveError::SaveError(const std::string& path, const std::string& reason)
-    : Error(S_FALSE, path, reason), m_reason(reason)
+    : Error(S_FALSE, path.empty() ? "''" : detail::inOneLine(path), reason), m_reason(reason)
 {}
 
 SaveError::~SaveError() = default;

@@ -4,6 +4,8 @@
 
 #include "files/file.h"
 
+#include <cerrno>
+
 namespace kel::detail
 {
 
@@ -14,6 +16,8 @@ kelxml::files::FileReplacement replacementOf(const std::string& path)
 {
     if (!kelxml::files::isUsable(path))
         throw SaveError(path, kelxml::files::kNotUsable);
+    if (path.empty())
+        throw std::system_error(ENOENT, std::generic_category());
     kelxml::files::ensureMemoryForQt();
     return kelxml::files::FileReplacement(path);
 }

@@ -20,7 +20,7 @@ namespace detail
 namespace
 {
 
-constexpr const char* kAction = "reading an argument";
+constexpr const char* kInvalid = "invalid text";
 
 /// Converts a length to `int`, which Qt uses.
 int lengthForQt(std::size_t length)
@@ -31,7 +31,7 @@ int lengthForQt(std::size_t length)
 }
 
 // Qt replaces invalid bytes by U+FFFD and drops a leading byte order mark.
-QString fromUtf8(std::string_view utf8)
+Converted fromUtf8(std::string_view utf8)
 {
     constexpr std::string_view kMark = "\xEF\xBB\xBF";
     const int length = lengthForQt(utf8.size());
@@ -43,30 +43,40 @@ QString fromUtf8(std::string_view utf8)
         return utf8 == std::string_view(again.constData(), static_cast<std::size_t>(again.size()));
     };
     if (text.contains(QChar::ReplacementCharacter) && !isSame())
-        throw Error(E_INVALIDARG, kAction, "a text is not valid UTF-8");
-    return text;
+        return {{}, "it is not valid UTF-8"};
+    return {text};
 }
 
-QString fromWide(std::wstring_view wide)
+Converted fromWide(std::wstring_view wide)
 {
     QString text;
     text.reserve(lengthForQt(wide.size()));
     for (const wchar_t unit : wide) {
         const auto character = static_cast<char32_t>(unit);
         if (QChar::isSurrogate(character) || character > QChar::LastValidCodePoint)
-            throw Error(E_INVALIDARG, kAction, "a wide text has a unit that is not a character");
+            return {{}, "it has a wide unit that is not a character"};
         if (QChar::requiresSurrogates(character))
             text.append(QChar(QChar::highSurrogate(character)));
         text.append(QChar(QChar::requiresSurrogates(character) ? QChar::lowSurrogate(character)
                                                                : static_cast<char16_t>(character)));
     }
-    return text;
+    return {text};
 }
 
-void requireNoZero(bool hasNone)
+constexpr const char* kZero = "it has a zero in it";
+
+/// Qt would drop or write what no parser loads.
+QString requireAllowed(QString&& text)
 {
-    if (!hasNone)
-        throw Error(E_INVALIDARG, kAction, "a text has a zero in it");
+    const auto isForbidden = [](QChar c) {
+        return (c < u' ' && c != u'\t' && c != u'\n' && c != u'\r') || c >= QChar(0xFFFE);
+    };
+    const QChar* const found = std::find_if(text.cbegin(), text.cend(), isForbidden);
+    if (found != text.cend())
+        throw Error(E_INVALIDARG, kInvalid,
+                    "XML does not allow the character U+" +
+                        QString::asprintf("%04X", found->unicode()).toStdString());
+    return std::move(text);
 }
 
 enum class InName { no, notFirst, anywhere };
@@ -160,42 +170,55 @@ std::size_t write(Number number, char* to) noexcept
 
 } // namespace
 
+Converted convert(TextView text)
+{
+    Converted converted = text.isWide() ? fromWide(text.wide()) : fromUtf8(text.utf8());
+    if (converted.text.contains(QChar(0)))
+        return {{}, kZero};
+    return converted;
+}
+
 QString toText(TextView text)
 {
-    QString converted = text.isWide() ? fromWide(text.wide()) : fromUtf8(text.utf8());
-    requireNoZero(!converted.contains(QChar(0)));
-    return converted;
+    const Converted converted = convert(text);
+    if (converted.fault)
+        throw Error(E_INVALIDARG, kInvalid, converted.fault);
+    return converted.text;
 }
 
 QString toContent(TextView text)
 {
-    const QString converted = toText(text);
-    const auto isForbidden = [](QChar c) {
-        return (c < u' ' && c != u'\t' && c != u'\n' && c != u'\r') || c >= QChar(0xFFFE);
-    };
-    const QChar* const found = std::find_if(converted.begin(), converted.end(), isForbidden);
-    if (found != converted.end())
-        throw Error(E_INVALIDARG, kAction,
-                    "XML does not allow the character U+" +
-                        QString::asprintf("%04X", found->unicode()).toStdString());
-    return converted;
+    return requireAllowed(toText(text));
 }
 
 QString toCharacters(TextView text)
 {
     if (!text.isWide())
-        return toText(text);
+        return toContent(text);
     const std::wstring wide(text.wide());
-    requireNoZero(wide.find(L'\0') == std::wstring::npos);
-    return kelxml::text::charactersFromWide(wide.c_str());
+    if (wide.find(L'\0') != std::wstring::npos)
+        throw Error(E_INVALIDARG, kInvalid, kZero);
+    return requireAllowed(kelxml::text::charactersFromWide(wide.c_str()));
 }
 
 QString toName(TextView name)
 {
     QString converted = toText(name);
     if (!isName(converted))
-        throw Error(E_INVALIDARG, kAction, '\'' + converted.toStdString() + "' is not a name");
+        throw Error(E_INVALIDARG, "invalid name",
+                    '\'' + inOneLine(converted.toStdString()) + "' is not a name");
     return converted;
+}
+
+std::string inOneLine(const std::string& text)
+{
+    std::string line;
+    for (const char c : text)
+        if (const auto unit = static_cast<unsigned char>(c); unit < ' ')
+            line += QString::asprintf("\\u%04X", unit).toStdString();
+        else
+            line += c;
+    return line;
 }
 
 bool assign(const QString& text, Target target)

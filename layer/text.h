@@ -6,21 +6,36 @@
 
 #include <QtCore/QString>
 
+#include <string>
+
 namespace kel::detail
 {
 
-/// Converts a text without changing it. \throw Error for invalid UTF-8, for wide units that are not
-/// characters, and for zeros
+/// A text, or what is wrong with the one that was passed.
+struct Converted
+{
+    QString text;
+    const char* fault = nullptr;
+};
+
+/// Converts a text without changing it. Faults are invalid UTF-8, wide units that are not characters, and
+/// zeros.
+Converted convert(TextView text);
+
+/// Like `convert`. \throw Error for a fault
 QString toText(TextView text);
 
 /// Like `toText`. \throw Error also for characters that XML does not allow, because no parser would read them
 QString toContent(TextView text);
 
-/// Like `toText`, but replaces wide units that are not characters by U+FFFD, as the filer does.
+/// Like `toContent`, but replaces wide units that are not characters by U+FFFD, as the filer does.
 QString toCharacters(TextView text);
 
 /// Like `toText`. \throw Error also for a text that Qt's parser would not read as a name
 QString toName(TextView name);
+
+/// A path or a name as part of a message of one line: with control characters escaped.
+std::string inOneLine(const std::string& text);
 
 /// \return whether the text is a value of the target's type; if not, the target is unchanged
 bool assign(const QString& text, Target target);

@@ -86,6 +86,20 @@ struct Writer::State
         change(write);
     }
 
+    /// A parser would turn a plain carriage return into a line feed.
+    void putText(const QString& content)
+    {
+        put([&](QXmlStreamWriter& to) {
+            int start = 0;
+            for (int end = 0; (end = content.indexOf(u'\r', start)) >= 0; start = end + 1) {
+                to.writeCharacters(content.mid(start, end - start));
+                to.writeEntityReference(QLatin1String("#xd"));
+            }
+            to.writeCharacters(start == 0 ? content
+                                          : content.mid(start)); // last: Qt indents after references
+        });
+    }
+
     bool isOpen(std::size_t serial) const { return std::binary_search(open.begin(), open.end(), serial); }
 
     /// Ends an element and all open elements in it.
@@ -182,7 +196,7 @@ void Writer::element(TextView name, const Value& text)
     const QString content = detail::toCharacters(text.text());
     const std::size_t serial = m_state->begin(name);
     if (!content.isEmpty())
-        m_state->put([&](QXmlStreamWriter& to) { to.writeCharacters(content); });
+        m_state->putText(content);
     m_state->end(serial);
 }
 
@@ -190,7 +204,7 @@ void Writer::text(const Value& text)
 {
     m_state->requireElement("writing a text");
     const QString content = detail::toCharacters(text.text());
-    m_state->put([&](QXmlStreamWriter& to) { to.writeCharacters(content); });
+    m_state->putText(content);
 }
 
 void Writer::cdata(TextView text)

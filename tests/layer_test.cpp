@@ -97,11 +97,10 @@ TEST_F(Layer, ARefusedChangeChangesNothingAndSaysWhy)
         {[&] { none.append("x"); }, "appending a node: the node to change is null"},
         {[&] { none.setText("x"); }, "setting a text: the node to change is null"},
         {[&] { root.append(none); }, "appending a node: the node is null"},
-        {[&] { root.append("1x"); }, "reading an argument: '1x' is not a name"},
-        {[&] { root.setAttribute("", 1); }, "reading an argument: '' is not a name"},
-        {[&] { root.append("x", "\xC3"); }, "reading an argument: a text is not valid UTF-8"},
-        {[&] { root.setText(L"\xD800"); },
-         "reading an argument: a wide text has a unit that is not a character"},
+        {[&] { root.append("1x"); }, "invalid name: '1x' is not a name"},
+        {[&] { root.setAttribute("a\n", 1); }, "invalid name: 'a\\u000A' is not a name"},
+        {[&] { root.append("x", "\xC3"); }, "invalid text: it is not valid UTF-8"},
+        {[&] { root.setText(L"\xD800"); }, "invalid text: it has a wide unit that is not a character"},
         {[&] { c.append(root); }, "appending a node: the node contains the one that it should go into"},
         {[&] { root.append(document); }, "appending a node: a document cannot be in a tree"},
         {[&] { a.append(attribute); }, "appending a node: the attribute is on an element"},
@@ -145,7 +144,7 @@ TEST_F(Layer, ALoopMayMoveOrRemoveTheNodeThatItHasReached)
             root.child("b").append(element);
         else
             element.parent().remove(element);
-    EXPECT_EQ(4u, root.child("b").children().size()) << "as many as were moved after b was reached";
+    EXPECT_EQ(5u, root.child("b").children().size()) << "b's own is removed, all that moved there stay";
     for (const kel::Node& node : root.nodes())
         root.remove(node);
     EXPECT_EQ("<r/>", xmlOf(root));
@@ -155,6 +154,35 @@ TEST_F(Layer, ALoopMayMoveOrRemoveTheNodeThatItHasReached)
     for (const kel::Attribute& attribute : root.attributes())
         root.removeAttribute(attribute.name());
     EXPECT_TRUE(root.attributes().empty());
+}
+
+TEST_F(Layer, ALoopThatMovesNodesWithinItsListReachesEachOnce)
+{
+    kel::Element list = kel::Document::parse("<l><c/><a/><d/><b/></l>").root();
+    std::string reached;
+    for (const kel::Element& element : list.children()) {
+        reached += element.name() + ' ';
+        kel::Element place = *list.children().begin();
+        while (place != element && place.name() < element.name())
+            place = kel::Element(place.nextSibling());
+        list.insertBefore(element, place);
+    }
+    EXPECT_EQ("c a d b a b c d ", reached + namesIn(list.children()));
+    list.child("a").append("below");
+    reached.clear();
+    for (const kel::Element& element : list.descendants()) {
+        reached += element.name() + ' ';
+        list.append(element);
+    }
+    EXPECT_EQ("a b c d below a b c d below ", reached + namesIn(list.children()));
+    reached.clear();
+    kel::Element single = kel::Document::parse("<l><a/></l>").root();
+    for (const kel::Element& element : single.children())
+        if ((reached += element.name()) == "a") {
+            single.insertBefore("x", element);
+            single.append("y");
+        }
+    EXPECT_EQ("ay", reached) << "new nodes on both sides are no move";
 }
 
 TEST_F(Layer, AnErrorOfLoadingSaysWhichFileWhereAndWhy)
@@ -183,6 +211,9 @@ TEST_F(Layer, AnErrorOfLoadingSaysWhichFileWhereAndWhy)
     EXPECT_EQ(std::pair(Kind::beyondLimit, path + ": nested deeper than 2048 levels"),
               loadErrorOfText(QByteArray("<d>").repeated(2049).toStdString()));
     EXPECT_EQ("text:1:7: tag mismatch", messageOf([] { kel::Document::parse(L"<a></b>"); }));
+    EXPECT_THROW(kel::Document::parse("<r>\xFF</r>"), kel::LoadError);
+    EXPECT_EQ(std::pair(Kind::unreadable, std::string("'': No such file or directory")), loadErrorOf(""));
+    EXPECT_EQ("a\\u000Ab: No such file or directory", loadErrorOf("a\nb").second);
     EXPECT_EQ(std::pair(Kind{}, std::string()), loadErrorOfText("<r/>"));
 }
 
@@ -199,6 +230,7 @@ TEST_F(Layer, ASavedFileIsCompleteOrTheOldOne)
     EXPECT_EQ(document.toString({-1}), kel::Document::load(path).toString({-1}));
     EXPECT_EQ(path + "/x: Not a directory", messageOf([&] { document.save(path + "/x"); }));
     EXPECT_THROW(document.save(std::string("a\0b", 3)), kel::SaveError);
+    EXPECT_EQ(path + ": the document is empty", messageOf([&] { kel::Document().save(path); }));
 }
 
 TEST_F(Layer, AWriterClosesWhatIsOpenInAnyOrder)
@@ -232,12 +264,14 @@ TEST_F(Layer, AWriterClosesWhatIsOpenInAnyOrder)
     kel::Writer writer(path);
     auto root = writer.element("r");
     writer.cdata("a]]>b");
+    writer.element("cr", "p\rq\r");
     for (int count = 0; count < 10000; ++count)
         writer.element("e", count);
     writer.close();
     writer.close();
     const kel::Element read = kel::Document::load(path).root();
     EXPECT_EQ(10000u, read.children("e").size());
+    EXPECT_TRUE(contentOf(QString::fromStdString(path)).contains("<cr>p&#xd;q&#xd;</cr>"));
     EXPECT_EQ("a]]>b", read.nodes().begin()->text() + std::next(read.nodes().begin())->text());
 }
 
@@ -250,10 +284,12 @@ TEST_F(Layer, AWriterRefusesWhatNobodyCouldRead)
     root.attribute("a", 1);
     const std::pair<std::function<void()>, const char*> refusals[] = {
         {[&] { root.attribute("a", 2); }, "writing an attribute: the element has it already"},
-        {[&] { root.attribute("1", 2); }, "reading an argument: '1' is not a name"},
-        {[&] { writer.element("<"); }, "reading an argument: '<' is not a name"},
-        {[&] { writer.text("\xFF"); }, "reading an argument: a text is not valid UTF-8"},
-        {[&] { writer.cdata(std::wstring(1, L'\0')); }, "reading an argument: a text has a zero in it"},
+        {[&] { root.attribute("1", 2); }, "invalid name: '1' is not a name"},
+        {[&] { writer.element("<"); }, "invalid name: '<' is not a name"},
+        {[&] { writer.text("\xFF"); }, "invalid text: it is not valid UTF-8"},
+        {[&] { writer.cdata(std::wstring(1, L'\0')); }, "invalid text: it has a zero in it"},
+        {[&] { writer.text("x\x01y"); }, "invalid text: XML does not allow the character U+0001"},
+        {[&] { writer.comment(L"\xFFFE"); }, "invalid text: XML does not allow the character U+FFFE"},
         {[&] { writer.comment("-"); },
          "writing a comment: a comment cannot contain two hyphens in a row, nor end in one"},
         {[&] { writer.instruction("x", "?>"); }, "writing an instruction: an instruction cannot contain ?>"},
@@ -266,6 +302,7 @@ TEST_F(Layer, AWriterRefusesWhatNobodyCouldRead)
         {[&] { writer.close(); }, "/dev/full: No space left on device"},
         {[&] { writer.close(); }, "/dev/full: No space left on device"},
         {[] { kel::Writer("/dev/null/x"); }, "/dev/null/x: Not a directory"},
+        {[] { kel::Writer(""); }, "'': No such file or directory"},
     };
     for (const auto& [write, message] : refusals)
         EXPECT_EQ(message, messageOf(write));

@@ -6,7 +6,8 @@
 /// - Elements, nodes and documents are values: cheap to copy, copies refer to the same node, and a value that
 ///   refers to nothing is null. Each keeps its document alive.
 /// - Reading from null gives the default or an empty text. Changing null, or a change that is not made,
-///   throws `kel::Error`; nothing has changed then unless said otherwise.
+///   throws `kel::Error`; nothing has changed then unless said otherwise. It is a `std::runtime_error` with a
+///   `code()`.
 /// - Texts and names are UTF-8 or wide, whichever the caller passes; invalid ones throw. Paths are UTF-8 in
 ///   any locale.
 /// - All of it may throw `std::bad_alloc`. A document and what belongs to it are used by one thread at a

@@ -16,7 +16,8 @@ namespace kel
 class KEL_EXPORT Document : public Container
 {
 public:
-    /// An empty document: its `root` is null until an element is appended.
+    /// An empty document: its `root` is null until an element is appended. It has an XML declaration only if
+    /// an instruction `xml` is appended first.
     Document();
     /// A document with a root element. \param rootName its tag name. \throw Error when that is not a name
     explicit Document(TextView rootName);
@@ -35,10 +36,10 @@ public:
     Element root() const;
 
     /// Writes the document to a file, encoded as its XML declaration says. An existing file is replaced only
-    /// once the new one is complete; its permissions and symbolic links stay.
-    /// \param path in UTF-8
-    /// \param options see `SaveOptions`
-    /// \throw SaveError; an existing file is as it was
+    /// once the new one is complete; its permissions and symbolic links stay, and other hard links keep the
+    /// old one. Where the directory takes no new file, an existing one is written in place. \param path in
+    /// UTF-8 \param options see `SaveOptions` \throw SaveError, also for an empty document; an existing file
+    /// is as it was
     void save(const std::filesystem::path& path, const SaveOptions& options = {}) const;
 
     /// As `Node::clone`.

@@ -58,13 +58,13 @@ public:
 
     /// Inserts a new element.
     /// \param name its tag name
-    /// \param reference a child of this one
+    /// \param reference a child of this one; not null: see `append`
     /// \return the new element
     /// \throw Error as `append`, and when `reference` is not a child
     Element insertBefore(TextView name, const Node& reference);
     /// Inserts a node. One that has a place already moves.
     /// \param node any node
-    /// \param reference a child of this one
+    /// \param reference a child of this one; not null: see `append`
     /// \throw Error as `append`, and when `reference` is not a child
     void insertBefore(const Node& node, const Node& reference);
     /// Puts `replacement` in the place of `child`, which has no parent then.
@@ -98,7 +98,8 @@ public:
     /// \param name of the attribute
     /// \param otherwise given for null, when there is no such attribute, and for a value that is not of its
     ///        type; decides the type: a text, a number or `bool`. White space around a number or `bool` is
-    ///        skipped
+    ///        skipped. Integers are decimal digits after an optional sign (`+5`, `007`, not `5.0`, `1e3` or
+    ///        `0x10`); of `double`, `1e3`, `inf` and `nan` are values too
     template <class Default>
     detail::TypeOf<Default> attribute(TextView name, const Default& otherwise) const
     {

@@ -33,9 +33,9 @@ public:
 
     /// Where it failed.
     Kind kind() const noexcept { return m_kind; }
-    /// The line, counted from 1; 0 unless the text is not well-formed.
+    /// The line, counted from 1; 0 unless the text is not well-formed, and for one that is not valid UTF-8.
     int line() const noexcept { return m_line; }
-    /// The column, counted from 1; 0 unless the text is not well-formed.
+    /// The column, counted from 1; 0 where the line is.
     int column() const noexcept { return m_column; }
     /// What went wrong, without the file's name and the place.
     const std::string& reason() const noexcept { return m_reason; }

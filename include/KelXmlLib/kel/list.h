@@ -19,6 +19,8 @@ namespace detail
 
 /// Which nodes a list shows.
 struct Selection;
+/// Which nodes a loop has moved.
+struct MovedNodes;
 
 /// A walk over the nodes of a selection.
 class KEL_EXPORT Walk
@@ -38,8 +40,10 @@ private:
     void reach(Node&& found, Node& current);
 
     std::shared_ptr<const Selection> m_selection;
-    Node m_parent; ///< of the current node when it was reached
-    Node m_after;  ///< its next sibling then
+    std::shared_ptr<MovedNodes> m_moved;
+    Node m_parent;                  ///< of the current node when it was reached
+    Node m_after;                   ///< its next sibling then
+    const void* m_before = nullptr; ///< its previous sibling then; only compared
 };
 
 /// How many nodes are selected. \param selection may be null
@@ -50,8 +54,10 @@ KEL_EXPORT bool hasAny(const std::shared_ptr<const Selection>& selection);
 } // namespace detail
 
 /// A live list: it shows the tree as it is at each step. The loop may change, move or remove the node that it
-/// has reached, and may append nodes, which it then reaches too. If it removes both that node and the one
-/// after it, it can end early. `Item` is `Element` or `Node`.
+/// has reached, and may append nodes, which it then reaches too. After moving or removing the node, it goes
+/// on with the sibling that came next before, and ends after the last one. A node that moves within the list
+/// is not reached again; what is below it is, if it moved to a later place. If the loop moves or removes both
+/// the node and the one after it, it can end early. `Item` is `Element` or `Node`.
 template <class Item>
 class List
 {

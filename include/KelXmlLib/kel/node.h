@@ -104,7 +104,7 @@ public:
     }
     /// The same, with a default.
     /// \param otherwise given for null, and for a text that is not a value of its type; decides the type: a
-    ///        text, a number or `bool`. White space around a number or `bool` is skipped
+    ///        text, a number or `bool`, as for `Element::attribute`
     template <class Default>
     detail::TypeOf<Default> text(const Default& otherwise) const
     {

@@ -13,8 +13,10 @@
 namespace kel
 {
 
-/// Writes one XML file from start to end: UTF-8, with a declaration, indented. Units that are not characters
-/// are written as U+FFFD.
+/// Writes one XML file from start to end: UTF-8, with a declaration, indented. Wide units that are not
+/// characters (half a surrogate pair, above U+10FFFF) are written as U+FFFD. Invalid texts throw: UTF-8 that
+/// is not valid, and characters that XML does not allow. Parsers read a carriage return in a comment, CDATA
+/// section or instruction as a line feed.
 class KEL_EXPORT Writer
 {
     struct State;
@@ -47,7 +49,8 @@ public:
         std::size_t m_serial;
     };
 
-    /// Starts a new file. Closing the writer replaces an existing file, unless a write failed.
+    /// Starts a new file. Closing the writer replaces an existing file, as `Document::save` does, unless a
+    /// write failed.
     /// \param path in UTF-8
     /// \param indent whether every element begins on a line of its own
     /// \throw SaveError
