@@ -2,6 +2,7 @@
 
 #include "dom/content.h"
 
+#include "qt/default_floating_point.h"
 #include "text/strings.h"
 #include "trees/tree.h"
 
@@ -10,6 +11,13 @@ namespace kelxml::dom
 
 namespace
 {
+
+template <class Number>
+void setNumber(const NodeRef& element, const QString& name, const Number& value)
+{
+    const qt::DefaultFloatingPoint environment;
+    trees::setAttribute(element, name, value);
+}
 
 /// Does not follow VT_BYREF: the whole type must match.
 void setByType(const NodeRef& element, const QString& name, const VARIANT& value)
@@ -32,10 +40,10 @@ void setByType(const NodeRef& element, const QString& name, const VARIANT& value
     case VT_UI8:
         return trees::setAttribute(element, name, qulonglong{value.ullVal});
     case VT_R4:
-        return trees::setAttribute(element, name, value.fltVal);
+        return setNumber(element, name, value.fltVal);
     case VT_R8:
     case VT_DATE:
-        return trees::setAttribute(element, name, value.dblVal);
+        return setNumber(element, name, value.dblVal);
     default:
         return;
     }

@@ -1,11 +1,11 @@
 // Converts numbers, booleans and texts into each other, and asks objects for interfaces.
 
 #include "platform/coerce.h"
+#include "qt/default_floating_point.h"
 
 #include <QtCore/QLocale>
 #include <QtCore/QString>
 #include <algorithm>
-#include <cfenv>
 #include <cmath>
 #include <limits>
 
@@ -116,24 +116,6 @@ std::uint64_t rounded(const Fraction& number)
     return rest > number.denominator || (isHalf && whole % 2 == 1) ? whole + 1 : whole;
 }
 
-/// Gives Qt the default floating-point environment while it converts texts, then restores the host's. Traps
-/// that the host has unmasked would end the process, and its rounding mode would change digits.
-class DefaultFloatingPoint
-{
-public:
-    DefaultFloatingPoint()
-    {
-        std::fegetenv(&m_saved);
-        std::fesetenv(FE_DFL_ENV);
-    }
-    ~DefaultFloatingPoint() { std::fesetenv(&m_saved); }
-    DefaultFloatingPoint(const DefaultFloatingPoint&) = delete;
-    DefaultFloatingPoint& operator=(const DefaultFloatingPoint&) = delete;
-
-private:
-    std::fenv_t m_saved{};
-};
-
 /// Reads an integer of any type whose values all fit. `VT_EMPTY` is read as 0.
 bool readExactInteger(const VARIANT& plain, std::int64_t& integer)
 {
@@ -172,7 +154,7 @@ bool readExactInteger(const VARIANT& plain, std::int64_t& integer)
 
 HRESULT parseNumber(BSTR text, Fraction& number)
 {
-    const DefaultFloatingPoint environment;
+    const kelxml::qt::DefaultFloatingPoint environment;
     bool isNumber = false;
     const double value = textOf(text).toDouble(&isNumber);
     if (!isNumber)
@@ -229,7 +211,7 @@ QString currencyText(std::int64_t amount)
 
 HRESULT floatText(const VARIANT& plain, QString& text)
 {
-    const DefaultFloatingPoint environment;
+    const kelxml::qt::DefaultFloatingPoint environment;
     const bool isFloat = plain.vt == VT_R4;
     const double number = isFloat ? static_cast<double>(plain.fltVal) : plain.dblVal;
     if (!std::isfinite(number))

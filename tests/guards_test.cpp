@@ -5,6 +5,7 @@
 #include "support/beside_qt.h"
 #include "support/dom_fixture.h"
 
+#include <cfenv>
 #include <cstring>
 #include <set>
 
@@ -48,6 +49,29 @@ TEST_F(Guards, ALargeMapGivesEachAttributeOnceAlsoAfterOthersHaveComeAndGone)
         EXPECT_EQ(static_cast<std::size_t>(count), names.size());
         kel::Element(*root).removeAttribute("a1");
         EXPECT_EQ(count - 1, lengthOf(*map));
+    }
+}
+
+TEST_F(Guards, AnAttributeIsSetToANumberWhateverTheHostsFloatingPointEnvironment)
+{
+    const auto root = rootOf(documentOf(L"<a/>"));
+    const auto textOf = [&](const VARIANT& number) {
+        root->setAttribute(Bstr(L"n").get(), number);
+        return kel::Element(*root).attribute("n", "");
+    };
+    constexpr std::uint64_t kNumbers[] = {0x3FB999999999999A, 0x7FF0000000000001, 0x0000000000000001};
+    for (const std::uint64_t bits : kNumbers) {
+        VARIANT number{};
+        number.vt = VT_R8;
+        std::memcpy(&number.dblVal, &bits, sizeof bits); // 0.1, a signalling NaN and a denormal number
+        const std::string expected = textOf(number);
+        feenableexcept(FE_ALL_EXCEPT);
+        fesetround(FE_UPWARD);
+        const std::string written = textOf(number);
+        const bool isRestored = fegetexcept() == FE_ALL_EXCEPT && fegetround() == FE_UPWARD;
+        fesetenv(FE_DFL_ENV);
+        EXPECT_EQ(expected, written);
+        EXPECT_TRUE(isRestored);
     }
 }
 

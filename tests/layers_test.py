@@ -5,7 +5,7 @@ import re
 import sys
 
 BELOW = {
-    'platform': {'KelComWrapper'},
+    'platform': {'KelComWrapper', 'qt'},
     'text': {'KelComWrapper'},
     'limits': set(),
     'qt': set(),
