@@ -31,15 +31,12 @@ if(KEL_SANITIZE)
 endif()
 
 # Cheap hardening; packages add what their distribution requires. Sanitizers already check more.
-include(CheckCXXCompilerFlag)
 add_link_options(-Wl,-z,relro,-z,now)
-foreach(flag -fcf-protection -mbranch-protection=standard) # for amd64 and arm64
-  string(MAKE_C_IDENTIFIER KEL_HAS${flag} known)
-  check_cxx_compiler_flag(${flag} ${known})
-  if(${known})
-    add_compile_options(${flag})
-  endif()
-endforeach()
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+  add_compile_options(-fcf-protection)
+elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "aarch64|arm64")
+  add_compile_options(-mbranch-protection=standard)
+endif()
 if(NOT KEL_SANITIZE AND NOT CMAKE_CXX_FLAGS MATCHES _FORTIFY_SOURCE)
   # Some compilers already define it.
   add_compile_options($<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release,RelWithDebInfo>:-D_FORTIFY_SOURCE=2>)

@@ -4,12 +4,13 @@
 #include "support/type_library_walk.h"
 #include "support/variant_text.h"
 
+#include <QtCore/QRegularExpression>
+
 #include <atomic>
 #include <cxxabi.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <map>
-#include <regex>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
@@ -189,12 +190,14 @@ TEST(TypeLibraryFiles, ContradictionsAndUnknownsAreRefused)
 /// does not describe.
 std::string declarationOf(const std::string& symbol)
 {
-    static const std::regex others(
-        R"(tagDOMNodeType|IXMLDOM(?!(Node|Document|Element|Attribute|NodeList|NamedNodeMap)\b)\w+)");
+    static const QRegularExpression others(QStringLiteral(
+        R"(tagDOMNodeType|IXMLDOM(?!(Node|Document|Element|Attribute|NodeList|NamedNodeMap)\b)\w+)"));
     const std::unique_ptr<char, decltype(&std::free)> whole(
         abi::__cxa_demangle(symbol.c_str(), nullptr, nullptr, nullptr), &std::free);
-    const std::string text = whole.get();
-    return std::regex_replace(text.substr(text.find("::") + 2), others, "other");
+    const QString text = QString::fromLatin1(whole.get());
+    return text.mid(text.indexOf(QLatin1String("::")) + 2)
+        .replace(others, QStringLiteral("other"))
+        .toStdString();
 }
 
 TEST(XmlDomLibrary, HasThePublishedIdentifiersAndTheDeclarationsOfTheVtables)
