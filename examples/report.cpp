@@ -25,11 +25,11 @@ try {
     }
     const auto document = kel::Document::load(words[1]);
     std::map<std::string, Sum> sums;
-    for (kel::Element reading : document.root().children("reading")) {
+    for (const kel::Element& reading : document.root().children("reading")) {
         Sum& sum = sums[reading.attribute("station", "unknown")];
         ++sum.count;
         sum.rain += reading.attribute("rain", 0.0);
-        for (kel::Element remark : reading.children("remark"))
+        for (const kel::Element& remark : reading.children("remark"))
             sum.letters += remark.text().size();
     }
 

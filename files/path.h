@@ -8,6 +8,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace kelxml::files
 {
@@ -30,7 +31,7 @@ public:
     const QString& name() const { return m_name; }
 
 private:
-    explicit Path(const QString& name) : m_name(name) {}
+    explicit Path(QString name) : m_name(std::move(name)) {}
 
     QString m_name;
 };

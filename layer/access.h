@@ -45,7 +45,7 @@ struct Access
     template <class Value = Node>
     static Value make(kelxml::qt::MovableNode&& node, const QDomDocument& document)
     {
-        Value value = null<Value>();
+        auto value = null<Value>();
         assign(value, std::move(node), document);
         return value;
     }

@@ -127,7 +127,7 @@ Node Container::appendComment(TextView text)
 {
     const QString data = detail::toContent(text);
     detail::requireComment(data, kAppending);
-    const Node node =
+    Node node =
         made<Node>(*this, kAppending, [&](QDomDocument& document) { return document.createComment(data); });
     append(node);
     return node;
@@ -138,7 +138,7 @@ Node Container::appendInstruction(TextView target, TextView data)
     const QString name = detail::toName(target);
     const QString content = detail::toContent(data);
     detail::requireWithout("?>", content, kAppending, detail::reason::kInstruction);
-    const Node node = made<Node>(*this, kAppending, [&](QDomDocument& document) {
+    Node node = made<Node>(*this, kAppending, [&](QDomDocument& document) {
         return document.createProcessingInstruction(name, content);
     });
     append(node);

@@ -87,7 +87,7 @@ Node Element::appendText(const Value& text)
     requireElement(*this, kAction);
     QDomDocument document = documentOf(*this);
     const QString data = detail::toContent(text.text());
-    const Node node = Access::make(document.createTextNode(data), document);
+    Node node = Access::make(document.createTextNode(data), document);
     append(node);
     return node;
 }
@@ -99,7 +99,7 @@ Node Element::appendCData(TextView text)
     const QString data = detail::toContent(text);
     detail::requireWithout("]]>", data, kAction, detail::reason::kCData);
     QDomDocument document = documentOf(*this);
-    const Node node = Access::make(document.createCDATASection(data), document);
+    Node node = Access::make(document.createCDATASection(data), document);
     append(node);
     return node;
 }

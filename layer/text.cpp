@@ -11,10 +11,7 @@
 #include <limits>
 #include <new>
 
-namespace kel
-{
-
-namespace detail
+namespace kel::detail
 {
 
 namespace
@@ -246,6 +243,4 @@ std::size_t writeNumber(double number, char* to) noexcept
     return write(number, to);
 }
 
-} // namespace detail
-
-} // namespace kel
+} // namespace kel::detail

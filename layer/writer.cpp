@@ -188,7 +188,7 @@ Writer::~Writer()
 
 Writer::Element Writer::element(TextView name)
 {
-    return Element(m_state, m_state->begin(name));
+    return {m_state, m_state->begin(name)};
 }
 
 void Writer::element(TextView name, const Value& text)
