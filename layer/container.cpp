@@ -59,8 +59,8 @@ Result made(const Node& parent, const char* action, Create create)
 Element madeElement(const Node& parent, TextView name, const char* action)
 {
     const QString tagName = detail::toName(name);
-    return made<Element>(
-        parent, action, [&](QDomDocument& document) { return document.createElementNS(QString(), tagName); });
+    return made<Element>(parent, action,
+                         [&](QDomDocument& document) { return document.createElement(tagName); });
 }
 
 } // namespace

@@ -226,6 +226,7 @@ TEST_F(Layer, ASavedFileIsCompleteOrTheOldOne)
     EXPECT_EQ("<?xml version='1.0' encoding='ISO-8859-1'?>\n<r a=\"\xE9\" b=\"1\">\n    <c/>\n</r>\n",
               contentOf(QString::fromStdString(path)));
     EXPECT_EQ(document.toString(), document.clone().toString());
+    EXPECT_EQ("<p:n/>\n", kel::Document("p:n").toString());
     document.save(path, {-1});
     EXPECT_EQ(document.toString({-1}), kel::Document::load(path).toString({-1}));
     EXPECT_EQ(path + "/x: Not a directory", messageOf([&] { document.save(path + "/x"); }));
