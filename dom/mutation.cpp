@@ -1,5 +1,5 @@
-// Every change works alike: recognise the child, change the tree, return a new object for the child. Refusals
-// are not reported, except that an element's `removeChild` returns what Qt says it removed.
+// Every change has the same steps: recognise the child, change the tree, return a new object for the child.
+// Refusals are not reported, except that an element's `removeChild` returns what Qt says it removed.
 
 #include "dom/mutation.h"
 

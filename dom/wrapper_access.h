@@ -38,12 +38,12 @@ struct WrapperAccess
     }
     static DocumentRef documentOf(const CMorvXMLDOMDocument& document) { return {document.m_document}; }
 
-    /// Creates the Qt document of a document object that was never loaded, as its first new node would.
+    /// Creates the Qt document of a document object that was never loaded, as creating its first node does.
     static void makeDocument(CMorvXMLDOMDocument& document) { document.m_document.createDocumentFragment(); }
 
     /// For an object with an owner element: releases the other members in the documented order. C++ would
-    /// destroy the owner element, a later member, first; but it must go last because the others may point
-    /// into it. Without an owner element, the order of the members is right.
+    /// destroy the owner element first, because it is declared last. It must be destroyed last, because the
+    /// other members may point into it. Without an owner element, the default order is right.
     template <class QtHandle>
     static void releaseBefore(const QDomNode& ownerElement, kel::ComPtr<CMorvXMLDOMDocument>& ownerDocument,
                               QDomDocument& document, QtHandle& handle)

@@ -10,7 +10,7 @@
 namespace kelxml::files
 {
 
-/// To be called before Qt's objects for a file are created. Qt crashes if memory runs out while it creates
+/// Call this before creating Qt's objects for a file. Qt crashes if memory runs out while it creates
 /// the first `QObject` of a thread, or connects a text stream to its device. Allocating and freeing this much
 /// first makes a failure there unlikely. \throw std::bad_alloc
 inline void ensureMemoryForQt()
@@ -19,17 +19,17 @@ inline void ensureMemoryForQt()
     QByteArray(kBytes, Qt::Uninitialized);
 }
 
-/// Ensures the memory first, so it is the first base class.
+/// Must be the first base class, so that it ensures the memory before `QFile` is constructed.
 struct MemoryForQt
 {
     MemoryForQt() { ensureMemoryForQt(); }
 };
 
-/// A file whose path was checked and that has the memory Qt needs. Everything that Qt opens is one of these.
+/// A file whose path was checked and that has the memory Qt needs. Qt opens only files of this class.
 class File : private MemoryForQt, public QFile
 {
 public:
-    /// To be opened by descriptor.
+    /// For a file that is opened by descriptor.
     File() = default;
     explicit File(const Path& path) : QFile(path.name()) {}
 

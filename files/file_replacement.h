@@ -1,4 +1,4 @@
-// Replaces a file once the new one is complete. Until then the old one stays.
+// Replaces a file once the new one is complete. Until then the old file stays in place.
 
 #pragma once
 
@@ -27,14 +27,15 @@ private:
 
 /// Writes a new file and replaces the old one when it is complete. Without `commit`, the old file stays.
 ///
-/// - The new file is created in the directory of the old one: without a name if the file system supports
-///   that, so that nothing remains even if the process is killed.
+/// - The new file is created in the directory of the old one. If the file system supports it, the file has no
+///   name, so that nothing remains even if the process is killed.
 /// - Symbolic links are followed as the kernel follows them and stay links. A dangling link creates the file
 ///   that it leads to.
-/// - A file that may not be written is not replaced either.
-/// - Permissions, owner, group and access control list stay. If the system does not allow that, nobody who
-///   could not read the old file can read the new one: without the owner, the set-uid bit is cleared; without
-///   the group, its members get what everybody has; without the list, only the owner's permissions remain.
+/// - A file that the process may not write is not replaced.
+/// - Permissions, owner, group and access control list are preserved. If the system does not allow that,
+///   nobody who could not read the old file can read the new one: without the owner, the set-uid bit is
+///   cleared; without the group, its members get the permissions of others; without the list, only the
+///   owner's permissions remain.
 /// - Of a file with several names (hard links), only the given name is replaced.
 /// - If the directory accepts no new file (EACCES, EPERM), an existing file is overwritten, after all bytes
 ///   are known and, if the file system supports it, space is reserved. Only then can a failure lose the old
@@ -75,10 +76,10 @@ private:
     Way m_way = Way::byRename;
     Descriptor m_old;          ///< not open if there is no file yet
     struct stat m_status = {}; ///< of the old file
-    Descriptor m_directory;    ///< of the file that is replaced
+    Descriptor m_directory;    ///< the directory of the replaced file
     std::string m_name;        ///< in `m_directory`
     Descriptor m_new;
-    std::string m_temporaryName;    ///< of the new file; empty while it has none
+    std::string m_temporaryName;    ///< of the new file; empty while the file is unnamed
     std::string m_pending;          ///< to be written in place
     bool m_isEmptyFileOurs = false; ///< created for a dangling link
 };

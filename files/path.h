@@ -13,19 +13,20 @@
 namespace kelxml::files
 {
 
-/// Whether Qt's codecs exist. At the end of the process they are destroyed before globals that were created
-/// before them; no file is opened after that.
+/// Whether Qt's codecs still exist. At exit they are destroyed before the globals that were created earlier
+/// than they were. No file is opened after that.
 bool hasCodecs();
 
-/// A path that a caller of the COM interfaces or of the filer passed, and that names the file that it says.
+/// A path that a caller of the COM interfaces or of the filer passed. Qt opens exactly the file that it
+/// names.
 class Path
 {
 public:
-    /// \return nothing for an empty path, for one that Qt would change into another file's path, because it
-    /// has a unit that is not a character or a character that the encoding of file names lacks, and once the
-    /// codecs are destroyed
+    /// \return nothing for an empty path, after the codecs are destroyed, and for a path that Qt would change
+    /// into another file's path. Qt does so if a unit is not a character, or if the encoding of file names
+    /// lacks a character.
     static std::optional<Path> from(const wchar_t* path);
-    /// As above, of a `VT_BSTR`. \return nothing for any other type
+    /// The same for a `VT_BSTR`. \return nothing for any other type
     static std::optional<Path> from(const VARIANT& path);
 
     const QString& name() const { return m_name; }
@@ -38,7 +39,7 @@ private:
 
 /// Whether a path in the system's own bytes may be opened.
 bool isUsable(const std::string& path);
-/// Why a path that is not usable is refused.
+/// The reason for refusing an unusable path.
 constexpr const char* kNotUsable = "the path has a zero in it, or the process is ending";
 
 } // namespace kelxml::files

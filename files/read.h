@@ -10,7 +10,7 @@
 namespace kelxml::files
 {
 
-/// The bytes of a file, or why there are none.
+/// The bytes of a file, or why it could not be read.
 struct Contents
 {
     QByteArray bytes;

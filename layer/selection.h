@@ -11,7 +11,7 @@ namespace kel::detail
 
 struct Selection
 {
-    QString name; ///< null for any
+    QString name; ///< null selects every name
     bool elementsOnly = true;
     bool deep = false; ///< all descendants, not only children
     Node origin = {};
@@ -29,7 +29,7 @@ List<Item> select(const Node& origin, Selection selection)
     return List<Item>(std::make_shared<const Selection>(std::move(selection)));
 }
 
-/// The first element with that name among a node and its next siblings.
+/// The first element with that name, starting at a node and going through its next siblings.
 kelxml::qt::MovableNode firstNamed(kelxml::qt::MovableNode&& node, const QString& name);
 
 } // namespace kel::detail

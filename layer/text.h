@@ -11,7 +11,7 @@
 namespace kel::detail
 {
 
-/// A text, or what is wrong with the one that was passed.
+/// A converted text, or what was wrong with the argument.
 struct Converted
 {
     QString text;
@@ -34,7 +34,7 @@ QString toCharacters(TextView text);
 /// Like `toText`. \throw Error also for a text that Qt's parser would not read as a name
 QString toName(TextView name);
 
-/// A path or a name as part of a message of one line: with control characters escaped.
+/// Escapes control characters in a path or a name, so that a message stays on one line.
 std::string inOneLine(const std::string& text);
 
 /// \return whether the text is a value of the target's type; if not, the target is unchanged

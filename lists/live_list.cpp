@@ -1,5 +1,5 @@
 // Lists with cached nodes are registered by their origin. A change looks up its parent node and, if elements
-// are inserted or removed, the nodes above. It costs nothing for lists of other nodes.
+// are inserted or removed, the nodes above. Lists of other nodes cost it nothing.
 
 #include "lists/live_list.h"
 
@@ -20,10 +20,11 @@ namespace
 /// found by name are always cached, because a search scans the document.
 constexpr std::size_t kCachedFrom = 8;
 
-/// Node, whether by name, name, list. Sorted, so that the lists of one node are next to each other.
+/// The node's address, whether the list is by name, the name, the list. Sorting keeps the lists of one node
+/// next to each other.
 using Entry = std::tuple<std::uintptr_t, bool, QString, LiveList*>;
 
-/// A part of the registry. All threads use it, each for the lists of its own documents.
+/// A part of the registry. All threads share it; each accesses only the lists of its own documents.
 struct Shelf
 {
     std::mutex lock;
@@ -39,14 +40,14 @@ std::uintptr_t addressOf(const QDomNode& node)
 
 Shelf& shelfOf(std::uintptr_t address)
 {
-    static auto& shelves = *new std::array<Shelf, 256>; // static objects may own lists: it is never destroyed
-    // The multiplication spreads addresses that are close together; its high bits are the best.
+    static auto& shelves = *new std::array<Shelf, 256>; // never destroyed: static objects may own lists
+    // The multiplication spreads addresses that are close together; its high bits are mixed best.
     constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
     return shelves[(address * kOdd >> 32) % shelves.size()];
 }
 
-/// At most `most` of the cached lists of the children of `node`, or of elements below it: of one name, or
-/// all.
+/// Returns up to `most` cached lists: those of the children of `node`, or those of the elements below it. Of
+/// the latter, only those for `tagName`, unless it is null.
 std::vector<LiveList*> listsOf(const QDomNode& node, bool areByTagName, const QString& tagName = {},
                                std::size_t most = std::numeric_limits<std::size_t>::max())
 {
@@ -144,7 +145,7 @@ void LiveList::dropCache()
     shelf.lists.erase({address, isByTagName(), m_origin.tagName, this});
 }
 
-/// \return the first nodes, at least `count` of them if there are as many
+/// \return the first nodes: at least `count`, or all if there are fewer
 const std::vector<qt::MovableNode>& LiveList::read(std::size_t count)
 {
     if (!m_isCached) {
@@ -183,7 +184,7 @@ void invalidate(const QDomNode& node, const QDomNode& parent)
     qt::MovableNode element{QDomNode(node)};
     if (!element.isElement())
         element = nextElement(element, node);
-    std::vector<qt::MovableNode> searched; // of the nodes above
+    std::vector<qt::MovableNode> searched; // the ancestors that have cached lists by name
     for (qt::MovableNode above{QDomNode(parent)}; !element.isNull() && !above.isNull();
          above = above.parentNode())
         if (!listsOf(above, true, {}, 1).empty())

@@ -1,4 +1,4 @@
-// The only way to Qt's parser: nothing else calls `QDomDocument::setContent`.
+// Calls Qt's parser. Nothing else may call `QDomDocument::setContent`.
 
 #pragma once
 
@@ -20,8 +20,8 @@ struct ParseResult
 {
     ParseFailure failure = ParseFailure::None;
     limits::Limit limit = limits::Limit::None; ///< for `BeyondLimit`
-    QString reason = {};                       ///< for `Unreadable` the system's, for `NotWellFormed` Qt's
-    int line = 0;                              ///< for `NotWellFormed`, from 1
+    QString reason = {}; ///< from the system if `Unreadable`, from Qt if `NotWellFormed`
+    int line = 0;        ///< for `NotWellFormed`, from 1
     int column = 0;
 
     explicit operator bool() const { return failure == ParseFailure::None; }
@@ -32,7 +32,7 @@ struct ParseResult
 /// well-formed, the document gets what Qt read up to the error. \throw std::bad_alloc
 ParseResult parseText(QDomDocument& document, const QString& text);
 
-/// The same for a file. It is read once, so that the bytes that are checked are the bytes that are parsed. A
+/// The same for a file. Reads it only once, so that exactly the checked bytes are parsed. A
 /// file that cannot be read to its end is refused like one that exceeds a limit. An empty file clears the
 /// document.
 ParseResult parseFile(QDomDocument& document, const files::Path& path);

@@ -19,15 +19,16 @@ struct Prescan
 {
     /// The first limit that the text exceeds.
     limits::Limit exceeded;
-    /// The deepest nesting that the parser reaches, up to where the prescan stopped; for `hasRoomToParse`.
+    /// The deepest nesting that the parser reaches before the point where the prescan stopped. Input for
+    /// `hasRoomToParse`.
     int nesting;
 
     bool isWithinLimits() const { return exceeded == limits::Limit::None; }
 };
 
 /// Follows the parser, not the XML standard: every entity reference splices characters, even if the value's
-/// markup is not balanced. Stops where the parser is sure to stop, which leaves it to the parser to refuse
-/// malformed text, and after the document element. Takes linear time, and memory only for the entities.
+/// markup is not balanced. Stops after the document element, and wherever the parser is sure to stop; the
+/// parser then refuses the malformed text itself. Takes linear time, and memory only for the entities.
 Prescan prescan(const QString& text);
 
 /// The same for the characters that the parser will see, decoded by the same input source.

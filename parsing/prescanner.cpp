@@ -10,7 +10,7 @@ namespace kelxml::parsing
 namespace
 {
 
-// The parser knows these before it looks at declarations, and splices nothing for them.
+// The predefined entities. The parser resolves them before it looks at declarations, and splices nothing.
 bool isPredefined(const QString& name)
 {
     return name == QLatin1String("amp") || name == QLatin1String("lt") || name == QLatin1String("gt") ||
@@ -19,7 +19,7 @@ bool isPredefined(const QString& name)
 
 } // namespace
 
-// After the document element nothing nests and nothing is spliced.
+// Nothing after the document element can nest or splice, so the scan ends there.
 Prescan Prescanner::document()
 {
     if (prolog())
@@ -33,7 +33,8 @@ Prescan Prescanner::value()
     return {m_exceeded, m_nesting};
 }
 
-// Up to the document element's start tag. The parser takes a second document type declaration like a first.
+// Up to the document element's start tag. The parser accepts a second document type declaration like the
+// first.
 bool Prescanner::prolog()
 {
     while (firstNoSpace() == u'<') {
@@ -51,7 +52,7 @@ bool Prescanner::prolog()
     return false;
 }
 
-// Flattened, because nearly all of a text is read here: the position stays in a register.
+// Nearly all of a text is read here. Inlining every call keeps the position in a register.
 [[gnu::flatten]] void Prescanner::content(bool toTheEnd)
 {
     bool goesOn = true;
@@ -127,7 +128,7 @@ bool Prescanner::processingInstruction()
         ++matched;
         c = m_in.get();
     }
-    // The parts of the declaration are attributes to the parser: in a quoted one "?>" means nothing.
+    // The parser reads the parts of the declaration as attributes, so a quoted "?>" does not end it.
     if (matched == xml.size() && isSpace(c))
         return seekUnquoted<u'?'>(&Prescanner::attributeValue) == u'?' && m_in.get() == u'>';
     for (;;) {
@@ -156,7 +157,7 @@ bool Prescanner::attributeValue(char16_t quote)
 
 bool Prescanner::reference(bool literal)
 {
-    // Without entities, what follows the ampersand counts as text. So do character references.
+    // If no entities are declared, what follows the ampersand counts as text. Character references always do.
     if (m_entities.isEmpty())
         return true;
     m_name.resize(0);
@@ -168,7 +169,7 @@ bool Prescanner::reference(bool literal)
     return !entity || splice(*entity, entity->text, literal);
 }
 
-// Reads up to the semicolon. Stores only the start of a name that is longer than all declared ones.
+// Reads up to the semicolon. Stores only the start of a name that is longer than every declared name.
 bool Prescanner::referenceName(QString& name)
 {
     for (;;) {
@@ -190,7 +191,7 @@ const Prescanner::Entity* Prescanner::find(const QString& name, Kind kind) const
 
 bool Prescanner::splice(const Entity& entity, QStringView text, bool literal)
 {
-    // The parser reports a recursion once more splices are open than entities are declared.
+    // The parser reports recursion when the number of open splices exceeds the number of declared entities.
     const int open = std::max(m_generalEntities, m_parameterEntities) + 1;
     if (m_in.splices() >= static_cast<std::size_t>(open) || !addEntityText(text.size()))
         return false;

@@ -45,7 +45,8 @@ public:
     void flush();
 
 private:
-    /// A cached fact about a UTF-16 unit: asking a codec whether it can encode one takes up to a microsecond.
+    /// What is known about a UTF-16 unit. Cached, because a codec takes up to a microsecond to say whether it
+    /// can encode one.
     enum class Unit : std::uint8_t {
         unknown,
         plain,

@@ -1,4 +1,4 @@
-// The only place that lets Qt write a tree.
+// Lets Qt write a tree. No other code does.
 
 #pragma once
 

@@ -21,8 +21,8 @@ enum class AttributeOrder {
 
 struct Options
 {
-    int indent =
-        4; ///< spaces a level; 0 for line ends only, -1 for none, except after comments and instructions
+    int indent = 4; ///< spaces per level; 0 writes only line ends; -1 writes none, except after comments and
+                    ///< instructions
     AttributeOrder attributeOrder = AttributeOrder::byName;
 };
 
@@ -36,8 +36,7 @@ using Sink = std::function<void(const QByteArray& bytes)>;
 /// It does not recurse, so the depth of the tree does not matter. With `AttributeOrder::ofQt`, an element of
 /// more than 2,000 attributes is written in an arbitrary order.
 /// \param node null writes nothing. Its document must be alive, which `trees::ensureLivingDocument` ensures.
-/// A node without
-///        a parent is treated as having no siblings, because Qt may leave bad links in it
+/// A node without a parent is treated as having no siblings, because Qt may leave bad links in it.
 /// \param write called with pieces of at least 16,384 characters, except the last
 /// \throw std::bad_alloc, and exceptions from `write`
 void serialize(const QDomNode& node, const Options& options, const Sink& write);

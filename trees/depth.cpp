@@ -18,9 +18,8 @@ namespace kelxml::trees
 namespace
 {
 
-/// An upper bound on the levels ever appended below an attribute. Attributes are measured only where a tree
-/// with that many more levels would be too deep, because listing them takes Qt time with their number
-/// squared.
+/// An upper bound on the levels ever appended below an attribute. Attributes are measured only if that many
+/// more levels would make the tree too deep, because Qt needs quadratic time to list them.
 std::atomic<int> levelsInAttributes{0};
 
 bool isPlainAttribute(const QDomNode& attribute)
@@ -29,7 +28,7 @@ bool isPlainAttribute(const QDomNode& attribute)
     return first == attribute.lastChild() && !first.isElement() && !first.hasChildNodes();
 }
 
-/// Whether no path from `root` down has more than `most` levels, counting the `above` levels over `root`.
+/// Whether every path from `root` down has at most `most` levels, including the `above` levels over `root`.
 bool staysWithin(const QDomNode& root, int above, int most, bool withAttributes)
 {
     struct Step
@@ -37,7 +36,7 @@ bool staysWithin(const QDomNode& root, int above, int most, bool withAttributes)
         qt::MovableNode node;
         int above;
     };
-    QVarLengthArray<Step, 32> open; // leaves are left out, and most subtrees have little else
+    QVarLengthArray<Step, 32> open; // holds no leaves; most subtrees have few other nodes
     open.push_back({QDomNode(root), above});
     while (!open.isEmpty()) {
         const Step step = std::move(open.last());
@@ -74,7 +73,7 @@ void noteInAttribute(const QDomNode& child, int path)
 bool fitsBelow(const QDomNode& parent, const QDomNode& child)
 {
     int above = 0;
-    int inAttribute = 0; // of these, from the topmost attribute down
+    int inAttribute = 0; // the part of `above` from the topmost attribute down
     for (qt::MovableNode node{QDomNode(parent)}; !node.isNull() && !node.isDocument();
          node = node.parentNode()) {
         if (node == child)

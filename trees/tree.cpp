@@ -26,8 +26,8 @@ qt::MovableNode topOf(const QDomNode& node)
     return top;
 }
 
-/// Makes a tree without a parent belong to `home`: replaces a child of a new element by it and removes it
-/// again. `replaceChild` overwrites the links of `top` without following them.
+/// Makes a tree without a parent belong to `home`. Creates an element in `home`, replaces its child with
+/// `top` and removes `top` again. `replaceChild` overwrites the links of `top` without following them.
 void moveInto(QDomDocument home, const QDomNode& top)
 {
     QDomElement temporaryParent = home.createElement(QStringLiteral("parent"));
@@ -37,9 +37,9 @@ void moveInto(QDomDocument home, const QDomNode& top)
     temporaryParent.removeChild(top);
 }
 
-/// `appendChild` for a node without a parent. Its links to siblings may point to freed nodes of its earlier
-/// place. Only Qt's `replaceChild` overwrites both links, so the node replaces the last child, which is then
-/// inserted before it; without a child, it replaces a new one.
+/// `appendChild` for a node without a parent. Its sibling links may still point to freed former siblings.
+/// Only Qt's `replaceChild` overwrites both links. So the node replaces the last child, which is then
+/// inserted again before it. If there is no child, the node replaces a temporary one.
 void appendOutsider(const qt::NodeRef& parent, const QDomNode& child)
 {
     QDomNode place = parent.node;

@@ -1,6 +1,7 @@
-// Changes of Qt's tree that cannot crash Qt. Qt connects nodes, lists and documents with raw pointers, and
-// ordinary calls in an unlucky order leave these dangling. Each function here prevents one kind of dangling
-// pointer or ring. Every call that changes a tree, or asks for a node's document, goes through here.
+// Changes Qt's tree without crashing Qt. Qt connects nodes, lists and documents with raw pointers, and
+// ordinary calls in an unlucky order leave these pointers dangling. Each function here prevents one kind of
+// dangling pointer or cycle. Every call that changes a tree, or asks for a node's document, goes through
+// here.
 
 #pragma once
 
@@ -9,7 +10,7 @@
 namespace kelxml::trees
 {
 
-/// `QDomNode::appendChild`. Does nothing if that would create a ring, put a node into two places or nest too
+/// `QDomNode::appendChild`. Does nothing if that would create a cycle, put a node in two places or nest too
 /// deep.
 void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child);
 
@@ -25,10 +26,10 @@ void setNodeValue(const qt::NodeRef& node, const QString& value);
 /// Removes the first child and appends a text.
 void replaceFirstChild(const qt::NodeRef& element, const QString& text);
 
-/// The part of `setAttribute` that does not depend on the type. To be called first.
+/// The part of `setAttribute` that does not depend on the type. Call it first.
 void prepareSettingAttribute(const qt::NodeRef& element, const QString& name);
 
-/// `QDomElement::setAttribute`. \param value of one of the types that it takes
+/// `QDomElement::setAttribute`. \param value of any type that it accepts
 template <class Value>
 void setAttribute(const qt::NodeRef& element, const QString& name, const Value& value)
 {
@@ -36,23 +37,22 @@ void setAttribute(const qt::NodeRef& element, const QString& name, const Value& 
     element.node.toElement().setAttribute(name, value);
 }
 
-/// `QDomNode::ownerDocument`, but never one that was destroyed.
+/// `QDomNode::ownerDocument`, but never a destroyed document.
 QDomDocument ownerDocument(const qt::NodeRef& node);
 
-/// The element that an attribute is on. Prevents a dangling parent: an attribute points to its element
+/// The element that an attribute belongs to. Prevents a dangling parent: an attribute points to its element
 /// without keeping it alive. Anyone holding the attribute, or a list of its children, must also hold the
 /// returned element and release it last. Null for any other node, and for an attribute that is a child of
 /// another attribute: Qt clears that pointer when the parent is destroyed, and holding the parent would let
-/// it outlive its own element.
+/// the parent outlive its own element.
 QDomNode ownerElementOf(const QDomNode& node);
 
-/// Whether a node is an attribute that is on an element. Whoever holds the attribute must hold the element.
+/// Whether a node is an attribute of an element. Anyone holding the attribute must also hold the element.
 bool isOnElement(const QDomNode& node);
 
-/// Prevents a dangling document: after nodes of two documents were used in one call, a tree outside any
-/// document may point to a document that was destroyed. Makes the tree of `node` belong to the living
-/// document of `node`, before Qt uses the old one. One comparison, until nodes of two documents are used in
-/// one call.
+/// Makes the tree of `node` belong to the living document of `node`, before Qt uses a destroyed one. Once a
+/// call has used nodes of two documents, a tree outside any document may point to a document that was
+/// destroyed. Until then this costs one comparison.
 void ensureLivingDocument(const qt::NodeRef& node);
 
 } // namespace kelxml::trees

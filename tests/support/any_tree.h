@@ -1,4 +1,4 @@
-// Trees that only calls can build, and what Qt writes of them.
+// Trees that only calls can build, not the parser, and the bytes that Qt writes for them.
 
 #pragma once
 
@@ -50,7 +50,7 @@ public:
         if (node.isNull())
             return;
         QDomNode parent = m_nodes[m_choose(m_nodes.size())];
-        if (!parent.isAttr()) // which deletes its child when it gets a value, even if somebody holds it
+        if (!parent.isAttr()) // setting an attribute's value deletes its child, even if it is held
             m_nodes.push_back(node);
         if (node.isAttr() && parent.isElement())
             m_choose(2) == 0 ? parent.toElement().setAttributeNode(node.toAttr())
@@ -67,7 +67,7 @@ public:
     }
 
 private:
-    // Words between bars, of which "null" is a null string.
+    // Words separated by bars. "null" is a null string.
     static constexpr const char* kNames =
         "a|b|p:a|q:b|xmlns|xmlns:p|p:|:|a=\"1\" b|<&>\"|]]>|xml|\xC3\xA9|%e";
     static constexpr const char* kSpaces = "null||urn:x|<\"&\r\n\t]]>";
@@ -104,7 +104,7 @@ private:
                            : QDomNode(m_document.createElement(any(kNames)));
     }
 
-    /// \return null: the node has its place
+    /// \return null, because the node is already in the tree
     QDomNode change(QDomNode& node)
     {
         QDomElement element = node.toElement();
@@ -118,7 +118,7 @@ private:
         return {};
     }
 
-    /// Unless that would tie a ring.
+    /// Appends the node, unless that would create a cycle.
     static void put(const QDomNode& node, QDomNode parent)
     {
         for (QDomNode above = parent; !above.isNull(); above = above.parentNode())

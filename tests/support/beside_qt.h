@@ -17,10 +17,10 @@ inline std::string saved(IXMLDOMDocument& document)
     return file.readAll().toStdString();
 }
 
-/// Expects the same verdict, flag and saved bytes of both. \return the verdict
+/// Expects the same verdict, flag and saved bytes from both. \return the verdict
 /// \param load loads into the document given, with the flag given
-/// \param content what Qt is to load
-/// \param isWithin whether it is to be loaded at all
+/// \param content passed to Qt
+/// \param isWithin whether it is within the limits, so that it must be loaded
 template <class Load, class Content>
 bool loadBeside(QDomDocument& theirs, IXMLDOMDocument& ours, Load load, Content&& content,
                 bool isWithin = true)
@@ -39,7 +39,7 @@ struct Extent
     qint64 length = 0;
 };
 
-/// Of a node with all that it holds.
+/// The extent of a node and everything below it.
 inline Extent extentOf(const QDomNode& node)
 {
     Extent extent{0, node.nodeValue().size()};

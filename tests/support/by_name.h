@@ -1,4 +1,4 @@
-// A call by the name of a member.
+// Calls a member by its name.
 
 #pragma once
 
@@ -6,7 +6,7 @@
 
 #include <string>
 
-/// \return what was answered by the first of the two calls that failed, or by the second
+/// \return the error of `GetIDsOfNames` if it fails, else the result of `Invoke`
 inline HRESULT callByName(IDispatch& object, std::wstring name, WORD flags, kel::Variant& result,
                           DISPPARAMS parameters = {})
 {

@@ -1,4 +1,4 @@
-// What Qt writes of a node.
+// The bytes that Qt writes for a node.
 
 #pragma once
 

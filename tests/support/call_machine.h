@@ -24,8 +24,8 @@ class CallMachine
     }
 
 public:
-    /// \param documents how many there are, in every state. A single one is loaded at once, and never gets a
-    ///        node of another
+    /// \param documents how many there are, in every state. A single document is loaded immediately and never
+    ///        receives a node of another
     explicit CallMachine(Choose choose, std::size_t documents = 3)
         : m_choose(std::move(choose)), m_isOneDocument(documents == 1)
     {
@@ -33,14 +33,14 @@ public:
             m_documents.push_back(newDocument());
     }
     CallMachine(const CallMachine&) = delete;
-    /// Releases everything, in a chosen order too.
+    /// Releases everything, also in a chosen order.
     ~CallMachine()
     {
         while (!m_nodes.empty() || !m_lists.empty() || !m_maps.empty() || !m_layer.isEmpty())
             release();
     }
 
-    /// Makes one call. \throw std::logic_error that names the call and the rule that does not hold
+    /// Makes one call. \throw std::logic_error that names the call and the violated rule
     void step()
     {
         const Step& step = chooseStep();
@@ -60,7 +60,7 @@ private:
     {
         const char* name;
         void (CallMachine::*call)();
-        unsigned weight; ///< how often it is chosen, compared with the others
+        unsigned weight; ///< relative frequency
     };
     const Step& chooseStep()
     {
@@ -113,7 +113,7 @@ private:
         askForOwner();
         return m_nodes.back();
     }
-    /// In half of the cases a document or its first child: they have the long lists.
+    /// Half the time picks a document or its first child, because these have the long lists.
     Held pickParent()
     {
         if (m_choose(2))
@@ -131,7 +131,7 @@ private:
         m_nodes.push_back({object, model});
         compare(m_nodes.back());
     }
-    /// Expects an object if the model has a node. \return whether it has
+    /// Expects an object exactly if the model has a node. \return whether the model has one
     bool keepAsIs(const ComPtr<IXMLDOMNode>& object, const NodePtr& node, const Handle& handle)
     {
         require(!object == !node, node ? "there is a node" : "there is no node");
@@ -143,7 +143,7 @@ private:
         return true;
     }
 
-    /// Gives a document its tree, as the first load or creation does.
+    /// Creates a document's tree, as loading it or creating its first node does.
     static void begin(Object& document)
     {
         if (!document.node)
@@ -227,7 +227,7 @@ private:
     }
 
     void walk() { walk(pick()); }
-    /// Up or down. \return whether there was a node
+    /// Goes to the parent or to the first child. \return whether there was one
     bool walk(const Held& from)
     {
         const bool isUp = m_choose(2);
@@ -363,14 +363,14 @@ private:
             if (!held.empty())
                 held.erase(held.begin() + m_choose(held.size()));
         };
-        // Often most of the nodes: the rest must keep alive what they need.
+        // Often releases most of the nodes. The others must keep alive what they need.
         for (unsigned count = m_choose(m_nodes.size() + 1); count > 0; --count)
             drop(m_nodes);
         drop(m_lists);
         drop(m_maps);
         m_layer.release();
     }
-    /// Releases a document and what was reached from it, but nothing that was reached from another.
+    /// Releases a document and everything reached from it, but nothing reached from another document.
     void close()
     {
         if (m_isOneDocument)

@@ -1,4 +1,4 @@
-// The C++ layer's share of the call machine: values over the same trees, each with its model.
+// The C++ layer's share of the call machine: values for the same trees, each with its model.
 
 #pragma once
 
@@ -24,7 +24,7 @@ inline HeldValue holdValue(const kel::Node& value, const NodePtr& node, const No
     return {value, makeObject(NODE_INVALID, node, {isDocument ? node : document, nullptr})};
 }
 
-/// What a change of the layer needs: the parent's own kind of value.
+/// Calls `use` with the parent as an `Element` or a `Document`, because the layer's changes need that type.
 inline void withContainer(const kel::Node& value, const std::function<void(kel::Container&)>& use)
 {
     kel::Element element(value);
@@ -65,7 +65,7 @@ inline void compare(const HeldValue& held)
                  "attributes");
 }
 
-/// \return whether the layer lets `child` into `parent`. \param leaving a child that makes room
+/// \return whether the layer accepts `child` below `parent`. \param leaving a child that `child` replaces
 inline bool fitsInLayer(const NodePtr& parent, const NodePtr& child, const NodePtr& leaving = nullptr)
 {
     if (!parent || (parent->type != NODE_ELEMENT && parent->type != NODE_DOCUMENT) || !fits(parent, child))
@@ -87,7 +87,7 @@ public:
     {
         keep(holdValue(kel::Node(*held.object), held->node, held->handle.living()));
     }
-    /// \param use gets an interface's object, its node and its handle
+    /// \param use receives an interface's object, its node and its handle
     template <class Use>
     void give(Use use)
     {
@@ -153,7 +153,7 @@ public:
         for (unsigned count = m_choose(m_values.size() + 1); count > 0; --count)
             m_values.erase(m_values.begin() + m_choose(m_values.size()));
     }
-    /// \param isReached gets a value
+    /// \param isReached receives a value and returns whether to release it
     template <class Predicate>
     void drop(Predicate isReached)
     {
@@ -196,7 +196,7 @@ private:
         return isThere ? place[step] : nullptr;
     }
 
-    /// Makes a change, which throws unless it is possible. \return whether it is
+    /// Makes a change and expects it to throw unless it is possible. \return whether it is possible
     template <class Change>
     static bool expect(const char* name, const HeldValue& parent, bool isPossible, Change change)
     {

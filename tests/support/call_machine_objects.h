@@ -10,7 +10,7 @@
 namespace model
 {
 
-/// A text, and what Qt alone makes of it.
+/// A text, and the tree that Qt alone reads from it.
 struct Text
 {
     std::wstring xml;
@@ -34,8 +34,8 @@ inline const std::vector<Text>& texts()
 /// The document handle that each object passes on to those made from it, and keeps alive.
 struct Handle
 {
-    NodePtr document; ///< null when it comes from a document that had no tree yet
-    NodePtr standIn;  ///< kept alive instead, where there is no document
+    NodePtr document; ///< null if the object comes from a document that had no tree yet
+    NodePtr standIn;  ///< kept alive instead if `document` is null
 
     const NodePtr& living() const { return document ? document : standIn; }
 };
@@ -52,9 +52,9 @@ struct Object
     NodePtr ownerElement;          ///< an attribute's element
     ObjectPtr ownerDocument{};     ///< set when it is first asked for
     ObjectPtr root{};              ///< a document's element; set when it is first asked for
-    const void* address = nullptr; ///< of the real object, where the same one must be returned each time
+    const void* address = nullptr; ///< of the real object, if the same one must be returned each time
 
-    /// The node, or an empty one.
+    /// The node, or an empty node.
     const Node& orNone() const { return node ? *node : kNone; }
     inline static const Node kNone;
 };
@@ -96,7 +96,7 @@ struct HeldList : HeldAs<IXMLDOMNodeList>
 /// The type of an object that lost its node.
 constexpr int kTypeWithoutNode = 21;
 
-/// Compares what every node says about itself.
+/// Compares the properties that every node has.
 inline void compare(IXMLDOMNode& object, const Node& node, int type)
 {
     DOMNodeType given = NODE_INVALID;

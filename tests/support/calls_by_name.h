@@ -13,7 +13,8 @@ namespace keltest
 class CallsByName
 {
 public:
-    /// Makes the call of a row, OBJECT MEMBER ARGUMENTS -> CODE RESULT NAME, and expects what it says.
+    /// Makes the call of a row, OBJECT MEMBER ARGUMENTS -> CODE RESULT NAME, and expects the code and the
+    /// result of the row.
     void make(Row& words)
     {
         SCOPED_TRACE(words.where);

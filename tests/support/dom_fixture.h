@@ -1,5 +1,5 @@
-// What the object-model tests share: documents from text, short ways to what a node has, and a check that
-// each test frees what it made.
+// Shared by the object-model tests: documents from text, short forms of the getters, and a check that each
+// test frees everything that it allocated.
 
 #pragma once
 
@@ -12,7 +12,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-/// An object of each class over one document: its element, and what that has.
+/// An object of each class for one document: its element, and the children and attributes of that.
 struct OneOfEach
 {
     ComPtr<IXMLDOMDocument> document;
@@ -70,7 +70,7 @@ struct DomTest : testing::Test
         return as<IXMLDOMAttribute>(node);
     }
 
-    /// \param xml its element has text first and an attribute `x`
+    /// \param xml its root element begins with text and has an attribute `x`
     static OneOfEach oneOfEach(const wchar_t* xml)
     {
         const auto document = documentOf(xml);
@@ -108,7 +108,7 @@ struct DomTest : testing::Test
     const QTemporaryDir m_directory;
 };
 
-/// Runs `scenario` twice. \return what the second run, which finds every lazy start done, leaves live
+/// Runs `scenario` twice. \return how much the second run leaks; the first one does all lazy initialisation
 template <class Scenario>
 std::size_t leftBy(Scenario scenario)
 {

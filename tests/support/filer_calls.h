@@ -1,5 +1,5 @@
-// The filer's calls, made with Qt's writer as well. Each status depends on the texts alone, and the bytes are
-// Qt's. A seeded generator or a fuzzer's bytes choose the calls and the texts.
+// Calls the filer and Qt's writer alike. Each status depends only on the texts, and the bytes must be the
+// ones that Qt writes. A seeded generator or a fuzzer's bytes choose the calls and the texts.
 
 #pragma once
 
@@ -59,13 +59,13 @@ inline const Call kCalls[] = {{"writeElmBegin", 8, 1, [](W w, Q a, Q) { w.writeS
                               {"writeValue(text)", 22, 1},
                               {"writeDocType", 23, 1}};
 
-/// Most of them need care in a writer of XML.
+/// Most of these units need special treatment in XML.
 constexpr wchar_t kUnits[] =
     L"ab:1 <>&\"'\n\t\r]?!\x7f\u0085\u00a0\u00e4\u2028\u65e5\ufeff\U0001f600\U0010ffff"
     L"\xd800\xdbff\xdc00\xdfff\x110000\x4010000\x7fffffff\xfffe0000\xffffffff"
-    L"-\x01\x0b\x1f\ufffe\uffff"; // and the ending zero
+    L"-\x01\x0b\x1f\ufffe\uffff"; // and the terminating zero
 
-/// The text as the filer must write it: U+FFFD for what is no character.
+/// The text as the filer must write it, with U+FFFD for each unit that is not a character.
 inline QString writtenOf(Text given)
 {
     std::wstring text(given ? given : L"");
@@ -76,7 +76,7 @@ inline QString writtenOf(Text given)
     return QString::fromStdWString(L'\ufeff' + QString::fromStdWString(text).toStdWString());
 }
 
-/// The filer and Qt's writer, which get the same calls.
+/// Makes the same calls to the filer and to Qt's writer.
 class Writers
 {
 public:
@@ -89,11 +89,11 @@ public:
         require(own_host::call(m_filer.get(), 4) == m_autoFormat);
     }
 
-    /// Makes any calls, and closes the file or leaves that to the filer's end.
-    /// \throw std::logic_error with the rule that does not hold and the calls so far
+    /// Makes chosen calls, then closes the file or leaves that to the filer's destruction.
+    /// \throw std::logic_error with the violated rule and the calls so far
     void compare()
     try {
-        finish(28); // what an earlier filer wrote is gone
+        finish(28); // expects an empty file: what an earlier filer wrote is gone
         for (unsigned left = m_choose(80); left > 0; --left) {
             if (m_choose(20) == 0)
                 finish(28);

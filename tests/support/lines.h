@@ -1,4 +1,4 @@
-// Texts too long or too regular to write out, and the rows of tables.
+// Patterns for texts that are too long or too regular to write out, and the rows of tables.
 
 #pragma once
 
@@ -10,7 +10,8 @@
 namespace keltest
 {
 
-/// `{piece}` stands for n pieces, `{piece|7}` for 7 and `{piece|-7}` for n - 7; `@` for a piece's number.
+/// Repeats pieces: `{piece}` n times, `{piece|7}` 7 times, `{piece|-7}` n - 7 times. In a piece, `@` becomes
+/// its number.
 inline QString expand(const std::string& pattern, int n)
 {
     QStringList parts = QString::fromStdString(pattern).split(u'{');

@@ -1,5 +1,5 @@
-// A model of the object model's tree: what the calls promise, without Qt. Parents hold their children and
-// attributes; a child's pointer to its parent goes with the parent.
+// A model, without Qt, of the tree that the documented calls build. Parents hold their children and
+// attributes; a child's pointer to its parent expires with the parent.
 
 #pragma once
 
@@ -18,7 +18,7 @@ struct Node;
 using NodePtr = std::shared_ptr<Node>;
 using Nodes = std::vector<NodePtr>;
 
-/// The first that `isWanted`, or null.
+/// The first node for which `isWanted` is true, or null.
 template <class Predicate>
 NodePtr first(const Nodes& nodes, Predicate isWanted)
 {
@@ -37,7 +37,7 @@ struct Node
     {
         return first(attributes, [&wanted](const NodePtr& item) { return item->name == wanted; });
     }
-    /// The node's own text, or that of an element's descendants.
+    /// The node's own text; for an element, the text of its descendants.
     std::wstring text() const
     {
         std::wstring all = type == NODE_TEXT || type == NODE_CDATA_SECTION ? value : L"";
@@ -59,7 +59,7 @@ inline NodePtr make(int type, const std::wstring& name, const std::wstring& valu
     return std::make_shared<Node>(Node{type, name, value, {}, {}, {}});
 }
 
-/// The tree that Qt's parser gives, each value up to its first zero.
+/// The tree that Qt's parser builds, with each value cut at its first zero.
 inline NodePtr fromQt(const QDomNode& node)
 {
     NodePtr copy =
@@ -96,7 +96,7 @@ inline bool remove(const NodePtr& parent, const NodePtr& child)
     return true;
 }
 
-/// \return whether the promise is that `child` can be below `parent`
+/// \return whether `child` can be appended to `parent` according to the documentation
 inline bool fits(const NodePtr& parent, const NodePtr& child)
 {
     if (!parent || !child || child->type == NODE_DOCUMENT)
@@ -108,7 +108,7 @@ inline bool fits(const NodePtr& parent, const NodePtr& child)
     return !from || child->type != NODE_ATTRIBUTE || from->attribute(child->name) != child;
 }
 
-/// Appends unless the promise is that nothing happens.
+/// Appends, unless the documentation says that nothing happens.
 inline void append(const NodePtr& parent, const NodePtr& child)
 {
     if (!fits(parent, child))

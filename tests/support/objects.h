@@ -1,4 +1,4 @@
-// Short ways to the library's objects.
+// Shortcuts for creating and reading the library's objects.
 
 #pragma once
 
@@ -26,14 +26,14 @@ inline ComPtr<IXMLDOMDocument> newDocument()
     return ComPtr<IXMLDOMDocument>::adopt(static_cast<IXMLDOMDocument*>(document));
 }
 
-/// The object as one of another class, which the caller knows it to be.
+/// Casts an object to the class that the caller knows it has.
 template <class To, class From>
 ComPtr<To> as(const ComPtr<From>& object)
 {
     return ComPtr<To>(static_cast<To*>(object.get()));
 }
 
-/// What a getter returns with `S_OK`; null with `S_FALSE`.
+/// The object that a getter returns with `S_OK`; null for `S_FALSE`.
 template <class Object, class Interface, class Out>
 ComPtr<Out> get(Object& object, HRESULT (Interface::*getter)(Out**))
 {

@@ -1,5 +1,4 @@
-// A host that declares what it needs by itself: slots by number in a vtable, nothing from our
-// headers.
+// A host that uses none of our headers. It declares everything itself, and calls vtable slots by number.
 
 #pragma once
 
@@ -17,7 +16,7 @@ struct Variant
     void* more;
 };
 
-/// Published answers.
+/// Published result codes.
 constexpr std::int32_t kNoInterface = -0x7FFFBFFE, kNullPointer = -0x7FFFBFFD;
 
 /// Slots, counted from 0 with QueryInterface.

@@ -1,4 +1,4 @@
-// What tests, machines and fuzzers share: conditions that end the run, choices, and what a file holds.
+// Shared by tests, call machines and fuzzers: checks that end the run, choices, and file contents.
 
 #pragma once
 
@@ -16,7 +16,7 @@
     throw std::logic_error(file.substr(file.rfind('/') + 1) + ':' + std::to_string(line) + ": " + rule);
 }
 
-/// \throw std::logic_error with the rule, and where it is required, unless it holds
+/// \throw std::logic_error with the rule and the place of the call, unless the rule holds
 inline void require(bool holds, const char* rule = "this holds", const char* file = __builtin_FILE(),
                     int line = __builtin_LINE())
 {
@@ -24,7 +24,7 @@ inline void require(bool holds, const char* rule = "this holds", const char* fil
         fail(rule, file, line);
 }
 
-/// Shows a value in a failure; a character that is not printable by its number.
+/// Formats a value for a failure message; unprintable characters as numbers.
 template <class Value>
 std::string shown(const Value& value)
 {
@@ -38,7 +38,7 @@ std::string shown(const Value& value)
     return text.trimmed().toStdString();
 }
 
-/// \throw std::logic_error with the rule, where it is required, and both values unless they are equal
+/// \throw std::logic_error with the rule, the place of the call and both values, unless they are equal
 template <class Value>
 void requireEqual(const Value& given, const Value& expected, const char* rule,
                   const char* file = __builtin_FILE(), int line = __builtin_LINE())
@@ -47,7 +47,7 @@ void requireEqual(const Value& given, const Value& expected, const char* rule,
         fail(std::string(rule) + ": " + shown(given) + " instead of " + shown(expected), file, line);
 }
 
-/// Of texts, a failure shows where they begin to differ.
+/// For texts, the failure message shows where they begin to differ.
 template <class Character>
 void requireEqual(const std::basic_string<Character>& given, const std::basic_string<Character>& expected,
                   const char* rule, const char* file = __builtin_FILE(), int line = __builtin_LINE())
@@ -64,10 +64,10 @@ void requireEqual(const std::basic_string<Character>& given, const std::basic_st
          file, line);
 }
 
-/// Answers a number below its argument.
+/// Returns a number below its argument.
 using Choose = std::function<unsigned(std::size_t)>;
 
-/// Prints the seed, for a run that crashes.
+/// Prints the seed, so that a crash can be reproduced.
 inline Choose randomChoice(unsigned seed)
 {
     std::fprintf(stderr, "\rseed %u ", seed);

@@ -17,10 +17,10 @@ struct Row : std::istringstream
         : std::istringstream(text), where(place + ": " + text)
     {}
 
-    std::string where; ///< for a failure: file, line number and text
+    std::string where; ///< for failure messages: file, line number and text
 };
 
-/// Gives each row of a file to `use`, except empty lines and comments.
+/// Calls `use` with each row of a file, except empty lines and comments.
 template <class Use>
 void forEachRow(const std::string& path, Use use)
 {

@@ -1,4 +1,4 @@
-// Type libraries made by tests: stamped like the real one, in files that are deleted after the test.
+// Type libraries that tests create: stamped like the real one, in files that are deleted after the test.
 
 #pragma once
 
@@ -21,7 +21,7 @@ inline QByteArray stamped(const QByteArray& body)
            body;
 }
 
-/// A file of its own, over which any contents can be written.
+/// A temporary file whose contents a test can overwrite.
 struct TypeLibraryFile
 {
     explicit TypeLibraryFile(const QByteArray& contents = {}) { write(contents); }
@@ -36,7 +36,7 @@ struct TypeLibraryFile
     const std::wstring widePath = path.toStdWString();
 };
 
-/// The type information of one interface; null when it cannot be had.
+/// The type information of one interface; null if it cannot be loaded.
 inline kel::ComPtr<ITypeInfo> typeInfo(const wchar_t* path, const GUID& iid)
 {
     ITypeLib* library = nullptr;

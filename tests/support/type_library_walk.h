@@ -1,5 +1,5 @@
-// Writes every description of a type library as text, which follows every pointer, and compares the
-// descriptions with each other.
+// Writes every description in a type library as text, following every pointer, and compares the descriptions
+// with each other.
 
 #pragma once
 
@@ -29,7 +29,7 @@ std::wstring nameOf(Object& object, INT member)
     return answer == S_OK ? name.c_str() : std::to_wstring(answer);
 }
 
-/// A type as C++ has it; types that the library only names are "other".
+/// A type in C++ notation; types that the library only names are "other".
 inline std::wstring typeName(ITypeLib& library, const TYPEDESC& type)
 {
     static const std::map<VARTYPE, const wchar_t*> kNames{
@@ -79,9 +79,9 @@ inline void describe(ITypeLib& library, ITypeInfo& info, const FUNCDESC& functio
 using EachFunction = std::function<void(ITypeInfo&, const FUNCDESC&)>;
 inline void pass(ITypeInfo&, const FUNCDESC&) {}
 
-/// An interface in a line: what its identifier begins with, its name, kind, functions, bytes of slots, flags,
+/// An interface in a line: the start of its identifier, its name, kind, functions, bytes of slots, flags,
 /// version; then its functions.
-/// \param use is given each function
+/// \param use called with each function
 inline std::wstring describe(ITypeLib& library, const EachFunction& use = pass)
 {
     std::wostringstream out;

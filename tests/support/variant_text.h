@@ -1,4 +1,4 @@
-// VARIANTs and answers as words of the text files that tests read.
+// Converts between VARIANTs or results and the words of the text files that tests read.
 
 #pragma once
 
@@ -20,7 +20,7 @@ constexpr std::array kTypes{"empty", "null",     "i2",    "i4",   "r4",      "r8
                             "bstr",  "dispatch", "error", "bool", "variant", "unknown", "decimal", "15",
                             "i1",    "ui1",      "ui2",   "ui4",  "i8",      "ui8",     "int",     "uint"};
 
-/// The arguments of a call as they stand in `rgvarg`, the named ones with their names.
+/// The arguments of a call in the order of `rgvarg`, the named ones with their names.
 struct Arguments
 {
     DISPPARAMS parameters() { return {values.data(), names.data(), UINT(values.size()), UINT(names.size())}; }
@@ -29,9 +29,8 @@ struct Arguments
 };
 
 /// Makes values of words such as `i4:-7`, `r8:0x7ff0000000000000` by its bits, `bstr:a_{b|3}` with a space
-/// and repetitions,
-/// `bstr` null, `unknown:name`, `0x2003:0` of any type; `&ui1:3` refers to a value, `*i4:7` to a variable
-/// with it. Owns what they point to, but for the objects.
+/// and repetitions, `bstr` null, `unknown:name`, `0x2003:0` of any type; `&ui1:3` refers to a value, `*i4:7`
+/// to a variable with it. Owns what they point to, except objects.
 struct Variants
 {
     VARIANT& of(const std::string& word)
@@ -61,7 +60,7 @@ struct Variants
             value.dblVal = std::strtod(text.c_str(), nullptr);
         return value;
     }
-    /// Reads up to the arrow. `2=` is the name of an argument: the first name, the first argument's.
+    /// Reads up to the arrow. `2=` names an argument; the first name belongs to the first argument.
     Arguments argumentsOf(std::istream& words)
     {
         Arguments arguments;
@@ -83,7 +82,7 @@ inline std::string asWord(std::string text)
     return text;
 }
 
-/// The word for a value. \param object what is to be said of one
+/// The word for a value. \param object the word for an object
 inline std::string wordOf(const VARIANT& value, const std::string& object = {})
 {
     if (value.vt == VT_EMPTY)

@@ -19,9 +19,9 @@ public:
     /// An empty document: its `root` is null until an element is appended. It has an XML declaration only if
     /// an instruction `xml` is appended first.
     Document();
-    /// A document with a root element. \param rootName its tag name. \throw Error when that is not a name
+    /// A document with a root element. \param rootName its tag name. \throw Error if the name is invalid
     explicit Document(TextView rootName);
-    /// The document behind an interface, which sees the same tree.
+    /// The document behind an interface. Both see the same tree.
     /// \throw Error for an object of another library
     explicit Document(IXMLDOMDocument& document);
 
@@ -37,9 +37,10 @@ public:
 
     /// Writes the document to a file, encoded as its XML declaration says. An existing file is replaced only
     /// once the new one is complete; its permissions and symbolic links stay, and other hard links keep the
-    /// old one. Where the directory takes no new file, an existing one is written in place. \param path in
-    /// UTF-8 \param options see `SaveOptions` \throw SaveError, also for an empty document; an existing file
-    /// is as it was
+    /// old one. If the directory accepts no new file, an existing one is overwritten in place.
+    /// \param path in UTF-8
+    /// \param options see `SaveOptions`
+    /// \throw SaveError, also for an empty document, which leaves an existing file unchanged
     void save(const std::filesystem::path& path, const SaveOptions& options = {}) const;
 
     /// As `Node::clone`.

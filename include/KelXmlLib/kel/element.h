@@ -19,9 +19,9 @@ namespace kel
 class KEL_EXPORT Container : public Node
 {
 public:
-    /// \return the first child element of that name; null when there is none, and for null
+    /// \return the first child element of that name; null if there is no such child, and for null
     Element child(TextView name) const;
-    /// The same, but appends the element when there is none. \throw Error as `append`
+    /// The same, but appends the element if it does not exist. \throw Error as `append`
     Element childOrNew(TextView name);
 
     /// The child elements. See `List` for what a loop may change.
@@ -32,20 +32,19 @@ public:
     List<Element> descendants() const;
     /// All elements of that name below this one, in document order.
     List<Element> descendants(TextView name) const;
-    /// The children of every kind.
+    /// The child nodes of every kind.
     List<Node> nodes() const;
 
     /// Appends a new element.
     /// \param name its tag name
     /// \return the new element
-    /// \throw Error for null, for a name that is not one, for a tree that would become too deep, and for a
-    ///        document that has its root element already
+    /// \throw Error for null, for an invalid name, for a tree that would become too deep, and for a
+    ///        document that already has a root element
     Element append(TextView name);
     /// Appends a new element that holds a text. \throw Error as above, and for an invalid text
     Element append(TextView name, const Value& text);
-    /// Appends a node. One that has a place already moves, also from another document.
-    /// \throw Error for null, for a node that is or contains this one, for an attribute that is on an
-    /// element,
+    /// Appends a node. A node that already has a parent is moved, even from another document.
+    /// \throw Error for null, for a node that is or contains this one, for an attribute of an element,
     ///        for a document, for a tree that would become too deep, and for what a document cannot hold
     void append(const Node& node);
     /// Appends a comment.
@@ -62,15 +61,15 @@ public:
     /// \return the new element
     /// \throw Error as `append`, and when `reference` is not a child
     Element insertBefore(TextView name, const Node& reference);
-    /// Inserts a node. One that has a place already moves.
+    /// Inserts a node. A node that already has a parent is moved.
     /// \param node any node
     /// \param reference a child of this one; not null: see `append`
     /// \throw Error as `append`, and when `reference` is not a child
     void insertBefore(const Node& node, const Node& reference);
-    /// Puts `replacement` in the place of `child`, which has no parent then.
+    /// Replaces `child` with `replacement`. Afterwards `child` has no parent.
     /// \throw Error as `append`, and when `child` is not a child
     void replace(const Node& child, const Node& replacement);
-    /// Removes a child; values that refer to it keep it. \throw Error when it is not a child
+    /// Removes a child. Values that refer to it keep it alive. \throw Error when it is not a child
     void remove(const Node& child);
 
 protected:
@@ -96,10 +95,10 @@ public:
 
     /// An attribute's value.
     /// \param name of the attribute
-    /// \param otherwise given for null, when there is no such attribute, and for a value that is not of its
-    ///        type; decides the type: a text, a number or `bool`. White space around a number or `bool` is
-    ///        skipped. Integers are decimal digits after an optional sign (`+5`, `007`, not `5.0`, `1e3` or
-    ///        `0x10`); of `double`, `1e3`, `inf` and `nan` are values too
+    /// \param otherwise returned for null, for a missing attribute, and for a value that is not of its
+    ///        type. Its type, a text, a number or `bool`, is the type of the result. White space around a
+    ///        number or `bool` is skipped. Integers are decimal digits after an optional sign (`+5`, `007`,
+    ///        not `5.0`, `1e3` or `0x10`); for `double`, `1e3`, `inf` and `nan` are valid too
     template <class Default>
     detail::TypeOf<Default> attribute(TextView name, const Default& otherwise) const
     {
@@ -109,10 +108,10 @@ public:
     bool hasAttribute(TextView name) const;
     /// All attributes, sorted by name.
     Attributes attributes() const;
-    /// Sets an attribute, which is added if it does not exist.
+    /// Sets an attribute, and adds it if it does not exist.
     /// \param name of the attribute
     /// \param value a text, a number or `bool`
-    /// \throw Error for null, for a name that is not one and for an invalid text
+    /// \throw Error for null, for an invalid name and for an invalid text
     void setAttribute(TextView name, const Value& value);
     /// Removes an attribute. \return whether there was one. \throw Error for null
     bool removeAttribute(TextView name);
@@ -131,7 +130,7 @@ private:
     bool readAttribute(TextView name, detail::Target target) const;
 };
 
-/// An attribute of an element. It keeps the element.
+/// An attribute of an element. It keeps the element alive.
 class KEL_EXPORT Attribute : public Node
 {
 public:
@@ -145,7 +144,7 @@ public:
     ComPtr<IXMLDOMAttribute> get() const;
 };
 
-/// The attributes of an element, sorted by name. A loop goes over those that there are when it begins, and
+/// The attributes of an element, sorted by name. A loop visits the attributes that exist when it begins. It
 /// may set and remove attributes.
 class KEL_EXPORT Attributes
 {
@@ -165,7 +164,7 @@ public:
 
         /// The end.
         Iterator() = default;
-        /// The first of them. \param attributes not empty
+        /// The first attribute. \param attributes not empty
         explicit Iterator(std::shared_ptr<const std::vector<Attribute>> attributes) noexcept
             : m_attributes(std::move(attributes))
         {}

@@ -16,7 +16,7 @@ namespace kel
 class KEL_EXPORT LoadError : public Error
 {
 public:
-    /// Where it failed.
+    /// The kind of failure.
     enum class Kind {
         unreadable,    ///< the file is missing, a directory, or not readable; `reason` is the system's
         empty,         ///< there is no text
@@ -24,20 +24,20 @@ public:
         beyondLimit,   ///< it exceeds a limit of the library; `reason` says which
     };
 
-    /// \param kind where it failed
+    /// \param kind the kind of failure
     /// \param source the file's path, or empty for a text that was passed
-    /// \param reason what went wrong, without source and place
-    /// \param line, column counted from 1; 0 when there is no place
+    /// \param reason what went wrong, without source and position
+    /// \param line, column counted from 1; 0 if there is no position
     LoadError(Kind kind, const std::string& source, const std::string& reason, int line = 0, int column = 0);
     ~LoadError() override;
 
-    /// Where it failed.
+    /// The kind of failure.
     Kind kind() const noexcept { return m_kind; }
-    /// The line, counted from 1; 0 unless the text is not well-formed, and for one that is not valid UTF-8.
+    /// The line, counted from 1; 0 if the text is not valid UTF-8, and for errors other than `notWellFormed`.
     int line() const noexcept { return m_line; }
-    /// The column, counted from 1; 0 where the line is.
+    /// The column, counted from 1; 0 if the line is 0.
     int column() const noexcept { return m_column; }
-    /// What went wrong, without the file's name and the place.
+    /// What went wrong, without the file's name and the position.
     const std::string& reason() const noexcept { return m_reason; }
 
 private:

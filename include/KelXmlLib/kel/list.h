@@ -32,8 +32,8 @@ public:
     /// \param selection may be null
     /// \param current receives it, or null
     Walk(std::shared_ptr<const Selection> selection, Node& current);
-    /// Goes on. \param current is the node reached last, or what the loop has made of it; it receives the
-    /// next node, or null.
+    /// Goes to the next node. \param current the node reached last, or the value that the loop has assigned
+    /// to it. Receives the next node, or null.
     void next(Node& current);
 
 private:
@@ -54,10 +54,10 @@ KEL_EXPORT bool hasAny(const std::shared_ptr<const Selection>& selection);
 } // namespace detail
 
 /// A live list: it shows the tree as it is at each step. The loop may change, move or remove the node that it
-/// has reached, and may append nodes, which it then reaches too. After moving or removing the node, it goes
-/// on with the sibling that came next before, and ends after the last one. A node that moves within the list
-/// is not reached again; what is below it is, if it moved to a later place. If the loop moves or removes both
-/// the node and the one after it, it can end early. `Item` is `Element` or `Node`.
+/// has reached, and may append nodes, which it then reaches too. After moving or removing the node, it
+/// continues with the node's former next sibling, and ends after the last one. A node that moves within the
+/// list is not reached again; its descendants are, if it moved to a later place. If the loop moves or removes
+/// both the node and the one after it, it can end early. `Item` is `Element` or `Node`.
 template <class Item>
 class List
 {
@@ -117,8 +117,8 @@ public:
     Iterator begin() const { return Iterator(m_selection); }
     /// The end.
     Iterator end() const { return {}; }
-    /// The number of nodes. Counts them: takes time in the length of the list, of `descendants` in the size
-    /// of the tree.
+    /// The number of nodes. Counts them, in time proportional to the length of the list; for `descendants`,
+    /// to the size of the tree.
     std::size_t size() const { return detail::count(m_selection); }
     /// \return whether there are no nodes
     bool empty() const { return !detail::hasAny(m_selection); }

@@ -35,7 +35,7 @@ enum class NodeKind {
     comment = 8,         ///< a comment
     document = 9,        ///< see `Document`
     documentType = 10,   ///< a document type declaration
-    fragment = 11,       ///< a list of nodes without a place
+    fragment = 11,       ///< a list of nodes outside the tree
     notation = 12        ///< a notation that the document type declares
 };
 
@@ -49,18 +49,18 @@ enum class AttributeOrder {
 struct SaveOptions
 {
     int indent = 4; ///< spaces for each level; -1 writes no line breaks of its own
-    AttributeOrder attributeOrder = AttributeOrder::byName; ///< see there
+    AttributeOrder attributeOrder = AttributeOrder::byName; ///< see `AttributeOrder`
 };
 
-/// Any node: an element, a text, a comment ... A value that refers to a node of a document and keeps that
-/// document alive; or null.
+/// Any node: an element, a text, a comment ... The value refers to a node of a document and keeps that
+/// document alive, or is null.
 class KEL_EXPORT Node
 {
 public:
     /// Null.
     Node() noexcept;
     /// The node behind an interface.
-    /// \param node is not kept; the value refers to the same node
+    /// \param node not stored; the value refers to the same node
     /// \throw Error for an object of another library
     explicit Node(IXMLDOMNode& node);
     /// Refers to the same node.
@@ -83,7 +83,7 @@ public:
     /// \return `none` for null
     NodeKind kind() const noexcept;
 
-    /// An element's tag name, an attribute's name, an instruction's target; of other nodes a name such as
+    /// An element's tag name, an attribute's name, an instruction's target; for other nodes a name such as
     /// `#text`.
     /// \tparam Text `std::string` (UTF-8) or `std::wstring`
     template <class Text = std::string>
@@ -94,7 +94,7 @@ public:
         return name;
     }
 
-    /// All text in an element, that of its descendants included; the value of any other node.
+    /// All text in an element, including its descendants; for any other node, its value.
     /// \tparam Text `std::string` (UTF-8) or `std::wstring`
     /// \return empty for null
     template <class Text = std::string>
@@ -103,8 +103,8 @@ public:
         return text(Text());
     }
     /// The same, with a default.
-    /// \param otherwise given for null, and for a text that is not a value of its type; decides the type: a
-    ///        text, a number or `bool`, as for `Element::attribute`
+    /// \param otherwise returned for null, and for a text that is not a value of its type. Its type, a
+    ///        text, a number or `bool`, is the type of the result, as for `Element::attribute`
     template <class Default>
     detail::TypeOf<Default> text(const Default& otherwise) const
     {

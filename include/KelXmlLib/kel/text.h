@@ -1,5 +1,5 @@
 /// \file
-/// How texts and numbers enter and leave the layer. Included by KelXmlLib/kel.h.
+/// Converts texts and numbers that are passed to the layer or returned. Included by KelXmlLib/kel.h.
 
 #pragma once
 
@@ -61,7 +61,7 @@ constexpr bool isNumber = std::is_arithmetic_v<T> && !std::is_same_v<T, bool> &&
                           !std::is_same_v<T, wchar_t> && !std::is_same_v<T, char16_t> &&
                           !std::is_same_v<T, char32_t> && !std::is_same_v<T, long double>;
 
-/// The type that a number is read and written as.
+/// The type used to read and write a number.
 template <class Number>
 using WidestOf =
     std::conditional_t<std::is_floating_point_v<Number>, Number,
@@ -114,18 +114,18 @@ private:
 namespace detail
 {
 
-/// The type that a default asks for: texts of every kind give a string, all others themselves.
+/// The type of the result for a default: a string for every kind of text, otherwise the default's own type.
 template <class Default>
 using TypeOf = std::conditional_t<
     std::is_convertible_v<const Default&, std::string_view>, std::string,
     std::conditional_t<std::is_convertible_v<const Default&, std::wstring_view>, std::wstring, Default>>;
 
-/// Where a value is read to; its type decides what counts as one.
+/// Receives a value. Its type decides which texts are valid.
 using Target =
     std::variant<std::string*, std::wstring*, bool*, long long*, unsigned long long*, float*, double*>;
 
 /// \param otherwise the default
-/// \param read gets the target; answers whether there was a value of its type
+/// \param read receives the target; returns whether there was a value of its type
 template <class Default, class Read>
 TypeOf<Default> readOr(const Default& otherwise, Read read)
 {

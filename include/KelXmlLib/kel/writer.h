@@ -27,7 +27,7 @@ public:
     class KEL_EXPORT Element
     {
     public:
-        /// Takes over the closing of the element.
+        /// Moves the duty to close the element to the new object.
         Element(Element&& other) noexcept = default;
         Element(const Element&) = delete;
         Element& operator=(const Element&) = delete;
@@ -37,8 +37,8 @@ public:
         /// \param name of the attribute
         /// \param value a text, a number or `bool`
         /// \return this element, for the next attribute
-        /// \throw Error for a name that is not one or was written before, for an invalid text, and once the
-        ///        element has content or is closed
+        /// \throw Error for an invalid name, for one that was written before, for an invalid text, and once
+        ///        the element has content or is closed
         Element& attribute(TextView name, const Value& value);
 
     private:
@@ -62,13 +62,13 @@ public:
     ~Writer();
 
     /// Begins an element in the innermost open one.
-    /// \throw Error for a name that is not one, for a second root element, and after `close`
+    /// \throw Error for an invalid name, for a second root element, and after `close`
     Element element(TextView name);
     /// Writes a whole element that holds a text. \throw Error as above, and for an invalid text
     void element(TextView name, const Value& text);
     /// Writes a text. \throw Error outside the root element, and for an invalid text
     void text(const Value& text);
-    /// Writes a CDATA section; more than one where the text contains `]]>`. \throw Error as `text`
+    /// Writes a CDATA section, or several if the text contains `]]>`. \throw Error as `text`
     void cdata(TextView text);
     /// Writes a comment, also before and after the root element. \param text without two hyphens in a row,
     /// and not ending in one
