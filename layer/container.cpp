@@ -36,13 +36,17 @@ void requireNotNull(const Node& parent, const Node& child, const char* action)
 void requireFit(const Node& parent, const Node& child, const Node& leaving, const char* action)
 {
     requireNotNull(parent, child, action);
+    const NodeKind kind = child.kind();
+    if (kind == NodeKind::attribute)
+        detail::refuse(action, detail::reason::kAttribute);
+    if (kind == NodeKind::documentType || kind == NodeKind::entity || kind == NodeKind::notation)
+        detail::refuse(action, detail::reason::kDeclarationPart);
     if (parent.kind() != NodeKind::document)
         return;
     const QDomNode root = documentOf(parent).documentElement();
-    if (child.kind() == NodeKind::element && !root.isNull() && root != nodeOf(child) &&
-        root != nodeOf(leaving))
+    if (kind == NodeKind::element && !root.isNull() && root != nodeOf(child) && root != nodeOf(leaving))
         detail::refuse(action, detail::reason::kSecondRoot);
-    if (child.kind() == NodeKind::text || child.kind() == NodeKind::cdata)
+    if (kind == NodeKind::text || kind == NodeKind::cdata)
         detail::refuse(action, detail::reason::kTextInDocument);
 }
 
@@ -138,6 +142,8 @@ Node Container::appendInstruction(TextView target, TextView data)
     const QString name = detail::toName(target);
     const QString content = detail::toContent(data);
     detail::requireWithout("?>", content, kAppending, detail::reason::kInstruction);
+    if (detail::isDeclaration(name) && !(kind() == NodeKind::document && nodes().empty()))
+        detail::refuse(kAppending, detail::reason::kDeclaration);
     Node node = made<Node>(*this, kAppending, [&](QDomDocument& document) {
         return document.createProcessingInstruction(name, content);
     });

@@ -21,7 +21,7 @@ std::string reasonOf(kelxml::trees::Refusal refusal)
         return "the tree would become deeper than " + std::to_string(kelxml::limits::kMaxElementDepth) +
                " elements";
     case Refusal::PlacedAttribute:
-        return "the attribute is on an element";
+        return reason::kAttribute;
     case Refusal::WholeDocument:
         return "a document cannot be in a tree";
     case Refusal::NotAChild:

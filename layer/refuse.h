@@ -15,6 +15,9 @@ namespace reason
 constexpr const char* kNull = "the node to change is null";
 constexpr const char* kNullArgument = "the node is null";
 constexpr const char* kForeign = "the object belongs to another library";
+constexpr const char* kAttribute = "an attribute cannot be a child";
+constexpr const char* kDeclarationPart = "a part of a document type cannot be a child";
+constexpr const char* kDeclaration = "an XML declaration must come first in a document";
 constexpr const char* kSecondRoot = "the document has a root element already";
 constexpr const char* kTextInDocument = "a document has no text of its own";
 constexpr const char* kComment = "a comment cannot contain two hyphens in a row, nor end in one";
@@ -25,6 +28,12 @@ constexpr const char* kInstruction = "an instruction cannot contain ?>";
 /// \throw Error always
 /// \param action such as "appending a node"
 [[noreturn]] void refuse(const char* action, const std::string& reason);
+
+/// Whether an instruction of that name is an XML declaration.
+inline bool isDeclaration(const QString& name)
+{
+    return name.compare(QLatin1String("xml"), Qt::CaseInsensitive) == 0;
+}
 
 /// \throw Error if the change was refused
 void require(kelxml::trees::Refusal refusal, const char* action);

@@ -230,6 +230,8 @@ void Writer::instruction(TextView target, TextView data)
     const QString name = detail::toName(target);
     const QString content = detail::toCharacters(data);
     detail::requireWithout("?>", content, kAction, detail::reason::kInstruction);
+    if (detail::isDeclaration(name)) // the writer has written one
+        detail::refuse(kAction, detail::reason::kDeclaration);
     m_state->put([&](QXmlStreamWriter& to) { to.writeProcessingInstruction(name, content); });
 }
 

@@ -53,6 +53,8 @@ std::vector<LiveList*> listsOf(const QDomNode& node, bool areByTagName, const QS
 {
     std::vector<LiveList*> found;
     const std::uintptr_t address = addressOf(node);
+    if (address == 0) // null nodes of all threads share it; their lists are empty and never change
+        return found;
     Shelf& shelf = shelfOf(address);
     const std::lock_guard guard(shelf.lock);
     for (auto at = shelf.lists.lower_bound({address, areByTagName, tagName, nullptr});

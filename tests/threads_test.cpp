@@ -26,6 +26,9 @@ struct Threads : DomTest
             void* made = nullptr; // which may come while another thread makes the first `newDocument`
             EXPECT_EQ(S_OK, DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &made));
             const auto one = ComPtr<IXMLDOMDocument>::adopt(static_cast<IXMLDOMDocument*>(made));
+            const auto list = listOf(*one); // of a null node, which is the same in all threads
+            EXPECT_EQ(S_FALSE, list->get_item(8, ComPtr<IXMLDOMNode>().put()));
+            EXPECT_EQ(1, lengthOf(*listOf(*documentOf(L"<a/>"))));
             append(*one, *create(*one, NODE_ELEMENT, L"e"));
             EXPECT_EQ(S_OK, KelTypelib::RegisterTypeLib(LIBID_MSXML, L"" KEL_TYPE_LIBRARY));
             Variant result;

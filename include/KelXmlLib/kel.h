@@ -11,8 +11,7 @@
 /// - Texts and names are UTF-8 or wide, whichever the caller passes; invalid ones throw. Paths are UTF-8 in
 ///   any locale.
 /// - All of it may throw `std::bad_alloc`. A document and what belongs to it are used by one thread at a
-/// time;
-///   different documents by different threads.
+///   time; different documents by different threads.
 /// - For the COM interfaces see KelXmlLib/xmldom.h: every value converts from an interface and gives one.
 
 #pragma once

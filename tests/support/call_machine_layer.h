@@ -68,7 +68,8 @@ inline void compare(const HeldValue& held)
 /// \return whether the layer accepts `child` below `parent`. \param leaving a child that `child` replaces
 inline bool fitsInLayer(const NodePtr& parent, const NodePtr& child, const NodePtr& leaving = nullptr)
 {
-    if (!parent || (parent->type != NODE_ELEMENT && parent->type != NODE_DOCUMENT) || !fits(parent, child))
+    if (!parent || (parent->type != NODE_ELEMENT && parent->type != NODE_DOCUMENT) || !fits(parent, child) ||
+        child->type == NODE_ATTRIBUTE)
         return false;
     if (parent->type == NODE_ELEMENT)
         return true;

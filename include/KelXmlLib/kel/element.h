@@ -44,14 +44,14 @@ public:
     /// Appends a new element that holds a text. \throw Error as above, and for an invalid text
     Element append(TextView name, const Value& text);
     /// Appends a node. A node that already has a parent is moved, even from another document.
-    /// \throw Error for null, for a node that is or contains this one, for an attribute of an element,
+    /// \throw Error for null, for a node that is or contains this one, for an attribute,
     ///        for a document, for a tree that would become too deep, and for what a document cannot hold
     void append(const Node& node);
     /// Appends a comment.
     /// \param text without two hyphens in a row, and not ending in one
     Node appendComment(TextView text);
     /// Appends a processing instruction.
-    /// \param target its name
+    /// \param target its name; `xml` makes an XML declaration, which must come first in a document
     /// \param data must not contain `?>`
     Node appendInstruction(TextView target, TextView data);
 

@@ -57,7 +57,7 @@ KEL_EXPORT bool hasAny(const std::shared_ptr<const Selection>& selection);
 /// has reached, and may append nodes, which it then reaches too. After moving or removing the node, it
 /// continues with the node's former next sibling, and ends after the last one. A node that moves within the
 /// list is not reached again; its descendants are, if it moved to a later place. If the loop moves or removes
-/// both the node and the one after it, it can end early. `Item` is `Element` or `Node`.
+/// the node and the one after it, or earlier nodes, it can end early. `Item` is `Element` or `Node`.
 template <class Item>
 class List
 {
