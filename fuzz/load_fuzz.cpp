@@ -9,7 +9,8 @@
 
 #include <QtCore/QBuffer>
 
-using namespace kelxml;
+using namespace kelxml::limits;
+using namespace kelxml::parsing;
 using namespace kelfuzz;
 
 namespace
