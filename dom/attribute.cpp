@@ -14,7 +14,7 @@ using dom::refTo;
 
 CMorvXMLDOMAttribute::CMorvXMLDOMAttribute(qt::MovableNode&& node, const qt::DocumentRef& document)
     : m_node(std::move(node).as<QDomAttr>()), m_ownerDocument(dom::makeOwnerDocument(document.handle)),
-      m_document(document.handle), m_standIn(document.keptStandIn()),
+      m_document(document.handle), m_fallbackDocument(document.copyOfFallback()),
       m_ownerElement(trees::ownerElementOf(m_node))
 {}
 

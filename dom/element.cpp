@@ -16,7 +16,7 @@ using dom::refTo;
 
 CMorvXMLDOMElement::CMorvXMLDOMElement(qt::MovableNode&& node, const qt::DocumentRef& document)
     : m_node(std::move(node).as<QDomElement>()), m_ownerDocument(dom::makeOwnerDocument(document.handle)),
-      m_document(document.handle), m_standIn(document.keptStandIn())
+      m_document(document.handle), m_fallbackDocument(document.copyOfFallback())
 {}
 
 CMorvXMLDOMElement::~CMorvXMLDOMElement()

@@ -26,7 +26,7 @@ HRESULT changeAndHandOut(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** 
     if (!result)
         return S_OK;
     // Use this node's document: the child may come from any other.
-    wrapAs(known->type, std::move(node), self.document.orElse(known->ref.document), result);
+    wrapAs(known->type, std::move(node), self.document.withFallback(known->ref.document), result);
     return S_OK;
 }
 

@@ -12,7 +12,7 @@ using namespace kelxml;
 
 CMorvXMLDOMNamedNodeMap::CMorvXMLDOMNamedNodeMap(const QDomNode& node, const qt::DocumentRef& document)
     : m_map(node.attributes()), m_ownerDocument(dom::makeOwnerDocument(document.handle)),
-      m_document(document.handle), m_standIn(document.keptStandIn()),
+      m_document(document.handle), m_fallbackDocument(document.copyOfFallback()),
       m_ownerElement(node.isElement() ? node : QDomNode())
 {}
 
@@ -41,7 +41,7 @@ QDomNode CMorvXMLDOMNamedNodeMap::itemAt(LONG index)
     const auto at = static_cast<std::size_t>(index);
     if (at == 0 || m_items.size() != static_cast<std::size_t>(m_map.length()) ||
         m_map.namedItem(m_items[at].nodeName()) != m_items[at]) {
-        trees::ensureLivingDocument({m_ownerElement, dom::documentOf(*this)});
+        trees::ensureValidOwnerDocument({m_ownerElement, dom::documentOf(*this)});
         m_items = serialize::attributesOf(m_ownerElement.toElement());
     }
     return m_items[at];

@@ -13,7 +13,7 @@ using dom::refTo;
 
 CMorvXMLDOMNode::CMorvXMLDOMNode(qt::MovableNode&& node, const qt::DocumentRef& document)
     : m_node(std::move(node).as<QDomNode>()), m_ownerDocument(dom::makeOwnerDocument(document.handle)),
-      m_document(document.handle), m_standIn(document.keptStandIn())
+      m_document(document.handle), m_fallbackDocument(document.copyOfFallback())
 {}
 
 CMorvXMLDOMNode::~CMorvXMLDOMNode()

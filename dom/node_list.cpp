@@ -11,7 +11,7 @@ using namespace kelxml;
 
 CMorvXMLDOMNodeList::CMorvXMLDOMNodeList(lists::ListOrigin&& origin, const qt::DocumentRef& document)
     : m_list(lists::makeList(origin)), m_ownerDocument(dom::makeOwnerDocument(document.handle)),
-      m_document(document.handle), m_standIn(document.keptStandIn()),
+      m_document(document.handle), m_fallbackDocument(document.copyOfFallback()),
       m_ownerElement(trees::ownerElementOf(origin.node)), m_live(std::move(origin))
 {}
 

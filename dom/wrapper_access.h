@@ -34,7 +34,7 @@ struct WrapperAccess
     template <class Wrapper>
     static DocumentRef documentOf(const Wrapper& wrapper)
     {
-        return {wrapper.m_document, wrapper.m_standIn.get()};
+        return {wrapper.m_document, wrapper.m_fallbackDocument.get()};
     }
     static DocumentRef documentOf(const CMorvXMLDOMDocument& document) { return {document.m_document}; }
 

@@ -127,7 +127,7 @@ Attributes::Iterator Attributes::begin() const
 {
     if (empty())
         return {};
-    kelxml::trees::ensureLivingDocument(refTo(m_element));
+    kelxml::trees::ensureValidOwnerDocument(refTo(m_element));
     auto attributes = std::make_shared<std::vector<Attribute>>();
     for (QDomNode& found : kelxml::serialize::attributesOf(Access::as<QDomElement>(m_element)))
         attributes->push_back(Access::make<Attribute>(std::move(found), documentOf(m_element)));

@@ -46,7 +46,7 @@ Node::Node(IXMLDOMNode& node) : Node()
     const std::optional<kelxml::dom::Child> known = kelxml::dom::recognise(&node);
     if (!known)
         detail::refuse("taking a node", detail::reason::kForeign);
-    Access::assign(*this, QDomNode(known->ref.node), known->ref.document.living());
+    Access::assign(*this, QDomNode(known->ref.node), known->ref.document.handleOrFallback());
 }
 
 Node::Node(const Node& other) noexcept
@@ -170,7 +170,7 @@ Node Node::clone() const
 
 std::string Node::toString(const SaveOptions& options) const
 {
-    kelxml::trees::ensureLivingDocument(refTo(*this));
+    kelxml::trees::ensureValidOwnerDocument(refTo(*this));
     return kelxml::serialize::textOf(nodeOf(*this), detail::optionsOf(options)).toStdString();
 }
 

@@ -1,4 +1,4 @@
-// A node together with the document that its object carries.
+// References to a node and to the document that owns it.
 
 #pragma once
 
@@ -8,29 +8,29 @@
 namespace kelxml::qt
 {
 
-/// The document handle that an object passes on to every object reached from it. It is null for a document
-/// that was never loaded. Nodes of other documents can be reached from there too; a stand-in gives those a
-/// living document.
+/// The document that an object keeps alive and passes on to every object reached from it. The handle is null
+/// if this document was never loaded. The object may still return nodes of another document. The fallback
+/// then keeps that document alive.
 struct DocumentRef
 {
     const QDomDocument& handle;
-    const QDomDocument* standIn = nullptr; ///< used only if `handle` is null; may be null itself
+    const QDomDocument* fallback = nullptr; ///< used only if `handle` is null; may be null itself
 
-    /// A document that lives as long as the object, for Qt to point to.
-    const QDomDocument& living() const { return handle.isNull() && standIn ? *standIn : handle; }
-    /// The same handle, with `other` as the stand-in if there is no document yet.
-    DocumentRef orElse(const DocumentRef& other) const
+    /// The document that the object keeps alive, so that Qt's nodes can point to it.
+    const QDomDocument& handleOrFallback() const { return handle.isNull() && fallback ? *fallback : handle; }
+    /// The same handle. If there is no document yet, the document of `other` becomes the fallback.
+    DocumentRef withFallback(const DocumentRef& other) const
     {
-        return {handle, living().isNull() ? &other.living() : standIn};
+        return {handle, handleOrFallback().isNull() ? &other.handleOrFallback() : fallback};
     }
-    /// What an object must keep in addition to the handle.
-    std::unique_ptr<const QDomDocument> keptStandIn() const
+    /// A handle that an object must keep in addition to `handle`; null if `handle` is enough.
+    std::unique_ptr<const QDomDocument> copyOfFallback() const
     {
-        return handle.isNull() ? std::make_unique<const QDomDocument>(living()) : nullptr;
+        return handle.isNull() ? std::make_unique<const QDomDocument>(handleOrFallback()) : nullptr;
     }
 };
 
-/// Borrowed from an object for the duration of a call.
+/// The node and document of an object. Refers to the object's members, so use it only during a call.
 struct NodeRef
 {
     const QDomNode& node;

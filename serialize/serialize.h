@@ -35,8 +35,8 @@ using Sink = std::function<void(const QByteArray& bytes)>;
 ///
 /// It does not recurse, so the depth of the tree does not matter. With `AttributeOrder::ofQt`, an element of
 /// more than 2,000 attributes is written in an arbitrary order.
-/// \param node null writes nothing. Its document must be alive, which `trees::ensureLivingDocument` ensures.
-/// A node without a parent is treated as having no siblings, because Qt may leave bad links in it.
+/// \param node null writes nothing. Its document must be alive, which `trees::ensureValidOwnerDocument`
+/// ensures. A node without a parent is treated as having no siblings, because Qt may leave bad links in it.
 /// \param write called with pieces of at least 16,384 characters, except the last
 /// \throw std::bad_alloc, and exceptions from `write`
 void serialize(const QDomNode& node, const Options& options, const Sink& write);

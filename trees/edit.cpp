@@ -72,7 +72,7 @@ Refusal remove(const qt::NodeRef& parent, const qt::NodeRef& child)
 
 void replaceContent(const qt::NodeRef& element, const QString& text)
 {
-    QDomDocument document = element.document.living();
+    QDomDocument document = element.document.handleOrFallback();
     const QDomNode content = text.isEmpty() ? QDomNode() : document.createTextNode(text);
     for (qt::MovableNode child = element.node.firstChild(); !child.isNull();
          child = element.node.firstChild())
@@ -83,7 +83,7 @@ void replaceContent(const qt::NodeRef& element, const QString& text)
 
 bool removeAttribute(const qt::NodeRef& element, const QString& name)
 {
-    ensureLivingDocument(element);
+    ensureValidOwnerDocument(element);
     QDomElement target = element.node.toElement();
     const bool hadIt = target.hasAttribute(name);
     target.removeAttribute(name);

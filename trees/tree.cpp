@@ -45,7 +45,7 @@ void appendOutsider(const qt::NodeRef& parent, const QDomNode& child)
     QDomNode place = parent.node;
     const QDomNode last = place.lastChild();
     if (last.isNull()) {
-        QDomDocument home = parent.document.living();
+        QDomDocument home = parent.document.handleOrFallback();
         place.replaceChild(child, place.appendChild(home.createTextNode(QString())));
     } else {
         place.replaceChild(child, last);
@@ -54,19 +54,19 @@ void appendOutsider(const qt::NodeRef& parent, const QDomNode& child)
 }
 
 /// Makes both trees safe for Qt to change.
-void ensureLivingDocuments(const qt::NodeRef& parent, const qt::NodeRef& child)
+void ensureValidOwnerDocuments(const qt::NodeRef& parent, const qt::NodeRef& child)
 {
-    if (!haveDocumentsMet && parent.document.living() != child.document.living())
+    if (!haveDocumentsMet && parent.document.handleOrFallback() != child.document.handleOrFallback())
         haveDocumentsMet = true;
-    ensureLivingDocument(parent);
-    ensureLivingDocument(child);
+    ensureValidOwnerDocument(parent);
+    ensureValidOwnerDocument(child);
 }
 
 } // namespace
 
 void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child)
 {
-    ensureLivingDocuments(parent, child);
+    ensureValidOwnerDocuments(parent, child);
     if (parent.node.isNull() || child.node.isNull())
         return;
     if (child.node.isDocument() || isOnElement(child.node) || !fitsBelow(parent.node, child.node))
@@ -83,20 +83,20 @@ void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child)
 
 QDomNode removeChild(const qt::NodeRef& parent, const qt::NodeRef& child)
 {
-    ensureLivingDocuments(parent, child);
+    ensureValidOwnerDocuments(parent, child);
     lists::invalidate(child.node, parent.node);
     return QDomNode(parent.node).removeChild(child.node);
 }
 
 QDomNode cloneNode(const qt::NodeRef& node, bool deep)
 {
-    ensureLivingDocument(node);
+    ensureValidOwnerDocument(node);
     return node.node.cloneNode(deep);
 }
 
 void setNodeValue(const qt::NodeRef& node, const QString& value)
 {
-    ensureLivingDocument(node);
+    ensureValidOwnerDocument(node);
     if (node.node.isAttr())
         lists::invalidate(node.node.firstChild(), node.node);
     QDomNode(node.node).setNodeValue(value);
@@ -104,8 +104,8 @@ void setNodeValue(const qt::NodeRef& node, const QString& value)
 
 void replaceFirstChild(const qt::NodeRef& element, const QString& text)
 {
-    ensureLivingDocument(element);
-    QDomDocument document = element.document.living();
+    ensureValidOwnerDocument(element);
+    QDomDocument document = element.document.handleOrFallback();
     const QDomNode replacement = document.createTextNode(text);
     const QDomNode first = element.node.firstChild();
     lists::invalidate(first, element.node);
@@ -115,7 +115,7 @@ void replaceFirstChild(const qt::NodeRef& element, const QString& text)
 
 void prepareSettingAttribute(const qt::NodeRef& element, const QString& name)
 {
-    ensureLivingDocument(element);
+    ensureValidOwnerDocument(element);
     if (!lists::isAnyCached())
         return;
     const QDomNode attribute = element.node.attributes().namedItem(name);
@@ -124,7 +124,7 @@ void prepareSettingAttribute(const qt::NodeRef& element, const QString& name)
 
 QDomDocument ownerDocument(const qt::NodeRef& node)
 {
-    ensureLivingDocument(node);
+    ensureValidOwnerDocument(node);
     return node.node.ownerDocument();
 }
 
@@ -144,13 +144,13 @@ bool isOnElement(const QDomNode& node)
     return !element.isNull() && element.attributeNode(node.nodeName()) == node;
 }
 
-void ensureLivingDocument(const qt::NodeRef& node)
+void ensureValidOwnerDocument(const qt::NodeRef& node)
 {
     if (!haveDocumentsMet)
         return;
     const qt::MovableNode top = topOf(node.node);
     if (!top.isNull() && !top.isDocument())
-        moveInto(node.document.living(), top);
+        moveInto(node.document.handleOrFallback(), top);
 }
 
 } // namespace kelxml::trees

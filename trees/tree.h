@@ -17,7 +17,7 @@ void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child);
 /// `QDomNode::removeChild`. \return what Qt returns
 QDomNode removeChild(const qt::NodeRef& parent, const qt::NodeRef& child);
 
-/// `QDomNode::cloneNode`. The copy belongs to a living document.
+/// `QDomNode::cloneNode`. The copy belongs to a document that still exists.
 QDomNode cloneNode(const qt::NodeRef& node, bool deep);
 
 /// `QDomNode::setNodeValue`, which replaces the text of an attribute.
@@ -50,9 +50,9 @@ QDomNode ownerElementOf(const QDomNode& node);
 /// Whether a node is an attribute of an element. Anyone holding the attribute must also hold the element.
 bool isOnElement(const QDomNode& node);
 
-/// Makes the tree of `node` belong to the living document of `node`, before Qt uses a destroyed one. Once a
+/// Makes the tree of `node` belong to `node.document`, before Qt uses a destroyed document. Once a
 /// call has used nodes of two documents, a tree outside any document may point to a document that was
 /// destroyed. Until then this costs one comparison.
-void ensureLivingDocument(const qt::NodeRef& node);
+void ensureValidOwnerDocument(const qt::NodeRef& node);
 
 } // namespace kelxml::trees

@@ -94,5 +94,5 @@ private:
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, released on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
     std::unique_ptr<const QDomDocument>
-        m_standIn; ///< if `m_document` is null, keeps the node's document alive
+        m_fallbackDocument; ///< if `m_document` is null, keeps the node's document alive
 };

@@ -60,7 +60,7 @@ private:
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, released on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
     std::unique_ptr<const QDomDocument>
-        m_standIn;                 ///< keeps the node's document alive when `m_document` is null
+        m_fallbackDocument;        ///< keeps the node's document alive when `m_document` is null
     QDomNode m_ownerElement;       ///< the element itself; released last
     std::vector<QDomNode> m_items; ///< a cached copy of all attributes, for large maps only
 };

@@ -59,7 +59,7 @@ private:
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, released on destruction
     QDomDocument m_document;                          ///< keeps the Qt document alive
     std::unique_ptr<const QDomDocument>
-        m_standIn;           ///< keeps the node's document alive when `m_document` is null
+        m_fallbackDocument;  ///< keeps the node's document alive when `m_document` is null
     QDomNode m_ownerElement; ///< the element, if an attribute's children are listed; released last
     kelxml::InPlace<kelxml::lists::LiveList, 56>
         m_live; ///< reads the list; released before the owner element

@@ -184,8 +184,8 @@ private:
                     const NodePtr& node)
     {
         Handle handle = parent->handle;
-        if (!handle.living())
-            handle.standIn = child->handle.living();
+        if (!handle.documentOrFallback())
+            handle.fallback = child->handle.documentOrFallback();
         keep(result, makeObject(child->kind == NODE_DOCUMENT ? NODE_INVALID : child->kind, node, handle));
     }
     void append()

@@ -86,7 +86,7 @@ public:
 
     void take(const Held& held)
     {
-        keep(holdValue(kel::Node(*held.object), held->node, held->handle.living()));
+        keep(holdValue(kel::Node(*held.object), held->node, held->handle.documentOrFallback()));
     }
     /// \param use receives an interface's object, its node and its handle
     template <class Use>

@@ -35,9 +35,9 @@ inline const std::vector<Text>& texts()
 struct Handle
 {
     NodePtr document; ///< null if the object comes from a document that had no tree yet
-    NodePtr standIn;  ///< kept alive instead if `document` is null
+    NodePtr fallback; ///< kept alive instead if `document` is null
 
-    const NodePtr& living() const { return document ? document : standIn; }
+    const NodePtr& documentOrFallback() const { return document ? document : fallback; }
 };
 
 struct Object;
