@@ -37,8 +37,6 @@ void requireFit(const Node& parent, const Node& child, const Node& leaving, cons
 {
     requireNotNull(parent, child, action);
     const NodeKind kind = child.kind();
-    if (kind == NodeKind::attribute)
-        detail::refuse(action, detail::reason::kAttribute);
     if (kind == NodeKind::documentType || kind == NodeKind::entity || kind == NodeKind::notation)
         detail::refuse(action, detail::reason::kDeclarationPart);
     if (parent.kind() != NodeKind::document)

@@ -20,8 +20,8 @@ std::string reasonOf(kelxml::trees::Refusal refusal)
     case Refusal::TooDeep:
         return "the tree would become deeper than " + std::to_string(kelxml::limits::kMaxElementDepth) +
                " elements";
-    case Refusal::PlacedAttribute:
-        return reason::kAttribute;
+    case Refusal::Attribute:
+        return "an attribute cannot be a child";
     case Refusal::WholeDocument:
         return "a document cannot be in a tree";
     case Refusal::NotAChild:

@@ -15,7 +15,6 @@ namespace reason
 constexpr const char* kNull = "the node to change is null";
 constexpr const char* kNullArgument = "the node is null";
 constexpr const char* kForeign = "the object belongs to another library";
-constexpr const char* kAttribute = "an attribute cannot be a child";
 constexpr const char* kDeclarationPart = "a part of a document type cannot be a child";
 constexpr const char* kDeclaration = "an XML declaration must come first in a document";
 constexpr const char* kSecondRoot = "the document has a root element already";

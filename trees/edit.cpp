@@ -34,8 +34,8 @@ Refusal append(const qt::NodeRef& parent, const qt::NodeRef& child)
 {
     if (child.node.isDocument())
         return Refusal::WholeDocument;
-    if (isOnElement(child.node))
-        return Refusal::PlacedAttribute;
+    if (child.node.isAttr())
+        return Refusal::Attribute;
     if (isInTreeOf(parent.node, child.node))
         return Refusal::Ring;
     appendChild(parent, child);

@@ -13,7 +13,7 @@ enum class Refusal {
     None, ///< it was made
     Ring,
     TooDeep,
-    PlacedAttribute, ///< it is on an element
+    Attribute, ///< which can only be set
     WholeDocument,
     NotAChild
 };

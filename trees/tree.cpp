@@ -62,6 +62,15 @@ void ensureValidOwnerDocuments(const qt::NodeRef& parent, const qt::NodeRef& chi
     ensureValidOwnerDocument(child);
 }
 
+/// Whether a node is an attribute of an element.
+bool isOnElement(const QDomNode& node)
+{
+    if (!node.isAttr())
+        return false;
+    QDomElement element = node.parentNode().toElement();
+    return !element.isNull() && element.attributeNode(node.nodeName()) == node;
+}
+
 } // namespace
 
 void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child)
@@ -134,14 +143,6 @@ QDomNode ownerElementOf(const QDomNode& node)
     if (!owner.isElement())
         owner.clear();
     return owner;
-}
-
-bool isOnElement(const QDomNode& node)
-{
-    if (!node.isAttr())
-        return false;
-    QDomElement element = node.parentNode().toElement();
-    return !element.isNull() && element.attributeNode(node.nodeName()) == node;
 }
 
 void ensureValidOwnerDocument(const qt::NodeRef& node)

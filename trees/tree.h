@@ -47,9 +47,6 @@ QDomDocument ownerDocument(const qt::NodeRef& node);
 /// the parent outlive its own element.
 QDomNode ownerElementOf(const QDomNode& node);
 
-/// Whether a node is an attribute of an element. Anyone holding the attribute must also hold the element.
-bool isOnElement(const QDomNode& node);
-
 /// Makes the tree of `node` belong to `node.document`, before Qt uses a destroyed document. Once a
 /// call has used nodes of two documents, a tree outside any document may point to a document that was
 /// destroyed. Until then this costs one comparison.
