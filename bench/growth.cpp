@@ -38,15 +38,19 @@ std::uint64_t shuttle(const ComPtr<IXMLDOMDocument>& document, IXMLDOMNode& node
     return 1;
 }
 
+/// A list of this length has cached nodes, whatever its origin.
+constexpr int kCached = 8;
+
 /// Moves a subtree with `count` different names while lists have cached nodes.
 std::function<std::uint64_t()> moveNames(std::int64_t count)
 {
     QString xml = QStringLiteral("<r><a/><b/><n>");
     for (std::int64_t number = 0; number < count; ++number)
         xml += QStringLiteral("<n%1/>").arg(number);
-    const auto document = documentOf(xml + QStringLiteral("</n></r>"));
+    const auto document = documentOf(xml + QStringLiteral("</n>") +
+                                     QStringLiteral("<kept/>").repeated(kCached) + QStringLiteral("</r>"));
     const auto subtree = itemOf(*listOf(*rootOf(*document)), 2);
-    const auto kept = listOf(*document, L"none");
+    const auto kept = listOf(*document, L"kept");
     return [=] { return read(*kept) + shuttle(document, *subtree, 2); };
 }
 
