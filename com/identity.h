@@ -9,15 +9,15 @@
 namespace kelxml::com
 {
 
-/// Returns the object's own address for every identifier in `answered`. Single inheritance makes this valid:
+/// Returns the object's own address for every identifier in `supported`. Single inheritance makes this valid:
 /// each interface begins at the object's address.
 template <class Object>
-HRESULT queryInterface(Object& self, std::initializer_list<const GUID*> answered, const GUID& riid,
+HRESULT queryInterface(Object& self, std::initializer_list<const GUID*> supported, const GUID& riid,
                        void** ppv)
 {
     if (!ppv)
         return E_POINTER;
-    for (const GUID* const identifier : answered) {
+    for (const GUID* const identifier : supported) {
         if (*identifier == riid) {
             *ppv = &self;
             self.AddRef();
@@ -38,10 +38,10 @@ inline ULONG addReference(ULONG& count) noexcept
 template <class Object>
 ULONG releaseReference(Object& self, ULONG& count) noexcept
 {
-    const ULONG left = --count;
-    if (left == 0)
+    const ULONG remaining = --count;
+    if (remaining == 0)
         delete &self;
-    return left;
+    return remaining;
 }
 
 } // namespace kelxml::com

@@ -11,15 +11,15 @@
 namespace
 {
 
-/// Returns a description to the type information that lent it.
-struct GiveBack
+/// Returns a description to the type information that borrowed it.
+struct ReleaseDescription
 {
     void operator()(TYPEATTR* attributes) const { typeInfo->ReleaseTypeAttr(attributes); }
     void operator()(FUNCDESC* function) const { typeInfo->ReleaseFuncDesc(function); }
     ITypeInfo* typeInfo;
 };
 template <class Description>
-using Lent = std::unique_ptr<Description, GiveBack>;
+using DescriptionPtr = std::unique_ptr<Description, ReleaseDescription>;
 
 /// How many slots each interface has, including those of IDispatch.
 constexpr std::pair<const GUID*, std::size_t> kSlots[] = {
@@ -27,12 +27,12 @@ constexpr std::pair<const GUID*, std::size_t> kSlots[] = {
     {&IID_IXMLDOMAttribute, 46}, {&IID_IXMLDOMNodeList, 12}, {&IID_IXMLDOMNamedNodeMap, 17}};
 
 /// Whether a description has more slots than the object: a call to one of them would crash.
-bool hasInventedSlots(ITypeInfo& typeInfo, const GUID& interface)
+bool hasMoreSlotsThanObject(ITypeInfo& typeInfo, const GUID& interface)
 {
-    TYPEATTR* lent = nullptr;
-    if (FAILED(typeInfo.GetTypeAttr(&lent)))
+    TYPEATTR* borrowed = nullptr;
+    if (FAILED(typeInfo.GetTypeAttr(&borrowed)))
         return false;
-    const Lent<TYPEATTR> attributes(lent, {&typeInfo});
+    const DescriptionPtr<TYPEATTR> attributes(borrowed, {&typeInfo});
     for (const auto& [identifier, slots] : kSlots)
         if (*identifier == interface)
             return attributes->cbSizeVft > slots * sizeof(void*);
@@ -53,7 +53,7 @@ HRESULT CComTypeInfoHolder::GetTI(LCID)
     if (const HRESULT loaded = KelTypelib::LoadTypeLib(path, &library); FAILED(loaded))
         return loaded;
     const HRESULT obtained = library->GetTypeInfoOfGuid(*m_pguid, m_pInfo.put());
-    if (m_pInfo && hasInventedSlots(*m_pInfo, *m_pguid)) {
+    if (m_pInfo && hasMoreSlotsThanObject(*m_pInfo, *m_pguid)) {
         m_pInfo.reset();
         return TYPE_E_ELEMENTNOTFOUND;
     }
@@ -64,10 +64,10 @@ HRESULT CComTypeInfoHolder::GetTI(LCID)
 
 HRESULT CComTypeInfoHolder::LoadNameCache(ITypeInfo* typeInfo)
 {
-    TYPEATTR* lent = nullptr;
-    if (FAILED(typeInfo->GetTypeAttr(&lent)))
+    TYPEATTR* borrowed = nullptr;
+    if (FAILED(typeInfo->GetTypeAttr(&borrowed)))
         return S_OK;
-    const Lent<TYPEATTR> attributes(lent, {typeInfo}); // returned last
+    const DescriptionPtr<TYPEATTR> attributes(borrowed, {typeInfo}); // returned last
 
     m_pMap.reset();
     m_nCount = attributes->cFuncs;
@@ -84,11 +84,11 @@ HRESULT CComTypeInfoHolder::LoadNameCache(ITypeInfo* typeInfo)
 
 void CComTypeInfoHolder::readName(ITypeInfo& typeInfo, UINT index, NameEntry& entry)
 {
-    FUNCDESC* lent = nullptr;
-    if (FAILED(typeInfo.GetFuncDesc(index, &lent)))
+    FUNCDESC* borrowed = nullptr;
+    if (FAILED(typeInfo.GetFuncDesc(index, &borrowed)))
         return;
     kel::Bstr name; // freed after the function is returned, unless it is moved out
-    const Lent<FUNCDESC> function(lent, {&typeInfo});
+    const DescriptionPtr<FUNCDESC> function(borrowed, {&typeInfo});
     if (FAILED(typeInfo.GetDocumentation(function->memid, name.put(), nullptr, nullptr, nullptr)))
         return;
     entry.length = static_cast<std::int32_t>(name.length());

@@ -32,14 +32,14 @@ constexpr std::size_t kUnknownStack = std::size_t{64} * 1024;
 
 // The kernel reserves more than this for the first stack, whatever its limit is when the program starts, and
 // we never need more.
-constexpr std::size_t kMostOfFirstStack = std::size_t{64} * 1024 * 1024;
+constexpr std::size_t kMaxFirstStack = std::size_t{64} * 1024 * 1024;
 
 struct Stack
 {
     std::uintptr_t low = 0;
     std::uintptr_t high = 0;
 
-    bool holds(std::uintptr_t address) const { return address > low && address <= high; }
+    bool contains(std::uintptr_t address) const { return address > low && address <= high; }
 };
 
 /// The stack that the calling thread was started with; empty if the system does not report it.
@@ -68,18 +68,18 @@ std::size_t freeStack()
     // The kernel puts the program's name at the top of the first stack. The C library would find the top in
     // /proc, which a process does not always have.
     const std::uintptr_t top = ::getauxval(AT_EXECFN);
-    if (Stack{top - kMostOfFirstStack, top}.holds(here)) {
+    if (Stack{top - kMaxFirstStack, top}.contains(here)) {
         // The limit can change at any time, even to less than is in use.
         rlimit limit = {};
         ::getrlimit(RLIMIT_STACK, &limit);
         const std::uintptr_t used = top - here;
-        return std::max(std::min<std::uintptr_t>(limit.rlim_cur, kMostOfFirstStack), used) - used;
+        return std::max(std::min<std::uintptr_t>(limit.rlim_cur, kMaxFirstStack), used) - used;
     }
     // Failures are not cached; they may be temporary.
     static thread_local Stack known;
-    if (!known.holds(here))
+    if (!known.contains(here))
         known = stackOfThread();
-    return known.holds(here) ? here - known.low : kUnknownStack;
+    return known.contains(here) ? here - known.low : kUnknownStack;
 }
 
 } // namespace

@@ -40,12 +40,12 @@ BSTR SysAllocStringLen(const wchar_t* text, UINT length)
         return nullptr;
     BYTE* const start = static_cast<BYTE*>(block) + kHeaderSize;
     std::memcpy(start - sizeof length, &length, sizeof length);
-    const BSTR made = reinterpret_cast<BSTR>(start);
+    const BSTR created = reinterpret_cast<BSTR>(start);
     if (text) {
-        std::memcpy(made, text, std::size_t{length} * sizeof(wchar_t));
-        made[length] = L'\0';
+        std::memcpy(created, text, std::size_t{length} * sizeof(wchar_t));
+        created[length] = L'\0';
     }
-    return made;
+    return created;
 }
 
 void SysFreeString(BSTR text)

@@ -296,7 +296,7 @@ HRESULT toBoolean(const VARIANT& plain, VARIANT_BOOL& boolean)
     return hr;
 }
 
-HRESULT toText(const VARIANT& plain, BSTR& text, kel::Bstr& made)
+HRESULT toText(const VARIANT& plain, BSTR& text, kel::Bstr& newText)
 {
     if (plain.vt == VT_BSTR) {
         text = plain.bstrVal;
@@ -306,9 +306,9 @@ HRESULT toText(const VARIANT& plain, BSTR& text, kel::Bstr& made)
     const HRESULT hr = numberText(plain, number);
     if (FAILED(hr))
         return hr;
-    made = kel::Bstr(number.toStdWString().c_str());
-    text = made.get();
-    return made ? S_OK : E_OUTOFMEMORY;
+    newText = kel::Bstr(number.toStdWString().c_str());
+    text = newText.get();
+    return newText ? S_OK : E_OUTOFMEMORY;
 }
 
 HRESULT toObject(const VARIANT& plain, const GUID& iid, kel::ComPtr<IUnknown>& object)

@@ -20,8 +20,8 @@ HRESULT dereference(const VARIANT& argument, VARIANT& plain);
 HRESULT toInteger(const VARIANT& plain, std::int32_t& integer);
 HRESULT toBoolean(const VARIANT& plain, VARIANT_BOOL& boolean);
 /// \param text the argument's own BSTR, or else the new one
-/// \param made owns the new BSTR
-HRESULT toText(const VARIANT& plain, BSTR& text, kel::Bstr& made);
+/// \param newText owns the new BSTR
+HRESULT toText(const VARIANT& plain, BSTR& text, kel::Bstr& newText);
 /// Queries a passed object for the parameter's interface; null stays null.
 HRESULT toObject(const VARIANT& plain, const GUID& iid, kel::ComPtr<IUnknown>& object);
 

@@ -128,8 +128,8 @@ void numberTypes(LibraryDescription& library)
     for (ValueType& type : library.types)
         if (type.isDeclared())
             type.description.hreftype = next++;
-    for (std::size_t place = 0; place < library.interfaces.size(); ++place)
-        library.interfaces[place].type->description.hreftype = static_cast<HREFTYPE>(place);
+    for (std::size_t index = 0; index < library.interfaces.size(); ++index)
+        library.interfaces[index].type->description.hreftype = static_cast<HREFTYPE>(index);
 }
 
 } // namespace
@@ -150,10 +150,10 @@ bool isSameName(std::wstring_view left, std::wstring_view right)
 std::pair<InterfaceDescription::Functions, InterfaceDescription::Functions>
 InterfaceDescription::member(MEMBERID id) const
 {
-    const auto place = members.find(id);
-    if (place == members.end())
+    const auto it = members.find(id);
+    if (it == members.end())
         return {};
-    const auto& found = place->second;
+    const auto& found = it->second;
     return {found.data(), found.data() + found.size()};
 }
 
@@ -166,10 +166,10 @@ const Function* InterfaceDescription::firstOf(MEMBERID id) const
 const Function* InterfaceDescription::firstNamed(std::wstring_view name) const
 {
     const std::wstring sought = folded(name);
-    const auto place =
+    const auto it =
         std::lower_bound(byName.begin(), byName.end(), sought,
                          [](const auto& entry, const std::wstring& key) { return entry.first < key; });
-    return place == byName.end() || place->first != sought ? nullptr : place->second;
+    return it == byName.end() || it->first != sought ? nullptr : it->second;
 }
 
 bool isConsistent(const Function& function)
@@ -199,11 +199,11 @@ bool complete(LibraryDescription& library)
     for (ValueType& type : library.types)
         type.pointer = pointerTo(type.description);
     for (InterfaceDescription& interface : library.interfaces) {
-        for (std::size_t place = 0; place < interface.functions.size(); ++place) {
-            Function& function = *interface.functions[place];
+        for (std::size_t index = 0; index < interface.functions.size(); ++index) {
+            Function& function = *interface.functions[index];
             if (function.description.oVft != 0)
                 continue; // inherited, so already described with the base
-            describe(function, kDispatchSlots + place);
+            describe(function, kDispatchSlots + index);
             if (!prepareCall(function))
                 return false;
         }

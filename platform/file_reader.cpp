@@ -66,13 +66,13 @@ public:
     /// Returns null if there is no such attribute.
     QString take(QLatin1String name)
     {
-        const auto place =
-            std::find_if(m_attributes.begin(), m_attributes.end(),
-                         [name](const auto& attribute) { return attribute.qualifiedName() == name; });
-        if (place == m_attributes.end())
+        const auto it = std::find_if(m_attributes.begin(), m_attributes.end(), [name](const auto& attribute) {
+            return attribute.qualifiedName() == name;
+        });
+        if (it == m_attributes.end())
             return {};
-        const QString value = place->value().toString();
-        m_attributes.erase(place);
+        const QString value = it->value().toString();
+        m_attributes.erase(it);
         return value.isNull() ? QStringLiteral("") : value;
     }
     bool takeName(std::wstring& name, QLatin1String attribute = QLatin1String("name"))

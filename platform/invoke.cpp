@@ -17,10 +17,10 @@ namespace
 {
 
 /// Not an index in `rgvarg`.
-constexpr UINT kNone = UINT_MAX;
+constexpr UINT kNoArgument = UINT_MAX;
 
-/// For each parameter, the index of its argument in `rgvarg`, or `kNone`.
-using Sources = std::array<UINT, kMaxArguments>;
+/// For each parameter, the index of its argument in `rgvarg`, or `kNoArgument`.
+using ArgumentIndexes = std::array<UINT, kMaxArguments>;
 
 /// Holds one argument or result of any type.
 union Storage {
@@ -94,24 +94,25 @@ HRESULT checkCounts(const Function& function, const DISPPARAMS& parameters)
 
 /// Finds the argument of each parameter. `rgvarg` has the named arguments first, in any order, then the
 /// others in reverse order. The value of a put must have the name `DISPID_PROPERTYPUT`.
-HRESULT assignSources(const Function& function, const DISPPARAMS& parameters, Sources& sources,
-                      UINT* badArgument)
+HRESULT matchArguments(const Function& function, const DISPPARAMS& parameters, ArgumentIndexes& indexes,
+                       UINT* badArgument)
 {
-    sources.fill(kNone);
+    indexes.fill(kNoArgument);
     const auto count = static_cast<UINT>(function.arguments.size());
     for (UINT index = parameters.cNamedArgs; index < parameters.cArgs; ++index)
-        sources[parameters.cArgs - 1 - index] = index;
+        indexes[parameters.cArgs - 1 - index] = index;
     for (UINT index = 0; index < parameters.cNamedArgs; ++index) {
         const DISPID name = parameters.rgdispidNamedArgs[index];
         const bool isValue = function.isPut() && name == DISPID_PROPERTYPUT;
-        const UINT place = isValue ? count - 1 : static_cast<UINT>(name);
+        const UINT position = isValue ? count - 1 : static_cast<UINT>(name);
         const UINT end = function.isPut() && !isValue ? count - 1 : count;
-        if (place >= end || sources[place] != kNone)
+        if (position >= end || indexes[position] != kNoArgument)
             return failAt(index, DISP_E_PARAMNOTFOUND, badArgument);
-        sources[place] = index;
+        indexes[position] = index;
     }
     // The value of a put is missing, or has been passed without its name.
-    if (function.isPut() && (sources[count - 1] == kNone || sources[count - 1] >= parameters.cNamedArgs))
+    if (function.isPut() &&
+        (indexes[count - 1] == kNoArgument || indexes[count - 1] >= parameters.cNamedArgs))
         return DISP_E_PARAMNOTFOUND;
     return S_OK;
 }
@@ -125,13 +126,13 @@ bool isOmitted(const VARIANT& plain)
 class Argument
 {
 public:
-    HRESULT set(const Parameter& parameter, const VARIANT* given)
+    HRESULT set(const Parameter& parameter, const VARIANT* argument)
     {
         VARIANT plain{};
         plain.vt = VT_ERROR;
         plain.scode = DISP_E_PARAMNOTFOUND;
-        if (given) {
-            const HRESULT hr = dereference(*given, plain);
+        if (argument) {
+            const HRESULT hr = dereference(*argument, plain);
             if (FAILED(hr))
                 return hr;
         }
@@ -142,7 +143,7 @@ public:
         m_storage.variant = parameter.type->tag == VT_VARIANT ? plain : VARIANT{};
         return S_OK;
     }
-    void* place() { return &m_storage; }
+    void* address() { return &m_storage; }
 
 private:
     HRESULT convert(const ValueType& type, const VARIANT& plain)
@@ -175,16 +176,16 @@ using Arguments = std::array<Argument, kMaxArguments>;
 HRESULT setArguments(const Function& function, const DISPPARAMS& parameters, Arguments& arguments,
                      UINT* badArgument)
 {
-    Sources sources;
-    HRESULT hr = assignSources(function, parameters, sources, badArgument);
+    ArgumentIndexes indexes;
+    HRESULT hr = matchArguments(function, parameters, indexes, badArgument);
     if (FAILED(hr))
         return hr;
-    for (std::size_t place = 0; place < function.arguments.size(); ++place) {
-        const UINT source = sources[place];
-        hr = arguments[place].set(function.arguments[place],
-                                  source == kNone ? nullptr : &parameters.rgvarg[source]);
+    for (std::size_t position = 0; position < function.arguments.size(); ++position) {
+        const UINT index = indexes[position];
+        hr = arguments[position].set(function.arguments[position],
+                                     index == kNoArgument ? nullptr : &parameters.rgvarg[index]);
         if (FAILED(hr))
-            return source == kNone ? hr : failAt(source, hr, badArgument);
+            return index == kNoArgument ? hr : failAt(index, hr, badArgument);
     }
     return S_OK;
 }
@@ -200,7 +201,7 @@ public:
         if (tag == VT_VARIANT)
             m_storage.variant = VARIANT{};
     }
-    void* place() { return &m_storage; }
+    void* address() { return &m_storage; }
 
     /// Returns the value, which the caller frees.
     VARIANT value() const
@@ -237,14 +238,14 @@ private:
     Storage m_storage;
 };
 
-HRESULT callSlot(const Function& function, void* instance, Arguments& arguments, void* resultPlace)
+HRESULT callSlot(const Function& function, void* instance, Arguments& arguments, void* resultAddress)
 {
     std::array<void*, kMaxArguments + 2> values;
     std::size_t count = 0;
     values[count++] = &instance;
-    for (std::size_t place = 0; place < function.arguments.size(); ++place)
-        values[count++] = arguments[place].place();
-    values[count] = &resultPlace;
+    for (std::size_t position = 0; position < function.arguments.size(); ++position)
+        values[count++] = arguments[position].address();
+    values[count] = &resultAddress;
 
     using Slot = void (*)();
     const Slot* const table = *static_cast<const Slot* const*>(instance);
@@ -287,14 +288,14 @@ HRESULT invoke(const InterfaceDescription& interface, void* instance, MEMBERID m
     if (outputs.result)
         *outputs.result = VARIANT{};
     Result result(function->result ? function->result->type->tag : VARTYPE{VT_EMPTY});
-    hr = callSlot(*function, instance, arguments, result.place());
+    hr = callSlot(*function, instance, arguments, result.address());
     if (FAILED(hr))
         return reportFailure(hr, outputs.exception);
     if (!function->result)
         return hr;
-    kel::Variant given = kel::Variant::adopt(result.value());
+    kel::Variant value = kel::Variant::adopt(result.value());
     if (outputs.result)
-        *outputs.result = given.detach();
+        *outputs.result = value.detach();
     return hr;
 }
 

@@ -95,10 +95,10 @@ private:
 Service& Service::instance()
 {
     static Service& service = *[] {
-        auto* const made = new Service;
+        auto* const created = new Service;
         ::pthread_atfork([] { instance().m_mutex.lock(); }, [] { instance().m_mutex.unlock(); },
                          [] { instance().m_mutex.unlock(); });
-        return made;
+        return created;
     }();
     return service;
 }
@@ -124,8 +124,8 @@ QByteArray encoded(const wchar_t* path)
 {
     const QString text = QString::fromWCharArray(path);
     const QByteArray name = QFile::encodeName(text);
-    const bool isWhole = *path != QChar::ByteOrderMark; // which the conversion removes
-    return isWhole && QFile::decodeName(name) == text ? name : QByteArray();
+    const bool isLossless = *path != QChar::ByteOrderMark; // which the conversion removes
+    return isLossless && QFile::decodeName(name) == text ? name : QByteArray();
 }
 
 HRESULT makeLibrary(const QByteArray& contents, kel::ComPtr<TypeLibrary>& library)
@@ -142,10 +142,10 @@ HRESULT makeLibrary(const QByteArray& contents, kel::ComPtr<TypeLibrary>& librar
 HRESULT Service::registeredPath(const GUID& id, wchar_t* path)
 {
     const std::lock_guard lock(m_mutex);
-    const auto place = m_paths.find(id);
-    if (place == m_paths.end())
+    const auto it = m_paths.find(id);
+    if (it == m_paths.end())
         return TYPE_E_LIBNOTREGISTERED;
-    std::wmemcpy(path, place->second.c_str(), place->second.size() + 1);
+    std::wmemcpy(path, it->second.c_str(), it->second.size() + 1);
     return S_OK;
 }
 
@@ -195,8 +195,8 @@ bool Service::findCurrent(const wchar_t* path, ITypeLib** library, std::uint64_t
 kel::ComPtr<TypeLibrary> Service::findByContents(const QByteArray& contents)
 {
     const std::lock_guard lock(m_mutex);
-    const auto place = m_libraries.find(contents);
-    return place == m_libraries.end() ? nullptr : place->second;
+    const auto it = m_libraries.find(contents);
+    return it == m_libraries.end() ? nullptr : it->second;
 }
 
 void Service::store(const wchar_t* path, const QByteArray& contents, kel::ComPtr<TypeLibrary>& library,

@@ -34,9 +34,9 @@ MEMBERID positionOf(const InterfaceDescription& interface, MEMBERID member, std:
     for (auto function = first; function != last; ++function) {
         const auto& arguments = (*function)->arguments;
         const std::size_t named = arguments.size() - ((*function)->isPut() ? 1 : 0);
-        for (std::size_t place = 0; place < named; ++place)
-            if (isSameName(arguments[place].name, name))
-                return static_cast<MEMBERID>(place);
+        for (std::size_t position = 0; position < named; ++position)
+            if (isSameName(arguments[position].name, name))
+                return static_cast<MEMBERID>(position);
     }
     return DISPID_UNKNOWN;
 }
@@ -45,15 +45,15 @@ MEMBERID positionOf(const InterfaceDescription& interface, MEMBERID member, std:
 
 HRESULT TypeInfo::QueryInterface(const GUID& riid, void** ppv)
 {
-    return answerInterface<ITypeInfo>(this, IID_ITypeInfo, riid, ppv);
+    return queryInterface<ITypeInfo>(this, IID_ITypeInfo, riid, ppv);
 }
 
 ULONG TypeInfo::Release()
 {
-    const ULONG left = --m_count;
-    if (left == 0)
+    const ULONG remaining = --m_count;
+    if (remaining == 0)
         delete this;
-    return left;
+    return remaining;
 }
 
 HRESULT TypeInfo::GetTypeAttr(TYPEATTR** attributes)
@@ -84,15 +84,15 @@ HRESULT TypeInfo::GetNames(MEMBERID member, BSTR* names, UINT room, UINT* count)
     if (!function)
         return TYPE_E_ELEMENTNOTFOUND;
     const std::vector<const std::wstring*> known = namesOf(*function);
-    const std::size_t given = std::min<std::size_t>(room, known.size());
-    std::vector<kel::Bstr> made;
-    made.reserve(given);
-    for (std::size_t place = 0; place < given; ++place)
-        if (!made.emplace_back(known[place]->c_str()))
+    const std::size_t copied = std::min<std::size_t>(room, known.size());
+    std::vector<kel::Bstr> copies;
+    copies.reserve(copied);
+    for (std::size_t index = 0; index < copied; ++index)
+        if (!copies.emplace_back(known[index]->c_str()))
             return E_OUTOFMEMORY;
-    for (std::size_t place = 0; place < given; ++place)
-        names[place] = made[place].detach();
-    *count = static_cast<UINT>(given);
+    for (std::size_t index = 0; index < copied; ++index)
+        names[index] = copies[index].detach();
+    *count = static_cast<UINT>(copied);
     return S_OK;
 }
 
@@ -111,8 +111,8 @@ HRESULT TypeInfo::GetIDsOfNames(wchar_t** names, UINT count, MEMBERID* identifie
     if (!function)
         return DISP_E_UNKNOWNNAME;
     identifiers[0] = function->id;
-    for (UINT place = 1; place < count; ++place)
-        identifiers[place] = positionOf(m_interface, function->id, view(names[place]));
+    for (UINT index = 1; index < count; ++index)
+        identifiers[index] = positionOf(m_interface, function->id, view(names[index]));
     const bool areAllKnown =
         std::find(identifiers + 1, identifiers + count, DISPID_UNKNOWN) == identifiers + count;
     return areAllKnown ? S_OK : DISP_E_UNKNOWNNAME;
@@ -132,7 +132,7 @@ HRESULT TypeInfo::GetDocumentation(MEMBERID member, BSTR* name, BSTR* documentat
         const Function* const function = m_interface.firstOf(member);
         found = function ? &function->name : nullptr;
     }
-    return giveDocumentation(found, name, documentation, helpContext, helpFile);
+    return documentationOf(found, name, documentation, helpContext, helpFile);
 }
 
 HRESULT TypeInfo::GetContainingTypeLib(ITypeLib** library, UINT* index)

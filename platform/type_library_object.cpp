@@ -11,17 +11,17 @@ namespace kelcom
 namespace
 {
 
-HRESULT giveTypeInfo(TypeLibrary& library, const InterfaceDescription& interface, ITypeInfo** typeInfo)
+HRESULT createTypeInfo(TypeLibrary& library, const InterfaceDescription& interface, ITypeInfo** typeInfo)
 {
-    kel::ComPtr<ITypeInfo> made(new TypeInfo(library, interface));
-    *typeInfo = made.detach();
+    kel::ComPtr<ITypeInfo> created(new TypeInfo(library, interface));
+    *typeInfo = created.detach();
     return S_OK;
 }
 
 } // namespace
 
-HRESULT giveDocumentation(const std::wstring* name, BSTR* nameOut, BSTR* documentation, DWORD* helpContext,
-                          BSTR* helpFile)
+HRESULT documentationOf(const std::wstring* name, BSTR* nameOut, BSTR* documentation, DWORD* helpContext,
+                        BSTR* helpFile)
 {
     if (nameOut)
         *nameOut = nullptr;
@@ -40,15 +40,15 @@ HRESULT giveDocumentation(const std::wstring* name, BSTR* nameOut, BSTR* documen
 
 HRESULT TypeLibrary::QueryInterface(const GUID& riid, void** ppv)
 {
-    return answerInterface<ITypeLib>(this, IID_ITypeLib, riid, ppv);
+    return queryInterface<ITypeLib>(this, IID_ITypeLib, riid, ppv);
 }
 
 ULONG TypeLibrary::Release()
 {
-    const ULONG left = --m_count;
-    if (left == 0)
+    const ULONG remaining = --m_count;
+    if (remaining == 0)
         delete this;
-    return left;
+    return remaining;
 }
 
 UINT TypeLibrary::GetTypeInfoCount()
@@ -61,7 +61,7 @@ HRESULT TypeLibrary::GetTypeInfo(UINT index, ITypeInfo** typeInfo)
     if (!typeInfo)
         return E_POINTER;
     *typeInfo = nullptr;
-    return index < interfaces().size() ? giveTypeInfo(*this, interfaces()[index], typeInfo)
+    return index < interfaces().size() ? createTypeInfo(*this, interfaces()[index], typeInfo)
                                        : TYPE_E_ELEMENTNOTFOUND;
 }
 
@@ -82,7 +82,7 @@ HRESULT TypeLibrary::GetTypeInfoOfGuid(const GUID& guid, ITypeInfo** typeInfo)
     *typeInfo = nullptr;
     for (const InterfaceDescription& interface : interfaces())
         if (interface.type->iid == guid)
-            return giveTypeInfo(*this, interface, typeInfo);
+            return createTypeInfo(*this, interface, typeInfo);
     return TYPE_E_ELEMENTNOTFOUND;
 }
 
@@ -107,7 +107,7 @@ HRESULT TypeLibrary::GetDocumentation(INT index, BSTR* name, BSTR* documentation
         found = &m_description->name;
     else if (index >= 0 && static_cast<std::size_t>(index) < interfaces().size())
         found = &interfaces()[static_cast<std::size_t>(index)].type->name;
-    return giveDocumentation(found, name, documentation, helpContext, helpFile);
+    return documentationOf(found, name, documentation, helpContext, helpFile);
 }
 
 HRESULT TypeLibrary::IsName(wchar_t*, ULONG, INT*)

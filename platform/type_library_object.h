@@ -45,12 +45,12 @@ private:
 };
 
 /// The common part of `GetDocumentation`: a library documents names only. Any output may be null.
-HRESULT giveDocumentation(const std::wstring* name, BSTR* nameOut, BSTR* documentation, DWORD* helpContext,
-                          BSTR* helpFile);
+HRESULT documentationOf(const std::wstring* name, BSTR* nameOut, BSTR* documentation, DWORD* helpContext,
+                        BSTR* helpFile);
 
 /// `QueryInterface` of an object that has one interface apart from `IUnknown`.
 template <class Interface>
-HRESULT answerInterface(Interface* object, const GUID& own, const GUID& riid, void** ppv)
+HRESULT queryInterface(Interface* object, const GUID& own, const GUID& riid, void** ppv)
 {
     if (!ppv)
         return E_POINTER;

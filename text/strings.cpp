@@ -21,35 +21,35 @@ constexpr int kScratchLength = 1024;
 /// Qt counts the bytes of a text in an `int`. Longer text is treated as out of memory.
 constexpr std::size_t kLongestText = std::numeric_limits<int>::max() / sizeof(wchar_t) - 16;
 
-/// Copies unit by unit if `mark` returns at most 16 bits for every unit and there is no leading byte order
+/// Copies unit by unit if `bitsOf` returns at most 16 bits for every unit and there is no leading byte order
 /// mark, which Qt would remove. Otherwise calls `convert`.
-/// \param narrowed its memory is reused
-template <class Mark, class Convert>
-QString narrowOr(const wchar_t* text, Mark mark, Convert convert, QString narrowed = {})
+/// \param result its memory is reused
+template <class BitsOf, class Convert>
+QString copyUnitsOr(const wchar_t* text, BitsOf bitsOf, Convert convert, QString result = {})
 {
     if (!text)
         return {};
     const std::size_t length = std::wcslen(text);
     if (length > kLongestText)
         throw std::bad_alloc();
-    if (narrowed.isNull())
-        narrowed = QString(static_cast<int>(length), Qt::Uninitialized); // allocates exactly the length
+    if (result.isNull())
+        result = QString(static_cast<int>(length), Qt::Uninitialized); // allocates exactly the length
     else
-        narrowed.resize(static_cast<int>(length));
-    QChar* const out = narrowed.data();
-    std::uint32_t seen = 0;
+        result.resize(static_cast<int>(length));
+    QChar* const out = result.data();
+    std::uint32_t combined = 0;
     for (std::size_t index = 0; index < length; ++index) {
         const auto unit = static_cast<char32_t>(text[index]);
-        seen |= mark(unit);
+        combined |= bitsOf(unit);
         out[index] = QChar(static_cast<char16_t>(unit));
     }
-    if (seen <= 0xFFFF && *text != QChar::ByteOrderMark)
-        return narrowed;
+    if (combined <= 0xFFFF && *text != QChar::ByteOrderMark)
+        return result;
     return convert(reinterpret_cast<const char32_t*>(text), static_cast<int>(length));
 }
 
 /// Keeps a high and a low surrogate in a row, which `QString::fromUcs4` turns into one character.
-QString fromUcs4WithoutStrays(const char32_t* text, int length)
+QString fromUcs4ReplacingInvalid(const char32_t* text, int length)
 {
     std::u32string units(text, static_cast<std::size_t>(length));
     for (std::size_t index = 0; index < units.size(); ++index) {
@@ -91,18 +91,18 @@ void widen(const QString& text, wchar_t* out)
 
 QString fromWide(const wchar_t* text)
 {
-    return narrowOr(
+    return copyUnitsOr(
         text, [](char32_t unit) { return unit; },
         [](const char32_t* units, int length) { return QString::fromUcs4(units, length); });
 }
 
-QString charactersFromWide(const wchar_t* text, QString&& earlier)
+QString charactersFromWide(const wchar_t* text, QString&& reused)
 {
     constexpr int kAbove16Bits = 16;
-    const auto mark = [](char32_t unit) {
+    const auto bitsOf = [](char32_t unit) {
         return unit | static_cast<std::uint32_t>(QChar::isSurrogate(unit)) << kAbove16Bits;
     };
-    return narrowOr(text, mark, fromUcs4WithoutStrays, std::move(earlier));
+    return copyUnitsOr(text, bitsOf, fromUcs4ReplacingInvalid, std::move(reused));
 }
 
 BSTR toBstr(const QString& text)

@@ -15,8 +15,8 @@ QString fromWide(const wchar_t* text);
 
 /// The same, but replaces each unit that is not a character by U+FFFD: one above U+10FFFF, or half a
 /// surrogate pair without its other half. Qt's encoders lose all text after such a unit.
-/// \param earlier a text that is no longer needed, whose memory is reused
-QString charactersFromWide(const wchar_t* text, QString&& earlier = {});
+/// \param reused a text that is no longer needed, whose memory is reused
+QString charactersFromWide(const wchar_t* text, QString&& reused = {});
 
 /// A new BSTR of the text's code points up to the first U+0000, of any length; the receiver frees it.
 /// Text of fewer than 1024 code points allocates nothing else.

@@ -55,7 +55,7 @@ DISPID identifierOf(IDispatch& object, const std::wstring& name, std::wstring_vi
 }
 
 /// The result of a member.
-struct Answer
+struct CallResult
 {
     kel::Variant value;
     HRESULT code;
@@ -69,7 +69,8 @@ bool isNullText(const VARIANT& value)
 
 /// Calls one member. `values` are in written order; an assigned value comes last.
 /// \throw Failure unless the member was called and did not fail
-Answer invoke(IDispatch& object, const Step& step, const std::vector<kel::Variant>& values, bool isAssignment)
+CallResult invoke(IDispatch& object, const Step& step, const std::vector<kel::Variant>& values,
+                  bool isAssignment)
 {
     const DISPID member = identifierOf(object, step.name, step.source);
     if (isNoOp(object, step.name, isAssignment))
@@ -151,11 +152,11 @@ private:
             std::vector<kel::Variant> values = valuesOf(step.arguments);
             if (isAssignment)
                 values.push_back(valueOf(assigned.front()));
-            Answer answer = invoke(*object, step, values, isAssignment);
-            if (answer.code == S_FALSE)
+            CallResult called = invoke(*object, step, values, isAssignment);
+            if (called.code == S_FALSE)
                 failStep(step.source, "S_FALSE, it had nothing to give or could not do it");
             m_hasChanged = m_hasChanged || isAssignment || changesDocument(step.name);
-            result = std::move(answer.value);
+            result = std::move(called.value);
             object = result.type() == VT_DISPATCH ? result.object() : nullptr;
         }
         return result;
@@ -267,7 +268,7 @@ bool runCall(const Arguments& arguments)
     if (arguments.output) {
         requireReadable(document, *arguments.output);
         save(document, *arguments.output);
-        reportFor(*arguments.output) << printableOnTerminal(result) << '\n';
+        reportStream(*arguments.output) << printableOnTerminal(result) << '\n';
     } else {
         std::cout << printableOnTerminal(result) << '\n';
         if (evaluator.hasChanged())

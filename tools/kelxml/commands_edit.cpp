@@ -25,7 +25,7 @@ Assignment readAssignment(const std::string& word)
     return assignment;
 }
 
-std::vector<std::string> behindTag(const Arguments& arguments)
+std::vector<std::string> valuesAfterTag(const Arguments& arguments)
 {
     return {arguments.values.begin() + 2, arguments.values.end()};
 }
@@ -46,7 +46,7 @@ bool changeElements(const Arguments& arguments, Change change)
     if (count == 0)
         throw Failure(path + ": there is no element '" + tag + "'");
     save(document, *arguments.output);
-    reportFor(*arguments.output) << count << (count == 1 ? " element changed\n" : " elements changed\n");
+    reportStream(*arguments.output) << count << (count == 1 ? " element changed\n" : " elements changed\n");
     return true;
 }
 
@@ -79,7 +79,7 @@ bool runCopy(const Arguments& arguments)
 bool runSet(const Arguments& arguments)
 {
     std::vector<Assignment> assignments;
-    for (const std::string& word : behindTag(arguments))
+    for (const std::string& word : valuesAfterTag(arguments))
         assignments.push_back(readAssignment(word));
     return changeElements(arguments, [&](kel::Element& element) {
         for (const auto& [name, value] : assignments)
@@ -89,7 +89,7 @@ bool runSet(const Arguments& arguments)
 
 bool runUnset(const Arguments& arguments)
 {
-    const std::vector<std::string> names = behindTag(arguments);
+    const std::vector<std::string> names = valuesAfterTag(arguments);
     for (const std::string& name : names)
         requireName(name);
     return changeElements(arguments, [&](kel::Element& element) {

@@ -13,7 +13,7 @@ namespace
 {
 
 /// In the order of `kel::NodeKind`.
-constexpr const char* kKindWords[] = {
+constexpr const char* kKindNames[] = {
     "node",        "element", "attribute", "text",    "cdata",    "entity-reference", "entity",
     "instruction", "comment", "document",  "doctype", "fragment", "notation"};
 
@@ -37,7 +37,7 @@ void printText(const std::string& text)
 void printNode(const kel::Node& node, std::size_t level)
 {
     std::cout << std::string(2 * level, ' ')
-              << painted(Style::type, kKindWords[static_cast<int>(node.kind())]);
+              << painted(Style::type, kKindNames[static_cast<int>(node.kind())]);
     const std::string name = node.name();
     if (!name.empty() && name[0] != '#')
         std::cout << ' ' << painted(Style::name, printable(name));
@@ -82,7 +82,7 @@ bool forEachFile(const std::vector<std::string>& files, Work work)
         try {
             areGood = work(load(file), file) && areGood;
         } catch (const kel::LoadError& error) {
-            complain(error);
+            printError(error);
             areGood = false;
         }
     return areGood;

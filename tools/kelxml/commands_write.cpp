@@ -69,7 +69,7 @@ private:
 
 bool runWrite(const Arguments& arguments)
 {
-    kel::Writer writer(writable(arguments.values[0]), !arguments.isPlain);
+    kel::Writer writer(outputPath(arguments.values[0]), !arguments.isPlain);
     writer.comment(" every kind of content ");
     {
         auto catalogue = writer.element("catalogue");
@@ -95,13 +95,13 @@ bool runExport(const Arguments& arguments)
 {
     const kel::Document document = load(arguments.values[0]);
     const std::string& path = arguments.values[1];
-    kel::Writer writer(writable(path), !arguments.isPlain);
+    kel::Writer writer(outputPath(path), !arguments.isPlain);
     Exporter exporter(writer);
     exporter.writeChildren(document);
     writer.close();
     const std::size_t written = exporter.written();
-    reportFor(path) << written << (written == 1 ? " node" : " nodes") << " written, " << exporter.leftOut()
-                    << " left out, which cannot be written this way\n";
+    reportStream(path) << written << (written == 1 ? " node" : " nodes") << " written, " << exporter.leftOut()
+                       << " left out, which cannot be written this way\n";
     return true;
 }
 

@@ -37,7 +37,7 @@ public:
         if (accept(L'='))
             expression.assigned.push_back(argument());
         skipSpace();
-        if (m_place != m_text.size())
+        if (m_position != m_text.size())
             fail("end of the expression");
         return expression;
     }
@@ -45,50 +45,50 @@ public:
 private:
     [[noreturn]] void fail(const char* expected) const
     {
-        throw UsageError("the expression, character " + std::to_string(m_place + 1) + ": expected " +
+        throw UsageError("the expression, character " + std::to_string(m_position + 1) + ": expected " +
                          expected);
     }
 
-    wchar_t peek() const { return m_place < m_text.size() ? m_text[m_place] : L'\0'; }
+    wchar_t peek() const { return m_position < m_text.size() ? m_text[m_position] : L'\0'; }
 
     void skipSpace()
     {
         while (peek() == L' ' || peek() == L'\t' || peek() == L'\n')
-            ++m_place;
+            ++m_position;
     }
 
     bool accept(wchar_t sign)
     {
         skipSpace();
-        if (m_place == m_text.size() || m_text[m_place] != sign)
+        if (m_position == m_text.size() || m_text[m_position] != sign)
             return false;
-        ++m_place;
+        ++m_position;
         return true;
     }
 
     std::wstring name()
     {
         skipSpace();
-        const std::size_t start = m_place;
+        const std::size_t start = m_position;
         if (!isNameStart(peek()))
             fail("the name of a member");
         while (isNameStart(peek()) || isDigit(peek()))
-            ++m_place;
-        return std::wstring(m_text.substr(start, m_place - start));
+            ++m_position;
+        return std::wstring(m_text.substr(start, m_position - start));
     }
 
     Path path()
     {
         skipSpace();
-        const std::size_t start = m_place;
+        const std::size_t start = m_position;
         Path steps;
         do {
             Step step;
             step.name = name();
-            std::size_t end = m_place;
+            std::size_t end = m_position;
             if (accept(L'(')) {
                 step.arguments = argumentList();
-                end = m_place;
+                end = m_position;
             }
             step.source = m_text.substr(start, end - start);
             steps.push_back(std::move(step));
@@ -134,16 +134,16 @@ private:
     std::wstring string()
     {
         std::wstring text;
-        for (++m_place; peek() != L'"'; ++m_place) {
-            if (m_place == m_text.size())
+        for (++m_position; peek() != L'"'; ++m_position) {
+            if (m_position == m_text.size())
                 fail("the closing quote");
             if (peek() == L'\\') {
-                ++m_place;
+                ++m_position;
                 text += escaped();
             } else
                 text += peek();
         }
-        ++m_place;
+        ++m_position;
         return text;
     }
 
@@ -168,11 +168,11 @@ private:
     /// A whole number gets the smallest type that can represent it.
     Argument number()
     {
-        const std::size_t start = m_place;
+        const std::size_t start = m_position;
         while (isDigit(peek()) || peek() == L'.' || peek() == L'e' || peek() == L'E' || peek() == L'-' ||
                peek() == L'+')
-            ++m_place;
-        std::string digits = toUtf8(m_text.substr(start, m_place - start));
+            ++m_position;
+        std::string digits = toUtf8(m_text.substr(start, m_position - start));
         if (digits.front() == '+')
             digits.erase(0, 1);
         const char* const last = digits.data() + digits.size();
@@ -187,14 +187,14 @@ private:
         double decimal = 0;
         if (const auto read = std::from_chars(digits.data(), last, decimal);
             read.ec != std::errc() || read.ptr != last) {
-            m_place = start;
+            m_position = start;
             fail("a number");
         }
         return {decimal};
     }
 
     const std::wstring_view m_text;
-    std::size_t m_place = 0;
+    std::size_t m_position = 0;
     int m_nesting = 0;
 };
 

@@ -23,7 +23,7 @@ namespace
 constexpr char kStandard[] = "-";
 constexpr char kStandardInput[] = "the standard input";
 /// One byte more than the library reads, so that it refuses an input that is cut off at this length.
-constexpr std::size_t kMostRead = (std::size_t{512} << 20U) + 1;
+constexpr std::size_t kMaxInputSize = (std::size_t{512} << 20U) + 1;
 
 void require(bool isDone)
 {
@@ -61,7 +61,7 @@ private:
 void copyStandardInput(MemoryFile& copy)
 {
     std::array<char, 1 << 16> buffer;
-    for (std::size_t copied = 0; copied < kMostRead;) {
+    for (std::size_t copied = 0; copied < kMaxInputSize;) {
         const ssize_t count = read(STDIN_FILENO, buffer.data(), buffer.size());
         require(count >= 0 || errno == EINTR);
         if (count == 0)
@@ -100,21 +100,21 @@ kel::Document load(const std::string& path)
 void save(const kel::Document& document, const std::string& path)
 {
     const Progress progress("writing " + printable(path));
-    document.save(writable(path));
+    document.save(outputPath(path));
 }
 
-std::string writable(const std::string& path)
+std::string outputPath(const std::string& path)
 {
     return path == kStandard ? "/dev/stdout" : path;
 }
 
-void complain(const std::exception& error)
+void printError(const std::exception& error)
 {
     std::cout.flush();
     std::cerr << painted(Style::error, "kelxml:") << ' ' << printable(error.what()) << '\n';
 }
 
-std::ostream& reportFor(const std::string& path)
+std::ostream& reportStream(const std::string& path)
 {
     return path == kStandard ? std::cerr : std::cout;
 }

@@ -17,13 +17,13 @@ kel::Document load(const std::string& path);
 void save(const kel::Document& document, const std::string& path);
 
 /// The path that the library must open to write to `path`.
-std::string writable(const std::string& path);
+std::string outputPath(const std::string& path);
 
 /// Prints the reason why a file could not be read; does not exit.
-void complain(const std::exception& error);
+void printError(const std::exception& error);
 
 /// Where a command that writes to `path` prints its report: the standard output, unless the document goes
 /// there.
-std::ostream& reportFor(const std::string& path);
+std::ostream& reportStream(const std::string& path);
 
 } // namespace tool

@@ -17,7 +17,7 @@ namespace
 
 using namespace tool;
 
-enum ExitCode { kYes = 0, kNo = 1, kWrongUsage = 2 };
+enum ExitCode { kSuccess = 0, kFailure = 1, kUsageError = 2 };
 
 enum class Output { none, optional, required };
 
@@ -28,8 +28,8 @@ struct Command
     const char* purpose;
     /// The extra text of `kelxml help NAME`.
     const char* details;
-    std::size_t fewest;
-    std::size_t most;
+    std::size_t minArguments;
+    std::size_t maxArguments;
     Output output;
     bool takesPlain;
     Run* run;
@@ -142,8 +142,8 @@ std::optional<Arguments> readArguments(const Command& command, const std::vector
                              "' (put -- before a file name that starts with a dash)");
     }
     const std::size_t count = arguments.values.size();
-    if (count < command.fewest || count > command.most)
-        throw UsageError(count < command.fewest ? "too few arguments" : "too many arguments");
+    if (count < command.minArguments || count > command.maxArguments)
+        throw UsageError(count < command.minArguments ? "too few arguments" : "too many arguments");
     if (command.output == Output::required && !arguments.output)
         throw UsageError("-o OUT is missing");
     return arguments;
@@ -206,21 +206,21 @@ void occupyClosedStreams()
 }
 
 /// Makes the standard output throw at its first failure, while the system's error code is still valid.
-struct OutputThrows
+struct ThrowOnOutputError
 {
-    OutputThrows() { std::cout.exceptions(std::ios::badbit); }
-    OutputThrows(const OutputThrows&) = delete;
-    OutputThrows& operator=(const OutputThrows&) = delete;
-    ~OutputThrows() { std::cout.exceptions(std::ios::goodbit); }
+    ThrowOnOutputError() { std::cout.exceptions(std::ios::badbit); }
+    ThrowOnOutputError(const ThrowOnOutputError&) = delete;
+    ThrowOnOutputError& operator=(const ThrowOnOutputError&) = delete;
+    ~ThrowOnOutputError() { std::cout.exceptions(std::ios::goodbit); }
 };
 
 bool runAndFlush(const std::vector<std::string_view>& words)
 {
-    const OutputThrows throwing;
+    const ThrowOnOutputError throwOnOutputError;
     try {
-        const bool answer = run(words);
+        const bool result = run(words);
         std::cout.flush();
-        return answer;
+        return result;
     } catch (const std::ios_base::failure&) {
         throw Failure("the standard output: " + std::generic_category().message(errno));
     }
@@ -234,14 +234,14 @@ int main(int count, char** words)
     std::setlocale(LC_CTYPE, ""); // for the system's messages
     std::ios::sync_with_stdio(false);
     try {
-        return runAndFlush({words + (count > 0 ? 1 : 0), words + count}) ? kYes : kNo;
+        return runAndFlush({words + (count > 0 ? 1 : 0), words + count}) ? kSuccess : kFailure;
     } catch (const UsageError& error) {
-        complain(UsageError(error.what() + std::string(" (see 'kelxml help')")));
-        return kWrongUsage;
+        printError(UsageError(error.what() + std::string(" (see 'kelxml help')")));
+        return kUsageError;
     } catch (const std::bad_alloc&) {
-        complain(Failure("out of memory"));
+        printError(Failure("out of memory"));
     } catch (const std::exception& error) {
-        complain(error);
+        printError(error);
     }
-    return kNo;
+    return kFailure;
 }

@@ -15,9 +15,9 @@ namespace tool
 namespace
 {
 
-constexpr char kCleanLine[] = "\r\033[K";
+constexpr char kClearLine[] = "\r\033[K";
 
-std::string_view variable(const char* name)
+std::string_view environmentVariable(const char* name)
 {
     const char* const value = std::getenv(name);
     return value ? value : "";
@@ -25,7 +25,8 @@ std::string_view variable(const char* name)
 
 bool showsColour(int descriptor)
 {
-    return isatty(descriptor) && variable("NO_COLOR").empty() && variable("TERM") != "dumb";
+    return isatty(descriptor) && environmentVariable("NO_COLOR").empty() &&
+           environmentVariable("TERM") != "dumb";
 }
 
 /// In the order of `Style`.
@@ -64,9 +65,9 @@ void Progress::show()
     std::unique_lock lock(m_mutex);
     int seconds = 0;
     while (!m_over.wait_for(lock, std::chrono::seconds(1), [this] { return m_isOver; }))
-        std::cerr << kCleanLine << m_work << ", " << ++seconds << " s" << std::flush;
+        std::cerr << kClearLine << m_work << ", " << ++seconds << " s" << std::flush;
     if (seconds > 0)
-        std::cerr << kCleanLine << std::flush;
+        std::cerr << kClearLine << std::flush;
 }
 
 } // namespace tool
