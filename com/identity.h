@@ -33,8 +33,8 @@ inline ULONG addReference(ULONG& count) noexcept
     return ++count;
 }
 
-/// Releases a reference. The last one destroys the object through its vtable, because no class is `final`. A
-/// count of 0 wraps around and destroys nothing.
+/// Releases a reference. When the count reaches 0, destroys the object through its vtable, because no class
+/// is `final`. If the count is already 0, the count wraps around and nothing is destroyed.
 template <class Object>
 ULONG releaseReference(Object& self, ULONG& count) noexcept
 {

@@ -1,4 +1,4 @@
-// Loads an interface's type information from the registered type library and answers names from a cache.
+// Loads an interface's type information from the registered type library, and looks up names in a cache.
 
 #include "KelComWrapper/typelib.h"
 #include "KelXmlLib/dispatch_impl.h"
@@ -11,7 +11,7 @@
 namespace
 {
 
-/// Returns a description to the type information that borrowed it.
+/// Releases a description through the type information that returned it.
 struct ReleaseDescription
 {
     void operator()(TYPEATTR* attributes) const { typeInfo->ReleaseTypeAttr(attributes); }
@@ -21,12 +21,13 @@ struct ReleaseDescription
 template <class Description>
 using DescriptionPtr = std::unique_ptr<Description, ReleaseDescription>;
 
-/// How many slots each interface has, including those of IDispatch.
+/// The number of vtable slots of each interface, including those of IDispatch.
 constexpr std::pair<const GUID*, std::size_t> kSlots[] = {
     {&IID_IXMLDOMNode, 43},      {&IID_IXMLDOMDocument, 76}, {&IID_IXMLDOMElement, 52},
     {&IID_IXMLDOMAttribute, 46}, {&IID_IXMLDOMNodeList, 12}, {&IID_IXMLDOMNamedNodeMap, 17}};
 
-/// Whether a description has more slots than the object: a call to one of them would crash.
+/// Whether the type library describes more slots than the object's vtable has. A call to an extra slot would
+/// crash.
 bool hasMoreSlotsThanObject(ITypeInfo& typeInfo, const GUID& interface)
 {
     TYPEATTR* borrowed = nullptr;
@@ -49,7 +50,7 @@ HRESULT CComTypeInfoHolder::GetTI(LCID)
     wchar_t path[KelTypelib::PathCapacity] = {};
     if (const HRESULT found = KelTypelib::GetTlbFilePath(*m_plibid, path); FAILED(found))
         return found;
-    ITypeLib* library = nullptr; // borrowed: the service owns it
+    ITypeLib* library = nullptr; // borrowed: the registry keeps it alive
     if (const HRESULT loaded = KelTypelib::LoadTypeLib(path, &library); FAILED(loaded))
         return loaded;
     const HRESULT obtained = library->GetTypeInfoOfGuid(*m_pguid, m_pInfo.put());
@@ -67,7 +68,7 @@ HRESULT CComTypeInfoHolder::LoadNameCache(ITypeInfo* typeInfo)
     TYPEATTR* borrowed = nullptr;
     if (FAILED(typeInfo->GetTypeAttr(&borrowed)))
         return S_OK;
-    const DescriptionPtr<TYPEATTR> attributes(borrowed, {typeInfo}); // returned last
+    const DescriptionPtr<TYPEATTR> attributes(borrowed, {typeInfo}); // released after all functions
 
     m_pMap.reset();
     m_nCount = attributes->cFuncs;
@@ -87,7 +88,7 @@ void CComTypeInfoHolder::readName(ITypeInfo& typeInfo, UINT index, NameEntry& en
     FUNCDESC* borrowed = nullptr;
     if (FAILED(typeInfo.GetFuncDesc(index, &borrowed)))
         return;
-    kel::Bstr name; // freed after the function is returned, unless it is moved out
+    kel::Bstr name; // declared first, so that it is freed after the function is released
     const DescriptionPtr<FUNCDESC> function(borrowed, {&typeInfo});
     if (FAILED(typeInfo.GetDocumentation(function->memid, name.put(), nullptr, nullptr, nullptr)))
         return;

@@ -1,4 +1,4 @@
-// The limits of texts, files and trees. docs/limits.md explains the choice.
+// The limits of texts, files and trees. docs/limits.md explains them.
 
 #pragma once
 
@@ -7,37 +7,39 @@
 namespace kelxml::limits
 {
 
-/// Elements in content or in an entity's value, parentheses in a content model. The deepest operation on a
-/// tree, saving, takes about 1.4 KiB of stack a level: 2.9 MB of the usual 8 MiB.
+/// Maximum nesting of elements, in content and in the value of an entity, and of parentheses in a content
+/// model. Of all operations on a tree, saving needs the most stack, about 1.4 KiB per level. All levels
+/// together take 2.9 MB of the usual 8 MiB.
 constexpr int kMaxNesting = 2048;
-/// Levels of elements, and of other nodes with children, in a tree. A tree that was built can be saved and
-/// loaded again.
+/// Maximum depth of elements, and of other nodes with children, in a tree. Equal to the limit for loading, so
+/// that any tree can be saved and loaded again.
 constexpr int kMaxElementDepth = kMaxNesting;
-/// Levels of nodes: an attribute and its text may be below the deepest element.
+/// Maximum depth of all nodes. An attribute and its text may be below the deepest element.
 constexpr int kMaxNodeDepth = kMaxElementDepth + 2;
 
-/// The parser compares each declaration with all others. This many, with empty values, take a third of a
-/// second.
+/// Maximum number of entity declarations, because the parser compares each declaration with all others. At
+/// the limit and with empty values, this takes a third of a second.
 constexpr int kMaxEntityDeclarations = 4096;
-/// The parser searches each value for a reference to every entity, and moves the rest of the value for each
-/// one that it finds. So this bounds the entity declarations and the ampersands in values, times the
-/// characters of the names and values: at most four seconds.
+/// Maximum product of two counts. The first is the number of entity declarations plus the number of
+/// ampersands in entity values. The second is the number of characters in entity names and values. The parser
+/// searches each value for a reference to every entity, and moves the rest of the value for each reference
+/// that it finds. At the limit, this takes at most four seconds.
 constexpr qint64 kMaxEntitySearch = 4'000'000'000;
-/// Characters of entity text that a text of any size may declare and expand before amplification is checked:
-/// a few megabytes in the tree.
+/// A document of any length may declare and expand this many characters of entity text before amplification
+/// is checked. They take a few megabytes in the tree.
 constexpr qint64 kEntityActivationThreshold = 1'000'000;
-/// Maximum ratio of expanded entity text to the length of the text.
+/// Maximum ratio of entity text, declared and expanded, to the length of the document.
 constexpr int kMaxEntityAmplification = 10;
-/// Longer than a `QString` can be. No text, attribute or entity value may become this long, neither as
-/// written nor with entities expanded.
+/// A `QString` cannot be this long. Every text, attribute and entity value must be shorter, both as written
+/// and with its entities expanded.
 constexpr qint64 kTooLongForQt = qint64{1} << 30;
 
-/// Maximum size of a file. One array holds all its bytes.
+/// Maximum size of a file. All its bytes are read into one array.
 constexpr qint64 kMaxFileBytes = qint64{512} * 1024 * 1024;
 /// Maximum number of bytes read from a device that does not report its size, such as a pipe that never ends.
 constexpr qint64 kMaxUnsizedBytes = qint64{64} * 1024 * 1024;
 
-/// The limit that a document exceeds.
+/// Which limit a document exceeds.
 enum class Limit {
     None,
     Nesting,
@@ -47,7 +49,7 @@ enum class Limit {
     TextLength,
     FileBytes,
     UnsizedBytes,
-    Stack ///< of the calling thread; all others are constant
+    Stack ///< of the calling thread; all other limits are constant
 };
 
 } // namespace kelxml::limits

@@ -1,5 +1,5 @@
-// Finds where the calling thread's stack ends. A stack that the system does not know, such as a coroutine's,
-// is assumed to be small.
+// Finds where the calling thread's stack ends. If the system does not know the stack, for example in a
+// coroutine, the free stack is assumed to be small.
 
 #include "limits/stack_room.h"
 
@@ -20,18 +20,19 @@ namespace kelxml::limits
 namespace
 {
 
-// Measured for Qt 5.15: 340 and 1,430 bytes a level. The margin allows for other builds of it.
+// Measured for Qt 5.15: 340 bytes per level when parsing, 1,430 when saving. The margin allows for other
+// builds of Qt.
 constexpr std::size_t kParseBytesPerLevel = 512;
 constexpr std::size_t kSaveBytesPerLevel = 1792;
 
-// Needed in addition to the recursion: Qt's buffers and streams, and a signal handler of the host.
+// Needed in addition to the recursion, for Qt's buffers and streams and for a signal handler of the host.
 constexpr std::size_t kReserve = std::size_t{48} * 1024;
 
-// Assumed to be free on a stack that the system does not know.
+// Assumed to be free if the system does not know the stack.
 constexpr std::size_t kUnknownStack = std::size_t{64} * 1024;
 
-// The kernel reserves more than this for the first stack, whatever its limit is when the program starts, and
-// we never need more.
+// The maximum size assumed for the stack of the first thread. The kernel reserves more than this, whatever
+// the stack limit is when the program starts, and no operation needs more.
 constexpr std::size_t kMaxFirstStack = std::size_t{64} * 1024 * 1024;
 
 struct Stack
@@ -61,15 +62,15 @@ Stack stackOfThread()
     return {low + guard, low + size};
 }
 
-/// The free bytes of the stack that the calling thread is on.
+/// The free bytes of the stack that the calling thread is running on.
 std::size_t freeStack()
 {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    // The kernel puts the program's name at the top of the first stack. The C library would find the top in
-    // /proc, which a process does not always have.
+    // The kernel puts the program's name at the top of the first stack. The C library would read the top from
+    // /proc, which is not always mounted.
     const std::uintptr_t top = ::getauxval(AT_EXECFN);
     if (Stack{top - kMaxFirstStack, top}.contains(here)) {
-        // The limit can change at any time, even to less than is in use.
+        // The limit can change at any time, even to less than the stack in use.
         rlimit limit = {};
         ::getrlimit(RLIMIT_STACK, &limit);
         const std::uintptr_t used = top - here;

@@ -22,7 +22,7 @@ const ObjectMapEntry* _xmlModule = nullptr;
 
 int DllMain(void*, unsigned int reason, void*)
 {
-    // Write nothing once attached: another thread may be reading.
+    // Do not write the pointer again: another thread may be reading it.
     if (reason == kProcessAttach && _xmlModule != objectMap)
         _xmlModule = objectMap;
     return 1;

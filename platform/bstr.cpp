@@ -1,5 +1,5 @@
 // BSTRs: a length in characters, then the characters, then a zero. They are allocated with `malloc`, so that
-// running out of memory gives null and never an exception.
+// running out of memory gives null, not an exception.
 
 #include "KelComWrapper/bstr.h"
 
@@ -11,7 +11,8 @@
 namespace
 {
 
-/// Precedes the text. Its size keeps the text as well aligned as the block from `malloc`.
+/// The header, which ends with the length, precedes the text. With this size, the text is aligned like the
+/// block from `malloc`.
 constexpr std::size_t kHeaderSize = alignof(std::max_align_t);
 
 BYTE* blockOf(BSTR text)

@@ -15,13 +15,13 @@ namespace
 {
 
 constexpr std::int64_t kCurrencyScale = 10000;
-/// The published number of digits, few enough that 0.1 stays 0.1.
+/// The published number of significant digits. With more digits, a float of 0.1 would become 0.100000001.
 constexpr int kFloatDigits = 7;
 constexpr int kDoubleDigits = 15;
 constexpr int kFloatExponentSize = 8;
 constexpr int kDoubleExponentSize = 11;
 
-/// Qt cannot hold longer texts. They contain no number and no word, so they are read as empty.
+/// A longer text does not fit in a `QString`. It is read as empty, so its conversion fails.
 constexpr UINT kLongestText = std::numeric_limits<int>::max() / sizeof(wchar_t);
 
 QString textOf(BSTR text)
@@ -30,7 +30,7 @@ QString textOf(BSTR text)
     return length > kLongestText ? QString() : QString::fromWCharArray(text, static_cast<int>(length));
 }
 
-/// The size of a value of this type passed by reference; 0 for types that no reference may have.
+/// The size of a value of this type that is passed by reference; 0 if `VT_BYREF` does not allow the type.
 std::size_t widthOf(VARTYPE type)
 {
     switch (type) {
@@ -89,8 +89,8 @@ Fraction fractionOf(std::int64_t integer, std::uint64_t denominator = 1)
     return {integer < 0, integer < 0 ? 0 - bits : bits, denominator};
 }
 
-/// Decodes an IEEE number from its sign, exponent and mantissa, which are the highest of `bits`. No
-/// floating-point operation is safe here: a host may have unmasked traps.
+/// Decodes an IEEE 754 number. The most significant bits of `bits` are its sign, exponent and mantissa. Uses
+/// no floating-point operation, because the host may have unmasked floating-point traps.
 Fraction decodeFloat(std::uint64_t bits, int exponentSize)
 {
     const int mantissaSize = 63 - exponentSize;
@@ -102,12 +102,12 @@ Fraction decodeFloat(std::uint64_t bits, int exponentSize)
     const int shift = mantissaSize + bias - std::max(exponent, 1); // the number is numerator / 2^shift
     if (exponent == highest || shift < 0)
         return {isNegative, 1, 0};
-    // With the largest shift the number is below a half already, so a larger one would round the same way.
+    // A shift of 62 bits gives less than one half, which rounds to 0. A larger shift has the same effect.
     return {isNegative, exponent == 0 ? mantissa : implied | mantissa,
             std::uint64_t{1} << std::min(shift, 62)};
 }
 
-/// Rounds to the nearest integer, halves to the even one.
+/// Rounds to the nearest integer; a half rounds to the even integer.
 std::uint64_t rounded(const Fraction& number)
 {
     const std::uint64_t whole = number.numerator / number.denominator;
@@ -116,7 +116,8 @@ std::uint64_t rounded(const Fraction& number)
     return rest > number.denominator || (isHalf && whole % 2 == 1) ? whole + 1 : whole;
 }
 
-/// Reads an integer of any type whose values all fit. `VT_EMPTY` is read as 0.
+/// Reads an integer. Reads `VT_EMPTY` as 0.
+/// \return false if the type is not an integer type, or has values that do not fit in 64 signed bits
 bool readExactInteger(const VARIANT& plain, std::int64_t& integer)
 {
     switch (plain.vt) {

@@ -9,20 +9,21 @@
 namespace kelcom
 {
 
-// Each function returns `DISP_E_TYPEMISMATCH` for a value that cannot be converted and `DISP_E_OVERFLOW` for
-// one that is out of range, and writes its output on success only.
+// Each function returns `DISP_E_TYPEMISMATCH` if the value cannot be converted, and `DISP_E_OVERFLOW` if it
+// is out of range. Outputs are written on success only.
 
-/// Follows `VT_BYREF` to the value, also through a variable that is itself a reference.
-/// \param plain a view that owns nothing; valid as long as what `argument` refers to
+/// Follows `VT_BYREF` to the value. If the argument refers to a variable that is itself a reference, follows
+/// that reference too.
+/// \param plain receives a view, which owns nothing and is valid only as long as the value itself
 HRESULT dereference(const VARIANT& argument, VARIANT& plain);
 
-/// Rounds to the nearest integer, halves to the even one.
+/// Rounds to the nearest integer; a half rounds to the even integer.
 HRESULT toInteger(const VARIANT& plain, std::int32_t& integer);
 HRESULT toBoolean(const VARIANT& plain, VARIANT_BOOL& boolean);
-/// \param text the argument's own BSTR, or else the new one
-/// \param newText owns the new BSTR
+/// \param text receives the argument's own BSTR, or the one in `newText`
+/// \param newText receives and owns the new BSTR if the value is not a text
 HRESULT toText(const VARIANT& plain, BSTR& text, kel::Bstr& newText);
-/// Queries a passed object for the parameter's interface; null stays null.
+/// Queries the passed object for the parameter's interface. A null object stays null.
 HRESULT toObject(const VARIANT& plain, const GUID& iid, kel::ComPtr<IUnknown>& object);
 
 } // namespace kelcom

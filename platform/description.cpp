@@ -1,4 +1,4 @@
-// Derives the published descriptions, the lookup tables and libffi's call descriptions from what was read.
+// Computes the published descriptions, the lookup tables and libffi's call descriptions.
 
 #include "platform/description.h"
 
@@ -14,8 +14,8 @@ constexpr wchar_t foldedLetter(wchar_t letter)
     return letter >= L'A' && letter <= L'Z' ? letter - L'A' + L'a' : letter;
 }
 
-/// A VARIANT by value. Its size is set here because libffi would otherwise compute and store it, and several
-/// threads may prepare descriptions at once.
+/// The type of a VARIANT passed by value. The size is given because libffi would otherwise compute it and
+/// store it in this object. This would be a data race when several threads prepare descriptions.
 ffi_type* variantType()
 {
     static ffi_type* members[] = {&ffi_type_uint64, &ffi_type_uint64, &ffi_type_uint64, nullptr};
@@ -57,8 +57,8 @@ ELEMDESC elementOf(const Parameter& parameter, bool isResult)
     return element;
 }
 
-/// Describes the slot itself, as the vtable view of a dual interface does: `cParams` includes the pointer to
-/// the result, and the return type is HRESULT.
+/// Describes the vtable slot, not the call by name: `cParams` counts the pointer to the result, and the
+/// return type is HRESULT.
 void describe(Function& function, std::size_t slot)
 {
     for (const Parameter& argument : function.arguments)
@@ -121,7 +121,8 @@ TYPEATTR attributesOf(const InterfaceDescription& interface, const TLIBATTR& lib
     return attributes;
 }
 
-/// Interfaces get the numbers that `ITypeLib::GetTypeInfo` takes; the other declared types follow.
+/// Numbers all declared types. An interface gets its index for `ITypeLib::GetTypeInfo`. The numbers of all
+/// other types follow.
 void numberTypes(LibraryDescription& library)
 {
     auto next = static_cast<HREFTYPE>(library.interfaces.size());
@@ -202,7 +203,7 @@ bool complete(LibraryDescription& library)
         for (std::size_t index = 0; index < interface.functions.size(); ++index) {
             Function& function = *interface.functions[index];
             if (function.description.oVft != 0)
-                continue; // inherited, so already described with the base
+                continue; // inherited, and already described with the base
             describe(function, kDispatchSlots + index);
             if (!prepareCall(function))
                 return false;

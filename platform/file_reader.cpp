@@ -1,5 +1,5 @@
-// Reads a type library. Anything unknown or inconsistent makes the whole file invalid, because a wrong
-// description makes calls pass wrong arguments.
+// Parses a type library. Anything unknown or inconsistent makes the whole file invalid, because calls with a
+// wrong description would pass wrong arguments.
 
 #include "platform/file_reader.h"
 
@@ -20,7 +20,7 @@ constexpr int kHeadLength = sizeof kHead - 1;
 constexpr int kDigestLength = 64;
 constexpr char kHeadEnd[] = "\">";
 constexpr int kBodyStart = kHeadLength + kDigestLength + static_cast<int>(sizeof kHeadEnd) - 1;
-/// Qt compares each attribute of a tag with all others, so a tag must be short.
+/// Limited because Qt compares each attribute of a tag with all others.
 constexpr int kMaxTagLength = 4096;
 
 bool isIntact(const QByteArray& contents)
@@ -32,7 +32,7 @@ bool isIntact(const QByteArray& contents)
     return contents.mid(kHeadLength, kDigestLength) == hash.result().toHex();
 }
 
-/// Measures from each `<` to the next, because a `>` may also be part of an attribute value.
+/// Measures from each `<` to the next, because an attribute value may contain `>`.
 bool hasOnlyShortTags(const QByteArray& contents)
 {
     for (int start = contents.indexOf('<'); start >= 0;) {
@@ -57,13 +57,14 @@ bool isIdentifier(QStringView text)
            std::all_of(text.begin(), text.end(), isLetterOrDigit);
 }
 
-/// The attributes of one tag, each checked as it is taken. A tag is valid if all are taken in the end.
+/// The attributes of one tag. The functions remove an attribute. All except `take` also check its value. A
+/// tag is valid only if no attribute is left over.
 class TagAttributes
 {
 public:
     explicit TagAttributes(const QXmlStreamReader& xml) : m_attributes(xml.attributes()) {}
 
-    /// Returns null if there is no such attribute.
+    /// Returns a null string if there is no such attribute.
     QString take(QLatin1String name)
     {
         const auto it = std::find_if(m_attributes.begin(), m_attributes.end(), [name](const auto& attribute) {
@@ -95,7 +96,7 @@ public:
         id = text.toInt();
         return QString::number(id) == text && id != MEMBERID_NIL;
     }
-    /// Takes an attribute that must be one of several words, and returns the word's value.
+    /// Takes an attribute whose text must be one of several words. `value` receives the word's meaning.
     template <class Value>
     bool takeChoice(QLatin1String name, std::initializer_list<std::pair<QLatin1String, Value>> choices,
                     Value& value)
@@ -122,7 +123,7 @@ public:
     explicit Reader(const QByteArray& contents)
         : m_xml(contents), m_library(std::make_unique<LibraryDescription>())
     {
-        // Namespace processing would hide namespace declarations, which are invalid here.
+        // Qt's namespace processing would hide namespace declarations, which make the file invalid.
         m_xml.setNamespaceProcessing(false);
     }
 
@@ -155,7 +156,7 @@ private:
 
     QXmlStreamReader m_xml;
     std::unique_ptr<LibraryDescription> m_library;
-    std::size_t m_functionCount = 0; ///< of all interfaces, inherited ones counted in each
+    std::size_t m_functionCount = 0; ///< of all interfaces; each counts inherited functions again
     bool m_isBroken = false;
 };
 
@@ -175,7 +176,7 @@ void Reader::addBuiltInTypes()
     add(L"IDispatch", VT_DISPATCH, VT_DISPATCH, IID_IDispatch);
 }
 
-/// Finds a type, or adds one that must be declared later.
+/// Finds a type by name. Adds the type if it is unknown; the file must then declare it later.
 ValueType& Reader::typeNamed(const std::wstring& name)
 {
     for (ValueType& type : m_library->types)
@@ -209,8 +210,8 @@ bool Reader::areAllTypesDescribed() const
                        [](const ValueType& type) { return type.isDescribed(); });
 }
 
-/// Moves to the start of the next child. Returns false at the element's end, and at anything but children,
-/// comments and white space.
+/// Moves to the start of the next child element and returns true. Returns false at the end of the parent, and
+/// at any content that is not an element, a comment or white space.
 bool Reader::nextChild()
 {
     while (!m_isBroken) {
@@ -240,7 +241,7 @@ bool Reader::isAtEnd()
 
 bool Reader::readLibrary()
 {
-    // `isIntact` has checked the head: the XML declaration and the tag of the library.
+    // `isIntact` has checked the XML declaration and the `<library>` tag.
     if (m_xml.readNext() != QXmlStreamReader::StartDocument ||
         m_xml.readNext() != QXmlStreamReader::StartElement)
         return false;
@@ -305,7 +306,7 @@ bool Reader::readInterface()
     return !m_isBroken && m_functionCount <= kMaxFunctionsInAll;
 }
 
-/// Starts an interface with the functions of its base.
+/// Reads the base of an interface and copies the functions of the base.
 bool Reader::takeBase(TagAttributes& attributes, InterfaceDescription& interface) const
 {
     const std::wstring base = attributes.take(QLatin1String("base")).toStdWString();

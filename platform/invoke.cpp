@@ -16,7 +16,7 @@ namespace kelcom
 namespace
 {
 
-/// Not an index in `rgvarg`.
+/// Marks a parameter without an argument. Never an index in `rgvarg`.
 constexpr UINT kNoArgument = UINT_MAX;
 
 /// For each parameter, the index of its argument in `rgvarg`, or `kNoArgument`.
@@ -33,8 +33,9 @@ union Storage {
     VARIANT_BOOL boolean;
 };
 
-/// The kinds of function that the flags ask for, the preferred one first; the same kind twice if there is
-/// only one.
+/// The kinds of function that the flags allow, in order of preference. If the flags allow only one kind, the
+/// array has it twice.
+/// \return false if the flags are invalid
 bool kindsOf(WORD flags, std::array<INVOKEKIND, 2>& kinds)
 {
     switch (flags) {
@@ -92,8 +93,8 @@ HRESULT checkCounts(const Function& function, const DISPPARAMS& parameters)
     return S_OK;
 }
 
-/// Finds the argument of each parameter. `rgvarg` has the named arguments first, in any order, then the
-/// others in reverse order. The value of a put must have the name `DISPID_PROPERTYPUT`.
+/// Finds the argument of each parameter. In `rgvarg`, the named arguments come first, in any order, and then
+/// the unnamed arguments in reverse order. The value of a property put must be named `DISPID_PROPERTYPUT`.
 HRESULT matchArguments(const Function& function, const DISPPARAMS& parameters, ArgumentIndexes& indexes,
                        UINT* badArgument)
 {
@@ -110,7 +111,7 @@ HRESULT matchArguments(const Function& function, const DISPPARAMS& parameters, A
             return failAt(index, DISP_E_PARAMNOTFOUND, badArgument);
         indexes[position] = index;
     }
-    // The value of a put is missing, or has been passed without its name.
+    // The value of a property put is missing, or was passed without its name.
     if (function.isPut() &&
         (indexes[count - 1] == kNoArgument || indexes[count - 1] >= parameters.cNamedArgs))
         return DISP_E_PARAMNOTFOUND;
@@ -122,7 +123,8 @@ bool isOmitted(const VARIANT& plain)
     return plain.vt == VT_ERROR && plain.scode == DISP_E_PARAMNOTFOUND;
 }
 
-/// One argument, converted to the type of its parameter. Owns the text or reference made for it.
+/// Converts one argument to the type of its parameter. Owns the text or reference that the conversion
+/// creates.
 class Argument
 {
 public:
@@ -190,8 +192,8 @@ HRESULT setArguments(const Function& function, const DISPPARAMS& parameters, Arg
     return S_OK;
 }
 
-/// Receives a member's result. It is filled with a pattern, to detect a member that writes nothing: the
-/// pattern is neither a valid address nor a number that members return.
+/// Receives a member's result. The storage starts with a pattern, which shows whether the member has written
+/// a result. The pattern is neither a valid address nor a number that members return.
 class Result
 {
 public:
@@ -278,7 +280,8 @@ HRESULT invoke(const InterfaceDescription& interface, void* instance, MEMBERID m
     HRESULT hr = checkCounts(*function, *parameters);
     if (FAILED(hr))
         return hr;
-    // Converting arguments calls their QueryInterface, which may release the caller's last reference.
+    // Keeps the object alive: converting an argument calls the argument's `QueryInterface`, which may release
+    // the caller's last reference to the object.
     const kel::ComPtr<IUnknown> held(static_cast<IUnknown*>(instance));
     Arguments arguments;
     hr = setArguments(*function, *parameters, arguments, outputs.badArgument);

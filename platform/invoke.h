@@ -15,8 +15,8 @@ struct CallOutputs
     UINT* badArgument;
 };
 
-/// See `ITypeInfo::Invoke`. Sets the result to `VT_EMPTY` just before the member runs; a call that fails
-/// earlier does not change it.
+/// See `ITypeInfo::Invoke`. Sets the result to `VT_EMPTY` just before the member runs. A call that fails
+/// earlier does not change the result.
 HRESULT invoke(const InterfaceDescription& interface, void* instance, MEMBERID member, WORD flags,
                const DISPPARAMS* parameters, const CallOutputs& outputs);
 

@@ -21,7 +21,7 @@ namespace
 
 using kelcom::TypeLibrary;
 
-/// About seventy times the size of the XML DOM's file.
+/// About seventy times the size of the XML DOM's type library.
 constexpr int kMaxFileSize = 1 << 20;
 
 struct GuidOrder
@@ -35,7 +35,7 @@ struct GuidOrder
 class OpenFile
 {
 public:
-    /// Does not wait for the other end of a pipe.
+    /// Does not block on a pipe without a writer.
     explicit OpenFile(const char* path)
         : m_descriptor(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY))
     {}
@@ -52,15 +52,15 @@ private:
     const int m_descriptor;
 };
 
-/// The library last loaded from a path.
+/// The library that was last loaded from a path.
 struct LoadedFile
 {
     kel::ComPtr<TypeLibrary> library;
-    bool isCurrent = false; ///< false once the path is registered again
+    bool isCurrent = false; ///< false once the path is registered again: the file must be re-read
 };
 
-/// The registered paths and loaded libraries of the process. The lock is held only to look up or to store,
-/// never while a file is read or parsed, so that no thread waits for another's file.
+/// The registered paths and loaded libraries of the process. The lock is held for lookups and stores, but
+/// never while a file is read or parsed. So no thread waits while another thread reads a file.
 class Service
 {
 public:
@@ -69,16 +69,17 @@ public:
     HRESULT registeredPath(const GUID& id, wchar_t* path);
     void add(const GUID& id, std::wstring path);
     bool remove(const GUID& id);
-    /// Reads the file unless it is loaded already.
+    /// Reads the file, unless it is already loaded and current.
     HRESULT load(const wchar_t* path, ITypeLib** library);
 
 private:
     /// Returns false if the file must be read.
-    /// \param registrations receives the count to pass to `store`
+    /// \param registrations receives the current number of registrations, to pass to `store`
     bool findCurrent(const wchar_t* path, ITypeLib** library, std::uint64_t& registrations);
     kel::ComPtr<TypeLibrary> findByContents(const QByteArray& contents);
-    /// Stores a library, or replaces it by the one that another thread has stored for the same contents. The
-    /// file must be read again if any path has been registered since `registrations` was counted.
+    /// Stores a library. If another thread has stored a library for the same contents first, sets `library`
+    /// to that library. If any path was registered after `registrations` was counted, the next call of `load`
+    /// reads the file again.
     void store(const wchar_t* path, const QByteArray& contents, kel::ComPtr<TypeLibrary>& library,
                std::uint64_t registrations);
 
@@ -86,12 +87,14 @@ private:
     std::map<GUID, std::wstring, GuidOrder> m_paths;
     std::uint64_t m_registrations = 0; ///< counts the calls of `add`
     std::map<std::wstring, LoadedFile, std::less<>> m_files;
-    /// Every library ever loaded, by the contents of its file. Callers may have borrowed any of them.
+    /// Every library ever loaded, by the contents of its file. None is removed, because callers may have
+    /// borrowed any of them.
     std::map<QByteArray, kel::ComPtr<TypeLibrary>> m_libraries;
 };
 
-/// Never destroyed, because objects may use it after this library's static destructors. The lock is taken
-/// during `fork`, so that no child inherits it locked by a thread that the child lacks.
+/// Never destroyed, because objects may use it after this library's static destructors have run. The lock is
+/// held during `fork`. Otherwise a child could inherit it locked by a thread that does not exist in the
+/// child.
 Service& Service::instance()
 {
     static Service& service = *[] {
@@ -118,20 +121,20 @@ HRESULT readFile(const char* path, QByteArray& contents)
     return file.error() == QFileDevice::NoError ? S_OK : TYPE_E_CANTLOADLIBRARY;
 }
 
-/// The path in the file system's encoding; empty if that cannot represent it, since the result would name
-/// another file.
+/// The path in the file system's encoding. Empty if this encoding cannot represent the path, because the
+/// result would name another file.
 QByteArray encoded(const wchar_t* path)
 {
     const QString text = QString::fromWCharArray(path);
     const QByteArray name = QFile::encodeName(text);
-    const bool isLossless = *path != QChar::ByteOrderMark; // which the conversion removes
+    const bool isLossless = *path != QChar::ByteOrderMark; // Qt would remove it
     return isLossless && QFile::decodeName(name) == text ? name : QByteArray();
 }
 
 HRESULT makeLibrary(const QByteArray& contents, kel::ComPtr<TypeLibrary>& library)
 {
     if (!QTextCodec::codecForLocale())
-        return TYPE_E_CANTLOADLIBRARY; // Qt's codecs, which the parser needs, are destroyed at exit
+        return TYPE_E_CANTLOADLIBRARY; // the parser needs Qt's codecs, which are destroyed at exit
     auto description = kelcom::readTypeLibrary(contents);
     if (!description)
         return TYPE_E_INVDATAREAD;

@@ -1,4 +1,4 @@
-// Implements ITypeInfo on the description of an interface.
+// Implements ITypeInfo with the description of an interface.
 
 #include "platform/type_info_object.h"
 
@@ -13,8 +13,8 @@ namespace kelcom
 namespace
 {
 
-/// The names of a function: its own, then those of its parameters, without the value of a put, whose name in
-/// a call is `DISPID_PROPERTYPUT`.
+/// The name of a function, then the names of its parameters and its result. Omits the value of a property
+/// put, because callers name it `DISPID_PROPERTYPUT`.
 std::vector<const std::wstring*> namesOf(const Function& function)
 {
     std::vector<const std::wstring*> names{&function.name};
@@ -27,7 +27,7 @@ std::vector<const std::wstring*> namesOf(const Function& function)
     return names;
 }
 
-/// The position of the member's parameter with this name; `DISPID_UNKNOWN` if there is none.
+/// The position of the parameter with this name; `DISPID_UNKNOWN` if the member has no such parameter.
 MEMBERID positionOf(const InterfaceDescription& interface, MEMBERID member, std::wstring_view name)
 {
     const auto [first, last] = interface.member(member);
@@ -103,7 +103,7 @@ HRESULT TypeInfo::GetIDsOfNames(wchar_t** names, UINT count, MEMBERID* identifie
     if (count == 0)
         return E_INVALIDARG;
     std::fill_n(identifiers, count, DISPID_UNKNOWN);
-    // No member has a longer name, so the rest need not be read.
+    // Names in a type library are never longer, so do not read further.
     const auto view = [](const wchar_t* name) {
         return name ? std::wstring_view(name, wcsnlen(name, kMaxNameLength + 1)) : std::wstring_view();
     };
@@ -145,12 +145,12 @@ HRESULT TypeInfo::GetContainingTypeLib(ITypeLib** library, UINT* index)
     return S_OK;
 }
 
-// `GetTypeAttr` and `GetFuncDesc` return parts of the library, which this object keeps alive.
+// Nothing to free: `GetTypeAttr` and `GetFuncDesc` return pointers into the library, which stays alive.
 void TypeInfo::ReleaseTypeAttr(TYPEATTR*) {}
 void TypeInfo::ReleaseFuncDesc(FUNCDESC*) {}
 void TypeInfo::ReleaseVarDesc(VARDESC*) {}
 
-// Never called for interfaces that consist of virtual functions.
+// Not needed for interfaces that have only virtual functions.
 HRESULT TypeInfo::GetTypeComp(ITypeComp**)
 {
     return E_NOTIMPL;

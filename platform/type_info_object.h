@@ -10,11 +10,11 @@
 namespace kelcom
 {
 
-/// Keeps its library alive. Several threads may use it.
+/// Keeps its library alive. Safe to use from several threads.
 class TypeInfo final : public ITypeInfo
 {
 public:
-    /// \param interface part of `library`
+    /// \param interface belongs to `library`
     TypeInfo(TypeLibrary& library, const InterfaceDescription& interface)
         : m_library(&library), m_interface(interface)
     {}

@@ -1,4 +1,4 @@
-// Implements ITypeLib on the description of a library.
+// Implements ITypeLib with the description of a library.
 
 #include "platform/type_library_object.h"
 
@@ -120,7 +120,7 @@ HRESULT TypeLibrary::FindName(wchar_t*, ULONG, ITypeInfo**, MEMBERID*, USHORT*)
     return E_NOTIMPL;
 }
 
-// `GetLibAttr` returns a part of the library.
+// Nothing to free: `GetLibAttr` returns a pointer into the library.
 void TypeLibrary::ReleaseTLibAttr(TLIBATTR*) {}
 
 } // namespace kelcom

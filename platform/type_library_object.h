@@ -10,7 +10,8 @@
 namespace kelcom
 {
 
-/// The registry keeps one reference forever, and each `ITypeInfo` has another. Several threads may use it.
+/// Safe to use from several threads. The registry keeps one reference forever, and each `ITypeInfo` keeps
+/// another.
 class TypeLibrary final : public ITypeLib
 {
 public:
@@ -44,11 +45,13 @@ private:
     std::atomic<ULONG> m_count{0};
 };
 
-/// The common part of `GetDocumentation`: a library documents names only. Any output may be null.
+/// Implements `GetDocumentation`. A library documents names only, so the other outputs become null or 0. Any
+/// output pointer may be null.
+/// \param name null if there is no such element
 HRESULT documentationOf(const std::wstring* name, BSTR* nameOut, BSTR* documentation, DWORD* helpContext,
                         BSTR* helpFile);
 
-/// `QueryInterface` of an object that has one interface apart from `IUnknown`.
+/// Implements `QueryInterface` for an object that has one interface in addition to `IUnknown`.
 template <class Interface>
 HRESULT queryInterface(Interface* object, const GUID& own, const GUID& riid, void** ppv)
 {

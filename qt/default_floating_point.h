@@ -7,8 +7,8 @@
 namespace kelxml::qt
 {
 
-/// Restores the host's environment when it goes out of scope. Traps that a host has unmasked would end the
-/// process inside Qt, and its rounding mode would change digits.
+/// Sets the default environment, and restores the host's environment at the end of the scope. In the host's
+/// environment, unmasked traps could end the process, and another rounding mode could change digits.
 class DefaultFloatingPoint
 {
 public:

@@ -1,4 +1,4 @@
-// Moving Qt's handles, which Qt can only copy.
+// Moves Qt's node handles, which Qt can only copy.
 
 #pragma once
 
@@ -9,8 +9,8 @@
 namespace kelxml::qt
 {
 
-/// A `QDomNode` that can be moved. Qt's can only be copied, and a copy's two atomic counts are most of the
-/// cost of a step from node to node.
+/// A `QDomNode` with move operations. Qt's class can only be copied. The two atomic operations of a copy are
+/// most of the cost of a step from one node to the next.
 class MovableNode : public QDomNode
 {
 public:
@@ -26,7 +26,7 @@ public:
     }
     ~MovableNode() = default;
 
-    /// Moves the node into a handle of its own kind. The caller must know the kind.
+    /// Moves the node into a handle of type `Kind`. The caller must make sure that the node is of this kind.
     template <class Kind>
     Kind as() &&
     {

@@ -1,5 +1,5 @@
-// Both directions convert most text unit by unit, which is several times faster than Qt's conversions. Qt
-// converts only texts with characters outside the basic plane or with a byte order mark.
+// Both directions copy most text unit by unit, which is several times faster than Qt's conversions. Qt
+// converts only text with characters outside the basic plane, or with a byte order mark.
 
 #include "text/strings.h"
 
@@ -21,9 +21,9 @@ constexpr int kScratchLength = 1024;
 /// Qt counts the bytes of a text in an `int`. Longer text is treated as out of memory.
 constexpr std::size_t kLongestText = std::numeric_limits<int>::max() / sizeof(wchar_t) - 16;
 
-/// Copies unit by unit if `bitsOf` returns at most 16 bits for every unit and there is no leading byte order
-/// mark, which Qt would remove. Otherwise calls `convert`.
-/// \param result its memory is reused
+/// Copies the text unit by unit. Calls `convert` instead if `bitsOf` returns more than 16 bits for any unit,
+/// or if the text begins with a byte order mark, which Qt removes.
+/// \param result a text that is no longer needed; its memory is reused
 template <class BitsOf, class Convert>
 QString copyUnitsOr(const wchar_t* text, BitsOf bitsOf, Convert convert, QString result = {})
 {
@@ -48,7 +48,8 @@ QString copyUnitsOr(const wchar_t* text, BitsOf bitsOf, Convert convert, QString
     return convert(reinterpret_cast<const char32_t*>(text), static_cast<int>(length));
 }
 
-/// Keeps a high and a low surrogate in a row, which `QString::fromUcs4` turns into one character.
+/// Replaces units that are not characters. Keeps a high surrogate before a low surrogate, because
+/// `QString::fromUcs4` turns the two into one character.
 QString fromUcs4ReplacingInvalid(const char32_t* text, int length)
 {
     std::u32string units(text, static_cast<std::size_t>(length));
@@ -71,7 +72,7 @@ int codePointsOf(const QString& text)
 }
 
 /// Writes the text's code points and a terminating zero.
-/// \param out has room for one unit more than the text
+/// \param out must have room for `text.size() + 1` units
 void widen(const QString& text, wchar_t* out)
 {
     const QChar* const units = text.constData();
@@ -107,7 +108,7 @@ QString charactersFromWide(const wchar_t* text, QString&& reused)
 
 BSTR toBstr(const QString& text)
 {
-    wchar_t scratch[kScratchLength]; // not zeroed: even a short name would pay for 4096 bytes
+    wchar_t scratch[kScratchLength]; // not initialised: zeroing 4096 bytes for every short name is slow
     if (text.size() < kScratchLength) {
         widen(text, scratch);
         return SysAllocString(scratch);

@@ -1,4 +1,4 @@
-// Converts text at the interface: UCS-4 wide strings and BSTRs outside, QString inside.
+// Converts between QString and the UCS-4 texts of the interfaces: wide strings and BSTRs.
 
 #pragma once
 
@@ -10,19 +10,19 @@
 namespace kelxml::text
 {
 
-/// The text up to its first zero unit, as `QString::fromUcs4` reads it; a null pointer becomes a null string.
+/// Converts the text up to its first zero, as `QString::fromUcs4` does. A null pointer gives a null string.
 QString fromWide(const wchar_t* text);
 
-/// The same, but replaces each unit that is not a character by U+FFFD: one above U+10FFFF, or half a
-/// surrogate pair without its other half. Qt's encoders lose all text after such a unit.
-/// \param reused a text that is no longer needed, whose memory is reused
+/// Like `fromWide`, but replaces each unit that is not a character with U+FFFD: a unit above U+10FFFF, or
+/// half a surrogate pair without its other half. Qt's encoders would lose all text after such a unit.
+/// \param reused a text that is no longer needed; its memory is reused for the result
 QString charactersFromWide(const wchar_t* text, QString&& reused = {});
 
-/// A new BSTR of the text's code points up to the first U+0000, of any length; the receiver frees it.
-/// Text of fewer than 1024 code points allocates nothing else.
+/// Returns a new BSTR with the text's code points up to the first U+0000. The caller frees it. The text may
+/// have any length. If it has fewer than 1024 code points, the BSTR is the only memory allocated.
 BSTR toBstr(const QString& text);
 
-/// Stores a new BSTR of `text` in the caller's VARIANT. Neither reads nor frees its earlier content.
+/// Stores a new BSTR of `text` in the caller's VARIANT, whose earlier content is neither read nor freed.
 void putString(const QString& text, VARIANT* value);
 
 } // namespace kelxml::text
