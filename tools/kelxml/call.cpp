@@ -1,4 +1,4 @@
-// `call`: reaches members by name alone, through `IDispatch`, as a script does.
+// `call`: calls members by name through `IDispatch`, as scripts do.
 
 #include "KelComWrapper/bstr.h"
 #include "KelComWrapper/variant_owner.h"
@@ -30,7 +30,7 @@ constexpr LCID kNeutral = 0;
     throw Failure("'" + toUtf8(step) + "': " + reason);
 }
 
-/// The member's own description of its failure. Frees the texts.
+/// Describes the failure that a member reported. Frees the texts of `exception`.
 std::string describeException(const EXCEPINFO& exception)
 {
     kel::Bstr source;
@@ -54,21 +54,22 @@ DISPID identifierOf(IDispatch& object, const std::wstring& name, std::wstring_vi
     return identifier;
 }
 
-/// The result of a member.
+/// What a call of a member returned.
 struct CallResult
 {
     kel::Variant value;
     HRESULT code;
 };
 
-/// `null` is passed as a null text first.
+/// Whether an argument is a null text. At first, the word `null` is passed as a null text.
 bool isNullText(const VARIANT& value)
 {
     return value.vt == VT_BSTR && !value.bstrVal;
 }
 
-/// Calls one member. `values` are in written order; an assigned value comes last.
-/// \throw Failure unless the member was called and did not fail
+/// Calls one member. `values` are the arguments as written. In an assignment, the last one is the assigned
+/// value.
+/// \throw Failure if the member cannot be called, or fails
 CallResult invoke(IDispatch& object, const Step& step, const std::vector<kel::Variant>& values,
                   bool isAssignment)
 {
@@ -100,7 +101,7 @@ CallResult invoke(IDispatch& object, const Step& step, const std::vector<kel::Va
                              &badArgument);
     };
     HRESULT code = call();
-    // Only the member knows which of its parameters are objects.
+    // A null text does not fit a parameter that is an object. Pass a null object instead and try again.
     while (code == DISP_E_TYPEMISMATCH && badArgument < parameters.cArgs &&
            isNullText(reversed[badArgument])) {
         reversed[badArgument] = kel::Variant(kel::ComPtr<IDispatch>()).get();
@@ -125,7 +126,7 @@ bool changesDocument(std::wstring member)
     return std::find(std::begin(kChanging), std::end(kChanging), member) != std::end(kChanging);
 }
 
-/// Evaluates paths, each of which starts at the document.
+/// Evaluates paths. Each path starts at the document.
 class Evaluator
 {
 public:
@@ -147,14 +148,14 @@ private:
             const Step& step = path[index];
             if (!object)
                 failStep(path[index - 1].source,
-                         "gave no object that '" + toUtf8(step.name) + "' could be of");
+                         "returned no object, so '" + toUtf8(step.name) + "' cannot be called");
             const bool isAssignment = index + 1 == path.size() && !assigned.empty();
             std::vector<kel::Variant> values = valuesOf(step.arguments);
             if (isAssignment)
                 values.push_back(valueOf(assigned.front()));
             CallResult called = invoke(*object, step, values, isAssignment);
             if (called.code == S_FALSE)
-                failStep(step.source, "S_FALSE, it had nothing to give or could not do it");
+                failStep(step.source, "S_FALSE: the member has no result or did nothing");
             m_hasChanged = m_hasChanged || isAssignment || changesDocument(step.name);
             result = std::move(called.value);
             object = result.type() == VT_DISPATCH ? result.object() : nullptr;
@@ -189,7 +190,7 @@ private:
     bool m_hasChanged = false;
 };
 
-/// Lists and maps have no name.
+/// The node name of an object. Lists and maps have none.
 std::string objectText(IDispatch& object)
 {
     try {
@@ -237,13 +238,14 @@ std::string resultText(const kel::Variant& result)
     }
 }
 
-/// Scripts get the text unchanged.
+/// Escapes control characters if the output is a terminal. Files and other programs get the text unchanged.
 std::string printableOnTerminal(const std::string& text)
 {
     return isatty(STDOUT_FILENO) ? printable(text) : text;
 }
 
-/// Calls by name can build a document that no parser reads, such as an element named "1 x".
+/// Refuses a document that no parser reads, such as one with an element named "1 x". Calls by name can create
+/// such documents.
 void requireReadable(const kel::Document& document, const std::string& path)
 {
     try {

@@ -12,14 +12,14 @@
 namespace tool
 {
 
-/// The work cannot be done. `what()` is one line for the user.
+/// The command failed. `what()` is one line for the user.
 class Failure : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// The command line is wrong. `what()` says where.
+/// The command line is wrong. `what()` explains the mistake.
 class UsageError : public std::runtime_error
 {
 public:
@@ -28,13 +28,13 @@ public:
 
 struct Arguments
 {
-    std::vector<std::string> values;   ///< all words but options, in order, as UTF-8
+    std::vector<std::string> values;   ///< all words that are not options, in order, as UTF-8
     std::optional<std::string> output; ///< `-o`
     bool isPlain = false;              ///< `--plain`
 };
 
 /// Runs one subcommand.
-/// \return false if the answer is no: nothing was found, or a file is bad
+/// \return false if nothing was found or a file is bad
 /// \throw UsageError, Failure, kel::Error
 using Run = bool(const Arguments& arguments);
 

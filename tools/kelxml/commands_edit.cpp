@@ -30,7 +30,8 @@ std::vector<std::string> valuesAfterTag(const Arguments& arguments)
     return {arguments.values.begin() + 2, arguments.values.end()};
 }
 
-/// Applies `change` to every element with the tag name, and saves. Saves nothing if there is no such element.
+/// Applies `change` to every element with the tag name, and saves the document.
+/// \throw Failure if no element has the tag name; then nothing is saved
 template <class Change>
 bool changeElements(const Arguments& arguments, Change change)
 {

@@ -33,7 +33,7 @@ void printText(const std::string& text)
     std::cout << '\n';
 }
 
-/// Leaves out names such as "#text", which repeat the kind.
+/// Leaves out names such as "#text", because they only repeat the kind.
 void printNode(const kel::Node& node, std::size_t level)
 {
     std::cout << std::string(2 * level, ' ')
@@ -49,7 +49,7 @@ void printNode(const kel::Node& node, std::size_t level)
         printText(node.text());
 }
 
-/// Recursion is safe: the library limits the depth of trees to some 2,000 levels.
+/// Recursion is safe, because the library limits trees to about 2,000 levels.
 template <class Parent>
 void printTree(const Parent& parent, std::size_t level)
 {
@@ -72,8 +72,8 @@ bool printMatches(const kel::Document& document, const std::string& tag, const s
     return isFound;
 }
 
-/// Processes several files; reports a bad one and continues with the rest.
-/// \return whether all files were good and `work` returned true for all
+/// Calls `work` for every file that can be loaded, and reports every other file.
+/// \return true if all files could be loaded and `work` returned true for each
 template <class Work>
 bool forEachFile(const std::vector<std::string>& files, Work work)
 {

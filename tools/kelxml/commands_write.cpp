@@ -1,5 +1,5 @@
-// Commands that write without a tree: `write`, a catalogue with every kind of content, and `export`, which
-// copies a document node by node.
+// Commands that write without building a tree. `write` creates a catalogue with every kind of content, and
+// `export` copies a document node by node.
 
 #include "commands.h"
 #include "files.h"
@@ -27,7 +27,7 @@ public:
     std::size_t leftOut() const { return m_leftOut; }
 
 private:
-    /// \return whether the writer has an operation for the node
+    /// \return false if the writer does not support this kind of node
     bool write(const kel::Node& node)
     {
         switch (node.kind()) {
@@ -44,7 +44,7 @@ private:
             m_writer.comment(node.text());
             return true;
         case kel::NodeKind::instruction:
-            if (node.name() != "xml") // skips the declaration: the writer has written its own
+            if (node.name() != "xml") // the XML declaration: the writer has written its own
                 m_writer.instruction(node.name(), node.text());
             return true;
         default:
@@ -101,7 +101,7 @@ bool runExport(const Arguments& arguments)
     writer.close();
     const std::size_t written = exporter.written();
     reportStream(path) << written << (written == 1 ? " node" : " nodes") << " written, " << exporter.leftOut()
-                       << " left out, which cannot be written this way\n";
+                       << " left out (not supported by the writer)\n";
     return true;
 }
 

@@ -12,7 +12,7 @@ namespace tool
 namespace
 {
 
-/// The limit for arguments within arguments. It keeps the recursion from exhausting the stack.
+/// Maximum nesting of arguments. Limits the recursion, so that it cannot exhaust the stack.
 constexpr int kMaxNesting = 100;
 
 bool isDigit(wchar_t c)
@@ -96,14 +96,14 @@ private:
         return steps;
     }
 
-    /// Called after the opening parenthesis.
+    /// Parses what follows the opening parenthesis.
     std::vector<Argument> argumentList()
     {
         std::vector<Argument> arguments;
         if (accept(L')'))
             return arguments;
         if (++m_nesting > kMaxNesting)
-            fail("less nesting");
+            fail("fewer nested parentheses");
         do
             arguments.push_back(argument());
         while (accept(L','));
@@ -147,7 +147,8 @@ private:
         return text;
     }
 
-    /// Called after the backslash; leaves the position on the last character of the escape.
+    /// Returns the character that an escape means. Called after the backslash, and stays on the last
+    /// character of the escape.
     wchar_t escaped()
     {
         switch (peek()) {
@@ -165,7 +166,7 @@ private:
         }
     }
 
-    /// A whole number gets the smallest type that can represent it.
+    /// Parses a number as the first type that can represent it: 32-bit integer, 64-bit integer or double.
     Argument number()
     {
         const std::size_t start = m_position;

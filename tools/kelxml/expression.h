@@ -26,7 +26,8 @@ struct Step
 {
     std::wstring name;
     std::vector<Argument> arguments;
-    /// The path up to this member as written, for messages: a part of the parsed text, which must outlive it.
+    /// For messages: the path up to and including this member, as written. Points into the parsed text, so
+    /// the text must outlive it.
     std::wstring_view source;
 };
 
@@ -44,7 +45,8 @@ struct Expression
     std::vector<Argument> assigned;
 };
 
-/// \param text must outlive the expression \throw UsageError with the place of the mistake
+/// \param text must outlive the expression
+/// \throw UsageError with the position of the error
 Expression parseExpression(std::wstring_view text);
 
 } // namespace tool

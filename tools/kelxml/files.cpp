@@ -1,4 +1,5 @@
-// Copies the standard input to memory first, because it may be a socket, which cannot be opened by a path.
+// The standard input is copied to memory before it is loaded, because it may be a socket. A socket cannot be
+// opened by its path.
 
 #include "files.h"
 
@@ -22,7 +23,8 @@ namespace
 
 constexpr char kStandard[] = "-";
 constexpr char kStandardInput[] = "the standard input";
-/// One byte more than the library reads, so that it refuses an input that is cut off at this length.
+/// One byte more than the library accepts, so that the library refuses longer input instead of loading a
+/// part.
 constexpr std::size_t kMaxInputSize = (std::size_t{512} << 20U) + 1;
 
 void require(bool isDone)
@@ -31,7 +33,7 @@ void require(bool isDone)
         throw Failure(kStandardInput + (": " + std::generic_category().message(errno)));
 }
 
-/// A file in memory.
+/// An anonymous file in memory.
 class MemoryFile
 {
 public:

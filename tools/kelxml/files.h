@@ -1,4 +1,4 @@
-// Loads and saves documents, with progress on a terminal. "-" is the standard input or output.
+// Loads and saves documents, with progress on a terminal. The path "-" means the standard input or output.
 
 #pragma once
 
@@ -16,14 +16,14 @@ kel::Document load(const std::string& path);
 /// \throw kel::SaveError
 void save(const kel::Document& document, const std::string& path);
 
-/// The path that the library must open to write to `path`.
+/// The path to open for writing to `path`. For "-", the path of the standard output.
 std::string outputPath(const std::string& path);
 
-/// Prints the reason why a file could not be read; does not exit.
+/// Prints the message of an error to the standard error.
 void printError(const std::exception& error);
 
-/// Where a command that writes to `path` prints its report: the standard output, unless the document goes
-/// there.
+/// The stream for the report of a command that writes a document to `path`. This is the standard output, or
+/// the standard error if the document goes to the standard output.
 std::ostream& reportStream(const std::string& path);
 
 } // namespace tool

@@ -1,4 +1,4 @@
-// Finds the class of an object by its interface. The build generates the list of each class's no-ops.
+// Finds the class of an object by its interface. The build generates the list of the no-ops of each class.
 
 #include "late_bound.h"
 
@@ -55,7 +55,7 @@ void registerTypeLibrary()
 {
     Dl_info library = {};
     if (dladdr(reinterpret_cast<const void*>(&DllMain), &library) == 0)
-        throw Failure("the library cannot be found in memory");
+        throw Failure("the path of the library cannot be found");
     const auto directory = std::filesystem::absolute(library.dli_fname).parent_path();
     kel::check(KelTypelib::RegisterTypeLib(LIBID_MSXML,
                                            toWide((directory / KEL_TYPE_LIBRARY_PLACE).string()).c_str()),

@@ -12,8 +12,8 @@ namespace tool
 /// Registers the type library that is installed next to the library. \throw Failure, kel::Error
 void registerTypeLibrary();
 
-/// Whether the member of that name is a no-op: accepts calls and does nothing.
-/// \param isAssignment whether a property is assigned rather than read
+/// Whether the member with this name is a no-op: it accepts calls and does nothing.
+/// \param isAssignment whether to look for the setter of a property
 bool isNoOp(IDispatch& object, const std::wstring& name, bool isAssignment);
 
 } // namespace tool

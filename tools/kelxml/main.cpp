@@ -26,7 +26,7 @@ struct Command
     const char* name;
     const char* synopsis;
     const char* purpose;
-    /// The extra text of `kelxml help NAME`.
+    /// The additional text of `kelxml help NAME`.
     const char* details;
     std::size_t minArguments;
     std::size_t maxArguments;
@@ -39,50 +39,56 @@ constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
 constexpr Command kCommands[] = {
     {"check", "FILE...", "report the files that cannot be loaded",
-     "Prints one line for each bad file: its name, line, column and what is wrong. Prints nothing\nwhen all "
-     "are good.\n",
+     "Prints one line for each bad file: its name, the line, the column and the reason. Prints\n"
+     "nothing if all files are good.\n",
      1, kAnyNumber, Output::none, false, &runCheck},
     {"copy", "IN OUT", "load a document and save it",
-     "Saved documents are indented by four spaces a level, with attributes sorted by name.\n", 2, 2,
-     Output::none, false, &runCopy},
-    {"tree", "FILE...", "outline of a document",
-     "Prints one line for each node, indented by two spaces a level: its kind, name, attributes\nand "
-     "content.\n",
+     "Indents by four spaces per level, and sorts attributes by name.\n", 2, 2, Output::none, false,
+     &runCopy},
+    {"tree", "FILE...", "print the outline of documents",
+     "Prints one line for each node: its kind, name, attributes and content. Indents by two\n"
+     "spaces per level.\n",
      1, kAnyNumber, Output::none, false, &runTree},
-    {"find", "FILE... TAG", "the elements with a tag name",
-     "Prints one line for each match: name, attributes, text. With several files, each line\nbegins with the "
-     "file's name. Exits with 1 when nothing matches.\n",
+    {"find", "FILE... TAG", "print the elements with a tag name",
+     "Prints one line for each element: its name, attributes and text. With several files, each\n"
+     "line begins with the file's name. Exits with 1 if no element has the tag name.\n",
      2, kAnyNumber, Output::none, false, &runFind},
     {"set", "FILE TAG NAME=VALUE... -o OUT", "set attributes of every element with a tag name",
-     "Prints how many elements were changed. Exits with 1 and writes nothing when there are none.\n", 3,
-     kAnyNumber, Output::required, false, &runSet},
+     "Prints the number of changed elements. If no element has the tag name, writes nothing and\n"
+     "exits with 1.\n",
+     3, kAnyNumber, Output::required, false, &runSet},
     {"unset", "FILE TAG NAME... -o OUT", "remove attributes of every element with a tag name",
-     "Prints how many elements were changed. Exits with 1 and writes nothing when there are none.\n", 3,
-     kAnyNumber, Output::required, false, &runUnset},
+     "Prints the number of changed elements. If no element has the tag name, writes nothing and\n"
+     "exits with 1.\n",
+     3, kAnyNumber, Output::required, false, &runUnset},
     {"text", "FILE TAG VALUE -o OUT", "set the text of every element with a tag name",
-     "The text replaces all content of the element. Prints how many elements were changed.\nExits "
-     "with 1 and writes nothing when there are none.\n",
+     "The text replaces all content of each element. Prints the number of changed elements. If\n"
+     "no element has the tag name, writes nothing and exits with 1.\n",
      3, 3, Output::required, false, &runText},
-    {"new", "OUT", "create a small document", "A shelf with a book: elements, attributes, text.\n", 1, 1,
-     Output::none, false, &runNew},
-    {"write", "OUT [--plain]", "a small catalogue written without a tree",
-     "Shows every kind of content that can be written this way.\n  --plain  no indentation\n", 1, 1,
-     Output::none, true, &runWrite},
+    {"new", "OUT", "create a small document",
+     "Writes an example with elements, attributes and texts: a shelf with a book.\n", 1, 1, Output::none,
+     false, &runNew},
+    {"write", "OUT [--plain]", "write a small catalogue without building a tree",
+     "The catalogue contains every kind of content that the writer supports.\n"
+     "  --plain  no indentation\n",
+     1, 1, Output::none, true, &runWrite},
     {"export", "FILE OUT [--plain]", "copy a document node by node",
-     "Leaves out document types, and counts the entity references that it leaves out. The copy\nis UTF-8 and "
-     "has a declaration of its own. Prints how many nodes were written.\n  --plain  no indentation\n",
+     "Does not copy document types or entity references. The copy is UTF-8 and begins with its\n"
+     "own declaration. Prints how many nodes were written and how many entity references were\n"
+     "left out.\n"
+     "  --plain  no indentation\n",
      2, 2, Output::none, true, &runExport},
     {"call", "FILE EXPRESSION [-o OUT]", "call members by name, as scripts do",
-     "EXPRESSION is a dotted path of members from the document, with arguments in parentheses:\nstrings in "
-     "double quotes (escapes \\\" \\\\ \\n \\t \\r), numbers, true, false, null, or other\npaths from the "
-     "document. PATH = VALUE assigns a property.\n"
+     "EXPRESSION is a path: names of members with dots between them, starting at the document.\n"
+     "Arguments follow a name in parentheses: strings in double quotes (escapes \\\" \\\\ \\n \\t \\r),\n"
+     "numbers, true, false, null, or other paths. PATH = VALUE assigns a property.\n"
      "  documentElement.childNodes.item(0).nodeName\n"
      "  documentElement.setAttribute(\"k\", 5)\n"
      "  documentElement.appendChild(createNode(1, \"note\", null))\n"
      "  documentElement.text = \"x\"\n"
-     "Prints the result: a text, a number, true or false, an object's node name or (object),\n(empty) for "
-     "none. Exits with 1 when a member returns S_FALSE or does nothing. -o saves the\ndocument afterwards; "
-     "without it, changes are lost.\n",
+     "Prints the result: a text, a number, true or false. For an object, prints its node name, or\n"
+     "(object) if it has none. Without a result, prints (empty). Exits with 1 if a member returns\n"
+     "S_FALSE or is a no-op. -o saves the changed document. Without -o, changes are lost.\n",
      2, 2, Output::optional, false, &runCall},
 };
 
@@ -95,8 +101,8 @@ const Command* commandNamed(std::string_view name)
 }
 
 constexpr char kFilesAndCodes[] =
-    "A file called \"-\" is the standard input or the standard output. After \"--\" nothing is an option.\n"
-    "Exit code: 0 yes or done, 1 no or not done, 2 wrong command line.\n";
+    "The file name \"-\" means the standard input or output. Words after \"--\" are never options.\n"
+    "Exit code: 0 yes or done, 1 no or failed, 2 wrong command line.\n";
 
 void printUsage(std::ostream& stream)
 {
@@ -118,7 +124,7 @@ bool isHelp(std::string_view word)
     return word == "--help" || word == "-h";
 }
 
-/// \return nothing if the user asks for help
+/// \return no value if the user asks for help
 std::optional<Arguments> readArguments(const Command& command, const std::vector<std::string_view>& words)
 {
     Arguments arguments;
@@ -166,11 +172,11 @@ void runHelp(const std::vector<std::string_view>& words)
     }
     const Command* const command = commandNamed(words[0]);
     if (!command || words.size() > 1)
-        throw UsageError("there is no help on that");
+        throw UsageError("this topic has no help");
     printHelp(*command);
 }
 
-/// \return false if the answer is no
+/// \return false if nothing was found or a file is bad
 bool run(std::vector<std::string_view> words)
 {
     if (words.empty())
@@ -196,8 +202,8 @@ bool run(std::vector<std::string_view> words)
     }
 }
 
-/// Opens /dev/null for closed standard streams. Otherwise the next opened file would take their number and
-/// receive the printed output.
+/// Opens /dev/null in place of closed standard streams. Otherwise the next opened file would get the number
+/// of a closed stream, and the printed output would go into this file.
 void occupyClosedStreams()
 {
     for (int stream = 0; stream <= 2; ++stream)
@@ -205,7 +211,7 @@ void occupyClosedStreams()
             open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY); // takes the lowest free number
 }
 
-/// Makes the standard output throw at its first failure, while the system's error code is still valid.
+/// Makes `std::cout` throw at its first error, while `errno` still contains the reason.
 struct ThrowOnOutputError
 {
     ThrowOnOutputError() { std::cout.exceptions(std::ios::badbit); }
@@ -231,7 +237,7 @@ bool runAndFlush(const std::vector<std::string_view>& words)
 int main(int count, char** words)
 {
     occupyClosedStreams();
-    std::setlocale(LC_CTYPE, ""); // for the system's messages
+    std::setlocale(LC_CTYPE, ""); // for messages of the system
     std::ios::sync_with_stdio(false);
     try {
         return runAndFlush({words + (count > 0 ? 1 : 0), words + count}) ? kSuccess : kFailure;

@@ -1,4 +1,4 @@
-// Output for terminals only: colours, and progress of long work.
+// Output that only terminals get: colours, and the progress of long work.
 
 #pragma once
 
@@ -12,15 +12,16 @@ namespace tool
 
 enum class Style { type, name, attribute, text, error };
 
-/// The text in the colour of its style, or the text alone unless its stream (standard error for `error`, else
-/// standard output) is a terminal with colours and NO_COLOR is not set.
+/// Returns the text in the colour of its style. Returns the text alone if NO_COLOR is set, or if the stream
+/// is not a terminal with colours. The stream is the standard error for `error`, and the standard output for
+/// other styles.
 std::string painted(Style style, const std::string& text);
 
-/// Shows on a terminal, once a second while it exists, the current work and how long it has taken.
+/// While it exists, shows the current work and the elapsed time on a terminal, updated once a second.
 class Progress
 {
 public:
-    /// \param work such as "reading file.xml"
+    /// \param work for example "reading file.xml"
     explicit Progress(std::string work);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;

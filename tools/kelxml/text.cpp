@@ -1,4 +1,4 @@
-// Converts between UTF-8 and UTF-32 with the standard library's paths.
+// Converts between UTF-8 and UTF-32 with `std::filesystem::path`.
 
 #include "text.h"
 
