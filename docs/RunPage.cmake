@@ -1,4 +1,4 @@
-# Runs the program of a page in an empty directory that has only the files that it reads, and compares what it prints
+# Runs the program of a page in a directory with only the files that the program reads. Compares what the program prints
 # and writes with the page:
 # cmake -DPROGRAM=... -DPLACE=... -DREADS=... -DWRITES=... -DTEXTS=... -DPRINTS=... -P RunPage.cmake
 file(REMOVE_RECURSE ${PLACE})
@@ -8,7 +8,7 @@ foreach(name IN LISTS READS)
   configure_file(${text} ${PLACE}/${name} COPYONLY)
 endforeach()
 
-string(REGEX REPLACE "^;" "" PROGRAM "${PROGRAM}") # no runner
+string(REGEX REPLACE "^;" "" PROGRAM "${PROGRAM}") # the runner is empty
 execute_process(COMMAND ${PROGRAM} WORKING_DIRECTORY ${PLACE} RESULT_VARIABLE result OUTPUT_VARIABLE printed)
 if(NOT result EQUAL 0)
   message(FATAL_ERROR "The program returns ${result} and prints\n${printed}")
