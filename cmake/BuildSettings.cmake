@@ -13,8 +13,8 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR}
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_BINDIR})
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
-# All our targets link to this: warnings, Qt without its implicit conversions, our headers. Others call what we export
-# but do not replace it, so calls within a library bypass its symbol table.
+# All our targets link to this: it enables warnings, disables Qt's implicit conversions, and adds our headers. Programs do
+# not replace our exported functions, so calls within a library can bypass its symbol table.
 add_library(kel_settings INTERFACE)
 target_compile_options(kel_settings INTERFACE -fno-semantic-interposition)
 target_compile_options(kel_settings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
@@ -30,7 +30,7 @@ if(KEL_SANITIZE)
   add_link_options(-fsanitize=${KEL_SANITIZE})
 endif()
 
-# Cheap hardening; packages add what their distribution requires. Sanitizers already check more.
+# Cheap hardening; packages add what their distribution requires. Sanitizers already check more than _FORTIFY_SOURCE.
 add_link_options(-Wl,-z,relro,-z,now)
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
   add_compile_options(-fcf-protection)
@@ -38,13 +38,13 @@ elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "aarch64|arm64")
   add_compile_options(-mbranch-protection=standard)
 endif()
 if(NOT KEL_SANITIZE AND NOT CMAKE_CXX_FLAGS MATCHES _FORTIFY_SOURCE)
-  # Some compilers already define it.
+  # Undefine it first, because some compilers predefine it.
   add_compile_options($<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release,RelWithDebInfo>:-D_FORTIFY_SOURCE=2>)
 endif()
 
 # Link options of the shared libraries. A loaded library is never unloaded, because objects may still exist.
 set(KEL_LIBRARY_LINK_OPTIONS -Wl,-z,nodelete)
-# Undefined symbols are errors. Clang's sanitizers resolve their runtime at load time.
+# Undefined symbols are errors, except with Clang's sanitizers, whose runtime is resolved at load time.
 if(NOT (KEL_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
   list(APPEND KEL_LIBRARY_LINK_OPTIONS -Wl,--no-undefined)
 endif()

@@ -1,8 +1,8 @@
 #!/bin/bash
-# bare.sh SUITE [STAGE...] - runs ./test on the committed tree in a Debian that has only bash and apt. ./test starts it
-# in its own namespaces, so that its mounts and processes end with it, even if it is killed.
+# bare.sh SUITE [STAGE...] - runs ./test on the committed tree in a Debian that has only bash and apt. ./test starts this
+# script in new namespaces, so that all its mounts and processes end when the script ends or is killed.
 set -euo pipefail
-trap 'exit 143' INT TERM # the first process of a namespace ignores signals it has no handler for
+trap 'exit 143' INT TERM # without a handler, the first process of a namespace ignores signals
 suite=$1
 shift
 unset CDPATH
@@ -10,7 +10,7 @@ cd "$(dirname "$0")/.."
 root=$PWD/build/bare-$suite
 mount -t proc proc /proc
 
-# site LABEL - the mirror from which the host's apt gets packages of this label
+# site LABEL - prints the mirror from which the host's apt gets packages with this label
 site() {
   apt-get indextargets --format '$(LABEL)|$(SITE)' 'Created-By: Packages' |
     awk -F '|' -v label="$1" '$1 == label && !found { print $2; found = 1 }'
@@ -38,7 +38,7 @@ fi
   echo "deb $mirror $suite-updates main"
   [ -z "$security" ] || echo "deb $security $suite-security main"
 } >"$root/etc/apt/sources.list"
-# The host's apt settings: its mirror and its keys.
+# Use the apt settings and keys of the host.
 apt-config dump | grep -E '^Acquire::(https?|Check|Force|Languages|Retries)' >"$root/etc/apt/apt.conf.d/99host" || true
 cp -rL /etc/apt/trusted.gpg.d "$root/etc/apt/"
 for file in /etc/resolv.conf /etc/hosts /etc/ssl/certs/ca-certificates.crt; do
@@ -49,7 +49,7 @@ mount --rbind /dev "$root/dev"
 inside apt-get update -qq
 inside apt-get dist-upgrade -y -qq >/dev/null
 
-[ -z "$(git status --porcelain)" ] || echo "Changes that are not committed are left out"
+[ -z "$(git status --porcelain)" ] || echo "Uncommitted changes are not tested"
 rm -rf "$root/src"
 mkdir "$root/src"
 git archive HEAD | tar -x -C "$root/src"

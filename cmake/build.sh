@@ -1,4 +1,4 @@
-# Functions that install what is missing, and build. Sourced by scripts that run in the directory of the sources.
+# Functions that install missing packages, and build. For scripts that run in the directory of the sources.
 
 # need PACKAGE... - installs missing packages; quick if none is missing
 need() {

@@ -1,6 +1,6 @@
 #!/bin/bash
-# check_packages.sh - builds the Debian packages twice, in environments as different as possible, and expects the same
-# bytes; then checks, installs, tests and removes them. ./test runs it in a disposable Debian.
+# check_packages.sh - builds the Debian packages twice, in environments as different as possible, and fails if their bytes
+# differ. Then checks, installs, tests and removes the packages. ./test runs this script in a disposable Debian.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . cmake/build.sh
@@ -12,7 +12,7 @@ mkdir -p $work/first $work/second
 step() {
   local start=$SECONDS code
   printf '\n-- %s\n' "$1"
-  set +e # a subshell in a condition would go on after an error
+  set +e # in a condition, the subshell would continue after an error
   (set -e; "${@:2}")
   code=$?
   set -e
@@ -20,7 +20,7 @@ step() {
   echo "-- $((SECONDS - start)) s"
 }
 
-# Use the command in the README as it is.
+# Runs the command in the README unchanged.
 build_first() {
   cp -r "$source" $work/first/kelxmllib
   cd $work/first/kelxmllib
@@ -49,8 +49,8 @@ lint() {
 }
 install() {
   apt-get install -y -qq --no-install-recommends $(ls $work/first/*.deb | grep -v dbgsym) >/dev/null
-  # Its verdict also depends on the C library's start files and on whether a file has calls to check. All three files
-  # must have these properties.
+  # Ignore the exit code, which also depends on the C library's start files and on whether a file has calls to check.
+  # Require three properties of each of the three files.
   hardening-check "$(command -v kelxml)" /usr/lib/*/libKel*.so.? | tee $work/hardening || true
   [ "$(grep -cE '(Stack protected|Read-only relocations|Immediate binding): yes' $work/hardening)" = 9 ]
   grep -q 'Fortify Source functions: yes' $work/hardening
@@ -66,8 +66,8 @@ remove() {
 }
 step 'Building as the README says' build_first
 need autopkgtest devscripts faketime fakeroot lintian locales
-step 'Building in other circumstances' build_second
-step 'Comparing the two' compare
+step 'Building in another environment' build_second
+step 'Comparing the two builds' compare
 step 'lintian' lint
 step 'Installing' install
 step 'debian/tests' run_tests
