@@ -9,8 +9,9 @@ namespace kelxml::serialize
 namespace
 {
 
-/// Up to this many attributes, iterating over the hash costs less than copying the element.
-constexpr int kFew = 64;
+/// Iterating over the hash is faster than copying the element if it has at most this many attributes.
+constexpr int kFewAttributes = 64;
+
 std::vector<QDomNode> itemsOf(const QDomNamedNodeMap& map)
 {
     std::vector<QDomNode> items;
@@ -20,7 +21,8 @@ std::vector<QDomNode> itemsOf(const QDomNamedNodeMap& map)
     return items;
 }
 
-/// The start tag of an element without children, after the element's own name and namespace.
+/// Saves a copy of `element` without its children. \return the text of the tag after the element's name and
+/// the declaration of its namespace
 QString attributesAsText(const QDomElement& element)
 {
     QDomElement copy = element.cloneNode(false).toElement();
@@ -38,15 +40,16 @@ std::vector<QDomNode> attributesOf(const QDomElement& element)
 {
     const QDomNamedNodeMap map = element.attributes();
     const int count = map.count();
-    if (count <= kFew)
+    if (count <= kFewAttributes)
         return itemsOf(map);
-    // Saving is Qt's only linear way to list all attributes. Namespace declarations that it adds are not in
-    // the map. If a name contains `="`, the count is wrong and the slow loop is used.
+    // Saving is the only way in which Qt lists all attributes in linear time. The loop below finds the names
+    // in the saved text. It skips names that are not in the map: Qt adds declarations of namespaces when it
+    // saves. If the number of names found is wrong, because a name contains `="`, the slow `itemsOf` is used.
     std::vector<QDomNode> found;
     found.reserve(static_cast<std::size_t>(count));
     const QString text = attributesAsText(element);
     for (int start = 1, end = 0; (end = text.indexOf(QLatin1String("=\""), start)) >= 0;) {
-        const int colon = text.at(start) == u':' ? 1 : 0; // for an attribute in a namespace without a prefix
+        const int colon = text.at(start) == u':' ? 1 : 0; // Qt writes a colon even if the prefix is empty
         const QDomNode attribute = map.namedItem(text.mid(start + colon, end - start - colon));
         if (!attribute.isNull())
             found.push_back(attribute);

@@ -9,16 +9,16 @@
 namespace kelxml::serialize
 {
 
-/// Maps with up to this many items are read in Qt's order, which takes quadratic time: 20 ms.
+/// Maximum number of items that are read in Qt's order. This takes quadratic time: 20 ms for the maximum.
 constexpr int kMostInQtOrder = 2000;
 
-/// All attributes, in no particular order. Qt iterates over its hash from the start for each
-/// `QDomNamedNodeMap::item`, so a loop over that takes quadratic time.
-/// \param element its document must be alive: copying the element changes a counter in the document
+/// Returns all attributes in an arbitrary order. A loop over `QDomNamedNodeMap::item` would take quadratic
+/// time, because each call iterates over Qt's hash from the start.
+/// \param element its document must still exist: copying the element changes a counter in the document
 /// \throw std::bad_alloc
 std::vector<QDomNode> attributesOf(const QDomElement& element);
 
-/// The same in the order in which Qt saves them, if there are at most `kMostInQtOrder`.
+/// Returns all attributes, in the order in which Qt saves them if there are at most `kMostInQtOrder`.
 std::vector<QDomNode> attributesInQtOrder(const QDomElement& element);
 
 } // namespace kelxml::serialize

@@ -1,4 +1,4 @@
-// Collects text, escapes it for XML and the encoding, and passes it on in pieces.
+// Collects text, escapes it for XML and the encoding, and passes it to a sink in long pieces.
 
 #pragma once
 
@@ -14,13 +14,13 @@ class QTextCodec;
 namespace kelxml::serialize
 {
 
-/// Additional characters to escape. Always escaped are `<`, `&`, the `>` of `]]>`, and characters that the
-/// encoding cannot represent.
+/// Additional characters to escape. `<`, `&`, the `>` of `]]>`, and characters that the encoding cannot
+/// represent are always escaped.
 struct Escapes
 {
     bool quotes = false;
-    bool blanks = false; ///< line ends and tabs, which a parser would turn into spaces in an attribute
-    bool carriageReturns = false; ///< a parser would turn them into line feeds
+    bool blanks = false; ///< line ends and tabs: in an attribute, a parser would turn them into spaces
+    bool carriageReturns = false; ///< in a text, a parser would turn them into line feeds
 };
 
 class Output
@@ -34,6 +34,13 @@ public:
     void put(char16_t unit) { m_text += unit; }
     void put(const char16_t* literal) { m_text += literal; }
     void put(const QString& text) { m_text.append(unitsOf(text), static_cast<std::size_t>(text.size())); }
+    /// Appends several texts.
+    template <class First, class Second, class... More>
+    void put(const First& first, const Second& second, const More&... more)
+    {
+        put(first);
+        put(second, more...);
+    }
     void putSpaces(int count) { m_text.append(static_cast<std::size_t>(count), u' '); }
     void putEscaped(const QString& text, Escapes escapes);
 
@@ -45,13 +52,13 @@ public:
     void flush();
 
 private:
-    /// What is known about a UTF-16 unit. Cached, because a codec takes up to a microsecond to say whether it
-    /// can encode one.
+    /// How a UTF-16 unit is written. Cached, because a codec needs up to a microsecond to check whether it
+    /// can encode a unit.
     enum class Unit : std::uint8_t {
-        unknown,
-        plain,
-        special, ///< escaped in some contexts
-        impossible,
+        unknown,    ///< not checked yet
+        plain,      ///< never escaped
+        special,    ///< escaped in some contexts
+        impossible, ///< the encoding cannot represent it
     };
     static constexpr std::size_t kPiece = 16'384;
 

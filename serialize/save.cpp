@@ -1,4 +1,5 @@
-// Guards Qt's saving against too deep recursion and against a stream that writes too late.
+// Prevents two crashes when Qt saves: a recursion too deep for the stack, and an exception from the
+// destructor of the text stream.
 
 #include "serialize/save.h"
 
@@ -16,7 +17,7 @@ namespace kelxml::serialize
 
 bool canBeSaved(const QDomDocument& document)
 {
-    // A usual stack has room for any tree, so the depth is checked only on a small stack.
+    // A stack of the usual size has room for every tree. The depth is measured only on a smaller stack.
     const int depth = limits::depthThatCanBeSaved();
     return depth == limits::kMaxNodeDepth || trees::isNoDeeperThan(document, depth);
 }
@@ -25,9 +26,9 @@ void save(const QDomDocument& document, QFile& file)
 {
     constexpr int kIndent = 4;
     QTextStream stream(&file);
-    // When an exception passes, the stream's destructor must not write its buffer: there may be no memory for
-    // it, and an exception from a destructor ends the process.
-    const auto neverLate = qScopeGuard([&stream] { stream.setStatus(QTextStream::WriteFailed); });
+    // If an exception leaves this function, the stream's destructor must not write the buffered text. It
+    // might run out of memory, and an exception from a destructor ends the process.
+    const auto discardBuffer = qScopeGuard([&stream] { stream.setStatus(QTextStream::WriteFailed); });
     stream.setCodec("UTF-8");
     document.save(stream, kIndent, QDomNode::EncodingFromDocument);
     stream.flush();

@@ -1,4 +1,4 @@
-// Lets Qt write a tree. No other code does.
+// Calls Qt to write a document. No other code of the library may call `QDomDocument::save`.
 
 #pragma once
 
@@ -11,7 +11,7 @@ namespace kelxml::serialize
 /// Whether the calling thread's stack has room to save the document. \throw std::bad_alloc
 bool canBeSaved(const QDomDocument& document);
 
-/// Writes the document, indented, in the encoding it declares, or in UTF-8. Write errors are ignored.
+/// Writes the document, indented, in the encoding that it declares, else in UTF-8. Ignores write errors.
 /// \param file open for writing
 /// \throw std::bad_alloc, which leaves the file truncated
 void save(const QDomDocument& document, QFile& file);

@@ -1,5 +1,5 @@
-// Writes a tree, or a part of one, like Qt's QDomNode::save, but in linear time, on any stack, and with the
-// same order of attributes in every process.
+// Writes a tree or a part of it like Qt's QDomNode::save, with three differences: it takes linear time, needs
+// little stack, and writes attributes in the same order in every process.
 
 #pragma once
 
@@ -14,38 +14,38 @@ namespace kelxml::serialize
 {
 
 enum class AttributeOrder {
-    byName, ///< by the UTF-16 units of the names as written; also sorts notations and entities of a document
-            ///< type
+    byName, ///< by the UTF-16 units of the full names; also sorts the declarations of a document type
     ofQt,   ///< in the order of Qt's hash, which differs from process to process
 };
 
 struct Options
 {
-    int indent = 4; ///< spaces per level; 0 writes only line ends; -1 writes none, except after comments and
-                    ///< instructions
+    /// Number of spaces per level. 0 writes line ends without spaces. -1 writes line ends only after comments
+    /// and instructions.
+    int indent = 4;
     AttributeOrder attributeOrder = AttributeOrder::byName;
 };
 
-/// Receives the next bytes. Its exceptions pass through.
+/// Receives the next bytes. It may throw: `serialize` passes its exceptions to the caller.
 using Sink = std::function<void(const QByteArray& bytes)>;
 
-/// Writes the bytes of `QDomNode::save` with `EncodingFromDocument`: a document in the encoding it declares,
-/// or in UTF-8 if Qt does not know that encoding or none is declared; any other node in UTF-8, indented by
-/// one level.
+/// Writes the same bytes as `QDomNode::save` with `EncodingFromDocument`. A document is written in the
+/// encoding that it declares, or in UTF-8 if it declares none or one that Qt does not know. Any other node is
+/// written in UTF-8 and indented by one level. For a null node, nothing is written.
 ///
-/// It does not recurse, so the depth of the tree does not matter. With `AttributeOrder::ofQt`, an element of
-/// more than 2,000 attributes is written in an arbitrary order.
-/// \param node null writes nothing. Its document must be alive, which `trees::ensureValidOwnerDocument`
-/// ensures. A node without a parent is treated as having no siblings, because Qt may leave bad links in it.
-/// \param write called with pieces of at least 16,384 characters, except the last
+/// The function does not recurse, so the tree may have any depth. With `AttributeOrder::ofQt`, the attributes
+/// of an element that has more than 2,000 are written in an arbitrary order.
+/// \param node Its document must still exist: call `trees::ensureValidOwnerDocument` first. If the node has no
+/// parent, its siblings are ignored, because its links may point to freed nodes.
+/// \param write called with pieces of at least 16,384 characters; the last piece may be shorter
 /// \throw std::bad_alloc, and exceptions from `write`
 void serialize(const QDomNode& node, const Options& options, const Sink& write);
 
-/// The same bytes in one piece.
+/// Returns the bytes that `serialize` writes.
 QByteArray bytesOf(const QDomNode& node, const Options& options = {});
 
-/// The same text without encoding it. Characters that the declared encoding cannot represent are still
-/// written as character references, as in `QDomDocument::toString`.
+/// Returns the text that `serialize` encodes. Like in `QDomDocument::toString`, characters that the declared
+/// encoding cannot represent are character references.
 QString textOf(const QDomNode& node, const Options& options = {});
 
 } // namespace kelxml::serialize

@@ -1,8 +1,9 @@
-// Follows Qt's layout, oddities included: every element in a namespace declares it, and comments and
-// instructions end their line with any indentation.
+// Writes the same layout as Qt, including its oddities: each element in a namespace has a declaration of this
+// namespace, and a line ends after each comment and instruction even if `indent` is -1.
 
 #include "qt/movable_node.h"
 #include "serialize/attributes.h"
+#include "serialize/doctype.h"
 #include "serialize/output.h"
 #include "serialize/serialize.h"
 
@@ -27,7 +28,8 @@ bool isXmlDeclaration(const QDomNode& node)
     return node.isProcessingInstruction() && node.nodeName() == QLatin1String("xml");
 }
 
-/// The codec of the encoding that the document declares, or of UTF-8.
+/// Returns the codec of the encoding that the document declares. Returns the codec of UTF-8 if it declares
+/// none, or one that Qt does not know.
 QTextCodec* codecOf(const QDomNode& node)
 {
     QTextCodec* codec = nullptr;
@@ -42,7 +44,7 @@ QTextCodec* codecOf(const QDomNode& node)
     return codec ? codec : QTextCodec::codecForName("UTF-8");
 }
 
-/// The name without a prefix, whether or not the node was created with a namespace.
+/// Returns the name without a prefix. A node that was created without a namespace has no prefix.
 QString localNameOf(const QDomNode& node)
 {
     const QString local = node.localName();
@@ -58,12 +60,12 @@ struct Attribute
     }
 
     qt::MovableNode node;
-    QString name; ///< as written
+    QString name; ///< with the prefix
 
-    friend bool operator<(const Attribute& one, const Attribute& other)
+    friend bool operator<(const Attribute& left, const Attribute& right)
     {
-        const int order = one.name.compare(other.name);
-        return order != 0 ? order < 0 : one.node.nodeValue() < other.node.nodeValue();
+        const int order = left.name.compare(right.name);
+        return order != 0 ? order < 0 : left.node.nodeValue() < right.node.nodeValue();
     }
 };
 
@@ -76,14 +78,14 @@ public:
 
 private:
     /// A node whose children are being written.
-    struct Open
+    struct OpenNode
     {
         qt::MovableNode node;
-        QString name; ///< an element's name as written, else null
+        QString name; ///< of an element, with the prefix
     };
 
     qt::MovableNode begin(const QDomNode& node, bool isAfterText);
-    void end(const Open& open, bool isAfterText);
+    void end(const OpenNode& open, bool isAfterText);
     void endLineAfter(const QDomNode& node, const QDomNode& next);
     qt::MovableNode beginElement(const QDomNode& node, bool isAfterText);
     void writeAttributes(const QDomElement& element);
@@ -91,33 +93,27 @@ private:
     void writeText(const QDomNode& text);
     void writeComment(const QDomNode& comment, bool isAfterText);
     void writeInstruction(const QDomNode& instruction);
-    void writeTypeBefore(const QDomNode& node);
-    void writeType(const QDomDocumentType& type);
-    void writeDeclarations(const QDomDocumentType& type, const QDomNamedNodeMap& map);
-    void writeNotation(const QDomNotation& notation);
-    void writeEntity(const QDomEntity& entity);
-    void writeIdentifiers(const QString& publicId, const QString& systemId, bool isSystemNeeded);
-    void writeQuoted(const QString& text);
+    void writeDoctypeBefore(const QDomNode& node);
     void indent() { m_output.putSpaces(std::max(0, m_options.indent) * m_depth); }
     template <class... Texts>
     void put(const Texts&... texts)
     {
-        (m_output.put(texts), ...);
+        m_output.put(texts...);
     }
 
     const Options& m_options;
     Output& m_output;
-    std::vector<Open> m_open;
-    QString m_name; ///< the name of the last element begun
+    std::vector<OpenNode> m_open;
+    QString m_name; ///< of the element that was begun last, with the prefix
     int m_depth = 1;
-    bool m_isTypeDue = false;
+    bool m_isDoctypePending = false;
 };
 
 void Serializer::write(const QDomNode& root)
 {
     const bool hasSiblings = !root.parentNode().isNull();
     m_depth = root.isDocument() ? 0 : 1;
-    m_isTypeDue = root.isDocument();
+    m_isDoctypePending = root.isDocument();
     bool isAfterText = hasSiblings && root.previousSibling().isText();
     for (qt::MovableNode node{QDomNode(root)}; !node.isNull();) {
         m_output.flushIfLong();
@@ -144,11 +140,11 @@ void Serializer::write(const QDomNode& root)
     }
 }
 
-/// Writes a node up to its children. \return the first child to write
+/// Writes the part of a node before its children. \return the first child, or null if no children are written
 qt::MovableNode Serializer::begin(const QDomNode& node, bool isAfterText)
 {
-    if (m_isTypeDue && m_open.size() == 1)
-        writeTypeBefore(node);
+    if (m_isDoctypePending && m_open.size() == 1)
+        writeDoctypeBefore(node);
     switch (node.nodeType()) {
     case QDomNode::ElementNode:
         return beginElement(node, isAfterText);
@@ -165,7 +161,7 @@ qt::MovableNode Serializer::begin(const QDomNode& node, bool isAfterText)
         put(u'&', localNameOf(node), u';');
         break;
     case QDomNode::EntityNode:
-        writeEntity(node.toEntity());
+        writeEntity(node.toEntity(), m_output);
         break;
     case QDomNode::ProcessingInstructionNode:
         put(u"<?", localNameOf(node), u' ', node.nodeValue(), u"?>\n");
@@ -174,10 +170,10 @@ qt::MovableNode Serializer::begin(const QDomNode& node, bool isAfterText)
         writeComment(node, isAfterText);
         break;
     case QDomNode::DocumentTypeNode:
-        writeType(node.toDocumentType());
+        writeDoctype(node.toDocumentType(), m_options.attributeOrder, m_output);
         break;
     case QDomNode::NotationNode:
-        writeNotation(node.toNotation());
+        writeNotation(node.toNotation(), m_output);
         break;
     default:
         m_name.clear();
@@ -186,7 +182,7 @@ qt::MovableNode Serializer::begin(const QDomNode& node, bool isAfterText)
     return {};
 }
 
-void Serializer::end(const Open& open, bool isAfterText)
+void Serializer::end(const OpenNode& open, bool isAfterText)
 {
     if (!open.node.isElement())
         return;
@@ -210,16 +206,16 @@ qt::MovableNode Serializer::beginElement(const QDomNode& node, bool isAfterText)
         indent();
     m_name = localNameOf(node);
     const QString prefix = node.prefix();
-    const QString space = node.namespaceURI();
-    if (!space.isNull() && !prefix.isEmpty())
+    const QString namespaceUri = node.namespaceURI();
+    if (!namespaceUri.isNull() && !prefix.isEmpty())
         m_name = prefix + u':' + m_name;
     put(u'<', m_name);
-    if (!space.isNull()) {
+    if (!namespaceUri.isNull()) {
         put(u" xmlns");
         if (!prefix.isEmpty())
             put(u':', prefix);
         put(u"=\"");
-        m_output.putEscaped(space, {true, false, false});
+        m_output.putEscaped(namespaceUri, {true, false, false});
         put(u'"');
     }
     writeAttributes(node.toElement());
@@ -252,14 +248,15 @@ void Serializer::writeAttributes(const QDomElement& element)
     }
 }
 
-/// \param declared the prefixes that earlier attributes declared; null for a single attribute
+/// \param declared the prefixes that attributes of the same element declared before; null for an attribute
+/// that is written without an element
 void Serializer::writeAttribute(const Attribute& attribute, QSet<QString>* declared)
 {
     put(attribute.name, u"=\"");
     m_output.putEscaped(attribute.node.nodeValue(), kInAttribute);
     put(u'"');
-    const QString space = attribute.node.namespaceURI();
-    if (space.isNull())
+    const QString namespaceUri = attribute.node.namespaceURI();
+    if (namespaceUri.isNull())
         return;
     const QString prefix = attribute.node.prefix();
     if (attribute.node.parentNode().prefix() == prefix || (declared && declared->contains(prefix)))
@@ -267,7 +264,7 @@ void Serializer::writeAttribute(const Attribute& attribute, QSet<QString>* decla
     if (declared)
         declared->insert(prefix);
     put(u" xmlns:", prefix, u"=\"");
-    m_output.putEscaped(space, kInAttribute);
+    m_output.putEscaped(namespaceUri, kInAttribute);
     put(u'"');
 }
 
@@ -285,97 +282,13 @@ void Serializer::writeComment(const QDomNode& comment, bool isAfterText)
     put(u"<!--", text, text.endsWith(u'-') ? u" -->" : u"-->");
 }
 
-/// Writes the document type before the first child that is not an XML declaration.
-void Serializer::writeTypeBefore(const QDomNode& node)
+/// Writes the document type, unless `node` is the XML declaration, which must come first.
+void Serializer::writeDoctypeBefore(const QDomNode& node)
 {
     if (isXmlDeclaration(node))
         return;
-    m_isTypeDue = false;
-    writeType(m_open.front().node.toDocument().doctype());
-}
-
-void Serializer::writeType(const QDomDocumentType& type)
-{
-    if (type.name().isEmpty())
-        return;
-    put(u"<!DOCTYPE ", type.name());
-    writeIdentifiers(type.publicId(), type.systemId(), false);
-    if (type.notations().count() > 0 || type.entities().count() > 0) {
-        put(u" [\n");
-        writeDeclarations(type, type.notations());
-        writeDeclarations(type, type.entities());
-        put(u']');
-    }
-    put(u">\n");
-}
-
-/// \param map the notations or entities of the type, which are also its children
-void Serializer::writeDeclarations(const QDomDocumentType& type, const QDomNamedNodeMap& map)
-{
-    std::vector<qt::MovableNode> nodes;
-    if (m_options.attributeOrder == AttributeOrder::ofQt && map.count() <= kMostInQtOrder)
-        for (int index = 0; index < map.count(); ++index)
-            nodes.emplace_back(map.item(index));
-    else
-        for (qt::MovableNode child = type.firstChild(); !child.isNull(); child = child.nextSibling())
-            if (map.namedItem(child.nodeName()) == child)
-                nodes.push_back(child);
-    if (m_options.attributeOrder == AttributeOrder::byName)
-        std::sort(nodes.begin(), nodes.end(), [](const QDomNode& one, const QDomNode& other) {
-            return one.nodeName() < other.nodeName();
-        });
-    for (const qt::MovableNode& node : nodes) {
-        begin(node, false);
-        m_output.flushIfLong();
-    }
-}
-
-void Serializer::writeNotation(const QDomNotation& notation)
-{
-    put(u"<!NOTATION ", localNameOf(notation));
-    writeIdentifiers(notation.publicId(), notation.systemId(), notation.publicId().isNull());
-    put(u">\n");
-}
-
-void Serializer::writeEntity(const QDomEntity& entity)
-{
-    QString name = localNameOf(entity);
-    if (name.startsWith(u'%'))
-        name.insert(1, u' ');
-    put(u"<!ENTITY ", name);
-    if (entity.systemId().isNull() && entity.publicId().isNull()) {
-        QString value = QString::fromUtf8(entity.nodeValue().toUtf8()); // as Qt's conversion returns it
-        value.replace(QLatin1String("&#"), QLatin1String("&#38;#"));
-        value.replace(u'%', QLatin1String("&#60;")).replace(u'"', QLatin1String("&#34;"));
-        put(u" \"", value, u"\">\n");
-        return;
-    }
-    writeIdentifiers(entity.publicId(), entity.systemId(), true);
-    if (!entity.notationName().isNull())
-        put(u" NDATA ", entity.notationName());
-    put(u">\n");
-}
-
-/// \param isSystemNeeded whether to write a system identifier even if it is null
-void Serializer::writeIdentifiers(const QString& publicId, const QString& systemId, bool isSystemNeeded)
-{
-    const bool hasSystem = isSystemNeeded || !systemId.isNull();
-    if (!publicId.isNull()) {
-        put(u" PUBLIC ");
-        writeQuoted(publicId);
-    } else if (hasSystem) {
-        put(u" SYSTEM");
-    }
-    if (hasSystem) {
-        put(u' ');
-        writeQuoted(systemId);
-    }
-}
-
-void Serializer::writeQuoted(const QString& text)
-{
-    const char16_t quote = text.contains(u'\'') ? u'"' : u'\'';
-    put(quote, text, quote);
+    m_isDoctypePending = false;
+    writeDoctype(m_open.front().node.toDocument().doctype(), m_options.attributeOrder, m_output);
 }
 
 void write(const QDomNode& node, const Options& options, const QTextCodec& codec, Output::Sink sink)
