@@ -1,5 +1,6 @@
-// QSaveFile does much of this, but ignores a failed fsync, follows links that the kernel would not follow,
-// and gives the new file the old one's permissions under another group.
+// This is not QSaveFile, for three reasons. QSaveFile ignores a failed fsync. It follows symbolic links that
+// the kernel refuses to follow. It copies the permissions of the old file even if the new file gets another
+// group, whose members could then read it.
 
 #include "files/file_replacement.h"
 
@@ -24,15 +25,15 @@ namespace
 {
 
 constexpr const char* kAccessList = "system.posix_acl_access";
-constexpr mode_t kModeOfNewFile = 0666; // minus the process's mask
-constexpr int kAttempts = 100;
+constexpr mode_t kModeOfNewFile = 0666; // the kernel applies the umask
+constexpr int kMaxAttempts = 100;
 
 [[noreturn]] void fail(int reason)
 {
     throw std::system_error(reason, std::generic_category());
 }
 
-void require(bool isDone)
+void failUnless(bool isDone)
 {
     if (!isDone)
         fail(errno);
@@ -42,7 +43,7 @@ void writeAll(int descriptor, const char* bytes, std::size_t count)
 {
     while (count > 0) {
         const ssize_t written = ::write(descriptor, bytes, count);
-        require(written >= 0 || errno == EINTR);
+        failUnless(written >= 0 || errno == EINTR);
         bytes += std::max<ssize_t>(0, written);
         count -= static_cast<std::size_t>(std::max<ssize_t>(0, written));
     }
@@ -50,7 +51,7 @@ void writeAll(int descriptor, const char* bytes, std::size_t count)
 
 void synchronize(const Descriptor& file)
 {
-    require(fsync(file.number()) == 0 || errno == EINVAL); // the file system does not support it
+    failUnless(fsync(file.number()) == 0 || errno == EINVAL); // EINVAL: the file system has no fsync
 }
 
 bool isLink(const std::string& path)
@@ -59,13 +60,13 @@ bool isLink(const std::string& path)
     return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
-/// The path by which a file without a name can get one.
-std::string placeOf(const Descriptor& file)
+/// A path to an open file. `linkat` needs it to give a name to an unnamed file.
+std::string procPathOf(const Descriptor& file)
 {
     return "/proc/self/fd/" + std::to_string(file.number());
 }
 
-/// The process's descriptor that a path names, else -1.
+/// If `path` is the name of a descriptor, such as /dev/stdout or /dev/fd/3, returns the descriptor, else -1.
 int descriptorNamed(const std::string& path)
 {
     if (path == "/dev/stdout")
@@ -80,6 +81,7 @@ int descriptorNamed(const std::string& path)
     return -1;
 }
 
+/// Resolves all symbolic links. \return empty on failure
 std::string withoutLinks(const std::string& path)
 {
     const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr), &std::free);
@@ -94,11 +96,12 @@ std::string randomName()
     return name;
 }
 
-/// Calls `make` with random names until one is free. \return the name, empty if it failed, `errno` set
+/// Calls `make` with random names until it succeeds. \return the name that it used, or an empty one after a
+/// failure, with the reason in `errno`
 template <class Make>
 std::string makeName(Make make)
 {
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
         std::string name = randomName();
         if (make(name.c_str()))
             return name;
@@ -108,58 +111,63 @@ std::string makeName(Make make)
     return {};
 }
 
-/// In the kernel's form; empty if there is none.
+/// Reads the access control list as the raw bytes that the kernel stores. \return empty if there is no list
 std::vector<char> accessListOf(const Descriptor& file)
 {
     const ssize_t size = fgetxattr(file.number(), kAccessList, nullptr, 0);
     std::vector<char> list(static_cast<std::size_t>(std::max<ssize_t>(0, size)));
     if (!list.empty())
-        require(fgetxattr(file.number(), kAccessList, list.data(), list.size()) == size);
+        failUnless(fgetxattr(file.number(), kAccessList, list.data(), list.size()) == size);
     return list;
 }
 
-/// What a new file keeps of the old one.
-struct Kept
+/// Which properties the new file has in common with the old one.
+struct Preserved
 {
     bool owner;
     bool group;
     bool list;
 };
 
-/// Those who lose their place as owner, group or list entry are judged as group or others from now on, and
-/// must not gain by that. Nor must the new group's members, who were others before.
-mode_t modeThatGivesNothing(mode_t old, Kept kept)
+/// Returns the permission bits of the new file. They let nobody do more with the new file than with the old.
+/// A user may lose the rights of the owner, of the group or of a list entry. The kernel then applies the bits
+/// of the group or of others to this user, so these bits must not allow more than the lost ones. If the
+/// group changes, the members of the new group must not get more rights than others had before.
+mode_t restrictedMode(mode_t old, Preserved preserved)
 {
     const mode_t owner = old >> 6U & 7U;
     mode_t group = old >> 3U & 7U;
     mode_t others = old & 7U;
-    if (!kept.group)
+    if (!preserved.group)
         group = others = group & others;
-    if (!kept.owner)
+    if (!preserved.owner)
         group &= owner, others &= owner;
-    if (!kept.list)
+    if (!preserved.list)
         group = others = 0;
     mode_t special = old & (S_ISUID | S_ISGID | S_ISVTX);
-    if (!kept.owner)
+    if (!preserved.owner)
         special &= ~static_cast<mode_t>(S_ISUID);
-    if (!kept.group)
+    if (!preserved.group)
         special &= ~static_cast<mode_t>(S_ISGID);
     return special | owner << 6U | group << 3U | others;
 }
 
-void takeOver(const Descriptor& old, const struct stat& status, const Descriptor& made)
+/// Copies owner, group, access control list and permission bits, as far as the system allows.
+void copyPermissions(const Descriptor& old, const struct stat& status, const Descriptor& replacement)
 {
-    if (fchown(made.number(), status.st_uid, status.st_gid) != 0)
-        static_cast<void>(fchown(made.number(), static_cast<uid_t>(-1), status.st_gid) == 0);
+    if (fchown(replacement.number(), status.st_uid, status.st_gid) != 0)
+        static_cast<void>(fchown(replacement.number(), static_cast<uid_t>(-1), status.st_gid) == 0);
     struct stat now = {};
-    require(fstat(made.number(), &now) == 0);
-    Kept kept{now.st_uid == status.st_uid, now.st_gid == status.st_gid, true};
-    // The directory may have given the new file a list of its own.
-    require(fremovexattr(made.number(), kAccessList) == 0 || errno == ENODATA || errno == EOPNOTSUPP);
+    failUnless(fstat(replacement.number(), &now) == 0);
+    Preserved preserved{now.st_uid == status.st_uid, now.st_gid == status.st_gid, true};
+    // The new file may have inherited an access control list from its directory.
+    failUnless(fremovexattr(replacement.number(), kAccessList) == 0 || errno == ENODATA ||
+               errno == EOPNOTSUPP);
     const std::vector<char> list = accessListOf(old);
     if (!list.empty())
-        kept.list = kept.group && fsetxattr(made.number(), kAccessList, list.data(), list.size(), 0) == 0;
-    require(fchmod(made.number(), modeThatGivesNothing(status.st_mode, kept)) == 0);
+        preserved.list =
+            preserved.group && fsetxattr(replacement.number(), kAccessList, list.data(), list.size(), 0) == 0;
+    failUnless(fchmod(replacement.number(), restrictedMode(status.st_mode, preserved)) == 0);
 }
 
 } // namespace
@@ -181,19 +189,19 @@ Descriptor::~Descriptor()
 FileReplacement::FileReplacement(const std::string& path) : FileReplacement()
 {
     if (const int number = descriptorNamed(path); number >= 0) {
-        m_way = Way::directly;
+        m_method = Method::directly;
         m_old = Descriptor(fcntl(number, F_DUPFD_CLOEXEC, 0));
-        require(m_old.isOpen());
+        failUnless(m_old.isOpen());
         return;
     }
     openOld(path);
-    // Another process may replace the file between the steps.
-    for (int attempt = 1; m_way == Way::byRename && !findPlace(path); ++attempt) {
-        if (attempt == kAttempts)
+    // If another process replaces the file between `openOld` and `openDirectory`, open the new one.
+    for (int attempt = 1; m_method == Method::byRename && !openDirectory(path); ++attempt) {
+        if (attempt == kMaxAttempts)
             fail(EBUSY);
         openOld(path);
     }
-    if (m_way == Way::byRename)
+    if (m_method == Method::byRename)
         makeFile();
 }
 
@@ -201,23 +209,23 @@ FileReplacement::~FileReplacement()
 {
     if (!m_temporaryName.empty())
         unlinkat(m_directory.number(), m_temporaryName.c_str(), 0);
-    if (m_isEmptyFileOurs && fstat(m_old.number(), &m_status) == 0 && m_status.st_size == 0)
+    if (m_hasCreatedLinkTarget && fstat(m_old.number(), &m_status) == 0 && m_status.st_size == 0)
         unlinkat(m_directory.number(), m_name.c_str(), 0);
 }
 
 void FileReplacement::write(const char* bytes, std::size_t count)
 {
-    if (m_way == Way::inPlace)
+    if (m_method == Method::inPlace)
         m_pending.append(bytes, count);
     else
-        writeAll(m_way == Way::directly ? m_old.number() : m_new.number(), bytes, count);
+        writeAll(m_method == Method::directly ? m_old.number() : m_new.number(), bytes, count);
 }
 
 void FileReplacement::commit()
 {
-    if (m_way == Way::byRename)
+    if (m_method == Method::byRename)
         commitByRename();
-    else if (m_way == Way::inPlace)
+    else if (m_method == Method::inPlace)
         commitInPlace();
 }
 
@@ -225,29 +233,30 @@ void FileReplacement::openOld(const std::string& path)
 {
     m_old = Descriptor(open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
     if (!m_old.isOpen()) {
-        require(errno == ENOENT);
+        failUnless(errno == ENOENT);
         if (!isLink(path))
             return;
-        // The kernel decides whether a dangling link is followed: not if a stranger made it in a sticky
-        // directory.
+        // Opening the link creates the file that it names. The kernel may refuse this: it does not follow
+        // another user's link in a sticky directory such as /tmp.
         m_old = Descriptor(open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY, kModeOfNewFile));
-        require(m_old.isOpen());
-        m_isEmptyFileOurs = true;
+        failUnless(m_old.isOpen());
+        m_hasCreatedLinkTarget = true;
     }
-    require(fstat(m_old.number(), &m_status) == 0);
+    failUnless(fstat(m_old.number(), &m_status) == 0);
     if (!S_ISREG(m_status.st_mode))
-        m_way = Way::directly;
+        m_method = Method::directly;
 }
 
-/// \return false if what is there now is not the file that the kernel opened
-bool FileReplacement::findPlace(const std::string& path)
+/// Opens the directory of the file and stores the file's name. \return false if the name no longer refers to
+/// the file that `openOld` opened
+bool FileReplacement::openDirectory(const std::string& path)
 {
     const std::string file = m_old.isOpen() && isLink(path) ? withoutLinks(path) : path;
     const std::size_t slash = file.rfind('/');
     m_name = file.substr(slash + 1);
     const std::string directory = slash == std::string::npos ? "." : file.substr(0, slash + 1);
     m_directory = Descriptor(open(directory.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    require(m_directory.isOpen());
+    failUnless(m_directory.isOpen());
     if (!m_old.isOpen())
         return true;
     struct stat found = {};
@@ -257,10 +266,10 @@ bool FileReplacement::findPlace(const std::string& path)
 
 void FileReplacement::makeFile()
 {
-    // What is to take over permissions is private until it has them.
+    // Only the owner can open the new file until `copyPermissions` copies the permissions of the old file.
     const mode_t mode = m_old.isOpen() ? 0600 : kModeOfNewFile;
     m_new = Descriptor(openat(m_directory.number(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, mode));
-    if (m_new.isOpen() && access(placeOf(m_new).c_str(), F_OK) == 0)
+    if (m_new.isOpen() && access(procPathOf(m_new).c_str(), F_OK) == 0)
         return;
     m_temporaryName = makeName([this, mode](const char* name) {
         constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
@@ -269,25 +278,25 @@ void FileReplacement::makeFile()
     });
     if (!m_temporaryName.empty())
         return;
-    require(m_old.isOpen() && (errno == EACCES || errno == EPERM));
-    m_way = Way::inPlace;
+    failUnless(m_old.isOpen() && (errno == EACCES || errno == EPERM));
+    m_method = Method::inPlace;
 }
 
 void FileReplacement::commitByRename()
 {
     if (m_old.isOpen())
-        takeOver(m_old, m_status, m_new);
+        copyPermissions(m_old, m_status, m_new);
     synchronize(m_new);
     if (m_temporaryName.empty())
         m_temporaryName = makeName([this](const char* name) {
-            return linkat(AT_FDCWD, placeOf(m_new).c_str(), m_directory.number(), name, AT_SYMLINK_FOLLOW) ==
-                   0;
+            return linkat(AT_FDCWD, procPathOf(m_new).c_str(), m_directory.number(), name,
+                          AT_SYMLINK_FOLLOW) == 0;
         });
-    require(!m_temporaryName.empty());
-    require(renameat(m_directory.number(), m_temporaryName.c_str(), m_directory.number(), m_name.c_str()) ==
-            0);
+    failUnless(!m_temporaryName.empty());
+    failUnless(
+        renameat(m_directory.number(), m_temporaryName.c_str(), m_directory.number(), m_name.c_str()) == 0);
     m_temporaryName.clear();
-    m_isEmptyFileOurs = false;
+    m_hasCreatedLinkTarget = false;
 }
 
 void FileReplacement::commitInPlace()
@@ -299,7 +308,7 @@ void FileReplacement::commitInPlace()
         fail(reason);
     }
     writeAll(m_old.number(), m_pending.data(), m_pending.size());
-    require(ftruncate(m_old.number(), size) == 0);
+    failUnless(ftruncate(m_old.number(), size) == 0);
     synchronize(m_old);
 }
 

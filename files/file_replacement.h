@@ -1,4 +1,4 @@
-// Replaces a file once the new one is complete. Until then the old file stays in place.
+// Replaces files without losing the old content after a failed write.
 
 #pragma once
 
@@ -25,23 +25,26 @@ private:
     int m_number;
 };
 
-/// Writes a new file and replaces the old one when it is complete. Without `commit`, the old file stays.
+/// Writes a new file. `commit` then replaces the old file with it. Without `commit`, the old file stays
+/// unchanged.
 ///
-/// - The new file is created in the directory of the old one. If the file system supports it, the file has no
-///   name, so that nothing remains even if the process is killed.
-/// - Symbolic links are followed as the kernel follows them and stay links. A dangling link creates the file
-///   that it leads to.
-/// - A file that the process may not write is not replaced.
-/// - Permissions, owner, group and access control list are preserved. If the system does not allow that,
-///   nobody who could not read the old file can read the new one: without the owner, the set-uid bit is
-///   cleared; without the group, its members get the permissions of others; without the list, only the
-///   owner's permissions remain.
-/// - Of a file with several names (hard links), only the given name is replaced.
-/// - If the directory accepts no new file (EACCES, EPERM), an existing file is overwritten, after all bytes
-///   are known and, if the file system supports it, space is reserved. Only then can a failure lose the old
-///   content.
-/// - Devices, pipes and sockets are written directly, piece by piece. So are /dev/stdout, /dev/stderr and
-///   /dev/fd/N, at the descriptor's position, whatever they refer to.
+/// - The new file is created in the directory of the old file. If the file system supports it, the new file
+///   has no name until `commit`. If the process is killed before that, nothing of the new file remains.
+/// - Symbolic links are followed by the kernel's rules. The link stays, and the file that it names is
+///   replaced. If that file does not exist, it is created.
+/// - A file that the process has no permission to write is not replaced.
+/// - Permissions, owner, group and access control list are preserved. If the system does not allow this, the
+///   new file is readable by nobody who could not read the old file: if the owner changes, the set-uid bit is
+///   cleared; if the group changes, its members get the permissions of others; if the list cannot be copied,
+///   only the owner's permissions remain.
+/// - If a file has several names (hard links), only the given name refers to the new file. The other names
+///   still refer to the old file.
+/// - If the process may not create files in the directory (EACCES, EPERM), `commit` overwrites an existing
+///   file. If the file system supports it, `commit` first reserves space for the new content. Only a
+///   failure while overwriting can lose the old content.
+/// - Devices, pipes and sockets are written directly, piece by piece. The same applies to /dev/stdout,
+///   /dev/stderr and /dev/fd/N, even for a descriptor of a regular file: writing starts at the descriptor's
+///   position.
 ///
 /// All functions throw `std::system_error` with the system's reason; its `code().value()` is an `errno`.
 class FileReplacement
@@ -51,37 +54,37 @@ public:
     explicit FileReplacement(const std::string& path);
     FileReplacement(const FileReplacement&) = delete;
     FileReplacement& operator=(const FileReplacement&) = delete;
-    /// Discards what was written, unless it was committed.
+    /// Deletes the new file, unless it was committed.
     ~FileReplacement();
 
     void write(const char* bytes, std::size_t count);
 
-    /// Flushes the new file to the disk and replaces the old one. Call it once, last.
+    /// Flushes the new file to the disk and replaces the old file. Call it once, after the last `write`.
     void commit();
 
 private:
-    enum class Way {
-        byRename,
-        inPlace,
-        directly,
+    enum class Method {
+        byRename, ///< write a new file, then rename it
+        inPlace,  ///< collect all bytes, then overwrite the old file
+        directly, ///< pass each piece to the device
     };
 
     FileReplacement() = default;
     void openOld(const std::string& path);
-    bool findPlace(const std::string& path);
+    bool openDirectory(const std::string& path);
     void makeFile();
     void commitByRename();
     void commitInPlace();
 
-    Way m_way = Way::byRename;
-    Descriptor m_old;          ///< not open if there is no file yet
+    Method m_method = Method::byRename;
+    Descriptor m_old;          ///< not open if there was no file
     struct stat m_status = {}; ///< of the old file
     Descriptor m_directory;    ///< the directory of the replaced file
     std::string m_name;        ///< in `m_directory`
     Descriptor m_new;
-    std::string m_temporaryName;    ///< of the new file; empty while the file is unnamed
-    std::string m_pending;          ///< to be written in place
-    bool m_isEmptyFileOurs = false; ///< created for a dangling link
+    std::string m_temporaryName;         ///< of the new file; empty if the file has no name
+    std::string m_pending;               ///< collected for `inPlace`
+    bool m_hasCreatedLinkTarget = false; ///< a symbolic link named a file that did not exist
 };
 
 } // namespace kelxml::files

@@ -1,4 +1,4 @@
-// Refuses paths before the system sees them.
+// Checks paths before Qt or the system opens them.
 
 #include "files/path.h"
 
@@ -17,7 +17,7 @@ bool hasCodecs()
 
 std::optional<Path> Path::from(const wchar_t* path)
 {
-    // The conversion would drop a byte order mark at the start.
+    // `fromWide` would drop a byte order mark at the start.
     if (!path || *path == L'\0' || *path == QChar::ByteOrderMark || !hasCodecs())
         return std::nullopt;
     const QString name = text::fromWide(path);

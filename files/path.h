@@ -1,4 +1,4 @@
-// Which paths may be opened.
+// Decides which paths may be opened.
 
 #pragma once
 
@@ -13,20 +13,20 @@
 namespace kelxml::files
 {
 
-/// Whether Qt's codecs still exist. At exit they are destroyed before the globals that were created earlier
-/// than they were. No file is opened after that.
+/// Whether Qt's text codecs still exist. The process destroys them at exit. Destructors of global objects
+/// that run later must not open files.
 bool hasCodecs();
 
-/// A path that a caller of the COM interfaces or of the filer passed. Qt opens exactly the file that it
-/// names.
+/// A checked path from a caller of the COM interfaces or of the filer. Qt opens exactly the file that the
+/// caller named.
 class Path
 {
 public:
-    /// \return nothing for an empty path, after the codecs are destroyed, and for a path that Qt would change
-    /// into another file's path. Qt does so if a unit is not a character, or if the encoding of file names
-    /// lacks a character.
+    /// \return nothing if the path is empty, if the codecs are destroyed, or if Qt would open a different
+    /// path. Qt changes a path that begins with a byte order mark, contains a unit that is not a character,
+    /// or contains a character that the encoding of file names cannot represent.
     static std::optional<Path> from(const wchar_t* path);
-    /// The same for a `VT_BSTR`. \return nothing for any other type
+    /// Checks the string of a `VT_BSTR` in the same way. \return nothing for any other type
     static std::optional<Path> from(const VARIANT& path);
 
     const QString& name() const { return m_name; }
@@ -37,9 +37,9 @@ private:
     QString m_name;
 };
 
-/// Whether a path in the system's own bytes may be opened.
+/// Whether the bytes of `path` may be passed to the system as a file name.
 bool isUsable(const std::string& path);
-/// The reason for refusing an unusable path.
+/// The error message for a path that is not usable.
 constexpr const char* kNotUsable = "the path has a zero in it, or the process is ending";
 
 } // namespace kelxml::files

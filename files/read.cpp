@@ -1,4 +1,4 @@
-// Reads by calling the system, so that a failed read is not mistaken for the end of the file.
+// Calls the system's `read`, because `QFile` does not distinguish a failed read from the end of the file.
 
 #include "files/read.h"
 
@@ -15,8 +15,8 @@ namespace kelxml::files
 namespace
 {
 
-/// `QFile` reports the bytes before an error as if the file ended there. Only a resource in the program has
-/// no descriptor. \return less than 0 after an error; `errno` says which
+/// Reads up to `most` bytes. Files without a descriptor are resources compiled into the program, which only
+/// `QFile` can read. \return the number of bytes read; negative after an error, with the reason in `errno`
 qint64 readSome(QFile& file, char* to, int most)
 {
     const int descriptor = file.handle();
@@ -24,8 +24,8 @@ qint64 readSome(QFile& file, char* to, int most)
                           : TEMP_FAILURE_RETRY(::read(descriptor, to, static_cast<std::size_t>(most)));
 }
 
-/// Adds all bytes of a file to `bytes`, or one more than `most` if it has more. \return the system's error,
-/// or 0
+/// Appends the bytes of a file to `bytes`. Stops after `most` + 1 bytes, so that the caller can see that the
+/// file has more than `most`. \return the system's error, or 0
 int readUpToOneMoreThan(qint64 most, QFile& file, QByteArray& bytes)
 {
     constexpr qint64 kPiece = qint64{64} * 1024;

@@ -1,4 +1,4 @@
-// Reading a whole file.
+// Reads a whole file into memory.
 
 #pragma once
 
@@ -10,18 +10,19 @@
 namespace kelxml::files
 {
 
-/// The bytes of a file, or why it could not be read.
+/// The bytes of a file, or the reason why it could not be read.
 struct Contents
 {
     QByteArray bytes;
-    QString error;                                ///< the system's, null if the file was read
-    limits::Limit exceeded = limits::Limit::None; ///< `FileBytes` or `UnsizedBytes`
+    QString error;                                ///< the system's message; null if the file was read
+    limits::Limit exceeded = limits::Limit::None; ///< `FileBytes`, `UnsizedBytes` or `None`
 };
 
 /// Reads a file or a device to its end. \throw std::bad_alloc
 Contents read(const Path& path);
 
-/// As above. \param path the system's bytes, whatever the encoding of file names is
+/// Reads a file or a device to its end. \param path the bytes that the system gets, without conversion
+/// \throw std::bad_alloc
 Contents read(const std::string& path);
 
 } // namespace kelxml::files
