@@ -1,4 +1,4 @@
-// Continues after a piece or a splice was read to its end.
+// Moves on to the next piece of the document, or back to the text around a splice.
 
 #include "parsing/character_stream.h"
 

@@ -1,5 +1,5 @@
-// The characters of a text in the order in which Qt's parser reads them: from the document, piece by piece,
-// and from spliced entity values, innermost first.
+// Returns the characters of a text in the order in which Qt's parser reads them. They come from the document,
+// which is read piece by piece, and from the values of entities, which are spliced in at each reference.
 
 #pragma once
 
@@ -16,10 +16,11 @@ namespace kelxml::parsing
 class CharacterStream
 {
 public:
-    /// What `get` and `seek` return at the end. The parser mistakes U+FFFE and U+FFFF for its end marks.
+    /// Returned at the end of the text. U+FFFE and U+FFFF in a text count as its end, because the parser uses
+    /// them as its own end marks.
     static constexpr char16_t kEnd = 0xFFFF;
 
-    /// Returns the next piece of the document, an empty one at the end.
+    /// Returns the next piece of the document; an empty string at the end.
     using NextPiece = std::function<QString()>;
 
     explicit CharacterStream(NextPiece nextPiece) : m_nextPiece(std::move(nextPiece)) {}
@@ -32,9 +33,9 @@ public:
         return isEnd(c) ? finish() : c;
     }
 
-    /// Skips characters up to and including the first that `stops`, and returns that one.
+    /// Skips characters until `stops` is true for one. Reads and returns this character too.
     template <typename Stops>
-    char16_t takeUntil(Stops stops)
+    char16_t skipUntil(Stops stops)
     {
         char16_t c = get();
         while (c != kEnd && !stops(c))
@@ -42,14 +43,15 @@ public:
         return c;
     }
 
-    /// Skips characters up to and including the first of `Stops`, and returns that one.
+    /// Skips characters until it finds one of `Stops`. Reads and returns this character too.
     template <char16_t... Stops>
     char16_t seek()
     {
         return seek<Stops...>([](QStringView) {});
     }
 
-    /// The same. `passed` receives the skipped characters, except the last, in runs.
+    /// Skips and reads like `seek()`. Passes the skipped characters to `passed`, many at a time. Does not
+    /// pass the returned character.
     template <char16_t... Stops, typename Passed>
     char16_t seek(Passed passed)
     {
@@ -64,7 +66,8 @@ public:
         return kEnd;
     }
 
-    /// Continues with `text`, which outlives the stream; then where the stream was.
+    /// Reads `text` next, and then the rest of the current text. `text` must outlive the stream.
+    /// \param literal whether the reference is inside a quoted value
     void splice(QStringView text, bool literal)
     {
         m_pendingOutside = pending();
@@ -72,14 +75,14 @@ public:
         m_span = of(text, literal);
     }
 
-    /// How many splices are open. As in the parser, a splice read to its end counts until the next character
-    /// is read.
-    std::size_t splices() const { return m_outer.size(); }
-    bool spliced() const { return !m_outer.empty(); }
-    /// How many characters of open splices are unread.
-    qint64 pending() const { return spliced() ? m_pendingOutside + (m_span.end - m_span.at) : 0; }
-    /// Whether the last character came from a splice inside a quoted value, where quotes don't end the value.
-    bool literal() const { return m_span.literal; }
+    /// Number of open splices. As in the parser, a splice stays open until the character after it is read.
+    std::size_t openSplices() const { return m_outer.size(); }
+    bool isInSplice() const { return !m_outer.empty(); }
+    /// Number of characters in open splices that are not read yet.
+    qint64 pending() const { return isInSplice() ? m_pendingOutside + (m_span.end - m_span.at) : 0; }
+    /// Whether the last character came from a splice inside a quoted value. A quote from there does not end
+    /// the value.
+    bool isLiteral() const { return m_span.literal; }
 
 private:
     struct Span
@@ -102,11 +105,11 @@ private:
     NextPiece m_nextPiece;
     QString m_piece;
     Span m_span;
-    qint64 m_pendingOutside = 0; // of the splices around the innermost one
-    std::vector<Span> m_outer;   // the document's span first
+    qint64 m_pendingOutside = 0; // unread characters of all open splices except the innermost
+    std::vector<Span> m_outer;   // where to continue after each open splice; the document comes first
 };
 
-// Most characters of most texts are skipped here, so eight at a time.
+// Compares eight characters at a time, because most characters of a text are skipped here.
 template <char16_t... Stops>
 const char16_t* CharacterStream::findAny(const char16_t* at, const char16_t* end)
 {

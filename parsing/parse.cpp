@@ -1,4 +1,4 @@
-// Scans the text, checks the free stack, removes the earlier content and lets Qt parse.
+// Scans the text, checks the free stack, removes the earlier content and calls Qt's parser.
 
 #include "parsing/parse.h"
 
@@ -16,8 +16,8 @@ namespace kelxml::parsing
 namespace
 {
 
-/// Prevents links to freed siblings: `QDomDocument::setContent` would leave top-level nodes that the host
-/// holds linked to each other.
+/// Removes the top-level nodes one by one, which clears their links. `QDomDocument::setContent` would free
+/// them all at once: a node that the host holds would keep links to its freed siblings.
 void removeContent(QDomDocument& document)
 {
     for (QDomNode node = document.firstChild(); !node.isNull(); node = document.firstChild())

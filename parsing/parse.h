@@ -1,4 +1,4 @@
-// Calls Qt's parser. Nothing else may call `QDomDocument::setContent`.
+// Calls Qt's parser. No other code may call `QDomDocument::setContent`.
 
 #pragma once
 
@@ -27,17 +27,17 @@ struct ParseResult
     explicit operator bool() const { return failure == ParseFailure::None; }
 };
 
-/// Replaces the content of `document`. A text that is empty, exceeds a limit, or nests too deep for the
-/// calling thread's stack is refused before Qt sees it; the earlier content stays. If the text is not
-/// well-formed, the document gets what Qt read up to the error. \throw std::bad_alloc
+/// Replaces the content of `document`. Refuses a text that is empty, exceeds a limit or nests too deep for
+/// the calling thread's stack. The document then keeps its earlier content. If the text is not well-formed,
+/// the document gets the nodes that Qt read before the error. \throw std::bad_alloc
 ParseResult parseText(QDomDocument& document, const QString& text);
 
-/// The same for a file. Reads it only once, so that exactly the checked bytes are parsed. A
-/// file that cannot be read to its end is refused like one that exceeds a limit. An empty file clears the
-/// document.
+/// Replaces the content of `document` with that of a file, by the same rules. The file is read only once, so
+/// that Qt parses exactly the bytes that were checked. A file that cannot be read to its end is refused. An
+/// empty file clears the document.
 ParseResult parseFile(QDomDocument& document, const files::Path& path);
 
-/// The same. \param path the system's bytes, whatever the encoding of file names is
+/// Parses a file in the same way. \param path the bytes that the system gets, without conversion
 ParseResult parseFile(QDomDocument& document, const std::string& path);
 
 } // namespace kelxml::parsing

@@ -1,4 +1,4 @@
-// Scans a string, and the bytes of a file while they are decoded.
+// Prepares strings and bytes for the scanner. Bytes are decoded piece by piece during the scan.
 
 #include "parsing/prescan.h"
 
@@ -8,7 +8,8 @@
 #include <QtXml/QXmlInputSource>
 #include <memory>
 
-// Deprecated, but QDomDocument reads devices with it, and no other class decodes in the same way.
+// QXmlInputSource is deprecated, but QDomDocument decodes devices with it. Another class could decode
+// differently.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
 namespace kelxml::parsing
@@ -17,7 +18,7 @@ namespace kelxml::parsing
 namespace
 {
 
-/// \param bytes decoded piece by piece, on demand
+/// Returns a function that decodes the next piece of `bytes` at each call.
 CharacterStream::NextPiece piecesOf(const QByteArray& bytes)
 {
     const auto buffer = std::make_shared<QBuffer>();

@@ -1,9 +1,9 @@
 // Scans a text for attacks before Qt parses it.
 //
-// The parser (`QXmlSimpleReader` of Qt 5.15) recurses on elements and on parentheses in content models,
-// splices an entity's value into its input each time it is used, and compares every entity declaration with
-// all others. A few kilobytes can exhaust the stack, memory or time of the host, and nothing can stop the
-// parser once it runs.
+// The parser (`QXmlSimpleReader` of Qt 5.15) recurses on elements and on parentheses in content models. At
+// each reference to an entity, it splices the entity's value into its input. It compares every entity
+// declaration with all others. So a text of a few kilobytes can exhaust the host's stack, memory or time, and
+// nothing can stop the parser once it runs.
 
 #pragma once
 
@@ -19,19 +19,21 @@ struct Prescan
 {
     /// The first limit that the text exceeds.
     limits::Limit exceeded;
-    /// The deepest nesting that the parser reaches before the point where the prescan stopped. Input for
+    /// The deepest nesting that the parser reaches in the scanned part of the text. Pass it to
     /// `hasRoomToParse`.
     int nesting;
 
     bool isWithinLimits() const { return exceeded == limits::Limit::None; }
 };
 
-/// Follows the parser, not the XML standard: every entity reference splices characters, even if the value's
-/// markup is not balanced. Stops after the document element, and wherever the parser is sure to stop; the
-/// parser then refuses the malformed text itself. Takes linear time, and memory only for the entities.
+/// Scans a text. Follows the parser, not the XML standard: it splices in the value of an entity even if the
+/// value opens or closes elements of the text around it. Stops after the document element. Stops earlier if
+/// the text exceeds a limit or has an error at which the parser stops too. Takes linear time. Needs memory
+/// only for the entities.
 Prescan prescan(const QString& text);
 
-/// The same for the characters that the parser will see, decoded by the same input source.
+/// Scans the bytes of a file. Decodes them with the parser's own input source, so that it sees the same
+/// characters.
 Prescan prescan(const QByteArray& bytes);
 
 } // namespace kelxml::parsing

@@ -1,4 +1,4 @@
-// Content and tags, and the counters.
+// Scans everything except the document type declaration, and keeps the counts.
 
 #include "parsing/prescanner.h"
 
@@ -10,7 +10,7 @@ namespace kelxml::parsing
 namespace
 {
 
-// The predefined entities. The parser resolves them before it looks at declarations, and splices nothing.
+// The parser replaces predefined entities even if they are declared, and splices nothing for them.
 bool isPredefined(const QString& name)
 {
     return name == QLatin1String("amp") || name == QLatin1String("lt") || name == QLatin1String("gt") ||
@@ -19,7 +19,7 @@ bool isPredefined(const QString& name)
 
 } // namespace
 
-// Nothing after the document element can nest or splice, so the scan ends there.
+// The scan ends after the document element, because the parser accepts neither elements nor references later.
 Prescan Prescanner::document()
 {
     if (prolog())
@@ -33,11 +33,11 @@ Prescan Prescanner::value()
     return {m_exceeded, m_nesting};
 }
 
-// Up to the document element's start tag. The parser accepts a second document type declaration like the
-// first.
+// Scans up to and including the start tag of the document element. Like the parser, accepts several document
+// type declarations.
 bool Prescanner::prolog()
 {
-    while (firstNoSpace() == u'<') {
+    while (skipSpaces() == u'<') {
         char16_t c = m_in.get();
         if (c == u'!') {
             c = m_in.get();
@@ -52,13 +52,14 @@ bool Prescanner::prolog()
     return false;
 }
 
-// Nearly all of a text is read here. Inlining every call keeps the position in a register.
-[[gnu::flatten]] void Prescanner::content(bool toTheEnd)
+// Scans nearly all of a text, so it must be fast. `flatten` inlines every call, so that the compiler keeps
+// the position in a register.
+[[gnu::flatten]] void Prescanner::content(bool untilEnd)
 {
-    bool goesOn = true;
-    while (goesOn && (toTheEnd || m_depth > 0)) {
+    bool shouldContinue = true;
+    while (shouldContinue && (untilEnd || m_depth > 0)) {
         const char16_t c = m_in.seek<u'<', u'&'>();
-        goesOn = c != CharacterStream::kEnd && (c == u'<' ? markup() : reference(false));
+        shouldContinue = c != CharacterStream::kEnd && (c == u'<' ? markup() : reference(false));
     }
 }
 
@@ -78,7 +79,7 @@ bool Prescanner::markup()
 
 bool Prescanner::startTag()
 {
-    if (!deepen(m_depth))
+    if (!enterLevel(m_depth))
         return false;
     const char16_t c = seekUnquoted<u'>', u'/', u'<'>(&Prescanner::attributeValue);
     if (c == u'/')
@@ -88,7 +89,7 @@ bool Prescanner::startTag()
 
 bool Prescanner::endTag()
 {
-    m_depth = std::max(0, m_depth - 1); // an entity's value may close what it didn't open
+    m_depth = std::max(0, m_depth - 1); // an entity's value may have more end tags than start tags
     return m_in.seek<u'>'>() == u'>';
 }
 
@@ -128,7 +129,7 @@ bool Prescanner::processingInstruction()
         ++matched;
         c = m_in.get();
     }
-    // The parser reads the parts of the declaration as attributes, so a quoted "?>" does not end it.
+    // The parser reads the parts of an XML declaration as attributes, so a quoted "?>" does not end it.
     if (matched == xml.size() && isSpace(c))
         return seekUnquoted<u'?'>(&Prescanner::attributeValue) == u'?' && m_in.get() == u'>';
     for (;;) {
@@ -146,7 +147,7 @@ bool Prescanner::attributeValue(char16_t quote)
     beginText();
     for (;;) {
         const char16_t c = m_in.seek<u'&', u'<', u'"', u'\''>();
-        if (c == quote && !m_in.literal()) {
+        if (c == quote && !m_in.isLiteral()) {
             beginText();
             return true;
         }
@@ -157,7 +158,7 @@ bool Prescanner::attributeValue(char16_t quote)
 
 bool Prescanner::reference(bool literal)
 {
-    // If no entities are declared, what follows the ampersand counts as text. Character references always do.
+    // If no entities are declared, there is nothing to splice, and the reference can be scanned as text.
     if (m_entities.isEmpty())
         return true;
     m_name.resize(0);
@@ -169,7 +170,8 @@ bool Prescanner::reference(bool literal)
     return !entity || splice(*entity, entity->text, literal);
 }
 
-// Reads up to the semicolon. Stores only the start of a name that is longer than every declared name.
+// Reads a name up to the semicolon. To save memory, stores no more characters than necessary to see that the
+// name is longer than every declared name.
 bool Prescanner::referenceName(QString& name)
 {
     for (;;) {
@@ -191,13 +193,13 @@ const Prescanner::Entity* Prescanner::find(const QString& name, Kind kind) const
 
 bool Prescanner::splice(const Entity& entity, QStringView text, bool literal)
 {
-    // The parser reports recursion when the number of open splices exceeds the number of declared entities.
+    // If more splices are open than entities are declared, the parser reports recursion and stops.
     const int open = std::max(m_generalEntities, m_parameterEntities) + 1;
-    if (m_in.splices() >= static_cast<std::size_t>(open) || !addEntityText(text.size()))
+    if (m_in.openSplices() >= static_cast<std::size_t>(open) || !addEntityText(text.size()))
         return false;
-    m_unfolded += literal ? entity.literalLength : text.size();
-    if (m_unfolded + m_documentLength >= limits::kTooLongForQt)
-        return beyond(limits::Limit::TextLength);
+    m_splicedLength += literal ? entity.literalLength : text.size();
+    if (m_splicedLength + m_documentLength >= limits::kTooLongForQt)
+        return exceed(limits::Limit::TextLength);
     m_in.splice(text, literal);
     return true;
 }
@@ -210,16 +212,16 @@ bool Prescanner::addEntityText(qint64 length)
         m_maxEntityText = std::max(m_maxEntityText, limits::kMaxEntityAmplification * m_documentLength);
         m_length = nullptr;
     }
-    return m_entityText <= m_maxEntityText || beyond(limits::Limit::EntityText);
+    return m_entityText <= m_maxEntityText || exceed(limits::Limit::EntityText);
 }
 
-bool Prescanner::deepen(int& depth)
+bool Prescanner::enterLevel(int& depth)
 {
     m_nesting = std::max(m_nesting, ++depth);
-    return depth <= limits::kMaxNesting || beyond(limits::Limit::Nesting);
+    return depth <= limits::kMaxNesting || exceed(limits::Limit::Nesting);
 }
 
-bool Prescanner::beyond(limits::Limit limit)
+bool Prescanner::exceed(limits::Limit limit)
 {
     m_exceeded = limit;
     return false;

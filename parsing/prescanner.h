@@ -1,8 +1,8 @@
-// Reads a text in the way `QXmlSimpleReader` of Qt 5.15 does, and counts what the limits restrict.
+// Reads a text like `QXmlSimpleReader` of Qt 5.15, and counts everything that has a limit.
 //
-// The scanner accepts more than the parser. It may stop only where the parser is sure to report an error;
-// elsewhere it continues as if there were none. So at every character that the parser reaches, up to the end
-// of the document element, both are at the same place in the grammar.
+// The scanner must interpret each character as the parser does, up to the error at which the parser stops.
+// The scanner checks only a part of the syntax: it continues at an error that it does not check. It must
+// never report an error in a text that the parser accepts.
 
 #pragma once
 
@@ -41,22 +41,22 @@ public:
     {}
 
     Prescan document();
-    /// Scans the value of an entity, whether it is used or not.
+    /// Scans the value of an entity, even if no reference uses it.
     Prescan value();
 
 private:
     enum class Kind { General, Parameter, External };
     struct Entity
     {
-        QString text; // of a parameter entity: with a blank at each end, as the parser adds them
+        QString text; // the value; the parser adds a space at both ends of a parameter entity's value
         Kind kind = Kind::General;
-        qint64 literalLength = 0; // in a quoted value, where the parser replaces quotes by references
+        qint64 literalLength = 0; // length in a quoted value, where quotes become references
     };
 
-    // Each reads the rest of one construct, after its first characters were read. Most return whether to
-    // continue: false where the parser stops or a limit is exceeded.
+    // Each function reads the rest of one construct. Its caller has read the first characters. The result
+    // says whether to continue. It is false if the text has an error or exceeds a limit.
     bool prolog();
-    void content(bool toTheEnd);
+    void content(bool untilEnd);
     bool markup();
     bool startTag();
     bool endTag();
@@ -80,44 +80,44 @@ private:
     template <char16_t... Stops>
     char16_t seekUnquoted(bool (Prescanner::*quoted)(char16_t quote));
 
-    char16_t firstNoSpace() { return m_in.takeUntil(std::not_fn(isSpace)); }
+    char16_t skipSpaces() { return m_in.skipUntil(std::not_fn(isSpace)); }
     bool referenceName(QString& name);
     bool declare(const QString& name, const QString& text, Kind kind);
     const Entity* find(const QString& name, Kind kind) const;
     bool addEntitySearch(const QString& name, const QString& value);
     bool splice(const Entity& entity, QStringView text, bool literal);
     bool addEntityText(qint64 length);
-    void beginText() { m_unfolded = m_in.pending(); }
-    bool deepen(int& depth);
-    bool beyond(limits::Limit limit);
+    void beginText() { m_splicedLength = m_in.pending(); }
+    bool enterLevel(int& depth);
+    bool exceed(limits::Limit limit);
 
     CharacterStream m_in;
     QMap<QString, Entity> m_entities; // not a hash: an attacker could choose names that collide
-    QString m_name;                   // name or number of a reference; a member to be allocated only once
-    qsizetype m_longestName = 0;      // longer names in references are not declared
-    int m_generalEntities = 0;        // those with a value; not the external ones
+    QString m_name;                   // name or number of a reference; a member, so that its memory is reused
+    qsizetype m_longestName = 0;      // of all declared entities
+    int m_generalEntities = 0;        // number of declarations with a value, not of external ones
     int m_parameterEntities = 0;
     int m_declarations = 0;
     qint64 m_referencesInValues = 0;
-    qint64 m_searchedCharacters = 0; // of the names and values of entities
-    qint64 m_entityText = 0;
+    qint64 m_searchedCharacters = 0; // total length of the names and values of entities
+    qint64 m_entityText = 0;         // characters of entity text, declared and spliced
     qint64 m_maxEntityText = limits::kEntityActivationThreshold;
-    qint64 m_unfolded = 0; // in the current text, attribute or value of an entity
+    qint64 m_splicedLength = 0; // characters spliced into the current text, attribute or entity value
     std::function<qint64()> m_length;
-    qint64 m_documentLength = 0; // once `m_length` was called
+    qint64 m_documentLength = 0; // set when `m_length` is called
     int m_depth = 0;
     int m_nesting = 0;
     limits::Limit m_exceeded = limits::Limit::None;
 };
 
-/// Whether a character is not allowed in a reference; the parser reports an error.
+/// Whether the parser reports an error if a reference contains this character.
 inline bool breaksReference(char16_t c)
 {
     return isSpace(c) || isQuote(c) || c == u'<' || c == u'>' || c == u'&' || c == CharacterStream::kEnd;
 }
 
-/// Skips characters up to and including the first of `Stops` outside quotes, and returns that one. Calls
-/// `quoted` for each quoted value, and returns the end mark if that returns false.
+/// Skips characters until it finds one of `Stops` outside quotes. Reads and returns this character too. Calls
+/// `quoted` for each quoted value. If `quoted` returns false, stops and returns the end mark.
 template <char16_t... Stops>
 char16_t Prescanner::seekUnquoted(bool (Prescanner::*quoted)(char16_t))
 {

@@ -1,4 +1,4 @@
-// The document type declaration: content models and declarations of entities.
+// Scans the document type declaration: content models and entity declarations.
 
 #include "parsing/prescanner.h"
 
@@ -10,7 +10,7 @@ namespace kelxml::parsing
 namespace
 {
 
-/// Of any base that a character reference can have.
+/// Whether `c` is a decimal or hexadecimal digit.
 bool isDigit(char16_t c)
 {
     return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F');
@@ -27,7 +27,7 @@ bool Prescanner::documentType()
 bool Prescanner::internalSubset()
 {
     for (;;) {
-        const char16_t c = firstNoSpace();
+        const char16_t c = skipSpaces();
         if (c == u']')
             return true;
         if (!(c == u'%' ? parameterReference(false) : c == u'<' && declaration()))
@@ -66,7 +66,7 @@ bool Prescanner::elementDeclaration()
             parentheses = std::max(0, parentheses - 1);
         else if (c != u'(')
             return c == u'>';
-        else if (!deepen(parentheses))
+        else if (!enterLevel(parentheses))
             return false;
     }
 }
@@ -79,19 +79,19 @@ bool Prescanner::systemLiteral(char16_t quote)
 bool Prescanner::entityDeclaration()
 {
     if (++m_declarations > limits::kMaxEntityDeclarations)
-        return beyond(limits::Limit::EntityDeclarations);
-    m_in.takeUntil(isSpace);
-    char16_t c = firstNoSpace();
+        return exceed(limits::Limit::EntityDeclarations);
+    m_in.skipUntil(isSpace);
+    char16_t c = skipSpaces();
     const bool parameter = c == u'%';
     if (parameter)
-        c = firstNoSpace();
+        c = skipSpaces();
     QString name{QChar(c)};
     const auto endsName = [](char16_t x) { return isSpace(x) || isQuote(x) || x == u'>' || x == u'<'; };
     while ((c = m_in.get()) != CharacterStream::kEnd && !endsName(c))
         name += QChar(c);
     if (!isSpace(c))
         return false;
-    c = firstNoSpace();
+    c = skipSpaces();
     if (!isQuote(c))
         return declare(name, {}, Kind::External) && seekUnquoted<u'>'>(&Prescanner::systemLiteral) == u'>';
 
@@ -109,14 +109,15 @@ bool Prescanner::addEntitySearch(const QString& name, const QString& value)
     m_referencesInValues += value.count(u'&');
     m_searchedCharacters += name.size() + value.size();
     const qint64 searches = m_declarations + m_referencesInValues;
-    return searches * m_searchedCharacters <= limits::kMaxEntitySearch || beyond(limits::Limit::EntitySearch);
+    return searches * m_searchedCharacters <= limits::kMaxEntitySearch || exceed(limits::Limit::EntitySearch);
 }
 
-// The first declaration of a name counts; general and parameter entities share their names.
+// The parser ignores a second declaration of a name, even if one declares a general entity and the other a
+// parameter entity.
 bool Prescanner::declare(const QString& name, const QString& text, Kind kind)
 {
     if (kind == Kind::General && text.contains(u'<') && !Prescanner(text).value().isWithinLimits())
-        return beyond(limits::Limit::Nesting);
+        return exceed(limits::Limit::Nesting);
     if (m_entities.contains(name))
         return true;
     const qint64 quotes = text.count(u'"') + text.count(u'\'');
@@ -127,20 +128,21 @@ bool Prescanner::declare(const QString& name, const QString& text, Kind kind)
     return true;
 }
 
-// References to general entities are kept and spliced where the value is used. Character references and
-// parameter entities are replaced at once.
+// Keeps references to general entities in the value. They are spliced when the value is used. Replaces
+// references to characters and to parameter entities at once.
 bool Prescanner::entityValue(char16_t quote, QString& value)
 {
     beginText();
     for (;;) {
         const char16_t c =
             m_in.seek<u'&', u'%', u'"', u'\''>([this, &value](QStringView run) { addToValue(value, run); });
-        if (c == CharacterStream::kEnd || (c == quote && !m_in.literal()))
+        if (c == CharacterStream::kEnd || (c == quote && !m_in.isLiteral()))
             return c == quote && m_exceeded == limits::Limit::None;
         if (c == u'%' ? !parameterReference(true) : c == u'&' && !referenceInValue(value))
             return false;
-        // The parser has replaced quotes in what it splices into a quoted value.
-        if (isQuote(c) && m_in.literal())
+        // When the parser splices a parameter entity into a quoted value, it replaces the entity's quotes by
+        // references.
+        if (isQuote(c) && m_in.isLiteral())
             addToValue(value, c == u'"' ? QStringView(u"&quot;") : QStringView(u"&apos;"));
         else if (isQuote(c))
             addToValue(value, QStringView(&c, 1));
@@ -180,11 +182,11 @@ bool Prescanner::characterReference(QString& value)
     return true;
 }
 
-// The text of a splice was counted when it was spliced.
+// Does not count text from a splice, because `splice` has counted it.
 void Prescanner::addToValue(QString& value, QStringView run)
 {
     value += run;
-    if (!m_in.spliced())
+    if (!m_in.isInSplice())
         addEntityText(run.size());
 }
 
