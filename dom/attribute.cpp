@@ -1,4 +1,4 @@
-// The attribute. `get_value` reads its value and `put_text` sets it.
+// The attribute object. `get_value` returns its value, and `put_text` sets it.
 
 #include "KelXmlLib/attribute.h"
 
@@ -20,7 +20,7 @@ CMorvXMLDOMAttribute::CMorvXMLDOMAttribute(qt::MovableNode&& node, const qt::Doc
 
 CMorvXMLDOMAttribute::~CMorvXMLDOMAttribute()
 {
-    dom::WrapperAccess::releaseBefore(m_ownerElement, m_ownerDocument, m_document, m_node);
+    dom::WrapperAccess::releaseAllBefore(m_ownerElement, m_ownerDocument, m_document, m_node);
 }
 
 HRESULT CMorvXMLDOMAttribute::get_text(BSTR*)
@@ -28,13 +28,13 @@ HRESULT CMorvXMLDOMAttribute::get_text(BSTR*)
     return S_FALSE; // only text nodes and elements have a text
 }
 
-// One line each, in interface order: methods that share an implementation.
+// Methods that share their implementation with other classes: one line each, in interface order.
 // clang-format off
 HRESULT CMorvXMLDOMAttribute::QueryInterface(const GUID& riid, void** ppv) { return com::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMAttribute, &IID_IXMLDOMNode}, riid, ppv); }
 ULONG CMorvXMLDOMAttribute::AddRef() { return com::addReference(m_refCount); }
 ULONG CMorvXMLDOMAttribute::Release() { return com::releaseReference(*this, m_refCount); }
 HRESULT CMorvXMLDOMAttribute::get_nodeName(BSTR* name) { return dom::nodeName(refTo(*this), name); }
-HRESULT CMorvXMLDOMAttribute::get_nodeType(DOMNodeType* type) { return dom::reportType(NODE_ATTRIBUTE, type); }
+HRESULT CMorvXMLDOMAttribute::get_nodeType(DOMNodeType* type) { return dom::storeType(NODE_ATTRIBUTE, type); }
 HRESULT CMorvXMLDOMAttribute::get_parentNode(IXMLDOMNode** parent) { return dom::parentNode(refTo(*this), parent); }
 HRESULT CMorvXMLDOMAttribute::get_childNodes(IXMLDOMNodeList** list) { return dom::childNodes(refTo(*this), list); }
 HRESULT CMorvXMLDOMAttribute::get_firstChild(IXMLDOMNode** child) { return dom::firstChild(refTo(*this), child); }
@@ -44,5 +44,5 @@ HRESULT CMorvXMLDOMAttribute::appendChild(IXMLDOMNode* child, IXMLDOMNode** resu
 HRESULT CMorvXMLDOMAttribute::hasChildNodes(VARIANT_BOOL* has) { return dom::hasChildNodes(refTo(*this), has); }
 HRESULT CMorvXMLDOMAttribute::get_ownerDocument(IXMLDOMDocument** document) { return dom::ownerDocument(refTo(*this), m_ownerDocument, document); }
 HRESULT CMorvXMLDOMAttribute::put_text(BSTR text) { return dom::setNodeValue(refTo(*this), text); }
-HRESULT CMorvXMLDOMAttribute::get_value(VARIANT* value) { return dom::giveValue(m_node.value(), value); }
+HRESULT CMorvXMLDOMAttribute::get_value(VARIANT* value) { return dom::storeValue(m_node.value(), value); }
 // clang-format on

@@ -1,4 +1,4 @@
-// Recognises objects by their vtables.
+// Recognises the library's own objects by their vtables.
 
 #include "dom/child.h"
 
@@ -16,12 +16,14 @@ extern const void* const kDocumentVtable[] asm("_ZTV19CMorvXMLDOMDocument");
 namespace
 {
 
-/// Whether `object` is exactly of the class with `vtable`, not of a derived class.
+/// Whether `object` is of the class with `vtable`. False for a derived class, which has its own vtable.
 bool has(const void* object, const void* const* vtable)
 {
     const void* found = nullptr;
     std::memcpy(&found, object, sizeof found);
-    return found == vtable + 2; // an object's pointer skips the offset to the top and the type information
+    // An object points to the first function in the table. The offset to the top and the type information
+    // come before this function.
+    return found == vtable + 2;
 }
 
 template <class Wrapper>

@@ -12,11 +12,11 @@ namespace kelxml::dom
 struct Child
 {
     NodeRef ref;
-    DOMNodeType type; ///< the type that the object's `get_nodeType` returns
+    DOMNodeType type; ///< the type that `get_nodeType` of the object returns
 };
 
-/// Returns one of the library's own four node-like objects; nothing for any other object. The check compares
-/// vtables only: it reads no more than the first pointer of a foreign object and calls none of its methods.
+/// Returns the node of an object, if the object is of one of the library's four node-like classes. For any
+/// other object, returns nothing, reads only the vtable pointer, and calls none of the methods.
 std::optional<Child> recognise(IXMLDOMNode* child);
 
 } // namespace kelxml::dom

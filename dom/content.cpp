@@ -1,4 +1,4 @@
-// Each rule is one call to Qt, with the conversions it needs.
+// Each function converts its arguments and makes one call to Qt.
 
 #include "dom/content.h"
 
@@ -19,7 +19,7 @@ void setNumber(const NodeRef& element, const QString& name, const Number& value)
     trees::setAttribute(element, name, value);
 }
 
-/// Does not follow VT_BYREF: the whole type must match.
+/// Ignores values with VT_BYREF and values of any type not listed here.
 void setByType(const NodeRef& element, const QString& name, const VARIANT& value)
 {
     switch (value.vt) {
@@ -53,10 +53,10 @@ void setByType(const NodeRef& element, const QString& name, const VARIANT& value
 
 HRESULT nodeName(const NodeRef& self, BSTR* name)
 {
-    return giveText(name ? self.node.nodeName() : QString(), name);
+    return storeText(name ? self.node.nodeName() : QString(), name);
 }
 
-HRESULT giveText(const QString& text, BSTR* out)
+HRESULT storeText(const QString& text, BSTR* out)
 {
     if (!out)
         return S_FALSE;
@@ -64,7 +64,7 @@ HRESULT giveText(const QString& text, BSTR* out)
     return S_OK;
 }
 
-HRESULT giveValue(const QString& value, VARIANT* out)
+HRESULT storeValue(const QString& value, VARIANT* out)
 {
     if (!out)
         return S_FALSE;

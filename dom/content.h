@@ -1,4 +1,4 @@
-// Names, values and attributes, shared by the node-like classes.
+// Reads and sets names, values and attributes. Shared by the node-like classes.
 
 #pragma once
 
@@ -8,11 +8,12 @@ namespace kelxml::dom
 {
 
 HRESULT nodeName(const NodeRef& self, BSTR* name);
-HRESULT giveText(const QString& text, BSTR* out);
-HRESULT giveValue(const QString& value, VARIANT* out);
+HRESULT storeText(const QString& text, BSTR* out);
+HRESULT storeValue(const QString& value, VARIANT* out);
 HRESULT setNodeValue(const NodeRef& self, const wchar_t* text);
 
-/// Sets an attribute through the Qt overload for the value's type. Other types set nothing.
+/// Sets an attribute if `value` is a BSTR, an integer of 16 to 64 bits, a floating-point number or a date.
+/// Does nothing for any other type.
 HRESULT setAttribute(const NodeRef& element, const wchar_t* name, const VARIANT& value);
 
 } // namespace kelxml::dom

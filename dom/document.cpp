@@ -1,4 +1,4 @@
-// The document, except for loading and saving (document_io.cpp). It is also the root node of its tree.
+// The document object, which is also the root node of its tree. Loading and saving are in document_io.cpp.
 
 #include "KelXmlLib/document.h"
 
@@ -15,7 +15,7 @@ using dom::refTo;
 namespace
 {
 
-/// A number up to 32 bits; 0 for any other type. `VT_BYREF` is not followed.
+/// Returns a signed number of at most 32 bits. Returns 0 for any other type, and for `VT_BYREF`.
 int readInteger(const VARIANT& value)
 {
     switch (value.vt) {
@@ -84,14 +84,14 @@ HRESULT CMorvXMLDOMDocument::createNode(VARIANT type, BSTR name, BSTR namespaceU
     return S_OK;
 }
 
-// One line each, in interface order: methods that share an implementation.
+// Methods that share their implementation with other classes: one line each, in interface order.
 // clang-format off
 HRESULT CMorvXMLDOMDocument::QueryInterface(const GUID& riid, void** ppv) { return com::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMDocument, &IID_IXMLDOMNode}, riid, ppv); }
 ULONG CMorvXMLDOMDocument::AddRef() { return com::addReference(m_refCount); }
 ULONG CMorvXMLDOMDocument::Release() { return com::releaseReference(*this, m_refCount); }
 HRESULT CMorvXMLDOMDocument::get_nodeName(BSTR* name) { return dom::nodeName(refTo(*this), name); }
-HRESULT CMorvXMLDOMDocument::get_nodeValue(VARIANT* value) { return dom::giveValue(m_document.nodeValue(), value); }
-HRESULT CMorvXMLDOMDocument::get_nodeType(DOMNodeType* type) { return dom::reportType(NODE_DOCUMENT, type); }
+HRESULT CMorvXMLDOMDocument::get_nodeValue(VARIANT* value) { return dom::storeValue(m_document.nodeValue(), value); }
+HRESULT CMorvXMLDOMDocument::get_nodeType(DOMNodeType* type) { return dom::storeType(NODE_DOCUMENT, type); }
 HRESULT CMorvXMLDOMDocument::get_parentNode(IXMLDOMNode** parent) { return dom::parentNode(refTo(*this), parent); }
 HRESULT CMorvXMLDOMDocument::get_childNodes(IXMLDOMNodeList** list) { return dom::childNodes(refTo(*this), list); }
 HRESULT CMorvXMLDOMDocument::get_firstChild(IXMLDOMNode** child) { return dom::firstChild(refTo(*this), child); }

@@ -1,4 +1,4 @@
-// Loading and saving. Qt parses and the library serialises; every failure returns S_FALSE.
+// Loads and saves documents with Qt's parser and writer. Every failure returns S_FALSE.
 
 #include "KelXmlLib/document.h"
 
@@ -18,7 +18,7 @@ void setFlag(VARIANT_BOOL* flag, VARIANT_BOOL value)
         *flag = value;
 }
 
-HRESULT answer(bool isLoaded, VARIANT_BOOL* success)
+HRESULT loadResult(bool isLoaded, VARIANT_BOOL* success)
 {
     if (isLoaded)
         setFlag(success, VARIANT_TRUE);
@@ -31,13 +31,13 @@ HRESULT CMorvXMLDOMDocument::load(VARIANT source, VARIANT_BOOL* success)
 {
     setFlag(success, VARIANT_FALSE);
     const std::optional<files::Path> path = files::Path::from(source);
-    return answer(path && parsing::parseFile(m_document, *path), success);
+    return loadResult(path && parsing::parseFile(m_document, *path), success);
 }
 
 HRESULT CMorvXMLDOMDocument::loadXML(BSTR xml, VARIANT_BOOL* success)
 {
     setFlag(success, VARIANT_FALSE);
-    return answer(bool(parsing::parseText(m_document, text::fromWide(xml))), success);
+    return loadResult(bool(parsing::parseText(m_document, text::fromWide(xml))), success);
 }
 
 HRESULT CMorvXMLDOMDocument::save(VARIANT destination)

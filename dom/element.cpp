@@ -1,5 +1,5 @@
-// The element. In addition to the methods of all nodes, it copies itself, sets its text and attributes, and
-// finds its descendants by tag name.
+// The element object. In addition to the methods of all nodes, it implements copying, setting its text and
+// attributes, and finding descendants by tag name.
 
 #include "KelXmlLib/element.h"
 
@@ -21,7 +21,7 @@ CMorvXMLDOMElement::CMorvXMLDOMElement(qt::MovableNode&& node, const qt::Documen
 
 CMorvXMLDOMElement::~CMorvXMLDOMElement()
 {
-    m_ownerDocument.reset(); // first; the other members follow in the documented order
+    m_ownerDocument.reset(); // released first; C++ then releases the other members in the right order
 }
 
 HRESULT CMorvXMLDOMElement::cloneNode(VARIANT_BOOL deep, IXMLDOMNode** result)
@@ -44,19 +44,19 @@ HRESULT CMorvXMLDOMElement::put_text(BSTR text)
     return S_OK;
 }
 
-// For an element that is not a child of this one, the result has no Qt node.
+// If `child` is an element but not a child of this element, `result` gets an object without a Qt node.
 HRESULT CMorvXMLDOMElement::removeChild(IXMLDOMNode* child, IXMLDOMNode** result)
 {
     return dom::removeChildOfElement(refTo(*this), child, result);
 }
 
-// One line each, in interface order: methods that share an implementation.
+// Methods that share their implementation with other classes: one line each, in interface order.
 // clang-format off
 HRESULT CMorvXMLDOMElement::QueryInterface(const GUID& riid, void** ppv) { return com::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMElement, &IID_IXMLDOMNode}, riid, ppv); }
 ULONG CMorvXMLDOMElement::AddRef() { return com::addReference(m_refCount); }
 ULONG CMorvXMLDOMElement::Release() { return com::releaseReference(*this, m_refCount); }
 HRESULT CMorvXMLDOMElement::get_nodeName(BSTR* name) { return dom::nodeName(refTo(*this), name); }
-HRESULT CMorvXMLDOMElement::get_nodeType(DOMNodeType* type) { return dom::reportType(NODE_ELEMENT, type); }
+HRESULT CMorvXMLDOMElement::get_nodeType(DOMNodeType* type) { return dom::storeType(NODE_ELEMENT, type); }
 HRESULT CMorvXMLDOMElement::get_parentNode(IXMLDOMNode** parent) { return dom::parentNode(refTo(*this), parent); }
 HRESULT CMorvXMLDOMElement::get_childNodes(IXMLDOMNodeList** list) { return dom::childNodes(refTo(*this), list); }
 HRESULT CMorvXMLDOMElement::get_firstChild(IXMLDOMNode** child) { return dom::firstChild(refTo(*this), child); }
@@ -64,7 +64,7 @@ HRESULT CMorvXMLDOMElement::get_attributes(IXMLDOMNamedNodeMap** map) { return d
 HRESULT CMorvXMLDOMElement::appendChild(IXMLDOMNode* child, IXMLDOMNode** result) { return dom::appendChild(refTo(*this), child, result); }
 HRESULT CMorvXMLDOMElement::hasChildNodes(VARIANT_BOOL* has) { return dom::hasChildNodes(refTo(*this), has); }
 HRESULT CMorvXMLDOMElement::get_ownerDocument(IXMLDOMDocument** document) { return dom::ownerDocument(refTo(*this), m_ownerDocument, document); }
-HRESULT CMorvXMLDOMElement::get_text(BSTR* text) { return dom::giveText(m_node.text(), text); }
+HRESULT CMorvXMLDOMElement::get_text(BSTR* text) { return dom::storeText(m_node.text(), text); }
 HRESULT CMorvXMLDOMElement::selectNodes(BSTR query, IXMLDOMNodeList** list) { return dom::elementsByTagName(refTo(*this), query, list); }
 HRESULT CMorvXMLDOMElement::setAttribute(BSTR name, VARIANT value) { return dom::setAttribute(refTo(*this), name, value); }
 // clang-format on

@@ -1,5 +1,6 @@
-// Every change has the same steps: recognise the child, change the tree, return a new object for the child.
-// Refusals are not reported, except that an element's `removeChild` returns what Qt says it removed.
+// Each function recognises the child, changes the tree and returns a new object for the child. It returns
+// S_OK even if Qt or the library refuses the change. A refusal shows only in the result of an element's
+// `removeChild`.
 
 #include "dom/mutation.h"
 
@@ -13,9 +14,9 @@ namespace kelxml::dom
 namespace
 {
 
-/// \param change receives the child, changes the tree and returns the node for the result
+/// \param change changes the tree and returns the node for which `result` gets an object
 template <class Change>
-HRESULT changeAndHandOut(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result, Change change)
+HRESULT changeTree(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result, Change change)
 {
     if (!child)
         return S_OK;
@@ -25,7 +26,7 @@ HRESULT changeAndHandOut(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** 
     MovableNode node = change(*known);
     if (!result)
         return S_OK;
-    // Use this node's document: the child may come from any other.
+    // The new object gets this node's document, because the child may come from another document.
     wrapAs(known->type, std::move(node), self.document.withFallback(known->ref.document), result);
     return S_OK;
 }
@@ -34,7 +35,7 @@ HRESULT changeAndHandOut(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** 
 
 HRESULT appendChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result)
 {
-    return changeAndHandOut(self, child, result, [&](const Child& known) {
+    return changeTree(self, child, result, [&](const Child& known) {
         trees::appendChild(self, known.ref);
         return known.ref.node;
     });
@@ -42,7 +43,7 @@ HRESULT appendChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** resul
 
 HRESULT removeChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result)
 {
-    return changeAndHandOut(self, child, result, [&](const Child& known) {
+    return changeTree(self, child, result, [&](const Child& known) {
         trees::removeChild(self, known.ref);
         return known.ref.node;
     });
@@ -50,7 +51,7 @@ HRESULT removeChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** resul
 
 HRESULT removeChildOfElement(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result)
 {
-    return changeAndHandOut(self, child, result, [&](const Child& known) {
+    return changeTree(self, child, result, [&](const Child& known) {
         const QDomNode removed = trees::removeChild(self, known.ref);
         return known.type == NODE_ELEMENT ? removed : known.ref.node;
     });

@@ -1,4 +1,4 @@
-// Changes to the tree, shared by the four node-like classes.
+// Appends and removes children. Shared by the four node-like classes.
 
 #pragma once
 
@@ -10,8 +10,8 @@ namespace kelxml::dom
 HRESULT appendChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 HRESULT removeChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 
-/// `removeChild` of an element. For an element child, the result wraps the node that Qt removed: null unless
-/// it was a child of this element.
+/// `removeChild` for the element class. If `child` is an element, `result` gets an object for the node that
+/// Qt removed. Qt removes none if `child` is not a child of this element; the object then has no Qt node.
 HRESULT removeChildOfElement(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 
 } // namespace kelxml::dom

@@ -1,4 +1,5 @@
-// The map of attributes. Unlike the list, an out-of-range index returns `S_OK` and null.
+// The map of an element's attributes. Unlike in the node list, `get_item` with an index out of range returns
+// `S_OK` and null.
 
 #include "KelXmlLib/named_node_map.h"
 
@@ -18,7 +19,7 @@ CMorvXMLDOMNamedNodeMap::CMorvXMLDOMNamedNodeMap(const QDomNode& node, const qt:
 
 CMorvXMLDOMNamedNodeMap::~CMorvXMLDOMNamedNodeMap()
 {
-    dom::WrapperAccess::releaseBefore(m_ownerElement, m_ownerDocument, m_document, m_map);
+    dom::WrapperAccess::releaseAllBefore(m_ownerElement, m_ownerDocument, m_document, m_map);
 }
 
 HRESULT CMorvXMLDOMNamedNodeMap::getNamedItem(BSTR name, IXMLDOMNode** node)
@@ -32,8 +33,8 @@ HRESULT CMorvXMLDOMNamedNodeMap::getNamedItem(BSTR name, IXMLDOMNode** node)
     return S_OK;
 }
 
-/// Qt iterates over its hash from the start for each item, so a large map is cached. Reading the first item
-/// refreshes the cache, and so does a map that gained or lost an attribute.
+/// Qt iterates over its hash from the start for each item, so the items of a large map are cached. They are
+/// read again when a caller asks for the first item, and when the cache no longer matches the map.
 QDomNode CMorvXMLDOMNamedNodeMap::itemAt(LONG index)
 {
     if (m_map.length() <= serialize::kMostInQtOrder)
@@ -66,7 +67,7 @@ HRESULT CMorvXMLDOMNamedNodeMap::get_length(LONG* length)
     return S_OK;
 }
 
-// One line each: methods that share an implementation.
+// Methods that share their implementation with other classes: one line each.
 // clang-format off
 HRESULT CMorvXMLDOMNamedNodeMap::QueryInterface(const GUID& riid, void** ppv) { return com::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMNamedNodeMap}, riid, ppv); }
 ULONG CMorvXMLDOMNamedNodeMap::AddRef() { return com::addReference(m_refCount); }

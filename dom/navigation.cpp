@@ -1,4 +1,4 @@
-// Each rule asks Qt and wraps the result in the one common way.
+// Each function calls Qt and wraps the node or collection that Qt returns.
 
 #include "dom/navigation.h"
 
@@ -13,7 +13,7 @@ namespace kelxml::dom
 namespace
 {
 
-HRESULT handOutIfAny(MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out)
+HRESULT storeNode(MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out)
 {
     if (!out || node.isNull())
         return S_FALSE;
@@ -21,11 +21,11 @@ HRESULT handOutIfAny(MovableNode&& node, const DocumentRef& document, IXMLDOMNod
     return S_OK;
 }
 
-HRESULT handOutList(lists::ListOrigin&& origin, const DocumentRef& document, IXMLDOMNodeList** list)
+HRESULT storeList(lists::ListOrigin&& origin, const DocumentRef& document, IXMLDOMNodeList** list)
 {
     if (!list)
         return S_FALSE;
-    handOut<CMorvXMLDOMNodeList>(std::move(origin), document, list);
+    createObject<CMorvXMLDOMNodeList>(std::move(origin), document, list);
     return S_OK;
 }
 
@@ -33,12 +33,12 @@ HRESULT handOutList(lists::ListOrigin&& origin, const DocumentRef& document, IXM
 
 HRESULT parentNode(const NodeRef& self, IXMLDOMNode** parent)
 {
-    return handOutIfAny(self.node.parentNode(), self.document, parent);
+    return storeNode(self.node.parentNode(), self.document, parent);
 }
 
 HRESULT firstChild(const NodeRef& self, IXMLDOMNode** child)
 {
-    return handOutIfAny(self.node.firstChild(), self.document, child);
+    return storeNode(self.node.firstChild(), self.document, child);
 }
 
 HRESULT hasChildNodes(const NodeRef& self, VARIANT_BOOL* hasChildren)
@@ -51,23 +51,23 @@ HRESULT hasChildNodes(const NodeRef& self, VARIANT_BOOL* hasChildren)
 
 HRESULT childNodes(const NodeRef& self, IXMLDOMNodeList** children)
 {
-    return handOutList({QDomNode(self.node), QString()}, self.document, children);
+    return storeList({QDomNode(self.node), QString()}, self.document, children);
 }
 
 HRESULT attributes(const NodeRef& self, IXMLDOMNamedNodeMap** attributes)
 {
     if (!attributes)
         return S_FALSE;
-    handOut<CMorvXMLDOMNamedNodeMap>(self.node, self.document, attributes);
+    createObject<CMorvXMLDOMNamedNodeMap>(self.node, self.document, attributes);
     return S_OK;
 }
 
 HRESULT elementsByTagName(const NodeRef& self, const wchar_t* name, IXMLDOMNodeList** list)
 {
-    return handOutList({QDomNode(self.node), text::fromWide(name)}, self.document, list);
+    return storeList({QDomNode(self.node), text::fromWide(name)}, self.document, list);
 }
 
-HRESULT reportType(DOMNodeType type, DOMNodeType* out)
+HRESULT storeType(DOMNodeType type, DOMNodeType* out)
 {
     if (!out)
         return S_FALSE;

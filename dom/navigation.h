@@ -1,4 +1,4 @@
-// Navigation and queries, shared by the four node-like classes.
+// Returns related nodes, lists and maps of a node. Shared by the four node-like classes.
 
 #pragma once
 
@@ -13,10 +13,10 @@ HRESULT hasChildNodes(const NodeRef& self, VARIANT_BOOL* hasChildren);
 HRESULT childNodes(const NodeRef& self, IXMLDOMNodeList** children);
 HRESULT attributes(const NodeRef& self, IXMLDOMNamedNodeMap** attributes);
 HRESULT elementsByTagName(const NodeRef& self, const wchar_t* name, IXMLDOMNodeList** list);
-HRESULT reportType(DOMNodeType type, DOMNodeType* out);
+HRESULT storeType(DOMNodeType type, DOMNodeType* out);
 
-/// Returns the owner document of a node object: the cached one, or the one that Qt names, which is then
-/// cached in `owner`.
+/// Returns the owner document of a node object. If `owner` is null, asks Qt for the document and caches it in
+/// `owner`.
 HRESULT ownerDocument(const NodeRef& self, kel::ComPtr<CMorvXMLDOMDocument>& owner,
                       IXMLDOMDocument** document);
 

@@ -1,4 +1,4 @@
-// The generic node: text and every other node except elements and attributes.
+// The generic node object, for texts and all other nodes that have no class of their own.
 
 #include "KelXmlLib/node.h"
 
@@ -18,26 +18,26 @@ CMorvXMLDOMNode::CMorvXMLDOMNode(qt::MovableNode&& node, const qt::DocumentRef& 
 
 CMorvXMLDOMNode::~CMorvXMLDOMNode()
 {
-    m_ownerDocument.reset(); // first; the other members follow in the documented order
+    m_ownerDocument.reset(); // released first; C++ then releases the other members in the right order
 }
 
 HRESULT CMorvXMLDOMNode::get_nodeValue(VARIANT* value)
 {
-    return dom::giveValue(m_node.nodeValue(), value);
+    return dom::storeValue(m_node.nodeValue(), value);
 }
 
 HRESULT CMorvXMLDOMNode::get_text(BSTR* text)
 {
-    return m_node.isText() ? dom::giveText(m_node.nodeValue(), text) : S_FALSE;
+    return m_node.isText() ? dom::storeText(m_node.nodeValue(), text) : S_FALSE;
 }
 
-// One line each, in interface order: methods that share an implementation.
+// Methods that share their implementation with other classes: one line each, in interface order.
 // clang-format off
 HRESULT CMorvXMLDOMNode::QueryInterface(const GUID& riid, void** ppv) { return com::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMNode}, riid, ppv); }
 ULONG CMorvXMLDOMNode::AddRef() { return com::addReference(m_refCount); }
 ULONG CMorvXMLDOMNode::Release() { return com::releaseReference(*this, m_refCount); }
 HRESULT CMorvXMLDOMNode::get_nodeName(BSTR* name) { return dom::nodeName(refTo(*this), name); }
-HRESULT CMorvXMLDOMNode::get_nodeType(DOMNodeType* type) { return dom::reportType(static_cast<DOMNodeType>(m_node.nodeType()), type); }
+HRESULT CMorvXMLDOMNode::get_nodeType(DOMNodeType* type) { return dom::storeType(static_cast<DOMNodeType>(m_node.nodeType()), type); }
 HRESULT CMorvXMLDOMNode::get_parentNode(IXMLDOMNode** parent) { return dom::parentNode(refTo(*this), parent); }
 HRESULT CMorvXMLDOMNode::get_childNodes(IXMLDOMNodeList** list) { return dom::childNodes(refTo(*this), list); }
 HRESULT CMorvXMLDOMNode::get_firstChild(IXMLDOMNode** child) { return dom::firstChild(refTo(*this), child); }

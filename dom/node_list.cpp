@@ -1,4 +1,4 @@
-// The live list of nodes. Its cursor is an index that only increases.
+// The live list of nodes. `nextNode` reads at an index that only increases.
 
 #include "KelXmlLib/node_list.h"
 
@@ -10,14 +10,14 @@
 using namespace kelxml;
 
 CMorvXMLDOMNodeList::CMorvXMLDOMNodeList(lists::ListOrigin&& origin, const qt::DocumentRef& document)
-    : m_list(lists::makeList(origin)), m_ownerDocument(dom::makeOwnerDocument(document.handle)),
+    : m_list(lists::makeQtList(origin)), m_ownerDocument(dom::makeOwnerDocument(document.handle)),
       m_document(document.handle), m_fallbackDocument(document.copyOfFallback()),
       m_ownerElement(trees::ownerElementOf(origin.node)), m_live(std::move(origin))
 {}
 
 CMorvXMLDOMNodeList::~CMorvXMLDOMNodeList()
 {
-    dom::WrapperAccess::releaseBefore(m_ownerElement, m_ownerDocument, m_document, m_list);
+    dom::WrapperAccess::releaseAllBefore(m_ownerElement, m_ownerDocument, m_document, m_list);
 }
 
 HRESULT CMorvXMLDOMNodeList::get_item(LONG index, IXMLDOMNode** node)
@@ -53,7 +53,7 @@ HRESULT CMorvXMLDOMNodeList::nextNode(IXMLDOMNode** node)
     return S_OK;
 }
 
-// One line each: methods that share an implementation.
+// Methods that share their implementation with other classes: one line each.
 // clang-format off
 HRESULT CMorvXMLDOMNodeList::QueryInterface(const GUID& riid, void** ppv) { return com::queryInterface(*this, {&IID_IUnknown, &IID_IDispatch, &IID_IXMLDOMNodeList}, riid, ppv); }
 ULONG CMorvXMLDOMNodeList::AddRef() { return com::addReference(m_refCount); }

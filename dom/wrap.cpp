@@ -1,4 +1,5 @@
-// Each object gets its own owner document and keeps the document handle of the object that created it.
+// Each new object gets an owner document object of its own. Both refer to the Qt document of the object
+// through which the caller reached the node.
 
 #include "dom/wrap.h"
 
@@ -14,11 +15,11 @@ void wrapAs(DOMNodeType type, MovableNode&& node, const DocumentRef& document, I
 {
     switch (type) {
     case NODE_ELEMENT:
-        return handOut<CMorvXMLDOMElement>(std::move(node), document, out);
+        return createObject<CMorvXMLDOMElement>(std::move(node), document, out);
     case NODE_ATTRIBUTE:
-        return handOut<CMorvXMLDOMAttribute>(std::move(node), document, out);
+        return createObject<CMorvXMLDOMAttribute>(std::move(node), document, out);
     default:
-        return handOut<CMorvXMLDOMNode>(std::move(node), document, out);
+        return createObject<CMorvXMLDOMNode>(std::move(node), document, out);
     }
 }
 

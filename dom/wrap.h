@@ -1,4 +1,4 @@
-// The only place that turns Qt nodes and collections into objects.
+// Creates the objects that wrap Qt's nodes and collections.
 
 #pragma once
 
@@ -10,23 +10,24 @@ namespace kelxml::dom
 
 using qt::MovableNode;
 
-/// Creates a document object for a document handle. The returned pointer owns its one reference.
+/// Creates an object for a Qt document. The returned pointer owns the only reference.
 kel::ComPtr<CMorvXMLDOMDocument> makeOwnerDocument(const QDomDocument& document);
 
-/// Creates an object and returns it with one reference, which the receiver owns. Writes `out` last: an
-/// exception leaves it unchanged and leaks nothing.
+/// Creates an object and stores it in `out` with one reference, which the caller owns. Writes `out` last, so
+/// an exception leaves `out` unchanged and leaks nothing.
 template <class Wrapper, class Source, class Interface>
-void handOut(Source&& source, const DocumentRef& document, Interface** out)
+void createObject(Source&& source, const DocumentRef& document, Interface** out)
 {
     kel::ComPtr<Wrapper> wrapper(new Wrapper(std::forward<Source>(source), document));
     *out = wrapper.detach();
 }
 
-/// Wraps a node in the class for `type`: element, attribute or, for all others, generic node. The node must
-/// have that type or be null.
+/// Stores an object for a node in `out`: an element, an attribute or, for any other type, a generic node.
+/// \param type the type of the node, which may be null
 void wrapAs(DOMNodeType type, MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out);
 
-/// Wraps a node by its own type; a null node becomes a generic node without a Qt node.
+/// Stores an object for a node in `out`, by the type of the node. For a null node, stores a generic node
+/// without a Qt node.
 void wrapForReturn(MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out);
 
 } // namespace kelxml::dom

@@ -1,4 +1,5 @@
-// The only access to the members of the six classes, and the layouts that other binaries rely on.
+// Gives the library access to the private members of the six classes. Also checks their layouts, because
+// other binaries rely on them.
 
 #pragma once
 
@@ -38,15 +39,17 @@ struct WrapperAccess
     }
     static DocumentRef documentOf(const CMorvXMLDOMDocument& document) { return {document.m_document}; }
 
-    /// Creates the Qt document of a document object that was never loaded, as creating its first node does.
+    /// Creates the Qt document of a document object. Without this call, the object gets one only when a
+    /// document is loaded or a node is created.
     static void makeDocument(CMorvXMLDOMDocument& document) { document.m_document.createDocumentFragment(); }
 
-    /// For an object with an owner element: releases the other members in the documented order. C++ would
-    /// destroy the owner element first, because it is declared last. It must be destroyed last, because the
-    /// other members may point into it. Without an owner element, the default order is right.
+    /// If an object has an owner element, releases its other members first, because they may point into the
+    /// element. C++ alone would release the owner element first, because it is the last member. Without an
+    /// owner element, C++ releases the members in the right order.
     template <class QtHandle>
-    static void releaseBefore(const QDomNode& ownerElement, kel::ComPtr<CMorvXMLDOMDocument>& ownerDocument,
-                              QDomDocument& document, QtHandle& handle)
+    static void releaseAllBefore(const QDomNode& ownerElement,
+                                 kel::ComPtr<CMorvXMLDOMDocument>& ownerDocument, QDomDocument& document,
+                                 QtHandle& handle)
     {
         ownerDocument.reset();
         if (ownerElement.isNull())
@@ -88,7 +91,7 @@ static_assert(WrapperAccess::layoutHolds<CMorvXMLDOMNode>() &&
                   WrapperAccess::layoutHolds<CMorvXMLDOMAttribute>() && WrapperAccess::documentLayoutHolds(),
               "the Qt handle has the same offset in all four node-like classes");
 static_assert(WrapperAccess::listLayoutHolds() && WrapperAccess::mapLayoutHolds(),
-              "member order of the collections");
+              "the members of the collections have the offsets that other binaries use");
 #pragma GCC diagnostic pop
 
 template <class Wrapper>

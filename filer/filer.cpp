@@ -1,5 +1,5 @@
-// The writer's only implementation. Every write operation works alike: check the required arguments, convert
-// them, forward them to Qt's writer, accept.
+// Implements the XML filer with `QXmlStreamWriter`. Each write operation checks its required arguments,
+// converts its texts, calls Qt's writer and returns "accepted".
 
 #include "KelXmlLib/filer_wrapper.h"
 
@@ -18,22 +18,22 @@ namespace
 static_assert(sizeof(eStatus) == 4 && sizeof(KelXmlLib::eState) == 4 && sizeof(KelXmlLib::eEncoding) == 4,
               "statuses, states and encodings cross the boundary as 32-bit integers");
 static_assert(sizeof(KelXmlFilerWrapper) == 4 * sizeof(void*),
-              "callers may construct the class themselves: table, file, writer, two flags");
+              "callers may construct the class: a vtable, a file, a writer and two flags");
 
 bool isMissing(const wchar_t* text)
 {
     return !text || *text == L'\0';
 }
 
-/// The result of an operation: depends only on whether its required arguments are present.
+/// Returns the status of an operation, which depends only on whether all required arguments are present.
 eStatus check(std::initializer_list<const wchar_t*> required)
 {
     const bool isAnyMissing = std::any_of(required.begin(), required.end(), isMissing);
     return isAnyMissing ? KelXmlLib::eStatusInvalidArgument : KelXmlLib::eStatusAccepted;
 }
 
-/// The texts of a call. Qt's writer accepts only `QString`. Allocating one per text would take a tenth of the
-/// time, so the memory is reused.
+/// Converts the texts of a call for Qt's writer, which accepts only `QString`. Reuses the memory of two
+/// strings, because allocating a new one for each text would take a tenth of the time of writing.
 class Texts
 {
 public:
@@ -41,16 +41,19 @@ public:
     const QString& second(const wchar_t* text) { return convert(text, m_second); }
 
 private:
-    static const QString& convert(const wchar_t* text, QString& room)
+    static const QString& convert(const wchar_t* text, QString& buffer)
     {
-        constexpr int kMost = 1024; // do not keep the memory of longer texts
-        return room = charactersFromWide(text, room.capacity() > kMost ? QString() : std::move(room));
+        constexpr int kMaxReused = 1024; // the memory of longer texts is freed
+        if (buffer.capacity() > kMaxReused)
+            buffer = QString();
+        return buffer = charactersFromWide(text, std::move(buffer));
     }
 
     QString m_first;
     QString m_second;
 };
 
+/// The filer's file. It also owns the reused strings, because callers rely on the size of the filer's class.
 struct TextFile : kelxml::files::File
 {
     using File::File;
@@ -104,8 +107,8 @@ eStatus KelXmlFilerWrapper::forward(std::initializer_list<const wchar_t*> requir
 {
     const eStatus status = check(required);
     if (status == KelXmlLib::eStatusAccepted && kelxml::files::hasCodecs()) {
-        Texts ofNoFile;
-        write(m_writer, m_file ? static_cast<TextFile&>(*m_file).texts : ofNoFile);
+        Texts temporary; // used if there is no file
+        write(m_writer, m_file ? static_cast<TextFile&>(*m_file).texts : temporary);
     }
     return status;
 }
@@ -211,7 +214,7 @@ eStatus KelXmlFilerWrapper::writeAttrBegin(const wchar_t* name)
     return check({name});
 }
 
-// One line each.
+// Operations without required arguments that write nothing, one line each.
 // clang-format off
 eStatus KelXmlFilerWrapper::writeAttrEnd() { return KelXmlLib::eStatusAccepted; }
 eStatus KelXmlFilerWrapper::writeValue(bool) { return KelXmlLib::eStatusAccepted; }

@@ -1,5 +1,6 @@
-// Lists with cached nodes are registered by their origin. A change looks up its parent node and, if elements
-// are inserted or removed, the nodes above. Lists of other nodes cost it nothing.
+// A list that caches nodes is registered under the node whose children or descendants it lists. Before nodes
+// are inserted or removed, the caches of their parent's lists are dropped. If elements are among them, the
+// lists by tag name of all ancestors are looked up too. A change costs nothing for the lists of other nodes.
 
 #include "lists/live_list.h"
 
@@ -16,16 +17,17 @@ namespace kelxml::lists
 namespace
 {
 
-/// Minimum length at which children are cached; shorter lists are counted from the first child. Elements
-/// found by name are always cached, because a search scans the document.
-constexpr std::size_t kCachedFrom = 8;
+/// Minimum number of children that are cached. Shorter lists are walked from the first child each time. Lists
+/// by tag name are always cached, because finding their elements scans the document.
+constexpr std::size_t kMinCachedLength = 8;
 
-/// The node's address, whether the list is by name, the name, the list. Sorting keeps the lists of one node
-/// next to each other.
+/// A registered list: the address of its node, whether it lists by tag name, the tag name, and the list
+/// itself. In this sort order, the lists of one node are neighbours.
 using Entry = std::tuple<std::uintptr_t, bool, QString, LiveList*>;
 
-/// A part of the registry. All threads share it; each accesses only the lists of its own documents.
-struct Shelf
+/// One of the parts into which the registry is divided, so that threads seldom wait for each other. Lists of
+/// several threads may be in one shard, but a thread uses only lists of its own documents.
+struct Shard
 {
     std::mutex lock;
     std::set<Entry> lists;
@@ -38,42 +40,44 @@ std::uintptr_t addressOf(const QDomNode& node)
     return reinterpret_cast<std::uintptr_t>(qt::MovableNode::identityOf(node));
 }
 
-Shelf& shelfOf(std::uintptr_t address)
+Shard& shardOf(std::uintptr_t address)
 {
-    static auto& shelves = *new std::array<Shelf, 256>; // never destroyed: static objects may own lists
-    // The multiplication spreads addresses that are close together; its high bits are mixed best.
+    // Never destroyed, because static objects may own lists and unregister them when the process exits.
+    static auto& shards = *new std::array<Shard, 256>;
+    // The multiplication spreads addresses that are close together. The high bits of the product vary most.
     constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
-    return shelves[(address * kOdd >> 32) % shelves.size()];
+    return shards[(address * kOdd >> 32) % shards.size()];
 }
 
-/// Returns up to `most` cached lists: those of the children of `node`, or those of the elements below it. Of
-/// the latter, only those for `tagName`, unless it is null.
+/// Returns up to `most` registered lists of `node`.
+/// \param areByTagName true for lists by tag name, false for lists of children
+/// \param tagName if not null, returns only lists for this name
 std::vector<LiveList*> listsOf(const QDomNode& node, bool areByTagName, const QString& tagName = {},
                                std::size_t most = std::numeric_limits<std::size_t>::max())
 {
     std::vector<LiveList*> found;
     const std::uintptr_t address = addressOf(node);
-    if (address == 0) // null nodes of all threads share it; their lists are empty and never change
+    if (address == 0) // the null nodes of all threads have this address; their lists always stay empty
         return found;
-    Shelf& shelf = shelfOf(address);
-    const std::lock_guard guard(shelf.lock);
-    for (auto at = shelf.lists.lower_bound({address, areByTagName, tagName, nullptr});
-         at != shelf.lists.end() && found.size() < most; ++at) {
-        const auto& [otherAddress, isByTagName, name, list] = *at;
-        if (otherAddress != address || isByTagName != areByTagName || (!tagName.isNull() && name != tagName))
+    Shard& shard = shardOf(address);
+    const std::lock_guard guard(shard.lock);
+    for (auto at = shard.lists.lower_bound({address, areByTagName, tagName, nullptr});
+         at != shard.lists.end() && found.size() < most; ++at) {
+        const auto& [listAddress, isByTagName, name, list] = *at;
+        if (listAddress != address || isByTagName != areByTagName || (!tagName.isNull() && name != tagName))
             break;
         found.push_back(list);
     }
     return found;
 }
 
-void dropAll(const std::vector<LiveList*>& lists)
+void dropCaches(const std::vector<LiveList*>& lists)
 {
     for (LiveList* const list : lists)
         list->dropCache();
 }
 
-/// The next element in the subtree of `root`, in document order; null at the end.
+/// Returns the element after `node` in document order within the subtree of `root`; null at the end.
 qt::MovableNode nextElement(const QDomNode& node, const QDomNode& root)
 {
     qt::MovableNode next{QDomNode(node)};
@@ -86,16 +90,16 @@ qt::MovableNode nextElement(const QDomNode& node, const QDomNode& root)
     return next;
 }
 
-/// The name by which Qt finds an element.
+/// Returns the name that Qt's `elementsByTagName` compares: the local name, if the element has one.
 QString listedName(const QDomNode& element)
 {
-    const QString local = element.localName(); // null for an element of a document read without namespaces
+    const QString local = element.localName(); // null if created without a namespace
     return local.isNull() ? element.nodeName() : local;
 }
 
 } // namespace
 
-QDomNodeList makeList(const ListOrigin& origin)
+QDomNodeList makeQtList(const ListOrigin& origin)
 {
     if (origin.tagName.isNull())
         return origin.node.childNodes();
@@ -113,10 +117,10 @@ std::size_t LiveList::length()
 {
     if (!isByTagName() && !m_isCached) {
         std::size_t length = 0;
-        for (qt::MovableNode child = m_origin.node.firstChild(); !child.isNull() && length < kCachedFrom;
+        for (qt::MovableNode child = m_origin.node.firstChild(); !child.isNull() && length < kMinCachedLength;
              ++length)
             child = child.nextSibling();
-        if (length < kCachedFrom)
+        if (length < kMinCachedLength)
             return length;
     }
     return read(std::numeric_limits<std::size_t>::max()).size();
@@ -124,7 +128,7 @@ std::size_t LiveList::length()
 
 qt::MovableNode LiveList::item(std::size_t index)
 {
-    if (!isByTagName() && index < kCachedFrom) {
+    if (!isByTagName() && index < kMinCachedLength) {
         qt::MovableNode child = m_origin.node.firstChild();
         for (; index > 0 && !child.isNull(); --index)
             child = child.nextSibling();
@@ -142,19 +146,19 @@ void LiveList::dropCache()
     m_nodes.clear();
     --cachedCount;
     const std::uintptr_t address = addressOf(m_origin.node);
-    Shelf& shelf = shelfOf(address);
-    const std::lock_guard guard(shelf.lock);
-    shelf.lists.erase({address, isByTagName(), m_origin.tagName, this});
+    Shard& shard = shardOf(address);
+    const std::lock_guard guard(shard.lock);
+    shard.lists.erase({address, isByTagName(), m_origin.tagName, this});
 }
 
-/// \return the first nodes: at least `count`, or all if there are fewer
+/// Caches at least the first `count` nodes, or all if the list is shorter. \return all cached nodes
 const std::vector<qt::MovableNode>& LiveList::read(std::size_t count)
 {
     if (!m_isCached) {
         const std::uintptr_t address = addressOf(m_origin.node);
-        Shelf& shelf = shelfOf(address);
-        const std::lock_guard guard(shelf.lock);
-        shelf.lists.emplace(address, isByTagName(), m_origin.tagName, this);
+        Shard& shard = shardOf(address);
+        const std::lock_guard guard(shard.lock);
+        shard.lists.emplace(address, isByTagName(), m_origin.tagName, this);
         m_isCached = true;
         ++cachedCount;
     }
@@ -182,24 +186,24 @@ void invalidate(const QDomNode& node, const QDomNode& parent)
 {
     if (!isAnyCached())
         return;
-    dropAll(listsOf(parent, false));
+    dropCaches(listsOf(parent, false));
     qt::MovableNode element{QDomNode(node)};
     if (!element.isElement())
         element = nextElement(element, node);
-    std::vector<qt::MovableNode> searched; // the ancestors that have cached lists by name
-    for (qt::MovableNode above{QDomNode(parent)}; !element.isNull() && !above.isNull();
-         above = above.parentNode())
-        if (!listsOf(above, true, {}, 1).empty())
-            searched.push_back(above);
-    for (; !element.isNull() && !searched.empty(); element = nextElement(element, node))
-        for (const qt::MovableNode& above : searched)
-            dropAll(listsOf(above, true, listedName(element)));
+    std::vector<qt::MovableNode> listedAncestors; // have cached lists by tag name
+    for (qt::MovableNode ancestor{QDomNode(parent)}; !element.isNull() && !ancestor.isNull();
+         ancestor = ancestor.parentNode())
+        if (!listsOf(ancestor, true, {}, 1).empty())
+            listedAncestors.push_back(ancestor);
+    for (; !element.isNull() && !listedAncestors.empty(); element = nextElement(element, node))
+        for (const qt::MovableNode& ancestor : listedAncestors)
+            dropCaches(listsOf(ancestor, true, listedName(element)));
 }
 
 void invalidateContent(const QDomDocument& document)
 {
-    dropAll(listsOf(document, false));
-    dropAll(listsOf(document, true));
+    dropCaches(listsOf(document, false));
+    dropCaches(listsOf(document, true));
 }
 
 bool isAnyCached() noexcept

@@ -1,8 +1,8 @@
 // Live lists of nodes, read from the tree itself, because Qt's lists keep pointers to freed nodes.
 //
-// Qt reads a list from the start after every change of its document. A loop over a long list that sets an
-// attribute at each step then takes time with the square of its length. A long list here caches its nodes
-// until a change concerns them.
+// After every change of a document, Qt reads its lists again from the start. So if a loop over a list sets an
+// attribute at each step, it takes quadratic time. Our long lists cache their nodes, and only a change that
+// inserts or removes nodes of the list drops the cache.
 
 #pragma once
 
@@ -14,15 +14,16 @@
 namespace kelxml::lists
 {
 
-/// What a list contains: the children of a node, or the elements below it with a tag name.
+/// What a list contains: the children of `node`, or its descendant elements with a tag name.
 struct ListOrigin
 {
     qt::MovableNode node;
-    QString tagName; ///< null for the children
+    QString tagName; ///< null for a list of children
 };
 
-/// Qt's list. Used only for a member of our objects whose position other binaries rely on.
-QDomNodeList makeList(const ListOrigin& origin);
+/// Creates Qt's own list. A node list object has one only because other binaries rely on the layout of the
+/// object. The library never reads nodes from it.
+QDomNodeList makeQtList(const ListOrigin& origin);
 
 class LiveList
 {
@@ -33,9 +34,9 @@ public:
     LiveList& operator=(const LiveList&) = delete;
 
     std::size_t length();
-    /// Null beyond the end.
+    /// Returns null if `index` is beyond the end.
     qt::MovableNode item(std::size_t index);
-    /// Releases the cached nodes. The list then keeps only its origin alive.
+    /// Releases the cached nodes. The list then keeps only the node of its origin alive.
     void dropCache();
 
 private:
@@ -44,15 +45,15 @@ private:
     qt::MovableNode nextNode() const;
 
     ListOrigin m_origin;
-    std::vector<qt::MovableNode> m_nodes; ///< cached: the first ones of the list
-    bool m_isComplete = false;
-    bool m_isCached = false; ///< whether changes invalidate it
+    std::vector<qt::MovableNode> m_nodes; ///< the cached nodes, from the start of the list
+    bool m_isComplete = false;            ///< all nodes of the list are cached
+    bool m_isCached = false;              ///< nodes may be cached, and the list is registered
 };
 
-/// Invalidates the caches of the lists that contain, or will contain, nodes of the subtree `node`. To be
-/// called before `node` is inserted below `parent` or removed from there.
+/// Call this before inserting `node` below `parent`, and before removing it from `parent`. Drops the caches
+/// of all lists that the change affects.
 void invalidate(const QDomNode& node, const QDomNode& parent);
-/// Invalidates the lists of a document. To be called before its top-level nodes are replaced.
+/// Call this before replacing the top-level nodes of `document`. Drops the caches of the lists of `document`.
 void invalidateContent(const QDomDocument& document);
 /// Whether any list has cached nodes. If not, there is nothing to invalidate.
 bool isAnyCached() noexcept;
