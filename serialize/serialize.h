@@ -35,8 +35,8 @@ using Sink = std::function<void(const QByteArray& bytes)>;
 ///
 /// The function does not recurse, so the tree may have any depth. With `AttributeOrder::ofQt`, the attributes
 /// of an element that has more than 2,000 are written in an arbitrary order.
-/// \param node Its document must still exist: call `trees::ensureValidOwnerDocument` first. If the node has no
-/// parent, its siblings are ignored, because its links may point to freed nodes.
+/// \param node Call `trees::ensureValidOwnerDocument` first, because its document must still exist. If the
+/// node has no parent, its siblings are ignored, because its links may point to freed nodes.
 /// \param write called with pieces of at least 16,384 characters; the last piece may be shorter
 /// \throw std::bad_alloc, and exceptions from `write`
 void serialize(const QDomNode& node, const Options& options, const Sink& write);

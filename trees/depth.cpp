@@ -1,5 +1,6 @@
-// Measures the appended subtree together with the depth of its new parent. A level is an element or any node
-// with children. The limits leave room for leaves, and for attributes whose only child is their text.
+// Adds the depth of the new parent to the height of the appended subtree. An element is a level, and so is
+// any other node with children. A leaf, such as a text, and an attribute with only a text are not counted,
+// because the stack has room for them below the deepest level.
 
 #include "trees/depth.h"
 
@@ -18,8 +19,9 @@ namespace kelxml::trees
 namespace
 {
 
-/// An upper bound on the levels ever appended below an attribute. Attributes are measured only if that many
-/// more levels would make the tree too deep, because Qt needs quadratic time to list them.
+/// No attribute has ever had more levels below it than this. Qt needs quadratic time to list the attributes
+/// of an element, so subtrees are first measured without attributes, with this number of levels in reserve.
+/// If a subtree does not fit, it is measured again with its attributes.
 std::atomic<int> levelsInAttributes{0};
 
 bool isPlainAttribute(const QDomNode& attribute)
@@ -28,7 +30,8 @@ bool isPlainAttribute(const QDomNode& attribute)
     return first == attribute.lastChild() && !first.isElement() && !first.hasChildNodes();
 }
 
-/// Whether every path from `root` down has at most `most` levels, including the `above` levels over `root`.
+/// Whether a tree has at most `most` levels. The tree consists of `above` levels and, below them, the subtree
+/// of `root`.
 bool staysWithin(const QDomNode& root, int above, int most, bool withAttributes)
 {
     struct Step
@@ -36,7 +39,7 @@ bool staysWithin(const QDomNode& root, int above, int most, bool withAttributes)
         qt::MovableNode node;
         int above;
     };
-    QVarLengthArray<Step, 32> open; // holds no leaves; most subtrees have few other nodes
+    QVarLengthArray<Step, 32> open; // hardly any leaves, so 32 entries are enough for most subtrees
     open.push_back({QDomNode(root), above});
     while (!open.isEmpty()) {
         const Step step = std::move(open.last());
@@ -57,8 +60,9 @@ bool staysWithin(const QDomNode& root, int above, int most, bool withAttributes)
     return true;
 }
 
-/// \param path levels from an attribute down to where `child` is appended
-void noteInAttribute(const QDomNode& child, int path)
+/// Raises `levelsInAttributes` if necessary. \param path levels from the attribute down to the new parent of
+/// `child`
+void noteLevelsInAttribute(const QDomNode& child, int path)
 {
     int known = levelsInAttributes;
     while (!staysWithin(child, path, known, true)) {
@@ -73,7 +77,7 @@ void noteInAttribute(const QDomNode& child, int path)
 bool fitsBelow(const QDomNode& parent, const QDomNode& child)
 {
     int above = 0;
-    int inAttribute = 0; // the part of `above` from the topmost attribute down
+    int inAttribute = 0; // levels from the topmost attribute down to `parent`; 0 outside attributes
     for (qt::MovableNode node{QDomNode(parent)}; !node.isNull() && !node.isDocument();
          node = node.parentNode()) {
         if (node == child)
@@ -87,7 +91,7 @@ bool fitsBelow(const QDomNode& parent, const QDomNode& child)
         (reserved == 0 || !staysWithin(child, above, limits::kMaxElementDepth, true)))
         return false;
     if (inAttribute > 0)
-        noteInAttribute(child, inAttribute);
+        noteLevelsInAttribute(child, inAttribute);
     return true;
 }
 

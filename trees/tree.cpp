@@ -1,4 +1,5 @@
-// Enabled lazily where possible: hosts that never mix documents pay only for the checks in `appendChild`.
+// Guards against destroyed documents are enabled lazily. Hosts that never mix nodes of two documents pay only
+// for the checks in `appendChild`.
 
 #include "trees/tree.h"
 
@@ -14,8 +15,8 @@ namespace kelxml::trees
 namespace
 {
 
-/// Set once a call uses nodes of two documents. Until then no node can outlive the document it points to.
-std::atomic<bool> haveDocumentsMet{false};
+/// Set when a call first uses nodes of two documents. Until then, no node points to a destroyed document.
+std::atomic<bool> areDocumentsMixed{false};
 
 /// The topmost node of the tree that contains `node`.
 qt::MovableNode topOf(const QDomNode& node)
@@ -26,43 +27,44 @@ qt::MovableNode topOf(const QDomNode& node)
     return top;
 }
 
-/// Makes a tree without a parent belong to `home`. Creates an element in `home`, replaces its child with
-/// `top` and removes `top` again. `replaceChild` overwrites the links of `top` without following them.
-void moveInto(QDomDocument home, const QDomNode& top)
+/// Makes `document` the document of a tree whose topmost node `top` has no parent. The links of `top` may
+/// dangle, and only Qt's `replaceChild` overwrites them without following them. So this function creates an
+/// element in `document`, lets `top` replace its child, and then removes `top` from it.
+void moveInto(QDomDocument document, const QDomNode& top)
 {
-    QDomElement temporaryParent = home.createElement(QStringLiteral("parent"));
-    const QDomElement placeholder = home.createElement(QStringLiteral("placeholder"));
+    QDomElement temporaryParent = document.createElement(QStringLiteral("parent"));
+    const QDomElement placeholder = document.createElement(QStringLiteral("placeholder"));
     temporaryParent.appendChild(placeholder);
     temporaryParent.replaceChild(top, placeholder);
     temporaryParent.removeChild(top);
 }
 
-/// `appendChild` for a node without a parent. Its sibling links may still point to freed former siblings.
-/// Only Qt's `replaceChild` overwrites both links. So the node replaces the last child, which is then
-/// inserted again before it. If there is no child, the node replaces a temporary one.
-void appendOutsider(const qt::NodeRef& parent, const QDomNode& child)
+/// Appends a node without a parent. Its sibling links may point to former siblings that are freed. Only Qt's
+/// `replaceChild` overwrites both links. So `child` replaces the last child, which is then inserted again
+/// before `child`. If `parent` has no children, `child` replaces a temporary one.
+void appendDetached(const qt::NodeRef& parent, const QDomNode& child)
 {
-    QDomNode place = parent.node;
-    const QDomNode last = place.lastChild();
+    QDomNode target = parent.node;
+    const QDomNode last = target.lastChild();
     if (last.isNull()) {
-        QDomDocument home = parent.document.handleOrFallback();
-        place.replaceChild(child, place.appendChild(home.createTextNode(QString())));
+        QDomDocument document = parent.document.handleOrFallback();
+        target.replaceChild(child, target.appendChild(document.createTextNode(QString())));
     } else {
-        place.replaceChild(child, last);
-        place.insertBefore(last, child);
+        target.replaceChild(child, last);
+        target.insertBefore(last, child);
     }
 }
 
 /// Makes both trees safe for Qt to change.
 void ensureValidOwnerDocuments(const qt::NodeRef& parent, const qt::NodeRef& child)
 {
-    if (!haveDocumentsMet && parent.document.handleOrFallback() != child.document.handleOrFallback())
-        haveDocumentsMet = true;
+    if (!areDocumentsMixed && parent.document.handleOrFallback() != child.document.handleOrFallback())
+        areDocumentsMixed = true;
     ensureValidOwnerDocument(parent);
     ensureValidOwnerDocument(child);
 }
 
-/// Whether a node is an attribute of an element.
+/// Whether `node` is an attribute that an element currently has.
 bool isOnElement(const QDomNode& node)
 {
     if (!node.isAttr())
@@ -85,7 +87,7 @@ void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child)
         lists::invalidate(child.node, earlier);
     lists::invalidate(child.node, parent.node);
     if (earlier.isNull())
-        appendOutsider(parent, child.node);
+        appendDetached(parent, child.node);
     else
         QDomNode(parent.node).appendChild(child.node);
 }
@@ -147,7 +149,7 @@ QDomNode ownerElementOf(const QDomNode& node)
 
 void ensureValidOwnerDocument(const qt::NodeRef& node)
 {
-    if (!haveDocumentsMet)
+    if (!areDocumentsMixed)
         return;
     const qt::MovableNode top = topOf(node.node);
     if (!top.isNull() && !top.isDocument())

@@ -1,7 +1,7 @@
-// Changes Qt's tree without crashing Qt. Qt connects nodes, lists and documents with raw pointers, and
-// ordinary calls in an unlucky order leave these pointers dangling. Each function here prevents one kind of
-// dangling pointer or cycle. Every call that changes a tree, or asks for a node's document, goes through
-// here.
+// Changes Qt's trees without crashing Qt. Qt links nodes, lists and documents by raw pointers. Calls that are
+// correct on their own leave these pointers dangling if they come in an unlucky order. Each function here
+// prevents one kind of dangling pointer or cycle. The rest of the library must use these functions to change
+// a tree, to copy a node or to get a node's document.
 
 #pragma once
 
@@ -10,8 +10,8 @@
 namespace kelxml::trees
 {
 
-/// `QDomNode::appendChild`. Does nothing if that would create a cycle, put a node in two places or nest too
-/// deep.
+/// `QDomNode::appendChild`. Does nothing if the call would create a cycle, give a node a second parent or
+/// exceed the depth limit.
 void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child);
 
 /// `QDomNode::removeChild`. \return what Qt returns
@@ -20,16 +20,16 @@ QDomNode removeChild(const qt::NodeRef& parent, const qt::NodeRef& child);
 /// `QDomNode::cloneNode`. The copy belongs to a document that still exists.
 QDomNode cloneNode(const qt::NodeRef& node, bool deep);
 
-/// `QDomNode::setNodeValue`, which replaces the text of an attribute.
+/// `QDomNode::setNodeValue`. For an attribute, it replaces the text child.
 void setNodeValue(const qt::NodeRef& node, const QString& value);
 
-/// Removes the first child and appends a text.
+/// Removes the first child of `element` and appends a text node.
 void replaceFirstChild(const qt::NodeRef& element, const QString& text);
 
-/// The part of `setAttribute` that does not depend on the type. Call it first.
+/// The part of `setAttribute` that is the same for all types of values. Call it before Qt sets the attribute.
 void prepareSettingAttribute(const qt::NodeRef& element, const QString& name);
 
-/// `QDomElement::setAttribute`. \param value of any type that it accepts
+/// `QDomElement::setAttribute`. \param value of any type for which Qt has an overload
 template <class Value>
 void setAttribute(const qt::NodeRef& element, const QString& name, const Value& value)
 {
@@ -40,16 +40,18 @@ void setAttribute(const qt::NodeRef& element, const QString& name, const Value& 
 /// `QDomNode::ownerDocument`, but never a destroyed document.
 QDomDocument ownerDocument(const qt::NodeRef& node);
 
-/// The element that an attribute belongs to. Prevents a dangling parent: an attribute points to its element
-/// without keeping it alive. Anyone holding the attribute, or a list of its children, must also hold the
-/// returned element and release it last. Null for any other node, and for an attribute that is a child of
-/// another attribute: Qt clears that pointer when the parent is destroyed, and holding the parent would let
-/// the parent outlive its own element.
+/// Returns the element that an attribute belongs to. An attribute points to its element but does not keep it
+/// alive. To prevent a dangling pointer, anyone holding the attribute, or a list of its children, must also
+/// hold the returned element and release it last.
+///
+/// Returns null for any other node. Also returns null for an attribute that is a child of another attribute,
+/// because Qt itself clears its parent pointer when the parent is destroyed. Holding the parent would even do
+/// harm: the parent could then outlive the element that it points to.
 QDomNode ownerElementOf(const QDomNode& node);
 
-/// Makes the tree of `node` belong to `node.document`, before Qt uses a destroyed document. Once a
-/// call has used nodes of two documents, a tree outside any document may point to a document that was
-/// destroyed. Until then this costs one comparison.
+/// Call this before Qt uses the document of `node`. Once a call has used nodes of two documents, a tree
+/// outside any document may point to a destroyed document. This function then makes the tree belong to the
+/// document of its `NodeRef`. If no call has used nodes of two documents, it only makes one comparison.
 void ensureValidOwnerDocument(const qt::NodeRef& node);
 
 } // namespace kelxml::trees
