@@ -9,7 +9,7 @@
 #include <utility>
 
 extern "C" {
-/// Copies a zero-ended wide string into a new BSTR.
+/// Copies a zero-terminated wide string into a new BSTR.
 /// \return a BSTR that the caller frees with `SysFreeString`; null for null, or if memory runs out
 KEL_EXPORT BSTR SysAllocString(const wchar_t* text);
 /// Creates a BSTR of `length` characters, copied from `text`, or all zero if `text` is null.
@@ -17,9 +17,10 @@ KEL_EXPORT BSTR SysAllocString(const wchar_t* text);
 KEL_EXPORT BSTR SysAllocStringLen(const wchar_t* text, UINT length);
 /// Frees a BSTR. Null is allowed.
 KEL_EXPORT void SysFreeString(BSTR text);
-/// \return the number of characters in the length prefix; 0 for null
+/// \return the length in characters, as stored in front of the text; 0 for null
 KEL_EXPORT UINT SysStringLen(BSTR text);
-/// \return the number of characters before the terminating zero; 0 for null
+/// Counts the characters before the terminating zero.
+/// \return the count; 0 for null
 KEL_EXPORT INT lstrlenW(const wchar_t* text);
 }
 
@@ -31,7 +32,7 @@ class Bstr
 {
 public:
     Bstr() = default;
-    /// Copies `text`; empty if `text` is null.
+    /// Copies `text`. Empty if `text` is null or memory runs out.
     explicit Bstr(const wchar_t* text) : m_text(SysAllocString(text)) {}
     /// Takes over the BSTR of `other`, which becomes empty.
     Bstr(Bstr&& other) noexcept : m_text(other.detach()) {}
@@ -45,20 +46,20 @@ public:
     Bstr& operator=(const Bstr&) = delete;
     ~Bstr() { SysFreeString(m_text); }
 
-    /// Lends the BSTR, to read or to pass as an argument. This object still owns it.
+    /// Returns the BSTR, to read it or to pass it as an argument. This object still owns the BSTR.
     BSTR get() const noexcept { return m_text; }
-    /// The length in characters; 0 if empty.
+    /// Returns the length in characters; 0 if empty.
     UINT length() const noexcept { return SysStringLen(m_text); }
-    /// The text as a zero-ended string, never null.
+    /// Returns the text as a zero-terminated string, never null.
     const wchar_t* c_str() const noexcept { return m_text ? m_text : L""; }
-    /// \return whether a BSTR is held, even one of length 0
+    /// \return whether this object holds a BSTR, even one of length 0
     explicit operator bool() const noexcept { return m_text != nullptr; }
 
     /// Frees the held BSTR and takes over `text`.
     void reset(BSTR text = nullptr) noexcept { SysFreeString(std::exchange(m_text, text)); }
     /// Passes ownership of the BSTR to the caller, who frees it.
     [[nodiscard]] BSTR detach() noexcept { return std::exchange(m_text, nullptr); }
-    /// Frees the held BSTR and returns its address as an out-parameter.
+    /// Frees the held BSTR. Returns the address of the empty pointer, to pass as an out-parameter.
     BSTR* put() noexcept
     {
         reset();

@@ -1,6 +1,5 @@
 /// \file
-/// A reference-counted pointer for COM objects: adds a reference on construction and releases it on
-/// destruction.
+/// A smart pointer to a COM object, which owns one reference to it.
 
 #pragma once
 
@@ -10,15 +9,16 @@
 namespace kel
 {
 
-/// Holds one reference on `T`, which has `AddRef` and `Release`.
+/// Owns one reference to an object, or is empty. `T` must have `AddRef` and `Release`.
 template <class T>
 class ComPtr
 {
 public:
     ComPtr() = default;
-    /// An empty pointer.
+    /// Creates an empty pointer.
     ComPtr(std::nullptr_t) {}
-    /// Adds a reference; the caller keeps its own. A new object with count 0 then has this one reference.
+    /// Adds a reference. The caller keeps any reference of its own. A new object has a count of 0, so this
+    /// pointer then owns the only reference.
     explicit ComPtr(T* object) : m_object(object)
     {
         if (m_object)
@@ -36,7 +36,7 @@ public:
     }
     ~ComPtr() { reset(); }
 
-    /// Takes over a reference that the caller owns, such as one from an out-parameter.
+    /// Takes over a reference that the caller owns, such as one from an out-parameter. Adds none.
     static ComPtr adopt(T* object) noexcept
     {
         ComPtr pointer;
@@ -44,13 +44,13 @@ public:
         return pointer;
     }
 
-    /// Lends the object; the pointer keeps the reference.
+    /// Returns the object. This pointer still owns its reference.
     T* get() const noexcept { return m_object; }
-    /// Lends the object; the pointer must not be empty.
+    /// Accesses the object. This pointer must not be empty.
     T* operator->() const noexcept { return m_object; }
-    /// Lends the object; the pointer must not be empty.
+    /// Accesses the object. This pointer must not be empty.
     T& operator*() const noexcept { return *m_object; }
-    /// \return whether an object is held
+    /// \return whether this pointer holds an object
     explicit operator bool() const noexcept { return m_object != nullptr; }
 
     /// Releases the reference and becomes empty.
@@ -61,7 +61,7 @@ public:
     }
     /// Passes the reference to the caller, who releases it.
     [[nodiscard]] T* detach() noexcept { return std::exchange(m_object, nullptr); }
-    /// Releases the reference and returns the pointer's address as an out-parameter.
+    /// Releases the reference. Returns the address of the empty pointer, to pass as an out-parameter.
     T** put() noexcept
     {
         reset();

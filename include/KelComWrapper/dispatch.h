@@ -9,59 +9,67 @@
 
 class ITypeInfo;
 
-/// The arguments of a call by name. The call only reads them; the caller keeps ownership.
+/// The arguments of a call by name. The call only reads them, and the caller still owns them.
 struct DISPPARAMS
 {
-    VARIANT* rgvarg;           ///< the named arguments in any order, then the others in reverse order
-    DISPID* rgdispidNamedArgs; ///< the positions of the named ones, from 0, or `DISPID_PROPERTYPUT`
-    UINT cArgs;                ///< how many arguments there are, the named ones included
-    UINT cNamedArgs;           ///< how many of them are named
+    VARIANT* rgvarg;           ///< the named arguments in any order, then all others in reverse order
+    DISPID* rgdispidNamedArgs; ///< for each named argument: its parameter's position, from 0, or
+                               ///< `DISPID_PROPERTYPUT`
+    UINT cArgs;                ///< how many arguments there are, including the named ones
+    UINT cNamedArgs;           ///< how many arguments are named
 };
 
-/// Describes the failure of a member when `Invoke` returns `DISP_E_EXCEPTION`. The receiver would own the
-/// strings (`SysFreeString`), but here they are null. No member of the XML DOM fails.
+/// Describes why a member failed, when `Invoke` returns `DISP_E_EXCEPTION`. No member of the XML DOM fails.
+/// By convention the receiver owns the strings, but this library sets them to null.
 struct EXCEPINFO
 {
-    WORD wCode;                               ///< 0: the code is in `scode`
+    WORD wCode;                               ///< 0, because the code is in `scode`
     WORD wReserved;                           ///< 0
     BSTR bstrSource;                          ///< null
     BSTR bstrDescription;                     ///< null
     BSTR bstrHelpFile;                        ///< null
     DWORD dwHelpContext;                      ///< 0
     void* pvReserved;                         ///< null
-    HRESULT (*pfnDeferredFillIn)(EXCEPINFO*); ///< null: nothing is filled in later
+    HRESULT (*pfnDeferredFillIn)(EXCEPINFO*); ///< null, because nothing is filled in later
     SCODE scode;                              ///< the code that the member returned
 };
 
-// What `Invoke` does with the member.
-constexpr WORD DISPATCH_METHOD = 1;         ///< calls it; may be combined with a get
+// Tells `Invoke` what to do with the member. A call may combine `DISPATCH_METHOD` with
+// `DISPATCH_PROPERTYGET`, and `DISPATCH_PROPERTYPUT` with `DISPATCH_PROPERTYPUTREF`; it then uses whichever
+// function exists.
+constexpr WORD DISPATCH_METHOD = 1;         ///< calls the method
 constexpr WORD DISPATCH_PROPERTYGET = 2;    ///< reads the property
-constexpr WORD DISPATCH_PROPERTYPUT = 4;    ///< sets the property; may be combined with the next
+constexpr WORD DISPATCH_PROPERTYPUT = 4;    ///< sets the property
 constexpr WORD DISPATCH_PROPERTYPUTREF = 8; ///< sets the property to an object
 
-/// Calls members by name. An object loads the description of its interface from the registered type library
-/// at the first call, and keeps it. If that fails, the call returns the code, and the next call tries again.
+/// Calls members by name. At the first call, an object loads the description of its interface from the
+/// registered type library, and keeps it. If loading fails, the call returns the error code, and the next
+/// call tries again.
 class IDispatch : public IUnknown
 {
 public:
+    /// Reports that type information is available.
     /// \param count receives 1
-    /// \return `S_OK`; `E_POINTER` when `count` is null
+    /// \return `S_OK`; `E_POINTER` if `count` is null
     virtual HRESULT GetTypeInfoCount(UINT* count) = 0;
     /// Returns the description of the object's interface.
     /// \param index must be 0
     /// \param locale not used
-    /// \param typeInfo receives it with one reference, which the caller releases; null if it cannot be loaded
-    /// \return `S_OK`; `DISP_E_BADINDEX`; `E_POINTER`; the type-library service's code (see `KelTypelib`)
+    /// \param typeInfo receives the description with one reference, which the caller releases; receives null
+    ///        if the description cannot be loaded
+    /// \return `S_OK`; `DISP_E_BADINDEX`; `E_POINTER`; an error code of the type-library service (see
+    ///         `KelTypelib`)
     virtual HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo) = 0;
-    /// Maps the name of a member, and any names of its parameters, to identifiers. ASCII letters match in
-    /// upper and lower case.
+    /// Looks up the identifiers of a member and, optionally, of its parameters. ASCII letters match in upper
+    /// and lower case.
     /// \param riid not used
-    /// \param names the member's name, then any names of parameters; the caller keeps ownership
+    /// \param names the member's name, then the names of any parameters; the caller still owns them
     /// \param count how many names there are
     /// \param locale not used
-    /// \param identifiers receives one for each name, a parameter's position from 0; -1 for an unknown name
-    /// \return `S_OK`; `DISP_E_UNKNOWNNAME` when a name is unknown; `E_POINTER`; `E_INVALIDARG` for no name;
-    ///         the type-library service's code, `identifiers` unchanged
+    /// \param identifiers receives an identifier for each name. The identifier of a parameter is its
+    ///        position, from 0. An unknown name gets -1
+    /// \return `S_OK`; `DISP_E_UNKNOWNNAME` if a name is unknown; `E_POINTER`; `E_INVALIDARG` if `count` is
+    ///         0; an error code of the type-library service, with `identifiers` unchanged
     virtual HRESULT GetIDsOfNames(const GUID& riid, wchar_t** names, UINT count, LCID locale,
                                   DISPID* identifiers) = 0;
     /// Calls a member by its identifier. The object stays alive during the call, even if an argument releases
@@ -69,18 +77,18 @@ public:
     /// \param member the identifier
     /// \param riid not used
     /// \param locale not used
-    /// \param flags one of the `DISPATCH_` constants, or two that may be combined
-    /// \param parameters the arguments, which the call only reads; never null
-    /// \param result receives the member's result. The caller frees its BSTR or releases its object. The
-    ///        earlier value is not freed. `VT_EMPTY` if the member wrote no result; unchanged if the member
-    ///        was not called. May be null
+    /// \param flags one of the `DISPATCH_` constants, or one of the two combinations
+    /// \param parameters the arguments, which the call only reads; must not be null
+    /// \param result receives the member's result; may be null. The caller frees its BSTR or releases its
+    ///        object. The earlier content is not freed. Becomes `VT_EMPTY` if the member was called but wrote
+    ///        no result. Unchanged if the member was not called
     /// \param exception filled if the call returns `DISP_E_EXCEPTION`; may be null
     /// \param badArgument receives the index in `rgvarg` of an argument that cannot be converted; may be null
-    /// \return the member's own code, including `S_FALSE`. If the member was not called:
-    ///         `DISP_E_MEMBERNOTFOUND`, `DISP_E_BADPARAMCOUNT`, `DISP_E_PARAMNOTFOUND`,
-    ///         `DISP_E_PARAMNOTOPTIONAL`, `DISP_E_TYPEMISMATCH`, `DISP_E_OVERFLOW`, `E_INVALIDARG` for
-    ///         missing arrays, `E_OUTOFMEMORY`, or the type-library service's code. `DISP_E_EXCEPTION` if the
-    ///         member failed
+    /// \return the code that the member returned, if it succeeded, including `S_FALSE`; `DISP_E_EXCEPTION` if
+    ///         the member failed. If the member was not called: `DISP_E_MEMBERNOTFOUND`,
+    ///         `DISP_E_BADPARAMCOUNT`, `DISP_E_PARAMNOTFOUND`, `DISP_E_PARAMNOTOPTIONAL`,
+    ///         `DISP_E_TYPEMISMATCH`, `DISP_E_OVERFLOW`, `E_INVALIDARG` if `parameters` or an array in it is
+    ///         missing, `E_OUTOFMEMORY`, or an error code of the type-library service
     virtual HRESULT Invoke(DISPID member, const GUID& riid, LCID locale, WORD flags, DISPPARAMS* parameters,
                            VARIANT* result, EXCEPINFO* exception, UINT* badArgument) = 0;
 

@@ -1,5 +1,5 @@
 /// \file
-/// Results as exceptions, for callers who want them. Header-only; the libraries do not use it.
+/// Turns an `HRESULT` into an exception, for callers who prefer exceptions. The C++ layer throws them too.
 
 #pragma once
 
@@ -13,7 +13,7 @@
 namespace kel
 {
 
-/// \return the meaning of a result in a few words; "unknown answer 0x..." for other codes
+/// \return what a result means, in a few words; "unknown answer 0x..." for a code that is not listed here
 inline std::string describe(HRESULT result)
 {
     static constexpr struct
@@ -51,24 +51,24 @@ inline std::string describe(HRESULT result)
     return words;
 }
 
-/// A result that was not accepted. `what()` is one readable line.
+/// Reports a failure. `what()` is one readable line.
 class KEL_EXPORT Error : public std::runtime_error
 {
 public:
-    /// \param code the result that was not accepted
+    /// \param code the result that reports the failure
     explicit Error(HRESULT code) : std::runtime_error(describe(code)), m_code(code) {}
-    /// \param code the result that was not accepted
-    /// \param action the failed action, such as "asking for a name"
+    /// \param code the result that reports the failure
+    /// \param action what failed, such as "asking for a name"
     Error(HRESULT code, const char* action)
         : std::runtime_error(std::string(action) + ": " + describe(code)), m_code(code)
     {}
-    /// \param code the result that was not accepted
-    /// \param action the failed action
-    /// \param reason what else is known
+    /// \param code the result that reports the failure
+    /// \param action what failed
+    /// \param reason why it failed; replaces the meaning of `code` in `what()`
     Error(HRESULT code, const std::string& action, const std::string& reason)
         : std::runtime_error(action + ": " + reason), m_code(code)
     {}
-    /// \return the result that was not accepted
+    /// \return the result that reports the failure
     HRESULT code() const noexcept { return m_code; }
 
 private:
@@ -78,8 +78,11 @@ private:
 /// How `check` treats `S_FALSE`.
 enum class FalseIs { failure, success };
 
-/// \return whether `result` is `S_OK`; with `FalseIs::success`, false marks the end of a walk
-/// \throw Error for every failure, and for `S_FALSE` unless it is treated as success
+/// Throws if a call failed.
+/// \param result what the call returned
+/// \param meaning how to treat `S_FALSE`, which `nextNode` returns at the end of a list
+/// \return true for `S_OK`, false for a success code other than `S_OK`
+/// \throw Error for a failure, and for `S_FALSE` unless `meaning` is `FalseIs::success`
 inline bool check(HRESULT result, FalseIs meaning = FalseIs::failure)
 {
     if (FAILED(result) || (result != S_OK && meaning == FalseIs::failure))
@@ -87,7 +90,7 @@ inline bool check(HRESULT result, FalseIs meaning = FalseIs::failure)
     return result == S_OK;
 }
 
-/// The same; the error names the failed action.
+/// Like the function above, but the error also names the failed action.
 inline bool check(HRESULT result, const char* action, FalseIs meaning = FalseIs::failure)
 {
     if (FAILED(result) || (result != S_OK && meaning == FalseIs::failure))

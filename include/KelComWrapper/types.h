@@ -1,6 +1,6 @@
 /// \file
-/// The basic published types of the COM layer. On this platform `wchar_t` is 32 bits, `HRESULT` and `DISPID`
-/// are 32 bits, and `VARIANT_BOOL` is 16.
+/// The basic published types of the COM layer. On this platform `wchar_t`, `HRESULT` and `DISPID` have 32
+/// bits, and `VARIANT_BOOL` has 16.
 
 #pragma once
 
@@ -14,12 +14,12 @@ using SHORT = std::int16_t;        ///< 16 bits, signed
 using USHORT = std::uint16_t;      ///< 16 bits, unsigned
 using INT = std::int32_t;          ///< 32 bits, signed
 using UINT = std::uint32_t;        ///< 32 bits, unsigned
-using LONG = std::int32_t;         ///< 32 bits, signed, although `long` has 64 on this platform
-using ULONG = std::uint32_t;       ///< 32 bits, unsigned, although `unsigned long` has 64 on this platform
+using LONG = std::int32_t;         ///< 32 bits, signed; `long` has 64 on this platform
+using ULONG = std::uint32_t;       ///< 32 bits, unsigned; `unsigned long` has 64 on this platform
 using LCID = std::uint32_t;        ///< a locale; always ignored
 using HRESULT = std::int32_t;      ///< the result of a call; negative for failures
-using SCODE = std::int32_t;        ///< an `HRESULT` as data
-using DISPID = std::int32_t;       ///< identifies a member, or a parameter by its position
+using SCODE = std::int32_t;        ///< an `HRESULT` that is stored or passed as a value
+using DISPID = std::int32_t;       ///< identifies a member; for a parameter, its position
 using MEMBERID = DISPID;           ///< identifies a member
 using HREFTYPE = std::uint32_t;    ///< a type's number in its type library
 using VARTYPE = std::uint16_t;     ///< a value of `VARENUM`
@@ -27,14 +27,14 @@ using VARIANT_BOOL = std::int16_t; ///< `VARIANT_TRUE` or `VARIANT_FALSE`; any v
 using DATE = double;               ///< days since 30 December 1899, with the time of day as a fraction
 
 using OLECHAR = wchar_t; ///< one code point, 32 bits
-/// A zero-ended wide string from `SysAllocString`, with a length prefix in characters. Its owner frees it
-/// with `SysFreeString`; a callee does not free a BSTR argument.
+/// A zero-terminated wide string from `SysAllocString`, with its length in characters stored in front of it.
+/// The owner frees it with `SysFreeString`. A BSTR that is passed as an argument still belongs to the caller.
 using BSTR = wchar_t*;
 
 /// An identifier of an interface, a class or a type library: 16 bytes, as published.
 struct GUID
 {
-    std::uint32_t Data1;   ///< the first eight hexadecimal digits
+    std::uint32_t Data1;   ///< the first eight hexadecimal digits of the written form
     std::uint16_t Data2;   ///< the next four
     std::uint16_t Data3;   ///< the next four
     std::uint8_t Data4[8]; ///< the rest, two digits per byte
@@ -42,12 +42,12 @@ struct GUID
 using IID = GUID;   ///< identifies an interface
 using CLSID = GUID; ///< identifies a class
 
-/// Whether all 16 bytes are equal.
+/// \return whether all 16 bytes are equal
 inline bool operator==(const GUID& left, const GUID& right) noexcept
 {
     return std::memcmp(&left, &right, sizeof(GUID)) == 0;
 }
-/// Whether any of the 16 bytes differs.
+/// \return whether any of the 16 bytes differs
 inline bool operator!=(const GUID& left, const GUID& right) noexcept
 {
     return !(left == right);
@@ -59,17 +59,17 @@ static_assert(sizeof(GUID) == 16, "identifiers are compared and mapped as 16 byt
 constexpr VARIANT_BOOL VARIANT_FALSE = 0; ///< all bits clear
 constexpr VARIANT_BOOL VARIANT_TRUE = -1; ///< all bits set
 
-/// Success. From a no-op: accepted, nothing written.
+/// Success. A no-op returns it too, and writes nothing.
 constexpr HRESULT S_OK = 0;
-/// Returned by a working method that does nothing because an input is missing or unusable.
+/// The method did not do its work, because an argument is missing or unusable, or there is nothing to return.
 constexpr HRESULT S_FALSE = 1;
-/// Not implemented, or no such class.
+/// The method is not implemented, or `DllGetClassObject` does not know the class.
 constexpr HRESULT E_NOTIMPL = static_cast<HRESULT>(0x80004001U);
 /// The object does not have the interface.
 constexpr HRESULT E_NOINTERFACE = static_cast<HRESULT>(0x80004002U);
 /// A required pointer is null.
 constexpr HRESULT E_POINTER = static_cast<HRESULT>(0x80004003U);
-/// The library is not attached, or the out-pointer for the object is null.
+/// `DllGetClassObject` was called before `DllMain`, or with a null out-pointer.
 constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005U);
 /// Out of memory. Most calls throw `std::bad_alloc` instead.
 constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000EU);
@@ -78,18 +78,18 @@ constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057U);
 
 /// The interface has no such member, or none of the requested kind.
 constexpr HRESULT DISP_E_MEMBERNOTFOUND = static_cast<HRESULT>(0x80020003U);
-/// A named argument matches no parameter or one that already has an argument, or a put has no value. As the
-/// `scode` of a `VT_ERROR` argument: the argument is left out.
+/// A named argument matches no parameter, or its parameter already has an argument, or the value of a
+/// property put is not named. In a `VT_ERROR` argument, this `scode` means that the argument is left out.
 constexpr HRESULT DISP_E_PARAMNOTFOUND = static_cast<HRESULT>(0x80020004U);
 /// An argument cannot be converted to the type of its parameter.
 constexpr HRESULT DISP_E_TYPEMISMATCH = static_cast<HRESULT>(0x80020005U);
 /// No member, or no parameter of the member, has that name.
 constexpr HRESULT DISP_E_UNKNOWNNAME = static_cast<HRESULT>(0x80020006U);
-/// The member itself failed; `EXCEPINFO::scode` says how.
+/// The member failed. `EXCEPINFO::scode` has the code that it returned.
 constexpr HRESULT DISP_E_EXCEPTION = static_cast<HRESULT>(0x80020009U);
 /// An argument does not fit in the type of its parameter.
 constexpr HRESULT DISP_E_OVERFLOW = static_cast<HRESULT>(0x8002000AU);
-/// The index of the type information is not 0.
+/// The index passed to `IDispatch::GetTypeInfo` is not 0.
 constexpr HRESULT DISP_E_BADINDEX = static_cast<HRESULT>(0x8002000BU);
 /// Too few or too many arguments.
 constexpr HRESULT DISP_E_BADPARAMCOUNT = static_cast<HRESULT>(0x8002000EU);
@@ -116,9 +116,9 @@ constexpr bool FAILED(HRESULT result) noexcept
     return result < 0;
 }
 
-// Member identifiers with a special meaning.
+// Identifiers with a special meaning.
 constexpr DISPID DISPID_VALUE = 0;        ///< the default member: `item` of the collections
 constexpr DISPID DISPID_UNKNOWN = -1;     ///< returned for an unknown name
-constexpr DISPID DISPID_PROPERTYPUT = -3; ///< the name of the value in a put
+constexpr DISPID DISPID_PROPERTYPUT = -3; ///< names the value of a property put
 constexpr DISPID DISPID_NEWENUM = -4;     ///< `_newEnum` of the collections
-constexpr MEMBERID MEMBERID_NIL = -1;     ///< no member: the interface itself
+constexpr MEMBERID MEMBERID_NIL = -1;     ///< stands for the interface instead of a member

@@ -6,8 +6,8 @@
 #include "export.h"
 #include "types.h"
 
-/// Identity and lifetime of an object. The count is not atomic: use an object from one thread at a time. Only
-/// type libraries and type information have atomic counts.
+/// Manages the identity and the lifetime of an object. The reference count is not atomic, so use an object
+/// from one thread at a time. Only type libraries and type information have atomic counts.
 class IUnknown
 {
 public:
@@ -27,5 +27,6 @@ protected:
     ~IUnknown() = default;
 };
 
-/// The identifier of `IUnknown`. An object always returns the same pointer for it.
+/// The identifier of `IUnknown`. `QueryInterface` always returns the same pointer for it, so two pointers
+/// refer to the same object exactly if their `IUnknown` pointers are equal.
 extern "C" KEL_EXPORT const GUID IID_IUnknown;

@@ -8,10 +8,10 @@
 class IUnknown;
 class IDispatch;
 
-/// The tag of a `VARIANT`, its `vt`; compared as a whole 16-bit value.
+/// The values of `VARIANT::vt`. They say which member of the union is used.
 enum VARENUM : VARTYPE {
     VT_EMPTY = 0,        ///< nothing
-    VT_NULL = 1,         ///< the null of databases; never used by this library
+    VT_NULL = 1,         ///< a null value of a database; never used by this library
     VT_I2 = 2,           ///< `iVal`
     VT_I4 = 3,           ///< `lVal`
     VT_R4 = 4,           ///< `fltVal`
@@ -20,9 +20,9 @@ enum VARENUM : VARTYPE {
     VT_DATE = 7,         ///< `date`
     VT_BSTR = 8,         ///< `bstrVal`
     VT_DISPATCH = 9,     ///< `pdispVal`
-    VT_ERROR = 10,       ///< `scode`; `DISP_E_PARAMNOTFOUND` in it means an argument left out
+    VT_ERROR = 10,       ///< `scode`; the code `DISP_E_PARAMNOTFOUND` means that the argument is left out
     VT_BOOL = 11,        ///< `boolVal`
-    VT_VARIANT = 12,     ///< only with `VT_BYREF`: `pvarVal`
+    VT_VARIANT = 12,     ///< `pvarVal`; only combined with `VT_BYREF`
     VT_UNKNOWN = 13,     ///< `punkVal`
     VT_DECIMAL = 14,     ///< a 96-bit number; never used by this library
     VT_I1 = 16,          ///< `cVal`
@@ -33,15 +33,15 @@ enum VARENUM : VARTYPE {
     VT_UI8 = 21,         ///< `ullVal`
     VT_INT = 22,         ///< `intVal`
     VT_UINT = 23,        ///< `uintVal`
-    VT_VOID = 24,        ///< in descriptions only
-    VT_HRESULT = 25,     ///< in descriptions only: the return type of a slot
-    VT_PTR = 26,         ///< in descriptions only: a pointer to another type
-    VT_USERDEFINED = 29, ///< in descriptions only: a type of the library
-    VT_ARRAY = 0x2000,   ///< combined with another tag: an array of it; never used by this library
-    VT_BYREF = 0x4000,   ///< combined with another tag: a pointer to it
+    VT_VOID = 24,        ///< no value; only in type descriptions
+    VT_HRESULT = 25,     ///< the return type of a function; only in type descriptions
+    VT_PTR = 26,         ///< a pointer to another type; only in type descriptions
+    VT_USERDEFINED = 29, ///< a type of the type library; only in type descriptions
+    VT_ARRAY = 0x2000,   ///< an array, combined with the type of its items; never used by this library
+    VT_BYREF = 0x4000,   ///< a pointer, combined with the type that it points to
 };
 
-/// A currency amount in ten-thousandths.
+/// An amount of money.
 struct CY
 {
     std::int64_t int64; ///< the amount times 10,000
@@ -54,15 +54,16 @@ struct VARIANT_RECORD
     void* pRecInfo; ///< its description
 };
 
-/// A tagged value, as a plain structure. Its owner frees the BSTR or releases the object in it. The library
-/// only reads the `VARIANT`s it receives; it never changes or frees them.
+/// A value with its type. The owner frees the BSTR or releases the object in it. The library only reads a
+/// `VARIANT` that is passed to it, and never changes or frees it.
 struct VARIANT
 {
-    VARTYPE vt;      ///< a value of `VARENUM`: which member of the union is used
+    VARTYPE vt;      ///< a value of `VARENUM`; says which member of the union is used
     WORD wReserved1; ///< never read
     WORD wReserved2; ///< never read
     WORD wReserved3; ///< never read
-    // `VARENUM` lists the member for each tag; a pointer to a number is the one with `VT_BYREF`.
+    // `VARENUM` says which member belongs to which type. With `VT_BYREF`, the member is the pointer to that
+    // type.
     union {
         std::int64_t llVal;
         LONG lVal;

@@ -19,26 +19,26 @@
 namespace kel
 {
 
-/// Owns a value with its BSTR or object reference, and frees that on destruction. A copy has its own BSTR or
-/// reference. A value that is only pointed to (`VT_BYREF`) is not owned.
+/// Owns a `VARIANT`. The destructor frees the BSTR or releases the object in it. A copy has its own BSTR or
+/// reference. With `VT_BYREF`, this object does not own the value that the pointer points to.
 class Variant
 {
 public:
     Variant() = default;
-    /// A `VT_I4`.
+    /// Creates a `VT_I4`.
     explicit Variant(LONG number) noexcept { set(VT_I4, &VARIANT::lVal, number); }
-    /// A `VT_I8`.
+    /// Creates a `VT_I8`.
     explicit Variant(std::int64_t number) noexcept { set(VT_I8, &VARIANT::llVal, number); }
-    /// A `VT_R8`.
+    /// Creates a `VT_R8`.
     explicit Variant(double number) noexcept { set(VT_R8, &VARIANT::dblVal, number); }
-    /// A `VT_BOOL` in the published form.
+    /// Creates a `VT_BOOL`: -1 for true, 0 for false.
     explicit Variant(bool truth) noexcept
     {
         set(VT_BOOL, &VARIANT::boolVal, truth ? VARIANT_TRUE : VARIANT_FALSE);
     }
-    /// Copies the text, including zeros in it. \throw std::bad_alloc
+    /// Copies the text, including any zeros in it. \throw std::bad_alloc
     explicit Variant(std::wstring_view text) { setText(text.data(), text.size()); }
-    /// Null becomes a null BSTR, which is an empty text. \throw std::bad_alloc
+    /// Copies the text. Null becomes a null BSTR, which counts as an empty text. \throw std::bad_alloc
     explicit Variant(const wchar_t* text)
     {
         set(VT_BSTR, &VARIANT::bstrVal, BSTR{});
@@ -49,23 +49,23 @@ public:
     explicit Variant(const std::wstring& text) : Variant(std::wstring_view(text)) {}
     /// Takes over the BSTR.
     explicit Variant(Bstr&& text) noexcept { set(VT_BSTR, &VARIANT::bstrVal, text.detach()); }
-    /// Adds a reference. Null becomes a null object.
+    /// Creates a `VT_DISPATCH` with its own reference. Null becomes a null object.
     template <class Object, class = std::enable_if_t<std::is_base_of_v<IDispatch, Object>>>
     explicit Variant(ComPtr<Object> object) noexcept
     {
         set(VT_DISPATCH, &VARIANT::pdispVal, object.detach());
     }
-    /// Deleted: a `VARIANT_BOOL` and a small number have the same type.
+    /// Deleted, because a `VARIANT_BOOL` and a 16-bit number have the same C++ type.
     explicit Variant(SHORT) = delete;
-    /// Deleted: any other pointer would convert to a truth value.
+    /// Deleted, because any other pointer would convert to `bool`.
     explicit Variant(const void*) = delete;
 
-    /// \throw std::bad_alloc
+    /// Copies the value with its BSTR, or adds a reference to its object. \throw std::bad_alloc
     Variant(const Variant& other) : m_value(other.m_value)
     {
         if (m_value.vt == VT_BSTR && m_value.bstrVal)
             setText(m_value.bstrVal, SysStringLen(m_value.bstrVal));
-        else if (IUnknown* const object = carried())
+        else if (IUnknown* const object = heldObject())
             object->AddRef();
     }
     /// Takes over the value of `other`, which becomes empty.
@@ -86,11 +86,11 @@ public:
         return owner;
     }
 
-    /// Lends the value, to read or to pass as an argument. This object still owns its content.
+    /// Returns the value, to read it or to pass it as an argument. This object still owns the content.
     const VARIANT& get() const noexcept { return m_value; }
     /// \return the type of the value
     VARTYPE type() const noexcept { return m_value.vt; }
-    /// Frees the content and becomes empty (`VT_EMPTY`).
+    /// Frees the BSTR or releases the object, and becomes empty (`VT_EMPTY`).
     void reset() noexcept
     {
         const VARIANT value = detach();
@@ -101,16 +101,16 @@ public:
         else if (value.vt == VT_UNKNOWN && value.punkVal)
             value.punkVal->Release();
     }
-    /// Passes the value to the caller, who frees its content.
+    /// Passes the value to the caller, who frees its content. Becomes empty.
     [[nodiscard]] VARIANT detach() noexcept { return std::exchange(m_value, VARIANT{}); }
-    /// Frees the content and returns the value's address as an out-parameter.
+    /// Frees the content. Returns the address of the empty value, to pass as an out-parameter.
     VARIANT* put() noexcept
     {
         reset();
         return &m_value;
     }
 
-    /// Getters do not convert, except a number to a wider type.
+    /// Returns the number, from any integer type that `std::int64_t` can hold. Other types are not converted.
     /// \throw Error `DISP_E_TYPEMISMATCH` if the value has another type
     std::int64_t integer() const
     {
@@ -135,7 +135,8 @@ public:
             throw Error(DISP_E_TYPEMISMATCH);
         }
     }
-    /// \return the number, from any number type whose values fit \throw Error
+    /// Returns the number, from a floating-point type, a date, or any type that `integer` accepts.
+    /// \throw Error `DISP_E_TYPEMISMATCH` if the value has another type
     double number() const
     {
         switch (m_value.vt) {
@@ -148,16 +149,18 @@ public:
             return static_cast<double>(integer());
         }
     }
-    /// \return the truth value \throw Error
-    bool truth() const { return of(VT_BOOL).boolVal != VARIANT_FALSE; }
-    /// The text; valid while this object keeps it.
+    /// Returns the value of a `VT_BOOL`. \throw Error `DISP_E_TYPEMISMATCH` if the value has another type
+    bool truth() const { return requireType(VT_BOOL).boolVal != VARIANT_FALSE; }
+    /// Returns the text of a `VT_BSTR`. The view is valid until this object changes or is destroyed.
+    /// \throw Error `DISP_E_TYPEMISMATCH` if the value has another type
     std::wstring_view text() const
     {
-        const BSTR text = of(VT_BSTR).bstrVal;
+        const BSTR text = requireType(VT_BSTR).bstrVal;
         return text ? std::wstring_view(text, SysStringLen(text)) : std::wstring_view();
     }
-    /// The object, with an added reference; may be null.
-    ComPtr<IDispatch> object() const { return ComPtr<IDispatch>(of(VT_DISPATCH).pdispVal); }
+    /// Returns the object of a `VT_DISPATCH`, with a reference of its own. The object may be null.
+    /// \throw Error `DISP_E_TYPEMISMATCH` if the value has another type
+    ComPtr<IDispatch> object() const { return ComPtr<IDispatch>(requireType(VT_DISPATCH).pdispVal); }
 
 private:
     template <class Member>
@@ -172,19 +175,19 @@ private:
     void setText(const wchar_t* text, std::size_t length)
     {
         const bool isTooLong = length > std::numeric_limits<UINT>::max();
-        const BSTR made =
+        const BSTR copy =
             isTooLong ? nullptr : SysAllocStringLen(text ? text : L"", static_cast<UINT>(length));
-        if (!made)
+        if (!copy)
             throw std::bad_alloc();
-        set(VT_BSTR, &VARIANT::bstrVal, made);
+        set(VT_BSTR, &VARIANT::bstrVal, copy);
     }
-    IUnknown* carried() const noexcept
+    IUnknown* heldObject() const noexcept
     {
         return m_value.vt == VT_DISPATCH  ? m_value.pdispVal
                : m_value.vt == VT_UNKNOWN ? m_value.punkVal
                                           : nullptr;
     }
-    const VARIANT& of(VARTYPE type) const
+    const VARIANT& requireType(VARTYPE type) const
     {
         if (m_value.vt != type)
             throw Error(DISP_E_TYPEMISMATCH);
