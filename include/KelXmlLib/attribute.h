@@ -76,7 +76,7 @@ public:
 
     virtual ~CMorvXMLDOMAttribute();
 
-    /// For internal use: wraps `node`, with its own owner document over `document`.
+    /// For internal use. Wraps `node`. Creates this object's own document object for `document`.
     [[gnu::visibility("hidden")]] CMorvXMLDOMAttribute(kelxml::qt::MovableNode&& node,
                                                        const kelxml::qt::DocumentRef& document);
 
@@ -85,9 +85,9 @@ private:
 
     ULONG m_refCount = 0;
     QDomAttr m_node;
-    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, released on destruction
+    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< owns one reference, released first
     QDomDocument m_document;                          ///< keeps the Qt document alive
     std::unique_ptr<const QDomDocument>
-        m_fallbackDocument;  ///< if `m_document` is null, keeps the node's document alive
-    QDomNode m_ownerElement; ///< the element that the attribute is on; released last
+        m_fallbackDocument;  ///< keeps the node's document alive if `m_document` is null
+    QDomNode m_ownerElement; ///< the element that has this attribute; released last
 };

@@ -1,6 +1,6 @@
 /// \file
-/// The common base of all objects: the type information of their interface, loaded on the first call by name,
-/// and the four IDispatch methods that use it.
+/// The common base of all objects. Implements the four methods of IDispatch with the type information of the
+/// object's interface, which is loaded at the first call by name.
 
 #pragma once
 
@@ -11,41 +11,39 @@
 #include <cstddef>
 #include <memory>
 
-/// Loads the type information of one interface through the type-library service, on first use, and implements
-/// IDispatch with it. Each object has its own holder, without locks.
+/// Implements IDispatch for one interface. Loads the type information through the type-library service when
+/// it is first needed. Each object has its own holder, which is therefore not locked.
 class CComTypeInfoHolder
 {
 public:
-    /// Loads nothing yet.
-    /// \param interfaceId the interface to describe; the pointer is kept
-    /// \param libraryId the type library to look in; the pointer is kept
-    /// \param major, minor recorded only; the library is found by its identifier alone
+    /// Stores the identifiers, but loads nothing yet.
+    /// \param interfaceId identifies the interface; must outlive this object
+    /// \param libraryId identifies the type library; must outlive this object
+    /// \param major, minor not used, because the library is looked up by its identifier alone
     CComTypeInfoHolder(const GUID* interfaceId, const GUID* libraryId, WORD major, WORD minor) noexcept
         : m_pguid(interfaceId), m_plibid(libraryId), m_wMajor(major), m_wMinor(minor)
     {}
-    /// Releases the type information, then the names, last one first.
-    ~CComTypeInfoHolder()
-    {
-        m_pInfo.reset(); // then the array destroys its elements, last one first
-    }
+    /// Releases the type information first. The name cache then frees its names from last to first.
+    ~CComTypeInfoHolder() { m_pInfo.reset(); }
     CComTypeInfoHolder(const CComTypeInfoHolder&) = delete;
     CComTypeInfoHolder& operator=(const CComTypeInfoHolder&) = delete;
 
-    /// Loads the type information and the name cache unless they are loaded.
+    /// Loads the type information and the name cache, unless they are loaded already.
     /// \param locale not used
-    /// \return `S_OK`; the type-library service's code, after which the next call tries again;
-    ///         `E_OUTOFMEMORY` when there is no memory for the name cache
+    /// \return `S_OK`; `E_OUTOFMEMORY` if there is no memory for the name cache; an error code of the
+    ///         type-library service. After an error, the next call tries again
     HRESULT GetTI(LCID locale);
     /// Fills the name cache.
-    /// \param typeInfo supplies the names; its reference count is not changed
+    /// \param typeInfo supplies the names; its reference count does not change
     /// \return `S_OK`, also when there are no names; `E_OUTOFMEMORY`
     HRESULT LoadNameCache(ITypeInfo* typeInfo);
 
     /// Implements `IDispatch::GetTypeInfo`.
     HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo);
-    /// Implements `IDispatch::GetIDsOfNames`. A single name in its exact spelling is found in the cache.
+    /// Implements `IDispatch::GetIDsOfNames`. Uses the cache for a single name that is spelled exactly like
+    /// the member.
     HRESULT GetIDsOfNames(wchar_t** names, UINT count, LCID locale, DISPID* identifiers);
-    /// Implements `IDispatch::Invoke` of the object that has this holder.
+    /// Implements `IDispatch::Invoke`. \param object the object that has this holder
     HRESULT Invoke(IDispatch* object, DISPID member, LCID locale, WORD flags, DISPPARAMS* parameters,
                    VARIANT* result, EXCEPINFO* exception, UINT* badArgument);
 
@@ -66,14 +64,14 @@ private:
     [[maybe_unused]] WORD m_wMajor;
     [[maybe_unused]] WORD m_wMinor;
     kel::ComPtr<ITypeInfo> m_pInfo;
-    [[maybe_unused]] std::ptrdiff_t m_dwRef = 0; // not used; keeps its place in the layout
+    [[maybe_unused]] std::ptrdiff_t m_dwRef = 0; // not used; kept so that the layout does not change
     std::unique_ptr<NameEntry[]> m_pMap;
     std::int32_t m_nCount = 0;
 };
 static_assert(sizeof(CComTypeInfoHolder) == 56, "the holder is the first member of every object");
 
-/// Implements the IDispatch methods of `Interface` with a `Holder`. Defined and instantiated inside the
-/// library, once for each of its six interfaces.
+/// Implements the IDispatch methods of `Interface` with a `Holder`. The library defines the methods, and
+/// instantiates them for its six interfaces.
 template <class Interface, const GUID* InterfaceId, const GUID* LibraryId, WORD Major, WORD Minor,
           class Holder>
 class IDispatchImpl : public Interface
@@ -98,7 +96,7 @@ private:
     Holder m_typeInfoHolder{InterfaceId, LibraryId, Major, Minor};
 };
 
-/// Marks a class that can be created by its identifier. Has no data and no virtual functions.
+/// The base of a class that `DllGetClassObject` can create. It has no data and no virtual functions.
 template <class Class, const GUID* ClassId>
 class CComCoClass
 {

@@ -1,5 +1,5 @@
 /// \file
-/// The document object: it loads, saves and returns its tree.
+/// The class of document objects.
 
 #pragma once
 
@@ -102,12 +102,13 @@ public:
 
     virtual ~CMorvXMLDOMDocument();
 
-    /// For the object map: creates an empty document with one reference, which the caller releases.
-    /// \param outer, riid not used: aggregation is not supported, and the caller queries the object itself
-    /// \param object receives the document
+    /// Creates an empty document. The object map calls this.
+    /// \param outer not used, because aggregation is not supported
+    /// \param riid not used, because the caller queries the object for the interface
+    /// \param object receives the document with one reference, which the caller releases
     /// \return `S_OK`
     [[gnu::visibility("hidden")]] static HRESULT CreateMe(void* outer, const GUID& riid, void** object);
-    /// For internal use: a document object over `document`.
+    /// For internal use. Creates another object for `document`.
     [[gnu::visibility("hidden")]] explicit CMorvXMLDOMDocument(const QDomDocument& document);
 
 private:

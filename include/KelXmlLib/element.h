@@ -82,7 +82,7 @@ public:
 
     virtual ~CMorvXMLDOMElement();
 
-    /// For internal use: wraps `node`, with its own owner document over `document`.
+    /// For internal use. Wraps `node`. Creates this object's own document object for `document`.
     [[gnu::visibility("hidden")]] CMorvXMLDOMElement(kelxml::qt::MovableNode&& node,
                                                      const kelxml::qt::DocumentRef& document);
 
@@ -91,8 +91,8 @@ private:
 
     ULONG m_refCount = 0;
     QDomElement m_node;
-    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, released on destruction
+    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< owns one reference, released first
     QDomDocument m_document;                          ///< keeps the Qt document alive
     std::unique_ptr<const QDomDocument>
-        m_fallbackDocument; ///< if `m_document` is null, keeps the node's document alive
+        m_fallbackDocument; ///< keeps the node's document alive if `m_document` is null
 };

@@ -2,9 +2,13 @@
 /// The XML filer: a forward-only writer of one XML file. Create one with `morvCreateXmlFiler`, call its write
 /// operations in document order, and delete it.
 ///
-/// Conventions. Status 0 means that the arguments were accepted, not that anything reached the disk: file
-/// errors are never reported. Strings are read up to their first zero. A unit that is not a character is
-/// written as U+FFFD. "Missing" means null or empty. Use a filer from one thread at a time.
+/// - Status 0 means that the arguments are valid. It does not mean that the disk has the data: file errors
+///   are never reported.
+/// - Every write operation returns `eStatusInvalidArgument` and writes nothing if an argument breaks a rule
+///   that its comment gives. Otherwise it returns `eStatusAccepted`. "Missing" means null or empty.
+/// - Strings are read up to their first zero, and copied. A wide character that is half a surrogate pair or
+///   above U+10FFFF is written as U+FFFD.
+/// - Threads: use a filer from one thread at a time.
 
 #pragma once
 
@@ -13,7 +17,7 @@
 namespace KelXmlLib
 {
 
-/// The encoding to ask for. The filer ignores it: every file is UTF-8.
+/// The requested encoding. The filer ignores it and always writes UTF-8.
 enum eEncoding : int {
     eEncodingDefault = 0, ///< no preference
     eEncodingUtf16 = 1,   ///< UTF-16
@@ -22,13 +26,13 @@ enum eEncoding : int {
 
 /// The result of a write operation.
 enum eStatus : int {
-    eStatusAccepted = 0,        ///< the arguments were valid; says nothing about whether they were written
-    eStatusInvalidArgument = 2, ///< a required argument is missing or out of range; nothing was written
+    eStatusAccepted = 0,        ///< the arguments are valid; the text may still not reach the file
+    eStatusInvalidArgument = 2, ///< an argument is missing or out of range; nothing is written
 };
 
-/// The result of `state()`; always the same.
+/// The result of `state()`, which never changes.
 enum eState : int {
-    eStateReady = 6, ///< also without a file, and after `close()`
+    eStateReady = 6, ///< returned even without a file, and after `close()`
 };
 
 } // namespace KelXmlLib
@@ -44,9 +48,9 @@ public:
     virtual KelXmlLib::eState state() const = 0;
     /// \return `eEncodingUtf8`, always
     virtual KelXmlLib::eEncoding encoding() const = 0;
-    /// \return 1 for a filer made with `autoFormat`, else 0
+    /// \return 1 if the filer was created with `autoFormat`, else 0
     virtual int indent() const = 0;
-    /// Not implemented: `buffer` is unchanged.
+    /// Not implemented. Leaves `buffer` unchanged.
     virtual void newlineChars(wchar_t* buffer, int size) const = 0;
 
     /// Writes the XML declaration.
@@ -56,70 +60,75 @@ public:
     /// Begins an element.
     /// \param name must not be missing
     virtual KelXmlLib::eStatus writeElmBegin(const wchar_t* name) = 0;
-    /// Writes a whole element, including its end tag.
-    /// \param name, text must not be missing; for an empty element, begin one and end it
+    /// Writes an element with a text, including the end tag. For an empty element, use the function above and
+    /// `writeElmEnd`.
+    /// \param name, text must not be missing
     virtual KelXmlLib::eStatus writeElmBegin(const wchar_t* name, const wchar_t* text) = 0;
     /// Ends the innermost open element.
     virtual KelXmlLib::eStatus writeElmEnd() = 0;
-    /// The same as `writeElmEnd`.
+    /// Does the same as `writeElmEnd`.
     virtual KelXmlLib::eStatus writeElmFullEnd() = 0;
-    /// Accepted, nothing is written; use `writeAttribute`.
+    /// Writes nothing: use `writeAttribute`.
     /// \param name must not be missing
     virtual KelXmlLib::eStatus writeAttrBegin(const wchar_t* name) = 0;
-    /// Accepted, nothing is written.
+    /// Writes nothing: use `writeAttribute`.
     virtual KelXmlLib::eStatus writeAttrEnd() = 0;
-    /// Writes an attribute of the element just begun.
+    /// Writes an attribute. Call it right after `writeElmBegin(name)` or another attribute.
     /// \param name must not be missing
-    /// \param value null or empty writes an empty attribute
+    /// \param value may be null or empty, which both write `name=""`
     virtual KelXmlLib::eStatus writeAttribute(const wchar_t* name, const wchar_t* value) = 0;
-    /// Writes character data; `<`, `>`, `&` and the double quote are escaped.
+    /// Writes text. Escapes `<`, `>`, `&` and the double quote.
     /// \param text must not be missing
     virtual KelXmlLib::eStatus writeText(const wchar_t* text) = 0;
-    /// The same as `writeText`: escapes markup too.
+    /// Does the same as `writeText`, and escapes markup too.
+    /// \param text must not be missing
     virtual KelXmlLib::eStatus writeRawText(const wchar_t* text) = 0;
-    /// Accepted, nothing is written; use `writeText`.
+    /// Writes nothing: use `writeText`.
     virtual KelXmlLib::eStatus writeValue(bool value) = 0;
-    /// Accepted, nothing is written; use `writeText`.
+    /// Writes nothing: use `writeText`.
     virtual KelXmlLib::eStatus writeValue(int value) = 0;
-    /// Accepted, nothing is written; use `writeText`.
+    /// Writes nothing: use `writeText`.
     virtual KelXmlLib::eStatus writeValue(long value) = 0;
-    /// Accepted, nothing is written; use `writeText`.
+    /// Writes nothing: use `writeText`.
     virtual KelXmlLib::eStatus writeValue(float value) = 0;
-    /// Accepted, nothing is written; use `writeText`.
+    /// Writes nothing: use `writeText`.
     virtual KelXmlLib::eStatus writeValue(double value) = 0;
-    /// Accepted, nothing is written; use `writeText`.
+    /// Writes nothing: use `writeText`.
     /// \param text must not be missing
     virtual KelXmlLib::eStatus writeValue(const wchar_t* text) = 0;
-    /// Accepted, nothing is written.
+    /// Writes nothing. There is no replacement.
     /// \param name must not be missing
     /// \param publicId, systemId may be null or empty
     virtual KelXmlLib::eStatus writeDocType(const wchar_t* name, const wchar_t* publicId,
                                             const wchar_t* systemId) = 0;
-    /// Writes a CDATA section, split in two wherever the text contains `]]>`.
+    /// Writes a CDATA section. Begins a new section wherever the text contains `]]>`.
     /// \param text must not be missing
     virtual KelXmlLib::eStatus writeCData(const wchar_t* text) = 0;
     /// Writes a comment.
-    /// \param text must not be missing. Hyphens are not checked: two in a row, or one at the end, make a file
-    ///        that does not load
+    /// \param text must not be missing. Hyphens are not checked. A text with two hyphens in a row, or with a
+    ///        hyphen at its end, makes a file that does not load
     virtual KelXmlLib::eStatus writeComment(const wchar_t* text) = 0;
-    /// Accepted, nothing is written. `data` is not read.
-    /// \param data not null
-    /// \param first at least 0
-    /// \param second at least 1
+    /// Writes nothing: encode the bytes yourself and use `writeText`.
+    /// \param data must not be null; is not read
+    /// \param first must be at least 0
+    /// \param second must be at least 1
     virtual KelXmlLib::eStatus writeBinary(const unsigned char* data, int first, int second) = 0;
-    /// Closes the file. Later writes reach no disk, and Qt logs a warning. Calling it again is harmless.
+    /// Closes the file. Later calls write nothing to the file, and Qt logs a warning. Calling `close` again
+    /// is harmless.
     virtual KelXmlLib::eStatus close() = 0;
-    /// Passes buffered text to the system. Disk errors are not reported.
+    /// Passes buffered text to the operating system. Disk errors are not reported.
     virtual KelXmlLib::eStatus flush() = 0;
 };
 
 /// Creates a filer for a file. Truncates an existing file.
-/// \param path the file, copied
-/// \param encoding, indentation ignored: the file is UTF-8, indented by four spaces a level
+/// \param path the path of the file
+/// \param encoding ignored: the file is always UTF-8
+/// \param indentation ignored: each level is indented by four spaces
 /// \param autoFormat whether to indent
-/// \param secondFlag, text1, text2 ignored; the texts may be null
-/// \return a filer, which the caller deletes through `IKelXmlFiler`; null for a missing `path`. Failure to
-///         open the file is not reported
+/// \param secondFlag ignored
+/// \param text1, text2 ignored; may be null
+/// \return a filer, which the caller deletes through `IKelXmlFiler`; null if `path` is missing. If the file
+///         cannot be opened, the function still returns a filer, which writes nothing
 extern "C" KEL_EXPORT IKelXmlFiler* morvCreateXmlFiler(const wchar_t* path, KelXmlLib::eEncoding encoding,
                                                        int indentation, bool autoFormat, bool secondFlag,
                                                        const wchar_t* text1, const wchar_t* text2);

@@ -1,5 +1,6 @@
 /// \file
-/// The class that `morvCreateXmlFiler` creates, for callers who construct it themselves. Needs Qt's headers.
+/// The class that `morvCreateXmlFiler` creates. Include this header only to construct the class yourself. It
+/// needs Qt's headers.
 
 #pragma once
 
@@ -12,18 +13,20 @@
 
 class QFile;
 
-/// The only implementation. See `IKelXmlFiler` for what each method does.
+/// The only implementation of `IKelXmlFiler`, which says what each method does.
 class KEL_EXPORT KelXmlFilerWrapper final : public IKelXmlFiler
 {
 public:
-    /// Opens `path` for writing and truncates an existing file. Failure to open is not reported: every write
-    /// is then accepted and reaches no disk. Does not open a path that the encoding of file names cannot
-    /// represent, nor any path once Qt's codecs are destroyed at exit.
-    /// \param path the file, copied; null or empty for a filer without a file, whose `indent()` is 0
-    /// \param encoding, indentation not used: the file is UTF-8, indented by four spaces a level or not at
-    ///        all
-    /// \param autoFormat whether start tags go on lines of their own, indented by four spaces a level
-    /// \param secondFlag recorded only
+    /// Opens a file for writing, and truncates an existing file. If the file cannot be opened, this is not
+    /// reported: the filer accepts every write operation but writes nothing. The filer does not open a path
+    /// that file names cannot represent. Late in the process's exit, once Qt's codecs are destroyed, it opens
+    /// no file at all.
+    /// \param path the path of the file, which is copied. If it is null or empty, the filer has no file, and
+    ///        `indent()` returns 0
+    /// \param encoding not used: the file is always UTF-8
+    /// \param indentation not used: each level is indented by four spaces
+    /// \param autoFormat whether to begin each start tag on a new line, and to indent it
+    /// \param secondFlag stored, but not used
     /// \param text1, text2 not used; may be null
     KelXmlFilerWrapper(const wchar_t* path, KelXmlLib::eEncoding encoding, int indentation, bool autoFormat,
                        bool secondFlag, const wchar_t* text1, const wchar_t* text2);
@@ -62,9 +65,9 @@ public:
     KelXmlLib::eStatus flush() override;
 
 private:
-    /// Creates the writer unless Qt's codecs are destroyed, because its constructor needs them.
+    /// Creates the writer, unless Qt's codecs are destroyed: the writer's constructor needs them.
     [[gnu::visibility("hidden")]] KelXmlFilerWrapper();
-    /// Calls `write` with the writer if the required arguments are present.
+    /// Calls `write` with the writer if no required argument is missing.
     template <class Write>
     KelXmlLib::eStatus forward(std::initializer_list<const wchar_t*> required, Write write);
 

@@ -9,15 +9,15 @@
 extern "C" {
 /// The type library, version 1.0.
 extern const GUID LIBID_MSXML;
-/// The class of documents, which `DllGetClassObject` creates.
+/// The class of documents. `DllGetClassObject` creates objects of this class.
 extern const GUID CLSID_DOMDocument;
-/// A published class that is not supported: no document is free-threaded.
+/// A published class that is not supported, because no document is free-threaded.
 extern const GUID CLSID_DOMFreeThreadedDocument;
 /// \name The XML DOM
 /// Objects support the six interfaces that `KelXmlLib/xmldom.h` declares, and no others.
 /// @{
 
-/// The published interface of that name.
+/// Identifies the published interface of that name.
 extern const GUID IID_IXMLDOMNode;
 extern const GUID IID_IXMLDOMDocument;
 extern const GUID IID_IXMLDOMNodeList;
@@ -44,7 +44,7 @@ extern const GUID DIID_XMLDOMDocumentEvents;
 /// No object supports these.
 /// @{
 
-/// The published interface or class of that name, which no object supports.
+/// Identifies the published interface or class of that name. No object supports it.
 extern const GUID IID_IXMLHttpRequest;
 extern const GUID CLSID_XMLHTTPRequest;
 extern const GUID IID_IXMLDSOControl;

@@ -1,5 +1,5 @@
 /// \file
-/// A hidden member of a class, without a separate allocation.
+/// Hides the type of a class member without allocating it on the heap.
 
 #pragma once
 
@@ -10,8 +10,8 @@
 namespace kelxml
 {
 
-/// Holds a `Hidden` in `Size` bytes. As with `std::unique_ptr`, only code that creates or destroys the outer
-/// object needs the complete class. For internal use.
+/// For internal use. Contains a `Hidden` in `Size` bytes. `Hidden` may be an incomplete type, except in code
+/// that creates, destroys or uses the contained object.
 template <class Hidden, std::size_t Size>
 class InPlace
 {
@@ -28,7 +28,7 @@ public:
     InPlace(const InPlace&) = delete;
     InPlace& operator=(const InPlace&) = delete;
 
-    /// The object.
+    /// Returns the object.
     Hidden* operator->() { return std::launder(reinterpret_cast<Hidden*>(m_bytes)); }
 
 private:

@@ -1,5 +1,5 @@
 /// \file
-/// The class of an element's live map of attributes.
+/// The class of live attribute maps.
 
 #pragma once
 
@@ -46,7 +46,7 @@ public:
 
     virtual ~CMorvXMLDOMNamedNodeMap();
 
-    /// For internal use: the attributes of `node`; empty unless it is an element.
+    /// For internal use. Creates the map of `node`, which is empty if `node` is not an element.
     [[gnu::visibility("hidden")]] CMorvXMLDOMNamedNodeMap(const QDomNode& node,
                                                           const kelxml::qt::DocumentRef& document);
 
@@ -57,10 +57,10 @@ private:
 
     ULONG m_refCount = 0;
     QDomNamedNodeMap m_map;
-    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, released on destruction
+    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< owns one reference, released first
     QDomDocument m_document;                          ///< keeps the Qt document alive
     std::unique_ptr<const QDomDocument>
         m_fallbackDocument;        ///< keeps the node's document alive when `m_document` is null
-    QDomNode m_ownerElement;       ///< the element itself; released last
-    std::vector<QDomNode> m_items; ///< a cached copy of all attributes, for large maps only
+    QDomNode m_ownerElement;       ///< the element that has the attributes; released last
+    std::vector<QDomNode> m_items; ///< caches the attributes of a large map
 };

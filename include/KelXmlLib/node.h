@@ -1,6 +1,6 @@
 /// \file
-/// The class of all other nodes: text, comments, CDATA sections and processing instructions. The document
-/// node is one of them when it is reached as a parent.
+/// The class of generic nodes: all nodes other than documents, elements and attributes. A document that is
+/// reached as a parent is a generic node too.
 
 #pragma once
 
@@ -73,7 +73,7 @@ public:
 
     virtual ~CMorvXMLDOMNode();
 
-    /// For internal use: wraps `node`, with its own owner document over `document`.
+    /// For internal use. Wraps `node`. Creates this object's own document object for `document`.
     [[gnu::visibility("hidden")]] CMorvXMLDOMNode(kelxml::qt::MovableNode&& node,
                                                   const kelxml::qt::DocumentRef& document);
 
@@ -82,8 +82,8 @@ private:
 
     ULONG m_refCount = 0;
     QDomNode m_node;
-    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, released on destruction
+    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< owns one reference, released first
     QDomDocument m_document;                          ///< keeps the Qt document alive
     std::unique_ptr<const QDomDocument>
-        m_fallbackDocument; ///< if `m_document` is null, keeps the node's document alive
+        m_fallbackDocument; ///< keeps the node's document alive if `m_document` is null
 };

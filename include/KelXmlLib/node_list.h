@@ -46,7 +46,7 @@ public:
 
     virtual ~CMorvXMLDOMNodeList();
 
-    /// For internal use: the list that `origin` describes.
+    /// For internal use. Creates the list that `origin` describes.
     [[gnu::visibility("hidden")]] CMorvXMLDOMNodeList(kelxml::lists::ListOrigin&& origin,
                                                       const kelxml::qt::DocumentRef& document);
 
@@ -54,13 +54,13 @@ private:
     friend struct kelxml::dom::WrapperAccess;
 
     ULONG m_refCount = 0;
-    QDomNodeList m_list; ///< never read; only keeps the place that other binaries rely on
+    QDomNodeList m_list; ///< not used; kept so that the layout does not change
     std::uint32_t m_cursor = 0;
-    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< one reference, released on destruction
+    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< owns one reference, released first
     QDomDocument m_document;                          ///< keeps the Qt document alive
     std::unique_ptr<const QDomDocument>
         m_fallbackDocument;  ///< keeps the node's document alive when `m_document` is null
-    QDomNode m_ownerElement; ///< the element, if an attribute's children are listed; released last
+    QDomNode m_ownerElement; ///< the element, if the list has an attribute's children; released last
     kelxml::InPlace<kelxml::lists::LiveList, 56>
-        m_live; ///< reads the list; released before the owner element
+        m_live; ///< reads the nodes; released before `m_ownerElement`
 };
