@@ -12,40 +12,45 @@
 namespace kel
 {
 
-/// A document. Copies refer to the same one.
+/// A document. Copies refer to the same document.
 class KEL_EXPORT Document : public Container
 {
 public:
-    /// An empty document: its `root` is null until an element is appended. It has an XML declaration only if
-    /// an instruction `xml` is appended first.
+    /// Creates an empty document. Its `root` is null until an element is appended. To give it an XML
+    /// declaration, append an instruction `xml` first.
     Document();
-    /// A document with a root element. \param rootName its tag name. \throw Error if the name is invalid
+    /// Creates a document with a root element.
+    /// \param rootName the tag name of the root element
+    /// \throw Error if the name is invalid
     explicit Document(TextView rootName);
-    /// The document behind an interface. Both see the same tree.
-    /// \throw Error for an object of another library
+    /// Refers to the document of a COM object. Changes through either are visible through both.
+    /// \throw Error if the object belongs to another library
     explicit Document(IXMLDOMDocument& document);
 
     /// Reads a file.
     /// \param path in UTF-8
     /// \throw LoadError
     static Document load(const std::filesystem::path& path);
-    /// Reads a text. \param text UTF-8 or wide; a declared encoding is ignored. \throw LoadError
+    /// Reads a text.
+    /// \param text UTF-8 or wide; an encoding in its XML declaration is ignored
+    /// \throw LoadError
     static Document parse(TextView text);
 
-    /// \return the root element; null for an empty document
+    /// \return the root element; null if the document is empty
     Element root() const;
 
-    /// Writes the document to a file, encoded as its XML declaration says. An existing file is replaced only
-    /// once the new one is complete; its permissions and symbolic links stay, and other hard links keep the
-    /// old one. If the directory accepts no new file, an existing one is overwritten in place.
+    /// Writes the document to a file, in the encoding that its XML declaration names, or in UTF-8. An
+    /// existing file is replaced only once the new file is complete. The new file has the permissions of the
+    /// old one. Symbolic links to the file stay, but its other hard links keep the old content. If no file
+    /// can be created in the directory, an existing file is overwritten in place.
     /// \param path in UTF-8
     /// \param options see `SaveOptions`
-    /// \throw SaveError, also for an empty document, which leaves an existing file unchanged
+    /// \throw SaveError, also if the document is empty; an existing file is then unchanged
     void save(const std::filesystem::path& path, const SaveOptions& options = {}) const;
 
-    /// As `Node::clone`.
+    /// See `Node::clone`.
     Document clone() const;
-    /// A new object over the same document. \return null for null
+    /// Creates a COM object for this document. \return a pointer that owns it; null for a null value
     ComPtr<IXMLDOMDocument> get() const;
 
 private:

@@ -15,67 +15,72 @@
 namespace kel
 {
 
-/// The children of elements and documents.
+/// The base of elements and documents: a node that can have children.
 class KEL_EXPORT Container : public Node
 {
 public:
-    /// \return the first child element of that name; null if there is no such child, and for null
+    /// \return the first child element of that name; null if there is none
     Element child(TextView name) const;
-    /// The same, but appends the element if it does not exist. \throw Error as `append`
+    /// Returns the first child element of that name. Appends the element if it does not exist.
+    /// \throw Error in the same cases as `append(name)`
     Element childOrNew(TextView name);
 
-    /// The child elements. See `List` for what a loop may change.
+    /// Lists the child elements. `List` documents what a loop may change.
     List<Element> children() const;
-    /// The child elements of that name.
+    /// Lists the child elements of that name.
     List<Element> children(TextView name) const;
-    /// All elements below this one, in document order.
+    /// Lists all descendant elements, in document order.
     List<Element> descendants() const;
-    /// All elements of that name below this one, in document order.
+    /// Lists all descendant elements of that name, in document order.
     List<Element> descendants(TextView name) const;
-    /// The child nodes of every kind.
+    /// Lists the child nodes of every kind.
     List<Node> nodes() const;
 
     /// Appends a new element.
-    /// \param name its tag name
+    /// \param name the tag name
     /// \return the new element
-    /// \throw Error for null, for an invalid name, for a tree that would become too deep, and for a
-    ///        document that already has a root element
+    /// \throw Error if this node is null, if the name is invalid, if the tree would become too deep, or if
+    ///        this node is a document that already has a root element
     Element append(TextView name);
-    /// Appends a new element that holds a text. \throw Error as above, and for an invalid text
+    /// Appends a new element with a text.
+    /// \throw Error in the same cases as `append(name)`, and if the text is invalid
     Element append(TextView name, const Value& text);
-    /// Appends a node. A node that already has a parent is moved, even from another document.
-    /// \throw Error for null, for a node that is or contains this one, for an attribute,
-    ///        for a document, for a tree that would become too deep, and for what a document cannot hold
+    /// Appends a node. If the node already has a parent, moves it, even from another document.
+    /// \throw Error if this node or `node` is null, if `node` is or contains this node, if `node` is an
+    ///        attribute, a document or a part of a document type, or if the tree would become too deep. Also
+    ///        if this node is a document, and `node` is a text or a second root element
     void append(const Node& node);
     /// Appends a comment.
-    /// \param text without two hyphens in a row, and not ending in one
+    /// \param text must not contain two hyphens in a row, or end in a hyphen
     Node appendComment(TextView text);
     /// Appends a processing instruction.
-    /// \param target its name; `xml` makes an XML declaration, which must come first in a document
+    /// \param target the instruction's name; `xml` makes an XML declaration, which must come first in a
+    ///        document
     /// \param data must not contain `?>`
     Node appendInstruction(TextView target, TextView data);
 
-    /// Inserts a new element.
-    /// \param name its tag name
-    /// \param reference a child of this one; not null: see `append`
+    /// Inserts a new element before a child.
+    /// \param name the tag name
+    /// \param reference a child of this node; must not be null
     /// \return the new element
-    /// \throw Error as `append`, and when `reference` is not a child
+    /// \throw Error in the same cases as `append(name)`, and if `reference` is not a child of this node
     Element insertBefore(TextView name, const Node& reference);
-    /// Inserts a node. A node that already has a parent is moved.
-    /// \param node any node
-    /// \param reference a child of this one; not null: see `append`
-    /// \throw Error as `append`, and when `reference` is not a child
+    /// Inserts a node before a child. If the node already has a parent, moves it, even from another document.
+    /// \param node the node to insert
+    /// \param reference a child of this node; must not be null
+    /// \throw Error in the same cases as `append(node)`, and if `reference` is not a child of this node
     void insertBefore(const Node& node, const Node& reference);
-    /// Replaces `child` with `replacement`. Afterwards `child` has no parent.
-    /// \throw Error as `append`, and when `child` is not a child
+    /// Puts `replacement` in the place of `child`. Afterwards, `child` has no parent.
+    /// \throw Error in the same cases as `append(node)`, and if `child` is not a child of this node
     void replace(const Node& child, const Node& replacement);
-    /// Removes a child. Values that refer to it keep it alive. \throw Error when it is not a child
+    /// Removes a child. The child stays alive as long as a value refers to it.
+    /// \throw Error if `child` is not a child of this node
     void remove(const Node& child);
 
 protected:
-    /// Null.
+    /// Creates a null value.
     Container() noexcept = default;
-    /// See `Node`.
+    /// See `Node(IXMLDOMNode&)`.
     explicit Container(IXMLDOMNode& node) : Node(node) {}
 };
 
@@ -86,19 +91,20 @@ class Attributes;
 class KEL_EXPORT Element : public Container
 {
 public:
-    /// Null.
+    /// Creates a null value.
     Element() noexcept = default;
-    /// The element behind an interface. \throw Error for an object of another library
+    /// Refers to the element of a COM object. \throw Error if the object belongs to another library
     explicit Element(IXMLDOMElement& element);
-    /// The node as an element; null for any other node.
+    /// Refers to the same node if it is an element; else null.
     explicit Element(const Node& node) noexcept;
 
-    /// An attribute's value.
-    /// \param name of the attribute
-    /// \param otherwise returned for null, for a missing attribute, and for a value that is not of its
-    ///        type. Its type, a text, a number or `bool`, is the type of the result. White space around a
-    ///        number or `bool` is skipped. Integers are decimal digits after an optional sign (`+5`, `007`,
-    ///        not `5.0`, `1e3` or `0x10`); for `double`, `1e3`, `inf` and `nan` are valid too
+    /// Reads the value of an attribute. The type of `otherwise` is the type of the result: a text, a number
+    /// or `bool`. White space around a number or `bool` is skipped. An integer is an optional sign and
+    /// decimal digits: `+5` and `007` are valid, but `5.0`, `1e3` and `0x10` are not. A floating-point number
+    /// may also be `5.0`, `1e3`, `inf` or `nan`.
+    /// \param name the attribute's name
+    /// \param otherwise the default, which is returned if the element is null, if it does not have the
+    ///        attribute, or if the attribute's value does not fit the type of the result
     template <class Default>
     detail::TypeOf<Default> attribute(TextView name, const Default& otherwise) const
     {
@@ -106,24 +112,29 @@ public:
     }
     /// \return whether there is an attribute of that name
     bool hasAttribute(TextView name) const;
-    /// All attributes, sorted by name.
+    /// Returns all attributes, sorted by name.
     Attributes attributes() const;
-    /// Sets an attribute, and adds it if it does not exist.
-    /// \param name of the attribute
+    /// Sets an attribute. Adds the attribute if the element does not have it.
+    /// \param name the attribute's name
     /// \param value a text, a number or `bool`
-    /// \throw Error for null, for an invalid name and for an invalid text
+    /// \throw Error if the element is null, or if the name or the text is invalid
     void setAttribute(TextView name, const Value& value);
-    /// Removes an attribute. \return whether there was one. \throw Error for null
+    /// Removes an attribute.
+    /// \return whether the element had the attribute
+    /// \throw Error if the element is null
     bool removeAttribute(TextView name);
 
-    /// Appends a text. \throw Error for null and for an invalid text
+    /// Appends a text. \return the new node. \throw Error if the element is null or the text is invalid
     Node appendText(const Value& text);
-    /// Appends a CDATA section. \param text must not contain `]]>`
+    /// Appends a CDATA section.
+    /// \param text must not contain `]]>`
+    /// \return the new node
+    /// \throw Error if the element is null or the text is invalid
     Node appendCData(TextView text);
 
-    /// As `Node::clone`.
+    /// See `Node::clone`.
     Element clone() const;
-    /// A new object over the same element. \return null for null
+    /// Creates a COM object for this element. \return a pointer that owns it; null for a null value
     ComPtr<IXMLDOMElement> get() const;
 
 private:
@@ -134,13 +145,13 @@ private:
 class KEL_EXPORT Attribute : public Node
 {
 public:
-    /// Null.
+    /// Creates a null value.
     Attribute() noexcept = default;
-    /// The attribute behind an interface. \throw Error for an object of another library
+    /// Refers to the attribute of a COM object. \throw Error if the object belongs to another library
     explicit Attribute(IXMLDOMAttribute& attribute);
-    /// The node as an attribute; null for any other node.
+    /// Refers to the same node if it is an attribute; else null.
     explicit Attribute(const Node& node) noexcept;
-    /// A new object over the same attribute. \return null for null
+    /// Creates a COM object for this attribute. \return a pointer that owns it; null for a null value
     ComPtr<IXMLDOMAttribute> get() const;
 };
 
@@ -149,7 +160,7 @@ public:
 class KEL_EXPORT Attributes
 {
 public:
-    /// A place in the list.
+    /// A position in a loop over the attributes.
     class Iterator
     {
     public:
@@ -162,25 +173,26 @@ public:
         using iterator_category = std::input_iterator_tag;
         /// @}
 
-        /// The end.
+        /// Creates the end iterator.
         Iterator() = default;
-        /// The first attribute. \param attributes not empty
+        /// Creates an iterator at the first attribute. \param attributes must not be empty
         explicit Iterator(std::shared_ptr<const std::vector<Attribute>> attributes) noexcept
             : m_attributes(std::move(attributes))
         {}
-        /// The attribute.
+        /// Accesses the current attribute.
         /// @{
         reference operator*() const noexcept { return (*m_attributes)[m_index]; }
         pointer operator->() const noexcept { return &**this; }
         /// @}
-        /// Goes to the next attribute.
+        /// Advances to the next attribute.
         Iterator& operator++() noexcept
         {
             if (++m_index == m_attributes->size())
                 *this = {};
             return *this;
         }
-        /// Compares places: equal at the same attribute of the same loop, and at the end.
+        /// Compares two iterators. They are equal if both are at the end, or at the same attribute in the
+        /// same loop.
         /// @{
         bool operator==(const Iterator& other) const noexcept
         {
@@ -194,13 +206,13 @@ public:
         std::size_t m_index = 0;
     };
 
-    /// For the library itself. \param element may be null
+    /// For internal use. \param element may be null
     explicit Attributes(Element element) noexcept : m_element(std::move(element)) {}
-    /// The first attribute.
+    /// Starts a loop.
     Iterator begin() const;
-    /// The end.
+    /// Returns the end iterator.
     Iterator end() const noexcept { return {}; }
-    /// The number of attributes.
+    /// Counts the attributes.
     std::size_t size() const;
     /// \return whether there are no attributes
     bool empty() const { return size() == 0; }

@@ -1,5 +1,5 @@
 /// \file
-/// What documents and writers throw. Included by KelXmlLib/kel.h.
+/// Errors of loading and saving. Included by KelXmlLib/kel.h.
 
 #pragma once
 
@@ -11,31 +11,34 @@
 namespace kel
 {
 
-/// Why a document could not be loaded or parsed. `what()` is one line, such as
-/// `settings.xml:3:14: tag mismatch` or `settings.xml: No such file or directory`.
+/// Says why a document could not be loaded or parsed. `what()` returns one line, for example:
+/// - `settings.xml:3:14: tag mismatch`
+/// - `settings.xml: No such file or directory`
 class KEL_EXPORT LoadError : public Error
 {
 public:
     /// The kind of failure.
     enum class Kind {
-        unreadable,    ///< the file is missing, a directory, or not readable; `reason` is the system's
-        empty,         ///< there is no text
-        notWellFormed, ///< `line` and `column` say where, `reason` says what
-        beyondLimit,   ///< it exceeds a limit of the library; `reason` says which
+        unreadable,    ///< the file is missing, a directory or not readable; the system gives the `reason`
+        empty,         ///< the file or text is empty
+        notWellFormed, ///< the XML is faulty: `line` and `column` say where, `reason` says why
+        beyondLimit,   ///< the file or text exceeds a limit of this library; `reason` says which
     };
 
     /// \param kind the kind of failure
-    /// \param source the file's path, or empty for a text that was passed
-    /// \param reason what went wrong, without source and position
-    /// \param line, column counted from 1; 0 if there is no position
+    /// \param source the path of the file; empty if the document was a text
+    /// \param reason what went wrong, without the path and the position
+    /// \param line the line, counted from 1; 0 if there is no position
+    /// \param column the column, counted from 1; 0 if there is no position
     LoadError(Kind kind, const std::string& source, const std::string& reason, int line = 0, int column = 0);
     ~LoadError() override;
 
     /// The kind of failure.
     Kind kind() const noexcept { return m_kind; }
-    /// The line, counted from 1; 0 if the text is not valid UTF-8, and for errors other than `notWellFormed`.
+    /// The line, counted from 1. It is 0 unless the kind is `notWellFormed`, and 0 if the text is not valid
+    /// UTF-8.
     int line() const noexcept { return m_line; }
-    /// The column, counted from 1; 0 if the line is 0.
+    /// The column, counted from 1. It is 0 if the line is 0.
     int column() const noexcept { return m_column; }
     /// What went wrong, without the file's name and the position.
     const std::string& reason() const noexcept { return m_reason; }
@@ -47,13 +50,13 @@ private:
     std::string m_reason;
 };
 
-/// Why a file could not be written. `what()` is one line, such as
-/// `settings.xml: No space left on device`.
+/// Says why a file could not be written. `what()` returns one line, for example:
+/// - `settings.xml: No space left on device`
 class KEL_EXPORT SaveError : public Error
 {
 public:
-    /// \param path of the file
-    /// \param reason the system's, or what else went wrong
+    /// \param path the path of the file
+    /// \param reason what went wrong, without the path
     SaveError(const std::string& path, const std::string& reason);
     ~SaveError() override;
 

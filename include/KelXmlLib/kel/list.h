@@ -17,23 +17,23 @@ namespace kel
 namespace detail
 {
 
-/// Which nodes a list shows.
+/// Describes which nodes a list contains.
 struct Selection;
-/// Which nodes a loop has moved.
+/// Records which nodes a loop has moved.
 struct MovedNodes;
 
-/// A walk over the nodes of a selection.
+/// Visits the nodes of a selection, one after the other.
 class KEL_EXPORT Walk
 {
 public:
-    /// At the end.
+    /// Creates a walk that has ended.
     Walk() = default;
-    /// At the first node.
+    /// Starts a walk.
     /// \param selection may be null
-    /// \param current receives it, or null
+    /// \param current receives the first node, or null
     Walk(std::shared_ptr<const Selection> selection, Node& current);
-    /// Goes to the next node. \param current the node reached last, or the value that the loop has assigned
-    /// to it. Receives the next node, or null.
+    /// Moves to the next node.
+    /// \param current the current node, or what the loop has assigned to it; receives the next node, or null
     void next(Node& current);
 
 private:
@@ -41,28 +41,36 @@ private:
 
     std::shared_ptr<const Selection> m_selection;
     std::shared_ptr<MovedNodes> m_moved;
-    Node m_parent;                  ///< of the current node when it was reached
-    Node m_after;                   ///< its next sibling then
-    const void* m_before = nullptr; ///< its previous sibling then; only compared
+    // The neighbours of the current node, as they were when the walk reached it.
+    Node m_parent;                  ///< the parent
+    Node m_after;                   ///< the next sibling
+    const void* m_before = nullptr; ///< identifies the previous sibling; may be stale, so it is only compared
 };
 
-/// How many nodes are selected. \param selection may be null
+/// Counts the selected nodes. \param selection may be null
 KEL_EXPORT std::size_t count(const std::shared_ptr<const Selection>& selection);
-/// Whether any node is selected. \param selection may be null
+/// \param selection may be null
+/// \return whether any node is selected
 KEL_EXPORT bool hasAny(const std::shared_ptr<const Selection>& selection);
 
 } // namespace detail
 
-/// A live list: it shows the tree as it is at each step. The loop may change, move or remove the node that it
-/// has reached, and may append nodes, which it then reaches too. After moving or removing the node, it
-/// continues with the node's former next sibling, and ends after the last one. A node that moves within the
-/// list is not reached again; its descendants are, if it moved to a later place. If the loop moves or removes
-/// the node and the one after it, or earlier nodes, it can end early. `Item` is `Element` or `Node`.
+/// A live list of nodes: each step of a loop reads the tree as it is at that time. `Item` is `Element` or
+/// `Node`.
+///
+/// - A loop may change, move or remove the current node. After moving or removing it, the loop continues with
+///   the sibling that followed it. If it was the last sibling, a loop over children ends, and a loop over
+///   descendants continues after the former parent.
+/// - A loop may append nodes. It reaches them too.
+/// - If a loop moves a node within the list, it does not reach that node again. It does reach the descendants
+///   again if the node moved to a later place.
+/// - A loop can end early if it moves or removes both the current node and the next sibling, or a node before
+///   the current one.
 template <class Item>
 class List
 {
 public:
-    /// A place in the list.
+    /// A position in a loop over the list.
     class Iterator
     {
     public:
@@ -75,50 +83,50 @@ public:
         using iterator_category = std::input_iterator_tag;
         /// @}
 
-        /// The end.
+        /// Creates the end iterator.
         Iterator() = default;
-        /// The first node.
+        /// Creates an iterator at the first node.
         explicit Iterator(const std::shared_ptr<const detail::Selection>& selection)
             : m_walk(selection, m_item)
         {}
-        /// The node.
+        /// Accesses the current node.
         /// @{
         reference operator*() const noexcept { return m_item; }
         pointer operator->() const noexcept { return &m_item; }
         /// @}
-        /// Goes to the next node.
+        /// Advances to the next node.
         Iterator& operator++()
         {
             m_walk.next(m_item);
             return *this;
         }
-        /// Goes to the next node. \return the earlier place
+        /// Advances to the next node. \return a copy of the iterator from before the call
         Iterator operator++(int)
         {
             Iterator earlier = *this;
             ++*this;
             return earlier;
         }
-        /// Compares places: equal at the same node, and at the end.
+        /// Compares two iterators. They are equal if both are at the same node, or both at the end.
         /// @{
         bool operator==(const Iterator& other) const noexcept { return m_item == other.m_item; }
         bool operator!=(const Iterator& other) const noexcept { return !(*this == other); }
         /// @}
 
     private:
-        mutable Item m_item; // a loop variable of type `auto&` can be changed
+        mutable Item m_item; // so that a loop with `auto&` can change the node
         detail::Walk m_walk;
     };
 
-    /// For the library itself. \param selection null for an empty list
+    /// For internal use. \param selection null for an empty list
     explicit List(std::shared_ptr<const detail::Selection> selection) : m_selection(std::move(selection)) {}
 
-    /// The first node.
+    /// Starts a loop.
     Iterator begin() const { return Iterator(m_selection); }
-    /// The end.
+    /// Returns the end iterator.
     Iterator end() const { return {}; }
-    /// The number of nodes. Counts them, in time proportional to the length of the list; for `descendants`,
-    /// to the size of the tree.
+    /// Counts the nodes. This takes time proportional to the number of children, or for `descendants` to the
+    /// size of the tree.
     std::size_t size() const { return detail::count(m_selection); }
     /// \return whether there are no nodes
     bool empty() const { return !detail::hasAny(m_selection); }

@@ -22,7 +22,7 @@ namespace detail
 struct Access;
 }
 
-/// What a node is.
+/// The kind of a node.
 enum class NodeKind {
     none = 0,            ///< a null node
     element = 1,         ///< see `Element`
@@ -39,33 +39,33 @@ enum class NodeKind {
     notation = 12        ///< a notation that the document type declares
 };
 
-/// In which order attributes are written.
+/// The order in which attributes are written.
 enum class AttributeOrder {
-    byName,     ///< sorted: saving an unchanged document twice gives the same bytes
-    unspecified ///< as Qt lists them, which changes from run to run
+    byName,     ///< sorted by name, so that saving an unchanged document always gives the same bytes
+    unspecified ///< the order of Qt's hash, which differs from run to run
 };
 
-/// How a tree is written.
+/// Options for writing a tree.
 struct SaveOptions
 {
-    int indent = 4; ///< spaces for each level; -1 writes no line breaks of its own
+    int indent = 4; ///< spaces per level; 0 adds only line breaks; -1 adds none, except after comments and
+                    ///< instructions
     AttributeOrder attributeOrder = AttributeOrder::byName; ///< see `AttributeOrder`
 };
 
-/// Any node: an element, a text, a comment ... The value refers to a node of a document and keeps that
-/// document alive, or is null.
+/// Any node, such as an element, a text or a comment. The value refers to a node and keeps its document
+/// alive, or it is null.
 class KEL_EXPORT Node
 {
 public:
-    /// Null.
+    /// Creates a null value.
     Node() noexcept;
-    /// The node behind an interface.
-    /// \param node not stored; the value refers to the same node
-    /// \throw Error for an object of another library
+    /// Refers to the node of a COM object. Does not keep the COM object itself.
+    /// \throw Error if the object belongs to another library
     explicit Node(IXMLDOMNode& node);
     /// Refers to the same node.
     Node(const Node&) noexcept;
-    /// Leaves `other` null.
+    /// Takes over what `other` refers to, and leaves `other` null.
     Node(Node&& other) noexcept;
     /// Refers to the same node.
     Node& operator=(const Node&) noexcept;
@@ -73,18 +73,18 @@ public:
     Node& operator=(Node&& other) noexcept;
     ~Node();
 
-    /// \return whether it refers to a node
+    /// \return whether this value refers to a node
     explicit operator bool() const noexcept;
     /// \return whether both refer to the same node, or both are null
     bool operator==(const Node& other) const noexcept;
-    /// \return whether they refer to different nodes
+    /// \return whether the two refer to different nodes, or only one of them is null
     bool operator!=(const Node& other) const noexcept { return !(*this == other); }
 
-    /// \return `none` for null
+    /// \return the kind of the node; `none` for a null value
     NodeKind kind() const noexcept;
 
-    /// An element's tag name, an attribute's name, an instruction's target; for other nodes a name such as
-    /// `#text`.
+    /// Returns the tag name of an element, the name of an attribute, or the target of an instruction. Other
+    /// nodes have a name such as `#text`.
     /// \tparam Text `std::string` (UTF-8) or `std::wstring`
     template <class Text = std::string>
     Text name() const
@@ -94,45 +94,47 @@ public:
         return name;
     }
 
-    /// All text in an element, including its descendants; for any other node, its value.
+    /// Returns all text in an element and its descendants, or the value of any other node.
     /// \tparam Text `std::string` (UTF-8) or `std::wstring`
-    /// \return empty for null
+    /// \return the text; empty for a null value
     template <class Text = std::string>
     Text text() const
     {
         return text(Text());
     }
-    /// The same, with a default.
-    /// \param otherwise returned for null, and for a text that is not a value of its type. Its type, a
-    ///        text, a number or `bool`, is the type of the result, as for `Element::attribute`
+    /// Reads the text as the type of `otherwise`: a text, a number or `bool`. The same texts are valid as for
+    /// `Element::attribute`.
+    /// \param otherwise the default, which is returned if the node is null, or if the text is not valid for
+    ///        the type
     template <class Default>
     detail::TypeOf<Default> text(const Default& otherwise) const
     {
         return detail::readOr(otherwise, [this](detail::Target target) { return readText(target); });
     }
-    /// Replaces everything an element holds, or the value of another node.
+    /// Replaces all children of an element by a text, or sets the value of any other node.
     /// \param text a text, a number or `bool`
-    /// \throw Error for null, for a document, for an invalid text, and for what a comment, a CDATA section or
-    ///        an instruction cannot hold
+    /// \throw Error if the node is null or a document, if the text is invalid, or if the node is a comment, a
+    ///        CDATA section or an instruction that cannot contain the text
     void setText(const Value& text);
 
-    /// \return the node's parent element; null at the top
+    /// \return the node's parent, if that is an element; else null
     Element parent() const;
-    /// \return the node after this one below the same parent, of any kind; null for the last
+    /// \return the next sibling, of any kind; null if this is the last child
     Node nextSibling() const;
-    /// \return the node before this one below the same parent, of any kind; null for the first
+    /// \return the previous sibling, of any kind; null if this is the first child
     Node previousSibling() const;
-    /// \return the document that the node belongs to; null for null
+    /// \return the document that the node belongs to; null for a null value
     Document document() const;
 
-    /// A deep copy that has no parent yet and belongs to the same document.
-    /// \return null for null
+    /// Copies the node with all its descendants. The copy belongs to the same document, and has no parent
+    /// yet.
+    /// \return the copy; null for a null value
     Node clone() const;
 
-    /// The node as markup. See `SaveOptions`.
+    /// Returns the node as XML text; empty for a null value.
     std::string toString(const SaveOptions& options = {}) const;
 
-    /// A new object over the same node. \return null for null
+    /// Creates a COM object for this node. \return a pointer that owns it; null for a null value
     ComPtr<IXMLDOMNode> get() const;
 
 private:

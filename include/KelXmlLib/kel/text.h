@@ -1,5 +1,5 @@
 /// \file
-/// Converts texts and numbers that are passed to the layer or returned. Included by KelXmlLib/kel.h.
+/// Types that convert the texts and numbers that callers pass or read. Included by KelXmlLib/kel.h.
 
 #pragma once
 
@@ -16,30 +16,31 @@
 namespace kel
 {
 
-/// A name or a text as an argument: UTF-8 or wide, borrowed for the call.
+/// A name or a text as an argument, UTF-8 or wide. It only points to the caller's characters, so use it only
+/// within the call.
 class TextView
 {
 public:
-    /// An empty text.
+    /// Creates an empty text.
     TextView() = default;
-    /// UTF-8 up to the first zero. \param text not null
+    /// UTF-8, up to the first zero. \param text must not be null
     TextView(const char* text) : TextView(std::string_view(text)) {}
     /// UTF-8.
     TextView(std::string_view text) noexcept : m_text(text.data()), m_length(text.size()) {}
     /// UTF-8.
     TextView(const std::string& text) noexcept : TextView(std::string_view(text)) {}
-    /// Wide, up to the first zero. \param text not null
+    /// Wide, up to the first zero. \param text must not be null
     TextView(const wchar_t* text) : TextView(std::wstring_view(text)) {}
     /// Wide.
     TextView(std::wstring_view text) noexcept : m_text(text.data()), m_length(text.size()), m_isWide(true) {}
     /// Wide.
     TextView(const std::wstring& text) noexcept : TextView(std::wstring_view(text)) {}
 
-    /// \return whether it is wide; then it is read with `wide`, else with `utf8`
+    /// \return whether the text is wide: if so, read it with `wide`, else with `utf8`
     bool isWide() const noexcept { return m_isWide; }
-    /// \return the text if it is not wide
+    /// Returns the text. Call it only if `isWide` returns false.
     std::string_view utf8() const noexcept { return {static_cast<const char*>(m_text), m_length}; }
-    /// \return the text if it is wide
+    /// Returns the text. Call it only if `isWide` returns true.
     std::wstring_view wide() const noexcept { return {static_cast<const wchar_t*>(m_text), m_length}; }
 
 private:
@@ -51,11 +52,12 @@ private:
 namespace detail
 {
 
-/// What a text argument can be.
+/// Whether a `T` can be passed as a text.
 template <class T>
 constexpr bool isText = std::is_convertible_v<const T&, TextView>;
 
-/// Characters count as numbers in C++, but `'5'` would be written as 53.
+/// Whether a `T` can be passed as a number. Excludes `bool` and the character types, although C++ treats them
+/// as numbers: `'5'` would be written as 53.
 template <class T>
 constexpr bool isNumber = std::is_arithmetic_v<T> && !std::is_same_v<T, bool> && !std::is_same_v<T, char> &&
                           !std::is_same_v<T, wchar_t> && !std::is_same_v<T, char16_t> &&
@@ -68,9 +70,9 @@ using WidestOf =
                        std::conditional_t<std::is_signed_v<Number>, long long, unsigned long long>>;
 
 /// Writes a number in the shortest form that reads back as the same number.
-/// \param number to be written
-/// \param to has room for 32 characters
-/// \return how many were written
+/// \param number the number to write
+/// \param to receives the digits; must have room for 32 characters
+/// \return how many characters were written
 /// @{
 KEL_EXPORT std::size_t writeNumber(long long number, char* to) noexcept;
 KEL_EXPORT std::size_t writeNumber(unsigned long long number, char* to) noexcept;
@@ -80,30 +82,30 @@ KEL_EXPORT std::size_t writeNumber(double number, char* to) noexcept;
 
 } // namespace detail
 
-/// A text, a number or a truth value as an argument, borrowed for the call. Numbers are written the same way
-/// in every locale, and `double` and `float` so that they read back as the same number; `bool` is written
-/// `true` or `false`.
+/// A text, a number or a `bool` as an argument. It may point to the caller's characters, so use it only
+/// within the call. Numbers are written the same way in every locale. A `double` or `float` gets enough
+/// digits to read back as the same number. A `bool` is written as `true` or `false`.
 class Value
 {
 public:
-    /// A text, UTF-8 or wide.
+    /// Passes a text, UTF-8 or wide.
     template <class Text, std::enable_if_t<detail::isText<Text>, int> = 0>
     Value(const Text& text) : m_text(text)
     {}
-    /// A number.
+    /// Passes a number.
     template <class Number, std::enable_if_t<detail::isNumber<Number>, int> = 0>
     Value(Number number) noexcept
         : m_text(std::string_view(
               m_digits, detail::writeNumber(static_cast<detail::WidestOf<Number>>(number), m_digits)))
     {}
-    /// `true` or `false`.
+    /// Passes a `bool`.
     template <class Bool, std::enable_if_t<std::is_same_v<Bool, bool>, char> = 0>
     Value(Bool truth) noexcept : m_text(truth ? std::string_view("true") : std::string_view("false"))
     {}
     Value(const Value&) = delete;
     Value& operator=(const Value&) = delete;
 
-    /// The text that is written.
+    /// Returns the text to write.
     const TextView& text() const noexcept { return m_text; }
 
 private:
@@ -114,29 +116,31 @@ private:
 namespace detail
 {
 
-/// The type of the result for a default: a string for every kind of text, otherwise the default's own type.
+/// The type of the result if the default is a `Default`. For a text it is `std::string` or `std::wstring`,
+/// else `Default` itself.
 template <class Default>
 using TypeOf = std::conditional_t<
     std::is_convertible_v<const Default&, std::string_view>, std::string,
     std::conditional_t<std::is_convertible_v<const Default&, std::wstring_view>, std::wstring, Default>>;
 
-/// Receives a value. Its type decides which texts are valid.
+/// Points to the variable that receives a value. The variable's type decides which texts are valid.
 using Target =
     std::variant<std::string*, std::wstring*, bool*, long long*, unsigned long long*, float*, double*>;
 
+/// Reads a value, or returns the default.
 /// \param otherwise the default
-/// \param read receives the target; returns whether there was a value of its type
+/// \param read called with a `Target`; returns whether it has stored a value there
 template <class Default, class Read>
 TypeOf<Default> readOr(const Default& otherwise, Read read)
 {
     using Type = TypeOf<Default>;
     if constexpr (isNumber<Type>) {
         WidestOf<Type> number{};
-        const bool isThere = read(&number);
+        const bool isValid = read(&number);
         if constexpr (!std::is_same_v<Type, WidestOf<Type>>)
             if (number < std::numeric_limits<Type>::min() || number > std::numeric_limits<Type>::max())
                 return otherwise;
-        return isThere ? static_cast<Type>(number) : otherwise;
+        return isValid ? static_cast<Type>(number) : otherwise;
     } else {
         static_assert(std::is_same_v<Type, bool> || isText<Type>, "a text, a number or a truth value");
         Type value{};

@@ -13,32 +13,34 @@
 namespace kel
 {
 
-/// Writes one XML file from start to end: UTF-8, with a declaration, indented. Wide units that are not
-/// characters (half a surrogate pair, above U+10FFFF) are written as U+FFFD. Invalid texts throw: UTF-8 that
-/// is not valid, and characters that XML does not allow. Parsers read a carriage return in a comment, CDATA
-/// section or instruction as a line feed.
+/// Writes one XML file from start to end, in UTF-8 and with an XML declaration.
+///
+/// - A wide character that is half a surrogate pair or above U+10FFFF is written as U+FFFD.
+/// - Once writing the file has failed, every call throws `SaveError`.
+/// - Invalid UTF-8 throws `Error`, and so do characters that XML does not allow.
+/// - A carriage return in a comment, a CDATA section or an instruction is written as it is, and most parsers
+///   read it as a line feed. In texts and attributes, it is written so that parsers keep it.
 class KEL_EXPORT Writer
 {
     struct State;
 
 public:
-    /// An element that is being written; it is closed when this goes out of scope. Closing an element closes
-    /// all open elements in it.
+    /// An open element. The destructor closes the element, and with it all open elements inside.
     class KEL_EXPORT Element
     {
     public:
-        /// Moves the duty to close the element to the new object.
+        /// Moves the element. From then on, the new object closes it, and not `other`.
         Element(Element&& other) noexcept = default;
         Element(const Element&) = delete;
         Element& operator=(const Element&) = delete;
         ~Element();
 
         /// Writes an attribute.
-        /// \param name of the attribute
+        /// \param name the attribute's name
         /// \param value a text, a number or `bool`
         /// \return this element, for the next attribute
-        /// \throw Error for an invalid name, for one that was written before, for an invalid text, and once
-        ///        the element has content or is closed
+        /// \throw Error if the name or the text is invalid, if the element already has that attribute, or if
+        ///        the element already has content or is closed
         Element& attribute(TextView name, const Value& value);
 
     private:
@@ -49,37 +51,44 @@ public:
         std::size_t m_serial;
     };
 
-    /// Starts a new file. Closing the writer replaces an existing file, as `Document::save` does, unless a
-    /// write failed.
+    /// Starts a new file. `close` puts it in the place of an existing file, in the same way as
+    /// `Document::save`. If a write has failed, the existing file stays.
     /// \param path in UTF-8
-    /// \param indent whether every element begins on a line of its own
+    /// \param indent whether to begin each element on a new line, indented by four spaces a level
     /// \throw SaveError
     explicit Writer(const std::filesystem::path& path, bool indent = true);
     Writer(const Writer&) = delete;
     Writer& operator=(const Writer&) = delete;
-    /// Closes the writer, or discards the new file while an exception unwinds. Errors are not reported: call
-    /// `close` to see them.
+    /// Calls `close`, but reports no errors: call `close` yourself to get them. If an exception is unwinding
+    /// the stack, discards the new file instead.
     ~Writer();
 
-    /// Begins an element in the innermost open one.
-    /// \throw Error for an invalid name, for a second root element, and after `close`
+    /// Begins an element inside the innermost open element.
+    /// \return the element, which is closed when the returned object is destroyed
+    /// \throw Error if the name is invalid, if the root element is already closed, or after `close`
     Element element(TextView name);
-    /// Writes a whole element that holds a text. \throw Error as above, and for an invalid text
+    /// Writes an element with a text, and closes it.
+    /// \throw Error in the same cases as `element(name)`, and if the text is invalid
     void element(TextView name, const Value& text);
-    /// Writes a text. \throw Error outside the root element, and for an invalid text
+    /// Writes a text. \throw Error if no element is open or the text is invalid
     void text(const Value& text);
-    /// Writes a CDATA section, or several if the text contains `]]>`. \throw Error as `text`
+    /// Writes a CDATA section. Begins a new section wherever the text contains `]]>`.
+    /// \throw Error if no element is open or the text is invalid
     void cdata(TextView text);
-    /// Writes a comment, also before and after the root element. \param text without two hyphens in a row,
-    /// and not ending in one
+    /// Writes a comment. It may be before, in or after the root element.
+    /// \param text must not contain two hyphens in a row, or end in a hyphen
+    /// \throw Error if the text is invalid, or after `close`
     void comment(TextView text);
-    /// Writes a processing instruction, also before and after the root element.
-    /// \param target its name
+    /// Writes a processing instruction. It may be before, in or after the root element.
+    /// \param target the instruction's name; must not be `xml`
     /// \param data must not contain `?>`
+    /// \throw Error if the name or the text is invalid, or after `close`
     void instruction(TextView target, TextView data);
 
-    /// Closes all open elements and the file. Does nothing when called again.
-    /// \throw SaveError when the file is not complete, such as on a full disk; Error without a root element
+    /// Closes all open elements and the file, which then replaces any existing file. Does nothing when called
+    /// again.
+    /// \throw SaveError if the file could not be written completely, for example because the disk is full;
+    ///        Error if there is no root element
     void close();
 
 private:
