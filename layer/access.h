@@ -1,4 +1,5 @@
-// The handles in a value of the layer, and how values are created.
+// Access to the Qt handles inside a `kel::Node` and its derived classes, and functions that create such
+// values.
 
 #pragma once
 
@@ -15,15 +16,17 @@
 namespace kel::detail
 {
 
-/// C++ destroys the members last to first: the node, then its document, and last the element of an attribute,
-/// to which the attribute has only a plain pointer.
+/// The Qt handles of a value. The order of the members matters, because C++ destroys the last member first:
+/// an attribute has only a plain pointer to its element, so the element must be destroyed after the
+/// attribute.
 struct State
 {
-    QDomNode ownerElement;
+    QDomNode ownerElement; ///< the element of an attribute; else null
     QDomDocument document; ///< null only if the node is null
     kelxml::qt::MovableNode node;
 };
 
+/// A friend of the layer's classes.
 struct Access
 {
     static const State& of(const Node& value) noexcept
@@ -41,7 +44,7 @@ struct Access
             return Value();
     }
 
-    /// \param node of the kind that `Value` represents, or null
+    /// Creates a value. \param node must be null, or of the kind that `Value` stands for
     template <class Value = Node>
     static Value make(kelxml::qt::MovableNode&& node, const QDomDocument& document)
     {
@@ -51,7 +54,7 @@ struct Access
     }
     static void assign(Node& value, kelxml::qt::MovableNode&& node, const QDomDocument& document);
 
-    /// The node as a `Kind`; null if it is of another kind.
+    /// Converts the node to a `Kind`, such as `QDomElement`; null if it is of another kind.
     template <class Kind>
     static Kind as(const Node& value)
     {

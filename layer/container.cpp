@@ -1,4 +1,4 @@
-// Children: found by walking Qt's links, changed through the checks in `trees/`.
+// Finds and changes children. Every change goes through the checks in `trees/`.
 
 #include "layer/access.h"
 #include "layer/refuse.h"
@@ -32,8 +32,9 @@ void requireNotNull(const Node& parent, const Node& child, const char* action)
         detail::refuse(action, detail::reason::kNullArgument);
 }
 
-/// \param leaving a child that `child` replaces, or null
-void requireFit(const Node& parent, const Node& child, const Node& leaving, const char* action)
+/// Refuses a child that `parent` cannot have, except for what `trees/` refuses, such as a cycle.
+/// \param replaced the child that `child` will replace, or null
+void requireAllowed(const Node& parent, const Node& child, const Node& replaced, const char* action)
 {
     requireNotNull(parent, child, action);
     const NodeKind kind = child.kind();
@@ -42,15 +43,15 @@ void requireFit(const Node& parent, const Node& child, const Node& leaving, cons
     if (parent.kind() != NodeKind::document)
         return;
     const QDomNode root = documentOf(parent).documentElement();
-    if (kind == NodeKind::element && !root.isNull() && root != nodeOf(child) && root != nodeOf(leaving))
+    if (kind == NodeKind::element && !root.isNull() && root != nodeOf(child) && root != nodeOf(replaced))
         detail::refuse(action, detail::reason::kSecondRoot);
     if (kind == NodeKind::text || kind == NodeKind::cdata)
         detail::refuse(action, detail::reason::kTextInDocument);
 }
 
-/// Creates a node, which the caller then adds to `parent`.
+/// Creates a node in the document of `parent`, but does not add it to the tree.
 template <class Result, class Create>
-Result made(const Node& parent, const char* action, Create create)
+Result createNode(const Node& parent, const char* action, Create create)
 {
     if (!parent)
         detail::refuse(action, detail::reason::kNull);
@@ -58,11 +59,11 @@ Result made(const Node& parent, const char* action, Create create)
     return Access::make<Result>(create(document), document);
 }
 
-Element madeElement(const Node& parent, TextView name, const char* action)
+Element createElement(const Node& parent, TextView name, const char* action)
 {
     const QString tagName = detail::toName(name);
-    return made<Element>(parent, action,
-                         [&](QDomDocument& document) { return document.createElement(tagName); });
+    return createNode<Element>(parent, action,
+                               [&](QDomDocument& document) { return document.createElement(tagName); });
 }
 
 } // namespace
@@ -106,14 +107,14 @@ List<Node> Container::nodes() const
 
 Element Container::append(TextView name)
 {
-    Element element = madeElement(*this, name, kAppending);
+    Element element = createElement(*this, name, kAppending);
     append(element);
     return element;
 }
 
 Element Container::append(TextView name, const Value& text)
 {
-    Element element = madeElement(*this, name, kAppending);
+    Element element = createElement(*this, name, kAppending);
     element.setText(text);
     append(element);
     return element;
@@ -121,7 +122,7 @@ Element Container::append(TextView name, const Value& text)
 
 void Container::append(const Node& node)
 {
-    requireFit(*this, node, {}, kAppending);
+    requireAllowed(*this, node, {}, kAppending);
     detail::require(kelxml::trees::append(refTo(*this), refTo(node)), kAppending);
 }
 
@@ -129,8 +130,8 @@ Node Container::appendComment(TextView text)
 {
     const QString data = detail::toContent(text);
     detail::requireComment(data, kAppending);
-    Node node =
-        made<Node>(*this, kAppending, [&](QDomDocument& document) { return document.createComment(data); });
+    Node node = createNode<Node>(*this, kAppending,
+                                 [&](QDomDocument& document) { return document.createComment(data); });
     append(node);
     return node;
 }
@@ -142,7 +143,7 @@ Node Container::appendInstruction(TextView target, TextView data)
     detail::requireWithout("?>", content, kAppending, detail::reason::kInstruction);
     if (detail::isDeclaration(name) && !(kind() == NodeKind::document && nodes().empty()))
         detail::refuse(kAppending, detail::reason::kDeclaration);
-    Node node = made<Node>(*this, kAppending, [&](QDomDocument& document) {
+    Node node = createNode<Node>(*this, kAppending, [&](QDomDocument& document) {
         return document.createProcessingInstruction(name, content);
     });
     append(node);
@@ -151,20 +152,20 @@ Node Container::appendInstruction(TextView target, TextView data)
 
 Element Container::insertBefore(TextView name, const Node& reference)
 {
-    Element element = madeElement(*this, name, kInserting);
+    Element element = createElement(*this, name, kInserting);
     insertBefore(element, reference);
     return element;
 }
 
 void Container::insertBefore(const Node& node, const Node& reference)
 {
-    requireFit(*this, node, {}, kInserting);
+    requireAllowed(*this, node, {}, kInserting);
     detail::require(kelxml::trees::insertBefore(refTo(*this), refTo(node), refTo(reference)), kInserting);
 }
 
 void Container::replace(const Node& child, const Node& replacement)
 {
-    requireFit(*this, replacement, child, kReplacing);
+    requireAllowed(*this, replacement, child, kReplacing);
     detail::require(kelxml::trees::replace(refTo(*this), refTo(child), refTo(replacement)), kReplacing);
 }
 

@@ -1,4 +1,4 @@
-// Documents. Turns the result of `parsing/parse` into an error.
+// Loads and saves documents. Turns a failure of `parsing/parse` into a `LoadError`.
 
 #include "KelXmlLib/kel/document.h"
 
@@ -24,7 +24,8 @@ using kelxml::parsing::ParseResult;
 namespace
 {
 
-/// Creates a real document; Qt's constructor makes a null one.
+/// Creates an empty document that is not null. The constructor of `QDomDocument` creates a null handle, and
+/// Qt allocates the document when it first creates a node.
 QDomDocument newDocument()
 {
     QDomDocument document;
@@ -58,7 +59,8 @@ std::string reasonOf(Limit limit)
     return {};
 }
 
-/// \param source the file, or empty for a text
+/// \param source the path of the file; empty for a text
+/// \throw LoadError unless the document was parsed
 void requireParsed(const ParseResult& result, const std::string& source)
 {
     using Kind = LoadError::Kind;

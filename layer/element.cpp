@@ -23,7 +23,7 @@ using detail::refTo;
 namespace
 {
 
-/// A new object for a node, or null for null.
+/// Creates a COM object for a node. Returns null for a null node.
 template <class Interface, class Wrapper>
 ComPtr<Interface> objectFor(const Node& node)
 {
@@ -131,8 +131,8 @@ Attributes::Iterator Attributes::begin() const
     auto attributes = std::make_shared<std::vector<Attribute>>();
     for (QDomNode& found : kelxml::serialize::attributesOf(Access::as<QDomElement>(m_element)))
         attributes->push_back(Access::make<Attribute>(std::move(found), documentOf(m_element)));
-    std::sort(attributes->begin(), attributes->end(), [](const Attribute& one, const Attribute& other) {
-        return nodeOf(one).nodeName() < nodeOf(other).nodeName();
+    std::sort(attributes->begin(), attributes->end(), [](const Attribute& left, const Attribute& right) {
+        return nodeOf(left).nodeName() < nodeOf(right).nodeName();
     });
     return Iterator(std::move(attributes));
 }

@@ -1,4 +1,4 @@
-// Composes the readable line of each error.
+// Composes the one-line messages of `LoadError` and `SaveError`.
 
 #include "KelXmlLib/kel/errors.h"
 
@@ -10,19 +10,19 @@ namespace kel
 namespace
 {
 
-/// The part before the reason.
-std::string place(const std::string& source, int line, int column)
+/// Returns the part before the reason, such as "settings.xml:3:14".
+std::string location(const std::string& source, int line, int column)
 {
-    std::string place = source.empty() ? "text" : detail::inOneLine(source);
+    std::string location = source.empty() ? "text" : detail::inOneLine(source);
     if (line > 0)
-        place += ':' + std::to_string(line) + ':' + std::to_string(column);
-    return place;
+        location += ':' + std::to_string(line) + ':' + std::to_string(column);
+    return location;
 }
 
 } // namespace
 
 LoadError::LoadError(Kind kind, const std::string& source, const std::string& reason, int line, int column)
-    : Error(S_FALSE, place(source, line, column), reason), m_kind(kind), m_line(line), m_column(column),
+    : Error(S_FALSE, location(source, line, column), reason), m_kind(kind), m_line(line), m_column(column),
       m_reason(reason)
 {}
 

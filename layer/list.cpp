@@ -1,5 +1,5 @@
-// A walk remembers its node's parent and next sibling, because a node that the loop has moved or removed no
-// longer leads to them.
+// Loops over lists. When a walk reaches a node, it stores the node's parent and siblings: once the loop has
+// moved or removed the node, the node no longer has links to them.
 
 #include "KelXmlLib/kel/list.h"
 
@@ -13,18 +13,19 @@ namespace kel::detail
 
 using kelxml::qt::MovableNode;
 
-/// Held, so that no new node gets the address of one of them.
+/// Nodes by their address. Each is kept alive, so that no new node gets the same address.
 struct MovedNodes
 {
     std::unordered_map<const void*, Node> nodes;
 
-    bool contain(const QDomNode& node) const { return nodes.count(MovableNode::identityOf(node)) != 0; }
+    bool contains(const QDomNode& node) const { return nodes.count(MovableNode::identityOf(node)) != 0; }
 };
 
 namespace
 {
 
-/// The node after the subtree of `node` in document order; null at the end of the subtree of `origin`.
+/// Returns the first node after the subtree of `node`, in document order; null at the end of the subtree of
+/// `origin`.
 MovableNode afterSubtree(MovableNode node, const QDomNode& origin)
 {
     MovableNode next;
@@ -33,7 +34,9 @@ MovableNode afterSubtree(MovableNode node, const QDomNode& origin)
     return next;
 }
 
-/// The node to check after `node`, which must still be in its place.
+/// Returns the next node to check: for a deep selection the next one in document order, else the next
+/// sibling.
+/// \param node must not have been moved or removed
 MovableNode following(const MovableNode& node, const Selection& selection)
 {
     if (!selection.deep)
@@ -42,12 +45,12 @@ MovableNode following(const MovableNode& node, const Selection& selection)
     return child.isNull() ? afterSubtree(node, nodeOf(selection.origin)) : child;
 }
 
-/// The first selected node from `at` on.
-MovableNode firstSelected(MovableNode at, const Selection& selection)
+/// Returns `node` if it is selected, else the first selected node after it.
+MovableNode firstSelected(MovableNode node, const Selection& selection)
 {
-    while (!at.isNull() && !selection.matches(at))
-        at = following(at, selection);
-    return at;
+    while (!node.isNull() && !selection.matches(node))
+        node = following(node, selection);
+    return node;
 }
 
 MovableNode firstSelected(const Selection& selection)
@@ -55,19 +58,20 @@ MovableNode firstSelected(const Selection& selection)
     return firstSelected(nodeOf(selection.origin).firstChild(), selection);
 }
 
-/// Whether `node` is still between the siblings that it had when it was reached. New ones may have come
-/// between, so this looks backwards from the next one.
-/// \param before identity of the previous one, or null
+/// Checks whether `node` is still where the walk reached it: below the same parent, and between the same two
+/// siblings. The loop may have inserted nodes between them, so the check goes backwards from `after`.
+/// \param before identifies the earlier previous sibling; null if there was none
+/// \param after the earlier next sibling; null if there was none
 bool isInPlace(const QDomNode& node, const QDomNode& parent, const void* before, const QDomNode& after)
 {
     if (node.parentNode() != parent)
         return false;
     if (node.nextSibling() == after || MovableNode::identityOf(node.previousSibling()) == before)
         return true;
-    MovableNode at = after.parentNode() == parent ? MovableNode(QDomNode(after)) : parent.lastChild();
-    while (!at.isNull() && at != node && MovableNode::identityOf(at) != before)
-        at = at.previousSibling();
-    return at == node;
+    MovableNode sibling = after.parentNode() == parent ? MovableNode(QDomNode(after)) : parent.lastChild();
+    while (!sibling.isNull() && sibling != node && MovableNode::identityOf(sibling) != before)
+        sibling = sibling.previousSibling();
+    return sibling == node;
 }
 
 } // namespace
@@ -92,25 +96,25 @@ void Walk::next(Node& current)
 {
     const QDomNode& parent = nodeOf(m_parent);
     const MovableNode& after = nodeOf(m_after);
-    MovableNode at;
+    MovableNode next;
     if (isInPlace(nodeOf(current), parent, m_before, after)) {
-        at = following(nodeOf(current), *m_selection);
+        next = following(nodeOf(current), *m_selection);
     } else {
-        const QDomNode place = nodeOf(current).parentNode();
-        if (place == parent || (m_selection->deep && !place.isNull())) {
+        const QDomNode newParent = nodeOf(current).parentNode();
+        if (newParent == parent || (m_selection->deep && !newParent.isNull())) {
             if (!m_moved)
                 m_moved = std::make_shared<MovedNodes>();
             m_moved->nodes.emplace(MovableNode::identityOf(nodeOf(current)), current);
         }
         if (after.parentNode() == parent)
-            at = after;
+            next = after;
         else if (after.isNull() && m_selection->deep)
-            at = afterSubtree(QDomNode(parent), nodeOf(m_selection->origin));
+            next = afterSubtree(QDomNode(parent), nodeOf(m_selection->origin));
     }
-    at = firstSelected(std::move(at), *m_selection);
-    while (m_moved && m_moved->contain(at))
-        at = firstSelected(following(at, *m_selection), *m_selection);
-    reach(Access::make(std::move(at), documentOf(m_selection->origin)), current);
+    next = firstSelected(std::move(next), *m_selection);
+    while (m_moved && m_moved->contains(next))
+        next = firstSelected(following(next, *m_selection), *m_selection);
+    reach(Access::make(std::move(next), documentOf(m_selection->origin)), current);
 }
 
 void Walk::reach(Node&& found, Node& current)
@@ -125,8 +129,8 @@ std::size_t count(const std::shared_ptr<const Selection>& selection)
 {
     std::size_t count = 0;
     if (selection)
-        for (MovableNode at = firstSelected(*selection); !at.isNull(); ++count)
-            at = firstSelected(following(at, *selection), *selection);
+        for (MovableNode node = firstSelected(*selection); !node.isNull(); ++count)
+            node = firstSelected(following(node, *selection), *selection);
     return count;
 }
 

@@ -1,4 +1,4 @@
-// A node value: three Qt handles in the bytes that the header reserves.
+// Any node. The Qt handles are in the bytes of `m_state`, so that the header does not need Qt.
 
 #include "KelXmlLib/kel/node.h"
 
@@ -68,10 +68,10 @@ Node& Node::operator=(const Node& other) noexcept
 Node& Node::operator=(Node&& other) noexcept
 {
     State& mine = Access::of(*this);
-    State& its = Access::of(other);
-    kelxml::qt::MovableNode::exchange(mine.node, its.node);
-    kelxml::qt::MovableNode::exchange(mine.document, its.document);
-    kelxml::qt::MovableNode::exchange(mine.ownerElement, its.ownerElement);
+    State& theirs = Access::of(other);
+    kelxml::qt::MovableNode::exchange(mine.node, theirs.node);
+    kelxml::qt::MovableNode::exchange(mine.document, theirs.document);
+    kelxml::qt::MovableNode::exchange(mine.ownerElement, theirs.ownerElement);
     return *this;
 }
 

@@ -1,4 +1,4 @@
-// Messages for refused changes.
+// The checks for text, and the reasons for each `Refusal`.
 
 #include "layer/refuse.h"
 

@@ -1,4 +1,4 @@
-// Reports refused changes.
+// Throws the errors for changes that are refused.
 
 #pragma once
 
@@ -9,7 +9,7 @@
 namespace kel::detail
 {
 
-/// Reasons of the layer's own checks.
+/// The reasons that the layer's own checks report. `refuse.cpp` has those of `trees/edit`.
 namespace reason
 {
 constexpr const char* kNull = "the node to change is null";
@@ -24,11 +24,12 @@ constexpr const char* kCData = "a CDATA section cannot contain ]]>";
 constexpr const char* kInstruction = "an instruction cannot contain ?>";
 } // namespace reason
 
-/// \throw Error always
-/// \param action such as "appending a node"
+/// Always throws.
+/// \param action what failed, such as "appending a node"
+/// \throw Error
 [[noreturn]] void refuse(const char* action, const std::string& reason);
 
-/// Whether an instruction of that name is an XML declaration.
+/// \return whether an instruction of that name is an XML declaration
 inline bool isDeclaration(const QString& name)
 {
     return name.compare(QLatin1String("xml"), Qt::CaseInsensitive) == 0;
@@ -37,9 +38,9 @@ inline bool isDeclaration(const QString& name)
 /// \throw Error if the change was refused
 void require(kelxml::trees::Refusal refusal, const char* action);
 
-/// \throw Error for a text that cannot be in a comment
+/// \throw Error if the text cannot be in a comment
 void requireComment(const QString& text, const char* action);
-/// \throw Error for a text that contains `end`
+/// \throw Error if the text contains `end`, which would end the node
 void requireWithout(const char* end, const QString& text, const char* action, const char* reason);
 
 } // namespace kel::detail

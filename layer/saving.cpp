@@ -1,4 +1,4 @@
-// Refuses invalid paths before any system call.
+// Refuses a path before any system call if file names cannot represent it.
 
 #include "layer/saving.h"
 
@@ -12,7 +12,7 @@ namespace kel::detail
 namespace
 {
 
-kelxml::files::FileReplacement replacementOf(const std::string& path)
+kelxml::files::FileReplacement openReplacement(const std::string& path)
 {
     if (!kelxml::files::isUsable(path))
         throw SaveError(path, kelxml::files::kNotUsable);
@@ -25,7 +25,7 @@ kelxml::files::FileReplacement replacementOf(const std::string& path)
 } // namespace
 
 SavedFile::SavedFile(const std::string& path)
-    : m_path(path), m_file(withSaveError(path, [&] { return replacementOf(path); }))
+    : m_path(path), m_file(withSaveError(path, [&] { return openReplacement(path); }))
 {}
 
 void SavedFile::write(const QByteArray& bytes)

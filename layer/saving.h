@@ -1,4 +1,4 @@
-// Writes the layer's files.
+// Writes files, and reports failures as `SaveError`.
 
 #pragma once
 
@@ -13,7 +13,7 @@
 namespace kel::detail
 {
 
-/// Runs an action on a file. \throw SaveError instead of a system error
+/// Runs an action on a file. \throw SaveError in place of a `std::system_error`
 template <class Action>
 auto withSaveError(const std::string& path, Action action)
 {
@@ -24,7 +24,7 @@ auto withSaveError(const std::string& path, Action action)
     }
 }
 
-/// Replaces a file once its new contents are complete.
+/// A file that is being written. It replaces an existing file only when `commit` is called.
 class SavedFile
 {
 public:

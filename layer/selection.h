@@ -11,15 +11,15 @@ namespace kel::detail
 
 struct Selection
 {
-    QString name; ///< null selects every name
+    QString name; ///< the name to select; null selects every name
     bool elementsOnly = true;
-    bool deep = false; ///< all descendants, not only children
-    Node origin = {};
+    bool deep = false; ///< whether to select descendants, not only children
+    Node origin = {};  ///< the node whose children or descendants are selected
 
     bool matches(const kelxml::qt::MovableNode& node) const;
 };
 
-/// \return an empty list for null
+/// Creates a list. \param origin the node to search; null gives an empty list
 template <class Item>
 List<Item> select(const Node& origin, Selection selection)
 {
@@ -29,7 +29,7 @@ List<Item> select(const Node& origin, Selection selection)
     return List<Item>(std::make_shared<const Selection>(std::move(selection)));
 }
 
-/// The first element with that name, starting at a node and going through its next siblings.
+/// Returns the first element with that name among `node` and its next siblings.
 kelxml::qt::MovableNode firstNamed(kelxml::qt::MovableNode&& node, const QString& name);
 
 } // namespace kel::detail

@@ -1,5 +1,5 @@
-// Qt converts the texts; the checks here find what it would silently replace or drop. Numbers are converted
-// by the standard library, independently of the locale.
+// Converts texts with Qt, and refuses what Qt would silently replace or drop. Converts numbers with the
+// standard library, because its functions do not depend on the locale.
 
 #include "layer/text.h"
 
@@ -19,7 +19,8 @@ namespace
 
 constexpr const char* kInvalid = "invalid text";
 
-/// Converts a length to `int`, which Qt uses.
+/// Converts a length to `int`, the type that Qt uses. \throw std::bad_alloc if a `QString` cannot be that
+/// long
 int lengthForQt(std::size_t length)
 {
     if (length > std::numeric_limits<int>::max() / sizeof(QChar) - 16)
@@ -27,19 +28,20 @@ int lengthForQt(std::size_t length)
     return static_cast<int>(length);
 }
 
-// Qt replaces invalid bytes by U+FFFD and drops a leading byte order mark.
+/// Qt replaces invalid bytes by U+FFFD. So if the result contains U+FFFD, it is encoded again and compared
+/// with the argument. Qt also drops a leading byte order mark, which is put back.
 Converted fromUtf8(std::string_view utf8)
 {
-    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     const int length = lengthForQt(utf8.size());
     QString text = QString::fromUtf8(utf8.data(), length);
-    if (utf8.substr(0, kMark.size()) == kMark)
+    if (utf8.substr(0, kByteOrderMark.size()) == kByteOrderMark)
         text.prepend(QChar::ByteOrderMark);
-    const auto isSame = [&] {
-        const QByteArray again = text.toUtf8();
-        return utf8 == std::string_view(again.constData(), static_cast<std::size_t>(again.size()));
+    const auto isUnchanged = [&] {
+        const QByteArray encoded = text.toUtf8();
+        return utf8 == std::string_view(encoded.constData(), static_cast<std::size_t>(encoded.size()));
     };
-    if (text.contains(QChar::ReplacementCharacter) && !isSame())
+    if (text.contains(QChar::ReplacementCharacter) && !isUnchanged())
         return {{}, "it is not valid UTF-8"};
     return {text};
 }
@@ -62,7 +64,7 @@ Converted fromWide(std::wstring_view wide)
 
 constexpr const char* kZero = "it has a zero in it";
 
-/// Qt would drop or write what no parser loads.
+/// Refuses characters that XML does not allow. Qt would drop them, or write a file that no parser loads.
 QString requireAllowed(QString&& text)
 {
     const auto isForbidden = [](QChar c) {
@@ -76,10 +78,11 @@ QString requireAllowed(QString&& text)
     return std::move(text);
 }
 
+/// Where in a name a character may be.
 enum class InName { no, notFirst, anywhere };
 
-/// The rules of Qt's parser.
-InName roleInName(QChar c)
+/// Applies the rules of Qt's parser.
+InName inName(QChar c)
 {
     switch (c.category()) {
     case QChar::Letter_Uppercase:
@@ -103,11 +106,12 @@ InName roleInName(QChar c)
 
 bool isName(const QString& text)
 {
-    return !text.isEmpty() && roleInName(text[0]) == InName::anywhere &&
-           std::all_of(text.begin(), text.end(), [](QChar c) { return roleInName(c) != InName::no; });
+    return !text.isEmpty() && inName(text[0]) == InName::anywhere &&
+           std::all_of(text.begin(), text.end(), [](QChar c) { return inName(c) != InName::no; });
 }
 
-/// Without the white space around it, and without a plus sign; of other characters than ASCII not itself.
+/// Removes the white space around a text, and a leading plus sign, which `std::from_chars` does not accept.
+/// Replaces each character outside ASCII by `?`, so that no number or `bool` matches it.
 std::string asciiOf(const QString& text)
 {
     const auto isSpace = [](QChar c) { return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r'; };
@@ -140,10 +144,10 @@ bool read(const QString& text, bool& value)
 {
     const std::string word = asciiOf(text);
     const bool isTrue = word == "true" || word == "1";
-    const bool isOne = isTrue || word == "false" || word == "0";
-    if (isOne)
+    const bool isValid = isTrue || word == "false" || word == "0";
+    if (isValid)
         value = isTrue;
-    return isOne;
+    return isValid;
 }
 
 template <class Number>
@@ -152,11 +156,11 @@ bool read(const QString& text, Number& value)
     const std::string digits = asciiOf(text);
     const char* const end = digits.data() + digits.size();
     Number number{};
-    const auto [at, error] = std::from_chars(digits.data(), end, number);
-    const bool isOne = error == std::errc() && at == end;
-    if (isOne)
+    const auto [stop, error] = std::from_chars(digits.data(), end, number);
+    const bool isValid = error == std::errc() && stop == end;
+    if (isValid)
         value = number;
-    return isOne;
+    return isValid;
 }
 
 template <class Number>

@@ -1,4 +1,4 @@
-// Converts texts, names and numbers at the layer's interface.
+// Converts and checks the texts, names and numbers that callers pass or read.
 
 #pragma once
 
@@ -11,33 +11,36 @@
 namespace kel::detail
 {
 
-/// A converted text, or what was wrong with the argument.
+/// A converted text, or the reason why the argument is invalid.
 struct Converted
 {
     QString text;
-    const char* fault = nullptr;
+    const char* fault = nullptr; ///< the reason; null if the text is valid
 };
 
-/// Converts a text without changing it. Faults are invalid UTF-8, wide units that are not characters, and
-/// zeros.
+/// Converts a text without changing any character. Refuses invalid UTF-8, wide units that are not characters,
+/// and zeros.
 Converted convert(TextView text);
 
-/// Like `convert`. \throw Error for a fault
+/// Converts a text like `convert`. \throw Error if it is invalid
 QString toText(TextView text);
 
-/// Like `toText`. \throw Error also for characters that XML does not allow, because no parser would read them
+/// Converts a text for a node or an attribute, like `toText`. \throw Error also if it contains characters
+/// that XML does not allow, because no parser would read them
 QString toContent(TextView text);
 
-/// Like `toContent`, but replaces wide units that are not characters by U+FFFD, as the filer does.
+/// Converts a text like `toContent`, but replaces wide units that are not characters by U+FFFD, as the filer
+/// does.
 QString toCharacters(TextView text);
 
-/// Like `toText`. \throw Error also for a text that Qt's parser would not read as a name
+/// Converts a name like `toText`. \throw Error also if Qt's parser would not read it as a name
 QString toName(TextView name);
 
 /// Escapes control characters in a path or a name, so that a message stays on one line.
 std::string inOneLine(const std::string& text);
 
-/// \return whether the text is a value of the target's type; if not, the target is unchanged
+/// Reads a text as the type of the target, and stores the result there.
+/// \return whether the text is valid for that type; if not, the target is unchanged
 bool assign(const QString& text, Target target);
 
 } // namespace kel::detail

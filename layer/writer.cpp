@@ -1,5 +1,4 @@
-// The writer: Qt writes to a string, which goes to a new file in pieces. The new file replaces the old one
-// once it is complete.
+// Writes XML with Qt's writer. Qt writes into a buffer, which is flushed to the new file when it is full.
 
 #include "KelXmlLib/kel/writer.h"
 
@@ -21,10 +20,10 @@ struct Writer::State
     State(const std::filesystem::path& path, bool indent) : file(path.native())
     {
         writer.setAutoFormatting(indent);
-        text = QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
+        buffer = QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
     }
 
-    /// \throw Error unless an element is open
+    /// \throw Error if no element is open
     void requireElement(const char* action) const
     {
         requireFile(action);
@@ -32,23 +31,24 @@ struct Writer::State
             detail::refuse(action, "no element is open");
     }
 
+    /// \throw Error after `close`
     void requireFile(const char* action) const
     {
         if (isClosed)
             detail::refuse(action, "the file is closed");
     }
 
-    /// Calls Qt's writer and passes on its output. After a failure every call fails, because a part of the
-    /// file is missing.
+    /// Calls Qt's writer, and flushes the buffer when it is full. After a failure, every call fails with the
+    /// same exception, because a part of the file is missing.
     template <class Write>
-    void change(Write write)
+    void callWriter(Write write)
     {
         if (failure)
             std::rethrow_exception(failure);
         try {
             write(writer);
-            constexpr int kPiece = 32 * 1024;
-            if (text.size() >= kPiece)
+            constexpr int kBufferSize = 32 * 1024;
+            if (buffer.size() >= kBufferSize)
                 flush();
         } catch (...) {
             failure = std::current_exception();
@@ -58,54 +58,55 @@ struct Writer::State
 
     void flush()
     {
-        file.write(text.toUtf8());
-        text.truncate(0);
+        file.write(buffer.toUtf8());
+        buffer.truncate(0); // keeps the memory
     }
 
     std::size_t begin(TextView name)
     {
         constexpr const char* kAction = "writing an element";
         requireFile(kAction);
-        if (open.empty() && serials > 0)
+        if (open.empty() && lastSerial > 0)
             detail::refuse(kAction, detail::reason::kSecondRoot);
         const QString tagName = detail::toName(name);
-        change([&](QXmlStreamWriter& to) {
-            open.push_back(++serials);
+        callWriter([&](QXmlStreamWriter& to) {
+            open.push_back(++lastSerial);
             to.writeStartElement(tagName);
         });
         isInStartTag = true;
         attributes.clear();
-        return serials;
+        return lastSerial;
     }
 
-    /// Writes content of the innermost element.
+    /// Calls Qt's writer for anything but an attribute, so the start tag is complete.
     template <class Write>
-    void put(Write write)
+    void writeContent(Write write)
     {
         isInStartTag = false;
-        change(write);
+        callWriter(write);
     }
 
-    /// A parser would turn a plain carriage return into a line feed.
-    void putText(const QString& content)
+    /// Writes a text, with a character reference for each carriage return, because parsers read a plain
+    /// carriage return as a line feed.
+    void writeText(const QString& content)
     {
-        put([&](QXmlStreamWriter& to) {
+        writeContent([&](QXmlStreamWriter& to) {
             int start = 0;
             for (int end = 0; (end = content.indexOf(u'\r', start)) >= 0; start = end + 1) {
                 to.writeCharacters(content.mid(start, end - start));
                 to.writeEntityReference(QLatin1String("#xd"));
             }
-            to.writeCharacters(start == 0 ? content
-                                          : content.mid(start)); // last: Qt indents after references
+            // Even if nothing is left: otherwise Qt would indent the end tag, because it follows a reference.
+            to.writeCharacters(start == 0 ? content : content.mid(start));
         });
     }
 
     bool isOpen(std::size_t serial) const { return std::binary_search(open.begin(), open.end(), serial); }
 
-    /// Ends an element and all open elements in it.
+    /// Ends an element and all open elements inside.
     void end(std::size_t serial)
     {
-        put([&](QXmlStreamWriter& to) {
+        writeContent([&](QXmlStreamWriter& to) {
             for (; isOpen(serial); open.pop_back())
                 to.writeEndElement();
         });
@@ -115,9 +116,9 @@ struct Writer::State
     {
         if (isClosed)
             return;
-        if (serials == 0)
+        if (lastSerial == 0)
             detail::refuse("closing a file", "it has no root element");
-        put([&](QXmlStreamWriter& to) {
+        writeContent([&](QXmlStreamWriter& to) {
             to.writeEndDocument();
             flush();
             file.commit();
@@ -125,6 +126,7 @@ struct Writer::State
         discard();
     }
 
+    /// Refuses all further calls. `file` discards its content when it is destroyed, unless it was committed.
     void discard() noexcept
     {
         isClosed = true;
@@ -132,15 +134,15 @@ struct Writer::State
     }
 
     detail::SavedFile file;
-    QString text;
-    QXmlStreamWriter writer{&text};
-    std::vector<std::size_t> open; ///< serial numbers of elements, ascending
-    std::size_t serials = 0;
-    bool isInStartTag = false;
-    QSet<QString> attributes; ///< of the element whose start tag is being written
+    QString buffer;
+    QXmlStreamWriter writer{&buffer};
+    std::vector<std::size_t> open; ///< the serial numbers of the open elements, ascending
+    std::size_t lastSerial = 0;    ///< how many elements were begun
+    bool isInStartTag = false;     ///< whether the innermost element can still get attributes
+    QSet<QString> attributes;      ///< the names in that start tag
     bool isClosed = false;
-    std::exception_ptr failure;
-    const int exceptions = std::uncaught_exceptions();
+    std::exception_ptr failure; ///< the first failure
+    const int exceptionsAtStart = std::uncaught_exceptions();
 };
 
 Writer::Element::Element(std::shared_ptr<State> state, std::size_t serial) noexcept
@@ -153,7 +155,7 @@ Writer::Element::~Element()
         return;
     try {
         m_state->end(m_serial);
-    } catch (...) { // `close` throws it again
+    } catch (...) { // a destructor must not throw; `close` throws the exception again
     }
 }
 
@@ -168,7 +170,7 @@ Writer::Element& Writer::Element::attribute(TextView name, const Value& value)
     if (state.attributes.contains(attributeName))
         detail::refuse(kAction, "the element has it already");
     state.attributes.insert(attributeName);
-    state.change([&](QXmlStreamWriter& to) { to.writeAttribute(attributeName, text); });
+    state.callWriter([&](QXmlStreamWriter& to) { to.writeAttribute(attributeName, text); });
     return *this;
 }
 
@@ -179,9 +181,9 @@ Writer::Writer(const std::filesystem::path& path, bool indent)
 Writer::~Writer()
 {
     try {
-        if (std::uncaught_exceptions() == m_state->exceptions)
+        if (std::uncaught_exceptions() == m_state->exceptionsAtStart)
             m_state->close();
-    } catch (...) { // a call of `close` would report it
+    } catch (...) { // a destructor must not throw
     }
     m_state->discard();
 }
@@ -196,7 +198,7 @@ void Writer::element(TextView name, const Value& text)
     const QString content = detail::toCharacters(text.text());
     const std::size_t serial = m_state->begin(name);
     if (!content.isEmpty())
-        m_state->putText(content);
+        m_state->writeText(content);
     m_state->end(serial);
 }
 
@@ -204,14 +206,14 @@ void Writer::text(const Value& text)
 {
     m_state->requireElement("writing a text");
     const QString content = detail::toCharacters(text.text());
-    m_state->putText(content);
+    m_state->writeText(content);
 }
 
 void Writer::cdata(TextView text)
 {
     m_state->requireElement("writing a CDATA section");
     const QString content = detail::toCharacters(text);
-    m_state->put([&](QXmlStreamWriter& to) { to.writeCDATA(content); });
+    m_state->writeContent([&](QXmlStreamWriter& to) { to.writeCDATA(content); });
 }
 
 void Writer::comment(TextView text)
@@ -220,7 +222,7 @@ void Writer::comment(TextView text)
     m_state->requireFile(kAction);
     const QString content = detail::toCharacters(text);
     detail::requireComment(content, kAction);
-    m_state->put([&](QXmlStreamWriter& to) { to.writeComment(content); });
+    m_state->writeContent([&](QXmlStreamWriter& to) { to.writeComment(content); });
 }
 
 void Writer::instruction(TextView target, TextView data)
@@ -230,9 +232,9 @@ void Writer::instruction(TextView target, TextView data)
     const QString name = detail::toName(target);
     const QString content = detail::toCharacters(data);
     detail::requireWithout("?>", content, kAction, detail::reason::kInstruction);
-    if (detail::isDeclaration(name)) // the writer has written one
+    if (detail::isDeclaration(name)) // the constructor has written it
         detail::refuse(kAction, detail::reason::kDeclaration);
-    m_state->put([&](QXmlStreamWriter& to) { to.writeProcessingInstruction(name, content); });
+    m_state->writeContent([&](QXmlStreamWriter& to) { to.writeProcessingInstruction(name, content); });
 }
 
 void Writer::close()
