@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Reaches a document by name alone.
+"""Creates and changes a document with calls by name only.
 
-The script needs only ctypes: it calls IDispatch through the object's vtable, like any host in a language without C++
-headers. It makes the same changes as the example in the README, sets a text, and prints the result.
+The script needs only ctypes. It calls IDispatch through the object's vtable, as a host in any language without C++
+headers would. It loads a document, sets the same attributes as the C++ example in the README, sets a text, and prints
+the result.
 """
 
 import argparse
@@ -12,7 +13,7 @@ import sys
 
 VT_I4, VT_BSTR, VT_DISPATCH, VT_BOOL = 3, 8, 9, 11
 METHOD_OR_GET, PUT = 1 | 2, 4
-VALUE_OF_A_PUT = -3  # the name of the value in a property put
+PROPERTY_PUT = -3  # must be the name of the value that a put sets
 
 
 class Guid(ctypes.Structure):
@@ -25,7 +26,7 @@ class Variant(ctypes.Structure):
 
     _anonymous_ = ["value"]
     _fields_ = [("vt", ctypes.c_uint16), ("reserved", ctypes.c_uint16 * 3), ("value", Value),
-                ("more", ctypes.c_void_p)]
+                ("padding", ctypes.c_void_p)]
 
 
 class Parameters(ctypes.Structure):
@@ -37,7 +38,7 @@ def slot(number, *types):
     return number, ctypes.CFUNCTYPE(ctypes.c_int32, ctypes.c_void_p, *types)
 
 
-# Slots of the vtable, with the types of their arguments after the object.
+# Vtable slots, with the types of their arguments. The first argument, the object itself, is left out.
 RELEASE = slot(2)
 GET_IDS_OF_NAMES = slot(5, ctypes.POINTER(Guid), ctypes.POINTER(ctypes.c_wchar_p), ctypes.c_uint32, ctypes.c_uint32,
                         ctypes.POINTER(ctypes.c_int32))
@@ -46,17 +47,18 @@ INVOKE = slot(6, ctypes.c_int32, ctypes.POINTER(Guid), ctypes.c_uint32, ctypes.c
 
 
 class Failure(Exception):
-    """A member failed or could not do its work."""
+    """A call failed or did nothing."""
 
 
 def check(result, what):
+    """Returns whether the call returned S_OK, raises Failure for an error code."""
     if result < 0:
         raise Failure(f"{what}: 0x{result & 0xFFFFFFFF:08X}")
     return result == 0
 
 
 class Library:
-    """Loads and attaches the two libraries and registers the type library."""
+    """Loads the two libraries, attaches the XML library, and registers its type library."""
 
     def __init__(self, directory=None):
         def load(name):
@@ -68,14 +70,15 @@ class Library:
         self.com.SysFreeString.argtypes = [ctypes.c_void_p]
         self.xml = load("libKelXmlLib.so.1")
         self.xml.DllMain(None, 1, None)
-        # The C++ name of KelTypelib::RegisterTypeLib(const GUID&, const wchar_t*).
+        # The mangled name of KelTypelib::RegisterTypeLib(const GUID&, const wchar_t*).
         register = self.com._ZN10KelTypelib15RegisterTypeLibERK4GUIDPKw
         register.argtypes = [ctypes.c_void_p, ctypes.c_wchar_p]
-        place = os.path.join(self._directory(), "KelXmlLib-1", "xmldom.tlb")
-        check(register(ctypes.byref(self._identifier("LIBID_MSXML")), place), "registering " + place)
+        path = os.path.join(self._directory(), "KelXmlLib-1", "xmldom.tlb")
+        check(register(ctypes.byref(self._identifier("LIBID_MSXML")), path), "registering " + path)
 
     @staticmethod
     def _directory():
+        """Finds the directory from which the XML library was loaded."""
         with open("/proc/self/maps", encoding="utf-8") as maps:
             return next(os.path.dirname(line.split(maxsplit=5)[5]) for line in maps if "/libKelXmlLib.so.1" in line)
 
@@ -87,14 +90,14 @@ class Library:
         pointer = ctypes.c_void_p()
         check(self.xml.DllGetClassObject(ctypes.byref(self._identifier("CLSID_DOMDocument")),
                                          ctypes.byref(self._identifier("IID_IDispatch")), ctypes.byref(pointer)),
-              "making a document")
+              "creating a document")
         return Object(self, pointer.value)
 
 
 class Object:
-    """Owns one reference to an object and releases it.
+    """Owns one reference to an object, and calls its members by name.
 
-    Members are reached by name: `node.call("cloneNode", True)`, `node.call("nodeName")`, `node.put("text", "Tides")`.
+    Examples: `node.call("cloneNode", True)`, `node.call("nodeName")`, `node.put("text", "Tides")`.
     """
 
     def __init__(self, library, pointer):
@@ -110,13 +113,13 @@ class Object:
         return function(table[number])(self._pointer, *arguments)
 
     def call(self, name, *arguments):
-        """Calls a method or reads a property."""
+        """Calls a method or reads a property, and returns its result."""
         result = Variant()
         self._invoke(name, METHOD_OR_GET, arguments, result)
         return self._from_variant(result)
 
     def do(self, name, *arguments):
-        """Calls a method whose only result is whether it did its work."""
+        """Calls a method without a result. Raises Failure if the method did nothing."""
         if not self._invoke(name, METHOD_OR_GET, arguments):
             raise Failure(name + ": could not be done")
 
@@ -125,11 +128,11 @@ class Object:
         self._invoke(name, PUT, [value])
 
     def _invoke(self, name, flags, arguments, result=None):
-        """Returns whether the member returned S_OK rather than S_FALSE."""
+        """Calls a member. Returns whether the member returned S_OK rather than S_FALSE."""
         identifier = ctypes.c_int32()
         check(self._call_slot(GET_IDS_OF_NAMES, Guid(), ctypes.c_wchar_p(name), 1, 0, identifier), name)
         values = (Variant * len(arguments))(*map(self._to_variant, reversed(arguments)))
-        names = (ctypes.c_int32 * 1)(VALUE_OF_A_PUT)
+        names = (ctypes.c_int32 * 1)(PROPERTY_PUT)
         parameters = Parameters(values, names, len(arguments), 1 if flags == PUT else 0)
         try:
             return check(self._call_slot(INVOKE, identifier, Guid(), 0, flags, parameters, result, None, None), name)
@@ -164,8 +167,8 @@ class Object:
 
 
 def main():
-    parser = argparse.ArgumentParser(description="Makes a document through IDispatch alone, and prints what is in it.")
-    parser.add_argument("directory", nargs="?", help="where the libraries are, if not where the system looks for them")
+    parser = argparse.ArgumentParser(description="Creates a document with calls by name only, and prints its content.")
+    parser.add_argument("directory", nargs="?", help="directory of the libraries, unless the system finds them")
     parser.add_argument("-o", metavar="FILE", dest="output", help="save the document as FILE")
     options = parser.parse_args()
 

@@ -1,33 +1,33 @@
-// merge RESULT FILE... - puts several documents into one, and continues after a bad one.
+// merge RESULT FILE... - merges several documents into one, and skips files that cannot be loaded or added.
 
 #include <KelXmlLib/kel.h>
 
 #include <iostream>
 
-int main(int count, char** words)
+int main(int count, char** arguments)
 try {
     if (count < 2) {
         std::cerr << "usage: merge RESULT FILE...\n";
         return 2;
     }
-    int bad = 0;
+    int failures = 0;
     kel::Document merged("merged");
     for (int index = 2; index < count; ++index)
         try {
-            const auto document = kel::Document::load(words[index]);
-            kel::Element part = kel::Document("part").root(); // moves only when it is complete
-            part.setAttribute("from", words[index]);
+            const auto document = kel::Document::load(arguments[index]);
+            kel::Element part = kel::Document("part").root(); // is moved to `merged` once it is complete
+            part.setAttribute("from", arguments[index]);
             part.append(document.root());
             merged.root().append(part);
-        } catch (const kel::LoadError& error) { // which names the file
+        } catch (const kel::LoadError& error) { // the message names the file
             std::cerr << error.what() << '\n';
-            ++bad;
+            ++failures;
         } catch (const kel::Error& error) {
-            std::cerr << words[index] << ": " << error.what() << '\n';
-            ++bad;
+            std::cerr << arguments[index] << ": " << error.what() << '\n';
+            ++failures;
         }
-    merged.save(words[1]);
-    return bad != 0 ? 1 : 0;
+    merged.save(arguments[1]);
+    return failures != 0 ? 1 : 0;
 } catch (const kel::Error& error) {
     std::cerr << error.what() << '\n';
     return 1;

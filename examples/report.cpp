@@ -1,4 +1,4 @@
-// report FILE REPORT - adds up the readings in FILE by station and writes a report.
+// report FILE REPORT - reads the rain readings in FILE, and writes the sums for each station to REPORT.
 
 #include <KelXmlLib/kel.h>
 
@@ -17,13 +17,13 @@ struct Sum
 
 } // namespace
 
-int main(int count, char** words)
+int main(int count, char** arguments)
 try {
     if (count != 3) {
         std::cerr << "usage: report FILE REPORT\n";
         return 2;
     }
-    const auto document = kel::Document::load(words[1]);
+    const auto document = kel::Document::load(arguments[1]);
     std::map<std::string, Sum> sums;
     for (const kel::Element& reading : document.root().children("reading")) {
         Sum& sum = sums[reading.attribute("station", "unknown")];
@@ -33,7 +33,7 @@ try {
             sum.letters += remark.text().size();
     }
 
-    kel::Writer report(words[2]);
+    kel::Writer report(arguments[2]);
     auto root = report.element("report");
     for (const auto& [name, sum] : sums) {
         auto station = report.element("station");

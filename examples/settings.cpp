@@ -1,5 +1,5 @@
-// settings FILE - reads a program's settings with defaults, remembers the last three files that were opened,
-// and writes the settings back. Built with the library installed:
+// settings FILE - reads a program's settings with defaults, changes some, adds a file to the list of the last
+// three opened files, and writes the settings back. To build it with the installed library:
 //
 //   c++ -std=c++17 settings.cpp $(pkg-config --cflags --libs KelXmlLib)
 
@@ -9,9 +9,9 @@
 #include <filesystem>
 #include <iostream>
 
-int main(int count, char** words)
+int main(int count, char** arguments)
 try {
-    const std::filesystem::path path = count > 1 ? words[1] : "settings.xml";
+    const std::filesystem::path path = count > 1 ? arguments[1] : "settings.xml";
     kel::Document settings = exists(path) ? kel::Document::load(path) : kel::Document("settings");
     kel::Element root = settings.root();
 
@@ -29,7 +29,7 @@ try {
         recent.remove(recent.child("file"));
     recent.append("file", "/home/anna/notes.txt");
     settings.save(path);
-} catch (const std::exception& error) { // also of std::filesystem
+} catch (const std::exception& error) { // includes the errors of std::filesystem
     std::cerr << error.what() << '\n';
     return 1;
 }
