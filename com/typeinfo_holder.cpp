@@ -1,25 +1,17 @@
-// Loads an interface's type information from the registered type library, and looks up names in a cache.
+// Loads an interface's type information from the registered type library, and implements IDispatch with it.
+
+#include "com/description_ptr.h"
 
 #include "KelComWrapper/typelib.h"
 #include "KelXmlLib/dispatch_impl.h"
 #include "KelXmlLib/guids.h"
 
-#include <cwchar>
-#include <new>
 #include <utility>
+
+using kelxml::com::DescriptionPtr;
 
 namespace
 {
-
-/// Releases a description through the type information that returned it.
-struct ReleaseDescription
-{
-    void operator()(TYPEATTR* attributes) const { typeInfo->ReleaseTypeAttr(attributes); }
-    void operator()(FUNCDESC* function) const { typeInfo->ReleaseFuncDesc(function); }
-    ITypeInfo* typeInfo;
-};
-template <class Description>
-using DescriptionPtr = std::unique_ptr<Description, ReleaseDescription>;
 
 /// The number of vtable slots of each interface, including those of IDispatch.
 constexpr std::pair<const GUID*, std::size_t> kSlots[] = {
@@ -63,40 +55,6 @@ HRESULT CComTypeInfoHolder::GetTI(LCID)
     return LoadNameCache(m_pInfo.get());
 }
 
-HRESULT CComTypeInfoHolder::LoadNameCache(ITypeInfo* typeInfo)
-{
-    TYPEATTR* borrowed = nullptr;
-    if (FAILED(typeInfo->GetTypeAttr(&borrowed)))
-        return S_OK;
-    const DescriptionPtr<TYPEATTR> attributes(borrowed, {typeInfo}); // released after all functions
-
-    m_pMap.reset();
-    m_nCount = attributes->cFuncs;
-    if (m_nCount == 0)
-        return S_OK;
-    std::unique_ptr<NameEntry[]> map(new (std::nothrow) NameEntry[attributes->cFuncs]);
-    if (!map)
-        return E_OUTOFMEMORY;
-    for (WORD index = 0; index < attributes->cFuncs; ++index)
-        readName(*typeInfo, index, map[index]);
-    m_pMap = std::move(map);
-    return S_OK;
-}
-
-void CComTypeInfoHolder::readName(ITypeInfo& typeInfo, UINT index, NameEntry& entry)
-{
-    FUNCDESC* borrowed = nullptr;
-    if (FAILED(typeInfo.GetFuncDesc(index, &borrowed)))
-        return;
-    kel::Bstr name; // declared first, so that it is freed after the function is released
-    const DescriptionPtr<FUNCDESC> function(borrowed, {&typeInfo});
-    if (FAILED(typeInfo.GetDocumentation(function->memid, name.put(), nullptr, nullptr, nullptr)))
-        return;
-    entry.length = static_cast<std::int32_t>(name.length());
-    entry.identifier = function->memid;
-    entry.name = std::move(name);
-}
-
 HRESULT CComTypeInfoHolder::GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo)
 {
     if (index != 0)
@@ -133,18 +91,4 @@ HRESULT CComTypeInfoHolder::Invoke(IDispatch* object, DISPID member, LCID locale
 HRESULT CComTypeInfoHolder::ensureLoaded(LCID locale)
 {
     return m_pInfo && m_pMap ? S_OK : GetTI(locale);
-}
-
-const CComTypeInfoHolder::NameEntry* CComTypeInfoHolder::findName(const wchar_t* name) const noexcept
-{
-    if (!m_pMap)
-        return nullptr;
-    const std::int32_t length = lstrlenW(name);
-    for (std::int32_t index = m_nCount - 1; index >= 0; --index) {
-        const NameEntry& entry = m_pMap[static_cast<std::size_t>(index)];
-        if (entry.length == length && entry.name &&
-            std::wmemcmp(entry.name.get(), name, static_cast<std::size_t>(length)) == 0)
-            return &entry;
-    }
-    return nullptr;
 }

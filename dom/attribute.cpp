@@ -7,7 +7,7 @@
 #include "dom/mutation.h"
 #include "dom/navigation.h"
 #include "dom/wrap.h"
-#include "trees/tree.h"
+#include "trees/safe_changes.h"
 
 using namespace kelxml;
 using dom::refTo;

@@ -4,7 +4,7 @@
 
 #include "qt/default_floating_point.h"
 #include "text/strings.h"
-#include "trees/tree.h"
+#include "trees/safe_changes.h"
 
 namespace kelxml::dom
 {

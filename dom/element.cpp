@@ -9,7 +9,7 @@
 #include "dom/navigation.h"
 #include "dom/wrap.h"
 #include "text/strings.h"
-#include "trees/tree.h"
+#include "trees/safe_changes.h"
 
 using namespace kelxml;
 using dom::refTo;

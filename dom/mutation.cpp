@@ -6,7 +6,7 @@
 
 #include "dom/child.h"
 #include "dom/wrap.h"
-#include "trees/tree.h"
+#include "trees/safe_changes.h"
 
 namespace kelxml::dom
 {

@@ -4,8 +4,8 @@
 #include "layer/refuse.h"
 #include "layer/selection.h"
 #include "layer/text.h"
-#include "trees/edit.h"
-#include "trees/tree.h"
+#include "trees/reported_changes.h"
+#include "trees/safe_changes.h"
 
 namespace kel
 {

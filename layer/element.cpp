@@ -7,8 +7,8 @@
 #include "layer/refuse.h"
 #include "layer/text.h"
 #include "serialize/attributes.h"
-#include "trees/edit.h"
-#include "trees/tree.h"
+#include "trees/reported_changes.h"
+#include "trees/safe_changes.h"
 
 #include <algorithm>
 

@@ -9,8 +9,8 @@
 #include "layer/options.h"
 #include "layer/refuse.h"
 #include "layer/text.h"
-#include "trees/edit.h"
-#include "trees/tree.h"
+#include "trees/reported_changes.h"
+#include "trees/safe_changes.h"
 
 #include <memory>
 #include <new>

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "trees/edit.h"
+#include "trees/reported_changes.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 // Guards against destroyed documents are enabled lazily. Hosts that never mix nodes of two documents pay only
 // for the checks in `appendChild`.
 
-#include "trees/tree.h"
+#include "trees/safe_changes.h"
 
 #include "lists/live_list.h"
 #include "qt/movable_node.h"

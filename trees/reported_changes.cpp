@@ -1,10 +1,10 @@
-// `trees/tree` makes each change; the tree then shows whether it was made. Qt is called directly only to move
-// children within one parent.
+// `trees/safe_changes` makes each change; the tree then shows whether it was made. Qt is called directly only
+// to move children within one parent.
 
-#include "trees/edit.h"
+#include "trees/reported_changes.h"
 
 #include "qt/movable_node.h"
-#include "trees/tree.h"
+#include "trees/safe_changes.h"
 
 namespace kelxml::trees
 {

@@ -1,5 +1,5 @@
 // Changes of a tree that report why they were refused, and changes that the COM interfaces lack. All use
-// `trees/tree`.
+// `trees/safe_changes`.
 
 #pragma once
 
