@@ -51,7 +51,7 @@ class Failure(Exception):
 
 
 def check(result, what):
-    """Returns whether the call returned S_OK, raises Failure for an error code."""
+    """Returns whether the call returned S_OK. Raises Failure for an error code."""
     if result < 0:
         raise Failure(f"{what}: 0x{result & 0xFFFFFFFF:08X}")
     return result == 0

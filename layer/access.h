@@ -26,7 +26,7 @@ struct State
     kelxml::qt::MovableNode node;
 };
 
-/// A friend of the layer's classes.
+/// Reads and creates the private state of the layer's values.
 struct Access
 {
     static const State& of(const Node& value) noexcept

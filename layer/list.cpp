@@ -13,7 +13,7 @@ namespace kel::detail
 
 using kelxml::qt::MovableNode;
 
-/// Nodes by their address. Each is kept alive, so that no new node gets the same address.
+/// The nodes, by their address. They are kept alive, so that no new node gets the same address.
 struct MovedNodes
 {
     std::unordered_map<const void*, Node> nodes;

@@ -1,4 +1,4 @@
-// Refuses a path before any system call if file names cannot represent it.
+// Refuses a path that cannot be a file name, before any system call.
 
 #include "layer/saving.h"
 

@@ -96,7 +96,7 @@ struct Writer::State
                 to.writeCharacters(content.mid(start, end - start));
                 to.writeEntityReference(QLatin1String("#xd"));
             }
-            // Even if nothing is left: otherwise Qt would indent the end tag, because it follows a reference.
+            // Called even if no text is left: otherwise Qt would indent the end tag after a reference.
             to.writeCharacters(start == 0 ? content : content.mid(start));
         });
     }

@@ -70,6 +70,6 @@ private:
     BSTR m_text = nullptr;
 };
 
-static_assert(sizeof(Bstr) == sizeof(BSTR), "takes the place of a BSTR in a structure");
+static_assert(sizeof(Bstr) == sizeof(BSTR), "a structure may have a Bstr in place of a BSTR");
 
 } // namespace kel

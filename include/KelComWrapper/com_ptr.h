@@ -1,5 +1,5 @@
 /// \file
-/// A smart pointer to a COM object, which owns one reference to it.
+/// A smart pointer that owns one reference to a COM object.
 
 #pragma once
 
@@ -36,7 +36,7 @@ public:
     }
     ~ComPtr() { reset(); }
 
-    /// Takes over a reference that the caller owns, such as one from an out-parameter. Adds none.
+    /// Takes over a reference that the caller owns, such as from an out-parameter. Adds no other one.
     static ComPtr adopt(T* object) noexcept
     {
         ComPtr pointer;
@@ -72,6 +72,6 @@ private:
     T* m_object = nullptr;
 };
 
-static_assert(sizeof(ComPtr<int>) == sizeof(void*), "takes the place of a pointer in a structure");
+static_assert(sizeof(ComPtr<int>) == sizeof(void*), "a structure may have a ComPtr in place of a pointer");
 
 } // namespace kel

@@ -1,5 +1,5 @@
 /// \file
-/// Turns an `HRESULT` into an exception, for callers who prefer exceptions. The C++ layer throws them too.
+/// Turns an `HRESULT` into an exception for callers who prefer one. The C++ layer throws the same class.
 
 #pragma once
 

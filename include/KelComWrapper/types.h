@@ -121,4 +121,4 @@ constexpr DISPID DISPID_VALUE = 0;        ///< the default member: `item` of the
 constexpr DISPID DISPID_UNKNOWN = -1;     ///< returned for an unknown name
 constexpr DISPID DISPID_PROPERTYPUT = -3; ///< names the value of a property put
 constexpr DISPID DISPID_NEWENUM = -4;     ///< `_newEnum` of the collections
-constexpr MEMBERID MEMBERID_NIL = -1;     ///< stands for the interface instead of a member
+constexpr MEMBERID MEMBERID_NIL = -1;     ///< means the interface itself, not a member

@@ -109,4 +109,4 @@ struct VARIANT
     };
 };
 
-static_assert(sizeof(VARIANT) == 24, "the published 64-bit size; passed by value as such");
+static_assert(sizeof(VARIANT) == 24, "the published size for 64 bits, which calls by value rely on");

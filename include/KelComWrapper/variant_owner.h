@@ -197,6 +197,6 @@ private:
     VARIANT m_value{};
 };
 
-static_assert(sizeof(Variant) == sizeof(VARIANT), "takes the place of a VARIANT in an array");
+static_assert(sizeof(Variant) == sizeof(VARIANT), "an array may have a Variant in place of a VARIANT");
 
 } // namespace kel

@@ -68,7 +68,8 @@ private:
     std::unique_ptr<NameEntry[]> m_pMap;
     std::int32_t m_nCount = 0;
 };
-static_assert(sizeof(CComTypeInfoHolder) == 56, "the holder is the first member of every object");
+static_assert(sizeof(CComTypeInfoHolder) == 56,
+              "every object begins with the holder, so its size is part of their layout");
 
 /// Implements the IDispatch methods of `Interface` with a `Holder`. The library defines the methods, and
 /// instantiates them for its six interfaces.

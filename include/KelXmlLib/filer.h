@@ -4,8 +4,8 @@
 ///
 /// - Status 0 means that the arguments are valid. It does not mean that the disk has the data: file errors
 ///   are never reported.
-/// - Every write operation returns `eStatusInvalidArgument` and writes nothing if an argument breaks a rule
-///   that its comment gives. Otherwise it returns `eStatusAccepted`. "Missing" means null or empty.
+/// - Every write operation returns `eStatusInvalidArgument` and writes nothing if an argument does not meet
+///   the requirement in its comment. Otherwise it returns `eStatusAccepted`. "Missing" means null or empty.
 /// - Strings are read up to their first zero, and copied. A wide character that is half a surrogate pair or
 ///   above U+10FFFF is written as U+FFFD.
 /// - Threads: use a filer from one thread at a time.

@@ -19,8 +19,8 @@ class KEL_EXPORT KelXmlFilerWrapper final : public IKelXmlFiler
 public:
     /// Opens a file for writing, and truncates an existing file. If the file cannot be opened, this is not
     /// reported: the filer accepts every write operation but writes nothing. The filer does not open a path
-    /// that file names cannot represent. Late in the process's exit, once Qt's codecs are destroyed, it opens
-    /// no file at all.
+    /// with characters that file names cannot have. Late in the process's exit, once Qt's codecs are
+    /// destroyed, it opens no file at all.
     /// \param path the path of the file, which is copied. If it is null or empty, the filer has no file, and
     ///        `indent()` returns 0
     /// \param encoding not used: the file is always UTF-8

@@ -5,7 +5,7 @@
 /// - Strings: a string argument is read up to its first zero character. The caller frees each returned BSTR
 ///   with `SysFreeString`. A `VARIANT` that receives a result is overwritten; its earlier content is not
 ///   freed.
-/// - Objects: a returned object carries one reference, which the caller releases.
+/// - Objects: the caller owns one reference to each returned object, and releases it.
 /// - Outputs: a method writes its out-parameters last, and only if it returns `S_OK`, unless its comment says
 ///   otherwise. If an out-pointer is null and its comment does not allow null, the method does nothing and
 ///   returns `S_FALSE`.

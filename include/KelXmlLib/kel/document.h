@@ -23,7 +23,7 @@ public:
     /// \param rootName the tag name of the root element
     /// \throw Error if the name is invalid
     explicit Document(TextView rootName);
-    /// Refers to the document of a COM object. Changes through either are visible through both.
+    /// Refers to the document of a COM object. The COM object and this value see each other's changes.
     /// \throw Error if the object belongs to another library
     explicit Document(IXMLDOMDocument& document);
 
@@ -41,8 +41,8 @@ public:
 
     /// Writes the document to a file, in the encoding that its XML declaration names, or in UTF-8. An
     /// existing file is replaced only once the new file is complete. The new file has the permissions of the
-    /// old one. Symbolic links to the file stay, but its other hard links keep the old content. If no file
-    /// can be created in the directory, an existing file is overwritten in place.
+    /// old one. Symbolic links to the file stay. Other hard links to it keep the old content. If no file can
+    /// be created in the directory, an existing file is overwritten in place.
     /// \param path in UTF-8
     /// \param options see `SaveOptions`
     /// \throw SaveError, also if the document is empty; an existing file is then unchanged
