@@ -17,7 +17,7 @@ namespace
 {
 
 /// Whether `object` is of the class with `vtable`. False for a derived class, which has its own vtable.
-bool has(const void* object, const void* const* vtable)
+bool hasVtable(const void* object, const void* const* vtable)
 {
     const void* found = nullptr;
     std::memcpy(&found, object, sizeof found);
@@ -36,15 +36,15 @@ NodeRef refAs(IXMLDOMNode* child)
 
 std::optional<Child> recognise(IXMLDOMNode* child)
 {
-    if (has(child, kElementVtable))
+    if (hasVtable(child, kElementVtable))
         return Child{refAs<CMorvXMLDOMElement>(child), NODE_ELEMENT};
-    if (has(child, kNodeVtable)) {
+    if (hasVtable(child, kNodeVtable)) {
         const NodeRef ref = refAs<CMorvXMLDOMNode>(child);
         return Child{ref, static_cast<DOMNodeType>(ref.node.nodeType())};
     }
-    if (has(child, kAttributeVtable))
+    if (hasVtable(child, kAttributeVtable))
         return Child{refAs<CMorvXMLDOMAttribute>(child), NODE_ATTRIBUTE};
-    if (has(child, kDocumentVtable))
+    if (hasVtable(child, kDocumentVtable))
         return Child{refAs<CMorvXMLDOMDocument>(child), NODE_DOCUMENT};
     return std::nullopt;
 }

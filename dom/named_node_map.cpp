@@ -37,7 +37,7 @@ HRESULT CMorvXMLDOMNamedNodeMap::getNamedItem(BSTR name, IXMLDOMNode** node)
 /// read again when a caller asks for the first item, and when the cache no longer matches the map.
 QDomNode CMorvXMLDOMNamedNodeMap::itemAt(LONG index)
 {
-    if (m_map.length() <= serialize::kMostInQtOrder)
+    if (m_map.length() <= serialize::kMaxInQtOrder)
         return m_map.item(index);
     const auto at = static_cast<std::size_t>(index);
     if (at == 0 || m_items.size() != static_cast<std::size_t>(m_map.length()) ||

@@ -45,7 +45,7 @@ HRESULT hasChildNodes(const NodeRef& self, VARIANT_BOOL* hasChildren)
 {
     if (!hasChildren)
         return S_FALSE;
-    *hasChildren = self.node.hasChildNodes() ? 1 : 0; // 1, not VARIANT_TRUE
+    *hasChildren = self.node.hasChildNodes() ? 1 : 0; // not VARIANT_TRUE, which is -1
     return S_OK;
 }
 

@@ -1,5 +1,5 @@
-// Each new object gets an owner document object of its own. Both refer to the Qt document of the object
-// through which the caller reached the node.
+// Each new object gets an owner document object of its own. The new object and its owner document object
+// refer to the Qt document of the object through which the caller reached the node.
 
 #include "dom/wrap.h"
 

@@ -13,8 +13,8 @@
 namespace kelxml::files
 {
 
-/// Whether Qt's text codecs still exist. The process destroys them at exit. Destructors of global objects
-/// that run later must not open files.
+/// Whether Qt's text codecs still exist. The process destroys them at exit. A destructor that runs later,
+/// such as one of a global object, must not open a file.
 bool hasCodecs();
 
 /// A checked path from a caller of the COM interfaces or of the filer. Qt opens exactly the file that the

@@ -1,6 +1,6 @@
 // A list that caches nodes is registered under the node whose children or descendants it lists. Before nodes
-// are inserted or removed, the caches of their parent's lists are dropped. If elements are among them, the
-// lists by tag name of all ancestors are looked up too. A change costs nothing for the lists of other nodes.
+// are inserted or removed, the caches of their parent's lists are dropped. If the nodes include elements, the
+// ancestors' lists by tag name are looked up too. The lists of other nodes do not slow down a change.
 
 #include "lists/live_list.h"
 

@@ -47,7 +47,7 @@ private:
     ListOrigin m_origin;
     std::vector<qt::MovableNode> m_nodes; ///< the cached nodes, from the start of the list
     bool m_isComplete = false;            ///< all nodes of the list are cached
-    bool m_isCached = false;              ///< nodes may be cached, and the list is registered
+    bool m_isCached = false;              ///< the list is registered, and `m_nodes` is valid
 };
 
 /// Call this before inserting `node` below `parent`, and before removing it from `parent`. Drops the caches

@@ -14,7 +14,7 @@ bool CharacterStream::refill()
     }
     if (m_span.at == m_span.end) {
         m_piece = m_nextPiece();
-        m_span = of(m_piece, false);
+        m_span = spanOf(m_piece, false);
         if (m_piece.isEmpty())
             finish();
     }

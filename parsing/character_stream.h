@@ -33,7 +33,7 @@ public:
         return isEnd(c) ? finish() : c;
     }
 
-    /// Skips characters until `stops` is true for one. Reads and returns this character too.
+    /// Reads characters until `stops` returns true for one. Returns this character, or `kEnd`.
     template <typename Stops>
     char16_t skipUntil(Stops stops)
     {
@@ -43,15 +43,14 @@ public:
         return c;
     }
 
-    /// Skips characters until it finds one of `Stops`. Reads and returns this character too.
+    /// Reads characters until it finds one of `Stops`. Returns this character, or `kEnd`.
     template <char16_t... Stops>
     char16_t seek()
     {
         return seek<Stops...>([](QStringView) {});
     }
 
-    /// Skips and reads like `seek()`. Passes the skipped characters to `passed`, many at a time. Does not
-    /// pass the returned character.
+    /// Reads like `seek()`. Passes all characters before the returned one to `passed`, many at a time.
     template <char16_t... Stops, typename Passed>
     char16_t seek(Passed passed)
     {
@@ -72,7 +71,7 @@ public:
     {
         m_pendingOutside = pending();
         m_outer.push_back(m_span);
-        m_span = of(text, literal);
+        m_span = spanOf(text, literal);
     }
 
     /// Number of open splices. As in the parser, a splice stays open until the character after it is read.
@@ -92,7 +91,7 @@ private:
         bool literal = false;
     };
 
-    static Span of(QStringView text, bool literal)
+    static Span spanOf(QStringView text, bool literal)
     {
         return {text.utf16(), text.utf16() + text.size(), literal};
     }

@@ -26,11 +26,11 @@ void removeContent(QDomDocument& document)
 
 /// \param content a text or a device
 template <class Content>
-ParseResult parseWithin(const Prescan& seen, QDomDocument& document, Content&& content)
+ParseResult parseWithin(const Prescan& scan, QDomDocument& document, Content&& content)
 {
-    if (!seen.isWithinLimits())
-        return {ParseFailure::BeyondLimit, seen.exceeded};
-    if (!limits::hasRoomToParse(seen.nesting))
+    if (!scan.isWithinLimits())
+        return {ParseFailure::BeyondLimit, scan.exceeded};
+    if (!limits::hasRoomToParse(scan.nesting))
         return {ParseFailure::BeyondLimit, limits::Limit::Stack};
     lists::invalidateContent(document);
     removeContent(document);

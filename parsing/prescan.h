@@ -27,8 +27,8 @@ struct Prescan
 };
 
 /// Scans a text. Follows the parser, not the XML standard: it splices in the value of an entity even if the
-/// value opens or closes elements of the text around it. Stops after the document element. Stops earlier if
-/// the text exceeds a limit or has an error at which the parser stops too. Takes linear time. Needs memory
+/// value has a start tag without its end tag, or the reverse. Stops after the document element. Stops earlier
+/// if the text exceeds a limit or has an error at which the parser stops too. Takes linear time. Needs memory
 /// only for the entities.
 Prescan prescan(const QString& text);
 

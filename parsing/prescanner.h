@@ -116,8 +116,8 @@ inline bool breaksReference(char16_t c)
     return isSpace(c) || isQuote(c) || c == u'<' || c == u'>' || c == u'&' || c == CharacterStream::kEnd;
 }
 
-/// Skips characters until it finds one of `Stops` outside quotes. Reads and returns this character too. Calls
-/// `quoted` for each quoted value. If `quoted` returns false, stops and returns the end mark.
+/// Reads characters until it finds one of `Stops` outside quotes. Returns this character, or `kEnd`. Calls
+/// `quoted` for each quoted value. If `quoted` returns false, stops and returns `kEnd`.
 template <char16_t... Stops>
 char16_t Prescanner::seekUnquoted(bool (Prescanner::*quoted)(char16_t))
 {

@@ -140,8 +140,8 @@ bool Prescanner::entityValue(char16_t quote, QString& value)
             return c == quote && m_exceeded == limits::Limit::None;
         if (c == u'%' ? !parameterReference(true) : c == u'&' && !referenceInValue(value))
             return false;
-        // When the parser splices a parameter entity into a quoted value, it replaces the entity's quotes by
-        // references.
+        // When the parser splices a parameter entity into a quoted value, it replaces the quotes in the
+        // entity's text by references.
         if (isQuote(c) && m_in.isLiteral())
             addToValue(value, c == u'"' ? QStringView(u"&quot;") : QStringView(u"&apos;"));
         else if (isQuote(c))

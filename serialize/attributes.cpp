@@ -21,8 +21,8 @@ std::vector<QDomNode> itemsOf(const QDomNamedNodeMap& map)
     return items;
 }
 
-/// Saves a copy of `element` without its children. \return the text of the tag after the element's name and
-/// the declaration of its namespace
+/// Saves a copy of `element` without its children. \return the part of the tag after the element's name and
+/// its namespace declaration
 QString attributesAsText(const QDomElement& element)
 {
     QDomElement copy = element.cloneNode(false).toElement();
@@ -61,7 +61,7 @@ std::vector<QDomNode> attributesOf(const QDomElement& element)
 std::vector<QDomNode> attributesInQtOrder(const QDomElement& element)
 {
     const QDomNamedNodeMap map = element.attributes();
-    return map.count() <= kMostInQtOrder ? itemsOf(map) : attributesOf(element);
+    return map.count() <= kMaxInQtOrder ? itemsOf(map) : attributesOf(element);
 }
 
 } // namespace kelxml::serialize

@@ -10,7 +10,7 @@ namespace kelxml::serialize
 {
 
 /// Maximum number of items that are read in Qt's order. This takes quadratic time: 20 ms for the maximum.
-constexpr int kMostInQtOrder = 2000;
+constexpr int kMaxInQtOrder = 2000;
 
 /// Returns all attributes in an arbitrary order. A loop over `QDomNamedNodeMap::item` would take quadratic
 /// time, because each call iterates over Qt's hash from the start.
@@ -18,7 +18,8 @@ constexpr int kMostInQtOrder = 2000;
 /// \throw std::bad_alloc
 std::vector<QDomNode> attributesOf(const QDomElement& element);
 
-/// Returns all attributes, in the order in which Qt saves them if there are at most `kMostInQtOrder`.
+/// Returns all attributes. If there are at most `kMaxInQtOrder`, they are in the order in which Qt saves
+/// them.
 std::vector<QDomNode> attributesInQtOrder(const QDomElement& element);
 
 } // namespace kelxml::serialize

@@ -41,7 +41,7 @@ std::vector<qt::MovableNode> declarationsIn(const QDomNamedNodeMap& map, const Q
                                             AttributeOrder order)
 {
     std::vector<qt::MovableNode> nodes;
-    if (order == AttributeOrder::ofQt && map.count() <= kMostInQtOrder)
+    if (order == AttributeOrder::ofQt && map.count() <= kMaxInQtOrder)
         for (int index = 0; index < map.count(); ++index)
             nodes.emplace_back(map.item(index));
     else

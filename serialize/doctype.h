@@ -12,7 +12,7 @@ class QDomNotation;
 namespace kelxml::serialize
 {
 
-/// Writes nothing for a type without a name, such as the null type of a document without one.
+/// Writes nothing for a type without a name, such as the null type of a document that has no document type.
 /// \param order the order in which the notations and the entities are written
 void writeDoctype(const QDomDocumentType& type, AttributeOrder order, Output& output);
 

@@ -54,7 +54,7 @@ bool Output::isPlain(char16_t unit)
 {
     Unit& known = m_units[unit];
     if (known == Unit::unknown)
-        known = canEncode(unit) ? Unit::plain : Unit::impossible;
+        known = canEncode(unit) ? Unit::plain : Unit::unencodable;
     return known == Unit::plain;
 }
 
@@ -83,7 +83,7 @@ bool Output::isEscaped(char16_t unit, Escapes escapes, std::size_t start) const
 
 void Output::putSpecial(char16_t unit, Escapes escapes, std::size_t start)
 {
-    const bool isEncodable = m_units[unit] != Unit::impossible;
+    const bool isEncodable = m_units[unit] != Unit::unencodable;
     if (isEncodable && !isEscaped(unit, escapes, start) && canEncode(unit))
         m_text += unit;
     else if (unit == u'<')

@@ -55,10 +55,10 @@ private:
     /// How a UTF-16 unit is written. Cached, because a codec needs up to a microsecond to check whether it
     /// can encode a unit.
     enum class Unit : std::uint8_t {
-        unknown,    ///< not checked yet
-        plain,      ///< never escaped
-        special,    ///< escaped in some contexts
-        impossible, ///< the encoding cannot represent it
+        unknown,     ///< not checked yet
+        plain,       ///< never escaped
+        special,     ///< escaped in some contexts
+        unencodable, ///< the encoding cannot represent it
     };
     static constexpr std::size_t kPiece = 16'384;
 

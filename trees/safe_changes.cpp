@@ -29,7 +29,8 @@ qt::MovableNode topOf(const QDomNode& node)
 
 /// Makes `document` the document of a tree whose topmost node `top` has no parent. The links of `top` may
 /// dangle, and only Qt's `replaceChild` overwrites them without following them. So this function creates an
-/// element in `document`, lets `top` replace its child, and then removes `top` from it.
+/// element with a child in `document`, replaces the child with `top`, and then removes `top` from the
+/// element.
 void moveInto(QDomDocument document, const QDomNode& top)
 {
     QDomElement temporaryParent = document.createElement(QStringLiteral("parent"));

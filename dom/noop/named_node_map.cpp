@@ -1,4 +1,4 @@
-// No-ops of the named node map: each returns S_OK and writes nothing, outputs included.
+// No-ops of the named node map: each returns S_OK and leaves its outputs unchanged.
 // To implement one, move its line to dom/named_node_map.cpp.
 
 #include "KelXmlLib/named_node_map.h"

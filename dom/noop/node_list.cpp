@@ -1,4 +1,4 @@
-// No-ops of the node list: each returns S_OK and writes nothing, outputs included.
+// No-ops of the node list: each returns S_OK and leaves its outputs unchanged.
 // To implement one, move its line to dom/node_list.cpp.
 
 #include "KelXmlLib/node_list.h"
