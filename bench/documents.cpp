@@ -1,4 +1,4 @@
-// Whole documents: loading, saving, and writing one with the filer.
+// Whole documents: loading, saving, and writing with the filer.
 
 #include "host.h"
 #include "rows.h"
@@ -16,7 +16,7 @@ namespace bench
 namespace
 {
 
-constexpr int kIndent = 4; // the library's
+constexpr int kIndent = 4; // as the library indents
 
 Pair load(const QString& path)
 {
@@ -73,7 +73,6 @@ Pair save(const Size& size)
             1};
 }
 
-/// How many elements a record has.
 constexpr std::int64_t kElementsPerRecord = 2;
 
 void writeRecords(IKelXmlFiler& filer, std::size_t count)

@@ -1,4 +1,4 @@
-// The calls here check every result, so that the rows need not.
+// These functions check the result of every call, so the rows do not have to.
 
 #include "host.h"
 
@@ -32,7 +32,7 @@ QString inputFileOf(const QString& name, const QString& record, std::int64_t byt
                     .toUtf8();
     text += "</catalogue>\n";
     QFile file(path);
-    require(file.open(QIODevice::WriteOnly) && file.write(text) == text.size(), "writing an input");
+    require(file.open(QIODevice::WriteOnly) && file.write(text) == text.size(), "writing an input file");
     return path;
 }
 
@@ -55,7 +55,7 @@ ComPtr<IXMLDOMDocument> newDocument()
     static const int isAttached = DllMain(nullptr, 1, nullptr);
     void* document = nullptr;
     require(isAttached && DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &document) == S_OK,
-            "making a document");
+            "creating a document");
     return ComPtr<IXMLDOMDocument>::adopt(static_cast<IXMLDOMDocument*>(document));
 }
 
@@ -90,7 +90,7 @@ ComPtr<IXMLDOMDocument> loadedByLibrary(const QString& path)
 ComPtr<IXMLDOMElement> rootOf(IXMLDOMDocument& document)
 {
     ComPtr<IXMLDOMElement> root;
-    require(document.get_documentElement(root.put()) == S_OK, "the document element");
+    require(document.get_documentElement(root.put()) == S_OK, "asking for the document element");
     return root;
 }
 
@@ -100,7 +100,7 @@ ComPtr<IXMLDOMElement> newElement(IXMLDOMDocument& document, const Bstr& name)
     type.vt = VT_I4;
     type.lVal = NODE_ELEMENT;
     IXMLDOMNode* node = nullptr;
-    require(document.createNode(type, name.get(), nullptr, &node) == S_OK, "making an element");
+    require(document.createNode(type, name.get(), nullptr, &node) == S_OK, "creating an element");
     return ComPtr<IXMLDOMElement>::adopt(static_cast<IXMLDOMElement*>(node));
 }
 
@@ -159,7 +159,7 @@ QString inputFileOfTags(std::int64_t bytes)
 QString outputFile(const QString& name)
 {
     static const QTemporaryDir directory;
-    require(directory.isValid(), "a temporary directory");
+    require(directory.isValid(), "creating a temporary directory");
     return directory.filePath(name);
 }
 

@@ -1,4 +1,4 @@
-// The library as a host uses it, and the same documents, trees and texts for both sides.
+// Calls to the library, as a host makes them, and documents, trees and texts that both sides use.
 
 #pragma once
 
@@ -23,10 +23,11 @@ using kel::ComPtr;
 /// Registers the type library, for calls by name.
 void registerTypeLibrary();
 
-/// Checks that a call worked: a benchmark of failed calls would measure nothing. \throw std::runtime_error
-void require(bool works, const char* what);
+/// Checks that a call has succeeded, because failed calls would be measured as fast ones.
+/// \throw std::runtime_error with the name of the action
+void require(bool succeeded, const char* action);
 
-/// A new, empty document.
+/// A document without a tree.
 ComPtr<IXMLDOMDocument> newDocument();
 ComPtr<IXMLDOMDocument> documentOf(const QString& xml);
 /// The node at an index of a list or a map; null beyond the end.
@@ -39,7 +40,7 @@ ComPtr<IXMLDOMNode> itemOf(List& list, LONG index)
 }
 ComPtr<IXMLDOMNodeList> childrenOf(IXMLDOMNode& node);
 ComPtr<IXMLDOMNamedNodeMap> attributesOf(IXMLDOMNode& node);
-/// The node as an element, which the caller knows it to be.
+/// Casts without a check. The caller knows that the node is an element.
 inline ComPtr<IXMLDOMElement> asElement(const ComPtr<IXMLDOMNode>& node)
 {
     return ComPtr<IXMLDOMElement>(static_cast<IXMLDOMElement*>(node.get()));
@@ -57,7 +58,7 @@ inline VARIANT variantOf(const Bstr& text)
     return value;
 }
 
-/// Takes over the BSTR that a getter wrote to a zeroed VARIANT; null if it wrote none.
+/// Owns the BSTR that a getter wrote to a zeroed VARIANT; null if the getter wrote nothing.
 inline Bstr taken(const VARIANT& value)
 {
     Bstr text;
@@ -72,7 +73,7 @@ struct LibraryDocument
     ComPtr<IXMLDOMDocument> document = newDocument();
 };
 
-/// One text in the forms in which a program may have it.
+/// The same text in the forms that a program can have: for the interfaces, as its own string, and for Qt.
 struct Text
 {
     explicit Text(const QString& text) : bstr(bstrOf(text)), wide(text.toStdWString()), ready(text) {}
@@ -94,22 +95,22 @@ struct Names
 };
 const Names& names();
 
-/// The texts repeat after a thousand; each has a few words.
+/// A text of a few words. There are a thousand of them; after these, they repeat.
 const Text& textAt(std::size_t index);
 
-/// Creates a file with a document of slightly more than `bytes`: a mix of elements, attributes, short and
-/// long text, and characters beyond ASCII. For 0 bytes, the MIME database. \return its path; the file is
-/// deleted at exit
+/// Creates a file with slightly more than this number of bytes: a document with elements, attributes, short
+/// and long texts, and characters beyond ASCII. \return the path; the file is deleted at exit. For 0, the
+/// path of the MIME database
 QString inputFile(std::int64_t bytes);
-/// The same with hardly anything but tags.
+/// Creates a file that contains almost only tags. \return its path
 QString inputFileOfTags(std::int64_t bytes);
-/// A path to write to; the file is deleted at exit.
+/// The path of a temporary file, which is deleted at exit.
 QString outputFile(const QString& name);
 
-/// A root with `count` children, each of which has two attributes and a text.
+/// The text of a document whose root has `count` children. Each child has two attributes and a text.
 QString flatTree(std::int64_t count);
 
-/// That tree, with the wrappers or handles of its children, and another document to append to.
+/// `flatTree` in the library, with the wrappers of the children, and a second document to append to.
 struct LibraryTree
 {
     explicit LibraryTree(std::int64_t count);
@@ -118,10 +119,10 @@ struct LibraryTree
     ComPtr<IXMLDOMElement> root;
     ComPtr<IXMLDOMElement> otherRoot;
     std::vector<ComPtr<IXMLDOMElement>> elements;
-    std::vector<ComPtr<IXMLDOMNamedNodeMap>>
-        maps; ///< attribute maps of the elements; filled by rows that need them
+    std::vector<ComPtr<IXMLDOMNamedNodeMap>> maps; ///< of the elements; filled by the rows that need them
 };
 
+/// `flatTree` in Qt, with the handles of the children, and a second document to append to.
 struct QtTree
 {
     explicit QtTree(std::int64_t count);
@@ -133,7 +134,7 @@ struct QtTree
     std::vector<QDomNamedNodeMap> maps;
 };
 
-/// Work that gets a new `Library` or `Qt` at each turn. \param arguments for the constructor
+/// Pairs two works. Each turn gets a new `Library` or `Qt`. \param arguments for their constructors
 template <class Library, class Qt, class Work, class QtWork, class... Arguments>
 Pair onFresh(std::int64_t items, Work work, QtWork qtWork, Arguments... arguments)
 {

@@ -1,4 +1,4 @@
-// Calls by name. The other side makes the same call through the vtable.
+// Calls by name, compared with the same calls through the vtable.
 
 #include "host.h"
 #include "rows.h"
@@ -16,7 +16,7 @@ DISPID identifierOf(IDispatch& object, wchar_t* name)
     return identifier;
 }
 
-/// Repeats a call on one element. \param call returns an amount
+/// Repeats a call on one element. \param call makes the call by name and returns an amount
 template <class Call, class ByVtable>
 Pair calls(const Size& size, Call call, ByVtable byVtable)
 {

@@ -1,4 +1,4 @@
-// Reading through the C++ layer. Names are UTF-8 constants, and texts become std::string on both sides.
+// Reads through the C++ layer. Names are UTF-8 constants, and both sides return texts as std::string.
 
 #include "host.h"
 #include "rows.h"
@@ -11,7 +11,7 @@ namespace bench
 namespace
 {
 
-/// A root with `count` elements that have an attribute and a text.
+/// The text of a document whose root has `count` elements. Each element has an attribute and a text.
 QString textOfRecords(std::int64_t count)
 {
     QString xml = QStringLiteral("<records>");
@@ -20,8 +20,9 @@ QString textOfRecords(std::int64_t count)
     return xml + QStringLiteral("</records>");
 }
 
-/// \param read reads something from one element of the layer
-/// \param readByQt does the same with one of Qt's
+/// A row that reads the same from each record.
+/// \param read reads from an element of the layer and returns an amount
+/// \param readByQt does the same with an element of Qt
 template <class Read, class ReadByQt>
 Row overRecords(const char* name, Read read, ReadByQt readByQt)
 {

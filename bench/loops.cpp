@@ -1,4 +1,4 @@
-// Loops that change each node they read, over elements found by name or over children.
+// Loops over lists that change each node of the list: elements found by name, or children.
 
 #include "host.h"
 #include "rows.h"
@@ -13,7 +13,6 @@ namespace bench
 namespace
 {
 
-/// The change made to each element.
 enum class Change { SetAttribute, SetNewAttribute, PutText, CloneToOther, AppendNew };
 
 void change(LibraryTree& tree, IXMLDOMElement& found, Change kind, const Text& text)
@@ -49,7 +48,7 @@ void change(QtTree& tree, QDomElement found, Change kind, const Text& text)
 
 enum class Found { ByName, AsChildren, AsBoth };
 
-/// The lists that are read in step: one or two.
+/// The lists of a loop: one, or two that it reads alternately.
 std::vector<ComPtr<IXMLDOMNodeList>> listsOf(const LibraryTree& tree, Found found)
 {
     std::vector<ComPtr<IXMLDOMNodeList>> lists;
@@ -72,7 +71,7 @@ std::vector<QDomNodeList> listsOf(const QtTree& tree, Found found)
 
 enum class Read { ByNextNode, ByIndex };
 
-/// \return whether there is another node
+/// Reads the next node of a list. \return whether there is one
 bool readNext(IXMLDOMNodeList& list, Read read, LONG index, ComPtr<IXMLDOMNode>& node)
 {
     if (read == Read::ByNextNode)
@@ -107,7 +106,8 @@ std::uint64_t loop(QtTree& tree, Found found, Change kind)
     }
 }
 
-/// The loop of a Qt programmer who knows the cost of the loop above: collects all elements before any change.
+/// Collects all elements before any change, because the loop above is slow with Qt: each change makes Qt
+/// re-read the list.
 std::uint64_t loopFoundFirst(QtTree& tree, Found found, Change kind)
 {
     const auto lists = listsOf(tree, found);
@@ -120,7 +120,8 @@ std::uint64_t loopFoundFirst(QtTree& tree, Found found, Change kind)
     return elements.size() / lists.size();
 }
 
-/// Compares the loop while another thread does the same to its own document, with the loop alone.
+/// Compares two loops: one runs alone, the other while a second thread runs the same loop on its own
+/// document.
 Pair twoThreads(const Size& size)
 {
     const auto work = [](LibraryTree& tree) {
@@ -132,7 +133,7 @@ Pair twoThreads(const Size& size)
         return met;
     };
     const auto together = [=](LibraryTree& tree) {
-        std::promise<void> started; // waiting for it costs this thread no CPU time
+        std::promise<void> started; // waiting for a promise takes no CPU time
         std::atomic<bool> isDone = false;
         std::thread other([&] {
             LibraryTree others(size.value);
@@ -148,8 +149,8 @@ Pair twoThreads(const Size& size)
     return onFresh<LibraryTree, LibraryTree>(size.value, together, work, size.value);
 }
 
-/// Adds two rows: reading by `nextNode`, compared with Qt; and by index, compared with Qt when all elements
-/// are collected first.
+/// Adds two rows. The first reads with `nextNode`, and Qt runs the same loop. The second reads by index, and
+/// Qt collects all elements first.
 void addRows(std::vector<Row>& rows, const std::string& name, Found found, Change kind)
 {
     const auto work = [=](auto& tree) { return loop(tree, found, kind); };

@@ -1,5 +1,5 @@
-// Memory: the peak use of a piece of work, through the library and with Qt directly, and the size of a live
-// object compared with Qt's handle. Prints a line for each.
+// Measures memory: the peak of the same work through the library and with Qt alone, and the size of a live
+// node object and of a handle of Qt. Prints a line for each comparison.
 
 #include "host.h"
 #include "rows.h"
@@ -16,7 +16,7 @@ namespace bench
 namespace
 {
 
-/// A figure of this process from the kernel, in kilobytes.
+/// A figure about this process in /proc/self/status, in kilobytes.
 double kilobytes(const std::string& figure)
 {
     std::ifstream status("/proc/self/status");
@@ -27,11 +27,11 @@ double kilobytes(const std::string& figure)
     return 0;
 }
 
-/// The peak memory of the work, above what the process used before. \return megabytes
+/// The peak memory of the work, without the memory that the process used before. \return megabytes
 double peakOf(const Side& side)
 {
     side.prepare();
-    malloc_trim(0); // otherwise the work would reuse memory that was freed before
+    malloc_trim(0); // otherwise the work could reuse freed memory, which would not count
     require(static_cast<bool>(std::ofstream("/proc/self/clear_refs") << "5" << std::flush),
             "resetting a peak");
     const double before = kilobytes("VmRSS");
@@ -50,7 +50,7 @@ void printPeak(const Row& row, const Size& size, SideOfPair side)
     if (child == 0) {
         std::printf(",%.1f", peakOf(row.make(size).*side));
         std::fflush(stdout);
-        _exit(0); // keeps the files, which belong to the parent
+        _exit(0); // without deleting the files, which the parent still needs
     }
     int status = 0;
     require(waitpid(child, &status, 0) == child && status == 0, "a measured peak");
@@ -60,10 +60,10 @@ void printPeaks(const std::vector<Row>& rows)
 {
     for (const Row& row : rows) {
         for (const Size& size : row.sizes) {
-            // Other rows build their trees before the measurement.
+            // Only these rows build their trees during the measurement.
             if (size.name != "10 MB" && row.name + size.name != "building from nothing100000")
                 continue;
-            inputFile(size.value); // create it first, so that all processes read the same file
+            inputFile(size.value); // created now, so that all processes read the same file
             std::printf("%s,%s", row.name.c_str(), size.name.c_str());
             printPeak(row, size, &Pair::library);
             printPeak(row, size, &Pair::direct);
@@ -72,8 +72,8 @@ void printPeaks(const std::vector<Row>& rows)
     }
 }
 
-/// \param make creates one more object
-/// \return the bytes of one object, including what it allocates
+/// \param make creates an object
+/// \return the size of an object in bytes, including its allocations
 template <class Make>
 std::size_t bytesOf(Make make)
 {

@@ -1,7 +1,7 @@
-// A row of the tables: one piece of work, done through the library and with Qt directly.
+// A row of the tables: the same work, done through the library and with Qt alone.
 //
-// Both sides read and return text in a host's form, with 32-bit characters: where the library makes a BSTR,
-// the other side makes a std::wstring. Names are constants in a program, so both sides have them ready.
+// Both sides read and return text as a host needs it, with 32-bit characters: for each BSTR of the library,
+// the other side makes a std::wstring. Names are constants in most programs, so neither side converts them.
 
 #pragma once
 
@@ -15,26 +15,26 @@ namespace bench
 
 struct Side
 {
-    /// The work to measure. Returns an amount (nodes visited, characters read, bytes written), which must be
-    /// the same on both sides.
+    /// The measured work. Returns an amount, such as nodes visited or bytes written, which must be the same
+    /// on both sides.
     std::function<std::uint64_t()> work;
-    /// Runs before each turn and is not measured.
+    /// Runs before each turn, without being measured.
     std::function<void()> prepare = [] {};
 };
 
 struct Pair
 {
     Side library;
-    Side direct;        ///< with Qt; for a call by name, through the vtable
-    std::int64_t items; ///< how many calls, nodes or documents the work has
+    Side direct;        ///< with Qt alone; for a call by name, through the vtable
+    std::int64_t items; ///< the number of calls, nodes or documents in the work
 };
 
 struct Size
 {
     std::string name;
     std::int64_t value;         ///< nodes or bytes; 0 for the MIME database
-    int turns;                  ///< how many turns both sides take in one run
-    bool isLibraryOnly = false; ///< Qt would take too long, or another row measures it
+    int turns;                  ///< the number of times that each side does its work
+    bool isLibraryOnly = false; ///< not measured with Qt: too slow, or already in another row
 };
 
 struct Row
@@ -42,8 +42,8 @@ struct Row
     std::string name;
     std::vector<Size> sizes;
     std::function<Pair(const Size&)> make;
-    double maxRatio = 0; ///< the most time the library may take, relative to the other side; 0 for no bound
-    double maxNanoseconds = 0; ///< the most time an item may take; 0 for no bound
+    double maxRatio = 0;       ///< the longest allowed time, relative to the other side; 0 for no limit
+    double maxNanoseconds = 0; ///< the longest allowed time of an item; 0 for no limit
 };
 
 std::vector<Row> documentRows();

@@ -1,4 +1,4 @@
-// Trees as text, in memory: our serializer compared with Qt's, for a document and for one element's
+// Serializes trees in memory, with our serializer and with Qt's: whole documents, and one element with many
 // attributes.
 
 #include "host.h"

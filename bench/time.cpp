@@ -1,4 +1,4 @@
-// Runs both sides of every row in alternating order.
+// Measures the time of every row. Both sides take turns, and the side that begins changes with each turn.
 
 #include "host.h"
 #include "rows.h"
@@ -16,7 +16,7 @@ namespace bench
 namespace
 {
 
-/// CPU time of this thread alone; other work on the machine is not counted.
+/// The CPU time of this thread, which excludes other work on the machine.
 double cpuSeconds()
 {
     timespec now{};
@@ -24,22 +24,23 @@ double cpuSeconds()
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
-/// Makes the allocator sort and join freed memory now. Otherwise the first large allocation in the work would
-/// do it, and a load would take twice the time if a tree was freed before.
+/// Makes the allocator sort and join freed memory now. Otherwise, the first large allocation in the work
+/// would do this, and a load after the destruction of a tree would take twice as long.
 void tidyHeap()
 {
     void* const volatile block = std::malloc(1024 * 1024);
     std::free(block);
 }
 
-/// The median, so that one slow turn does not count.
+/// The median, which ignores a single slow turn.
 double median(std::vector<double> values)
 {
     std::sort(values.begin(), values.end());
     return (values[(values.size() - 1) / 2] + values[values.size() / 2]) / 2;
 }
 
-/// \param amount what the side returned in earlier turns and must return again; 0 before its first turn
+/// Runs one side. \param amount the result of earlier turns, which must be the same again; 0 before the first
+/// turn \return the time of the work in seconds
 double turn(const Side& side, std::uint64_t& amount)
 {
     side.prepare();
@@ -47,7 +48,7 @@ double turn(const Side& side, std::uint64_t& amount)
     const double start = cpuSeconds();
     const std::uint64_t now = side.work();
     const double taken = cpuSeconds() - start;
-    require(now > 0 && (amount == 0 || amount == now), "two turns did not do the same");
+    require(now > 0 && (amount == 0 || amount == now), "doing the same in every turn");
     amount = now;
     return taken;
 }
@@ -90,8 +91,8 @@ void measure(benchmark::State& state, const Row& row, const Size& size)
 
 int main(int argc, char** argv)
 {
-    // Keep freed memory in the process. Otherwise a side that returns pages pays to get them back, and the
-    // order decides which side that is.
+    // Keeps freed memory in the process. Otherwise, one side would return pages to the system and the other
+    // would have to get them back, and their order would decide which.
     mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
     mallopt(M_TOP_PAD, 64 * 1024 * 1024);
     mallopt(M_MMAP_MAX, 0);

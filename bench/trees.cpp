@@ -1,4 +1,4 @@
-// Trees: walking, reading, changing and building them.
+// Walks, reads, changes and builds trees.
 
 #include "host.h"
 #include "rows.h"
@@ -9,7 +9,7 @@ namespace bench
 namespace
 {
 
-// Full walks. Amounts are nodes plus characters.
+// Full walks. They return the number of nodes plus the number of characters.
 
 std::uint64_t walkChildren(IXMLDOMNode& node);
 
@@ -96,7 +96,7 @@ std::uint64_t walkSiblings(const QDomNode& node)
     return amount;
 }
 
-// The same for names alone, where lists and objects cost most.
+// Walks that read only names. Here, lists and objects take most of the time.
 
 std::uint64_t walkNames(IXMLDOMNode& node)
 {
@@ -128,7 +128,7 @@ Pair fullWalk(const Size& size, std::uint64_t (*walk)(IXMLDOMNode&), QtWalk qtWa
     return {{[=] { return walk(*ours); }}, {[=] { return qtWalk(qts); }}, 1};
 }
 
-/// Does the same with each element of a tree. \param each returns an amount
+/// A row that calls `each` or `qtEach` with each element of a tree. Both return an amount.
 template <class Each, class QtEach>
 constexpr auto withEach(Each each, QtEach qtEach)
 {
@@ -147,7 +147,7 @@ constexpr auto withEach(Each each, QtEach qtEach)
 
 using Wrapper = const ComPtr<IXMLDOMElement>;
 
-/// Requests the maps in the first turn, which is not measured.
+/// The first turn, which is not measured, requests the maps.
 constexpr auto kGetNamedItem = withEach(
     [](LibraryTree& tree, Wrapper& element, std::size_t index) {
         if (index == tree.maps.size())
@@ -162,7 +162,7 @@ constexpr auto kGetNamedItem = withEach(
         return readAttribute(tree.maps[index].namedItem(names().kind.ready).toAttr());
     });
 
-/// From an element to its text and back.
+/// Goes from an element to its text and back.
 constexpr auto kNavigate = withEach(
     [](LibraryTree&, Wrapper& element, std::size_t) {
         ComPtr<IXMLDOMNode> child;
@@ -181,14 +181,14 @@ constexpr auto kSetAttribute = withEach(
         return true;
     });
 
-/// Moves the element to the end of its own parent.
+/// Moves the element to the end of the children of its parent.
 constexpr auto kAppendChild = withEach(
     [](LibraryTree& tree, Wrapper& element, std::size_t) {
         return tree.root->appendChild(element.get(), nullptr) == S_OK;
     },
     [](QtTree& tree, QDomElement& element, std::size_t) { return !tree.root.appendChild(element).isNull(); });
 
-/// A record is four nodes: an element with an attribute and a child element with a text.
+/// Builds a tree. Each record has four nodes: an element with an attribute, and a child element with a text.
 std::uint64_t build(LibraryDocument& library, std::size_t records)
 {
     IXMLDOMDocument& document = *library.document;
