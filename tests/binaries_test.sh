@@ -1,6 +1,6 @@
 #!/bin/bash
-# binaries_test.sh READELF OBJDUMP HARDENED FOLDER... - how every program and library in the folders is loaded, read from
-# the files themselves. HARDENED says whether the compiler was asked for its part as well: sanitizers do without it.
+# binaries_test.sh READELF OBJDUMP HARDENED FOLDER... - every program and library in the folders is loaded safely. If
+# HARDENED is yes, the compiler must have hardened the code too; builds with sanitizers are not hardened.
 set -eu
 readelf=$1 objdump=$2 hardened=$3
 shift 3
@@ -8,7 +8,7 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 failed=0
 complain() { echo "$*"; failed=1; }
-# An entry point's first instruction allows indirect calls to it.
+# With control-flow protection, the first instruction of a function marks it as a target of indirect calls.
 expect_landing() {
   "$objdump" -d --no-show-raw-insn --disassemble="$2" "$1" >"$work/code"
   grep -A 1 "<$2>:" "$work/code" | grep -qE 'endbr64|bti|paciasp' || complain "$1: $2 has no control-flow protection"
@@ -21,10 +21,10 @@ while IFS= read -r -d '' file; do
   files=$((files + 1))
   "$readelf" -dlW "$file" >"$work/headers"
   paths=$(sed -nE 's/.*\((RUNPATH|RPATH)\).*\[(.*)\].*/:\2:/p' "$work/headers")
-  # The loader takes an empty entry, like a relative one, for the current directory.
+  # The loader takes an empty entry for the current directory. A relative entry depends on it too.
   [[ ! $paths =~ :[^/$] ]] || complain "$file: searches for libraries in '$paths'"
   grep -q GNU_RELRO "$work/headers" || complain "$file: no RELRO"
-  grep -qE '\(FLAGS_1\).*\bNOW\b' "$work/headers" || complain "$file: not bound at once"
+  grep -qE '\(FLAGS_1\).*\bNOW\b' "$work/headers" || complain "$file: binds symbols lazily"
   "$readelf" -W --dyn-syms "$file" >>"$work/imports"
   if [ "$hardened" = yes ]; then
     case $file in
@@ -34,6 +34,6 @@ while IFS= read -r -d '' file; do
   fi
 done < <(find "$@" -type f -print0)
 
-[ "$files" -ge 3 ] || complain "Only $files files to look at in $*"
-[ "$hardened" = no ] || grep -qE ' __[a-z]+_chk(@| |$)' "$work/imports" || complain "No call is checked by _FORTIFY_SOURCE"
+[ "$files" -ge 3 ] || complain "Only $files programs and libraries in $*"
+[ "$hardened" = no ] || grep -qE ' __[a-z]+_chk(@| |$)' "$work/imports" || complain "_FORTIFY_SOURCE checks no call"
 exit $failed

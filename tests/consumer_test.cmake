@@ -1,9 +1,9 @@
-# Installs the build in BUILD into a prefix below WORK, moves the prefix, and has the project in consumer/ built and run
-# from there, by find_package and by pkg-config:
+# Installs the build BUILD to a prefix below WORK and moves the prefix. Then builds and runs programs with the installed
+# library: the project in consumer/ by find_package, and the programs of the pages by pkg-config:
 # cmake -DBUILD=... -DWORK=... -DREADME=... -DCXX=... -DGENERATOR=... -DPKG_CONFIG=... -DBINARIES_TEST=...
 #       -P consumer_test.cmake
 
-# run(COMMAND...): what it prints goes to `output`; it must succeed.
+# run(COMMAND...) runs a command, which must succeed, and stores in `output` what the command prints.
 macro(run)
   execute_process(COMMAND ${ARGN} WORKING_DIRECTORY ${WORK} RESULT_VARIABLE result
                   OUTPUT_VARIABLE output ERROR_VARIABLE errors OUTPUT_STRIP_TRAILING_WHITESPACE)
@@ -20,10 +20,10 @@ file(STRINGS ${BUILD}/install_manifest.txt installed)
 foreach(path IN LISTS installed)
   string(FIND "${path}" "${WORK}/installed/" place)
   if(NOT place EQUAL 0)
-    message(FATAL_ERROR "Installed outside the prefix: ${path}")
+    message(FATAL_ERROR "A file is installed outside the prefix: ${path}")
   endif()
 endforeach()
-# Nothing may know where it was installed first.
+# The installed files must work at another place.
 set(prefix ${WORK}/prefix)
 file(RENAME ${WORK}/installed ${prefix})
 
@@ -35,11 +35,12 @@ run(by-cmake/readme)
 configure_file(${BUILD}/docs/tour/block0.xml ${WORK}/shelf.xml COPYONLY)
 run(by-cmake/tour)
 
-# What the README tells to type and promises to come of it. take_block(LANGUAGE): the next fenced block goes to `text`.
+# The commands of the README must give the results that it shows.
+# take_block(LANGUAGE) stores the next fenced block of this language in `text`.
 file(READ ${README} readme)
 macro(take_block language)
   if(NOT readme MATCHES "\n```${language}\n([^`]*)```(.*)")
-    message(FATAL_ERROR "No ${language} where it is looked for in ${README}")
+    message(FATAL_ERROR "${README} has no further block of ${language}")
   endif()
   set(text "${CMAKE_MATCH_1}")
   set(readme "${CMAKE_MATCH_2}")
@@ -48,7 +49,7 @@ macro(expect_in_block language found)
   take_block(${language})
   string(STRIP "${text}" text)
   if(NOT "${found}" STREQUAL "${text}")
-    message(FATAL_ERROR "The README says\n${text}\nand here it is\n${found}")
+    message(FATAL_ERROR "The README shows\n${text}\ninstead of\n${found}")
   endif()
 endmacro()
 set(ENV{DIR} ${prefix})
@@ -72,7 +73,7 @@ set(ENV{PKG_CONFIG_PATH} ${directory})
 run(${PKG_CONFIG} --variable=libdir KelXmlLib)
 set(libdir ${output})
 if(libdir MATCHES "//")
-  message(FATAL_ERROR "An untidy path: ${libdir}")
+  message(FATAL_ERROR "pkg-config prints a path with //: ${libdir}")
 endif()
 run(${PKG_CONFIG} --variable=typelib KelXmlLib)
 set(typelib ${output})
@@ -88,7 +89,7 @@ run(${BINARIES_TEST} ${prefix})
 file(WRITE ${WORK}/file.xml "<a><b/></a>")
 run(${prefix}/bin/kelxml call file.xml documentElement.firstChild.nodeName)
 if(NOT output STREQUAL "b")
-  message(FATAL_ERROR "The installed kelxml says: ${output}")
+  message(FATAL_ERROR "The installed kelxml prints '${output}' instead of 'b'")
 endif()
 file(GLOB_RECURSE texts ${prefix}/*.pc ${prefix}/*.cmake)
 foreach(text IN LISTS texts)
@@ -97,11 +98,11 @@ foreach(text IN LISTS texts)
     message(FATAL_ERROR "${text} refers to the build folder")
   endif()
 endforeach()
-# An installed page refers to nothing that is not installed.
+# Installed pages refer only to installed files.
 file(GLOB pages ${prefix}/share/doc/*/*.md)
 list(LENGTH pages count)
 if(NOT count EQUAL 8)
-  message(FATAL_ERROR "Installed pages: ${pages}")
+  message(FATAL_ERROR "${count} installed pages instead of 8: ${pages}")
 endif()
 foreach(page IN LISTS pages)
   get_filename_component(directory ${page} DIRECTORY)
@@ -110,7 +111,7 @@ foreach(page IN LISTS pages)
   foreach(reference IN LISTS references)
     string(SUBSTRING ${reference} 1 -1 reference)
     if(NOT EXISTS ${directory}/${reference} AND NOT EXISTS ${prefix}/include/${reference})
-      message(FATAL_ERROR "${page} refers to ${reference}")
+      message(FATAL_ERROR "${page} refers to ${reference}, which is not installed")
     endif()
   endforeach()
 endforeach()

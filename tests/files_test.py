@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""files_test.py KELXML LIBRARIES - which pipes and devices are read, and what is on the disk after a file is replaced, and
-after a failure: who may read it, which links and devices it goes through, and that the old file stays."""
+"""files_test.py KELXML LIBRARIES - how files are read and replaced: pipes and devices, permissions and owners, links, and
+failures, after which the old file stays."""
 import errno
 import os
 import pathlib
@@ -17,7 +17,7 @@ import unittest
 NOBODY, STRANGER = 65534, 1000
 IS_ROOT = os.geteuid() == 0
 place = tempfile.TemporaryDirectory()
-# Where everybody can run it, whoever may enter the build tree.
+# Copies the program, because other users may have no access to the build tree.
 shared = pathlib.Path(place.name)
 shared.chmod(0o755)
 kelxml = shutil.copy(sys.argv[1], shared)
@@ -27,7 +27,7 @@ ENVIRONMENT = os.environ | {'LD_LIBRARY_PATH': str(shared)}
 
 
 def access_list(permissions):
-    """An access control list as the kernel takes it, in which the user 1000 has these permissions."""
+    """Returns an access control list, as the kernel stores it, that gives the user STRANGER these permissions."""
     entries = [(1, 7, -1), (2, permissions, STRANGER), (4, 7, -1), (16, 7, -1), (32, 6, -1)]
     return struct.pack('<I', 2) + b''.join(struct.pack('<HHi', *entry) for entry in entries)
 
@@ -39,32 +39,32 @@ class Files(unittest.TestCase):
         self.top = pathlib.Path(directory.name)
         self.top.chmod(0o777)
         self.file = self.top / 'file'
-        self.addCleanup(lambda: self.assertEqual([], list(self.top.glob('*.kelxml*')), 'nothing is left behind'))
+        self.addCleanup(lambda: self.assertEqual([], list(self.top.glob('*.kelxml*')), 'a temporary file is left'))
 
 
 class Replacing(Files):
     def replace(self, path, text='new', by_nobody=False, most=None, **how):
-        """Has the text written in a document. Returns the reason of a failure, else 0."""
+        """Writes a document with the text to the path. Returns the error number, or 0 for success."""
         source = shared / 'source.xml'
         source.write_text(f'<r>{text}</r>')
         source.chmod(0o644)
         if by_nobody and IS_ROOT:
             how |= {'user': NOBODY, 'group': NOBODY, 'extra_groups': []}
         limit = (lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (most, most))) if most else None
-        # The signal of a file that becomes too long stays ignored.
+        # Python ignores the signal for a file that becomes too long; `restore_signals` keeps it ignored in the child.
         done = subprocess.run([kelxml, 'copy', source, path], env=ENVIRONMENT,
                               stderr=subprocess.PIPE, text=True, preexec_fn=limit, restore_signals=False, **how)
         reasons = [code for code in errno.errorcode if done.stderr.rstrip().endswith(f'{path}: {os.strerror(code)}')]
         self.assertEqual(1 if reasons else 0, done.returncode, done.stderr)
         return reasons[0] if reasons else 0
 
-    def holds(self, path, text):
+    def expect_text(self, path, text):
         self.assertEqual(f'<r>{text}</r>\n', path.read_text())
 
     def permissions(self, path):
         return oct(stat.S_IMODE(path.lstat().st_mode))
 
-    def test_new_files_get_what_the_mask_leaves_and_old_ones_keep_their_permissions_and_links(self):
+    def test_new_files_get_the_permissions_that_the_mask_allows_and_old_files_keep_permissions_and_links(self):
         self.assertEqual(0, self.replace(self.file, umask=0o27))
         self.assertEqual('0o640', self.permissions(self.file))
         self.file.chmod(0o4751)
@@ -72,17 +72,17 @@ class Replacing(Files):
         link.symlink_to('file')
         inode = self.file.stat().st_ino
         self.assertEqual(0, self.replace(link, 'newer'))
-        self.holds(self.file, 'newer')
+        self.expect_text(self.file, 'newer')
         self.assertEqual('0o4751', self.permissions(self.file))
-        self.assertNotEqual(inode, self.file.stat().st_ino, 'replaced, not overwritten')
+        self.assertNotEqual(inode, self.file.stat().st_ino, 'the old file is overwritten')
         self.assertTrue(link.is_symlink())
         dangling.symlink_to('target')
         self.assertEqual(errno.EFBIG, self.replace(dangling, 'x' * 10000, most=4096))
         self.assertEqual({'dangling', 'file', 'link'}, set(os.listdir(self.top)))
         self.assertEqual(0, self.replace(dangling, 'made'))
-        self.holds(self.top / 'target', 'made')
+        self.expect_text(self.top / 'target', 'made')
 
-    def test_what_cannot_be_written_is_refused_with_the_systems_reason(self):
+    def test_a_file_that_cannot_be_written_is_refused_with_the_systems_reason(self):
         self.file.write_text('old')
         self.file.chmod(0o444)
         (self.top / 'loop').symlink_to('loop')
@@ -90,11 +90,11 @@ class Replacing(Files):
                              ('file/x', errno.ENOTDIR), ('loop', errno.ELOOP), ('n' * 256, errno.ENAMETOOLONG),
                              ('/dev/full', errno.ENOSPC), ('/dev/fd/999999', errno.EBADF)):
             self.assertEqual(reason, self.replace(os.path.join(self.top, path)), path)
-        self.assertEqual(errno.EACCES, self.replace(self.file, by_nobody=True), 'a file that is only to be read')
+        self.assertEqual(errno.EACCES, self.replace(self.file, by_nobody=True), 'a read-only file')
         self.assertEqual('old', self.file.read_text())
         self.assertEqual({'file', 'loop'}, set(os.listdir(self.top)))
 
-    def test_a_full_disk_leaves_the_old_file_also_where_it_is_written_in_place(self):
+    def test_a_full_disk_keeps_the_old_file_even_if_it_is_written_in_place(self):
         self.file.write_text('old')
         if IS_ROOT:
             os.chown(self.file, NOBODY, NOBODY)
@@ -106,11 +106,11 @@ class Replacing(Files):
             self.assertEqual(['file'], os.listdir(self.top))
         for text in 'new and longer', 'short':
             self.assertEqual(0, self.replace(self.file, text, by_nobody=True))
-            self.holds(self.file, text)
-        self.assertEqual(inode, self.file.stat().st_ino, 'written in place')
+            self.expect_text(self.file, text)
+        self.assertEqual(inode, self.file.stat().st_ino, 'the file is not written in place')
         self.assertEqual(errno.EACCES, self.replace(self.top / 'none', by_nobody=True))
 
-    def test_access_lists_stay_and_the_directorys_default_is_not_added(self):
+    def test_a_file_keeps_its_access_list_and_does_not_get_the_default_of_the_directory(self):
         plain = self.top / 'plain'
         for path in self.file, plain:
             path.write_text('old')
@@ -124,7 +124,7 @@ class Replacing(Files):
         self.assertEqual('0o660', self.permissions(plain))
 
     @unittest.skipUnless(IS_ROOT, 'only root can make files of other owners')
-    def test_who_could_not_read_the_old_file_cannot_read_the_new_one(self):
+    def test_a_user_who_could_not_read_the_old_file_cannot_read_the_new_one(self):
         for owner, group, before, after_nobody, has_list in (
                 (STRANGER, NOBODY, 0o6776, 0o2776, False), (STRANGER, STRANGER, 0o6776, 0o766, False),
                 (STRANGER, STRANGER, 0o746, 0o744, False), (STRANGER, STRANGER, 0o426, 0o400, False),
@@ -143,7 +143,7 @@ class Replacing(Files):
                 self.assertEqual(0, self.replace(self.file, 'by nobody', by_nobody=True))
                 self.assertEqual((oct(after_nobody), NOBODY), (self.permissions(self.file), self.file.stat().st_uid))
 
-    def test_a_strangers_link_in_a_sticky_directory_is_followed_only_where_the_kernel_follows_it(self):
+    def test_another_users_link_in_a_sticky_directory_is_followed_only_if_the_kernel_follows_it(self):
         sticky = self.top / 'sticky'
         sticky.mkdir()
         sticky.chmod(0o1777)
@@ -161,7 +161,7 @@ class Replacing(Files):
                 expected = errno.EACCES if refusal.errno == errno.EACCES else 0
             self.assertEqual(expected, self.replace(link), target)
             if expected == 0:
-                self.holds(self.top / target, 'new')
+                self.expect_text(self.top / target, 'new')
         self.assertEqual(expected == 0, (self.top / 'none').exists())
 
     def test_pipes_and_descriptors_are_written_directly(self):
@@ -179,13 +179,13 @@ class Replacing(Files):
 
 class Reading(Files):
     def check(self, path):
-        """Has a file loaded. Returns what is wrong with it."""
+        """Checks a file. Returns the reason if it does not load."""
         done = subprocess.run([kelxml, 'check', path], env=ENVIRONMENT, stdout=subprocess.PIPE, text=True)
         return done.stdout.replace(f'{path}:', 'it:', 1).rstrip()
 
     def test_a_pipe_loads_like_a_file(self):
         os.mkfifo(self.file)
-        whole = b'<a>' + b'x' * 300000 + b'</a>'  # longer than a pipe holds, so that the writer waits for the reader
+        whole = b'<a>' + b'x' * 300000 + b'</a>'  # does not fit in a pipe, so the writer waits for the reader
         cut = 'it:1:300007: unexpected end of file'
         for content, answer in (whole, ''), (whole[:-1], cut), (b'', 'it: it is empty'):
             writer = threading.Thread(target=self.file.write_bytes, args=[content])
@@ -193,7 +193,7 @@ class Reading(Files):
             self.assertEqual(answer, self.check(self.file))
             writer.join()
 
-    def test_a_pipe_without_end_is_read_up_to_the_limit(self):
+    def test_an_endless_pipe_is_read_up_to_the_limit(self):
         os.mkfifo(self.file)
         taken = 0
 

@@ -1,5 +1,5 @@
 #!/bin/bash
-# headers_test.sh INCLUDE PKG_CONFIG COMPILER... - every public header compiles without a warning in each C++ from 17 on.
+# headers_test.sh INCLUDE PKG_CONFIG COMPILER... - the public headers compile without warnings in C++17 and newer.
 set -eu
 include=$1 pkg_config=$2
 shift 2
@@ -8,6 +8,6 @@ qt=$("$pkg_config" --cflags Qt5Xml | sed 's/-I/-isystem /g')
 for compiler in "$@"; do
   for standard in 17 20 2b; do
     "$compiler" -x c++ -std=c++$standard -fsyntax-only -fPIC -Wall -Wextra -Wpedantic -Werror -I "$include" $qt - <<<"$headers" ||
-      { echo "with $compiler in C++$standard"; exit 1; }
+      { echo "$compiler rejects a public header in C++$standard"; exit 1; }
   done
 done

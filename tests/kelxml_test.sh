@@ -1,6 +1,6 @@
 #!/bin/bash
-# kelxml_test.sh KELXML VERSION SOURCES - runs the command-line tool: what it answers, what it leaves behind, and that its
-# manual page and completion know every command.
+# kelxml_test.sh KELXML VERSION SOURCES - tests what the command-line tool prints and writes, and that its manual page and
+# completion know every command.
 set -u
 kelxml=$1 version=$2 sources=$3
 work=$(mktemp -d)
@@ -9,11 +9,11 @@ cd "$work" || exit 1
 failures=0
 
 fail() {
-    echo "FAILED: $*"
+    echo "FAILED, line ${BASH_LINENO[-2]}: $*"
     failures=$((failures + 1))
 }
 
-# expect CODE FRAGMENT ARGUMENT... - the exit code, and a part of what either stream gets
+# expect CODE FRAGMENT ARGUMENT... runs kelxml, and expects the exit code and a part of its output or errors.
 expect() {
     local output code
     output=$("$kelxml" "${@:3}" 2>&1)
@@ -22,7 +22,7 @@ expect() {
         fail "kelxml ${*:3} - expected $1 '$2', got $code '$output'"
 }
 
-# holds TEXT FRAGMENT
+# holds TEXT FRAGMENT expects a part of a text.
 holds() { [[ $1 == *"$2"* ]] || fail "no '$2' in '$1'"; }
 
 fresh() { printf '<?xml version="1.0" encoding="UTF-8"?>\n<a>\n    <b k="1">text</b>\n    <b/>\n</a>\n' >doc.xml; }
@@ -33,12 +33,12 @@ fresh
 echo '<a><b></a>' >broken.xml
 { printf '<a>%.0s' {1..3000}; printf '</a>%.0s' {1..3000}; } >deep.xml
 
-# Closed streams are not taken for files.
+# A closed stream is an error; the next file that is opened must not take its place.
 if "$kelxml" copy doc.xml - >&- 2>/dev/null; then fail 'copied to a closed output'; fi
 if "$kelxml" tree - <&- 2>closed.txt; then fail 'read from a closed input'; fi
 grep -q 'the standard input: ' closed.txt || fail "$(cat closed.txt)"
 
-# Questions about the tool itself: help, completion and the manual page know every command.
+# Help, completion and the manual page know every command.
 expect 0 "kelxml $version" --version
 expect 0 'Exit code: 0 yes' --help
 expect 2 'no command given'
@@ -55,7 +55,7 @@ for command in $commands; do
     [ "${COMPREPLY[*]-}" = "$command" ] || fail "completion of $command: ${COMPREPLY[*]-}"
 done
 
-# Command lines that make no sense change nothing.
+# Wrong command lines change nothing.
 expect 2 'too many arguments' copy doc.xml doc.xml doc.xml
 expect 2 "unknown option '-doc.xml' (put -- before" tree -doc.xml
 expect 2 '-o OUT is missing' set doc.xml b k=v
@@ -72,7 +72,7 @@ expect 2 'usage: kelxml text' text doc.xml b $'a\vb' -o doc.xml
 expect 2 'usage: kelxml set' set doc.xml b k=$'\xef\xbf\xbe' -o doc.xml
 expect 2 'usage: kelxml call' call doc.xml $'documentElement.text = "\001"' -o doc.xml
 
-# Bad input: one line with the reason, from every command; the other files are still looked at.
+# Every command prints one line with the reason for each bad input, and continues with the other files.
 expect 1 'none.xml: No such file or directory' tree none.xml
 expect 1 '.: Is a directory' find . b
 expect 1 'empty.xml: it is empty' copy empty.xml out.xml
@@ -88,7 +88,7 @@ output=$("$kelxml" find broken.xml doc.xml wide.xml b 2>/dev/null) && fail 'find
 [ "$(wc -l <<<"$output")" = 3002 ] || fail 'find stopped at a bad file'
 holds "$output" 'doc.xml: b k="1" "text"'
 
-# Files that cannot be written.
+# Every command reports a file that it cannot write.
 for arguments in 'copy doc.xml' write 'export doc.xml' 'call doc.xml nodeName -o'; do
     # shellcheck disable=SC2086 # words
     expect 1 '/dev/full: No space left' $arguments /dev/full
@@ -100,13 +100,13 @@ for arguments in 'copy doc.xml -' 'tree doc.xml' 'tree wide.xml' --help; do
     message=$("$kelxml" $arguments 2>&1 >/dev/full) && fail "a full device passed: $arguments"
     [[ $message == 'kelxml: '*'No space left on device' ]] || fail "$message"
 done
-# What could not be read again is not written: the input is still there.
+# A document that could not be loaded again is not written, so the input is not lost.
 before=$(cat doc.xml)
 expect 1 'doc.xml is not written, since it could not be read again: ' call doc.xml 'documentElement.appendChild(createNode(1, "1 x", ""))' -o doc.xml
 expect 1 "there is no element 'c'" set doc.xml c k=v -o doc.xml
 [ "$before" = "$(cat doc.xml)" ] || fail 'a failed command changed its input'
 
-# Changes, and what stays: links, permissions, the file itself when it is open under another name.
+# Changed files keep their permissions, and links to them stay links.
 expect 0 '2 elements changed' set doc.xml b k=2 j=1 -o doc.xml
 holds "$(cat doc.xml)" '<b j="1" k="2">text</b>'
 expect 0 '2 elements changed' unset doc.xml b j none -o doc.xml
@@ -124,15 +124,15 @@ expect 0 '' new dangling.xml
 expect 1 'loop.xml: Too many levels' new loop.xml
 expect 0 '' new -- -o.xml
 expect 0 'element shelf number="7"' tree ./-o.xml
-[ "$(find . -name '.*' -type f)" = '' ] || fail 'files left behind'
+[ "$(find . -name '.*' -type f)" = '' ] || fail 'temporary files are left'
 
-# Standard input and output, pipes; reports keep out of the document's way.
+# Documents come from and go to standard streams and pipes. Reports never go to the stream of the document.
 fresh
 holds "$("$kelxml" set - b k=v -o - <doc.xml 2>report | "$kelxml" find - b)" 'b k="v" "text"'
 holds "$(cat report)" '2 elements changed'
 holds "$("$kelxml" copy <(cat doc.xml) /dev/stdout)" '</a>'
 
-# A document with every kind of node, copied node by node: all that can be written is written, and counted.
+# `export` copies every kind of node that the filer can write, and counts the nodes.
 printf '<!DOCTYPE a><a k="1" j="&lt;"><!-- c --><![CDATA[<d>]]><?i x?><b/>t&amp;</a>' >kinds.xml
 exported=$("$kelxml" export kinds.xml - --plain 2>report)
 [ "$exported" = $'<?xml version="1.0" encoding="UTF-8"?><a j="&lt;" k="1"><!-- c --><![CDATA[<d>]]><?i x?><b/>t&amp;</a>' ] ||
@@ -140,7 +140,7 @@ exported=$("$kelxml" export kinds.xml - --plain 2>report)
 holds "$(cat report)" '6 nodes written, 0 left out'
 [ "$("$kelxml" write - --plain)" = "$(cat "$sources/../../tests/kelxml_write.xml")" ] || fail 'write wrote something else'
 
-# Calls by name: a change is lost or saved, a null is a text or an object, and a refusal is no success.
+# `call` saves changes with -o and warns without it, accepts null for texts and objects, and reports refusals.
 expect 0 '2' call doc.xml 'selectNodes("b").length'
 expect 0 'the change is lost' call doc.xml 'documentElement.SetAttribute("k", createNode(1, "n", null).nodeName)'
 expect 0 '<note/>' call doc.xml 'documentElement.appendChild(createNode(1, "note", null))' -o -
@@ -151,19 +151,19 @@ expect 1 "'documentElement.LastChild': this member accepts calls but does nothin
 expect 1 'does nothing' call doc.xml 'documentElement.nodeValue = "v"'
 [[ $("$kelxml" call doc.xml documentElement.hasChildNodes 2>&1) = true ]] || fail 'a question was taken for a change'
 
-# The longest expression that a command line takes costs no more than its length.
+# The time for an expression grows only linearly, so the longest one that fits in a command line is fast.
 long=$(printf 'a.%.0s' {1..60000})a
 output=$(ulimit -t 20; "$kelxml" call doc.xml "$long" 2>&1)
 [ $? = 1 ] || fail "a long expression: $?"
 holds "$output" 'no member has that name'
 
-# Nothing in a document or a file name controls the terminal or reorders its text.
+# Control characters in documents and file names are escaped: they must not control the terminal or reorder its text.
 printf '<a>\xc2\x9b31m\xe2\x80\xae</a>' >control.xml # bytes, in any locale
 holds "$("$kelxml" tree control.xml)" '"\u009B31m\u202E"'
 expect 1 'no\u001Bne.xml: No such' tree $'no\ene.xml'
 expect 1 'no\xFFne.xml: No such' tree $'no\xffne.xml'
 
-# On a terminal: colours unless they are unwelcome, and signs of life. Else neither.
+# On a terminal, the tool uses colours, unless NO_COLOR is set, and shows its progress. Otherwise it does neither.
 export TERM=xterm
 on_terminal() { script -qec "$1" /dev/null </dev/null; }
 escape=$'\e['

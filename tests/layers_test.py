@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""layers_test.py CHECKOUT - a room includes from no rooms but those below it, and no files include each other in a circle."""
+"""layers_test.py CHECKOUT - the files of a room include only rooms below it, and no includes form a cycle."""
 import pathlib
 import re
 import sys
@@ -36,12 +36,12 @@ for room, below in BELOW.items():
                    if name.split('/')[0] not in below | {room}]
 
 
-def circle(name, path):
+def cycle(name, path):
     if name in path:
         return path[path.index(name):] + [name]
-    return next(filter(None, (circle(other, path + [name]) for other in includes.get(name, []))), None)
+    return next(filter(None, (cycle(other, path + [name]) for other in includes.get(name, []))), None)
 
 
-faults += {' -> '.join(sorted(found)) for found in (circle(name, []) for name in includes) if found}
+faults += {'a cycle: ' + ' -> '.join(found) for found in (cycle(name, []) for name in includes) if found}
 print('\n'.join(faults))
 sys.exit(bool(faults))

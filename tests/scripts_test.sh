@@ -1,6 +1,6 @@
 #!/bin/bash
-# scripts_test.sh SOURCES KELXML - ./run and ./test find their own tree and take any file name. Here they run in a copy of
-# the tree whose build.sh neither installs nor builds.
+# scripts_test.sh SOURCES KELXML - ./run and ./test find their own tree and accept any file name. They run in a copy of the
+# tree, in which build.sh does not install or build anything.
 set -eu
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -17,11 +17,11 @@ name="-it's a file.xml"
 echo '<a><b/></a>' >"$name"
 bash main/run "$name" >"$work/output" 2>&1 || fail "./run refuses '$name'"
 command=$(sed -n 's/^\$ kelxml call /kelxml call /p' "$work/output")
-eval "set -- \"$2\" $command" # what ./run prints can be typed
+eval "set -- \"$2\" $command" # a user can type the command that ./run prints
 [ "$("$1" "${@:3}")" = 1 ] || fail "./run prints a command that does something else: $command"
 
 export CDPATH=$work/other
 bash main/run "$name" >"$work/output" 2>&1 || fail './run follows CDPATH'
 printf 'need() { echo "in $PWD"; exit; }\n' >"$tree/cmake/build.sh"
 bash main/test code >"$work/output" 2>&1 || fail './test follows CDPATH'
-grep -qx "in $tree" "$work/output" || fail './test runs elsewhere'
+grep -qx "in $tree" "$work/output" || fail './test runs in another tree'
