@@ -1,5 +1,5 @@
-// Compares the filer with Qt's writer used directly: the same calls must write the same bytes, every status
-// must match the arguments, and nothing may be logged.
+// Makes the same calls on the filer and on Qt's writer. Both must write the same bytes, each status must fit
+// the arguments, and Qt must not log a warning.
 
 #include "support.h"
 #include "support/filer_calls.h"
@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     Choices choices(data, size);
-    write(filePath(), "what an earlier filer wrote");
+    write(filePath(), "the file of an earlier filer");
     Writers writers(filePath().toStdWString(),
                     [&choices](std::size_t limit) { return choices.below(limit); });
     writers.compare();

@@ -1,5 +1,6 @@
-// Calls by identifier on objects that earlier calls returned: mostly with the expected arguments, sometimes
-// of any type, count and name. Arguments must not change, and a failure must not return anything.
+// Calls members by identifier, on objects that earlier calls returned. Most calls have the expected
+// arguments; some have arguments of any type, number and name. Arguments must not change, and a failure must
+// not return a result.
 
 #include "KelComWrapper/typelib.h"
 #include "support.h"
@@ -13,11 +14,10 @@ namespace
 
 using Objects = std::vector<ComPtr<IDispatch>>;
 
-constexpr std::size_t kMostObjects = 64;
-constexpr std::size_t kMostArguments = 5;
+constexpr std::size_t kMaxObjects = 64, kMaxArguments = 5;
 constexpr DISPID kSave = 64;
 
-/// Most arguments are from this list; the others are from the tests' table.
+/// Two thirds of the arguments come from this list, the others from invoke_coercions.txt.
 constexpr const char* kUsual[] = {"bstr:", "dispatch:peer", "dispatch:peer", "i4:0",
                                   "i4:1",  "i4:2",          "empty",         "error:-2147352572"};
 constexpr const wchar_t* kTexts[] = {
@@ -36,29 +36,29 @@ VARIANT argument(Choices& choices, keltest::Variants& variants, const Objects& o
     }();
     variants.objects["peer"] = choices.oneIn(16) ? nullptr : choices.of(objects).get();
     const VARIANT& given = variants.of(choices.oneIn(3) ? choices.of(kListed) : choices.of(kUsual));
-    VARIANT& value = variants.values.back(); // the value that is pointed to
+    VARIANT& value = variants.values.back(); // if `given` is a reference, its target
     if (value.vt == VT_BSTR)
         value.bstrVal = variants.texts.emplace_back(isPath ? L"/dev/null" : choices.of(kTexts)).get();
     return given;
 }
 
-/// Calls a member, mostly with the expected arguments.
 void makeCall(IDispatch& object, Choices& choices, Objects& objects)
 {
     ComPtr<ITypeInfo> info;
     TYPEATTR* attributes = nullptr;
     FUNCDESC* function = nullptr;
-    require(object.GetTypeInfo(0, 0, info.put()) == S_OK && info->GetTypeAttr(&attributes) == S_OK);
-    require(info->GetFuncDesc(choices.below(attributes->cFuncs), &function) == S_OK);
+    requireEqual(object.GetTypeInfo(0, 0, info.put()), S_OK, "GetTypeInfo");
+    requireEqual(info->GetTypeAttr(&attributes), S_OK, "GetTypeAttr");
+    requireEqual(info->GetFuncDesc(choices.below(attributes->cFuncs), &function), S_OK, "GetFuncDesc");
     const DISPID member = choices.oneIn(16) ? choices.of(kNames) : function->memid;
     const auto flags = static_cast<WORD>(choices.oneIn(16) ? choices.below(20) : unsigned(function->invkind));
     keltest::Variants variants;
     keltest::Arguments arguments;
-    const unsigned count = choices.oneIn(16) ? choices.below(kMostArguments) : argumentsOf(*function);
+    const unsigned count = choices.oneIn(16) ? choices.below(kMaxArguments) : argumentsOf(*function);
     while (arguments.values.size() < count)
         arguments.values.push_back(argument(choices, variants, objects, member == kSave));
     if (choices.oneIn(16))
-        for (auto left = choices.below(kMostArguments); left > 0; --left)
+        for (auto left = choices.below(kMaxArguments); left > 0; --left)
             arguments.names.push_back(choices.of(kNames));
     else if (flags >= DISPATCH_PROPERTYPUT)
         arguments.names.push_back(DISPID_PROPERTYPUT);
@@ -75,12 +75,15 @@ void makeCall(IDispatch& object, Choices& choices, Objects& objects)
                                          isResultWanted ? result.put() : nullptr, &exception, &badArgument);
 
     require(before.empty() ||
-            std::memcmp(before.data(), arguments.values.data(), before.size() * sizeof(VARIANT)) == 0);
-    require(badArgument == UINT_MAX || (FAILED(answer) && badArgument < before.size()));
-    require(FAILED(exception.scode) == (answer == DISP_E_EXCEPTION));
+                std::memcmp(before.data(), arguments.values.data(), before.size() * sizeof(VARIANT)) == 0,
+            "a call does not change its arguments");
+    require(badArgument == UINT_MAX || (FAILED(answer) && badArgument < before.size()),
+            "a bad argument exists");
+    requireEqual(FAILED(exception.scode), answer == DISP_E_EXCEPTION, "an exception has a code");
     const VARTYPE type = result.type();
-    require(type == VT_EMPTY || (SUCCEEDED(answer) && (type == VT_NULL || type == VT_BOOL || type == VT_I4 ||
-                                                       type == VT_DISPATCH || type == VT_BSTR)));
+    require(type == VT_EMPTY || SUCCEEDED(answer), "a failure returns no result");
+    constexpr VARTYPE kTypes[] = {VT_EMPTY, VT_NULL, VT_BOOL, VT_I4, VT_DISPATCH, VT_BSTR};
+    require(std::count(std::begin(kTypes), std::end(kTypes), type) == 1, "a result has a documented type");
     if (type == VT_DISPATCH && result.object())
         objects.push_back(result.object());
 }
@@ -90,19 +93,20 @@ void makeCall(IDispatch& object, Choices& choices, Objects& objects)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     static const HRESULT registered = KelTypelib::RegisterTypeLib(LIBID_MSXML, L"" KEL_TYPE_LIBRARY);
-    require(registered == S_OK);
+    requireEqual(registered, S_OK, "RegisterTypeLib");
     Choices choices(data, size);
     Objects objects;
     for (const auto& document : {newDocument(), newDocument()}) {
-        require(document->loadXML(Bstr(L"<r x='1' p:y='2'>t<a/><!--c--></r>").get(), nullptr) == S_OK);
+        const Bstr xml(L"<r x='1' p:y='2'>t<a/><!--c--></r>");
+        requireEqual(document->loadXML(xml.get(), nullptr), S_OK, "loadXML");
         objects.emplace_back(document.get());
     }
     const auto release = [&] { objects.erase(objects.begin() + choices.below(objects.size())); };
-    // The rest of the bytes is for the end.
+    // Keeps the rest of the bytes to choose the order of the last releases.
     while (choices.remaining_bytes() > size / 8) {
         const ComPtr<IDispatch> object = choices.of(objects);
         makeCall(*object, choices, objects);
-        if (objects.size() > kMostObjects || (objects.size() > 2 && choices.oneIn(8)))
+        if (objects.size() > kMaxObjects || (objects.size() > 2 && choices.oneIn(8)))
             release();
     }
     while (!objects.empty())

@@ -1,11 +1,11 @@
-// Compares loading and saving through the interface with Qt used directly: the same verdict and the same
-// saved bytes. A tree is never deeper or longer than the prescan counted, and a text beyond the limits is
-// refused and leaves the earlier tree in place.
+// Loads and saves through the interface and with Qt alone: both must accept or refuse the same input and save
+// the same bytes. A tree is never deeper than the prescan found, nor longer than the limits allow. An input
+// beyond the limits is refused, and the earlier tree stays.
 
 #include "limits/limits.h"
 #include "parsing/prescan.h"
 #include "support.h"
-#include "support/beside_qt.h"
+#include "support/compare_with_qt.h"
 
 #include <QtCore/QBuffer>
 
@@ -18,30 +18,31 @@ namespace
 
 /// \param load loads into the given document and sets the given flag
 /// \param content the input for Qt
-/// \param length the most characters that the content can have
+/// \param length the largest possible number of characters in the content
 /// \param text the content; null if Qt must decode it first
 template <class Load, class Content>
 void compare(Load load, const Prescan& seen, Content&& content, qint64 length, const QString& text = {})
 {
-    require(seen.nesting <= kMaxNesting + 1);
-    // Without entities, only visible markup can nest, and a parenthesis is the shortest.
+    require(seen.nesting <= kMaxNesting + 1, "the prescan stops beyond the limit");
+    // Without entities, each level needs markup of its own, and the shortest markup is a parenthesis.
     const bool hasEntities = text.isNull() || text.contains(QLatin1String("<!EN"));
-    require(seen.isWithinLimits() || hasEntities || length > kMaxNesting);
+    require(seen.isWithinLimits() || hasEntities || length > kMaxNesting, "short texts are accepted");
     const auto document = newDocument();
     const kel::Bstr earlier(L"<earlier/>");
-    require(document->loadXML(earlier.get(), nullptr) == S_OK);
+    requireEqual(document->loadXML(earlier.get(), nullptr), S_OK, "loading the earlier tree");
     QDomDocument direct;
-    require(direct.setContent(QStringLiteral("<earlier/>")));
-    const bool isLoaded = loadBeside(direct, *document, load, content, seen.isWithinLimits());
+    require(direct.setContent(QStringLiteral("<earlier/>")), "Qt loads the earlier tree");
+    const bool isLoaded = loadAndCompareWithQt(direct, *document, load, content, seen.isWithinLimits());
     const Extent tree = extentOf(direct);
-    require(!seen.isWithinLimits() || (tree.depth <= seen.nesting && seen.nesting <= kMaxNesting));
+    require(!seen.isWithinLimits() || (tree.depth <= seen.nesting && seen.nesting <= kMaxNesting),
+            "a tree is not deeper than the prescan found");
     const bool onlyElementsNest = !text.isNull() && !text.contains(u'('); // no content model
-    require(!isLoaded || !onlyElementsNest || tree.depth == seen.nesting);
-    require(tree.length <= length + std::max(kEntityActivationThreshold, kMaxEntityAmplification * length));
+    requireEqual(isLoaded && onlyElementsNest ? tree.depth : seen.nesting, seen.nesting, "tree depth");
+    const qint64 most = length + std::max(kEntityActivationThreshold, kMaxEntityAmplification * length);
+    requireEqual(std::max(tree.length, most), most, "the length of a tree is within its limit");
 }
 
-/// Writes a document by a grammar: mostly well-formed, with text that looks like markup where none is
-/// recognised.
+/// Generates a document. Most are well-formed, and contain text that looks like markup but is not.
 class Grammar
 {
 public:
@@ -129,7 +130,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     write(filePath(), bytes);
     const kel::Variant path(filePath().toStdWString());
     QBuffer buffer(&bytes);
-    require(buffer.open(QIODevice::ReadOnly));
+    require(buffer.open(QIODevice::ReadOnly), "a buffer can be opened");
     compare([&path](auto& document, auto* success) { return document.load(path.get(), success); },
             prescan(bytes), &buffer, bytes.size());
     return 0;

@@ -1,14 +1,14 @@
-// Compares the bytes of our serializer with Qt's, for trees that only calls can build.
+// Compares the bytes of our serializer with those of Qt, for trees that calls can build but no parser can.
 
 #include "support.h"
-#include "support/any_tree.h"
+#include "support/random_tree.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     kelfuzz::Choices choices(data, size);
-    AnyTree tree([&choices](std::size_t limit) { return choices.below(limit); });
+    RandomTree tree([&choices](std::size_t limit) { return choices.below(limit); });
     while (choices.remaining_bytes() > 0)
         tree.grow();
-    tree.requireQtsBytes();
+    tree.requireSameBytesAsQt();
     return 0;
 }

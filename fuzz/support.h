@@ -1,4 +1,5 @@
-// Shared by the fuzz targets: decisions from the fuzzer's bytes, a file, and a function's argument count.
+// Shared by the fuzz targets: choices from the fuzzer's bytes, a temporary file, and the number of arguments
+// of a function.
 
 #pragma once
 
@@ -11,7 +12,7 @@
 namespace kelfuzz
 {
 
-/// Takes decisions from bytes. When they are used up, the last option is chosen.
+/// Makes choices from the fuzzer's bytes. Once no bytes are left, chooses the last option each time.
 struct Choices : FuzzedDataProvider
 {
     using FuzzedDataProvider::FuzzedDataProvider;
@@ -29,14 +30,14 @@ struct Choices : FuzzedDataProvider
     }
 };
 
-/// The path of a file of this process alone.
+/// The path of a temporary file. Each process has its own.
 inline QString filePath()
 {
     static const QTemporaryDir directory;
     return directory.filePath(QStringLiteral("file"));
 }
 
-/// How many arguments a function takes, not counting its result.
+/// The number of arguments that a function takes, without its result.
 inline UINT argumentsOf(const FUNCDESC& function)
 {
     const auto count = static_cast<UINT>(function.cParams);

@@ -1,5 +1,5 @@
-// Reads any bytes as a type library, unchanged and with the right digest. They must be refused, or all
-// descriptions can be read and all functions called.
+// Reads bytes as a type library: once unchanged, and once with a correct digest. If the bytes are accepted,
+// all descriptions must be readable and all functions callable.
 
 #include "platform/file_reader.h"
 #include "support.h"
@@ -13,11 +13,11 @@ using namespace kelcom;
 namespace
 {
 
-/// Calls a function with every allowed number of arguments, all derived from one value at a time; objects are
+/// Calls a function with every allowed number of arguments. All arguments have the same value; objects are
 /// null.
 void callWithEverything(ITypeInfo& info, const FUNCDESC& function)
 {
-    // One function works for all slots, because the caller cleans up the stack.
+    // One function can fill all slots, because the caller removes the arguments.
     static const std::vector<const void*> kSlots = [] {
         HRESULT (*const slot)() = [] { return S_FALSE; };
         std::vector<const void*> slots(2 + kDispatchSlots + kMaxFunctions,
@@ -43,7 +43,8 @@ void callWithEverything(ITypeInfo& info, const FUNCDESC& function)
             VARIANT result = kel::Variant(1).get();
             const HRESULT answer = info.Invoke(&instance, function.memid, static_cast<WORD>(function.invkind),
                                                &parameters, &result, nullptr, nullptr);
-            require(FAILED(answer) || (answer == S_FALSE && result.vt == VT_EMPTY));
+            require(FAILED(answer) || (answer == S_FALSE && result.vt == VT_EMPTY),
+                    "a call returns the answer of the slot, and no result");
         }
     }
 }
@@ -54,7 +55,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<int>(size));
     for (const QByteArray& contents : {bytes, keltest::stamped(bytes)})
-        // Does not use the service, which keeps every library forever.
+        // Avoids `LoadTypeLib`, which caches every library forever.
         if (auto description = readTypeLibrary(contents)) {
             const kel::ComPtr<ITypeLib> library(new TypeLibrary(std::move(description)));
             keltest::describe(*library, callWithEverything);

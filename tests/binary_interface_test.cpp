@@ -1,9 +1,9 @@
-// What other binaries rely on: slot numbers and calling conventions, what is not carried out, and objects
-// that outlive an unloading.
+// What other binaries rely on: slot numbers, calling conventions, no-ops, and objects that outlive the
+// unloading of the library.
 
 #include "support/allocations.h"
-#include "support/own_host.h"
 #include "support/rows.h"
+#include "support/vtable_calls.h"
 
 #include <array>
 #include <cstdio>
@@ -19,7 +19,7 @@
 namespace
 {
 
-using namespace own_host;
+using namespace vtable_calls;
 
 struct BinaryInterface : testing::Test
 {
@@ -46,18 +46,18 @@ struct BinaryInterface : testing::Test
         EXPECT_EQ(0, call(m_document, kGetIdsOfNames, symbol("IID_IXMLDOMNode"), names, 1u, 0u, &id));
         EXPECT_EQ(58, id);
     }
-    /// The objects go after the libraries were unloaded.
+    /// Unloads the library, and only then releases the objects.
     void TearDown() override
     {
         run("ylrxDelegatedUnloadEntry");
         EXPECT_EQ(0, dlclose(m_library));
-        // Only the document holds its element as well.
+        // The root has a second reference, held by the document.
         for (void* object : {m_attribute, m_map, m_list, m_text, m_root, m_document})
-            EXPECT_EQ(object == m_root ? 1 : 0, call(object, kRelease));
+            EXPECT_EQ(object == m_root ? 1 : 0, call(object, kRelease)) << "references left";
     }
 
     void* symbol(const char* name) { return dlsym(m_library, name); }
-    /// Calls an exported function, whatever type it has.
+    /// Calls an exported function, whatever its type is.
     template <class... Arguments>
     int run(const char* name, Arguments... arguments)
     {
@@ -68,7 +68,7 @@ struct BinaryInterface : testing::Test
          *m_attribute = nullptr, *m_library = nullptr;
 };
 
-TEST_F(BinaryInterface, EveryVtableAndInterfaceIsAsRecordedAndNoOpsAnswerOkAndWriteNothing)
+TEST_F(BinaryInterface, VtablesAndInterfacesAreAsListedAndNoOpsReturnOkAndWriteNothing)
 {
     const std::map<std::string, void*> objects{{"document", m_document},   {"root", m_root}, {"text", m_text},
                                                {"attribute", m_attribute}, {"list", m_list}, {"map", m_map}};
@@ -78,26 +78,27 @@ TEST_F(BinaryInterface, EveryVtableAndInterfaceIsAsRecordedAndNoOpsAnswerOkAndWr
         int slot = 0;
         ASSERT_TRUE(row >> name >> slot >> kind >> method);
         void* const object = objects.at(name);
-        if (kind == "answers" || kind == "refuses") {
-            const bool isAnswered = kind == "answers";
-            void* answer = &answer;
-            EXPECT_EQ(isAnswered ? 0 : kNoInterface, call(object, slot, symbol(method.c_str()), &answer));
-            ASSERT_EQ(isAnswered ? object : nullptr, answer);
+        if (kind == "has" || kind == "lacks") {
+            const bool hasInterface = kind == "has";
+            void* found = &found;
+            EXPECT_EQ(hasInterface ? 0 : kNoInterface, call(object, slot, symbol(method.c_str()), &found));
+            ASSERT_EQ(hasInterface ? object : nullptr, found);
             EXPECT_EQ(kNullPointer, call(object, slot, symbol(method.c_str()), nullptr));
-            if (isAnswered)
-                call(answer, kRelease);
+            if (hasInterface)
+                call(found, kRelease);
             return;
         }
-        EXPECT_EQ(symbol(method.c_str()), (*static_cast<void***>(object))[slot]);
+        EXPECT_EQ(symbol(method.c_str()), (*static_cast<void***>(object))[slot]) << "the method in the slot";
         if (kind == "works")
             return;
-        // Pointers to this lie in every register that an argument may use, and where a VARIANT would.
+        // Passes pointers to this storage in every register and stack slot that an argument of a no-op can
+        // use.
         std::array<std::array<unsigned char, 64>, 3> storage;
         std::memset(&storage, 0xA5, sizeof storage);
         const auto expected = storage;
         const Variant value{8, {}, storage[2].data(), nullptr};
         EXPECT_EQ(0, call(object, slot, storage[0].data(), storage[1].data(), storage[2].data(), value));
-        EXPECT_EQ(expected, storage);
+        EXPECT_EQ(expected, storage) << "a no-op writes nothing";
     });
     const std::string path = testing::TempDir() + "after_no_ops." + std::to_string(getpid());
     std::wstring widePath(path.begin(), path.end());
@@ -107,14 +108,14 @@ TEST_F(BinaryInterface, EveryVtableAndInterfaceIsAsRecordedAndNoOpsAnswerOkAndWr
     std::remove(path.c_str());
 }
 
-TEST_F(BinaryInterface, LoadingCallingByNameAndUnloadingOverAndOverLeavesNothingMore)
+TEST_F(BinaryInterface, LoadingCallingByNameAndUnloadingRepeatedlyLeaksNothing)
 {
     const std::size_t before = allocations::live();
     for (int round = 0; round < 3; ++round) {
         TearDown();
         SetUp();
     }
-    EXPECT_EQ(before, allocations::live());
+    EXPECT_EQ(before, allocations::live()) << "leaked";
 }
 
 } // namespace

@@ -1,6 +1,5 @@
-// Calls by identifier of a hand-made object whose members take and return one value of each type:
-// conversions, kinds, counts, names, results and failures. Also BSTRs: the length prefix, the ending zero and
-// nulls.
+// Calls a hand-made object by identifier. It has a member for each type, which takes and returns one value.
+// Tests conversions, kinds of calls, counts and names of arguments, results and failures. Also tests BSTRs.
 
 #include "support/dom_fixture.h"
 #include "support/type_library_file.h"
@@ -18,14 +17,14 @@ using namespace keltest;
 namespace
 {
 
-/// A hand-made object with the slots that `invoke_library.xml` describes.
+/// An object with the slots that `invoke_library.xml` describes.
 struct Probe
 {
     template <class Value>
-    static HRESULT give(Probe* probe, Value value, Value* result)
+    static HRESULT echo(Probe* probe, Value value, Value* result)
     {
-        EXPECT_GT(probe->references, 0U) << "called after its last reference was released";
-        if (probe->manner == "silent")
+        EXPECT_GT(probe->references, 0U) << "references during the call";
+        if (probe->behaviour == "silent")
             return probe->answer;
         if constexpr (std::is_same_v<Value, BSTR>)
             *result = SysAllocStringLen(value, SysStringLen(value));
@@ -36,18 +35,18 @@ struct Probe
         return probe->answer;
     }
     template <class... Values>
-    static HRESULT take(Probe* probe, Values... values)
+    static HRESULT record(Probe* probe, Values... values)
     {
-        if (probe->manner == "throws")
+        if (probe->behaviour == "throws")
             throw std::runtime_error("from a member");
-        for (const std::string& word : {seenAs(values)...})
-            probe->seen += (probe->seen.empty() ? ' ' : ',') + word;
+        for (const std::string& word : {recorded(values)...})
+            probe->received += (probe->received.empty() ? ' ' : ',') + word;
         return probe->answer;
     }
-    static std::string seenAs(BSTR text) { return std::string(1, static_cast<char>(*text)); }
-    static std::string seenAs(INT number) { return std::to_string(number); }
-    static std::string seenAs(IUnknown* object) { return object ? "peer" : "null"; }
-    static std::string seenAs(const VARIANT& value) { return wordOf(value); }
+    static std::string recorded(BSTR text) { return std::string(1, static_cast<char>(*text)); }
+    static std::string recorded(INT number) { return std::to_string(number); }
+    static std::string recorded(IUnknown* object) { return object ? "peer" : "null"; }
+    static std::string recorded(const VARIANT& value) { return wordOf(value); }
 
     template <int Step>
     static ULONG count(Probe* probe)
@@ -57,30 +56,23 @@ struct Probe
 
     using Slot = void (*)();
     template <class... Functions>
-    static std::array<Slot, 9 + sizeof...(Functions)> slotsOf(Functions*... functions)
+    static std::vector<Slot> slotsOf(Functions*... functions)
     {
-        return {{{},
-                 reinterpret_cast<Slot>(
-                     &typeid(IUnknown)), // sanitizers look for an offset and a type before the slots
-                 {},
-                 reinterpret_cast<Slot>(count<1>),
-                 reinterpret_cast<Slot>(count<-1>),
-                 {},
-                 {},
-                 {},
-                 {},
-                 reinterpret_cast<Slot>(functions)...}};
+        // Sanitizers read an offset and a type before the slots.
+        return {nullptr, reinterpret_cast<Slot>(&typeid(IUnknown)), reinterpret_cast<Slot>(functions)...};
     }
-    inline static const auto kSlots = slotsOf(
-        give<BSTR>, give<INT>, give<VARIANT_BOOL>, give<INT>, give<VARIANT>, give<IUnknown*>, give<IUnknown*>,
-        give<INT>, take<INT, BSTR>, take<INT, IUnknown*>, take<BSTR, VARIANT, INT, IUnknown*>);
+    static void unused() {}
+    inline static const auto kSlots =
+        slotsOf(unused, count<1>, count<-1>, unused, unused, unused, unused, echo<BSTR>, echo<INT>,
+                echo<VARIANT_BOOL>, echo<INT>, echo<VARIANT>, echo<IUnknown*>, echo<IUnknown*>, echo<INT>,
+                record<INT, BSTR>, record<INT, IUnknown*>, record<BSTR, VARIANT, INT, IUnknown*>);
     const Slot* vtable = kSlots.data() + 2;
     HRESULT answer = S_OK;
     ULONG references = 1;
-    std::string manner, seen;
+    std::string behaviour, received;
 };
 
-/// An argument that releases the object being called when it is asked for an interface.
+/// An argument whose QueryInterface releases the object that is being called.
 struct Releasing final : IUnknown
 {
     Releasing(Probe& object, IUnknown& given) : called(object), peer(given) {}
@@ -98,15 +90,16 @@ struct Releasing final : IUnknown
 
 struct Invoke : testing::Test
 {
-    /// Calls with all outputs, and again with none. \return the outcome in words
+    /// Calls the member with all outputs, and again with none. \return the outcome in words
     std::string call(const std::string& member, WORD flags, Arguments arguments)
     {
         const DISPID id = std::isalpha(member[0]) ? idOf(*info, std::wstring(member.begin(), member.end()))
                                                   : std::stoi(member);
         DISPPARAMS parameters = arguments.parameters();
         const auto invoke = [&](VARIANT* result, EXCEPINFO* exception, UINT* badArgument) {
-            HRESULT answer = 7777;    // stays when the member throws
-            fesetround(roundingMode); // as a host may do, like the next two
+            HRESULT answer = 7777; // kept if the member throws
+            // A host can set any floating-point environment.
+            fesetround(roundingMode);
             feenableexcept(FE_ALL_EXCEPT);
 #ifdef __SSE__
             _mm_setcsr(_mm_getcsr() & ~_MM_MASK_DENORM);
@@ -117,7 +110,7 @@ struct Invoke : testing::Test
             fesetenv(FE_DFL_ENV);
             return answer;
         };
-        probe.seen.clear();
+        probe.received.clear();
         VARIANT written = Variant(4711).get();
         EXCEPINFO exception;
         std::memset(&exception, 0x55, sizeof exception);
@@ -131,11 +124,11 @@ struct Invoke : testing::Test
             words += '@' + std::to_string(badArgument);
         const bool isPeer = written.punkVal == peer.get();
         const std::string word = wordOf(written, isPeer ? "peer" : written.punkVal ? "another" : "null");
-        words += (word == "i4:4711" ? "" : ' ' + word) + probe.seen;
+        words += (word == "i4:4711" ? "" : ' ' + word) + probe.received;
         peer->AddRef();
-        EXPECT_EQ(isPeer ? 2U : 1U, peer->Release());
-        EXPECT_EQ(1U, probe.references) << "a reference too many or too few";
-        EXPECT_EQ(answer, invoke(nullptr, nullptr, nullptr));
+        EXPECT_EQ(isPeer ? 2U : 1U, peer->Release()) << "references to the peer";
+        EXPECT_EQ(1U, probe.references) << "references after the call";
+        EXPECT_EQ(answer, invoke(nullptr, nullptr, nullptr)) << "the result without outputs";
         return words.substr(1);
     }
 
@@ -144,8 +137,8 @@ struct Invoke : testing::Test
     const TypeLibraryFile file{stamped(contentOf(QStringLiteral(KEL_TESTS "invoke_library.xml")))};
     const kel::ComPtr<ITypeInfo> info = typeInfo(file.widePath.c_str(), {1, 0, 0, {0, 0, 0, 0, 0, 0, 0, 1}});
     const kel::ComPtr<ITypeInfo> peer = typeInfo(L"" KEL_TYPE_LIBRARY, IID_IXMLDOMNode);
-    const kel::ComPtr<IXMLDOMDocument> stranger = newDocument();
-    Variants variants{{{"peer", peer.get()}, {"stranger", stranger.get()}}};
+    const kel::ComPtr<IXMLDOMDocument> unrelated = newDocument();
+    Variants variants{{{"peer", peer.get()}, {"unrelated", unrelated.get()}}};
 };
 
 TEST_F(Invoke, ArgumentsAreConvertedAsListedAndTextsTooLongForQtAreRefused)
@@ -162,7 +155,7 @@ TEST_F(Invoke, ArgumentsAreConvertedAsListedAndTextsTooLongForQtAreRefused)
         }
     });
 
-    // Texts that Qt cannot hold are not numbers or words, whatever they begin with.
+    // A text too long for Qt is not a number or a truth value, even if it begins like one.
     for (const UINT length : {(1U << 30) + 1, (1U << 30) + 4, ~0U})
         for (const char* word : {"bstr:7", "bstr:true"}) {
             const VARIANT& given = variants.of(word);
@@ -174,14 +167,14 @@ TEST_F(Invoke, ArgumentsAreConvertedAsListedAndTextsTooLongForQtAreRefused)
 
 TEST_F(Invoke, CallsReturnWhatIsListedAndLeakNothing)
 {
-    expectNothingLeft([this] {
+    expectNoLeaks([this] {
         forEachRow(KEL_TESTS "invoke_calls.txt", [this](Row words) {
             std::string member, expected;
             int flags = 0;
             words >> member >> flags;
             if (member == ":") {
                 probe.answer = flags;
-                words >> probe.manner;
+                words >> probe.behaviour;
                 return;
             }
             Variants own{variants.objects};
@@ -192,7 +185,7 @@ TEST_F(Invoke, CallsReturnWhatIsListedAndLeakNothing)
     });
 }
 
-TEST_F(Invoke, HoldsTheObjectWhoseLastReferenceAnArgumentReleases)
+TEST_F(Invoke, KeepsTheObjectAliveWhenAnArgumentReleasesItsLastReference)
 {
     Releasing argument(probe, *peer);
     variants.objects["releasing"] = &argument;
@@ -215,7 +208,7 @@ TEST(Bstr, HasItsLengthBeforeTheTextAndAZeroAfterIt)
         {SysAllocStringLen(nullptr, 1000), std::wstring(1000, L'\0')},
     };
     for (const auto& [made, text] : cases) {
-        EXPECT_EQ(text.size(), reinterpret_cast<UINT*>(made)[-1]) << "published: directly before the text";
+        EXPECT_EQ(text.size(), reinterpret_cast<UINT*>(made)[-1]) << "the published length prefix";
         EXPECT_EQ(text.size(), SysStringLen(made));
         EXPECT_EQ(text + L'\0', std::wstring(made, text.size() + 1));
         EXPECT_EQ(INT(std::wcslen(text.c_str())), lstrlenW(made));

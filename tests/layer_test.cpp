@@ -1,5 +1,5 @@
-// The C++ layer: what values read and refuse, what a loop sees of changes, what files get, what an error
-// says. That changes are made is for the call machine.
+// The C++ layer: typed values, refused changes, loops that change the tree, saved files, and error messages.
+// The call machine tests the changes that succeed.
 
 #include "KelXmlLib/kel.h"
 
@@ -14,10 +14,9 @@
 namespace
 {
 
-struct Layer : DomTest
-{};
+using Layer = DomTest;
 
-/// Without the line breaks that Qt writes around comments and instructions all the same.
+/// The node as text, without the line breaks that Qt always writes around comments and instructions.
 std::string xmlOf(const kel::Node& node)
 {
     std::string xml = node.toString({-1});
@@ -34,7 +33,7 @@ std::string namesIn(const List& list)
     return names;
 }
 
-/// What the error that `action` throws says; empty when it throws none.
+/// The message of the error that `action` throws; empty if it throws none.
 template <class Action>
 std::string messageOf(Action action)
 {
@@ -46,23 +45,23 @@ std::string messageOf(Action action)
     return {};
 }
 
-TEST_F(Layer, ADefaultDecidesTheTypeAndStepsInForWhatIsNotOfIt)
+TEST_F(Layer, ADefaultSetsTheTypeAndReplacesValuesOfOtherTypes)
 {
     const auto document = kel::Document::parse(
         "<r i=' 42\n' big='4294967296' d='0.1' t='1' w='h\xC3\xA9\xF0\x9F\x98\x80'><n>-7</n><e/></r>");
     const kel::Element root = document.root(), none = root.child("none").child("none");
     EXPECT_EQ(42, root.attribute("i", 0));
-    EXPECT_EQ(7, root.attribute("big", 7)) << "more than an int holds";
+    EXPECT_EQ(7, root.attribute("big", 7)) << "too large for an int";
     EXPECT_EQ(4294967296, root.attribute(L"big", 7L));
-    EXPECT_EQ(7u, root.child("n").text(7u)) << "a minus sign";
+    EXPECT_EQ(7u, root.child("n").text(7u)) << "unsigned, but there is a minus sign";
     EXPECT_EQ(-7, root.child("n").text(short{1}));
     EXPECT_EQ(0.1, root.attribute("d", 0.0));
-    EXPECT_EQ(5, root.attribute("d", 5)) << "digits to the end";
+    EXPECT_EQ(5, root.attribute("d", 5)) << "not a whole number";
     EXPECT_TRUE(root.attribute("t", false));
-    EXPECT_TRUE(root.attribute("i", true)) << "no truth value";
+    EXPECT_TRUE(root.attribute("i", true)) << "not a truth value";
     EXPECT_EQ(L"h\u00e9\U0001f600", root.attribute("w", L""));
     EXPECT_EQ("h\xC3\xA9\xF0\x9F\x98\x80", root.attribute("w", ""));
-    EXPECT_EQ("", root.child("e").text("default")) << "an empty text is one";
+    EXPECT_EQ("", root.child("e").text("default")) << "an empty text is a text";
     EXPECT_EQ("default", none.text("default"));
     EXPECT_EQ(L"", none.text<std::wstring>());
     EXPECT_EQ(800, none.attribute("width", 800));
@@ -74,14 +73,14 @@ TEST_F(Layer, ADefaultDecidesTheTypeAndStepsInForWhatIsNotOfIt)
 TEST_F(Layer, NumbersReadBackAsTheyWereWritten)
 {
     kel::Element root = kel::Document("r").root();
-    const auto comesBack = [&](auto number) {
+    const auto expectReadBack = [&](auto number) {
         root.setAttribute("n", number);
-        return root.attribute("n", decltype(number){}) == number;
+        EXPECT_EQ(number, root.attribute("n", decltype(number){}));
     };
-    EXPECT_TRUE(comesBack(std::numeric_limits<std::int64_t>::min()) &&
-                comesBack(std::numeric_limits<std::uint64_t>::max()) && comesBack(0.1) && comesBack(0.1F) &&
-                comesBack(std::numeric_limits<double>::denorm_min()) && comesBack(1e300) && comesBack(true) &&
-                comesBack(std::numeric_limits<double>::infinity()));
+    const auto expectEachReadBack = [&](auto... numbers) { (expectReadBack(numbers), ...); };
+    using Double = std::numeric_limits<double>;
+    expectEachReadBack(std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::uint64_t>::max(),
+                       0.1, 0.1F, Double::denorm_min(), Double::infinity(), 1e300, true);
     root.setAttribute("n", false);
     EXPECT_EQ("false", root.attribute("n", ""));
 }
@@ -128,7 +127,7 @@ TEST_F(Layer, ARefusedChangeChangesNothingAndSaysWhy)
               messageOf([&] { deepest.append("d"); }));
 }
 
-TEST_F(Layer, ALoopMayMoveOrRemoveTheNodeThatItHasReached)
+TEST_F(Layer, ALoopMayMoveOrRemoveItsCurrentNode)
 {
     kel::Document document = kel::Document::parse("<r><a/>t<b><a/></b><a/><!--c--></r>");
     kel::Element root = document.root();
@@ -138,7 +137,7 @@ TEST_F(Layer, ALoopMayMoveOrRemoveTheNodeThatItHasReached)
     EXPECT_EQ("a a ", namesIn(root.children("a")));
     for (auto& element : root.children("a")) {
         if (root.children().size() < 6)
-            root.append("a"); // which the loop reaches
+            root.append("a"); // the loop visits it too
         element.setAttribute("seen", true);
     }
     for (kel::Element element : root.descendants("a"))
@@ -146,7 +145,7 @@ TEST_F(Layer, ALoopMayMoveOrRemoveTheNodeThatItHasReached)
             root.child("b").append(element);
         else
             element.parent().remove(element);
-    EXPECT_EQ(5u, root.child("b").children().size()) << "b's own is removed, all that moved there stay";
+    EXPECT_EQ(5u, root.child("b").children().size()) << "the elements that moved to b, not its first child";
     for (const kel::Node& node : root.nodes())
         root.remove(node);
     EXPECT_EQ("<r/>", xmlOf(root));
@@ -158,36 +157,36 @@ TEST_F(Layer, ALoopMayMoveOrRemoveTheNodeThatItHasReached)
     EXPECT_TRUE(root.attributes().empty());
 }
 
-TEST_F(Layer, ALoopThatMovesNodesWithinItsListReachesEachOnce)
+TEST_F(Layer, ALoopThatMovesNodesWithinItsListVisitsEachOnce)
 {
     kel::Element list = kel::Document::parse("<l><c/><a/><d/><b/></l>").root();
-    std::string reached;
+    std::string visited;
     for (const kel::Element& element : list.children()) {
-        reached += element.name() + ' ';
+        visited += element.name() + ' ';
         kel::Element place = *list.children().begin();
         while (place != element && place.name() < element.name())
             place = kel::Element(place.nextSibling());
         list.insertBefore(element, place);
     }
-    EXPECT_EQ("c a d b a b c d ", reached + namesIn(list.children()));
+    EXPECT_EQ("c a d b a b c d ", visited + namesIn(list.children()));
     list.child("a").append("below");
-    reached.clear();
+    visited.clear();
     for (const kel::Element& element : list.descendants()) {
-        reached += element.name() + ' ';
+        visited += element.name() + ' ';
         list.append(element);
     }
-    EXPECT_EQ("a b c d below a b c d below ", reached + namesIn(list.children()));
-    reached.clear();
+    EXPECT_EQ("a b c d below a b c d below ", visited + namesIn(list.children()));
+    visited.clear();
     kel::Element single = kel::Document::parse("<l><a/></l>").root();
     for (const kel::Element& element : single.children())
-        if ((reached += element.name()) == "a") {
+        if ((visited += element.name()) == "a") {
             single.insertBefore("x", element);
             single.append("y");
         }
-    EXPECT_EQ("ay", reached) << "new nodes on both sides are no move";
+    EXPECT_EQ("ay", visited) << "new nodes are visited only after the current one";
 }
 
-TEST_F(Layer, AnErrorOfLoadingSaysWhichFileWhereAndWhy)
+TEST_F(Layer, ALoadErrorNamesTheFileThePlaceAndTheReason)
 {
     using Kind = kel::LoadError::Kind;
     const std::string path = pathOf("h\xC3\xA9.xml").toStdString();
@@ -219,7 +218,7 @@ TEST_F(Layer, AnErrorOfLoadingSaysWhichFileWhereAndWhy)
     EXPECT_EQ(std::pair(Kind{}, std::string()), loadErrorOfText("<r/>"));
 }
 
-TEST_F(Layer, ASavedFileIsCompleteOrTheOldOne)
+TEST_F(Layer, ASaveWritesTheWholeFileOrKeepsTheOldOne)
 {
     const std::string path = pathOf("saved.xml").toStdString();
     const auto document =
@@ -236,10 +235,10 @@ TEST_F(Layer, ASavedFileIsCompleteOrTheOldOne)
     EXPECT_EQ(path + ": the document is empty", messageOf([&] { kel::Document().save(path); }));
 }
 
-TEST_F(Layer, AWriterClosesWhatIsOpenInAnyOrder)
+TEST_F(Layer, AWriterClosesOpenElementsInAnyOrder)
 {
     const std::string path = pathOf("written.xml").toStdString();
-    expectNothingLeft([&path] {
+    expectNoLeaks([&path] {
         auto outlives = [&path] {
             kel::Writer writer(path, false);
             auto root = std::make_unique<kel::Writer::Element>(writer.element("r"));
@@ -262,7 +261,7 @@ TEST_F(Layer, AWriterClosesWhatIsOpenInAnyOrder)
         auto root = writer.element("lost");
         throw std::logic_error("before `close`");
     } catch (const std::logic_error&) {
-        EXPECT_EQ("r", kel::Document::load(path).root().name()) << "what was begun is no file";
+        EXPECT_EQ("r", kel::Document::load(path).root().name()) << "the earlier file stays";
     }
     kel::Writer writer(path);
     auto root = writer.element("r");
@@ -278,7 +277,7 @@ TEST_F(Layer, AWriterClosesWhatIsOpenInAnyOrder)
     EXPECT_EQ("a]]>b", read.nodes().begin()->text() + std::next(read.nodes().begin())->text());
 }
 
-TEST_F(Layer, AWriterRefusesWhatNobodyCouldRead)
+TEST_F(Layer, AWriterRefusesWhatNoParserCouldRead)
 {
     kel::Writer writer("/dev/full"), closed("/dev/null");
     EXPECT_EQ("closing a file: it has no root element", messageOf([&] { closed.close(); }));

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""layers_test.py CHECKOUT - the files of a room include only rooms below it, and no includes form a cycle."""
+"""layers_test.py CHECKOUT - files include only folders below their own, and no includes form a cycle."""
 import pathlib
 import re
 import sys
@@ -24,16 +24,16 @@ BELOW = {
 top = pathlib.Path(sys.argv[1])
 faults = []
 includes = {}
-for room, below in BELOW.items():
-    files = [path for path in (top / room).rglob('*') if path.suffix in ('.h', '.cpp')]
+for folder, below in BELOW.items():
+    files = [path for path in (top / folder).rglob('*') if path.suffix in ('.h', '.cpp')]
     if not files:
-        faults.append(f'{room} is empty')
+        faults.append(f'{folder} is empty')
     for path in files:
         named = re.findall(r'^#include "(.+)"', path.read_text(), re.M)
-        included = [name if '/' in name else f'{room}/{name}' for name in named]
+        included = [name if '/' in name else f'{folder}/{name}' for name in named]
         includes[f'{path.relative_to(top)}'] = included
         faults += [f'{path.relative_to(top)} includes {name}' for name in included
-                   if name.split('/')[0] not in below | {room}]
+                   if name.split('/')[0] not in below | {folder}]
 
 
 def cycle(name, path):

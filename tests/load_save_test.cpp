@@ -1,6 +1,6 @@
-// Loading and saving: every road in, every refusal, and what is on the disk afterwards.
+// Loading and saving files: every result equals Qt's, and a refused call changes neither the tree nor a file.
 
-#include "support/beside_qt.h"
+#include "support/compare_with_qt.h"
 #include "support/dom_fixture.h"
 
 #include <QtCore/QDirIterator>
@@ -11,12 +11,12 @@
 namespace
 {
 
-/// How many bytes can be read before one read fails; after that, reading works again. None fails below 0.
+/// The number of bytes that can be read before one read fails; negative if no read fails.
 ssize_t readableBytes = -1;
 
 } // namespace
 
-/// In place of the C library's, for Qt too.
+/// Replaces the C library's function, also in Qt.
 extern "C" ssize_t read(int descriptor, void* to, std::size_t most)
 {
     if (readableBytes == 0) {
@@ -36,8 +36,8 @@ namespace
 
 struct LoadSave : DomTest
 {
-    /// Loads a file of these bytes with Qt directly and through the library. \return whether it was loaded
-    bool expectQtsVerdictTreeAndBytes(const QByteArray& bytes)
+    /// Loads and saves a file with these bytes, with Qt and with the library. \return whether it was loaded
+    bool expectSameAsQt(const QByteArray& bytes)
     {
         SCOPED_TRACE(bytes.left(1000).toPercentEncoding().toStdString());
         const QString path = pathOf("bytes.xml");
@@ -48,13 +48,13 @@ struct LoadSave : DomTest
         QDomDocument theirs;
         const auto loadOurs = [&path](auto& document, auto* flag) { return load(document, path, flag); };
         bool isLoaded = false;
-        EXPECT_NO_THROW(isLoaded = loadBeside(theirs, *ours, loadOurs, &file);
+        EXPECT_NO_THROW(isLoaded = loadAndCompareWithQt(theirs, *ours, loadOurs, &file);
                         model::compareNodes(itemsOf(*listOf(*ours)), model::fromQt(theirs)->children, true));
         return isLoaded;
     }
 };
 
-TEST_F(LoadSave, PathThatFileNamesCannotHoldIsRefusedAndNoOtherFileIsTaken)
+TEST_F(LoadSave, APathThatNoFileNameCanExpressIsRefusedAndNoOtherFileIsUsed)
 {
     auto document = documentOf(L"<a/>");
     QTextCodec* const locales = QTextCodec::codecForLocale();
@@ -73,17 +73,17 @@ TEST_F(LoadSave, PathThatFileNamesCannotHoldIsRefusedAndNoOtherFileIsTaken)
     EXPECT_EQ("<a/>\n", saved(*document));
 }
 
-TEST_F(LoadSave, BytesCutOffAnywhereOrUnderAWrongLabelGetQtsVerdictAndBytes)
+TEST_F(LoadSave, TruncatedAndMislabelledFilesLoadAndSaveAsWithQt)
 {
     const QByteArray all = contentOf(QStringLiteral(KEL_TESTS "all_kinds.xml"));
     for (int length = 0; length <= all.size(); ++length)
-        expectQtsVerdictTreeAndBytes(all.left(length));
+        expectSameAsQt(all.left(length));
 
     const QByteArray bodies[] = {"<a>\xC3\xA9\xF0\x9F\x98\x80</a>", "<a>\xE9\xFF</a>", "<a>\xED\xA0\x80</a>",
                                  QByteArray("<a>\0b</a>", 9), "<a\0"};
     QList<QByteArray> heads{"", "\xEF\xBB\xBF", "\xFE\xFF", "\xFF\xFE"};
     heads << QByteArray("\xFF\xFE\0\0", 4) << QByteArray("\0\0\xFE\xFF", 4);
-    // Not UTF-32: Qt ends it with what its memory holds when it encodes pairs of surrogates.
+    // UTF-32 is missing: when Qt encodes surrogate pairs in it, the end of the text is uninitialised memory.
     for (const char* const label :
          {"UTF-8", "UTF-16", "ISO-8859-1", "windows-1251", "Shift_JIS", "no-such", "", "UTF-7", "\xFF"})
         heads += QByteArray("<?xml version='1.0' encoding='") + label + "'?>";
@@ -91,16 +91,16 @@ TEST_F(LoadSave, BytesCutOffAnywhereOrUnderAWrongLabelGetQtsVerdictAndBytes)
         for (const QByteArray& head : heads) {
             const QByteArray bytes = head + body;
             const QString text = QString::fromUtf8(bytes);
-            expectQtsVerdictTreeAndBytes(bytes);
+            expectSameAsQt(bytes);
             for (const char* const codec : {"UTF-16LE", "UTF-16BE"})
-                expectQtsVerdictTreeAndBytes(QTextCodec::codecForName(codec)->fromUnicode(text));
+                expectSameAsQt(QTextCodec::codecForName(codec)->fromUnicode(text));
         }
     }
-    // A surrogate on its own.
-    expectQtsVerdictTreeAndBytes(QByteArray("\xFF\xFE<\0a\0>\0\0\xD8<\0/\0a\0>\0", 18));
+    // A lone surrogate.
+    expectSameAsQt(QByteArray("\xFF\xFE<\0a\0>\0\0\xD8<\0/\0a\0>\0", 18));
 }
 
-TEST_F(LoadSave, AReadThatFailsAtAnyByteLeavesTheEarlierTree)
+TEST_F(LoadSave, AFailedReadAtAnyByteKeepsTheEarlierTree)
 {
     const auto document = documentOf(L"<kept/>");
     const QString path = pathOf("file.xml");
@@ -110,23 +110,23 @@ TEST_F(LoadSave, AReadThatFailsAtAnyByteLeavesTheEarlierTree)
         VARIANT_BOOL success = 7;
         readableBytes = byte;
         EXPECT_EQ(S_FALSE, load(*document, path, &success)) << byte;
-        EXPECT_EQ(-1, readableBytes);
+        EXPECT_EQ(-1, readableBytes) << "no read failed";
         EXPECT_EQ(VARIANT_FALSE, success);
         ASSERT_EQ("<kept/>\n", saved(*document)) << byte;
     }
     EXPECT_EQ(S_OK, load(*document, path, nullptr));
 }
 
-TEST_F(LoadSave, EveryXmlFileOfTheMachineGetsQtsVerdictTreeAndBytes)
+TEST_F(LoadSave, EveryXmlFileOnTheMachineLoadsAndSavesAsWithQt)
 {
     int loaded = 0;
     QDirIterator files(QStringLiteral("/usr/share"), {QStringLiteral("*.xml")}, QDir::Files,
                        QDirIterator::Subdirectories);
     while (files.hasNext()) {
         SCOPED_TRACE(files.next().toStdString());
-        loaded += expectQtsVerdictTreeAndBytes(contentOf(files.filePath())) ? 1 : 0;
+        loaded += expectSameAsQt(contentOf(files.filePath())) ? 1 : 0;
     }
-    EXPECT_GE(loaded, 10) << "shared-mime-info and xkb-data bring at least these";
+    EXPECT_GE(loaded, 10) << "files of shared-mime-info and xkb-data, at least";
 }
 
 } // namespace

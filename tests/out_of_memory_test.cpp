@@ -1,11 +1,11 @@
-// The first, the second, ... allocation of a call fails until the call succeeds. Each time the output stays
-// untouched, nothing leaks, and the objects go on working.
+// Repeats each call and makes its first allocation fail, then its second, and so on until the call succeeds.
+// Each time, the output stays untouched, nothing leaks, and the objects still work.
 
 #include "KelXmlLib/filer.h"
 #include "KelXmlLib/kel.h"
 #include "parsing/prescan.h"
 #include "support/dom_fixture.h"
-#include "support/lines.h"
+#include "support/patterns.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QTextStream>
@@ -21,17 +21,17 @@
 namespace
 {
 
-using allocations::Lack;
+using allocations::Shortage;
 
-/// What a call can work on, made again for each failure.
+/// The objects of a call. Each failure gets new ones.
 struct Objects : OneOfEach
 {
     ComPtr<IXMLDOMNode> spare;
-    ComPtr<IXMLDOMNodeList> found; ///< by name
-    IXMLDOMNode* node;             ///< any of the nodes
+    ComPtr<IXMLDOMNodeList> found; ///< elements found by name
+    IXMLDOMNode* node;             ///< one of `nodes()`
 };
 
-/// The place for an output of any type. Frees what a call put there.
+/// An output of any type. Frees what a call wrote to it.
 class Out
 {
 public:
@@ -52,12 +52,12 @@ public:
             m_free = [](Place& given) { SysFreeString(reinterpret_cast<BSTR>(given[0])); };
         else if constexpr (std::is_pointer_v<Type>)
             m_free = [](Place& given) { ComPtr<IUnknown>::adopt(reinterpret_cast<IUnknown*>(given[0])); };
-        return hasPlace ? reinterpret_cast<Type*>(m_place.data()) : nullptr;
+        return isWanted ? reinterpret_cast<Type*>(m_place.data()) : nullptr;
     }
     bool isUntouched() const { return m_place == kUntouched; }
     bool isNull() const { return m_place[0] == 0 || m_place[1] == 0; }
 
-    bool hasPlace = true;
+    bool isWanted = true;
 
 private:
     using Place = std::array<std::uintptr_t, 3>;
@@ -71,20 +71,20 @@ private:
 struct Call
 {
     const char* name;
-    /// Makes the call with `out` as its only output.
+    /// Makes the call, with `out` as its only output.
     std::function<HRESULT(Objects&, Out& out)> make;
-    /// The part of the call in which Qt itself leaks; null for most.
+    HRESULT answerToNull = S_FALSE; ///< to a null output pointer
+    /// The part of the call in which Qt itself leaks; null for most calls.
     std::function<void(QDomDocument&, const QString& name)> qtAlone = nullptr;
-    HRESULT withoutPlace = S_FALSE; ///< the answer to a null output pointer
 };
 
 struct OutOfMemory : DomTest
 {
     Objects prepare() const
     {
-        const std::wstring value(1100, L'1'); // so long that its conversion allocates
+        const std::wstring value(1100, L'1'); // long, so that its conversion allocates
         const OneOfEach made = oneOfEach((L"<a x='" + value + L"'>t<b><c/></b></a>").c_str());
-        ComPtr<ITypeInfo> loaded; // by the element, which keeps it
+        ComPtr<ITypeInfo> loaded; // now the element caches its type information
         EXPECT_EQ(S_OK, made.root->GetTypeInfo(0, 0, loaded.put()));
         return {made, create(*made.document, NODE_ELEMENT, L"spare"), find(made), made.root.get()};
     }
@@ -97,8 +97,8 @@ struct OutOfMemory : DomTest
 
     std::vector<Call> calls();
 
-    /// Whether the caller learns of a failure: from an exception before any output, from the answer, or from
-    /// a null BSTR.
+    /// Whether the caller notices a failure: by an exception before any output, by the answer, or by a null
+    /// BSTR.
     static bool isReported(HRESULT answer, const Out& out)
     {
         if (answer == kThrown)
@@ -106,7 +106,7 @@ struct OutOfMemory : DomTest
         return answer != S_OK || out.isNull();
     }
 
-    /// Fails each allocation of the call in turn.
+    /// Makes each allocation of the call fail in turn.
     void failEach(const Call& call) const
     {
         bool hasFailed = true;
@@ -115,14 +115,14 @@ struct OutOfMemory : DomTest
             Out out;
             HRESULT answer = kThrown;
             hasFailed = allocations::failsIn(nth, [&] { answer = call.make(objects, out); });
-            EXPECT_EQ(hasFailed, isReported(answer, out)) << "allocation " << nth;
+            EXPECT_EQ(hasFailed, isReported(answer, out)) << "a failure is reported, allocation " << nth;
             EXPECT_EQ(lengthOf(*listOf(*objects.root)), lengthOf(*objects.list)) << "allocation " << nth;
             EXPECT_EQ(lengthOf(*find(objects)), lengthOf(*objects.found)) << "allocation " << nth;
             append(*objects.root, *objects.spare);
         }
     }
 
-    /// Fails each allocation of Qt's part of the call in turn.
+    /// Makes each allocation in Qt's part of the call fail in turn.
     static void failQt(const Call& call)
     {
         bool hasFailed = call.qtAlone != nullptr;
@@ -145,7 +145,7 @@ struct OutOfMemory : DomTest
             morvCreateXmlFiler(path.c_str(), KelXmlLib::eEncodingUtf8, 0, true, true, nullptr, nullptr));
     }
 
-    /// \return 0 when the filer accepted all
+    /// \return 0 if the filer accepted everything
     static int writeAll(IKelXmlFiler& filer)
     {
         return filer.writeDocBegin() | filer.writeElmBegin(L"r") | filer.writeAttribute(L"a", L"v") |
@@ -153,7 +153,7 @@ struct OutOfMemory : DomTest
                filer.writeElmBegin(L"e", L"text") | filer.writeElmEnd() | filer.writeDocEnd() | filer.close();
     }
 
-    /// In place of the answer of a call that threw.
+    /// Stands for the answer if a call throws.
     static constexpr HRESULT kThrown = 7777;
     const Bstr name{L"name"}, x{L"x"}, tag{L"b"}, words{L"text"}, xml{L"<n y='2'>u<!--k--></n>"};
     const Variant one{1}, string{L"text"};
@@ -167,11 +167,9 @@ std::vector<Call> OutOfMemory::calls()
     const std::wstring written = pathOf("written.xml").toStdWString();
     using O = Objects;
     const auto makeText = [](QDomDocument& d, const QString& n) { d.createTextNode(n); };
-    const auto isNotQts = nullptr;
     return {
         {"DllGetClassObject",
-         [](O&, Out& out) { return DllGetClassObject(CLSID_DOMDocument, IID_IUnknown, out); }, isNotQts,
-         E_FAIL},
+         [](O&, Out& out) { return DllGetClassObject(CLSID_DOMDocument, IID_IUnknown, out); }, E_FAIL},
         {"nodeName", [](O& o, Out& out) { return o.node->get_nodeName(out); }},
         {"nodeType", [](O& o, Out& out) { return o.node->get_nodeType(out); }},
         {"parentNode", [](O& o, Out& out) { return o.node->get_parentNode(out); }},
@@ -181,7 +179,7 @@ std::vector<Call> OutOfMemory::calls()
         {"hasChildNodes", [](O& o, Out& out) { return o.node->hasChildNodes(out); }},
         {"ownerDocument", [](O& o, Out& out) { return o.node->get_ownerDocument(out); }},
         {"documentElement", [](O& o, Out& out) { return o.document->get_documentElement(out); }},
-        {"text of an element", [](O& o, Out& out) { return o.root->get_text(out); },
+        {"text of an element", [](O& o, Out& out) { return o.root->get_text(out); }, S_FALSE,
          [](QDomDocument& d, const QString&) { d.documentElement().text(); }},
         {"text of a text", [](O& o, Out& out) { return o.text->get_text(out); }},
         {"nodeValue", [](O& o, Out& out) { return o.text->get_nodeValue(out); }},
@@ -197,71 +195,66 @@ std::vector<Call> OutOfMemory::calls()
         {"selectNodes of an element", [this](O& o, Out& out) { return o.root->selectNodes(tag.get(), out); }},
         {"createNode",
          [this](O& o, Out& out) { return o.document->createNode(one.get(), name.get(), nullptr, out); },
-         [](QDomDocument& d, const QString& n) { d.createElementNS(QString(), n); }},
-        {"appendChild", [](O& o, Out& out) { return o.root->appendChild(o.spare.get(), out); }, isNotQts,
-         S_OK},
+         S_FALSE, [](QDomDocument& d, const QString& n) { d.createElementNS(QString(), n); }},
+        {"appendChild", [](O& o, Out& out) { return o.root->appendChild(o.spare.get(), out); }, S_OK},
         {"appendChild of a first child",
-         [](O& o, Out& out) { return o.text->appendChild(o.spare.get(), out); },
-         [](QDomDocument& d, const QString&) { d.createTextNode(QString()); }, S_OK},
-        {"removeChild", [](O& o, Out& out) { return o.root->removeChild(o.text.get(), out); }, isNotQts,
-         S_OK},
-        {"cloneNode", [](O& o, Out& out) { return o.root->cloneNode(1, out); },
-         [](QDomDocument& d, const QString&) { d.documentElement().cloneNode(true); }, S_OK},
-        {"put_text", [this](O& o, Out&) { return o.root->put_text(words.get()); }, makeText, S_OK},
+         [](O& o, Out& out) { return o.text->appendChild(o.spare.get(), out); }, S_OK,
+         [](QDomDocument& d, const QString&) { d.createTextNode(QString()); }},
+        {"removeChild", [](O& o, Out& out) { return o.root->removeChild(o.text.get(), out); }, S_OK},
+        {"cloneNode", [](O& o, Out& out) { return o.root->cloneNode(1, out); }, S_OK,
+         [](QDomDocument& d, const QString&) { d.documentElement().cloneNode(true); }},
+        {"put_text", [this](O& o, Out&) { return o.root->put_text(words.get()); }, S_OK, makeText},
         {"Invoke, nodeName", [](O& o, Out& out) { return invoke(*o.root, 2, DISPATCH_PROPERTYGET, {}, out); },
-         isNotQts, S_OK},
+         S_OK},
         {"Invoke, put_text of a number",
          [this](O& o, Out&) {
              VARIANT number = one.get();
              DISPID put = DISPID_PROPERTYPUT;
              return invoke(*o.root, 24, DISPATCH_PROPERTYPUT, {&number, &put, 1, 1}, nullptr);
          },
-         makeText, S_OK},
-        {"put_text of an attribute", [this](O& o, Out&) { return o.attribute->put_text(words.get()); },
+         S_OK, makeText},
+        {"put_text of an attribute", [this](O& o, Out&) { return o.attribute->put_text(words.get()); }, S_OK,
          [](QDomDocument& d, const QString& n) {
              d.documentElement().attributeNode(QStringLiteral("x")).setNodeValue(n);
-         },
-         S_OK},
-        {"setAttribute", [this](O& o, Out&) { return o.root->setAttribute(name.get(), string.get()); },
-         [](QDomDocument& d, const QString& n) { d.documentElement().setAttribute(n, n + n); }, S_OK},
-        {"load", [source](O& o, Out&) { return o.document->load(source.get(), nullptr); },
-         [](QDomDocument& d, const QString&) { // loses in the prescan what its input source was reading
+         }},
+        {"setAttribute", [this](O& o, Out&) { return o.root->setAttribute(name.get(), string.get()); }, S_OK,
+         [](QDomDocument& d, const QString& n) { d.documentElement().setAttribute(n, n + n); }},
+        {"load", [source](O& o, Out&) { return o.document->load(source.get(), nullptr); }, S_OK,
+         [](QDomDocument& d, const QString&) { // the prescan's input source leaks too
              QByteArray bytes("<n y='2'>u<!--k--></n>");
              kelxml::parsing::prescan(bytes);
              QBuffer buffer(&bytes);
              buffer.open(QIODevice::ReadOnly);
              d.setContent(&buffer);
-         },
-         S_OK},
-        {"loadXML", [this](O& o, Out&) { return o.document->loadXML(xml.get(), nullptr); },
-         [](QDomDocument& d, const QString&) { d.setContent(QString::fromUtf8("<n y='2'>u<!--k--></n>")); },
-         S_OK},
+         }},
+        {"loadXML", [this](O& o, Out&) { return o.document->loadXML(xml.get(), nullptr); }, S_OK,
+         [](QDomDocument& d, const QString&) { d.setContent(QString::fromUtf8("<n y='2'>u<!--k--></n>")); }},
         {"a filer from its creation to its end",
-         [written](O&, Out&) { return writeAll(*makeFiler(written)); },
-         [](QDomDocument&, const QString&) { QXmlStreamWriter(); }, S_OK},
+         [written](O&, Out&) { return writeAll(*makeFiler(written)); }, S_OK,
+         [](QDomDocument&, const QString&) { QXmlStreamWriter(); }},
     };
 }
 
-TEST_F(OutOfMemory, WithoutAPlaceOrMemoryCallsAnswerTouchNoOutputAndLeaveNothingBehind)
+TEST_F(OutOfMemory, NullOutputsAndFailedAllocationsAreReportedTouchNoOutputAndLeakNothing)
 {
-    const QObject first; // with which Qt makes what it keeps for the thread, and does not survive a failure
+    const QObject first; // makes Qt create its thread data now, because a failure there would end the process
     for (const Call& call : calls()) {
         SCOPED_TRACE(call.name);
         Objects objects = prepare();
         for (IXMLDOMNode* const node : objects.nodes()) {
             Out none;
-            none.hasPlace = false;
+            none.isWanted = false;
             objects.node = node;
-            EXPECT_EQ(call.withoutPlace, call.make(objects, none));
+            EXPECT_EQ(call.answerToNull, call.make(objects, none));
         }
-        EXPECT_EQ(leftBy([&call] { failQt(call); }), leftBy([&] { failEach(call); }));
+        EXPECT_EQ(leakedBy([&call] { failQt(call); }), leakedBy([&] { failEach(call); })) << "only Qt leaks";
     }
 }
 
-TEST_F(OutOfMemory, TheFirstLookUpOfANameWorksOrFailsAndTheNextOneWorks)
+TEST_F(OutOfMemory, AFailedFirstLookupOfANameDoesNotBreakTheNextOne)
 {
     wchar_t load[] = L"load", *names[] = {load};
-    expectNothingLeft([&] {
+    expectNoLeaks([&] {
         bool hasFailed = true;
         for (std::size_t nth = 1; hasFailed; ++nth) {
             const auto document = newDocument();
@@ -276,15 +269,15 @@ TEST_F(OutOfMemory, TheFirstLookUpOfANameWorksOrFailsAndTheNextOneWorks)
     });
 }
 
-/// How many processes die when memory runs out in `work`, at one place after the other. A new thread, because
-/// Qt makes more objects there.
-int deathsIn(const std::function<void()>& work, Lack lack)
+/// Repeats `work` in new processes, and lets memory run out a little later each time. Uses a new thread,
+/// because Qt allocates more there. \return how many processes died
+int deathsIn(const std::function<void()>& work, Shortage shortage)
 {
     int deaths = 0, status = 1;
     for (std::size_t nth = 1; status != 0; nth += nth < 64 ? 1 : nth / 8) {
         const pid_t child = fork();
         if (child == 0) {
-            const auto fails = [&] { return allocations::failsIn(nth, work, lack); };
+            const auto fails = [&] { return allocations::failsIn(nth, work, shortage); };
             _exit(std::async(std::launch::async, fails).get() ? 1 : 0);
         }
         waitpid(child, &status, 0);
@@ -293,7 +286,7 @@ int deathsIn(const std::function<void()>& work, Lack lack)
     return deaths;
 }
 
-// An exception that leaves one of Qt's destructors ends the process. Deaths of Qt alone are not counted.
+// An exception that leaves a destructor of Qt ends the process, so the library may die as often as Qt alone.
 TEST_F(OutOfMemory, SavingAndLoadingThrowWhereverMemoryRunsOut)
 {
     const QString written = pathOf("written.xml");
@@ -313,20 +306,19 @@ TEST_F(OutOfMemory, SavingAndLoadingThrowWhereverMemoryRunsOut)
         ASSERT_EQ(S_OK, document->save(source.get()));
         const auto save = [&] { document->save(destination.get()); };
         const auto load = [&] { newDocument()->load(source.get(), nullptr); };
-        for (const Lack lack : {Lack::Once, Lack::ForGood}) {
-            EXPECT_EQ(deathsIn(openStream, lack), deathsIn(save, lack));
-            EXPECT_EQ(deathsIn(openFile, lack), deathsIn(load, lack));
+        for (const Shortage shortage : {Shortage::OneFailure, Shortage::FromThenOn}) {
+            EXPECT_EQ(deathsIn(openStream, shortage), deathsIn(save, shortage));
+            EXPECT_EQ(deathsIn(openFile, shortage), deathsIn(load, shortage));
         }
-        for (const Lack lack : {Lack::OfBytes, Lack::OfSpace}) {
-            EXPECT_EQ(0, deathsIn(save, lack));
-            EXPECT_EQ(0, deathsIn(load, lack));
+        for (const Shortage shortage : {Shortage::Bytes, Shortage::AddressSpace}) {
+            EXPECT_EQ(0, deathsIn(save, shortage));
+            EXPECT_EQ(0, deathsIn(load, shortage));
         }
-        EXPECT_EQ(0, deathsIn(makeAFiler, Lack::OfBytes));
+        EXPECT_EQ(0, deathsIn(makeAFiler, Shortage::Bytes));
     }
 }
 
-/// The C++ layer throws, and its trees stay whole.
-TEST_F(OutOfMemory, TheLayerThrowsAndWhatItChangesStaysWhole)
+TEST_F(OutOfMemory, TheLayerThrowsAndItsTreesStayUsable)
 {
     const std::string path = pathOf("layer.xml").toStdString();
     kel::Document("old").save(path);
@@ -355,7 +347,7 @@ TEST_F(OutOfMemory, TheLayerThrowsAndWhatItChangesStaysWhole)
             root.append("after");
             EXPECT_EQ(root, document.root());
             EXPECT_TRUE(kel::Document::parse(document.toString()).root().child("after"));
-            EXPECT_TRUE(kel::Document::load(path).root()) << "half a file";
+            EXPECT_TRUE(kel::Document::load(path).root()) << "a file is never half-written";
         }
     }
 }

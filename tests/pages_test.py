@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""pages_test.py CHECKOUT - links between pages lead somewhere, the tests that a page names exist, and no-ops.md and
-xmldom.h name the no-ops that dom/noop has."""
+"""pages_test.py CHECKOUT - links between pages work, the tests that pages name exist, and no-ops.md and xmldom.h list the
+methods in dom/noop."""
 import pathlib
 import re
 import sys
@@ -8,18 +8,18 @@ import sys
 top = pathlib.Path(sys.argv[1])
 tests = {f'{suite}.{name}' for path in (top / 'tests').glob('*.cpp')
          for suite, name in re.findall(r'^TEST(?:_F)?\((\w+), (\w+)\)', path.read_text(), re.M)}
-tests |= set(re.findall(r'^= (\w+\.\w+)$', (top / 'tests/guard_calls.txt').read_text(), re.M))
+tests |= set(re.findall(r'^= (\w+\.\w+)$', (top / 'tests/tree_calls.txt').read_text(), re.M))
 faults = []
 for page in [*top.glob('*.md'), *top.glob('docs/**/*.md')]:
     text = page.read_text()
-    faults += [f'{page.name} links to {link}' for link in re.findall(r'\]\(([\w./-]+)\)', text)
+    faults += [f'{page.name} links to {link}, which does not exist' for link in re.findall(r'\]\(([\w./-]+)\)', text)
                if not (page.parent / link).exists()]
-    faults += [f'{page.name} names the test {test}' for test in re.findall(r'`([A-Z]\w+\.[A-Z]\w+)`', text)
-               if test not in tests]
+    faults += [f'{page.name} names the test {test}, which does not exist'
+               for test in re.findall(r'`([A-Z]\w+\.[A-Z]\w+)`', text) if test not in tests]
 
 
 def methods(pattern):
-    """The methods of each class that are defined in some files."""
+    """Returns the methods of each class that the files of a pattern define."""
     found = {}
     for path in top.glob(pattern):
         for owner, name in re.findall(r'^HRESULT CMorvXMLDOM(\w+)::(\w+)\(', path.read_text(), re.M):
@@ -31,7 +31,7 @@ no_ops = methods('dom/noop/*.cpp')
 every_no_op, working = set().union(*no_ops.values()), set().union(*methods('dom/*.cpp').values())
 page = ' '.join(re.findall(r'^\| (`.*?) \|', (top / 'docs/no-ops.md').read_text(), re.M))
 faults += [f'no-ops.md and dom/noop differ in {name}' for name in every_no_op ^ set(re.findall(r'`(\w+)`', page))]
-faults += [f'no-ops.md must say of which objects {name} is a no-op exactly if it works for others'
+faults += [f'no-ops.md must name the objects for which {name} is a no-op, exactly if it works for others'
            for name in every_no_op & working ^ set(re.findall(r'`(\w+)` of ', page))]
 header = (top / 'include/KelXmlLib/xmldom.h').read_text()
 for interface, body in re.findall(r'^class IXMLDOM(\w+) : (.*?)^};', header, re.S | re.M):

@@ -1,8 +1,8 @@
-// The prescan of a text: each limit exactly at it and one beyond, in content, in entities and in every
-// encoding that Qt reads.
+// The prescan accepts texts at each limit and refuses them one beyond it: in content, in entities, and in
+// every encoding that Qt reads.
 
 #include "parsing/prescanner.h"
-#include "support/beside_qt.h"
+#include "support/compare_with_qt.h"
 
 #include <QtCore/QTextCodec>
 #include <gtest/gtest.h>
@@ -11,27 +11,28 @@ using namespace keltest;
 using namespace kelxml::limits;
 using namespace kelxml::parsing;
 
-TEST(PrescanTest, TextAtABoundIsNotRefusedAndOneBeyondIsAndOnlyMarkupCounts)
+TEST(PrescanTest, TextIsRefusedOnlyBeyondALimitAndOnlyMarkupCounts)
 {
-    forEachRow(KEL_TESTS "prescan.txt", [](Row line) {
-        SCOPED_TRACE(line.where);
-        int most = 0, nesting = 0;
+    forEachRow(KEL_TESTS "prescan.txt", [](Row row) {
+        SCOPED_TRACE(row.where);
+        int limit = 0, nesting = 0;
         std::string wellFormed, text;
-        std::getline(line >> most >> nesting >> wellFormed >> std::ws, text);
-        const QString at = expand(text, most);
-        const QString beyond = expand(text, most + 1);
+        std::getline(row >> limit >> nesting >> wellFormed >> std::ws, text);
+        const QString at = expand(text, limit);
+        const QString beyond = expand(text, limit + 1);
         for (const Prescan seen : {prescan(at), prescan(at.toUtf8())})
-            EXPECT_TRUE(seen.isWithinLimits() && seen.nesting == nesting) << seen.nesting;
+            EXPECT_EQ(nesting, seen.isWithinLimits() ? seen.nesting : -1) << "at the limit";
         for (const Prescan seen : {prescan(beyond), prescan(beyond.toUtf8())})
-            EXPECT_EQ(most == 0, seen.isWithinLimits());
+            EXPECT_EQ(limit == 0, seen.isWithinLimits()) << "beyond the limit";
         QDomDocument document;
         EXPECT_EQ(wellFormed == "yes", document.setContent(at));
         EXPECT_LE(extentOf(document).depth, nesting);
     });
 }
 
-// Quotes in an attribute become `&quot;` on the way. Near this bound the document's own length is claimed.
-TEST(PrescanTest, EntityTextIsBeyondWhereOneTextOrAttributeOfQtsCannotHoldIt)
+// Pretends that the document itself is almost as long as the limit, which is far beyond what a test can load.
+// In an attribute, Qt replaces quotes by `&quot;`, which is longer.
+TEST(PrescanTest, EntityTextTooLongForOneQStringIsRefused)
 {
     const auto seen = [](const QString& inAttribute, const QString& inContent) {
         QString text = QStringLiteral("<!DOCTYPE r [<!ENTITY e '%1'><!ENTITY q '%2'>]><r a='%3'>%4</r>");
@@ -57,7 +58,7 @@ TEST(PrescanTest, NoEncodingThatQtReadsHidesNesting)
     for (const QByteArray& name : QTextCodec::availableCodecs()) {
         QTextCodec* const codec = QTextCodec::codecForName(name);
         const QString head = QString::fromLatin1("<?xml version='1.0' encoding='" + name + "'?>");
-        for (int way = 0; codec && way < 4; ++way) { // without a declaration, without a byte order mark
+        for (int way = 0; codec && way < 4; ++way) { // with and without a declaration and a byte order mark
             const auto nested = [&](int depth) {
                 const QString text = (way < 2 ? head : QString()) + expand("{<a>}{</a>}", depth);
                 QTextCodec::ConverterState state(way % 2 ? QTextCodec::IgnoreHeader
@@ -72,5 +73,5 @@ TEST(PrescanTest, NoEncodingThatQtReadsHidesNesting)
             EXPECT_FALSE(prescan(nested(2049)).isWithinLimits()) << name.constData();
         }
     }
-    EXPECT_GT(read, 100);
+    EXPECT_GT(read, 100) << "encodings that Qt reads";
 }

@@ -1,10 +1,10 @@
-// Everything is called once more where a thread or the process ends: from the destructors of a thread-local
-// object, of a static one that Qt's codecs outlive, and of one that outlives them.
+// Calls everything from destructors at the end of a thread and of the process: once in a thread-local object,
+// once in a static object destroyed before Qt's codecs, and once in a static object destroyed after them.
 
 #include "KelComWrapper/typelib.h"
 #include "KelXmlLib/filer.h"
 #include "KelXmlLib/kel.h"
-#include "support/by_name.h"
+#include "support/call_by_name.h"
 #include "support/objects.h"
 #include "support/type_library_file.h"
 
@@ -34,53 +34,53 @@ struct LastCalls
     {
         filer.reset(
             morvCreateXmlFiler(path.get().bstrVal, KelXmlLib::eEncodingUtf8, 0, false, false, L"", L""));
-        require(filer && filer->writeElmBegin(L"begun") == KelXmlLib::eStatusAccepted);
+        require(filer && filer->writeElmBegin(L"begun") == KelXmlLib::eStatusAccepted, "a filer works");
     }
 
     ~LastCalls()
     {
         const HRESULT expected = hasCodecs ? S_OK : S_FALSE;
-        require(filer->writeText(L"\u00e4") == 0 && filer->writeDocEnd() == 0); // which was open before
+        requireEqual<int>(filer->writeText(L"\u00e4") | filer->writeDocEnd(), 0, "writing to an open file");
         filer.reset();
         write("<r>\u00e4</r>\n");
-        require(document->load(path.get(), nullptr) == expected);
+        requireEqual(document->load(path.get(), nullptr), expected, "load");
         write("kept");
-        require(document->save(path.get()) == expected);
-        require(content() == (hasCodecs ? "<r>\u00e4</r>\n" : "kept"));
+        requireEqual(document->save(path.get()), expected, "save");
+        requireEqual(content(), std::string(hasCodecs ? "<r>\u00e4</r>\n" : "kept"), "the saved file");
         beginFile();
         filer.reset();
-        require(content() == (hasCodecs ? "<begun" : "kept"));
+        requireEqual(content(), std::string(hasCodecs ? "<begun" : "kept"), "the file of a filer");
 
         const kel::Bstr xml(L"<?xml version='1.0' encoding='ISO-8859-1'?><a x='1'>t&#228;<b/></a>");
-        require(document->loadXML(xml.get(), nullptr) == S_OK);
+        requireEqual(document->loadXML(xml.get(), nullptr), S_OK, "loadXML");
         kel::ComPtr<IXMLDOMElement> root;
         document->get_documentElement(root.put());
         kel::Element(*root).append(L"n\u00e4me");
-        require(kel::Element(*root).text<std::wstring>() == L"t\u00e4");
+        requireEqual(kel::Element(*root).text<std::wstring>(), std::wstring(L"t\u00e4"), "the text");
         kel::Variant result;
-        require(callByName(*root, L"nodeName", DISPATCH_PROPERTYGET, result) == S_OK);
-        require(result.type() == VT_BSTR && result.text() == L"a");
+        requireEqual(callByName(*root, L"nodeName", DISPATCH_PROPERTYGET, result), S_OK, "a call by name");
+        requireEqual(std::wstring(result.text()), std::wstring(L"a"), "the name");
         ITypeLib* library = nullptr;
         write(keltest::stamped("<identity name='" + QByteArray(hasCodecs ? "With" : "Without") +
                                "' uuid='00000000-0000-0000-0000-000000000001' version='1.0'/></library>"));
         const HRESULT answer = KelTypelib::LoadTypeLib(path.get().bstrVal, &library);
-        require(answer == (hasCodecs ? S_OK : TYPE_E_CANTLOADLIBRARY));
+        requireEqual(answer, hasCodecs ? S_OK : TYPE_E_CANTLOADLIBRARY, "LoadTypeLib");
         std::puts(file.c_str());
     }
 };
 
-LastCalls outlivingCodecs{false};
+LastCalls afterCodecs{false};
 
 } // namespace
 
 int main()
 {
     KelTypelib::RegisterTypeLib(LIBID_MSXML, L"" KEL_TYPE_LIBRARY);
-    outlivingCodecs.beginFile();
+    afterCodecs.beginFile();
     std::thread([] {
         thread_local LastCalls atThreadEnd{true};
         atThreadEnd.beginFile();
     }).join();
-    static LastCalls outlivedByCodecs{true};
-    outlivedByCodecs.beginFile();
+    static LastCalls beforeCodecs{true};
+    beforeCodecs.beginFile();
 }

@@ -1,7 +1,8 @@
-// What the serializer writes against what Qt writes.
+// The serializer writes the bytes that Qt writes, except for the order of attributes.
 
 #include "serialize/attributes.h"
-#include "support/any_tree.h"
+#include "support/random_tree.h"
+#include "support/seeds.h"
 
 #include <QtCore/QThread>
 #include <gtest/gtest.h>
@@ -19,17 +20,17 @@ QDomDocument documentOf(const char* xml, bool isNamespaceAware = false)
     return document;
 }
 
-TEST(Serialize, TreesThatOnlyCallsCanBuildGetQtsBytes)
+TEST(Serialize, TreesBuiltByCallsAreWrittenAsQtWritesThem)
 {
-    for (unsigned seed = 0; seed < 1000; ++seed) {
-        AnyTree tree(randomChoice(seed));
+    forEachSeed(0, 1000, [](unsigned seed) {
+        RandomTree tree(randomChoice(seed));
         for (unsigned step = 0; step < seed % 50; ++step)
             tree.grow();
-        ASSERT_NO_THROW(tree.requireQtsBytes());
-    }
+        tree.requireSameBytesAsQt();
+    });
 }
 
-TEST(Serialize, AttributesAreSortedByTheNameWritten)
+TEST(Serialize, AttributesAreSortedByTheirWrittenNames)
 {
     const auto plain = documentOf("<r \xC3\xA9='5' b='2' a.c='1' a='0' B='\"]]>'/>");
     EXPECT_EQ("<r B=\"&quot;]]&gt;\" a=\"0\" a.c=\"1\" b=\"2\" \xC3\xA9=\"5\"/>\n", bytesOf(plain));
@@ -44,7 +45,7 @@ TEST(Serialize, AttributesAreSortedByTheNameWritten)
               bytesOf(type));
 }
 
-TEST(Serialize, AllAttributesOfAWideElementAreFoundWhateverTheirNames)
+TEST(Serialize, EveryAttributeOfALargeElementIsWrittenWhateverItsName)
 {
     QDomDocument document;
     for (const char* const space : {static_cast<const char*>(nullptr), "", "u\"rn"})
@@ -56,15 +57,15 @@ TEST(Serialize, AllAttributesOfAWideElementAreFoundWhateverTheirNames)
                                        QStringLiteral("<\""));
                 ASSERT_EQ(element.attributes().count(), attributesOf(element).size()) << pattern;
             }
-            ASSERT_NO_THROW(requireQtsBytes(element)) << pattern;
+            ASSERT_NO_THROW(requireSameBytesAsQt(element)) << pattern;
         }
     QDomElement element = document.createElement(QStringLiteral("e"));
     for (int count = 0; count < 3000; ++count)
         element.setAttribute(QString::number(count), count);
-    EXPECT_EQ(sortedBytes(bytesOfQt(element, 4)), sortedBytes(bytesOf(element, {4, AttributeOrder::ofQt})));
+    EXPECT_EQ(sortedBytes(savedByQt(element, 4)), sortedBytes(bytesOf(element, {4, AttributeOrder::ofQt})));
 }
 
-TEST(Serialize, DepthDoesNotMatterOnASmallStack)
+TEST(Serialize, ADeepTreeIsWrittenOnASmallStack)
 {
     constexpr int kDepth = 5'000;
     const QByteArray xml = QByteArray("<a>").repeated(kDepth) + QByteArray("</a>").repeated(kDepth);

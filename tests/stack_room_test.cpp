@@ -1,9 +1,9 @@
-// Documents at every depth on threads with small stacks: the result or a refusal, never an overrun. A crash
-// here ends the test program.
+// Loads and saves documents of every depth on small stacks: each call works or is refused, and no stack
+// overflows. A stack overflow ends the test program.
 
 #include "KelXmlLib/kel.h"
 #include "support/dom_fixture.h"
-#include "support/lines.h"
+#include "support/patterns.h"
 
 #include <QtCore/QThread>
 #include <memory>
@@ -25,7 +25,7 @@ struct StackRoom : DomTest
         EXPECT_TRUE(thread->wait());
     }
 
-    /// Does `work` under a lower limit. \return what it answers
+    /// Does `work` with a lower limit of the process. \return the result of `work`
     template <class Work>
     static auto under(__rlimit_resource resource, rlim_t most, Work work)
     {
@@ -44,29 +44,37 @@ struct StackRoom : DomTest
         return Bstr(keltest::expand("{<a>}t{</a>}", depth).toStdWString().c_str());
     }
 
-    /// Copies, reads, appends and saves; a refusal must leave an existing file as it was. \return whether it
-    /// was saved
+    /// Does `work` after using `kBytes` of the stack. \return the result of `work`
+    template <std::size_t kBytes, class Work>
+    static HRESULT withUsedStack(Work work)
+    {
+        volatile char used[kBytes] = {};
+        return work() + used[0];
+    }
+
+    /// Copies, reads, appends and saves a document. If the library refuses to save, an existing file must
+    /// stay as it was. \return whether the document was saved
     bool use(const ComPtr<IXMLDOMDocument>& document)
     {
         ComPtr<IXMLDOMNode> copy;
         EXPECT_EQ(S_OK, rootOf(document)->cloneNode(1, copy.put()));
         EXPECT_EQ("t", kel::Node(*copy).text());
         const auto other = newDocument();
-        create(*other, NODE_ELEMENT, L"e"); // with which there is a tree
+        create(*other, NODE_ELEMENT, L"e"); // creates the tree
         append(*other, *copy);
         EXPECT_TRUE(firstChildOf(*other));
         const QString path = pathOf("there.xml");
         write(path, "there");
         const bool isSaved = save(*document, path) == S_OK;
-        EXPECT_EQ(isSaved, contentOf(path) != "there");
+        EXPECT_EQ(isSaved, contentOf(path) != "there") << "a file changes exactly when it is saved";
         return isSaved;
     }
 };
 
-// First, and on the first thread: what is known of a stack is remembered.
-TEST_F(StackRoom, APassingShortageRefusesNothingAndIsNotRemembered)
+// Must run first, and on the main thread: later, the bounds of the main stack are cached.
+TEST_F(StackRoom, AFailedStackLookupRefusesNothingAndIsNotCached)
 {
-    EXPECT_EQ(S_FALSE, loadNested(0)); // for a sanitizer to know the classes: it needs files
+    EXPECT_EQ(S_FALSE, loadNested(0)); // lets a sanitizer open the files that it needs to know the classes
     EXPECT_EQ(S_OK, under(RLIMIT_NOFILE, 0, [] { return loadNested(100); }));
     const Bstr text = nested(100);
     const auto document = newDocument();
@@ -81,61 +89,52 @@ TEST_F(StackRoom, APassingShortageRefusesNothingAndIsNotRemembered)
     }
 }
 
-TEST_F(StackRoom, EveryStackGetsTheResultOrARefusalAtEveryDepth)
+TEST_F(StackRoom, EveryDepthIsLoadedOrRefusedOnEveryStack)
 {
     const auto kept = documentOf(L"<kept/>");
     onStackOf(256 * 1024, [&kept] {
-        volatile char used[216 * 1024] = {};
-        EXPECT_EQ(S_FALSE, kept->loadXML(Bstr(L"<!--k-->").get(), nullptr) + used[0]);
+        const auto load = [&kept] { return kept->loadXML(Bstr(L"<!--k-->").get(), nullptr); };
+        EXPECT_EQ(S_FALSE, withUsedStack<216 * 1024>(load));
     });
-    EXPECT_EQ(L"kept", nameOf(*rootOf(kept))) << "at no depth, there was no room for the rest";
+    EXPECT_EQ(L"kept", nameOf(*rootOf(kept))) << "a refused load keeps the earlier tree";
 
-    struct
-    {
-        unsigned kib;
-        int from, loaded, saved;
-    } const kLeast[] = {{512, 1, 700, 200}, {1024, 1, 1500, 450}, {8192, 2048, 2048, 2048}};
-    for (const auto& least : kLeast) {
+    const auto tryDepths = [this](unsigned kib, int first, int leastLoaded, int leastSaved) {
         auto deepest = documentOf(nested(2048).c_str()); // on a large stack
-        onStackOf(least.kib * 1024, [&] {
+        onStackOf(kib * 1024, [&] {
             int deepestLoaded = 0, deepestSaved = 0;
-            for (int depth = least.from; depth <= 2049; depth += depth < 64 || depth == 2048 ? 1 : 31) {
+            for (int depth = first; depth <= 2049; depth += depth < 64 || depth == 2048 ? 1 : 31) {
                 const auto document = newDocument();
                 if (document->loadXML(nested(depth).get(), nullptr) == S_OK) {
                     deepestLoaded = depth;
                     deepestSaved = use(document) ? depth : deepestSaved;
                 }
             }
-            EXPECT_GE(deepestLoaded, least.loaded) << "on " << least.kib << " KiB";
-            EXPECT_GE(deepestSaved, least.saved) << "on " << least.kib << " KiB";
+            EXPECT_GE(deepestLoaded, leastLoaded) << "loaded on " << kib << " KiB";
+            EXPECT_GE(deepestSaved, leastSaved) << "saved on " << kib << " KiB";
             EXPECT_LE(deepestLoaded, 2048);
-            EXPECT_EQ(least.saved == 2048, use(deepest));
+            EXPECT_EQ(leastSaved == 2048, use(deepest));
             deepest.reset(); // frees it on this stack
         });
-    }
+    };
+    tryDepths(512, 1, 700, 200);
+    tryDepths(1024, 1, 1500, 450);
+    tryDepths(8192, 2048, 2048, 2048);
 }
 
-TEST_F(StackRoom, TheFirstStacksLimitIsAskedForEachTime)
+TEST_F(StackRoom, TheMainThreadsStackLimitIsReadEachTime)
 {
     const auto load = [&](rlim_t limit, int depth) {
-        use(documentOf(nested(8).c_str())); // what this uses of the stack is there then
+        use(documentOf(nested(8).c_str())); // now the system has mapped the stack that this needs
         return under(RLIMIT_STACK, limit, [depth] { return loadNested(depth); });
     };
-    const auto deeper = [&] {
-        volatile char used[90 * 1024] = {};
-        return load(128 * 1024, 120) + used[0];
-    };
-    EXPECT_EQ(S_FALSE, deeper());
-    const auto belowTheLimit = [&] {
-        volatile char used[1 << 20] = {};
-        return load(512 * 1024, 1) + used[0];
-    };
-    EXPECT_EQ(S_FALSE, belowTheLimit());
+    EXPECT_EQ(S_FALSE, withUsedStack<90 * 1024>([&] { return load(128 * 1024, 120); }))
+        << "the call needs more than is left";
+    EXPECT_EQ(S_FALSE, withUsedStack<1 << 20>([&] { return load(512 * 1024, 1); })) << "nothing is left";
     EXPECT_EQ(S_FALSE, load(100 * 1024, 200));
-    EXPECT_EQ(S_OK, loadNested(120)) << "the limit is high again";
+    EXPECT_EQ(S_OK, loadNested(120)) << "with the usual limit again";
 }
 
-TEST_F(StackRoom, AStackTheSystemDoesNotKnowCountsAsSmall)
+TEST_F(StackRoom, AStackUnknownToTheSystemCountsAsSmall)
 {
     static ucontext_t caller, coroutine;
     static HRESULT shallow, deep;
@@ -145,12 +144,7 @@ TEST_F(StackRoom, AStackTheSystemDoesNotKnowCountsAsSmall)
     coroutine.uc_stack.ss_size = stack.size();
     coroutine.uc_link = &caller;
     makecontext(
-        &coroutine,
-        [] {
-            shallow = loadNested(10);
-            deep = loadNested(300);
-        },
-        0);
+        &coroutine, [] { shallow = loadNested(10), deep = loadNested(300); }, 0);
     swapcontext(&caller, &coroutine);
     EXPECT_EQ(S_OK, shallow);
     EXPECT_EQ(S_FALSE, deep);

@@ -1,4 +1,4 @@
-// The conversions give what Qt's own give, on random and hostile text.
+// Our string conversions equal Qt's, on random text with hard cases.
 
 #include "KelComWrapper/variant_owner.h"
 #include "support/allocations.h"
@@ -11,21 +11,21 @@
 namespace
 {
 
-/// Hard cases for conversions: markup, lone surrogates, the edges of planes, a byte order mark in both
-/// orders, units that are no code point.
+/// Markup, the limits of encoded lengths, surrogates, both byte order marks, and units that are not code
+/// points.
 const char32_t kUnits[] = {U'a',   U'<',    U'&',    0x7F,     0x80,     0xE9,       0x7FF,      0x800,
                            0xD7FF, 0xD800,  0xDBFF,  0xDC00,   0xDFFF,   0xE000,     0xFEFF,     0xFFFE,
                            0xFFFF, 0x10000, 0x1F600, 0x10FFFF, 0x110000, 0x7FFFFFFF, 0xFFFE0000, 0xFFFFFFFF};
 
 constexpr std::size_t kUnitsOf16Bits = 17;
 
-TEST(Text, BothWaysEqualQtsConversionsForAnyUnitsAndOutwardsFreeNothing)
+TEST(Text, ConversionsEqualQtsForAnyUnitsAndFreeNoEarlierOutput)
 {
     EXPECT_TRUE(kelxml::text::fromWide(nullptr).isNull());
-    const kel::Variant earlier(L"earlier"); // is freed here, and nowhere else
+    const kel::Variant earlier(L"earlier"); // overwritten below; a conversion must not free it
     std::mt19937 random(1);
     for (int round = 0; round < 20000; ++round) {
-        // Zeros are in the short texts only: the long ones are to come out whole.
+        // Only short texts contain zeros, because a zero ends the text and long texts must stay long.
         const bool isLong = round % 100 == 0;
         const std::size_t kinds = random() % 2 ? kUnitsOf16Bits : std::size(kUnits);
         std::wstring given(isLong ? 1000 + random() % 50 : random() % 40, L'\0');
@@ -43,7 +43,7 @@ TEST(Text, BothWaysEqualQtsConversionsForAnyUnitsAndOutwardsFreeNothing)
         value.wReserved2 = 77;
         const std::size_t failing = codePoints < 1024 ? 2 : 0;
         ASSERT_FALSE(allocations::failsIn(failing, [&] { kelxml::text::putString(text, &value); }))
-            << "short text allocates the BSTR and nothing else";
+            << "a short text needs one allocation, for the BSTR";
         const kel::Variant out = kel::Variant::adopt(value);
         ASSERT_TRUE(value.bstrVal && value.wReserved2 == 77);
         ASSERT_EQ(std::wstring_view(expected.c_str()), out.text()) << round;

@@ -1,7 +1,7 @@
-// Several threads at once, each with documents of its own, early and late bound. What they share is the
-// type-library service and the counts of changes; the thread sanitizer watches.
+// Several threads use separate documents at the same time, through vtables and by name. They share only the
+// type-library service and the change counters. Meant for the thread sanitizer.
 
-#include "support/by_name.h"
+#include "support/call_by_name.h"
 #include "support/call_machine.h"
 #include "support/dom_fixture.h"
 #include "support/type_library_file.h"
@@ -14,7 +14,7 @@ namespace
 
 struct Threads : DomTest
 {
-    /// Makes random calls, calls by name and registers again, over and over.
+    /// Repeatedly makes random calls and calls by name, and registers type libraries.
     void work(unsigned number, ITypeInfo& shared)
     {
         model::CallMachine machine(randomChoice(number));
@@ -23,10 +23,10 @@ struct Threads : DomTest
         for (int round = 0; round < 50; ++round) {
             for (int call = 0; call < 20; ++call)
                 EXPECT_NO_THROW(machine.step());
-            void* made = nullptr; // which may come while another thread makes the first `newDocument`
+            void* made = nullptr; // another thread may call `newDocument` for the first time now
             EXPECT_EQ(S_OK, DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &made));
             const auto one = ComPtr<IXMLDOMDocument>::adopt(static_cast<IXMLDOMDocument*>(made));
-            const auto list = listOf(*one); // of a null node, which is the same in all threads
+            const auto list = listOf(*one); // a list of a null node; all threads share the null node
             EXPECT_EQ(S_FALSE, list->get_item(8, ComPtr<IXMLDOMNode>().put()));
             EXPECT_EQ(1, lengthOf(*listOf(*documentOf(L"<a/>"))));
             append(*one, *create(*one, NODE_ELEMENT, L"e"));
@@ -48,7 +48,7 @@ struct Threads : DomTest
     }
 };
 
-TEST_F(Threads, WithDocumentsOfTheirOwnDoNotDisturbEachOther)
+TEST_F(Threads, WithSeparateDocumentsDoNotDisturbEachOther)
 {
     const auto shared = keltest::typeInfo(L"" KEL_TYPE_LIBRARY, IID_IXMLDOMDocument);
     std::vector<std::thread> threads;
@@ -56,7 +56,7 @@ TEST_F(Threads, WithDocumentsOfTheirOwnDoNotDisturbEachOther)
         threads.emplace_back([&, number] { work(number, *shared); });
     for (std::thread& thread : threads)
         thread.join();
-    EXPECT_EQ(2u, shared->AddRef());
+    EXPECT_EQ(2u, shared->AddRef()) << "references, with this one";
     shared->Release();
 }
 

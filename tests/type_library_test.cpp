@@ -1,4 +1,4 @@
-// Type libraries: the registry, loading, invalid and inconsistent files, and the XML DOM's own library.
+// Type libraries: registration, loading, invalid and inconsistent files, and the library of the XML DOM.
 
 #include "support/objects.h"
 #include "support/type_library_walk.h"
@@ -25,7 +25,7 @@ constexpr GUID kUnknownGuid{0x12345678, 0, 0, {}};
 
 const QByteArray kSmallBody = contentOf(QStringLiteral(KEL_TESTS "../fuzz/seeds/type_library/small.xml"));
 
-std::function<void()> whileReading;
+std::function<void()> whileReading; ///< called once, while the next file is read
 
 TEST(TypeLibraryRegistry, KeepsOnePathPerIdentifierUntilItIsRemoved)
 {
@@ -35,7 +35,7 @@ TEST(TypeLibraryRegistry, KeepsOnePathPerIdentifierUntilItIsRemoved)
         std::wstring buffer = untouched;
         EXPECT_EQ(path ? S_OK : TYPE_E_LIBNOTREGISTERED, GetTlbFilePath(kUnknownGuid, buffer.data()));
         EXPECT_STREQ(path ? path : untouched.c_str(), buffer.c_str());
-        EXPECT_EQ(L'#', buffer[PathCapacity]) << "nothing is written past the buffer";
+        EXPECT_EQ(L'#', buffer[PathCapacity]) << "the character after the buffer";
     };
     for (const wchar_t* const path : {L"/no/such/file", longest.c_str()}) {
         EXPECT_EQ(S_OK, RegisterTypeLib(kUnknownGuid, path));
@@ -55,10 +55,10 @@ TEST(TypeLibraryCache, ReadsAFileOnceAndAgainAfterItIsRegisteredAgain)
     ASSERT_EQ(S_OK, file.load(first));
     file.registerAgain();
     ASSERT_EQ(S_OK, file.load(again));
-    EXPECT_EQ(first, again) << "the same contents";
+    EXPECT_EQ(first, again) << "one object for the same contents";
     QFile::remove(file.path);
     again = nullptr;
-    ASSERT_EQ(S_OK, file.load(again)) << "the system is not asked";
+    ASSERT_EQ(S_OK, file.load(again)) << "the library is cached, the file is not opened";
     EXPECT_EQ(first, again);
 
     const std::wstring before = describe(*first);
@@ -66,46 +66,39 @@ TEST(TypeLibraryCache, ReadsAFileOnceAndAgainAfterItIsRegisteredAgain)
     file.registerAgain();
     EXPECT_EQ(TYPE_E_INVDATAREAD, file.load(again));
     QFile::remove(file.path);
-    EXPECT_EQ(TYPE_E_CANTLOADLIBRARY, file.load(again)) << "tried again without another registration";
-    EXPECT_EQ(first, again) << "written on success only";
+    EXPECT_EQ(TYPE_E_CANTLOADLIBRARY, file.load(again)) << "a failure is not cached";
+    EXPECT_EQ(first, again) << "a failure writes no output";
     file.write(stamped(QByteArray(kSmallBody).replace("'find'", "'look'")));
     ASSERT_EQ(S_OK, file.load(again));
     EXPECT_NE(before, describe(*again));
-    EXPECT_EQ(before, describe(*first)) << "a borrowed library stays usable";
+    EXPECT_EQ(before, describe(*first)) << "the earlier library stays usable";
     file.write(stamped(kSmallBody));
     file.registerAgain();
     ASSERT_EQ(S_OK, file.load(again));
-    EXPECT_EQ(first, again) << "contents that were loaded before are not loaded twice";
+    EXPECT_EQ(first, again) << "one object for contents that were loaded before";
 }
 
-/// Runs `child` in a forked process, which is killed if it hangs.
-template <class Child>
-void expectToEndInAForkedProcess(Child child)
+/// Looks a library up in a forked process. A signal ends the process if the lookup hangs.
+void expectLookupInAForkedProcess()
 {
-    const pid_t process = ::fork();
-    if (process == 0) {
+    if (::fork() == 0) {
         ::alarm(3);
-        child();
+        wchar_t path[KelTypelib::PathCapacity];
+        KelTypelib::GetTlbFilePath(kUnknownGuid, path);
         ::_exit(0);
     }
     int status = 1;
-    ::waitpid(process, &status, 0);
-    EXPECT_EQ(0, status);
-}
-
-void lookUp()
-{
-    wchar_t path[KelTypelib::PathCapacity];
-    KelTypelib::GetTlbFilePath(kUnknownGuid, path);
+    ::wait(&status);
+    EXPECT_EQ(0, status) << "status of the forked process";
 }
 
 TEST(TypeLibraryLock, IsNotHeldWhileAFileIsRead)
 {
     const TypeLibraryFile file(stamped(kSmallBody));
-    whileReading = [] { expectToEndInAForkedProcess(lookUp); };
+    whileReading = expectLookupInAForkedProcess;
     ITypeLib* library = nullptr;
     EXPECT_EQ(S_OK, file.load(library));
-    EXPECT_FALSE(whileReading) << "the file was not read";
+    EXPECT_FALSE(whileReading) << "still set: the file was not read";
 }
 
 TEST(TypeLibraryLock, IsFreeInAForkedProcessWhateverOtherThreadsDo)
@@ -116,7 +109,7 @@ TEST(TypeLibraryLock, IsFreeInAForkedProcessWhateverOtherThreadsDo)
             KelTypelib::RegisterTypeLib(kUnknownGuid, L"/no/such/file");
     });
     for (int round = 0; round < 100 && !HasFailure(); ++round)
-        expectToEndInAForkedProcess(lookUp);
+        expectLookupInAForkedProcess();
     isDone = true;
     other.join();
 }
@@ -147,12 +140,12 @@ TEST(TypeLibraryFiles, OnlyReadableRegularFilesUpToTheLimitAreRead)
     }
 }
 
-TEST(TypeLibraryFiles, CutShortOrChangedInOneByteIsRefused)
+TEST(TypeLibraryFiles, TruncatedOrChangedInOneByteAreRefused)
 {
     const QByteArray whole = contentOf(QStringLiteral(KEL_TYPE_LIBRARY));
     const TypeLibraryFile file;
     ITypeLib* library = nullptr;
-    // The digest does not cover the head, so every byte of the head is changed.
+    // Changes every byte of the head, because the digest does not cover it.
     for (int place = 0; place < whole.size(); place += place < 300 ? 1 : 17) {
         QByteArray changed = whole;
         changed[place] = static_cast<char>(changed[place] ^ static_cast<char>(1 + place % 255));
@@ -165,29 +158,28 @@ TEST(TypeLibraryFiles, CutShortOrChangedInOneByteIsRefused)
     EXPECT_EQ(S_OK, file.load(library));
 }
 
-TEST(TypeLibraryFiles, ContradictionsAndUnknownsAreRefused)
+TEST(TypeLibraryFiles, WithInconsistentOrUnknownDeclarationsAreRefused)
 {
     const TypeLibraryFile file;
     QByteArray from;
-    forEachRow(KEL_TESTS "type_library_changes.txt", [&](Row line) {
+    forEachRow(KEL_TESTS "type_library_changes.txt", [&](Row row) {
         char sign = 0;
         std::string text;
-        std::getline(line >> sign >> std::ws, text);
+        std::getline(row >> sign >> std::ws, text);
         if (sign == '=') {
             from = QByteArray::fromStdString(text);
-            EXPECT_TRUE(kSmallBody.contains(from)) << text;
+            EXPECT_TRUE(kSmallBody.contains(from)) << row.where;
             return;
         }
         file.write(stamped(QByteArray(kSmallBody).replace(from, expand(text, 0).toUtf8())));
         file.registerAgain();
         ITypeLib* library = nullptr;
         EXPECT_EQ(sign == '+' ? S_OK : TYPE_E_INVDATAREAD, file.load(library))
-            << line.where << ", in the place of " << from.toStdString();
+            << row.where << ", instead of " << from.toStdString();
     });
 }
 
-/// The declaration that a mangled name stands for, without its class, and with "other" for what the library
-/// does not describe.
+/// Demangles a method's symbol, without its class. Types that the library does not describe become "other".
 std::string declarationOf(const std::string& symbol)
 {
     static const QRegularExpression others(QStringLiteral(
@@ -286,7 +278,7 @@ TEST(TypeInfo, MapsNamesInAnyCaseAndFailsForUnknownOnesAndNullOutputs)
 
 } // namespace
 
-/// Takes the place of the C library's function, which the service asks about a file before it reads it.
+/// Replaces the C library's function, which the library calls before it reads a file.
 extern "C" KEL_EXPORT int fstat(int file, struct stat* status)
 {
     if (const auto work = std::exchange(whileReading, nullptr))

@@ -1,5 +1,5 @@
-// Stands between the program and the C library's allocator; a sanitizer has an allocator of its own, which is
-// asked instead.
+// Replaces the functions of the C library's allocator. A sanitizer has its own allocator, which counts the
+// allocated bytes itself.
 
 #include "support/allocations.h"
 
@@ -15,10 +15,10 @@
 namespace
 {
 
-using allocations::Lack;
+using allocations::Shortage;
 
-/// What the allocator asks before each allocation of this thread.
-struct Shortage
+/// Which allocations of this thread fail.
+struct State
 {
     std::size_t first = SIZE_MAX; ///< of the allocations that fail
     std::size_t last = 0;
@@ -26,28 +26,28 @@ struct Shortage
     std::ptrdiff_t bytesLeft = PTRDIFF_MAX / 2;
     bool isReached = false;
 };
-thread_local Shortage shortage;
+thread_local State state;
 
 } // namespace
 
-bool allocations::failsIn(std::size_t nth, const std::function<void()>& work, Lack lack)
+bool allocations::failsIn(std::size_t nth, const std::function<void()>& work, Shortage shortage)
 {
-    if (lack == Lack::OfSpace) {
+    if (shortage == Shortage::AddressSpace) {
         std::size_t pages = 0;
         std::ifstream("/proc/self/statm") >> pages;
         const rlimit limit = {pages * 4096 + nth * 16 * 1024, RLIM_INFINITY};
         setrlimit(RLIMIT_AS, &limit);
-    } else if (lack == Lack::OfBytes) {
-        shortage.bytesLeft = static_cast<std::ptrdiff_t>(nth * 256);
+    } else if (shortage == Shortage::Bytes) {
+        state.bytesLeft = static_cast<std::ptrdiff_t>(nth * 256);
     } else {
-        shortage = {nth, lack == Lack::ForGood ? SIZE_MAX : nth};
+        state = {nth, shortage == Shortage::FromThenOn ? SIZE_MAX : nth};
     }
     try {
         work();
     } catch (const std::bad_alloc&) {
-        shortage.isReached = true;
+        state.isReached = true;
     }
-    return std::exchange(shortage, {}).isReached;
+    return std::exchange(state, {}).isReached;
 }
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -77,11 +77,11 @@ std::atomic<std::size_t> liveCount{0};
 
 bool failsNow(std::size_t size)
 {
-    const bool isCounted = ++shortage.asked >= shortage.first && shortage.asked <= shortage.last;
-    const bool fails = isCounted || shortage.bytesLeft < static_cast<std::ptrdiff_t>(size);
+    const bool isCounted = ++state.asked >= state.first && state.asked <= state.last;
+    const bool fails = isCounted || state.bytesLeft < static_cast<std::ptrdiff_t>(size);
     if (fails)
         errno = ENOMEM;
-    shortage.isReached = shortage.isReached || fails;
+    state.isReached = state.isReached || fails;
     return fails;
 }
 
@@ -89,7 +89,7 @@ void* counted(void* memory)
 {
     if (memory) {
         ++liveCount;
-        shortage.bytesLeft -= static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
+        state.bytesLeft -= static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
     }
     return memory;
 }
@@ -109,7 +109,7 @@ void free(void* memory)
 {
     if (memory) {
         --liveCount;
-        shortage.bytesLeft += static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
+        state.bytesLeft += static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
     }
     __libc_free(memory);
 }
@@ -131,5 +131,4 @@ std::size_t allocations::live()
 
 #endif
 
-// Under valgrind and the sanitizers, whose allocators take the place of this one, nothing fails.
 const bool allocations::kCanFail = failsIn(1, [] { operator delete(operator new(1)); });

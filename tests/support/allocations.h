@@ -1,4 +1,4 @@
-// Counting live allocations, and making them fail.
+// Counts live allocations, and makes allocations fail.
 
 #pragma once
 
@@ -8,21 +8,21 @@
 namespace allocations
 {
 
-/// How much is allocated in the process. Returns to its earlier value once everything is freed.
+/// The number of live allocations in the process; under a sanitizer, their bytes.
 std::size_t live();
 
-enum class Lack {
-    Once,    ///< only the `nth` allocation fails, counted from 1
-    ForGood, ///< the `nth` allocation fails, and all after it
-    OfBytes, ///< this thread can allocate only `nth` more pieces of 256 bytes
-    OfSpace  ///< the process gets only `nth` pieces of 16 KiB of address space more than it has, from now on
+enum class Shortage {
+    OneFailure,  ///< only the `nth` allocation fails, counted from 1
+    FromThenOn,  ///< the `nth` allocation fails, and all after it
+    Bytes,       ///< this thread can allocate only `nth` times 256 more bytes
+    AddressSpace ///< from now on, the process gets only `nth` times 16 KiB more address space
 };
 
-/// Makes allocations of this thread fail in `work`. If `kCanFail` is false, none fails, because the allocator
-/// of a sanitizer or of valgrind cannot be made to. \return whether an allocation failed; for `OfSpace`,
+/// Does `work`, in which allocations of this thread fail. \return whether one failed; for `AddressSpace`,
 /// whether `work` threw
-bool failsIn(std::size_t nth, const std::function<void()>& work, Lack lack = Lack::Once);
+bool failsIn(std::size_t nth, const std::function<void()>& work, Shortage shortage = Shortage::OneFailure);
 
+/// False under valgrind and sanitizers: no allocation fails, because they replace the allocator.
 extern const bool kCanFail;
 
 } // namespace allocations

@@ -1,5 +1,5 @@
-// Random calls to the six classes and their documents, each compared with the model. The choices come from a
-// seeded generator or from a fuzzer's bytes.
+// Makes random calls on objects of the six classes and values of the C++ layer, and compares each result with
+// a model. A seeded generator or a fuzzer's bytes choose the calls.
 
 #pragma once
 
@@ -10,7 +10,7 @@
 namespace model
 {
 
-/// One function for each kind of call: make it, let the model do the same, compare.
+/// Has one function for each kind of call: it makes the call, changes the model alike, and compares.
 class CallMachine
 {
     template <class Things>
@@ -18,14 +18,10 @@ class CallMachine
     {
         return things[m_choose(std::size(things))];
     }
-    static IXMLDOMDocument& asDocument(const Held& held)
-    {
-        return static_cast<IXMLDOMDocument&>(*held.object);
-    }
 
 public:
-    /// \param documents how many there are, in every state. A single document is loaded immediately and never
-    ///        receives a node of another
+    /// \param documents number of documents, some without a tree. A single document is loaded immediately and
+    ///        never receives a node of another document
     explicit CallMachine(Choose choose, std::size_t documents = 3)
         : m_choose(std::move(choose)), m_isOneDocument(documents == 1)
     {
@@ -33,14 +29,14 @@ public:
             m_documents.push_back(newDocument());
     }
     CallMachine(const CallMachine&) = delete;
-    /// Releases everything, also in a chosen order.
+    /// Releases everything, in an order that `choose` decides.
     ~CallMachine()
     {
         while (!m_nodes.empty() || !m_lists.empty() || !m_maps.empty() || !m_layer.isEmpty())
             release();
     }
 
-    /// Makes one call. \throw std::logic_error that names the call and the violated rule
+    /// Makes one call. \throw std::logic_error with the call and the violated rule
     void step()
     {
         const Step& step = chooseStep();
@@ -72,8 +68,8 @@ private:
             {"move children", &M::moveChildren, 1},
             {"remove", &M::remove, 2},
             {"walk", &M::walk, 2},
-            {"ask for the owner", &M::askForOwner, 1},
-            {"ask for the root", &M::askForRoot, 1},
+            {"get the owner", &M::getOwner, 1},
+            {"get the root", &M::getRoot, 1},
             {"make a list", &M::makeList, 2},
             {"use a list", &M::useList, 1},
             {"make a map", &M::makeMap, 1},
@@ -83,10 +79,10 @@ private:
             {"save", &M::save, 1},
             {"close a document", &M::close, 1},
             {"release", &M::release, 1},
-            {"take a value", &M::takeValue, 2},
-            {"give a value's object", &M::giveObject, 1},
-            {"go on from a value", &M::navigateValue, 2},
-            {"change by a value", &M::changeByValue, 5},
+            {"wrap in a value", &M::wrapInValue, 2},
+            {"unwrap a value", &M::unwrapValue, 1},
+            {"navigate from a value", &M::navigateFromValue, 2},
+            {"change through a value", &M::changeThroughValue, 5},
         };
         const auto add = [](unsigned sum, const Step& step) { return sum + step.weight; };
         const Step* step = kSteps;
@@ -110,10 +106,10 @@ private:
     {
         if (m_choose(3) != 0)
             return oneOf(m_documents);
-        askForOwner();
+        getOwner();
         return m_nodes.back();
     }
-    /// Half the time picks a document or its first child, because these have the long lists.
+    /// Picks a document or its first child half the time, because these nodes have the long lists.
     Held pickParent()
     {
         if (m_choose(2))
@@ -122,19 +118,19 @@ private:
         return walk(document) ? m_nodes.back() : document;
     }
 
-    /// Expects the same object as before, if there was one.
+    /// Keeps the object and its model. If the model knows the object's address, the object must be the same.
     void keep(const ComPtr<IXMLDOMNode>& object, const ObjectPtr& model)
     {
         require(object && (!model->address || model->address == object.get()),
-                "the same object is returned each time");
+                "each call returns the same object");
         model->address = object.get();
         m_nodes.push_back({object, model});
         compare(m_nodes.back());
     }
-    /// Expects an object exactly if the model has a node. \return whether the model has one
+    /// Keeps an object, which must exist exactly if the model has a node. \return whether it exists
     bool keepAsIs(const ComPtr<IXMLDOMNode>& object, const NodePtr& node, const Handle& handle)
     {
-        require(!object == !node, node ? "there is a node" : "there is no node");
+        requireEqual(bool(object), bool(node), "an object is returned if the model has a node");
         if (!node)
             return false;
         const bool hasClass = node->type == NODE_ELEMENT || node->type == NODE_ATTRIBUTE;
@@ -143,8 +139,8 @@ private:
         return true;
     }
 
-    /// Creates a document's tree, as loading it or creating its first node does.
-    static void begin(Object& document)
+    /// Creates the tree of a document. Its first load or createNode does this.
+    static void createTree(Object& document)
     {
         if (!document.node)
             document.node = document.handle.document = make(NODE_DOCUMENT, L"#document");
@@ -155,7 +151,7 @@ private:
         requireEqual(answer, text.isLoaded ? S_OK : S_FALSE, "loadXML accepts what Qt accepts");
         if (text.xml.empty())
             return;
-        begin(*held.model);
+        createTree(*held.model);
         while (!held->node->children.empty())
             model::remove(held->node, held->node->children.back());
         const NodePtr content = fromQt(text.parsed);
@@ -175,11 +171,11 @@ private:
         const wchar_t* const name = type == NODE_ATTRIBUTE ? oneOf(kAttributes) : m_choose(2) ? L"e" : L"c";
         ComPtr<IXMLDOMNode> made;
         asDocument(held).createNode(Variant(type).get(), Bstr(name).get(), nullptr, made.put());
-        begin(*held.model);
+        createTree(*held.model);
         keepAsIs(made, make(type, name), held->handle);
     }
 
-    /// The result of a change wraps the child, even if the change was refused.
+    /// Keeps the result of a change, which is a new object for the child, even if the change was refused.
     void keepResult(const ComPtr<IXMLDOMNode>& result, const Held& parent, const Held& child,
                     const NodePtr& node)
     {
@@ -201,7 +197,7 @@ private:
     {
         const Held from = pickParent();
         const Held to = pick();
-        for (std::size_t count = from->orNone().children.size(); count > 0; --count) {
+        for (std::size_t count = from->nodeOrEmpty().children.size(); count > 0; --count) {
             ComPtr<IXMLDOMNode> child;
             from.object->get_firstChild(child.put());
             to.object->appendChild(child.get(), nullptr);
@@ -213,7 +209,7 @@ private:
     {
         const Held parent = pick();
         Held child = pick();
-        if (m_choose(2) && !parent->orNone().children.empty()) {
+        if (m_choose(2) && !parent->nodeOrEmpty().children.empty()) {
             const auto index = m_choose(parent->node->children.size());
             keepAsIs(itemsOf(*get(*parent.object, &IXMLDOMNode::get_childNodes)).at(index),
                      parent->node->children[index], parent->handle);
@@ -221,23 +217,23 @@ private:
         }
         ComPtr<IXMLDOMNode> result;
         requireEqual(parent.object->removeChild(child.object.get(), result.put()), S_OK, "removeChild");
-        const bool holdsNone = !model::remove(parent->node, child->node) && parent->kind == NODE_ELEMENT &&
-                               child->kind == NODE_ELEMENT;
-        keepResult(result, parent, child, holdsNone ? nullptr : child->node);
+        const bool isEmpty = !model::remove(parent->node, child->node) && parent->kind == NODE_ELEMENT &&
+                             child->kind == NODE_ELEMENT;
+        keepResult(result, parent, child, isEmpty ? nullptr : child->node);
     }
 
     void walk() { walk(pick()); }
-    /// Goes to the parent or to the first child. \return whether there was one
+    /// Goes to the parent or to the first child. \return whether this node exists
     bool walk(const Held& from)
     {
         const bool isUp = m_choose(2);
         ComPtr<IXMLDOMNode> found;
         isUp ? from.object->get_parentNode(found.put()) : from.object->get_firstChild(found.put());
-        const Nodes& children = from->orNone().children;
+        const Nodes& children = from->nodeOrEmpty().children;
         const NodePtr below = children.empty() ? nullptr : children.front();
-        return keepAsIs(found, isUp ? from->orNone().parent.lock() : below, from->handle);
+        return keepAsIs(found, isUp ? from->nodeOrEmpty().parent.lock() : below, from->handle);
     }
-    void askForOwner()
+    void getOwner()
     {
         Held from = pick();
         ComPtr<IXMLDOMDocument> owner;
@@ -247,13 +243,13 @@ private:
             known = makeObject(NODE_DOCUMENT, from->handle.document, {from->handle.document, nullptr});
         keep(ComPtr<IXMLDOMNode>(owner.get()), known);
     }
-    void askForRoot()
+    void getRoot()
     {
         const Held from = pickDocument();
         ComPtr<IXMLDOMElement> root;
         requireEqual(asDocument(from).get_documentElement(root.put()), S_OK, "get_documentElement");
         const auto isElement = [](const NodePtr& child) { return child->type == NODE_ELEMENT; };
-        const NodePtr node = first(from->orNone().children, isElement);
+        const NodePtr node = first(from->nodeOrEmpty().children, isElement);
         if (!from->root)
             from.model->root = makeObject(NODE_ELEMENT, node, from->handle);
         keep(ComPtr<IXMLDOMNode>(root.get()), from->root);
@@ -262,10 +258,9 @@ private:
     void makeList()
     {
         const Held source = pickParent();
-        const bool isAble = source->kind == NODE_ELEMENT || source->kind == NODE_DOCUMENT;
-        // A null name selects all children.
-        static constexpr const wchar_t* kTags[] = {L"e", L"c", nullptr};
-        const bool isSearch = isAble && m_choose(3);
+        const bool canSearch = source->kind == NODE_ELEMENT || source->kind == NODE_DOCUMENT;
+        static constexpr const wchar_t* kTags[] = {L"e", L"c", nullptr}; // null selects all children
+        const bool isSearch = canSearch && m_choose(3);
         HeldList list{{nullptr, makeObject(source->kind, source->node, source->handle)},
                       isSearch ? oneOf(kTags) : nullptr};
         const HRESULT answer = isSearch ? source.object->selectNodes(Bstr(list.tag).get(), list.object.put())
@@ -278,14 +273,14 @@ private:
         if (m_lists.empty())
             return;
         HeldList& list = oneOf(m_lists);
-        const Nodes expected = list.read();
+        const Nodes expected = list.expected();
         const bool isNext = m_choose(2);
         const unsigned index = isNext ? list.cursor : m_choose(expected.size() + 1);
         const NodePtr node = index < expected.size() ? expected[index] : nullptr;
         ComPtr<IXMLDOMNode> item;
         const HRESULT answer = isNext ? list.object->nextNode(item.put())
                                       : list.object->get_item(static_cast<LONG>(index), item.put());
-        requireEqual(answer, node ? S_OK : S_FALSE, "get_item or nextNode succeeds where there is a node");
+        requireEqual(answer, node ? S_OK : S_FALSE, "get_item or nextNode succeeds if there is a node");
         list.cursor += isNext && node ? 1 : 0;
         keepAsIs(item, node, list->handle);
     }
@@ -293,7 +288,7 @@ private:
     void makeMap()
     {
         const Held source = pick();
-        const NodePtr element = source->orNone().type == NODE_ELEMENT ? source->node : nullptr;
+        const NodePtr element = source->nodeOrEmpty().type == NODE_ELEMENT ? source->node : nullptr;
         HeldMap map{nullptr, makeObject(NODE_INVALID, element, source->handle)};
         requireEqual(source.object->get_attributes(map.object.put()), S_OK, "get_attributes");
         m_maps.push_back(std::move(map));
@@ -303,7 +298,7 @@ private:
         if (m_maps.empty())
             return;
         const HeldMap& map = oneOf(m_maps);
-        const Node& element = map->orNone();
+        const Node& element = map->nodeOrEmpty();
         compareAttributes(itemsOf(*map.object), element);
         const wchar_t* const name = oneOf(kAttributes);
         ComPtr<IXMLDOMNode> item;
@@ -315,7 +310,7 @@ private:
     {
         const Held held = pick();
         const NodePtr& node = held->node;
-        // Each text is different, so that nodes of one name differ; some are empty.
+        // Most texts are different, so that nodes with the same name differ. Some are empty.
         const std::wstring text = m_choose(8) ? std::to_wstring(++m_texts) : std::wstring();
         const bool isElement = held->kind == NODE_ELEMENT;
         if (isElement && m_choose(2)) {
@@ -347,15 +342,15 @@ private:
 
     void save() { requireEqual(asDocument(pickDocument()).save(Variant(L"/dev/null").get()), S_OK, "save"); }
 
-    void takeValue() { m_layer.take(pick()); }
-    void giveObject()
+    void wrapInValue() { m_layer.wrap(pick()); }
+    void unwrapValue()
     {
-        m_layer.give([this](const auto& object, const NodePtr& node, const Handle& handle) {
+        m_layer.unwrap([this](const auto& object, const NodePtr& node, const Handle& handle) {
             keepAsIs(object, node, handle);
         });
     }
-    void navigateValue() { m_layer.navigate(); }
-    void changeByValue() { m_layer.change(); }
+    void navigateFromValue() { m_layer.navigate(); }
+    void changeThroughValue() { m_layer.change(); }
 
     void release()
     {
@@ -363,26 +358,26 @@ private:
             if (!held.empty())
                 held.erase(held.begin() + m_choose(held.size()));
         };
-        // Often releases most of the nodes. The others must keep alive what they need.
+        // Releases any number of nodes at once. The others must keep alive what they need.
         for (unsigned count = m_choose(m_nodes.size() + 1); count > 0; --count)
             drop(m_nodes);
         drop(m_lists);
         drop(m_maps);
         m_layer.release();
     }
-    /// Releases a document and everything reached from it, but nothing reached from another document.
+    /// Releases a document and everything that came from it.
     void close()
     {
         if (m_isOneDocument)
             return;
         Held& document = oneOf(m_documents);
-        const auto isReached = [gone = document->node](const auto& one) {
-            return one->handle.document == gone;
+        const auto isFromIt = [closed = document->node](const auto& one) {
+            return one->handle.document == closed;
         };
-        const auto drop = [&isReached](auto& held) {
-            held.erase(std::remove_if(held.begin(), held.end(), isReached), held.end());
+        const auto drop = [&isFromIt](auto& held) {
+            held.erase(std::remove_if(held.begin(), held.end(), isFromIt), held.end());
         };
-        m_layer.drop(isReached);
+        m_layer.drop(isFromIt);
         drop(m_nodes);
         drop(m_lists);
         drop(m_maps);

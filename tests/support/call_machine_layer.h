@@ -1,4 +1,4 @@
-// The C++ layer's share of the call machine: values for the same trees, each with its model.
+// The part of the call machine that calls the C++ layer. Its values refer to the same trees as the objects.
 
 #pragma once
 
@@ -8,23 +8,16 @@
 namespace model
 {
 
-/// A value, and what it keeps alive.
-struct HeldValue
-{
-    kel::Node value;
-    ObjectPtr model;
-
-    const Object* operator->() const { return model.get(); }
-};
+using HeldValue = HeldAs<kel::Node>;
 
 inline HeldValue holdValue(const kel::Node& value, const NodePtr& node, const NodePtr& document)
 {
-    require(bool(value) == bool(node), node ? "there is a node" : "there is no node");
+    requireEqual(bool(value), bool(node), "a value has a node if the model has one");
     const bool isDocument = node && node->type == NODE_DOCUMENT;
     return {value, makeObject(NODE_INVALID, node, {isDocument ? node : document, nullptr})};
 }
 
-/// Calls `use` with the parent as an `Element` or a `Document`, because the layer's changes need that type.
+/// Calls `use` with the value as an `Element` or a `Document`, because only these types have the changes.
 inline void withContainer(const kel::Node& value, const std::function<void(kel::Container&)>& use)
 {
     kel::Element element(value);
@@ -34,17 +27,18 @@ inline void withContainer(const kel::Node& value, const std::function<void(kel::
 
 inline void compare(const HeldValue& held)
 {
-    const kel::Node& value = held.value;
-    const Node& node = held->orNone();
-    requireEqual(static_cast<int>(value.kind()), held->node ? node.type : 0, "kind");
+    const kel::Node& value = held.object;
+    const Node& node = held->nodeOrEmpty();
+    requireEqual(static_cast<int>(value.kind()), held->node ? node.type : 0, "the kind");
     if (!held->node)
         return;
-    requireEqual(value.name<std::wstring>(), node.name, "name");
+    requireEqual(value.name<std::wstring>(), node.name, "the name");
     const bool isElement = node.type == NODE_ELEMENT;
-    requireEqual(value.text<std::wstring>(), isElement ? node.text() : node.value, "text");
+    requireEqual(value.text<std::wstring>(), isElement ? node.text() : node.value, "the text");
     const NodePtr parent = node.parent.lock();
     const bool isBelowElement = parent && parent->type == NODE_ELEMENT;
-    requireEqual(value.parent().name<std::wstring>(), isBelowElement ? parent->name : L"", "parent");
+    requireEqual(value.parent().name<std::wstring>(), isBelowElement ? parent->name : L"",
+                 "the parent's name");
     const auto compareNames = [](const auto& list, const Nodes& nodes, const char* rule) {
         std::wstring names, expected;
         for (const auto& item : list)
@@ -56,17 +50,18 @@ inline void compare(const HeldValue& held)
     withContainer(value, [&](const kel::Container& container) {
         Nodes elements;
         if (container) {
-            compareNames(container.nodes(), node.children, "nodes");
+            compareNames(container.nodes(), node.children, "the names in nodes()");
             collect(held->node, L"e", elements);
         }
-        compareNames(container.descendants("e"), elements, "descendants");
+        compareNames(container.descendants("e"), elements, "the names in descendants()");
     });
     requireEqual(kel::Element(value).attributes().size(), isElement ? node.attributes.size() : 0,
-                 "attributes");
+                 "the number of attributes");
 }
 
-/// \return whether the layer accepts `child` below `parent`. \param leaving a child that `child` replaces
-inline bool fitsInLayer(const NodePtr& parent, const NodePtr& child, const NodePtr& leaving = nullptr)
+/// \param replaced the child that makes way for `child`, if any
+/// \return whether the layer accepts `child` below `parent`
+inline bool fitsInLayer(const NodePtr& parent, const NodePtr& child, const NodePtr& replaced = nullptr)
 {
     if (!parent || (parent->type != NODE_ELEMENT && parent->type != NODE_DOCUMENT) || !fits(parent, child) ||
         child->type == NODE_ATTRIBUTE)
@@ -76,7 +71,7 @@ inline bool fitsInLayer(const NodePtr& parent, const NodePtr& child, const NodeP
     const NodePtr root =
         first(parent->children, [](const NodePtr& node) { return node->type == NODE_ELEMENT; });
     const bool isText = child->type == NODE_TEXT || child->type == NODE_CDATA_SECTION;
-    return !isText && (child->type != NODE_ELEMENT || !root || root == child || root == leaving);
+    return !isText && (child->type != NODE_ELEMENT || !root || root == child || root == replaced);
 }
 
 class LayerCalls
@@ -84,18 +79,19 @@ class LayerCalls
 public:
     explicit LayerCalls(const Choose& choose) : m_choose(choose) {}
 
-    void take(const Held& held)
+    /// Creates a value from an object.
+    void wrap(const Held& held)
     {
         keep(holdValue(kel::Node(*held.object), held->node, held->handle.documentOrFallback()));
     }
-    /// \param use receives an interface's object, its node and its handle
+    /// Gets the object of a value. \param use receives the object, its node and its handle
     template <class Use>
-    void give(Use use)
+    void unwrap(Use use)
     {
         if (m_values.empty())
             return;
         const HeldValue held = pick();
-        use(held.value.get(), held->node, held->handle);
+        use(held.object.get(), held->node, held->handle);
     }
 
     void navigate()
@@ -103,21 +99,21 @@ public:
         if (m_values.empty())
             return;
         const HeldValue held = pick();
-        const NodePtr parent = held->orNone().parent.lock();
+        const NodePtr parent = held->nodeOrEmpty().parent.lock();
         const auto keepNext = [&](const kel::Node& value, const NodePtr& node) {
             keep(holdValue(value, node, held->handle.document));
         };
         const unsigned kind = m_choose(5);
         if (kind == 0)
-            keepNext(held.value.nextSibling(), sibling(held->node, 1));
+            keepNext(held.object.nextSibling(), sibling(held->node, 1));
         else if (kind == 1)
-            keepNext(held.value.previousSibling(), sibling(held->node, -1));
+            keepNext(held.object.previousSibling(), sibling(held->node, -1));
         else if (kind == 2)
-            keepNext(held.value.parent(), parent && parent->type == NODE_ELEMENT ? parent : nullptr);
+            keepNext(held.object.parent(), parent && parent->type == NODE_ELEMENT ? parent : nullptr);
         else if (kind == 3 && held->node && held->node->type != NODE_DOCUMENT)
-            keepNext(held.value.clone(), copyOf(*held->node, true));
+            keepNext(held.object.clone(), copyOf(*held->node, true));
         else if (kind == 4)
-            for (const kel::Attribute& attribute : kel::Element(held.value).attributes())
+            for (const kel::Attribute& attribute : kel::Element(held.object).attributes())
                 keepNext(attribute, held->node->attribute(attribute.name<std::wstring>()));
     }
 
@@ -127,23 +123,23 @@ public:
             return;
         const HeldValue parent = pick(), child = pick();
         const NodePtr at = parent->node, node = child->node;
-        const Nodes children = parent->orNone().children;
+        const Nodes children = parent->nodeOrEmpty().children;
         const HeldValue other = m_choose(4) && !children.empty() ? childOf(parent) : pick();
         const NodePtr place = other->node;
         const bool isChild = at && std::count(children.begin(), children.end(), place) != 0;
         const unsigned kind = m_choose(5);
-        if (kind == 0 &&
-            expect("append", parent, fitsInLayer(at, node), [&](auto& to) { to.append(child.value); }))
+        if (kind == 0 && expect("append is possible", parent, fitsInLayer(at, node),
+                                [&](auto& to) { to.append(child.object); }))
             append(at, node);
-        else if (kind == 1 && expect("insertBefore", parent, isChild && fitsInLayer(at, node),
-                                     [&](auto& to) { to.insertBefore(child.value, other.value); }))
+        else if (kind == 1 && expect("insertBefore is possible", parent, isChild && fitsInLayer(at, node),
+                                     [&](auto& to) { to.insertBefore(child.object, other.object); }))
             insertBefore(at, node, place);
-        else if (kind == 2 && expect("replace", parent, isChild && fitsInLayer(at, node, place),
-                                     [&](auto& to) { to.replace(other.value, child.value); })) {
+        else if (kind == 2 && expect("replace is possible", parent, isChild && fitsInLayer(at, node, place),
+                                     [&](auto& to) { to.replace(other.object, child.object); })) {
             insertBefore(at, node, place);
             remove(at, node == place ? nullptr : place);
-        } else if (kind == 3 && expect("remove", parent, isChild && isContainer(at),
-                                       [&](auto& to) { to.remove(other.value); }))
+        } else if (kind == 3 && expect("remove is possible", parent, isChild && isContainer(at),
+                                       [&](auto& to) { to.remove(other.object); }))
             remove(at, place);
         else if (kind == 4)
             setContent(parent);
@@ -154,11 +150,11 @@ public:
         for (unsigned count = m_choose(m_values.size() + 1); count > 0; --count)
             m_values.erase(m_values.begin() + m_choose(m_values.size()));
     }
-    /// \param isReached receives a value and returns whether to release it
+    /// Releases each value for which `isDropped` returns true.
     template <class Predicate>
-    void drop(Predicate isReached)
+    void drop(Predicate isDropped)
     {
-        m_values.erase(std::remove_if(m_values.begin(), m_values.end(), isReached), m_values.end());
+        m_values.erase(std::remove_if(m_values.begin(), m_values.end(), isDropped), m_values.end());
     }
     bool isEmpty() const { return m_values.empty(); }
 
@@ -176,7 +172,7 @@ private:
     HeldValue childOf(const HeldValue& parent)
     {
         HeldValue child = parent;
-        withContainer(parent.value, [&](const kel::Container& container) {
+        withContainer(parent.object, [&](const kel::Container& container) {
             const Nodes& children = parent->node->children;
             if (!container)
                 return;
@@ -197,24 +193,24 @@ private:
         return isThere ? place[step] : nullptr;
     }
 
-    /// Makes a change and expects it to throw unless it is possible. \return whether it is possible
+    /// Tries a change, which must throw exactly if it is not possible. \return whether it was made
     template <class Change>
-    static bool expect(const char* name, const HeldValue& parent, bool isPossible, Change change)
+    static bool expect(const char* rule, const HeldValue& parent, bool isPossible, Change change)
     {
         bool isMade = true;
         try {
-            withContainer(parent.value, change);
+            withContainer(parent.object, change);
         } catch (const kel::Error&) {
             isMade = false;
         }
-        requireEqual(isMade, isPossible, name);
+        requireEqual(isMade, isPossible, rule);
         return isMade;
     }
 
     void setContent(const HeldValue& held)
     {
         const NodePtr node = held->node;
-        kel::Element element(held.value);
+        kel::Element element(held.object);
         if (!element)
             return;
         if (m_choose(3) != 0) {

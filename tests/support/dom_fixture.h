@@ -1,5 +1,5 @@
-// Shared by the object-model tests: documents from text, short forms of the getters, and a check that each
-// test frees everything that it allocated.
+// Shared by the tests of the object model: documents from text, short forms of the getters, and a check for
+// leaks.
 
 #pragma once
 
@@ -12,7 +12,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-/// An object of each class for one document: its element, and the children and attributes of that.
+/// An object of each class: a document, its root, and the root's text, attribute, children and attribute map.
 struct OneOfEach
 {
     ComPtr<IXMLDOMDocument> document;
@@ -22,7 +22,7 @@ struct OneOfEach
     ComPtr<IXMLDOMNodeList> list;
     ComPtr<IXMLDOMNamedNodeMap> map;
 
-    /// One of each class of nodes.
+    /// The objects that are nodes.
     std::array<IXMLDOMNode*, 4> nodes() const
     {
         return {document.get(), root.get(), text.get(), attribute.get()};
@@ -70,7 +70,7 @@ struct DomTest : testing::Test
         return as<IXMLDOMAttribute>(node);
     }
 
-    /// \param xml its root element begins with text and has an attribute `x`
+    /// \param xml a document whose root element begins with text and has an attribute `x`
     static OneOfEach oneOfEach(const wchar_t* xml)
     {
         const auto document = documentOf(xml);
@@ -91,7 +91,7 @@ struct DomTest : testing::Test
     {
         ComPtr<IXMLDOMNode> result;
         EXPECT_EQ(S_OK, parent.appendChild(&child, result.put()));
-        EXPECT_TRUE(result) << "a refusal is not reported: the result is made as ever";
+        EXPECT_TRUE(result) << "appendChild returns the child even if it refuses it";
         return result;
     }
 
@@ -108,9 +108,9 @@ struct DomTest : testing::Test
     const QTemporaryDir m_directory;
 };
 
-/// Runs `scenario` twice. \return how much the second run leaks; the first one does all lazy initialisation
-template <class Scenario>
-std::size_t leftBy(Scenario scenario)
+/// Runs `scenario` twice: once for all lazy initialisation, and once more to count. \return what the second
+/// run leaks
+inline std::size_t leakedBy(const std::function<void()>& scenario)
 {
     scenario();
     const std::size_t before = allocations::live();
@@ -118,8 +118,7 @@ std::size_t leftBy(Scenario scenario)
     return allocations::live() - before;
 }
 
-template <class Scenario>
-void expectNothingLeft(Scenario scenario)
+inline void expectNoLeaks(const std::function<void()>& scenario)
 {
-    EXPECT_EQ(0u, leftBy(scenario));
+    EXPECT_EQ(0u, leakedBy(scenario)) << "leaked";
 }

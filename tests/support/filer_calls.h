@@ -1,11 +1,11 @@
-// Calls the filer and Qt's writer alike. Each status depends only on the texts, and the bytes must be the
-// ones that Qt writes. A seeded generator or a fuzzer's bytes choose the calls and the texts.
+// Makes the same random calls on the filer and on Qt's writer. A status must depend only on the texts, and
+// both must write the same bytes. A seeded generator or a fuzzer's bytes choose the calls.
 
 #pragma once
 
 #include "KelXmlLib/filer.h"
-#include "support/own_host.h"
 #include "support/require.h"
+#include "support/vtable_calls.h"
 
 #include <QtCore/QByteArray>
 #include <QtCore/QString>
@@ -25,11 +25,11 @@ using Q = const QString&;
 struct Call
 {
     const char* name;
-    int slot;         ///< its place in the vtable, through which it is called
-    int required = 0; ///< how many of its two texts must be present
-    void (*qts)(W writer, Q one, Q two) = [](W, Q, Q) {};
+    int slot;                                              ///< in the vtable of the filer
+    int required = 0;                                      ///< how many of its texts must not be missing
+    void (*byQt)(W writer, Q one, Q two) = [](W, Q, Q) {}; ///< the same call on Qt's writer
 
-    int answer(IKelXmlFiler& to, Text one, Text two) const { return own_host::call(&to, slot, one, two); }
+    int answer(IKelXmlFiler& to, Text one, Text two) const { return vtable_calls::call(&to, slot, one, two); }
     int expected(Text one, Text two) const
     {
         const bool isMissing = (required > 0 && !(one && *one)) || (required > 1 && !(two && *two));
@@ -48,7 +48,7 @@ inline const Call kCalls[] = {{"writeElmBegin", 8, 1, [](W w, Q a, Q) { w.writeS
                               {"writeElmFullEnd", 11, 0, [](W w, Q, Q) { w.writeEndElement(); }},
                               {"writeDocBegin", 6, 0, [](W w, Q, Q) { w.writeStartDocument(); }},
                               {"writeDocEnd", 7, 0, [](W w, Q, Q) { w.writeEndDocument(); }},
-                              // Nothing is written.
+                              // No-ops.
                               {"writeAttrBegin", 12, 1},
                               {"writeAttrEnd", 13},
                               {"writeValue(bool)", 17},
@@ -59,24 +59,24 @@ inline const Call kCalls[] = {{"writeElmBegin", 8, 1, [](W w, Q a, Q) { w.writeS
                               {"writeValue(text)", 22, 1},
                               {"writeDocType", 23, 1}};
 
-/// Most of these units need special treatment in XML.
+/// Units of texts. XML treats most of them in a special way.
 constexpr wchar_t kUnits[] =
     L"ab:1 <>&\"'\n\t\r]?!\x7f\u0085\u00a0\u00e4\u2028\u65e5\ufeff\U0001f600\U0010ffff"
     L"\xd800\xdbff\xdc00\xdfff\x110000\x4010000\x7fffffff\xfffe0000\xffffffff"
     L"-\x01\x0b\x1f\ufffe\uffff"; // and the terminating zero
 
-/// The text as the filer must write it, with U+FFFD for each unit that is not a character.
+/// The text that the filer must write: U+FFFD replaces each unit that is not a character.
 inline QString writtenOf(Text given)
 {
     std::wstring text(given ? given : L"");
     std::replace_if(
         text.begin(), text.end(), [](wchar_t unit) { return static_cast<char32_t>(unit) > 0x10FFFF; },
         0xFFFD);
-    // Both conversions drop one byte order mark, and the second one replaces stray surrogates.
+    // Both conversions drop one byte order mark. The second one also replaces lone surrogates.
     return QString::fromStdWString(L'\ufeff' + QString::fromStdWString(text).toStdWString());
 }
 
-/// Makes the same calls to the filer and to Qt's writer.
+/// The filer and Qt's writer, which receive the same calls.
 class Writers
 {
 public:
@@ -86,21 +86,21 @@ public:
                                                         m_autoFormat, true, L"", nullptr))
     {
         m_qt.setAutoFormatting(m_autoFormat);
-        require(own_host::call(m_filer.get(), 4) == m_autoFormat);
+        requireEqual<int>(vtable_calls::call(m_filer.get(), 4), m_autoFormat, "the flag for indentation");
     }
 
-    /// Makes chosen calls, then closes the file or leaves that to the filer's destruction.
+    /// Makes random calls, then closes the file or destroys the filer without closing it.
     /// \throw std::logic_error with the violated rule and the calls so far
     void compare()
     try {
-        finish(28); // expects an empty file: what an earlier filer wrote is gone
+        finish(kFlush); // the file is empty, even if it existed before
         for (unsigned left = m_choose(80); left > 0; --left) {
             if (m_choose(20) == 0)
-                finish(28);
+                finish(kFlush);
             make(kCalls[m_choose(std::size(kCalls))], chooseText(), chooseText());
         }
         for (unsigned left = m_choose(3); left > 0; --left)
-            finish(27);
+            finish(kClose);
         m_filer.reset();
         compareFile();
     } catch (const std::exception& failure) {
@@ -108,7 +108,7 @@ public:
     }
 
 private:
-    /// Null, empty, or a few units; some texts are longer than a file's buffer.
+    /// Chooses null, an empty text, a few units, or a text longer than the buffer of a file.
     Text chooseText()
     {
         const unsigned length = m_choose(10);
@@ -126,17 +126,17 @@ private:
         const int expected = call.expected(one, two);
         requireEqual(call.answer(*m_filer, one, two), expected, "the status");
         if (expected == KelXmlLib::eStatusAccepted)
-            call.qts(m_qt, writtenOf(one), writtenOf(two));
+            call.byQt(m_qt, writtenOf(one), writtenOf(two));
     }
-    /// Flushes or closes.
-    void finish(int slot)
+    enum Finish { kClose = 27, kFlush = 28 }; // slots
+    void finish(Finish slot)
     {
-        requireEqual(own_host::call(m_filer.get(), slot), 0, slot == 28 ? "flush" : "close");
+        requireEqual(vtable_calls::call(m_filer.get(), slot), 0, slot == kFlush ? "flush" : "close");
         compareFile();
     }
     void compareFile() const
     {
-        requireEqual(contentOf(m_path).toStdString(), m_expected.toStdString(), "the file has Qt's bytes");
+        requireEqual(contentOf(m_path).toStdString(), m_expected.toStdString(), "the bytes of the file");
     }
 
     Choose m_choose;

@@ -1,5 +1,5 @@
-// A model, without Qt, of the tree that the documented calls build. Parents hold their children and
-// attributes; a child's pointer to its parent expires with the parent.
+// A model, without Qt, of the tree that the documented calls build. A node owns its children and
+// attributes; their pointers to it become null when it is destroyed.
 
 #pragma once
 
@@ -59,7 +59,7 @@ inline NodePtr make(int type, const std::wstring& name, const std::wstring& valu
     return std::make_shared<Node>(Node{type, name, value, {}, {}, {}});
 }
 
-/// The tree that Qt's parser builds, with each value cut at its first zero.
+/// A copy of a tree that Qt's parser has built. Each value ends at its first zero.
 inline NodePtr fromQt(const QDomNode& node)
 {
     NodePtr copy =
@@ -83,7 +83,7 @@ inline NodePtr copyOf(const Node& node, bool deep)
     return copy;
 }
 
-/// \return whether there was such a child
+/// \return whether `parent` had this child
 inline bool remove(const NodePtr& parent, const NodePtr& child)
 {
     if (!parent)
@@ -96,7 +96,7 @@ inline bool remove(const NodePtr& parent, const NodePtr& child)
     return true;
 }
 
-/// \return whether `child` can be appended to `parent` according to the documentation
+/// \return whether the documentation allows `child` to be appended to `parent`
 inline bool fits(const NodePtr& parent, const NodePtr& child)
 {
     if (!parent || !child || child->type == NODE_DOCUMENT)
@@ -108,7 +108,7 @@ inline bool fits(const NodePtr& parent, const NodePtr& child)
     return !from || child->type != NODE_ATTRIBUTE || from->attribute(child->name) != child;
 }
 
-/// Appends, unless the documentation says that nothing happens.
+/// Appends `child` if the documentation allows this; otherwise, nothing happens.
 inline void append(const NodePtr& parent, const NodePtr& child)
 {
     if (!fits(parent, child))
@@ -128,7 +128,7 @@ inline void insertBefore(const NodePtr& parent, const NodePtr& child, const Node
                 children.end());
 }
 
-/// Puts a text in the place of the first child.
+/// Removes the first child, and appends a text.
 inline void setText(const NodePtr& parent, const std::wstring& text)
 {
     if (!parent->children.empty())
@@ -150,7 +150,7 @@ inline void setAttribute(const NodePtr& element, const std::wstring& name, const
     setValue(element->attribute(name), value);
 }
 
-/// The elements with a tag name below `top`, in document order.
+/// Adds all elements below `top` with this tag name, in document order.
 inline void collect(const NodePtr& top, const std::wstring& tag, Nodes& found)
 {
     for (const NodePtr& child : top->children) {

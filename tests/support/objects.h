@@ -1,4 +1,4 @@
-// Shortcuts for creating and reading the library's objects.
+// Shortcuts that create and read the library's objects.
 
 #pragma once
 
@@ -12,11 +12,9 @@
 
 #include <vector>
 
-using kel::Bstr;
-using kel::ComPtr;
-using kel::Variant;
+using kel::Bstr, kel::ComPtr, kel::Variant;
 
-/// An empty document, which has no tree yet.
+/// A document without a tree.
 inline ComPtr<IXMLDOMDocument> newDocument()
 {
     static const int isAttached = DllMain(nullptr, 1, nullptr);
@@ -26,20 +24,20 @@ inline ComPtr<IXMLDOMDocument> newDocument()
     return ComPtr<IXMLDOMDocument>::adopt(static_cast<IXMLDOMDocument*>(document));
 }
 
-/// Casts an object to the class that the caller knows it has.
+/// Casts without a check. The caller knows the class of the object.
 template <class To, class From>
 ComPtr<To> as(const ComPtr<From>& object)
 {
     return ComPtr<To>(static_cast<To*>(object.get()));
 }
 
-/// The object that a getter returns with `S_OK`; null for `S_FALSE`.
+/// Calls a getter that returns an object with `S_OK`, or null with `S_FALSE`.
 template <class Object, class Interface, class Out>
 ComPtr<Out> get(Object& object, HRESULT (Interface::*getter)(Out**))
 {
     ComPtr<Out> out;
     const HRESULT answer = (object.*getter)(out.put());
-    requireEqual(answer, out ? S_OK : S_FALSE, "a getter");
+    requireEqual(answer, out ? S_OK : S_FALSE, "a getter returns an object exactly with S_OK");
     return out;
 }
 
@@ -50,7 +48,7 @@ inline std::wstring nameOf(IXMLDOMNode& node)
     return name.c_str();
 }
 
-/// The nodes of a list or a map, by index.
+/// All nodes of a list or a map, read by index.
 template <class List>
 std::vector<ComPtr<IXMLDOMNode>> itemsOf(List& list)
 {

@@ -1,11 +1,10 @@
-// Shared by tests, call machines and fuzzers: checks that end the run, choices, and file contents.
+// For tests and fuzzers: checks that throw, random choices, and file contents.
 
 #pragma once
 
 #include <QtCore/QDebug>
 #include <QtCore/QFile>
 #include <algorithm>
-#include <cstdio>
 #include <functional>
 #include <random>
 #include <stdexcept>
@@ -16,15 +15,15 @@
     throw std::logic_error(file.substr(file.rfind('/') + 1) + ':' + std::to_string(line) + ": " + rule);
 }
 
-/// \throw std::logic_error with the rule and the place of the call, unless the rule holds
-inline void require(bool holds, const char* rule = "this holds", const char* file = __builtin_FILE(),
+/// \throw std::logic_error with the rule and the line of the call, unless the rule holds
+inline void require(bool holds, const char* rule, const char* file = __builtin_FILE(),
                     int line = __builtin_LINE())
 {
     if (!holds)
         fail(rule, file, line);
 }
 
-/// Formats a value for a failure message; unprintable characters as numbers.
+/// Formats a value for a failure message. Unprintable characters become numbers.
 template <class Value>
 std::string shown(const Value& value)
 {
@@ -38,7 +37,7 @@ std::string shown(const Value& value)
     return text.trimmed().toStdString();
 }
 
-/// \throw std::logic_error with the rule, the place of the call and both values, unless they are equal
+/// \throw std::logic_error with the rule, the line of the call and both values, unless they are equal
 template <class Value>
 void requireEqual(const Value& given, const Value& expected, const char* rule,
                   const char* file = __builtin_FILE(), int line = __builtin_LINE())
@@ -47,7 +46,7 @@ void requireEqual(const Value& given, const Value& expected, const char* rule,
         fail(std::string(rule) + ": " + shown(given) + " instead of " + shown(expected), file, line);
 }
 
-/// For texts, the failure message shows where they begin to differ.
+/// For texts, the failure message shows where the difference begins.
 template <class Character>
 void requireEqual(const std::basic_string<Character>& given, const std::basic_string<Character>& expected,
                   const char* rule, const char* file = __builtin_FILE(), int line = __builtin_LINE())
@@ -60,17 +59,15 @@ void requireEqual(const std::basic_string<Character>& given, const std::basic_st
         return shown(text.substr(from, 60));
     };
     fail(std::string(rule) + ": " + excerpt(given) + " instead of " + excerpt(expected) +
-             ", different from character " + std::to_string(at) + " on",
+             ", different from character " + std::to_string(at),
          file, line);
 }
 
 /// Returns a number below its argument.
 using Choose = std::function<unsigned(std::size_t)>;
 
-/// Prints the seed, so that a crash can be reproduced.
 inline Choose randomChoice(unsigned seed)
 {
-    std::fprintf(stderr, "\rseed %u ", seed);
     return [random = std::mt19937(seed)](std::size_t limit) mutable {
         return static_cast<unsigned>(random() % limit);
     };
@@ -79,7 +76,7 @@ inline Choose randomChoice(unsigned seed)
 inline QByteArray contentOf(const QString& path)
 {
     QFile file(path);
-    require(file.open(QIODevice::ReadOnly), "the test's file can be read");
+    require(file.open(QIODevice::ReadOnly), "a test can read its file");
     return file.readAll();
 }
 
@@ -87,5 +84,5 @@ inline void write(const QString& path, const QByteArray& content)
 {
     QFile file(path);
     require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size(),
-            "the test's file can be written");
+            "a test can write its file");
 }

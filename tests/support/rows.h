@@ -1,4 +1,4 @@
-// The rows of the tables that tests read.
+// Tables that tests read from text files, row by row.
 
 #pragma once
 
@@ -10,7 +10,7 @@
 namespace keltest
 {
 
-/// A row of a table, as a stream of its words.
+/// A row of a table; `>>` reads its words.
 struct Row : std::istringstream
 {
     Row(const std::string& text, const std::string& place)
@@ -20,7 +20,7 @@ struct Row : std::istringstream
     std::string where; ///< for failure messages: file, line number and text
 };
 
-/// Calls `use` with each row of a file, except empty lines and comments.
+/// Calls `use` with each row of a file. Empty lines and comments are not rows.
 template <class Use>
 void forEachRow(const std::string& path, Use use)
 {

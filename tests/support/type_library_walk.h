@@ -1,5 +1,5 @@
-// Writes every description in a type library as text, following every pointer, and compares the descriptions
-// with each other.
+// Writes all descriptions in a type library as text. Follows every pointer, and checks that the descriptions
+// agree with each other.
 
 #pragma once
 
@@ -17,7 +17,7 @@
 namespace keltest
 {
 
-/// The name of a member, or of an interface, and nothing else; what is answered where there is none.
+/// The name that GetDocumentation returns for a member or an interface; its error code if it returns none.
 template <class Object>
 std::wstring nameOf(Object& object, INT member)
 {
@@ -25,11 +25,11 @@ std::wstring nameOf(Object& object, INT member)
     wchar_t before[] = L"before", *documentation = before, *helpFile = before;
     DWORD context = 9;
     const HRESULT answer = object.GetDocumentation(member, name.put(), &documentation, &context, &helpFile);
-    require(!documentation && !helpFile && context == 0);
+    require(!documentation && !helpFile && context == 0, "GetDocumentation returns only a name");
     return answer == S_OK ? name.c_str() : std::to_wstring(answer);
 }
 
-/// A type in C++ notation; types that the library only names are "other".
+/// A type in C++ notation. A type that the library does not describe is "other".
 inline std::wstring typeName(ITypeLib& library, const TYPEDESC& type)
 {
     static const std::map<VARTYPE, const wchar_t*> kNames{
@@ -39,50 +39,55 @@ inline std::wstring typeName(ITypeLib& library, const TYPEDESC& type)
         return typeName(library, *type.lptdesc) + L'*';
     if (const auto known = kNames.find(type.vt); known != kNames.end())
         return known->second;
-    require(type.vt == VT_USERDEFINED && type.hreftype <= kelcom::kMaxTypes);
+    requireEqual<int>(type.vt, VT_USERDEFINED, "a type that is not built in");
+    require(type.hreftype <= kelcom::kMaxTypes, "a type reference is within the limit");
     const bool isDescribed = type.hreftype < library.GetTypeInfoCount();
     return isDescribed ? nameOf(library, static_cast<INT>(type.hreftype)) : L"other";
 }
 
-/// Writes a function in a line: its identifier, and its declaration in C++.
+/// Writes a line for a function: its identifier, and its declaration in C++.
 inline void describe(ITypeLib& library, ITypeInfo& info, const FUNCDESC& function, std::wostream& out)
 {
     constexpr UINT kRoom = kelcom::kMaxArguments + 2;
     std::array<kel::Bstr, kRoom> names;
     std::array<MEMBERID, kRoom> ids{};
     UINT count = 0;
-    require(info.GetNames(function.memid, names[0].put(), 1, &count) == S_OK && count == 1 && !names[1]);
+    requireEqual(info.GetNames(function.memid, names[0].put(), 1, &count), S_OK, "GetNames");
+    require(count == 1 && !names[1], "GetNames writes no more names than there is room for");
     BSTR* const places = names[0].put();
-    require(info.GetNames(function.memid, places, kRoom, &count) == S_OK && count >= 1 && count <= kRoom);
+    requireEqual(info.GetNames(function.memid, places, kRoom, &count), S_OK, "GetNames");
+    require(count >= 1 && count <= kRoom, "GetNames returns a name, and no more than there is room for");
     const bool areAllKnown = info.GetIDsOfNames(places, count, ids.data()) == S_OK;
-    require(areAllKnown == (std::count(ids.data(), ids.data() + count, DISPID_UNKNOWN) == 0));
-    require(ids[0] == function.memid && nameOf(info, function.memid) == names[0].c_str());
+    const auto unknown = std::count(ids.data(), ids.data() + count, DISPID_UNKNOWN);
+    requireEqual(areAllKnown, unknown == 0, "GetIDsOfNames succeeds if it knows all names");
+    requireEqual(ids[0], function.memid, "the identifier of the name of a function");
+    requireEqual(nameOf(info, function.memid), std::wstring(names[0].c_str()), "the documented name");
     const wchar_t* const prefix = function.invkind == INVOKE_PROPERTYPUT      ? L"put_"
                                   : function.invkind == INVOKE_PROPERTYPUTREF ? L"putref_"
                                   : function.invkind == INVOKE_PROPERTYGET    ? L"get_"
                                                                               : L"";
     out << function.memid << ' ' << prefix << names[0].c_str() << '(';
 
-    require(function.cParams >= function.cParamsOpt && function.cParamsOpt >= 0);
-    require(function.elemdescFunc.tdesc.vt == VT_HRESULT);
+    require(function.cParams >= function.cParamsOpt && function.cParamsOpt >= 0, "optional parameters exist");
+    requireEqual<int>(function.elemdescFunc.tdesc.vt, VT_HRESULT, "the return type");
     for (SHORT place = 0; place < function.cParams; ++place) {
         const ELEMDESC& parameter = function.lprgelemdescParam[place];
         const int flags = parameter.paramdesc.wParamFlags;
         const bool isResult = flags == (PARAMFLAG_FOUT | PARAMFLAG_FRETVAL);
-        require(isResult ? place == function.cParams - 1
-                         : (flags | PARAMFLAG_FOPT) == (PARAMFLAG_FIN | PARAMFLAG_FOPT));
+        require(!isResult || place == function.cParams - 1, "the result is the last parameter");
+        requireEqual<int>(isResult ? PARAMFLAG_FIN : flags & ~PARAMFLAG_FOPT, PARAMFLAG_FIN, "input flags");
         out << (place == 0 ? L"" : L", ") << typeName(library, parameter.tdesc);
     }
     out << L")\n";
 }
 
 using EachFunction = std::function<void(ITypeInfo&, const FUNCDESC&)>;
-inline void pass(ITypeInfo&, const FUNCDESC&) {}
 
-/// An interface in a line: the start of its identifier, its name, kind, functions, bytes of slots, flags,
-/// version; then its functions.
-/// \param use called with each function
-inline std::wstring describe(ITypeLib& library, const EachFunction& use = pass)
+/// Describes a library: for each interface, a line with the first part of its identifier, its name, its kind,
+/// the number of its functions, the size of its vtable, its flags and its version, and then a line for each
+/// function. \param use called with each function
+inline std::wstring describe(
+    ITypeLib& library, const EachFunction& use = [](ITypeInfo&, const FUNCDESC&) {})
 {
     std::wostringstream out;
     kel::ComPtr<ITypeInfo> info, sameInfo;
@@ -92,35 +97,40 @@ inline std::wstring describe(ITypeLib& library, const EachFunction& use = pass)
         TYPEATTR* attributes = nullptr;
         TYPEKIND kind{};
         UINT sameIndex = 0;
-        require(library.GetTypeInfo(index, info.put()) == S_OK && info->GetTypeAttr(&attributes) == S_OK);
-        require(library.GetTypeInfoType(index, &kind) == S_OK && kind == attributes->typekind);
-        require(library.GetTypeInfoOfGuid(attributes->guid, sameInfo.put()) == S_OK);
-        require(sameInfo->GetContainingTypeLib(sameLibrary.put(), &sameIndex) == S_OK);
-        require(sameLibrary.get() == &library && sameIndex == index);
+        requireEqual(library.GetTypeInfo(index, info.put()), S_OK, "GetTypeInfo");
+        requireEqual(info->GetTypeAttr(&attributes), S_OK, "GetTypeAttr");
+        requireEqual(library.GetTypeInfoType(index, &kind), S_OK, "GetTypeInfoType");
+        requireEqual<int>(kind, attributes->typekind, "the kind in GetTypeInfoType");
+        requireEqual(library.GetTypeInfoOfGuid(attributes->guid, sameInfo.put()), S_OK, "GetTypeInfoOfGuid");
+        requireEqual(sameInfo->GetContainingTypeLib(sameLibrary.put(), &sameIndex), S_OK, "its library");
+        requireEqual(sameIndex, index, "the index in the containing library");
+        require(sameLibrary.get() == &library, "the library contains its own interfaces");
         void* other = &library;
-        require(info->QueryInterface(IID_IDispatch, &other) == E_NOINTERFACE && !other);
+        require(info->QueryInterface(IID_IDispatch, &other) == E_NOINTERFACE && !other, "no IDispatch");
         const std::wstring name = nameOf(library, static_cast<INT>(index));
-        require(nameOf(*info, MEMBERID_NIL) == name);
+        requireEqual(nameOf(*info, MEMBERID_NIL), name, "the name of an interface");
         out << std::hex << attributes->guid.Data1 << std::dec << ' ' << name << ' ' << kind << ' '
             << attributes->cFuncs << ' ' << attributes->cbSizeVft << ' ' << attributes->wTypeFlags << ' '
             << attributes->wMajorVerNum << ' ' << attributes->wMinorVerNum << '\n';
         FUNCDESC* function = nullptr;
         for (UINT place = 0; place < attributes->cFuncs; ++place) {
-            require(info->GetFuncDesc(place, &function) == S_OK);
-            require(function->oVft ==
-                    static_cast<SHORT>((kelcom::kDispatchSlots + place) * kelcom::kSlotSize));
+            requireEqual(info->GetFuncDesc(place, &function), S_OK, "GetFuncDesc");
+            const auto offset = static_cast<SHORT>((kelcom::kDispatchSlots + place) * kelcom::kSlotSize);
+            requireEqual(function->oVft, offset, "the offset in the vtable");
             describe(library, *info, *function, out);
             use(*info, *function);
             info->ReleaseFuncDesc(function);
         }
-        require(info->GetFuncDesc(attributes->cFuncs, &function) == TYPE_E_ELEMENTNOTFOUND && !function);
+        require(info->GetFuncDesc(attributes->cFuncs, &function) == TYPE_E_ELEMENTNOTFOUND && !function,
+                "GetFuncDesc fails beyond the last function");
         info->ReleaseTypeAttr(attributes);
     }
-    require(library.GetTypeInfo(count, sameInfo.put()) == TYPE_E_ELEMENTNOTFOUND && !sameInfo);
+    require(library.GetTypeInfo(count, sameInfo.put()) == TYPE_E_ELEMENTNOTFOUND && !sameInfo,
+            "GetTypeInfo fails beyond the last interface");
     for (const INT index : {-2, static_cast<INT>(count)})
-        require(nameOf(library, index) == std::to_wstring(TYPE_E_ELEMENTNOTFOUND));
+        requireEqual(nameOf(library, index), std::to_wstring(TYPE_E_ELEMENTNOTFOUND), "a wrong index");
     TLIBATTR* attributes = nullptr;
-    require(library.GetLibAttr(&attributes) == S_OK);
+    requireEqual(library.GetLibAttr(&attributes), S_OK, "GetLibAttr");
     out << std::hex << attributes->guid.Data1 << std::dec << ' ' << nameOf(library, -1) << ' '
         << attributes->wMajorVerNum << '.' << attributes->wMinorVerNum << '\n';
     library.ReleaseTLibAttr(attributes);

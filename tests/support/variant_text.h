@@ -1,9 +1,9 @@
-// Converts between VARIANTs or results and the words of the text files that tests read.
+// Converts words of test tables to VARIANTs, and VARIANTs and results to words.
 
 #pragma once
 
 #include "KelComWrapper/variant_owner.h"
-#include "support/lines.h"
+#include "support/patterns.h"
 
 #include <algorithm>
 #include <array>
@@ -20,7 +20,7 @@ constexpr std::array kTypes{"empty", "null",     "i2",    "i4",   "r4",      "r8
                             "bstr",  "dispatch", "error", "bool", "variant", "unknown", "decimal", "15",
                             "i1",    "ui1",      "ui2",   "ui4",  "i8",      "ui8",     "int",     "uint"};
 
-/// The arguments of a call in the order of `rgvarg`, the named ones with their names.
+/// The arguments of a call, in the order of `rgvarg`, and the names of the named ones.
 struct Arguments
 {
     DISPPARAMS parameters() { return {values.data(), names.data(), UINT(values.size()), UINT(names.size())}; }
@@ -28,9 +28,13 @@ struct Arguments
     std::vector<DISPID> names{};
 };
 
-/// Makes values of words such as `i4:-7`, `r8:0x7ff0000000000000` by its bits, `bstr:a_{b|3}` with a space
-/// and repetitions, `bstr` null, `unknown:name`, `0x2003:0` of any type; `&ui1:3` refers to a value, `*i4:7`
-/// to a variable with it. Owns what they point to, except objects.
+/// Makes VARIANTs from words, and owns what they point to, except objects:
+/// `i4:-7`                      a type and a value
+/// `0x2003:0`                   a type by its number
+/// `r8:0x7ff0000000000000`      a floating-point number by its bits
+/// `bstr:a_{b|3}`, `bstr`       the text "a bbb" (see `expand`); a null text
+/// `unknown:name`               the object with this name in `objects`
+/// `&ui1:3`, `*i4:7`            a reference to a value; a reference to a VARIANT
 struct Variants
 {
     VARIANT& of(const std::string& word)
@@ -60,7 +64,8 @@ struct Variants
             value.dblVal = std::strtod(text.c_str(), nullptr);
         return value;
     }
-    /// Reads up to the arrow. `2=` names an argument; the first name belongs to the first argument.
+    /// Reads up to the arrow. A word such as `2=` is the name of an argument: the first name in the row
+    /// belongs to the first argument.
     Arguments argumentsOf(std::istream& words)
     {
         Arguments arguments;
@@ -82,7 +87,7 @@ inline std::string asWord(std::string text)
     return text;
 }
 
-/// The word for a value. \param object the word for an object
+/// \param object the word for an object; the other words come from the value itself
 inline std::string wordOf(const VARIANT& value, const std::string& object = {})
 {
     if (value.vt == VT_EMPTY)

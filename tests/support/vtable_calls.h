@@ -1,10 +1,10 @@
-// A host that uses none of our headers. It declares everything itself, and calls vtable slots by number.
+// Calls vtable slots by number, without any header of the library, as a host in another language does.
 
 #pragma once
 
 #include <cstdint>
 
-namespace own_host
+namespace vtable_calls
 {
 
 /// The published 64-bit VARIANT: three words of eight bytes, passed by value in memory.
@@ -16,14 +16,14 @@ struct Variant
     void* more;
 };
 
-/// Published result codes.
+/// E_NOINTERFACE and E_POINTER.
 constexpr std::int32_t kNoInterface = -0x7FFFBFFE, kNullPointer = -0x7FFFBFFD;
 
-/// Slots, counted from 0 with QueryInterface.
+/// Slot numbers; QueryInterface has slot 0.
 constexpr int kRelease = 2, kGetIdsOfNames = 5, kChildNodes = 12, kFirstChild = 13, kAttributes = 17,
               kDocumentElement = 45, kLoadXml = 65, kSave = 66, kMapItem = 10;
 
-/// Calls a slot of an object, whatever type the method has.
+/// Calls a slot, whatever type its method has.
 template <class... Arguments>
 __attribute__((no_sanitize("undefined"))) std::int32_t call(void* object, int slot, Arguments... arguments)
 {
@@ -31,4 +31,4 @@ __attribute__((no_sanitize("undefined"))) std::int32_t call(void* object, int sl
     return reinterpret_cast<std::int32_t (*)(void*, Arguments...)>(vtable[slot])(object, arguments...);
 }
 
-} // namespace own_host
+} // namespace vtable_calls

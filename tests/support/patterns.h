@@ -1,4 +1,4 @@
-// Patterns for texts that are too long or too regular to write out, and the rows of tables.
+// Patterns for long, repetitive texts.
 
 #pragma once
 
@@ -10,8 +10,9 @@
 namespace keltest
 {
 
-/// Repeats pieces: `{piece}` n times, `{piece|7}` 7 times, `{piece|-7}` n - 7 times. In a piece, `@` becomes
-/// its number.
+/// Repeats each piece in braces: `{piece}` n times, `{piece|7}` 7 times, `{piece|-7}` n - 7 times. In a
+/// piece,
+/// `@` stands for the number of the repetition, counted from 0.
 inline QString expand(const std::string& pattern, int n)
 {
     QStringList parts = QString::fromStdString(pattern).split(u'{');

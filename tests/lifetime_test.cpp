@@ -1,15 +1,15 @@
-// The entry points, and the end of an object.
+// The entry points, which create documents, and the last release, which destroys objects.
 
 #include "support/dom_fixture.h"
 
 namespace
 {
 
-using Identity = DomTest;
+using Lifetime = DomTest;
 
-TEST_F(Identity, TheEntryPointRefusesUntilAttachedAndThenMakesADocumentForEachInterfaceItAnswers)
+TEST_F(Lifetime, TheEntryPointFailsUntilAttachedAndThenCreatesDocuments)
 {
-    _xmlModule = nullptr; // as the library is loaded; other tests may have attached it
+    _xmlModule = nullptr; // as after loading the library; an earlier test may have attached it
     void* object = &object;
     EXPECT_EQ(E_FAIL, DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &object));
     EXPECT_EQ(1, DllMain(nullptr, 1, nullptr));
@@ -23,7 +23,7 @@ TEST_F(Identity, TheEntryPointRefusesUntilAttachedAndThenMakesADocumentForEachIn
         EXPECT_EQ(E_NOTIMPL, DllGetClassObject(other, IID_IXMLDOMDocument, &object));
     }
     EXPECT_EQ(&object, object);
-    expectNothingLeft([] {
+    expectNoLeaks([] {
         const GUID classFactory{1, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
         void* made = &made;
         EXPECT_EQ(E_NOINTERFACE, DllGetClassObject(CLSID_DOMDocument, classFactory, &made));
@@ -35,29 +35,30 @@ TEST_F(Identity, TheEntryPointRefusesUntilAttachedAndThenMakesADocumentForEachIn
     });
 }
 
-TEST_F(Identity, TheLastReleaseReachesTheDestructorThroughTheObjectsTable)
+TEST_F(Lifetime, TheLastReleaseCallsTheDestructorThroughTheVtable)
 {
     static void (*destroy)(void*);
     static std::size_t destroyed;
     destroyed = 0;
-    const auto releaseWithItsOwnTable = [](auto object, std::size_t destructor) {
+    const auto releaseWithChangedVtable = [](auto object, std::size_t destructor) {
         void* const raw = object.detach();
-        void**& table = *static_cast<void***>(raw);
-        std::vector<void*> own(table - 2, table + destructor + 1); // from the offset and the type on
-        table = own.data() + 2;
-        destroy = reinterpret_cast<void (*)(void*)>(table[destructor]);
-        table[destructor] = reinterpret_cast<void*>(+[](void* self) { ++destroyed, destroy(self); });
+        void**& vtable = *static_cast<void***>(raw);
+        std::vector<void*> copy(vtable - 2,
+                                vtable + destructor + 1); // from the offset and the type on
+        vtable = copy.data() + 2;
+        destroy = reinterpret_cast<void (*)(void*)>(vtable[destructor]);
+        vtable[destructor] = reinterpret_cast<void*>(+[](void* self) { ++destroyed, destroy(self); });
         EXPECT_EQ(0u, static_cast<IUnknown*>(raw)->Release());
     };
     OneOfEach one = oneOfEach(L"<a x='1'>t</a>");
     auto element = as<IXMLDOMElement>(parentOf(*one.text));
     one.root.reset();
-    releaseWithItsOwnTable(std::move(one.map), 18);
-    releaseWithItsOwnTable(std::move(one.list), 13);
-    releaseWithItsOwnTable(std::move(one.attribute), 47);
-    releaseWithItsOwnTable(std::move(one.text), 44);
-    releaseWithItsOwnTable(std::move(element), 53);
-    releaseWithItsOwnTable(std::move(one.document), 77);
+    releaseWithChangedVtable(std::move(one.map), 18);
+    releaseWithChangedVtable(std::move(one.list), 13);
+    releaseWithChangedVtable(std::move(one.attribute), 47);
+    releaseWithChangedVtable(std::move(one.text), 44);
+    releaseWithChangedVtable(std::move(element), 53);
+    releaseWithChangedVtable(std::move(one.document), 77);
     EXPECT_EQ(6u, destroyed);
 }
 

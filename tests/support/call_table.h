@@ -1,21 +1,21 @@
-// Calls by name from the rows of a table.
+// Makes the calls by name that a table lists.
 
 #pragma once
 
-#include "support/by_name.h"
+#include "support/call_by_name.h"
 #include "support/dom_fixture.h"
 #include "support/variant_text.h"
 
 namespace keltest
 {
 
-/// The objects of a table's rows, by their names.
-class CallsByName
+/// Makes the calls of a table, and keeps the objects that its rows name.
+class CallTable
 {
 public:
-    /// Makes the call of a row, OBJECT MEMBER ARGUMENTS -> CODE RESULT NAME, and expects the code and the
-    /// result of the row.
-    void make(Row& words)
+    /// Makes the call of the row OBJECT MEMBER ARGUMENTS -> CODE RESULT NAME. Expects its code and result,
+    /// and keeps the returned object under its name.
+    void call(Row& words)
     {
         SCOPED_TRACE(words.where);
         std::string object, member, answer = "done", expected, name;
@@ -25,7 +25,7 @@ public:
             return;
         }
         const ComPtr<IDispatch> called = m_objects[object];
-        ASSERT_TRUE(called);
+        ASSERT_TRUE(called) << "no object has the name " << object;
         if (member == "release") {
             m_objects.erase(object);
             return;

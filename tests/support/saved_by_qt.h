@@ -1,11 +1,11 @@
-// The bytes that Qt writes for a node.
+// Saves a node with Qt alone.
 
 #pragma once
 
 #include <QtCore/QTextStream>
 #include <QtXml/QDomDocument>
 
-inline QByteArray bytesOfQt(const QDomNode& node, int indent = 4)
+inline QByteArray savedByQt(const QDomNode& node, int indent = 4)
 {
     QByteArray bytes;
     QTextStream stream(&bytes, QIODevice::WriteOnly);

@@ -1,10 +1,11 @@
-// Trees that only calls can build, not the parser, and the bytes that Qt writes for them.
+// Random trees that calls can build but no parser can, and a check that the serializer writes them as Qt
+// does.
 
 #pragma once
 
 #include "serialize/serialize.h"
-#include "support/bytes_of_qt.h"
 #include "support/require.h"
+#include "support/saved_by_qt.h"
 
 #include <vector>
 
@@ -14,24 +15,24 @@ inline QByteArray sortedBytes(QByteArray bytes)
     return bytes;
 }
 
-inline void requireQtsBytes(const QDomNode& node)
+inline void requireSameBytesAsQt(const QDomNode& node)
 {
     using namespace kelxml::serialize;
     for (const int indent : {-1, 0, 1, 4})
-        requireEqual(bytesOf(node, {indent, AttributeOrder::ofQt}), bytesOfQt(node, indent),
-                     "in Qt's order, the bytes are Qt's");
-    requireEqual(sortedBytes(bytesOf(node)), sortedBytes(bytesOfQt(node, 4)),
-                 "sorting only moves attributes");
+        requireEqual(bytesOf(node, {indent, AttributeOrder::ofQt}), savedByQt(node, indent),
+                     "the bytes with Qt's order of attributes");
+    requireEqual(sortedBytes(bytesOf(node)), sortedBytes(savedByQt(node, 4)),
+                 "the bytes with sorted attributes, in any order");
     if (node.isDocument())
         requireEqual(textOf(node, {1, AttributeOrder::ofQt}), node.toDocument().toString(1),
-                     "the text is Qt's");
+                     "the text of the document");
 }
 
-/// A document and nodes of it, in the tree and outside.
-class AnyTree
+/// A document, with nodes in its tree and outside.
+class RandomTree
 {
 public:
-    explicit AnyTree(Choose choose) : m_choose(std::move(choose))
+    explicit RandomTree(Choose choose) : m_choose(std::move(choose))
     {
         if (m_choose(3) == 0)
             m_document.setContent(QStringLiteral(
@@ -50,7 +51,8 @@ public:
         if (node.isNull())
             return;
         QDomNode parent = m_nodes[m_choose(m_nodes.size())];
-        if (!parent.isAttr()) // setting an attribute's value deletes its child, even if it is held
+        if (!parent.isAttr()) // when an attribute's value changes, Qt deletes its child, even if a handle
+                              // exists
             m_nodes.push_back(node);
         if (node.isAttr() && parent.isElement())
             m_choose(2) == 0 ? parent.toElement().setAttributeNode(node.toAttr())
@@ -59,15 +61,15 @@ public:
             put(node, parent);
     }
 
-    void requireQtsBytes() const
+    void requireSameBytesAsQt() const
     {
         for (const QDomNode& node : m_nodes)
-            ::requireQtsBytes(node);
-        ::requireQtsBytes(m_document.doctype());
+            ::requireSameBytesAsQt(node);
+        ::requireSameBytesAsQt(m_document.doctype());
     }
 
 private:
-    // Words separated by bars. "null" is a null string.
+    // Words, separated by bars. "null" stands for a null string.
     static constexpr const char* kNames =
         "a|b|p:a|q:b|xmlns|xmlns:p|p:|:|a=\"1\" b|<&>\"|]]>|xml|\xC3\xA9|%e";
     static constexpr const char* kSpaces = "null||urn:x|<\"&\r\n\t]]>";
@@ -104,7 +106,7 @@ private:
                            : QDomNode(m_document.createElement(any(kNames)));
     }
 
-    /// \return null, because the node is already in the tree
+    /// Changes a node. \return null: there is no new node to add to the tree
     QDomNode change(QDomNode& node)
     {
         QDomElement element = node.toElement();

@@ -1,8 +1,8 @@
-// Calls in an order that Qt alone does not survive, and the answers that the caller gets instead or where
-// nothing is found.
+// Changes of trees that would crash Qt, long lists and maps, and the results of calls that find nothing or
+// are refused.
 
 #include "KelXmlLib/kel.h"
-#include "support/beside_qt.h"
+#include "support/compare_with_qt.h"
 #include "support/dom_fixture.h"
 
 #include <cfenv>
@@ -12,9 +12,9 @@
 namespace
 {
 
-using Guards = DomTest;
+using Trees = DomTest;
 
-TEST_F(Guards, ALongListIsReReadOnceItsAttributeIsSetAndNextNodeMeetsEachNodeAndEndsWithAnyCursor)
+TEST_F(Trees, ALongListIsReReadAfterItsAttributeIsSetAndNextNodeReturnsEachNodeThenNull)
 {
     const auto document = documentOf(L"<a x='1'/>");
     const auto root = rootOf(document);
@@ -27,14 +27,14 @@ TEST_F(Guards, ALongListIsReReadOnceItsAttributeIsSetAndNextNodeMeetsEachNodeAnd
         append(*attribute, *create(*document, NODE_ELEMENT, last.c_str()));
     }
     EXPECT_EQ(41, lengthOf(*list));
-    root->setAttribute(Bstr(L"x").get(), Variant(2).get()); // in the place of the first child, at the end
+    root->setAttribute(Bstr(L"x").get(), Variant(2).get()); // removes the first child, and appends a text
     EXPECT_EQ(L"e0", nameOf(*itemsOf(*list)[0]));
-    const std::uint32_t cursor = 0x80000000; // after as many calls
+    const std::uint32_t cursor = 0x80000000; // as after that many calls of nextNode
     std::memcpy(reinterpret_cast<std::byte*>(list.get()) + 80, &cursor, sizeof cursor);
     EXPECT_FALSE(get(*list, &IXMLDOMNodeList::nextNode));
 }
 
-TEST_F(Guards, ALargeMapGivesEachAttributeOnceAlsoAfterOthersHaveComeAndGone)
+TEST_F(Trees, ALargeMapReturnsEachAttributeOnceEvenAfterChanges)
 {
     const auto document = documentOf(L"<a/>");
     const auto root = rootOf(document);
@@ -51,7 +51,7 @@ TEST_F(Guards, ALargeMapGivesEachAttributeOnceAlsoAfterOthersHaveComeAndGone)
     }
 }
 
-TEST_F(Guards, AnAttributeIsSetToANumberWhateverTheHostsFloatingPointEnvironment)
+TEST_F(Trees, ANumberBecomesTheSameTextInAnyFloatingPointEnvironment)
 {
     const auto root = rootOf(documentOf(L"<a/>"));
     const auto textOf = [&](double number) {
@@ -69,12 +69,12 @@ TEST_F(Guards, AnAttributeIsSetToANumberWhateverTheHostsFloatingPointEnvironment
     }
 }
 
-TEST_F(Guards, AForeignChildIsRefusedAndNoChildChangesNothing)
+TEST_F(Trees, AForeignChildIsRefusedAndANullChildChangesNothing)
 {
     const auto made = oneOfEach(L"<a x='1'>t<b/></a>");
-    // A foreign child: a vtable that must not be called, and not a byte after it.
-    const void* const noTable[120] = {};
-    const void* const* foreignObject[1] = {noTable};
+    // A foreign object has nothing but a vtable, whose methods must not be called.
+    const void* const vtable[120] = {};
+    const void* const* foreignObject[1] = {vtable};
     auto* const foreign = reinterpret_cast<IXMLDOMNode*>(foreignObject);
     for (IXMLDOMNode* node : made.nodes()) {
         IXMLDOMNode* preset = made.root.get();
@@ -87,7 +87,7 @@ TEST_F(Guards, AForeignChildIsRefusedAndNoChildChangesNothing)
     EXPECT_EQ("<a x=\"1\">t<b/>\n</a>\n", saved(*made.document));
 }
 
-TEST_F(Guards, WhatIsNotFoundLeavesTheOutputAloneButInMapsAndAtTheEndOfAWalk)
+TEST_F(Trees, OutputsStayUntouchedIfNothingIsFoundExceptInMapsAndAfterTheLastNode)
 {
     const auto [document, root, text, attribute, list, map] = oneOfEach(L"<a x=''>t</a>");
     const auto free = create(*document, NODE_ATTRIBUTE, L"free");
@@ -112,12 +112,12 @@ TEST_F(Guards, WhatIsNotFoundLeavesTheOutputAloneButInMapsAndAtTheEndOfAWalk)
     EXPECT_EQ(L"#text", nameOf(*get(*list, &IXMLDOMNodeList::nextNode)));
     EXPECT_EQ(S_OK, list->reset());
     out = root.get();
-    EXPECT_EQ(S_FALSE, list->nextNode(&out)) << "the cursor only grows";
+    EXPECT_EQ(S_FALSE, list->nextNode(&out)) << "reset does not move the cursor";
     EXPECT_EQ(nullptr, out);
-    EXPECT_NE(free.get(), append(*root, *free).get()) << "a new object";
+    EXPECT_NE(free.get(), append(*root, *free).get()) << "appendChild returns a new object";
 
     const Variant number(1), path(pathOf("x").toStdWString());
-    for (const VARIANT& value : {number.get(), path.get()}) { // by reference, as values of most types
+    for (const VARIANT& value : {number.get(), path.get()}) { // neither are references accepted
         VARIANT reference = value, target = value;
         reference.vt = static_cast<VARTYPE>(VT_BYREF | value.vt);
         reference.byref = &target.llVal;
@@ -128,7 +128,7 @@ TEST_F(Guards, WhatIsNotFoundLeavesTheOutputAloneButInMapsAndAtTheEndOfAWalk)
     EXPECT_EQ(1, lengthOf(*map));
 }
 
-TEST_F(Guards, ExternalEntitiesAreNotRead)
+TEST_F(Trees, ExternalEntitiesAreNotRead)
 {
     const std::wstring path = pathOf("external").toStdWString();
     for (const char* const content : {"secret", "<!ENTITY e 'secret'>"}) {

@@ -1,4 +1,4 @@
-// Calls a member by its name.
+// Calls a member of an object by its name.
 
 #pragma once
 
@@ -6,7 +6,7 @@
 
 #include <string>
 
-/// \return the error of `GetIDsOfNames` if it fails, else the result of `Invoke`
+/// \return the error of `GetIDsOfNames`; if there is none, the result of `Invoke`
 inline HRESULT callByName(IDispatch& object, std::wstring name, WORD flags, kel::Variant& result,
                           DISPPARAMS parameters = {})
 {
