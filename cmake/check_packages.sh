@@ -12,7 +12,7 @@ mkdir -p $work/first $work/second
 step() {
   local start=$SECONDS code
   printf '\n-- %s\n' "$1"
-  set +e # in a condition, the subshell would continue after an error
+  set +e # if the subshell were the condition of an `if`, bash would ignore its `set -e`
   (set -e; "${@:2}")
   code=$?
   set -e

@@ -1,5 +1,5 @@
-// The names of an interface's members, cached on the first call by name. After that, a single name in its
-// exact spelling is found without the type information.
+// Each object caches the names of its interface's members on its first call by name. After that, it finds a
+// single name in its exact spelling without asking the type information.
 
 #include "com/description_ptr.h"
 

@@ -7,18 +7,18 @@
 namespace kelxml::limits
 {
 
-/// Maximum nesting of elements, in content and in the value of an entity, and of parentheses in a content
+/// Maximum nesting of elements in content, of elements in an entity's value, and of parentheses in a content
 /// model. Of all operations on a tree, saving needs the most stack, about 1.4 KiB per level. All levels
 /// together take 2.9 MB of the usual 8 MiB.
 constexpr int kMaxNesting = 2048;
-/// Maximum depth of elements, and of other nodes with children, in a tree. Equal to the limit for loading, so
+/// Maximum depth of elements, and of other nodes with children, in a tree. Equal to the limit for a text, so
 /// that any tree can be saved and loaded again.
 constexpr int kMaxElementDepth = kMaxNesting;
 /// Maximum depth of all nodes. An attribute and its text may be below the deepest element.
 constexpr int kMaxNodeDepth = kMaxElementDepth + 2;
 
-/// Maximum number of entity declarations, because the parser compares each declaration with all others. At
-/// the limit and with empty values, this takes a third of a second.
+/// Maximum number of entity declarations. The parser compares each declaration with all others: at the limit
+/// and with empty values, this takes a third of a second.
 constexpr int kMaxEntityDeclarations = 4096;
 /// Maximum product of two counts. The first is the number of entity declarations plus the number of
 /// ampersands in entity values. The second is the number of characters in entity names and values. The parser
@@ -49,7 +49,7 @@ enum class Limit {
     TextLength,
     FileBytes,
     UnsizedBytes,
-    Stack ///< of the calling thread; all other limits are constant
+    Stack ///< the free stack of the calling thread; all other limits are constant
 };
 
 } // namespace kelxml::limits

@@ -25,14 +25,15 @@ namespace
 constexpr std::size_t kParseBytesPerLevel = 512;
 constexpr std::size_t kSaveBytesPerLevel = 1792;
 
-// Needed in addition to the recursion, for Qt's buffers and streams and for a signal handler of the host.
+// Stack needed in addition to the recursion: for Qt's buffers and streams, and for a signal handler of the
+// host.
 constexpr std::size_t kReserve = std::size_t{48} * 1024;
 
 // Assumed to be free if the system does not know the stack.
 constexpr std::size_t kUnknownStack = std::size_t{64} * 1024;
 
-// The maximum size assumed for the stack of the first thread. The kernel reserves more than this, whatever
-// the stack limit is when the program starts, and no operation needs more.
+// The maximum size assumed for the stack of the first thread. The kernel always reserves more address
+// space than this, even if the stack limit is lower when the program starts. No operation needs more.
 constexpr std::size_t kMaxFirstStack = std::size_t{64} * 1024 * 1024;
 
 struct Stack

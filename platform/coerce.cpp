@@ -15,7 +15,7 @@ namespace
 {
 
 constexpr std::int64_t kCurrencyScale = 10000;
-/// The published number of significant digits. With more digits, a float of 0.1 would become 0.100000001.
+/// Numbers of significant digits in a text. With more digits, a float of 0.1 would become 0.100000001.
 constexpr int kFloatDigits = 7;
 constexpr int kDoubleDigits = 15;
 constexpr int kFloatExponentSize = 8;
@@ -30,7 +30,7 @@ QString textOf(BSTR text)
     return length > kLongestText ? QString() : QString::fromWCharArray(text, static_cast<int>(length));
 }
 
-/// The size of a value of this type that is passed by reference; 0 if `VT_BYREF` does not allow the type.
+/// The size of a value of this type that is passed by reference; 0 if the type cannot be passed by reference.
 std::size_t widthOf(VARTYPE type)
 {
     switch (type) {
@@ -102,7 +102,7 @@ Fraction decodeFloat(std::uint64_t bits, int exponentSize)
     const int shift = mantissaSize + bias - std::max(exponent, 1); // the number is numerator / 2^shift
     if (exponent == highest || shift < 0)
         return {isNegative, 1, 0};
-    // A shift of 62 bits gives less than one half, which rounds to 0. A larger shift has the same effect.
+    // Shifting by 62 bits already makes the number less than one half, so larger shifts are reduced to 62.
     return {isNegative, exponent == 0 ? mantissa : implied | mantissa,
             std::uint64_t{1} << std::min(shift, 62)};
 }
@@ -117,7 +117,7 @@ std::uint64_t rounded(const Fraction& number)
 }
 
 /// Reads an integer. Reads `VT_EMPTY` as 0.
-/// \return false if the type is not an integer type, or has values that do not fit in 64 signed bits
+/// \return false if the type is not an integer type, or has values that do not fit in a signed 64-bit integer
 bool readExactInteger(const VARIANT& plain, std::int64_t& integer)
 {
     switch (plain.vt) {

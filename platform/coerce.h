@@ -1,4 +1,5 @@
-// Converts call arguments to the types of parameters, by the published rules.
+// Converts the arguments of a call to the types of the parameters, by the rules that docs/late-bound.md
+// lists.
 
 #pragma once
 

@@ -1,4 +1,5 @@
-// Computes the published descriptions, the lookup tables and libffi's call descriptions.
+// Computes the structures that callers receive (FUNCDESC, TYPEATTR), the lookup tables and libffi's call
+// descriptions.
 
 #include "platform/description.h"
 
@@ -57,7 +58,7 @@ ELEMDESC elementOf(const Parameter& parameter, bool isResult)
     return element;
 }
 
-/// Describes the vtable slot, not the call by name: `cParams` counts the pointer to the result, and the
+/// Describes the function in the vtable slot, so `cParams` counts the pointer to the result, and the
 /// return type is HRESULT.
 void describe(Function& function, std::size_t slot)
 {
@@ -203,7 +204,7 @@ bool complete(LibraryDescription& library)
         for (std::size_t index = 0; index < interface.functions.size(); ++index) {
             Function& function = *interface.functions[index];
             if (function.description.oVft != 0)
-                continue; // inherited, and already described with the base
+                continue; // inherited, and described when its own interface was
             describe(function, kDispatchSlots + index);
             if (!prepareCall(function))
                 return false;

@@ -123,9 +123,8 @@ struct LibraryDescription
     std::vector<InterfaceDescription> interfaces;
 };
 
-/// Computes the published descriptions, the lookup tables and libffi's call descriptions. Call it once all
-/// types are known.
-/// \return false if libffi cannot call one of the functions
+/// Computes the structures that callers receive, the lookup tables and libffi's call descriptions. Call it
+/// once all types are known. \return false if libffi cannot call one of the functions
 bool complete(LibraryDescription& library);
 
 } // namespace kelcom

@@ -78,7 +78,7 @@ private:
     bool findCurrent(const wchar_t* path, ITypeLib** library, std::uint64_t& registrations);
     kel::ComPtr<TypeLibrary> findByContents(const QByteArray& contents);
     /// Stores a library. If another thread has stored a library for the same contents first, sets `library`
-    /// to that library. If any path was registered after `registrations` was counted, the next call of `load`
+    /// to that library. If any path was registered after `registrations` was read, the next call of `load`
     /// reads the file again.
     void store(const wchar_t* path, const QByteArray& contents, kel::ComPtr<TypeLibrary>& library,
                std::uint64_t registrations);
@@ -92,9 +92,8 @@ private:
     std::map<QByteArray, kel::ComPtr<TypeLibrary>> m_libraries;
 };
 
-/// Never destroyed, because objects may use it after this library's static destructors have run. The lock is
-/// held during `fork`. Otherwise a child could inherit it locked by a thread that does not exist in the
-/// child.
+/// Never destroyed, because objects may use it after the static destructors have run. The lock is held during
+/// `fork`. Otherwise a child could inherit a lock that is held by a thread that does not exist in the child.
 Service& Service::instance()
 {
     static Service& service = *[] {
@@ -121,8 +120,8 @@ HRESULT readFile(const char* path, QByteArray& contents)
     return file.error() == QFileDevice::NoError ? S_OK : TYPE_E_CANTLOADLIBRARY;
 }
 
-/// The path in the file system's encoding. Empty if this encoding cannot represent the path, because the
-/// result would name another file.
+/// The path in the file system's encoding. Empty if this encoding cannot represent the path, because a
+/// path with lost characters could name another file.
 QByteArray encoded(const wchar_t* path)
 {
     const QString text = QString::fromWCharArray(path);

@@ -9,8 +9,8 @@
 namespace kelxml::qt
 {
 
-/// A `QDomNode` with move operations. Qt's class can only be copied. The two atomic operations of a copy are
-/// most of the cost of a step from one node to the next.
+/// A `QDomNode` with move operations. Qt's class can only be copied. A copy needs two atomic operations,
+/// which take most of the time of a step from one node to the next.
 class MovableNode : public QDomNode
 {
 public:

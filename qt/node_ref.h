@@ -8,17 +8,17 @@
 namespace kelxml::qt
 {
 
-/// The document that an object keeps alive and passes on to every object reached from it. The handle is null
-/// if this document was never loaded. The object may still return nodes of another document. The fallback
-/// then keeps that document alive.
+/// The document that an object keeps alive and passes on to every object reached from it. `handle` is null if
+/// this document was never loaded. Nodes that the object returns may then belong to another document, which
+/// `fallback` keeps alive.
 struct DocumentRef
 {
     const QDomDocument& handle;
     const QDomDocument* fallback = nullptr; ///< used only if `handle` is null; may be null itself
 
-    /// The document that the object keeps alive, so that Qt's nodes can point to it.
+    /// The document that the object keeps alive. Qt's nodes may point to it.
     const QDomDocument& handleOrFallback() const { return handle.isNull() && fallback ? *fallback : handle; }
-    /// The same handle. If there is no document yet, the document of `other` becomes the fallback.
+    /// A copy of this reference. If it has no document yet, the document of `other` becomes its fallback.
     DocumentRef withFallback(const DocumentRef& other) const
     {
         return {handle, handleOrFallback().isNull() ? &other.handleOrFallback() : fallback};

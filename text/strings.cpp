@@ -1,5 +1,5 @@
-// Both directions copy most text unit by unit, which is several times faster than Qt's conversions. Qt
-// converts only text with characters outside the basic plane, or with a byte order mark.
+// Most text is copied unit by unit, which is several times faster than Qt's conversions. Qt converts only
+// text with characters outside the basic plane, or with a byte order mark.
 
 #include "text/strings.h"
 
@@ -18,11 +18,11 @@ namespace
 
 constexpr int kScratchLength = 1024;
 
-/// Qt counts the bytes of a text in an `int`. Longer text is treated as out of memory.
+/// Qt counts the bytes of a text in an `int`. A longer text throws `std::bad_alloc`.
 constexpr std::size_t kLongestText = std::numeric_limits<int>::max() / sizeof(wchar_t) - 16;
 
-/// Copies the text unit by unit. Calls `convert` instead if `bitsOf` returns more than 16 bits for any unit,
-/// or if the text begins with a byte order mark, which Qt removes.
+/// Copies the text unit by unit. Calls `convert` instead if `bitsOf` returns a value above 0xFFFF for any
+/// unit, or if the text begins with a byte order mark, which Qt removes.
 /// \param result a text that is no longer needed; its memory is reused
 template <class BitsOf, class Convert>
 QString copyUnitsOr(const wchar_t* text, BitsOf bitsOf, Convert convert, QString result = {})
@@ -48,8 +48,8 @@ QString copyUnitsOr(const wchar_t* text, BitsOf bitsOf, Convert convert, QString
     return convert(reinterpret_cast<const char32_t*>(text), static_cast<int>(length));
 }
 
-/// Replaces units that are not characters. Keeps a high surrogate before a low surrogate, because
-/// `QString::fromUcs4` turns the two into one character.
+/// Replaces units that are not characters. Leaves a high surrogate unchanged if a low surrogate
+/// follows, because `QString::fromUcs4` turns the two into one character.
 QString fromUcs4ReplacingInvalid(const char32_t* text, int length)
 {
     std::u32string units(text, static_cast<std::size_t>(length));

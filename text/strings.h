@@ -13,8 +13,8 @@ namespace kelxml::text
 /// Converts the text up to its first zero, as `QString::fromUcs4` does. A null pointer gives a null string.
 QString fromWide(const wchar_t* text);
 
-/// Like `fromWide`, but replaces each unit that is not a character with U+FFFD: a unit above U+10FFFF, or
-/// half a surrogate pair without its other half. Qt's encoders would lose all text after such a unit.
+/// Like `fromWide`, but writes U+FFFD for each unit that is not a character: a unit above U+10FFFF, or half a
+/// surrogate pair without its other half. Qt's encoders would lose all text after such a unit.
 /// \param reused a text that is no longer needed; its memory is reused for the result
 QString charactersFromWide(const wchar_t* text, QString&& reused = {});
 

@@ -10,8 +10,8 @@
 namespace kelxml::trees
 {
 
-/// `QDomNode::appendChild`. Does nothing if the call would create a cycle, give a node a second parent or
-/// exceed the depth limit.
+/// `QDomNode::appendChild`. Does nothing if `child` is a document, contains `parent`, or is an attribute
+/// of an element, or if the tree would exceed the depth limit.
 void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child);
 
 /// `QDomNode::removeChild`. \return what Qt returns

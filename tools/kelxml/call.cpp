@@ -61,15 +61,15 @@ struct CallResult
     HRESULT code;
 };
 
-/// Whether an argument is a null text. At first, the word `null` is passed as a null text.
+/// Whether an argument is a null text. The word `null` is first passed as a null text; if the parameter is an
+/// object, `invoke` tries again with a null object.
 bool isNullText(const VARIANT& value)
 {
     return value.vt == VT_BSTR && !value.bstrVal;
 }
 
-/// Calls one member. `values` are the arguments as written. In an assignment, the last one is the assigned
-/// value.
-/// \throw Failure if the member cannot be called, or fails
+/// Calls one member. `values` are the arguments in the order of the expression. In an assignment, the last
+/// one is the assigned value. \throw Failure if the member cannot be called, or fails
 CallResult invoke(IDispatch& object, const Step& step, const std::vector<kel::Variant>& values,
                   bool isAssignment)
 {
@@ -101,7 +101,6 @@ CallResult invoke(IDispatch& object, const Step& step, const std::vector<kel::Va
                              &badArgument);
     };
     HRESULT code = call();
-    // A null text does not fit a parameter that is an object. Pass a null object instead and try again.
     while (code == DISP_E_TYPEMISMATCH && badArgument < parameters.cArgs &&
            isNullText(reversed[badArgument])) {
         reversed[badArgument] = kel::Variant(kel::ComPtr<IDispatch>()).get();
@@ -244,8 +243,8 @@ std::string printableOnTerminal(const std::string& text)
     return isatty(STDOUT_FILENO) ? printable(text) : text;
 }
 
-/// Refuses a document that no parser reads, such as one with an element named "1 x". Calls by name can create
-/// such documents.
+/// Refuses a document that no parser can read, such as one with an element named "1 x". Calls by name can
+/// create such documents.
 void requireReadable(const kel::Document& document, const std::string& path)
 {
     try {

@@ -73,14 +73,14 @@ constexpr Command kCommands[] = {
      "  --plain  no indentation\n",
      1, 1, Output::none, true, &runWrite},
     {"export", "FILE OUT [--plain]", "copy a document node by node",
-     "Does not copy document types or entity references. The copy is UTF-8 and begins with its\n"
-     "own declaration. Prints how many nodes were written and how many entity references were\n"
+     "Does not copy document types or entity references. The copy is UTF-8 and begins with a\n"
+     "new XML declaration. Prints how many nodes were written and how many entity references were\n"
      "left out.\n"
      "  --plain  no indentation\n",
      2, 2, Output::none, true, &runExport},
     {"call", "FILE EXPRESSION [-o OUT]", "call members by name, as scripts do",
      "EXPRESSION is a path: names of members with dots between them, starting at the document.\n"
-     "Arguments follow a name in parentheses: strings in double quotes (escapes \\\" \\\\ \\n \\t \\r),\n"
+     "After a name, arguments are in parentheses: strings in double quotes (escapes \\\" \\\\ \\n \\t \\r),\n"
      "numbers, true, false, null, or other paths. PATH = VALUE assigns a property.\n"
      "  documentElement.childNodes.item(0).nodeName\n"
      "  documentElement.setAttribute(\"k\", 5)\n"
