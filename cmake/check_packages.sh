@@ -49,7 +49,8 @@ lint() {
 }
 install() {
   apt-get install -y -qq --no-install-recommends $(ls $work/first/*.deb | grep -v dbgsym) >/dev/null
-  # Ignore the exit code, which also depends on the C library's start files and on whether a file has calls to check.
+  # Ignore the exit code: it also depends on the C library's start files, and on whether a file calls any function that has a
+  # fortified version.
   # Require three properties of each of the three files.
   hardening-check "$(command -v kelxml)" /usr/lib/*/libKel*.so.? | tee $work/hardening || true
   [ "$(grep -cE '(Stack protected|Read-only relocations|Immediate binding): yes' $work/hardening)" = 9 ]
