@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Creates and changes a document with calls by name only.
 
-The script needs only ctypes. It calls IDispatch through the object's vtable, as a host in any language without C++
-headers would. It loads a document, sets the same attributes as the C++ example in the README, sets a text, and prints
+The script needs only ctypes. It calls IDispatch through the object's vtable, as a program in any other language
+would. It loads a document, sets the same attributes as the C++ example in the README, sets a text, and prints
 the result.
 """
 
@@ -13,7 +13,7 @@ import sys
 
 VT_I4, VT_BSTR, VT_DISPATCH, VT_BOOL = 3, 8, 9, 11
 METHOD_OR_GET, PUT = 1 | 2, 4
-PROPERTY_PUT = -3  # must be the name of the value that a put sets
+PROPERTY_PUT = -3  # identifies the value of a property put among the named arguments
 
 
 class Guid(ctypes.Structure):

@@ -40,6 +40,6 @@ private:
 /// Whether the bytes of `path` may be passed to the system as a file name.
 bool isUsable(const std::string& path);
 /// The error message for a path that is not usable.
-constexpr const char* kNotUsable = "the path has a zero in it, or the process is ending";
+constexpr const char* kNotUsable = "the path contains a null character, or the process is ending";
 
 } // namespace kelxml::files

@@ -32,7 +32,7 @@ void requireNotNull(const Node& parent, const Node& child, const char* action)
         detail::refuse(action, detail::reason::kNullArgument);
 }
 
-/// Refuses a child that `parent` cannot have, except for what `trees/` refuses, such as a cycle.
+/// Refuses a child that `parent` cannot have. `trees/` then refuses cycles, attributes and too much depth.
 /// \param replaced the child that `child` will replace, or null
 void requireAllowed(const Node& parent, const Node& child, const Node& replaced, const char* action)
 {

@@ -34,8 +34,8 @@ MovableNode afterSubtree(MovableNode node, const QDomNode& origin)
     return next;
 }
 
-/// Returns the next node to check: for a deep selection the next one in document order, else the next
-/// sibling.
+/// Returns the next node to check: the next one in document order if the selection includes all descendants,
+/// else the next sibling.
 /// \param node must not have been moved or removed
 MovableNode following(const MovableNode& node, const Selection& selection)
 {
@@ -59,9 +59,10 @@ MovableNode firstSelected(const Selection& selection)
 }
 
 /// Checks whether `node` is still where the walk reached it: below the same parent, and between the same two
-/// siblings. The loop may have inserted nodes between them, so the check goes backwards from `after`.
-/// \param before identifies the earlier previous sibling; null if there was none
-/// \param after the earlier next sibling; null if there was none
+/// siblings. They need not be its neighbours, because the loop may have inserted nodes. `before` is only an
+/// address, so the search starts at `after` and goes backwards.
+/// \param before identifies the sibling that was before `node`; null if there was none
+/// \param after the sibling that was after `node`; null if there was none
 bool isInPlace(const QDomNode& node, const QDomNode& parent, const void* before, const QDomNode& after)
 {
     if (node.parentNode() != parent)

@@ -16,7 +16,7 @@ std::string reasonOf(kelxml::trees::Refusal refusal)
     using kelxml::trees::Refusal;
     switch (refusal) {
     case Refusal::Ring:
-        return "the node contains the one that it should go into";
+        return "the node would be inside itself";
     case Refusal::TooDeep:
         return "the tree would become deeper than " + std::to_string(kelxml::limits::kMaxElementDepth) +
                " elements";

@@ -9,7 +9,7 @@
 namespace kel::detail
 {
 
-/// The reasons that the layer's own checks report. `refuse.cpp` has those of `trees/edit`.
+/// The reasons that the layer's own checks report. `refuse.cpp` has those of `trees/reported_changes`.
 namespace reason
 {
 constexpr const char* kNull = "the node to change is null";

@@ -53,7 +53,7 @@ Converted fromWide(std::wstring_view wide)
     for (const wchar_t unit : wide) {
         const auto character = static_cast<char32_t>(unit);
         if (QChar::isSurrogate(character) || character > QChar::LastValidCodePoint)
-            return {{}, "it has a wide unit that is not a character"};
+            return {{}, "a wide character is not a code point"};
         if (QChar::requiresSurrogates(character))
             text.append(QChar(QChar::highSurrogate(character)));
         text.append(QChar(QChar::requiresSurrogates(character) ? QChar::lowSurrogate(character)
@@ -62,7 +62,7 @@ Converted fromWide(std::wstring_view wide)
     return {text};
 }
 
-constexpr const char* kZero = "it has a zero in it";
+constexpr const char* kZero = "it contains a null character";
 
 /// Refuses characters that XML does not allow. Qt would drop them, or write a file that no parser loads.
 QString requireAllowed(QString&& text)

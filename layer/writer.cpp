@@ -117,7 +117,7 @@ struct Writer::State
         if (isClosed)
             return;
         if (lastSerial == 0)
-            detail::refuse("closing a file", "it has no root element");
+            detail::refuse("closing a file", "the file has no root element");
         writeContent([&](QXmlStreamWriter& to) {
             to.writeEndDocument();
             flush();
@@ -168,7 +168,7 @@ Writer::Element& Writer::Element::attribute(TextView name, const Value& value)
     if (state.open.empty() || state.open.back() != m_serial || !state.isInStartTag)
         detail::refuse(kAction, "the element has content or is closed");
     if (state.attributes.contains(attributeName))
-        detail::refuse(kAction, "the element has it already");
+        detail::refuse(kAction, "the element already has this attribute");
     state.attributes.insert(attributeName);
     state.callWriter([&](QXmlStreamWriter& to) { to.writeAttribute(attributeName, text); });
     return *this;

@@ -156,7 +156,7 @@ private:
 
     QXmlStreamReader m_xml;
     std::unique_ptr<LibraryDescription> m_library;
-    std::size_t m_functionCount = 0; ///< of all interfaces; each counts inherited functions again
+    std::size_t m_functionCount = 0; ///< inherited functions count once for each interface
     bool m_isBroken = false;
 };
 

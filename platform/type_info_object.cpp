@@ -103,7 +103,7 @@ HRESULT TypeInfo::GetIDsOfNames(wchar_t** names, UINT count, MEMBERID* identifie
     if (count == 0)
         return E_INVALIDARG;
     std::fill_n(identifiers, count, DISPID_UNKNOWN);
-    // Names in a type library are never longer, so do not read further.
+    // A name has at most `kMaxNameLength` characters. Reading one more shows that a name is too long.
     const auto view = [](const wchar_t* name) {
         return name ? std::wstring_view(name, wcsnlen(name, kMaxNameLength + 1)) : std::wstring_view();
     };

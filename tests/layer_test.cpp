@@ -99,8 +99,8 @@ TEST_F(Layer, ARefusedChangeChangesNothingAndSaysWhy)
         {[&] { root.append("1x"); }, "invalid name: '1x' is not a name"},
         {[&] { root.setAttribute("a\n", 1); }, "invalid name: 'a\\u000A' is not a name"},
         {[&] { root.append("x", "\xC3"); }, "invalid text: it is not valid UTF-8"},
-        {[&] { root.setText(L"\xD800"); }, "invalid text: it has a wide unit that is not a character"},
-        {[&] { c.append(root); }, "appending a node: the node contains the one that it should go into"},
+        {[&] { root.setText(L"\xD800"); }, "invalid text: a wide character is not a code point"},
+        {[&] { c.append(root); }, "appending a node: the node would be inside itself"},
         {[&] { root.append(document); }, "appending a node: a document cannot be in a tree"},
         {[&] { a.append(attribute.clone()); }, "appending a node: an attribute cannot be a child"},
         {[&] { root.appendInstruction("xml", ""); },
@@ -280,16 +280,16 @@ TEST_F(Layer, AWriterClosesOpenElementsInAnyOrder)
 TEST_F(Layer, AWriterRefusesWhatNoParserCouldRead)
 {
     kel::Writer writer("/dev/full"), closed("/dev/null");
-    EXPECT_EQ("closing a file: it has no root element", messageOf([&] { closed.close(); }));
+    EXPECT_EQ("closing a file: the file has no root element", messageOf([&] { closed.close(); }));
     EXPECT_EQ("writing a text: no element is open", messageOf([&] { closed.text("x"); }));
     auto root = writer.element("r");
     root.attribute("a", 1);
     const std::pair<std::function<void()>, const char*> refusals[] = {
-        {[&] { root.attribute("a", 2); }, "writing an attribute: the element has it already"},
+        {[&] { root.attribute("a", 2); }, "writing an attribute: the element already has this attribute"},
         {[&] { root.attribute("1", 2); }, "invalid name: '1' is not a name"},
         {[&] { writer.element("<"); }, "invalid name: '<' is not a name"},
         {[&] { writer.text("\xFF"); }, "invalid text: it is not valid UTF-8"},
-        {[&] { writer.cdata(std::wstring(1, L'\0')); }, "invalid text: it has a zero in it"},
+        {[&] { writer.cdata(std::wstring(1, L'\0')); }, "invalid text: it contains a null character"},
         {[&] { writer.text("x\x01y"); }, "invalid text: XML does not allow the character U+0001"},
         {[&] { writer.comment(L"\xFFFE"); }, "invalid text: XML does not allow the character U+FFFE"},
         {[&] { writer.comment("-"); },

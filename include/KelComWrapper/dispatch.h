@@ -34,7 +34,7 @@ struct EXCEPINFO
     SCODE scode;                              ///< the code that the member returned
 };
 
-// Tells `Invoke` what to do with the member. A call may combine `DISPATCH_METHOD` with
+// These flags tell `Invoke` what to do with the member. A call may combine `DISPATCH_METHOD` with
 // `DISPATCH_PROPERTYGET`, and `DISPATCH_PROPERTYPUT` with `DISPATCH_PROPERTYPUTREF`; it then uses whichever
 // function exists.
 constexpr WORD DISPATCH_METHOD = 1;         ///< calls the method
@@ -60,8 +60,8 @@ public:
     /// \return `S_OK`; `DISP_E_BADINDEX`; `E_POINTER`; an error code of the type-library service (see
     ///         `KelTypelib`)
     virtual HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo) = 0;
-    /// Looks up the identifiers of a member and, optionally, of its parameters. ASCII letters match in upper
-    /// and lower case.
+    /// Looks up the identifiers of a member and, optionally, of its parameters. Ignores the case of ASCII
+    /// letters.
     /// \param riid not used
     /// \param names the member's name, then the names of any parameters; the caller still owns them
     /// \param count how many names there are
@@ -72,20 +72,20 @@ public:
     ///         0; an error code of the type-library service, with `identifiers` unchanged
     virtual HRESULT GetIDsOfNames(const GUID& riid, wchar_t** names, UINT count, LCID locale,
                                   DISPID* identifiers) = 0;
-    /// Calls a member by its identifier. The object stays alive during the call, even if an argument releases
-    /// the last reference to it.
+    /// Calls a member by its identifier. The object stays alive during the call, even if the member, or the
+    /// conversion of an argument, releases the last reference to it.
     /// \param member the identifier
     /// \param riid not used
     /// \param locale not used
-    /// \param flags one of the `DISPATCH_` constants, or one of the two combinations
+    /// \param flags one of the `DISPATCH_` constants, or one of the two combinations above
     /// \param parameters the arguments, which the call only reads; must not be null
     /// \param result receives the member's result; may be null. The caller frees its BSTR or releases its
     ///        object. The earlier content is not freed. Becomes `VT_EMPTY` if the member was called but wrote
     ///        no result. Unchanged if the member was not called
     /// \param exception filled if the call returns `DISP_E_EXCEPTION`; may be null
     /// \param badArgument receives the index in `rgvarg` of an argument that cannot be converted; may be null
-    /// \return the code that the member returned, if it succeeded, including `S_FALSE`; `DISP_E_EXCEPTION` if
-    ///         the member failed. If the member was not called: `DISP_E_MEMBERNOTFOUND`,
+    /// \return the code of a member that succeeded, which may be `S_FALSE`; `DISP_E_EXCEPTION` if the member
+    ///         failed. If the member was not called: `DISP_E_MEMBERNOTFOUND`,
     ///         `DISP_E_BADPARAMCOUNT`, `DISP_E_PARAMNOTFOUND`, `DISP_E_PARAMNOTOPTIONAL`,
     ///         `DISP_E_TYPEMISMATCH`, `DISP_E_OVERFLOW`, `E_INVALIDARG` if `parameters` or an array in it is
     ///         missing, `E_OUTOFMEMORY`, or an error code of the type-library service

@@ -39,8 +39,9 @@ constexpr USHORT PARAMFLAG_FOUT = 2;            ///< a pointer through which the
 constexpr USHORT PARAMFLAG_FRETVAL = 8;         ///< the result of a call by name
 constexpr USHORT PARAMFLAG_FOPT = 16;           ///< optional
 
-// The structures below describe types. They belong to the type library. A caller may read one as long as it
-// holds a reference to the object that returned it, and must not change it. Unused members are 0 or null.
+// The structures below describe types. They belong to the type library. A caller must not change a
+// structure, and may read it only while holding a reference to the object that returned it. Unused members
+// are 0 or null.
 
 /// A type.
 struct TYPEDESC
@@ -129,11 +130,11 @@ struct TLIBATTR
 
 static_assert(sizeof(TYPEDESC) == 16 && sizeof(ELEMDESC) == 32 && sizeof(FUNCDESC) == 88 &&
                   sizeof(TYPEATTR) == 96 && sizeof(TLIBATTR) == 32,
-              "published layouts: descriptions cross the boundary by pointer");
+              "hosts read these structures through pointers, so the layouts are fixed");
 
 /// Describes one interface. A function is a getter, a setter or a method. A getter and its setter are two
-/// functions with one identifier. Several threads may use one `ITypeInfo` at the same time. It keeps its
-/// library alive, and with it every structure that it has returned.
+/// functions with one identifier. Several threads may use one `ITypeInfo` at the same time. An `ITypeInfo`
+/// keeps its library alive, and with the library every structure that it has returned.
 class ITypeInfo : public IUnknown
 {
 public:

@@ -53,8 +53,8 @@ inline bool operator!=(const GUID& left, const GUID& right) noexcept
     return !(left == right);
 }
 
-static_assert(sizeof(wchar_t) == 4, "text crosses the boundary as UCS-4");
-static_assert(sizeof(GUID) == 16, "identifiers are compared and mapped as 16 bytes");
+static_assert(sizeof(wchar_t) == 4, "hosts and the library exchange text as UCS-4");
+static_assert(sizeof(GUID) == 16, "identifiers are compared as 16 bytes");
 
 constexpr VARIANT_BOOL VARIANT_FALSE = 0; ///< all bits clear
 constexpr VARIANT_BOOL VARIANT_TRUE = -1; ///< all bits set

@@ -197,6 +197,6 @@ private:
     VARIANT m_value{};
 };
 
-static_assert(sizeof(Variant) == sizeof(VARIANT), "an array may have a Variant in place of a VARIANT");
+static_assert(sizeof(Variant) == sizeof(VARIANT), "an array of Variant can be passed as an array of VARIANT");
 
 } // namespace kel

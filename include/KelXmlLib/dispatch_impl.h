@@ -12,7 +12,8 @@
 #include <memory>
 
 /// Implements IDispatch for one interface. Loads the type information through the type-library service when
-/// it is first needed. Each object has its own holder, which is therefore not locked.
+/// it is first needed. There is no lock, because each object has a holder of its own, and is
+/// used by one thread at a time.
 class CComTypeInfoHolder
 {
 public:

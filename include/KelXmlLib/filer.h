@@ -75,12 +75,12 @@ public:
     virtual KelXmlLib::eStatus writeAttrEnd() = 0;
     /// Writes an attribute. Call it right after `writeElmBegin(name)` or another attribute.
     /// \param name must not be missing
-    /// \param value may be null or empty, which both write `name=""`
+    /// \param value if null or empty, `name=""` is written
     virtual KelXmlLib::eStatus writeAttribute(const wchar_t* name, const wchar_t* value) = 0;
     /// Writes text. Escapes `<`, `>`, `&` and the double quote.
     /// \param text must not be missing
     virtual KelXmlLib::eStatus writeText(const wchar_t* text) = 0;
-    /// Does the same as `writeText`, and escapes markup too.
+    /// Does exactly what `writeText` does: despite its name, it escapes markup.
     /// \param text must not be missing
     virtual KelXmlLib::eStatus writeRawText(const wchar_t* text) = 0;
     /// Writes nothing: use `writeText`.
@@ -106,10 +106,10 @@ public:
     virtual KelXmlLib::eStatus writeCData(const wchar_t* text) = 0;
     /// Writes a comment.
     /// \param text must not be missing. Hyphens are not checked. A text with two hyphens in a row, or with a
-    ///        hyphen at its end, makes a file that does not load
+    ///        hyphen at its end, gives a file that cannot be loaded
     virtual KelXmlLib::eStatus writeComment(const wchar_t* text) = 0;
     /// Writes nothing: encode the bytes yourself and use `writeText`.
-    /// \param data must not be null; is not read
+    /// \param data must not be null, although it is not read
     /// \param first must be at least 0
     /// \param second must be at least 1
     virtual KelXmlLib::eStatus writeBinary(const unsigned char* data, int first, int second) = 0;

@@ -35,8 +35,8 @@ int DllMain(void* module, unsigned int reason, void* reserved);
 /// \param classId `CLSID_DOMDocument`
 /// \param riid the interface to return, such as `IID_IXMLDOMDocument`
 /// \param object receives the object with one reference, which the caller releases
-/// \return `S_OK`; `E_NOINTERFACE`, which sets `object` to null; `E_NOTIMPL` for an unknown class, and
-///         `E_FAIL` if `object` is null or `DllMain` was not called, which both leave `object` unchanged
+/// \return `S_OK`; `E_NOINTERFACE`, which sets `object` to null; `E_NOTIMPL` for an unknown class; `E_FAIL`
+///         if `object` is null or `DllMain` was not called. `E_NOTIMPL` and `E_FAIL` leave `object` unchanged
 /// \throw std::bad_alloc if memory runs out; `object` is unchanged
 HRESULT DllGetClassObject(const GUID& classId, const GUID& riid, void** object);
 

@@ -13,11 +13,11 @@
 ///   `std::bad_alloc` and leaves its out-parameters unchanged. If only the returned BSTR cannot be allocated,
 ///   the method returns `S_OK` and a null BSTR instead.
 /// - Threads: use a document, and everything reached from it, from one thread at a time.
-/// - A generic node is any node other than a document, an element or an attribute. A document that is reached
-///   as a parent is a generic node too.
+/// - A generic node is an object for a node that is not an element, an attribute or a document. The parent of
+///   a top-level node is a document, but `get_parentNode` returns a generic node for it, too.
 /// - Some calls return an object without a node, such as the document element of an empty document. Reading
 ///   from it finds nothing, and changing it does nothing.
-/// - A no-op returns `S_OK` and writes nothing, outputs included. `no-ops.md` says what to call instead.
+/// - A no-op returns `S_OK` and writes nothing, not even outputs. `no-ops.md` says what to call instead.
 
 #pragma once
 
@@ -75,7 +75,7 @@ public:
     virtual HRESULT put_nodeValue(VARIANT value) = 0;
     /// @}
     /// Returns the kind of the node.
-    /// \param type receives the kind; 21 for a generic node object without a node
+    /// \param type receives the kind; 21 (no kind) for a generic node object that refers to no node
     /// \return `S_OK`; `S_FALSE` if `type` is null
     virtual HRESULT get_nodeType(DOMNodeType* type) = 0;
     /// Returns the parent. The parent of an attribute is its element.
@@ -116,7 +116,7 @@ public:
     /// Removes `child` from its parent, if it has one, and makes it the last child of this node.
     ///
     /// The call is refused if `child` is or contains this node, is a document, or is an attribute on an
-    /// element, and if the tree would nest deeper than the library allows. It is also refused if this node is
+    /// element. It is also refused if the tree would nest deeper than the library allows, or if this node is
     /// a document that has neither loaded nor created anything. A refused call leaves the tree unchanged, but
     /// returns `S_OK` and writes `result` as usual.
     ///
@@ -132,7 +132,8 @@ public:
     /// \return `S_OK`; `S_FALSE` if `hasChildren` is null
     virtual HRESULT hasChildNodes(VARIANT_BOOL* hasChildren) = 0;
     /// Returns the document that the node belongs to. A document object returns itself. Any other object has
-    /// its own document object, and returns the same one at every call.
+    /// a document object of its own and returns that one at every call, so two nodes of a document return
+    /// different objects for it.
     /// \param document receives the document object with one reference, which the caller releases; receives
     ///        null if the node has no document
     /// \return `S_OK`; `S_FALSE` if the node has no document or if `document` is null
@@ -150,7 +151,7 @@ public:
     /// Returns the text of an element and all its descendants, or the data of a text or CDATA section. No-op
     /// for documents.
     /// \param text receives a new BSTR, which the caller frees
-    /// \return `S_OK`; `S_FALSE` for an attribute or any other node (nothing written), or if `text` is null
+    /// \return `S_OK`; `S_FALSE` for all other nodes (nothing written), or if `text` is null
     virtual HRESULT get_text(BSTR* text) = 0;
     /// Sets the text. For an element, removes its first child, keeps all other children, and appends a text
     /// node. For any other node, sets the node's value.
@@ -168,8 +169,8 @@ public:
     virtual HRESULT get_xml(BSTR* xml) = 0;
     virtual HRESULT transformNode(IXMLDOMNode* stylesheet, BSTR* xml) = 0;
     /// @}
-    /// Finds the descendant elements with a tag name, and returns them in document order as a live list.
-    /// No-op for attributes and generic nodes.
+    /// Returns a live list of the descendant elements with the given tag name, in document order. No-op for
+    /// attributes and generic nodes.
     /// \param query a tag name, not an expression. Null returns the same list as `get_childNodes`, with nodes
     ///        of every kind. An empty name finds nothing
     /// \param list receives a new list with one reference, which the caller releases
@@ -236,7 +237,7 @@ public:
     /// in place. Any other failure, such as an empty file or lack of memory, leaves the document empty or
     /// with what was parsed before the error.
     /// \param source a file path as `VT_BSTR`; any other type is refused
-    /// \param success set to 0 first, and to -1 once the file was parsed; may be null
+    /// \param success set to 0 first, and to -1 once the file has been parsed; may be null
     /// \return `S_OK` if the file was parsed, else `S_FALSE`
     virtual HRESULT load(VARIANT source, VARIANT_BOOL* success) = 0;
     /// No-op: returns `S_OK` and writes nothing.
@@ -253,7 +254,7 @@ public:
     /// A null or empty text, or one that exceeds a limit, leaves the earlier content in place. Any other
     /// failure, such as lack of memory, leaves the document empty or with what was parsed before the error.
     /// \param xml the text
-    /// \param success set to 0 first, and to -1 once the text was parsed; may be null
+    /// \param success set to 0 first, and to -1 once the text has been parsed; may be null
     /// \return `S_OK` if the text was parsed, else `S_FALSE`
     virtual HRESULT loadXML(BSTR xml, VARIANT_BOOL* success) = 0;
     /// Writes the document to a local file, indented by four spaces a level, even in mixed content. The file
@@ -349,7 +350,7 @@ public:
     /// moves back.
     /// \param node receives a new object with one reference, which the caller releases; receives null at the
     ///        end
-    /// \return `S_OK`; `S_FALSE` at the end of the list, or if `node` is null (the cursor does not move)
+    /// \return `S_OK`; `S_FALSE` at the end of the list, or if `node` is null; then the cursor does not move
     virtual HRESULT nextNode(IXMLDOMNode** node) = 0;
     /// No-op: returns `S_OK` and writes nothing.
     /// @{

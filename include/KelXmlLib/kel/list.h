@@ -33,7 +33,8 @@ public:
     /// \param current receives the first node, or null
     Walk(std::shared_ptr<const Selection> selection, Node& current);
     /// Moves to the next node.
-    /// \param current the current node, or what the loop has assigned to it; receives the next node, or null
+    /// \param current the current node, or another node that the loop has assigned to its variable; receives
+    ///        the next node, or null
     void next(Node& current);
 
 private:
@@ -44,7 +45,7 @@ private:
     // The neighbours of the current node, as they were when the walk reached it.
     Node m_parent;                  ///< the parent
     Node m_after;                   ///< the next sibling
-    const void* m_before = nullptr; ///< identifies the previous sibling; may be stale, so it is only compared
+    const void* m_before = nullptr; ///< the address of the previous sibling; may be stale, only compared
 };
 
 /// Counts the selected nodes. \param selection may be null
@@ -62,10 +63,10 @@ KEL_EXPORT bool hasAny(const std::shared_ptr<const Selection>& selection);
 ///   the sibling that followed it. If it was the last sibling, a loop over children ends, and a loop over
 ///   descendants continues after the former parent.
 /// - A loop may append nodes. It reaches them too.
-/// - If a loop moves a node within the list, it does not reach that node again. It does reach the descendants
-///   again if the node moved to a later place.
-/// - A loop can end early if it moves or removes both the current node and the next sibling, or a node before
-///   the current one.
+/// - A loop that moves a node does not visit this node again. If the node's new place is later in the list,
+///   the loop visits the node's descendants there, even if it has visited them before.
+/// - A loop can end early in two cases: if it moves or removes the current node together with the next
+///   sibling, and if it moves or removes a node before the current one.
 template <class Item>
 class List
 {
@@ -125,8 +126,8 @@ public:
     Iterator begin() const { return Iterator(m_selection); }
     /// Returns the end iterator.
     Iterator end() const { return {}; }
-    /// Counts the nodes. This takes time proportional to the number of children, or for `descendants` to the
-    /// size of the tree.
+    /// Counts the nodes. This takes time proportional to the number of children. For `descendants`, it takes
+    /// time proportional to the size of the tree.
     std::size_t size() const { return detail::count(m_selection); }
     /// \return whether there are no nodes
     bool empty() const { return !detail::hasAny(m_selection); }

@@ -116,8 +116,8 @@ private:
 namespace detail
 {
 
-/// The type of the result if the default is a `Default`. For a text it is `std::string` or `std::wstring`,
-/// else `Default` itself.
+/// The type of a value that is read with a default of type `Default`: `std::string` or `std::wstring` for a
+/// text, else `Default` itself.
 template <class Default>
 using TypeOf = std::conditional_t<
     std::is_convertible_v<const Default&, std::string_view>, std::string,
@@ -142,7 +142,8 @@ TypeOf<Default> readOr(const Default& otherwise, Read read)
                 return otherwise;
         return isValid ? static_cast<Type>(number) : otherwise;
     } else {
-        static_assert(std::is_same_v<Type, bool> || isText<Type>, "a text, a number or a truth value");
+        static_assert(std::is_same_v<Type, bool> || isText<Type>,
+                      "the default must be a text, a number or a bool");
         Type value{};
         return read(&value) ? value : Type(otherwise);
     }
