@@ -47,7 +47,7 @@ Refusal insertBefore(const qt::NodeRef& parent, const qt::NodeRef& child, const 
     if (!isChildOf(parent.node, reference.node))
         return Refusal::NotAChild;
     if (child.node == reference.node)
-        return Refusal::None;
+        return child.node.isAttr() ? Refusal::Attribute : Refusal::None;
     const Refusal refusal = append(parent, child);
     if (refusal == Refusal::None)
         QDomNode(parent.node).insertBefore(child.node, reference.node);
