@@ -22,12 +22,14 @@ void createObject(Source&& source, const DocumentRef& document, Interface** out)
     *out = wrapper.detach();
 }
 
-/// Stores an object for a node in `out`: an element, an attribute or, for any other type, a generic node.
-/// \param type the type of the node, which may be null
+/// Creates an object for `node` and stores it in `out`: an element, an attribute or, for any other type, a
+/// generic node.
+/// \param type the type of `node`
+/// \param node may be null
 void wrapAs(DOMNodeType type, MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out);
 
-/// Stores an object for a node in `out`, by the type of the node. For a null node, stores a generic node
-/// without a Qt node.
+/// Creates an object of the class that belongs to the type of `node`, and stores it in `out`. For a null
+/// node, creates a generic object that has no Qt node.
 void wrapForReturn(MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out);
 
 } // namespace kelxml::dom

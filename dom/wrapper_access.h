@@ -1,5 +1,5 @@
-// Gives the library access to the private members of the six classes. Also checks their layouts, because
-// other binaries rely on them.
+// Gives the library access to the private members of the six classes that implement the interfaces. Also
+// checks their layouts, because other binaries rely on them.
 
 #pragma once
 
@@ -89,7 +89,7 @@ struct WrapperAccess
 static_assert(WrapperAccess::layoutHolds<CMorvXMLDOMNode>() &&
                   WrapperAccess::layoutHolds<CMorvXMLDOMElement>() &&
                   WrapperAccess::layoutHolds<CMorvXMLDOMAttribute>() && WrapperAccess::documentLayoutHolds(),
-              "the Qt handle has the same offset in all four node-like classes");
+              "the members of the node classes have the offsets that other binaries use");
 static_assert(WrapperAccess::listLayoutHolds() && WrapperAccess::mapLayoutHolds(),
               "the members of the collections have the offsets that other binaries use");
 #pragma GCC diagnostic pop

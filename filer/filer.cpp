@@ -1,5 +1,5 @@
-// Implements the XML filer with `QXmlStreamWriter`. Each write operation checks its required arguments,
-// converts its texts, calls Qt's writer and returns "accepted".
+// Implements the XML filer with `QXmlStreamWriter`. A write operation checks its required arguments, converts
+// its texts, calls Qt's writer and returns "accepted". Some operations only check and write nothing.
 
 #include "KelXmlLib/filer_wrapper.h"
 
@@ -16,9 +16,9 @@ namespace
 {
 
 static_assert(sizeof(eStatus) == 4 && sizeof(KelXmlLib::eState) == 4 && sizeof(KelXmlLib::eEncoding) == 4,
-              "statuses, states and encodings cross the boundary as 32-bit integers");
+              "hosts exchange statuses, states and encodings as 32-bit integers");
 static_assert(sizeof(KelXmlFilerWrapper) == 4 * sizeof(void*),
-              "callers may construct the class: a vtable, a file, a writer and two flags");
+              "hosts construct this class, so its size is fixed");
 
 bool isMissing(const wchar_t* text)
 {
@@ -33,7 +33,7 @@ eStatus check(std::initializer_list<const wchar_t*> required)
 }
 
 /// Converts the texts of a call for Qt's writer, which accepts only `QString`. Reuses the memory of two
-/// strings, because allocating a new one for each text would take a tenth of the time of writing.
+/// strings, because allocating new ones would take about a tenth of the time of writing.
 class Texts
 {
 public:
@@ -53,7 +53,7 @@ private:
     QString m_second;
 };
 
-/// The filer's file. It also owns the reused strings, because callers rely on the size of the filer's class.
+/// The filer's file. It also owns the reused strings. The filer cannot, because hosts rely on its size.
 struct TextFile : kelxml::files::File
 {
     using File::File;
@@ -214,7 +214,7 @@ eStatus KelXmlFilerWrapper::writeAttrBegin(const wchar_t* name)
     return check({name});
 }
 
-// Operations without required arguments that write nothing, one line each.
+// Operations that have no required arguments and write nothing, one line each.
 // clang-format off
 eStatus KelXmlFilerWrapper::writeAttrEnd() { return KelXmlLib::eStatusAccepted; }
 eStatus KelXmlFilerWrapper::writeValue(bool) { return KelXmlLib::eStatusAccepted; }

@@ -121,7 +121,7 @@ std::vector<char> accessListOf(const Descriptor& file)
     return list;
 }
 
-/// Which properties the new file has in common with the old one.
+/// Which properties of the old file the new file has.
 struct Preserved
 {
     bool owner;
@@ -130,9 +130,10 @@ struct Preserved
 };
 
 /// Returns the permission bits of the new file. They let nobody do more with the new file than with the old.
-/// A user may lose the rights of the owner, of the group or of a list entry. The kernel then applies the bits
-/// of the group or of others to this user, so these bits must not allow more than the lost ones. If the
-/// group changes, the members of the new group must not get more rights than others had before.
+/// A user who had access as the owner, as a member of the group, or through an entry of the access control
+/// list may have lost that role. The kernel then applies the bits of the group or of others to this user, so
+/// these must not allow more. If the group changes, the members of the new group were others before, so the
+/// group's bits must not allow more than the bits of others did.
 mode_t restrictedMode(mode_t old, Preserved preserved)
 {
     const mode_t owner = old >> 6U & 7U;

@@ -29,24 +29,24 @@ private:
 /// unchanged.
 ///
 /// - The new file is created in the directory of the old file. If the file system supports it, the new file
-///   has no name until `commit`. If the process is killed before that, nothing of the new file remains.
-/// - Symbolic links are followed by the kernel's rules. The link stays, and the file that it names is
-///   replaced. If that file does not exist, it is created.
+///   has no name until `commit`, so nothing of it remains if the process is killed before.
+/// - Symbolic links are followed as the kernel follows them. The link stays, and its target is replaced. If
+///   the target does not exist, it is created.
 /// - A file that the process has no permission to write is not replaced.
-/// - Permissions, owner, group and access control list are preserved. If the system does not allow this, the
-///   new file is readable by nobody who could not read the old file: if the owner changes, the set-uid bit is
-///   cleared; if the group changes, its members get the permissions of others; if the list cannot be copied,
-///   only the owner's permissions remain.
+/// - Permissions, owner, group and access control list are preserved. If the system does not allow this, only
+///   users who could read the old file can read the new one: if the owner changes, the set-uid bit is
+///   cleared; if the group changes, group and others get only the permissions that both had; if the list
+///   cannot be copied, only the owner's permissions remain.
 /// - If a file has several names (hard links), only the given name refers to the new file. The other names
 ///   still refer to the old file.
-/// - If the process may not create files in the directory (EACCES, EPERM), `commit` overwrites an existing
-///   file. If the file system supports it, `commit` first reserves space for the new content. Only a
-///   failure while overwriting can lose the old content.
+/// - If the process has no permission to create files in the directory (EACCES, EPERM), `commit` overwrites
+///   the old file, if there is one. If the file system supports it, `commit` first reserves space for the new
+///   content. Only a failure while overwriting can lose the old content.
 /// - Devices, pipes and sockets are written directly, piece by piece. The same applies to /dev/stdout,
-///   /dev/stderr and /dev/fd/N, even for a descriptor of a regular file: writing starts at the descriptor's
-///   position.
+///   /dev/stderr and /dev/fd/N, even if the descriptor refers to a regular file. Writing then starts at the
+///   descriptor's position.
 ///
-/// All functions throw `std::system_error` with the system's reason; its `code().value()` is an `errno`.
+/// If a function fails, it throws `std::system_error`, whose `code().value()` is the `errno`.
 class FileReplacement
 {
 public:
@@ -80,11 +80,11 @@ private:
     Descriptor m_old;          ///< not open if there was no file
     struct stat m_status = {}; ///< of the old file
     Descriptor m_directory;    ///< the directory of the replaced file
-    std::string m_name;        ///< in `m_directory`
+    std::string m_name;        ///< of the replaced file, relative to `m_directory`
     Descriptor m_new;
     std::string m_temporaryName;         ///< of the new file; empty if the file has no name
     std::string m_pending;               ///< collected for `inPlace`
-    bool m_hasCreatedLinkTarget = false; ///< a symbolic link named a file that did not exist
+    bool m_hasCreatedLinkTarget = false; ///< the path is a symbolic link to a file that did not exist
 };
 
 } // namespace kelxml::files

@@ -23,8 +23,8 @@ class Path
 {
 public:
     /// \return nothing if the path is empty, if the codecs are destroyed, or if Qt would open a different
-    /// path. Qt changes a path that begins with a byte order mark, contains a unit that is not a character,
-    /// or contains a character that the encoding of file names cannot represent.
+    ///         path. Qt changes a path that begins with a byte order mark, contains a `wchar_t` that is not a
+    ///         character, or contains a character that the encoding of file names cannot represent.
     static std::optional<Path> from(const wchar_t* path);
     /// Checks the string of a `VT_BSTR` in the same way. \return nothing for any other type
     static std::optional<Path> from(const VARIANT& path);

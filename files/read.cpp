@@ -25,7 +25,7 @@ qint64 readSome(QFile& file, char* to, int most)
 }
 
 /// Appends the bytes of a file to `bytes`. Stops after `most` + 1 bytes, so that the caller can see that the
-/// file has more than `most`. \return the system's error, or 0
+/// file is longer. \return the system's error, or 0
 int readUpToOneMoreThan(qint64 most, QFile& file, QByteArray& bytes)
 {
     constexpr qint64 kPiece = qint64{64} * 1024;

@@ -22,8 +22,8 @@ constexpr int kMaxNodeDepth = kMaxElementDepth + 2;
 constexpr int kMaxEntityDeclarations = 4096;
 /// Maximum product of two counts. The first is the number of entity declarations plus the number of
 /// ampersands in entity values. The second is the number of characters in entity names and values. The parser
-/// searches each value for a reference to every entity, and moves the rest of the value for each reference
-/// that it finds. At the limit, this takes at most four seconds.
+/// searches each value for a reference to every entity, and moves the rest of the value each time it replaces
+/// a reference. At the limit, this takes at most four seconds.
 constexpr qint64 kMaxEntitySearch = 4'000'000'000;
 /// A document of any length may declare and expand this many characters of entity text before amplification
 /// is checked. They take a few megabytes in the tree.

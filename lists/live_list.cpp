@@ -1,6 +1,7 @@
 // A list that caches nodes is registered under the node whose children or descendants it lists. Before nodes
-// are inserted or removed, the caches of their parent's lists are dropped. If the nodes include elements, the
-// ancestors' lists by tag name are looked up too. The lists of other nodes do not slow down a change.
+// are inserted or removed, the caches of their parent's lists are dropped. If the nodes include elements, so
+// are the caches of the ancestors' lists for the tag names of these elements. The lists of other nodes do not
+// slow down a change.
 
 #include "lists/live_list.h"
 
@@ -17,16 +18,17 @@ namespace kelxml::lists
 namespace
 {
 
-/// Minimum number of children that are cached. Shorter lists are walked from the first child each time. Lists
-/// by tag name are always cached, because finding their elements scans the document.
+/// A node's children are cached if there are at least this many. Fewer children are walked from the first one
+/// each time. Lists by tag name are always cached, because finding their elements scans the document.
 constexpr std::size_t kMinCachedLength = 8;
 
-/// A registered list: the address of its node, whether it lists by tag name, the tag name, and the list
-/// itself. In this sort order, the lists of one node are neighbours.
+/// A registered list: the address of its node, whether the list is by tag name, the tag name, and the list
+/// itself. Sorting puts the lists of one node next to each other.
 using Entry = std::tuple<std::uintptr_t, bool, QString, LiveList*>;
 
-/// One of the parts into which the registry is divided, so that threads seldom wait for each other. Lists of
-/// several threads may be in one shard, but a thread uses only lists of its own documents.
+/// One of the parts into which the registry is divided, so that threads seldom wait for each other. A shard
+/// may contain lists of several threads. A list that was found in it can be used without the lock, because
+/// only one thread uses the list's document.
 struct Shard
 {
     std::mutex lock;
@@ -190,7 +192,7 @@ void invalidate(const QDomNode& node, const QDomNode& parent)
     qt::MovableNode element{QDomNode(node)};
     if (!element.isElement())
         element = nextElement(element, node);
-    std::vector<qt::MovableNode> listedAncestors; // have cached lists by tag name
+    std::vector<qt::MovableNode> listedAncestors; // those with cached lists by tag name
     for (qt::MovableNode ancestor{QDomNode(parent)}; !element.isNull() && !ancestor.isNull();
          ancestor = ancestor.parentNode())
         if (!listsOf(ancestor, true, {}, 1).empty())

@@ -21,8 +21,8 @@ struct ListOrigin
     QString tagName; ///< null for a list of children
 };
 
-/// Creates Qt's own list. A node list object has one only because other binaries rely on the layout of the
-/// object. The library never reads nodes from it.
+/// Creates Qt's own list. A node list object contains one only because other binaries rely on the layout of
+/// the object. The library never reads nodes from it.
 QDomNodeList makeQtList(const ListOrigin& origin);
 
 class LiveList

@@ -65,8 +65,9 @@ public:
         return kEnd;
     }
 
-    /// Reads `text` next, and then the rest of the current text. `text` must outlive the stream.
-    /// \param literal whether the reference is inside a quoted value
+    /// Makes the stream continue with `text`, and then with the rest of the current text. `text` must outlive
+    /// the stream.
+    /// \param literal whether the reference that `text` replaces is inside a quoted value
     void splice(QStringView text, bool literal)
     {
         m_pendingOutside = pending();
@@ -77,10 +78,10 @@ public:
     /// Number of open splices. As in the parser, a splice stays open until the character after it is read.
     std::size_t openSplices() const { return m_outer.size(); }
     bool isInSplice() const { return !m_outer.empty(); }
-    /// Number of characters in open splices that are not read yet.
+    /// Number of unread characters in open splices.
     qint64 pending() const { return isInSplice() ? m_pendingOutside + (m_span.end - m_span.at) : 0; }
-    /// Whether the last character came from a splice inside a quoted value. A quote from there does not end
-    /// the value.
+    /// Whether the last character came from a splice inside a quoted value. A quote from such a splice does
+    /// not end the value.
     bool isLiteral() const { return m_span.literal; }
 
 private:

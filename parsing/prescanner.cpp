@@ -19,7 +19,8 @@ bool isPredefined(const QString& name)
 
 } // namespace
 
-// The scan ends after the document element, because the parser accepts neither elements nor references later.
+// The scan ends after the document element, because the parser accepts neither elements nor references after
+// it.
 Prescan Prescanner::document()
 {
     if (prolog())
@@ -170,8 +171,8 @@ bool Prescanner::reference(bool literal)
     return !entity || splice(*entity, entity->text, literal);
 }
 
-// Reads a name up to the semicolon. To save memory, stores no more characters than necessary to see that the
-// name is longer than every declared name.
+// Reads a name up to the semicolon. To save memory, stops storing characters once the name is longer than
+// every declared name.
 bool Prescanner::referenceName(QString& name)
 {
     for (;;) {

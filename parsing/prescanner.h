@@ -1,7 +1,7 @@
-// Reads a text like `QXmlSimpleReader` of Qt 5.15, and counts everything that has a limit.
+// Reads a text in the same way as `QXmlSimpleReader` of Qt 5.15, and counts everything that has a limit.
 //
 // The scanner must interpret each character as the parser does, up to the error at which the parser stops.
-// The scanner checks only a part of the syntax: it continues at an error that it does not check. It must
+// The scanner checks only a part of the syntax: it continues after errors that it does not check for. It must
 // never report an error in a text that the parser accepts.
 
 #pragma once
@@ -41,7 +41,8 @@ public:
     {}
 
     Prescan document();
-    /// Scans the value of an entity, even if no reference uses it.
+    /// Scans the text as the value of an entity. Every declared value is scanned, even one that is never
+    /// used.
     Prescan value();
 
 private:
@@ -50,7 +51,7 @@ private:
     {
         QString text; // the value; the parser adds a space at both ends of a parameter entity's value
         Kind kind = Kind::General;
-        qint64 literalLength = 0; // length in a quoted value, where quotes become references
+        qint64 literalLength = 0; // length in a quoted value, where references replace quotes
     };
 
     // Each function reads the rest of one construct. Its caller has read the first characters. The result
@@ -95,7 +96,7 @@ private:
     QMap<QString, Entity> m_entities; // not a hash: an attacker could choose names that collide
     QString m_name;                   // name or number of a reference; a member, so that its memory is reused
     qsizetype m_longestName = 0;      // of all declared entities
-    int m_generalEntities = 0;        // number of declarations with a value, not of external ones
+    int m_generalEntities = 0;        // declarations with a value; external entities are not counted
     int m_parameterEntities = 0;
     int m_declarations = 0;
     qint64 m_referencesInValues = 0;

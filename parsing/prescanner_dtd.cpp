@@ -128,8 +128,8 @@ bool Prescanner::declare(const QString& name, const QString& text, Kind kind)
     return true;
 }
 
-// Keeps references to general entities in the value. They are spliced when the value is used. Replaces
-// references to characters and to parameter entities at once.
+// Keeps references to general entities in the value; their texts are spliced when the value is used. Replaces
+// references to characters and to parameter entities immediately.
 bool Prescanner::entityValue(char16_t quote, QString& value)
 {
     beginText();
@@ -141,7 +141,7 @@ bool Prescanner::entityValue(char16_t quote, QString& value)
         if (c == u'%' ? !parameterReference(true) : c == u'&' && !referenceInValue(value))
             return false;
         // When the parser splices a parameter entity into a quoted value, it replaces the quotes in the
-        // entity's text by references.
+        // entity's text with references.
         if (isQuote(c) && m_in.isLiteral())
             addToValue(value, c == u'"' ? QStringView(u"&quot;") : QStringView(u"&apos;"));
         else if (isQuote(c))
@@ -164,7 +164,8 @@ bool Prescanner::referenceInValue(QString& value)
     return true;
 }
 
-// The parser accepts numbers of up to 32 bits and uses the lower 16 as a character: 65596 is '<', as 60 is.
+// The parser accepts numbers of up to 32 bits and uses the lower 16 as a character: both 60 and 65596 mean
+// '<'.
 bool Prescanner::characterReference(QString& value)
 {
     char16_t c = m_in.get();

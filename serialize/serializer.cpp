@@ -1,5 +1,5 @@
 // Writes the same layout as Qt, including its oddities: each element in a namespace has a declaration of this
-// namespace, and a line ends after each comment and instruction even if `indent` is -1.
+// namespace, and a line break follows each comment and instruction, even if `indent` is -1.
 
 #include "qt/movable_node.h"
 #include "serialize/attributes.h"
@@ -28,8 +28,8 @@ bool isXmlDeclaration(const QDomNode& node)
     return node.isProcessingInstruction() && node.nodeName() == QLatin1String("xml");
 }
 
-/// Returns the codec of the encoding that the document declares. Returns the codec of UTF-8 if it declares
-/// none, or one that Qt does not know.
+/// Returns the codec of the encoding that the document declares. If it declares none, or if Qt does not know
+/// the declared encoding, returns the codec of UTF-8.
 QTextCodec* codecOf(const QDomNode& node)
 {
     QTextCodec* codec = nullptr;
@@ -44,7 +44,8 @@ QTextCodec* codecOf(const QDomNode& node)
     return codec ? codec : QTextCodec::codecForName("UTF-8");
 }
 
-/// Returns the name without a prefix. A node that was created without a namespace has no prefix.
+/// Returns the name without a prefix. If the node was created without a namespace, a colon belongs to its
+/// name.
 QString localNameOf(const QDomNode& node)
 {
     const QString local = node.localName();
@@ -248,8 +249,8 @@ void Serializer::writeAttributes(const QDomElement& element)
     }
 }
 
-/// \param declared the prefixes that attributes of the same element declared before; null for an attribute
-/// that is written without an element
+/// \param declared the prefixes that earlier attributes of the same element declared; null for an attribute
+///        that is written without an element
 void Serializer::writeAttribute(const Attribute& attribute, QSet<QString>* declared)
 {
     put(attribute.name, u"=\"");

@@ -1,6 +1,6 @@
-// Adds the depth of the new parent to the height of the appended subtree. An element is a level, and so is
-// any other node with children. A leaf, such as a text, and an attribute with only a text are not counted,
-// because the stack has room for them below the deepest level.
+// Whether a subtree may be appended depends on the depth of the new parent plus the height of the subtree. An
+// element counts as a level, and so does any other node with children. Leaves, such as texts, do not count,
+// and neither do attributes that contain only a text: the limit leaves enough stack for them.
 
 #include "trees/depth.h"
 
@@ -19,9 +19,9 @@ namespace kelxml::trees
 namespace
 {
 
-/// No attribute has ever had more levels below it than this. Qt needs quadratic time to list the attributes
-/// of an element, so subtrees are first measured without attributes, with this number of levels in reserve.
-/// If a subtree does not fit, it is measured again with its attributes.
+/// The number of levels below any attribute was never higher than this. Qt needs quadratic time to list the
+/// attributes of an element, so subtrees are first measured without attributes, with this number of levels in
+/// reserve. If a subtree does not fit, it is measured again with its attributes.
 std::atomic<int> levelsInAttributes{0};
 
 bool isPlainAttribute(const QDomNode& attribute)
@@ -39,7 +39,7 @@ bool staysWithin(const QDomNode& root, int above, int most, bool withAttributes)
         qt::MovableNode node;
         int above;
     };
-    QVarLengthArray<Step, 32> open; // hardly any leaves, so 32 entries are enough for most subtrees
+    QVarLengthArray<Step, 32> open; // few leaves are pushed, so 32 entries suffice for most subtrees
     open.push_back({QDomNode(root), above});
     while (!open.isEmpty()) {
         const Step step = std::move(open.last());
@@ -60,8 +60,8 @@ bool staysWithin(const QDomNode& root, int above, int most, bool withAttributes)
     return true;
 }
 
-/// Raises `levelsInAttributes` if necessary. \param path levels from the attribute down to the new parent of
-/// `child`
+/// Raises `levelsInAttributes` if necessary.
+/// \param path levels from the topmost attribute above `child` down to the new parent of `child`
 void noteLevelsInAttribute(const QDomNode& child, int path)
 {
     int known = levelsInAttributes;

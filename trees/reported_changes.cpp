@@ -1,5 +1,4 @@
-// `trees/safe_changes` makes each change; the tree then shows whether it was made. Qt is called directly only
-// to move children within one parent.
+// Makes each change with `trees/safe_changes`, and then looks at the tree to find out whether it was made.
 
 #include "trees/reported_changes.h"
 
@@ -12,7 +11,8 @@ namespace kelxml::trees
 namespace
 {
 
-/// An attribute's parent is the element that it is on, or was on.
+/// Whether `node` is a child of `parent`. Not every node with this parent is: the parent of an attribute is
+/// the element that it is on, or was on.
 bool isChildOf(const QDomNode& parent, const QDomNode& node)
 {
     if (node.isNull() || node.parentNode() != parent)
@@ -50,7 +50,7 @@ Refusal insertBefore(const qt::NodeRef& parent, const qt::NodeRef& child, const 
         return child.node.isAttr() ? Refusal::Attribute : Refusal::None;
     const Refusal refusal = append(parent, child);
     if (refusal == Refusal::None)
-        QDomNode(parent.node).insertBefore(child.node, reference.node);
+        QDomNode(parent.node).insertBefore(child.node, reference.node); // safe within one parent
     return refusal;
 }
 

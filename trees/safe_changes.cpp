@@ -27,9 +27,9 @@ qt::MovableNode topOf(const QDomNode& node)
     return top;
 }
 
-/// Makes `document` the document of a tree whose topmost node `top` has no parent. The links of `top` may
-/// dangle, and only Qt's `replaceChild` overwrites them without following them. So this function creates an
-/// element with a child in `document`, replaces the child with `top`, and then removes `top` from the
+/// Makes `document` the document of a tree whose topmost node `top` has no parent. The sibling links of `top`
+/// may dangle, and only Qt's `replaceChild` overwrites them without following them. So this function creates
+/// an element with a child in `document`, replaces the child with `top`, and then removes `top` from the
 /// element.
 void moveInto(QDomDocument document, const QDomNode& top)
 {
@@ -40,9 +40,9 @@ void moveInto(QDomDocument document, const QDomNode& top)
     temporaryParent.removeChild(top);
 }
 
-/// Appends a node without a parent. Its sibling links may point to former siblings that are freed. Only Qt's
-/// `replaceChild` overwrites both links. So `child` replaces the last child, which is then inserted again
-/// before `child`. If `parent` has no children, `child` replaces a temporary one.
+/// Appends a node that has no parent. Its sibling links may point to former siblings that were freed. Only
+/// Qt's `replaceChild` overwrites both links. So `child` replaces the last child, which is then inserted
+/// again before `child`. If `parent` has no children, `child` replaces a temporary text.
 void appendDetached(const qt::NodeRef& parent, const QDomNode& child)
 {
     QDomNode target = parent.node;
@@ -56,7 +56,7 @@ void appendDetached(const qt::NodeRef& parent, const QDomNode& child)
     }
 }
 
-/// Makes both trees safe for Qt to change.
+/// Makes the trees of `parent` and `child` safe for Qt to change.
 void ensureValidOwnerDocuments(const qt::NodeRef& parent, const qt::NodeRef& child)
 {
     if (!areDocumentsMixed && parent.document.handleOrFallback() != child.document.handleOrFallback())

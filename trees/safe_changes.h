@@ -45,13 +45,13 @@ QDomDocument ownerDocument(const qt::NodeRef& node);
 /// hold the returned element and release it last.
 ///
 /// Returns null for any other node. Also returns null for an attribute that is a child of another attribute,
-/// because Qt itself clears its parent pointer when the parent is destroyed. Holding the parent would even do
-/// harm: the parent could then outlive the element that it points to.
+/// because Qt itself clears the inner attribute's parent pointer when the outer attribute is destroyed.
+/// Holding the outer attribute would even do harm: it could then outlive its own element, to which it points.
 QDomNode ownerElementOf(const QDomNode& node);
 
 /// Call this before Qt uses the document of `node`. Once a call has used nodes of two documents, a tree
-/// outside any document may point to a destroyed document. This function then makes the tree belong to the
-/// document of its `NodeRef`. If no call has used nodes of two documents, it only makes one comparison.
+/// outside any document may point to a destroyed document. In that case, this function makes the tree belong
+/// to `node.document`. If no call has used nodes of two documents, it only makes one comparison.
 void ensureValidOwnerDocument(const qt::NodeRef& node);
 
 } // namespace kelxml::trees
