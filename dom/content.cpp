@@ -2,7 +2,7 @@
 
 #include "dom/content.h"
 
-#include "qt/default_floating_point.h"
+#include "platform/default_floating_point.h"
 #include "text/strings.h"
 #include "trees/safe_changes.h"
 
@@ -15,7 +15,7 @@ namespace
 template <class Number>
 void setNumber(const NodeRef& element, const QString& name, const Number& value)
 {
-    const qt::DefaultFloatingPoint environment;
+    const kelcom::DefaultFloatingPoint environment;
     trees::setAttribute(element, name, value);
 }
 

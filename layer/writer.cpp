@@ -78,7 +78,7 @@ struct Writer::State
         return lastSerial;
     }
 
-    /// Calls Qt's writer for anything but an attribute, so the start tag is complete.
+    /// Calls Qt's writer for anything but an attribute. This completes the start tag.
     template <class Write>
     void writeContent(Write write)
     {

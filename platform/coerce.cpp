@@ -1,7 +1,7 @@
 // Converts numbers, booleans and texts into each other, and asks objects for interfaces.
 
 #include "platform/coerce.h"
-#include "qt/default_floating_point.h"
+#include "platform/default_floating_point.h"
 
 #include <QtCore/QLocale>
 #include <QtCore/QString>
@@ -155,7 +155,7 @@ bool readExactInteger(const VARIANT& plain, std::int64_t& integer)
 
 HRESULT parseNumber(BSTR text, Fraction& number)
 {
-    const kelxml::qt::DefaultFloatingPoint environment;
+    const DefaultFloatingPoint environment;
     bool isNumber = false;
     const double value = textOf(text).toDouble(&isNumber);
     if (!isNumber)
@@ -212,7 +212,7 @@ QString currencyText(std::int64_t amount)
 
 HRESULT floatText(const VARIANT& plain, QString& text)
 {
-    const kelxml::qt::DefaultFloatingPoint environment;
+    const DefaultFloatingPoint environment;
     const bool isFloat = plain.vt == VT_R4;
     const double number = isFloat ? static_cast<double>(plain.fltVal) : plain.dblVal;
     if (!std::isfinite(number))

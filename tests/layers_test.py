@@ -5,7 +5,7 @@ import re
 import sys
 
 BELOW = {
-    'platform': {'KelComWrapper', 'qt'},
+    'platform': {'KelComWrapper'},
     'text': {'KelComWrapper'},
     'limits': set(),
     'qt': set(),
@@ -16,7 +16,8 @@ BELOW = {
     'serialize': {'limits', 'qt', 'trees'},
     'com': {'KelComWrapper', 'KelXmlLib'},
     'filer': {'KelXmlLib', 'files', 'text'},
-    'dom': {'KelComWrapper', 'KelXmlLib', 'com', 'files', 'lists', 'parsing', 'qt', 'serialize', 'text', 'trees'},
+    'dom': {'KelComWrapper', 'KelXmlLib', 'com', 'files', 'lists', 'parsing', 'platform', 'qt', 'serialize', 'text',
+            'trees'},
     'layer': {'KelComWrapper', 'KelXmlLib', 'dom', 'files', 'limits', 'parsing', 'qt', 'serialize', 'text', 'trees'},
     'module': {'KelComWrapper', 'KelXmlLib'},
 }

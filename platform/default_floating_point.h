@@ -4,7 +4,7 @@
 
 #include <cfenv>
 
-namespace kelxml::qt
+namespace kelcom
 {
 
 /// Sets the default environment, and restores the host's environment at the end of the scope. In the host's
@@ -25,4 +25,4 @@ private:
     std::fenv_t m_saved{};
 };
 
-} // namespace kelxml::qt
+} // namespace kelcom
