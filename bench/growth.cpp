@@ -1,4 +1,5 @@
-// Work whose time may grow with its size, but not with the square of it, nor with anything unrelated.
+// Work whose time may grow in proportion to its size. The time must not grow with the square of the size, nor
+// with the size of unrelated trees and lists.
 
 #include "host.h"
 #include "rows.h"
@@ -38,10 +39,10 @@ std::uint64_t shuttle(const ComPtr<IXMLDOMDocument>& document, IXMLDOMNode& node
     return 1;
 }
 
-/// A list of this length has cached nodes, whatever its origin.
+/// A list of this length caches its nodes, both for children and for elements by name.
 constexpr int kCached = 8;
 
-/// Moves a subtree with `count` different names while lists have cached nodes.
+/// Moves a subtree with `count` different names while a list has cached nodes.
 std::function<std::uint64_t()> moveNames(std::int64_t count)
 {
     QString xml = QStringLiteral("<r><a/><b/><n>");
@@ -108,8 +109,8 @@ std::function<std::uint64_t()> readAttributes(std::int64_t count)
     };
 }
 
-/// Sets an attribute of the deepest element, once per level, while a list has cached nodes. Qt walks up from
-/// the element several times.
+/// Sets attributes of the deepest element while a list has cached nodes: one for each level. Qt walks up from
+/// the element for each of them.
 Pair setDeep(const Size& size)
 {
     const auto depth = static_cast<int>(size.value);
@@ -140,18 +141,20 @@ Pair setDeep(const Size& size)
 std::vector<Row> growthRows()
 {
     const auto row = [](const char* name, std::int64_t least,
-                        std::function<std::uint64_t()> (*make)(std::int64_t)) {
+                        std::function<std::uint64_t()> (*make)(std::int64_t), std::int64_t items = 0) {
         std::vector<Size> sizes;
         for (const std::int64_t size : {least, 10 * least, 100 * least})
             sizes.push_back({std::to_string(size), size, 3, true});
-        return Row{name, sizes, [=](const Size& size) { return Pair{{make(size.value)}, {}, size.value}; }};
+        return Row{name, sizes, [=](const Size& size) {
+                       return Pair{{make(size.value)}, {}, items > 0 ? items : size.value};
+                   }};
     };
-    return {row("moving a subtree of as many names", 1'000, moveNames),
-            row("reading the first of as many children, after a change", 1'000, readFirst),
-            row("moving an element with as many attributes", 100, moveAttributes),
-            row("reading a list while other documents change", 1'000, readUnchanged),
-            row("reading as many attributes by index", 1'000, readAttributes),
-            {"setAttribute, as deep as given", {{"20", 20, 20}, {"2000", 2'000, 5}}, setDeep}};
+    return {row("moving a subtree with N names", 1'000, moveNames),
+            row("reading item(0) or item(1) of N children after a change, N times", 1'000, readFirst),
+            row("moving an element with N attributes, 100 times", 100, moveAttributes, 100),
+            row("reading a list of N elements while other documents change, N times", 1'000, readUnchanged),
+            row("reading N attributes by index", 1'000, readAttributes),
+            {"setAttribute, N levels deep", {{"20", 20, 20}, {"2000", 2'000, 5}}, setDeep}};
 }
 
 } // namespace bench

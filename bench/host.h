@@ -1,4 +1,5 @@
-// Calls to the library, as a host makes them, and documents, trees and texts that both sides use.
+// Calls to the library, as a host makes them. Also the documents, trees and texts that the library's side and
+// Qt's side of a benchmark use.
 
 #pragma once
 
@@ -73,7 +74,7 @@ struct LibraryDocument
     ComPtr<IXMLDOMDocument> document = newDocument();
 };
 
-/// The same text in the forms that a program can have: for the interfaces, as its own string, and for Qt.
+/// One text in three forms: for the interfaces, as the program's own string, and for Qt.
 struct Text
 {
     explicit Text(const QString& text) : bstr(bstrOf(text)), wide(text.toStdWString()), ready(text) {}
@@ -95,12 +96,12 @@ struct Names
 };
 const Names& names();
 
-/// A text of a few words. There are a thousand of them; after these, they repeat.
+/// One of a thousand short texts. Index 1000 returns the first one again.
 const Text& textAt(std::size_t index);
 
 /// Creates a file with slightly more than this number of bytes: a document with elements, attributes, short
-/// and long texts, and characters beyond ASCII. \return the path; the file is deleted at exit. For 0, the
-/// path of the MIME database
+/// and long texts, and characters beyond ASCII. The file is deleted at exit.
+/// \return the path; if `bytes` is 0, the path of the MIME database instead
 QString inputFile(std::int64_t bytes);
 /// Creates a file that contains almost only tags. \return its path
 QString inputFileOfTags(std::int64_t bytes);
@@ -110,7 +111,7 @@ QString outputFile(const QString& name);
 /// The text of a document whose root has `count` children. Each child has two attributes and a text.
 QString flatTree(std::int64_t count);
 
-/// `flatTree` in the library, with the wrappers of the children, and a second document to append to.
+/// `flatTree` in the library, with the objects of its children, and a second document to append to.
 struct LibraryTree
 {
     explicit LibraryTree(std::int64_t count);
@@ -119,7 +120,7 @@ struct LibraryTree
     ComPtr<IXMLDOMElement> root;
     ComPtr<IXMLDOMElement> otherRoot;
     std::vector<ComPtr<IXMLDOMElement>> elements;
-    std::vector<ComPtr<IXMLDOMNamedNodeMap>> maps; ///< of the elements; filled by the rows that need them
+    std::vector<ComPtr<IXMLDOMNamedNodeMap>> maps; ///< of `elements`; filled by the benchmarks that use them
 };
 
 /// `flatTree` in Qt, with the handles of the children, and a second document to append to.
@@ -134,7 +135,8 @@ struct QtTree
     std::vector<QDomNamedNodeMap> maps;
 };
 
-/// Pairs two works. Each turn gets a new `Library` or `Qt`. \param arguments for their constructors
+/// Pairs work with the library and work with Qt. Each repetition gets a new `Library` or `Qt`.
+/// \param arguments for the constructors of both
 template <class Library, class Qt, class Work, class QtWork, class... Arguments>
 Pair onFresh(std::int64_t items, Work work, QtWork qtWork, Arguments... arguments)
 {

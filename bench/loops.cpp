@@ -1,4 +1,4 @@
-// Loops over lists that change each node of the list: elements found by name, or children.
+// Loops that read a list and change each of its nodes. The list contains elements found by name, or children.
 
 #include "host.h"
 #include "rows.h"
@@ -48,7 +48,7 @@ void change(QtTree& tree, QDomElement found, Change kind, const Text& text)
 
 enum class Found { ByName, AsChildren, AsBoth };
 
-/// The lists of a loop: one, or two that it reads alternately.
+/// The lists that a loop reads: one, or two in turn.
 std::vector<ComPtr<IXMLDOMNodeList>> listsOf(const LibraryTree& tree, Found found)
 {
     std::vector<ComPtr<IXMLDOMNodeList>> lists;
@@ -149,8 +149,8 @@ Pair twoThreads(const Size& size)
     return onFresh<LibraryTree, LibraryTree>(size.value, together, work, size.value);
 }
 
-/// Adds two rows. The first reads with `nextNode`, and Qt runs the same loop. The second reads by index, and
-/// Qt collects all elements first.
+/// Adds two rows. In the first, the library reads with `nextNode`, and Qt runs the same loop. In the second,
+/// the library reads by index, and Qt collects all elements first.
 void addRows(std::vector<Row>& rows, const std::string& name, Found found, Change kind)
 {
     const auto work = [=](auto& tree) { return loop(tree, found, kind); };
@@ -184,8 +184,8 @@ std::vector<Row> loopRows()
         addRows(rows, std::string(name) + "; by name", Found::ByName, kind);
         addRows(rows, std::string(name) + "; children", Found::AsChildren, kind);
     }
-    addRows(rows, "append a new child; both", Found::AsBoth, Change::AppendNew);
-    rows.push_back({"appending to each of as many children",
+    addRows(rows, "append a new child; both in turn", Found::AsBoth, Change::AppendNew);
+    rows.push_back({"appending to each of N children",
                     {{"10000", 10'000, 5}, {"100000", 100'000, 3}, {"1000000", 1'000'000, 1}},
                     [](const Size& size) {
                         const auto append = [](LibraryTree& tree) {

@@ -56,8 +56,8 @@ namespace detail
 template <class T>
 constexpr bool isText = std::is_convertible_v<const T&, TextView>;
 
-/// Whether a `T` can be passed as a number. Excludes `bool` and the character types, although C++ treats them
-/// as numbers: `'5'` would be written as 53.
+/// Whether a `T` can be passed as a number. Excludes `bool` and the character types, which C++ treats as
+/// numbers: `'5'` would be written as 53.
 template <class T>
 constexpr bool isNumber = std::is_arithmetic_v<T> && !std::is_same_v<T, bool> && !std::is_same_v<T, char> &&
                           !std::is_same_v<T, wchar_t> && !std::is_same_v<T, char16_t> &&
