@@ -3,11 +3,11 @@
 #include "KelXmlLib/attribute.h"
 
 #include "com/identity.h"
+#include "dom/append_remove.h"
 #include "dom/content.h"
-#include "dom/mutation.h"
 #include "dom/navigation.h"
 #include "dom/wrap.h"
-#include "trees/safe_changes.h"
+#include "trees/owners.h"
 
 using namespace kelxml;
 using dom::refTo;

@@ -4,7 +4,7 @@
 
 #include "platform/default_floating_point.h"
 #include "text/strings.h"
-#include "trees/safe_changes.h"
+#include "trees/content.h"
 
 namespace kelxml::dom
 {

@@ -3,8 +3,8 @@
 #include "KelXmlLib/document.h"
 
 #include "com/identity.h"
+#include "dom/append_remove.h"
 #include "dom/content.h"
-#include "dom/mutation.h"
 #include "dom/navigation.h"
 #include "dom/wrap.h"
 #include "text/strings.h"

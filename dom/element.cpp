@@ -4,12 +4,12 @@
 #include "KelXmlLib/element.h"
 
 #include "com/identity.h"
+#include "dom/append_remove.h"
 #include "dom/content.h"
-#include "dom/mutation.h"
 #include "dom/navigation.h"
 #include "dom/wrap.h"
 #include "text/strings.h"
-#include "trees/safe_changes.h"
+#include "trees/content.h"
 
 using namespace kelxml;
 using dom::refTo;

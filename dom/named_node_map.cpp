@@ -7,7 +7,7 @@
 #include "dom/wrap.h"
 #include "serialize/attributes.h"
 #include "text/strings.h"
-#include "trees/safe_changes.h"
+#include "trees/owners.h"
 
 using namespace kelxml;
 

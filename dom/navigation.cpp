@@ -5,7 +5,7 @@
 #include "dom/wrap.h"
 #include "lists/live_list.h"
 #include "text/strings.h"
-#include "trees/safe_changes.h"
+#include "trees/owners.h"
 
 namespace kelxml::dom
 {

@@ -3,8 +3,8 @@
 #include "KelXmlLib/node.h"
 
 #include "com/identity.h"
+#include "dom/append_remove.h"
 #include "dom/content.h"
-#include "dom/mutation.h"
 #include "dom/navigation.h"
 #include "dom/wrap.h"
 

@@ -5,7 +5,7 @@
 #include "com/identity.h"
 #include "dom/wrap.h"
 #include "lists/live_list.h"
-#include "trees/safe_changes.h"
+#include "trees/owners.h"
 
 using namespace kelxml;
 

@@ -33,9 +33,9 @@ private:
 /// - Symbolic links are followed as the kernel follows them. The link stays, and its target is replaced. If
 ///   the target does not exist, it is created.
 /// - A file that the process has no permission to write is not replaced.
-/// - Permissions, owner, group and access control list are preserved. If the system does not allow this, only
-///   users who could read the old file can read the new one: if the owner changes, the set-uid bit is
-///   cleared; if the group changes, group and others get only the permissions that both had; if the list
+/// - Permissions, owner, group and access control list are preserved. If the system does not allow this,
+///   nobody gets more rights than before: if the owner changes, the set-uid bit is cleared; if the group
+///   changes, the group and others keep only the permissions that both the group and others had; if the list
 ///   cannot be copied, only the owner's permissions remain.
 /// - If a file has several names (hard links), only the given name refers to the new file. The other names
 ///   still refer to the old file.

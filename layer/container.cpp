@@ -5,7 +5,6 @@
 #include "layer/selection.h"
 #include "layer/text.h"
 #include "trees/reported_changes.h"
-#include "trees/safe_changes.h"
 
 namespace kel
 {

@@ -10,7 +10,7 @@
 #include "layer/text.h"
 #include "limits/limits.h"
 #include "parsing/parse.h"
-#include "trees/safe_changes.h"
+#include "trees/content.h"
 
 namespace kel
 {

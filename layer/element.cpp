@@ -7,8 +7,9 @@
 #include "layer/refuse.h"
 #include "layer/text.h"
 #include "serialize/attributes.h"
+#include "trees/content.h"
+#include "trees/owners.h"
 #include "trees/reported_changes.h"
-#include "trees/safe_changes.h"
 
 #include <algorithm>
 

@@ -9,8 +9,9 @@
 #include "layer/options.h"
 #include "layer/refuse.h"
 #include "layer/text.h"
+#include "trees/content.h"
+#include "trees/owners.h"
 #include "trees/reported_changes.h"
-#include "trees/safe_changes.h"
 
 #include <memory>
 #include <new>

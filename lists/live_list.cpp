@@ -1,7 +1,7 @@
-// A list that caches nodes is registered under the node whose children or descendants it lists. Before nodes
-// are inserted or removed, the caches of their parent's lists are dropped. If the nodes include elements, so
-// are the caches of the ancestors' lists for the tag names of these elements. The lists of other nodes do not
-// slow down a change.
+// A list that caches nodes is registered under the node whose children or descendants it lists. Before a node
+// is inserted or removed, the child lists of its parent drop their caches. For each element in the subtree of
+// the node, the ancestors' lists for its tag name also drop theirs. The lists of other nodes do not slow down
+// a change.
 
 #include "lists/live_list.h"
 

@@ -8,9 +8,9 @@
 namespace kelxml::qt
 {
 
-/// The document that an object keeps alive and passes on to every object reached from it. `handle` is null if
-/// this document was never loaded. Nodes that the object returns may then belong to another document, which
-/// `fallback` keeps alive.
+/// The document that an object keeps alive and passes on to every object reached from it. An object of a
+/// document that was never loaded has a null `handle`. A node of another document that is passed to such an
+/// object is returned as a new object; `fallback` then keeps the node's document alive.
 struct DocumentRef
 {
     const QDomDocument& handle;

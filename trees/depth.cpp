@@ -19,9 +19,9 @@ namespace kelxml::trees
 namespace
 {
 
-/// The number of levels below any attribute was never higher than this. Qt needs quadratic time to list the
-/// attributes of an element, so subtrees are first measured without attributes, with this number of levels in
-/// reserve. If a subtree does not fit, it is measured again with its attributes.
+/// No attribute has ever contained more levels than this. Qt needs quadratic time to list the attributes of
+/// an element, so subtrees are first measured without attributes, with this number of levels in reserve. If a
+/// subtree does not fit, it is measured again with its attributes.
 std::atomic<int> levelsInAttributes{0};
 
 bool isPlainAttribute(const QDomNode& attribute)
@@ -61,7 +61,8 @@ bool staysWithin(const QDomNode& root, int above, int most, bool withAttributes)
 }
 
 /// Raises `levelsInAttributes` if necessary.
-/// \param path levels from the topmost attribute above `child` down to the new parent of `child`
+/// \param path the number of levels from the topmost attribute that contains the new parent, down to that
+///        parent
 void noteLevelsInAttribute(const QDomNode& child, int path)
 {
     int known = levelsInAttributes;

@@ -1,9 +1,10 @@
-// Makes each change with `trees/safe_changes`, and then looks at the tree to find out whether it was made.
+// Makes each change with `trees/append_remove`, and then looks at the tree to find out whether it was made.
 
 #include "trees/reported_changes.h"
 
 #include "qt/movable_node.h"
-#include "trees/safe_changes.h"
+#include "trees/append_remove.h"
+#include "trees/owners.h"
 
 namespace kelxml::trees
 {

@@ -1,5 +1,4 @@
-// Changes of a tree that report why they were refused, and changes that the COM interfaces lack. All use
-// `trees/safe_changes`.
+// Changes of a tree that report why they were refused, and changes that the COM interfaces lack.
 
 #pragma once
 
@@ -10,10 +9,10 @@ namespace kelxml::trees
 
 /// Why a change was refused.
 enum class Refusal {
-    None, ///< it was made
-    Ring,
+    None, ///< the change was made
+    Ring, ///< `child` is or contains `parent`
     TooDeep,
-    Attribute, ///< which can only be set
+    Attribute, ///< an attribute can only be set
     WholeDocument,
     NotAChild
 };

@@ -131,9 +131,8 @@ public:
     /// \param hasChildren receives 1 (not -1) if there are children, else 0
     /// \return `S_OK`; `S_FALSE` if `hasChildren` is null
     virtual HRESULT hasChildNodes(VARIANT_BOOL* hasChildren) = 0;
-    /// Returns the document that the node belongs to. A document object returns itself. Any other object has
-    /// a document object of its own and returns that one at every call, so two nodes of a document return
-    /// different objects for it.
+    /// Returns the document that the node belongs to. A document object returns itself. Any other object
+    /// returns its own document object at every call, so two objects return two different document objects.
     /// \param document receives the document object with one reference, which the caller releases; receives
     ///        null if the node has no document
     /// \return `S_OK`; `S_FALSE` if the node has no document or if `document` is null
@@ -147,11 +146,11 @@ public:
     /// No-op: returns `S_OK` and writes nothing.
     /// @{
     virtual HRESULT get_nodeTypeString(BSTR* type) = 0;
-    /// @}
-    /// Returns the text of an element and all its descendants, or the data of a text or CDATA section. No-op
-    /// for documents.
+    /// @} Returns the text of an element and all its descendants, or the data of a text or CDATA section.
+    /// No-op for document objects.
     /// \param text receives a new BSTR, which the caller frees
-    /// \return `S_OK`; `S_FALSE` for all other nodes (nothing written), or if `text` is null
+    /// \return `S_OK`; `S_FALSE` for attributes and all other generic nodes (nothing written), or if `text`
+    ///         is null
     virtual HRESULT get_text(BSTR* text) = 0;
     /// Sets the text. For an element, removes its first child, keeps all other children, and appends a text
     /// node. For any other node, sets the node's value.

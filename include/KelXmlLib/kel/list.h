@@ -33,8 +33,8 @@ public:
     /// \param current receives the first node, or null
     Walk(std::shared_ptr<const Selection> selection, Node& current);
     /// Moves to the next node.
-    /// \param current the current node, or another node that the loop has assigned to its variable; receives
-    ///        the next node, or null
+    /// \param current the current node, or a node that the body of the loop has assigned to the loop
+    ///        variable; receives the next node, or null
     void next(Node& current);
 
 private:
@@ -66,7 +66,7 @@ KEL_EXPORT bool hasAny(const std::shared_ptr<const Selection>& selection);
 /// - A loop that moves a node does not visit this node again. If the node's new place is later in the list,
 ///   the loop visits the node's descendants there, even if it has visited them before.
 /// - A loop can end early in two cases: if it moves or removes the current node together with the next
-///   sibling, and if it moves or removes a node before the current one.
+///   sibling, and if it moves or removes an ancestor of the current node.
 template <class Item>
 class List
 {

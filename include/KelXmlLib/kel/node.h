@@ -113,8 +113,8 @@ public:
     }
     /// Replaces all children of an element by a text, or sets the value of any other node.
     /// \param text a text, a number or `bool`
-    /// \throw Error if the node is null or a document, if the text is invalid, or if the node is a comment, a
-    ///        CDATA section or an instruction that cannot contain the text
+    /// \throw Error if the node is null or a document, if the text is invalid, or if the text contains `--`,
+    ///        `]]>` or `?>` and this kind of node cannot contain it
     void setText(const Value& text);
 
     /// \return the node's parent, if that is an element; else null

@@ -1,12 +1,12 @@
-// Each function recognises the child, changes the tree and returns a new object for the child. It returns
-// S_OK even if Qt or the library refuses the change. A refusal shows only in the result of an element's
-// `removeChild`.
+// Each function recognises the child, changes the tree with `trees/append_remove`, and returns a new object
+// for the child. It returns S_OK even if Qt or the library refuses the change. A refusal shows only in the
+// result of an element's `removeChild`.
 
-#include "dom/mutation.h"
+#include "dom/append_remove.h"
 
 #include "dom/child.h"
 #include "dom/wrap.h"
-#include "trees/safe_changes.h"
+#include "trees/append_remove.h"
 
 namespace kelxml::dom
 {

@@ -1,0 +1,66 @@
+#include "trees/append_remove.h"
+
+#include "lists/live_list.h"
+#include "qt/movable_node.h"
+#include "trees/depth.h"
+#include "trees/owners.h"
+
+namespace kelxml::trees
+{
+
+namespace
+{
+
+/// Appends a node that has no parent. Its sibling links may point to former siblings that were freed. Only
+/// Qt's `replaceChild` overwrites both links. So the node replaces the last child of `parent`, and the
+/// replaced child is then inserted again before the node. If `parent` has no children, the node replaces a
+/// temporary text.
+void appendDetached(const qt::NodeRef& parent, const QDomNode& child)
+{
+    QDomNode target = parent.node;
+    const QDomNode last = target.lastChild();
+    if (last.isNull()) {
+        QDomDocument document = parent.document.handleOrFallback();
+        target.replaceChild(child, target.appendChild(document.createTextNode(QString())));
+    } else {
+        target.replaceChild(child, last);
+        target.insertBefore(last, child);
+    }
+}
+
+/// Whether `node` is an attribute that an element currently has.
+bool isOnElement(const QDomNode& node)
+{
+    if (!node.isAttr())
+        return false;
+    QDomElement element = node.parentNode().toElement();
+    return !element.isNull() && element.attributeNode(node.nodeName()) == node;
+}
+
+} // namespace
+
+void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child)
+{
+    ensureValidOwnerDocuments(parent, child);
+    if (parent.node.isNull() || child.node.isNull())
+        return;
+    if (child.node.isDocument() || isOnElement(child.node) || !fitsBelow(parent.node, child.node))
+        return;
+    const qt::MovableNode earlier = child.node.parentNode();
+    if (!earlier.isNull())
+        lists::invalidate(child.node, earlier);
+    lists::invalidate(child.node, parent.node);
+    if (earlier.isNull())
+        appendDetached(parent, child.node);
+    else
+        QDomNode(parent.node).appendChild(child.node);
+}
+
+QDomNode removeChild(const qt::NodeRef& parent, const qt::NodeRef& child)
+{
+    ensureValidOwnerDocuments(parent, child);
+    lists::invalidate(child.node, parent.node);
+    return QDomNode(parent.node).removeChild(child.node);
+}
+
+} // namespace kelxml::trees

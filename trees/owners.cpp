@@ -1,0 +1,74 @@
+// Guards against destroyed documents are enabled lazily. Hosts that never mix nodes of two documents pay only
+// for the checks in `ensureValidOwnerDocuments`.
+
+#include "trees/owners.h"
+
+#include "qt/movable_node.h"
+
+#include <atomic>
+
+namespace kelxml::trees
+{
+
+namespace
+{
+
+/// Set when a call first uses nodes of two documents. Until then, no node points to a destroyed document.
+std::atomic<bool> areDocumentsMixed{false};
+
+/// The topmost node of the tree that contains `node`.
+qt::MovableNode topOf(const QDomNode& node)
+{
+    qt::MovableNode top{QDomNode(node)};
+    for (qt::MovableNode parent = node.parentNode(); !parent.isNull(); parent = top.parentNode())
+        top = std::move(parent);
+    return top;
+}
+
+/// Makes `document` the document of a tree whose topmost node `top` has no parent. The sibling links of `top`
+/// may dangle, and only Qt's `replaceChild` overwrites them without following them. So this function creates
+/// an element with a child in `document`, replaces the child with `top`, and then removes `top` from the
+/// element.
+void moveInto(QDomDocument document, const QDomNode& top)
+{
+    QDomElement temporaryParent = document.createElement(QStringLiteral("parent"));
+    const QDomElement placeholder = document.createElement(QStringLiteral("placeholder"));
+    temporaryParent.appendChild(placeholder);
+    temporaryParent.replaceChild(top, placeholder);
+    temporaryParent.removeChild(top);
+}
+
+} // namespace
+
+QDomDocument ownerDocument(const qt::NodeRef& node)
+{
+    ensureValidOwnerDocument(node);
+    return node.node.ownerDocument();
+}
+
+QDomNode ownerElementOf(const QDomNode& node)
+{
+    QDomNode owner = node.isAttr() ? node.parentNode() : QDomNode();
+    if (!owner.isElement())
+        owner.clear();
+    return owner;
+}
+
+void ensureValidOwnerDocument(const qt::NodeRef& node)
+{
+    if (!areDocumentsMixed)
+        return;
+    const qt::MovableNode top = topOf(node.node);
+    if (!top.isNull() && !top.isDocument())
+        moveInto(node.document.handleOrFallback(), top);
+}
+
+void ensureValidOwnerDocuments(const qt::NodeRef& parent, const qt::NodeRef& child)
+{
+    if (!areDocumentsMixed && parent.document.handleOrFallback() != child.document.handleOrFallback())
+        areDocumentsMixed = true;
+    ensureValidOwnerDocument(parent);
+    ensureValidOwnerDocument(child);
+}
+
+} // namespace kelxml::trees
