@@ -1,6 +1,6 @@
-// Calls members by identifier, on objects that earlier calls returned. Most calls have the expected
-// arguments; some have arguments of any type, number and name. Arguments must not change, and a failure must
-// not return a result.
+// Calls members by identifier, on objects that earlier calls returned. Most calls have the expected number of
+// arguments with the expected names; the others have any number and names. No call may change its arguments,
+// and no failed call may return a result.
 
 #include "KelComWrapper/typelib.h"
 #include "support.h"
@@ -17,7 +17,7 @@ using Objects = std::vector<ComPtr<IDispatch>>;
 constexpr std::size_t kMaxObjects = 64, kMaxArguments = 5;
 constexpr DISPID kSave = 64;
 
-/// Two thirds of the arguments come from this list, the others from invoke_coercions.txt.
+/// Two thirds of the arguments come from this list. The others come from invoke_coercions.txt.
 constexpr const char* kUsual[] = {"bstr:", "dispatch:peer", "dispatch:peer", "i4:0",
                                   "i4:1",  "i4:2",          "empty",         "error:-2147352572"};
 constexpr const wchar_t* kTexts[] = {
@@ -47,9 +47,9 @@ void makeCall(IDispatch& object, Choices& choices, Objects& objects)
     ComPtr<ITypeInfo> info;
     TYPEATTR* attributes = nullptr;
     FUNCDESC* function = nullptr;
-    requireEqual(object.GetTypeInfo(0, 0, info.put()), S_OK, "GetTypeInfo");
-    requireEqual(info->GetTypeAttr(&attributes), S_OK, "GetTypeAttr");
-    requireEqual(info->GetFuncDesc(choices.below(attributes->cFuncs), &function), S_OK, "GetFuncDesc");
+    requireOk(object.GetTypeInfo(0, 0, info.put()), "GetTypeInfo");
+    requireOk(info->GetTypeAttr(&attributes), "GetTypeAttr");
+    requireOk(info->GetFuncDesc(choices.below(attributes->cFuncs), &function), "GetFuncDesc");
     const DISPID member = choices.oneIn(16) ? choices.of(kNames) : function->memid;
     const auto flags = static_cast<WORD>(choices.oneIn(16) ? choices.below(20) : unsigned(function->invkind));
     keltest::Variants variants;
@@ -71,19 +71,24 @@ void makeCall(IDispatch& object, Choices& choices, Objects& objects)
     EXCEPINFO exception{};
     UINT badArgument = UINT_MAX;
     const bool isResultWanted = !choices.oneIn(4);
-    const HRESULT answer = object.Invoke(member, IID_IUnknown, 0, flags, &parameters,
-                                         isResultWanted ? result.put() : nullptr, &exception, &badArgument);
+    const HRESULT code = object.Invoke(member, IID_IUnknown, 0, flags, &parameters,
+                                       isResultWanted ? result.put() : nullptr, &exception, &badArgument);
 
-    require(before.empty() ||
-                std::memcmp(before.data(), arguments.values.data(), before.size() * sizeof(VARIANT)) == 0,
-            "a call does not change its arguments");
-    require(badArgument == UINT_MAX || (FAILED(answer) && badArgument < before.size()),
-            "a bad argument exists");
-    requireEqual(FAILED(exception.scode), answer == DISP_E_EXCEPTION, "an exception has a code");
     const VARTYPE type = result.type();
-    require(type == VT_EMPTY || SUCCEEDED(answer), "a failure returns no result");
+    const QList<qint64> values{member, code, badArgument, exception.scode, type};
+    const auto expect = [&](bool holds, const std::string& rule, Place at = Place::here()) {
+        if (!holds)
+            fail(rule + "; member, code, bad argument, exception, type: " + shown(values), at);
+    };
+    expect(before.empty() ||
+               std::memcmp(before.data(), arguments.values.data(), before.size() * sizeof(VARIANT)) == 0,
+           "a call does not change its arguments");
+    expect(badArgument == UINT_MAX || FAILED(code), "only a failed call reports a bad argument");
+    expect(badArgument == UINT_MAX || badArgument < before.size(), "a bad argument is one of the arguments");
+    expect(FAILED(exception.scode) == (code == DISP_E_EXCEPTION), "the code and the exception agree");
+    expect(type == VT_EMPTY || SUCCEEDED(code), "a failed call returns no result");
     constexpr VARTYPE kTypes[] = {VT_EMPTY, VT_NULL, VT_BOOL, VT_I4, VT_DISPATCH, VT_BSTR};
-    require(std::count(std::begin(kTypes), std::end(kTypes), type) == 1, "a result has a documented type");
+    expect(std::count(std::begin(kTypes), std::end(kTypes), type) == 1, "a result has a documented type");
     if (type == VT_DISPATCH && result.object())
         objects.push_back(result.object());
 }
@@ -93,12 +98,12 @@ void makeCall(IDispatch& object, Choices& choices, Objects& objects)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     static const HRESULT registered = KelTypelib::RegisterTypeLib(LIBID_MSXML, L"" KEL_TYPE_LIBRARY);
-    requireEqual(registered, S_OK, "RegisterTypeLib");
+    requireOk(registered, "RegisterTypeLib");
     Choices choices(data, size);
     Objects objects;
     for (const auto& document : {newDocument(), newDocument()}) {
         const Bstr xml(L"<r x='1' p:y='2'>t<a/><!--c--></r>");
-        requireEqual(document->loadXML(xml.get(), nullptr), S_OK, "loadXML");
+        requireOk(document->loadXML(xml.get(), nullptr), "loadXML");
         objects.emplace_back(document.get());
     }
     const auto release = [&] { objects.erase(objects.begin() + choices.below(objects.size())); };

@@ -1,5 +1,5 @@
 // Shared by the fuzz targets: choices from the fuzzer's bytes, a temporary file, and the number of arguments
-// of a function.
+// that a function takes.
 
 #pragma once
 
@@ -12,7 +12,7 @@
 namespace kelfuzz
 {
 
-/// Makes choices from the fuzzer's bytes. Once no bytes are left, chooses the last option each time.
+/// Makes choices from the fuzzer's bytes. When no bytes are left, each choice is the last of its options.
 struct Choices : FuzzedDataProvider
 {
     using FuzzedDataProvider::FuzzedDataProvider;

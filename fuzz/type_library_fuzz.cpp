@@ -1,5 +1,5 @@
 // Reads bytes as a type library: once unchanged, and once with a correct digest. If the bytes are accepted,
-// all descriptions must be readable and all functions callable.
+// the target must be able to read all descriptions and call all functions.
 
 #include "platform/file_reader.h"
 #include "support.h"
@@ -41,10 +41,10 @@ void callWithEverything(ITypeInfo& info, const FUNCDESC& function)
             parameters.rgvarg += omitted;
             parameters.cArgs -= static_cast<UINT>(omitted);
             VARIANT result = kel::Variant(1).get();
-            const HRESULT answer = info.Invoke(&instance, function.memid, static_cast<WORD>(function.invkind),
-                                               &parameters, &result, nullptr, nullptr);
-            require(FAILED(answer) || (answer == S_FALSE && result.vt == VT_EMPTY),
-                    "a call returns the answer of the slot, and no result");
+            const HRESULT code = info.Invoke(&instance, function.memid, static_cast<WORD>(function.invkind),
+                                             &parameters, &result, nullptr, nullptr);
+            require(FAILED(code) || (code == S_FALSE && result.vt == VT_EMPTY),
+                    "a call fails, or returns the S_FALSE of the slot and no result");
         }
     }
 }

@@ -8,10 +8,11 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 failed=0
 complain() { echo "$*"; failed=1; }
-# With control-flow protection, the first instruction of a function marks it as a target of indirect calls.
+# expect_landing FILE FUNCTION: with control-flow protection, the first instruction of a function marks the function as a
+# target of indirect calls.
 expect_landing() {
   "$objdump" -d --no-show-raw-insn --disassemble="$2" "$1" >"$work/code"
-  grep -A 1 "<$2>:" "$work/code" | grep -qE 'endbr64|bti|paciasp' || complain "$1: $2 has no control-flow protection"
+  grep -A 1 "<$2>:" "$work/code" | grep -qE 'endbr64|bti|paciasp' || complain "$1: $2 must have control-flow protection"
 }
 
 files=0
@@ -22,9 +23,9 @@ while IFS= read -r -d '' file; do
   "$readelf" -dlW "$file" >"$work/headers"
   paths=$(sed -nE 's/.*\((RUNPATH|RPATH)\).*\[(.*)\].*/:\2:/p' "$work/headers")
   # The loader takes an empty entry for the current directory. A relative entry depends on it too.
-  [[ ! $paths =~ :[^/$] ]] || complain "$file: searches for libraries in '$paths'"
-  grep -q GNU_RELRO "$work/headers" || complain "$file: no RELRO"
-  grep -qE '\(FLAGS_1\).*\bNOW\b' "$work/headers" || complain "$file: binds symbols lazily"
+  [[ ! $paths =~ :[^/$] ]] || complain "$file: must search for libraries in absolute paths only, not in '$paths'"
+  grep -q GNU_RELRO "$work/headers" || complain "$file: must have RELRO"
+  grep -qE '\(FLAGS_1\).*\bNOW\b' "$work/headers" || complain "$file: must bind all symbols when it is loaded"
   "$readelf" -W --dyn-syms "$file" >>"$work/imports"
   if [ "$hardened" = yes ]; then
     case $file in
@@ -34,6 +35,6 @@ while IFS= read -r -d '' file; do
   fi
 done < <(find "$@" -type f -print0)
 
-[ "$files" -ge 3 ] || complain "Only $files programs and libraries in $*"
-[ "$hardened" = no ] || grep -qE ' __[a-z]+_chk(@| |$)' "$work/imports" || complain "_FORTIFY_SOURCE checks no call"
+[ "$files" -ge 3 ] || complain "$*: must contain at least 3 programs and libraries, not $files"
+[ "$hardened" = no ] || grep -qE ' __[a-z]+_chk(@| |$)' "$work/imports" || complain "$*: _FORTIFY_SOURCE must check some calls"
 exit $failed

@@ -53,7 +53,7 @@ struct BinaryInterface : testing::Test
         EXPECT_EQ(0, dlclose(m_library));
         // The root has a second reference, held by the document.
         for (void* object : {m_attribute, m_map, m_list, m_text, m_root, m_document})
-            EXPECT_EQ(object == m_root ? 1 : 0, call(object, kRelease)) << "references left";
+            EXPECT_EQ(object == m_root ? 1 : 0, call(object, kRelease)) << "references";
     }
 
     void* symbol(const char* name) { return dlsym(m_library, name); }
@@ -88,7 +88,7 @@ TEST_F(BinaryInterface, VtablesAndInterfacesAreAsListedAndNoOpsReturnOkAndWriteN
                 call(found, kRelease);
             return;
         }
-        EXPECT_EQ(symbol(method.c_str()), (*static_cast<void***>(object))[slot]) << "the method in the slot";
+        EXPECT_EQ(symbol(method.c_str()), (*static_cast<void***>(object))[slot]) << "method of the slot";
         if (kind == "works")
             return;
         // Passes pointers to this storage in every register and stack slot that an argument of a no-op can
@@ -98,7 +98,7 @@ TEST_F(BinaryInterface, VtablesAndInterfacesAreAsListedAndNoOpsReturnOkAndWriteN
         const auto expected = storage;
         const Variant value{8, {}, storage[2].data(), nullptr};
         EXPECT_EQ(0, call(object, slot, storage[0].data(), storage[1].data(), storage[2].data(), value));
-        EXPECT_EQ(expected, storage) << "a no-op writes nothing";
+        EXPECT_EQ(expected, storage) << "a no-op must write nothing";
     });
     const std::string path = testing::TempDir() + "after_no_ops." + std::to_string(getpid());
     std::wstring widePath(path.begin(), path.end());
@@ -115,7 +115,7 @@ TEST_F(BinaryInterface, LoadingCallingByNameAndUnloadingRepeatedlyLeaksNothing)
         TearDown();
         SetUp();
     }
-    EXPECT_EQ(before, allocations::live()) << "leaked";
+    EXPECT_EQ(before, allocations::live()) << "no allocation may be left";
 }
 
 } // namespace

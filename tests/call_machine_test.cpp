@@ -1,4 +1,4 @@
-// Sequences of random calls never crash, leak or differ from the model.
+// Sequences of random calls (see call_machine.h) never crash, leak or differ from the model.
 
 #include "support/call_machine.h"
 #include "support/dom_fixture.h"
@@ -13,7 +13,7 @@ void run(unsigned seed, std::size_t documents)
 {
     model::CallMachine machine(randomChoice(seed), documents);
     for (int call = 0; call < 100; ++call)
-        ASSERT_NO_THROW(machine.step()) << "call " << call;
+        ASSERT_NO_THROW(machine.step()) << "call " << call << ", documents " << documents;
 }
 
 TEST_F(CallSequences, NeverCrashLeakOrDifferFromTheModel)
@@ -21,8 +21,8 @@ TEST_F(CallSequences, NeverCrashLeakOrDifferFromTheModel)
     // The environment can divide the seeds among processes, or ask for more.
     const unsigned first = qEnvironmentVariable("KEL_FIRST_SEED").toUInt();
     const unsigned end = first + qEnvironmentVariable("KEL_SEQUENCES", QStringLiteral("3000")).toUInt();
-    // First with one document, because nodes of other documents enable guards that can hide a fault in
-    // another guard.
+    // The first sequences use one document, because nodes of other documents enable guards that can hide a
+    // fault in another guard.
     for (const unsigned documents : {1U, 3U})
         forEachSeed(first, end, [=](unsigned seed) {
             const auto sequence = [=] { run(seed, documents); };

@@ -1,5 +1,5 @@
-// The filer: every status, with and without an open file, and the bytes, which must equal those that Qt's
-// writer makes of the same calls.
+// The filer: the status of every call, with and without an open file, and the bytes that it writes. They must
+// be the bytes that Qt's writer writes for the same calls.
 
 #include "KelXmlLib/filer_wrapper.h"
 #include "support/dom_fixture.h"
@@ -17,7 +17,7 @@ namespace
 
 /// Two missing texts, and one that needs escapes.
 const Text kTexts[] = {nullptr, L"", L"<\"\u00e4]]>"};
-QStringList messages; ///< warnings from Qt
+QStringList messages; ///< the warnings that Qt logged
 
 struct FilerTest : DomTest
 {
@@ -33,7 +33,7 @@ struct FilerTest : DomTest
 
 } // namespace
 
-TEST_F(FilerTest, OperationsWithoutAnOpenFileReturnTheSameStatusWriteNothingAndQtWarns)
+TEST_F(FilerTest, WithoutAnOpenFileCallsReturnTheUsualStatusAndWriteNothing)
 {
     const std::wstring missing = pathOf("missing/written.xml").toStdWString(),
                        directory = pathOf("").toStdWString(), other = pathOf("other").toStdWString();
@@ -43,6 +43,7 @@ TEST_F(FilerTest, OperationsWithoutAnOpenFileReturnTheSameStatusWriteNothingAndQ
          {Text(nullptr), L"", missing.c_str(), directory.c_str(), odd.c_str(), m_path.c_str()}) {
         KelXmlFilerWrapper filer(path, KelXmlLib::eEncodingUtf16, 7, true, true, L"one", nullptr);
         const bool isClosed = path == m_path.c_str();
+        SCOPED_TRACE(path);
         if (isClosed) {
             filer.writeElmBegin(L"r");
             filer.close();
@@ -51,22 +52,23 @@ TEST_F(FilerTest, OperationsWithoutAnOpenFileReturnTheSameStatusWriteNothingAndQ
         for (const Call& made : kCalls)
             for (const Text one : kTexts)
                 for (const Text two : kTexts)
-                    EXPECT_EQ(made.answer(filer, one, two), made.expected(one, two)) << made.name;
+                    EXPECT_EQ(made.answer(filer, one, two), made.expected(one, two))
+                        << made.name << " of '" << one << "' and '" << two << "'";
         EXPECT_EQ(call(&filer, 26, "binary", 0, 1), 0);
-        EXPECT_EQ(call(&filer, 26, "", -1, 1), 2) << "a negative length";
+        EXPECT_EQ(call(&filer, 26, "", -1, 1), 2) << "a negative length must be refused";
         EXPECT_EQ(call(&filer, 26, "", 0, 0), 2);
         EXPECT_EQ(call(&filer, 26, nullptr, 0, 1), 2);
         wchar_t buffer[] = L"kept";
         call(&filer, 5, buffer, 4);
         call(&filer, 5, nullptr, 4);
         EXPECT_STREQ(buffer, L"kept");
-        EXPECT_EQ(call(&filer, 28), 0) << "the result of flush";
-        EXPECT_EQ(call(&filer, 27), 0) << "the result of close";
-        EXPECT_EQ(call(&filer, 2), 6) << "the state";
-        EXPECT_EQ(call(&filer, 3), 2) << "the encoding";
-        EXPECT_EQ(call(&filer, 4), path && *path) << "the flag; a filer without a path does not keep it";
+        EXPECT_EQ(call(&filer, 28), 0) << "flush must return 0";
+        EXPECT_EQ(call(&filer, 27), 0) << "close must return 0";
+        EXPECT_EQ(call(&filer, 2), 6) << "the state must be 6";
+        EXPECT_EQ(call(&filer, 3), 2) << "the encoding must be the given one";
+        EXPECT_EQ(call(&filer, 4), path && *path) << "the flag must be kept if there is a path";
         EXPECT_EQ(messages.removeAll(QStringLiteral("QXmlStreamWriter: No device")) > 0, !isClosed);
-        EXPECT_EQ(messages.size(), isClosed ? 1 : 0) << "warnings that the device is not open";
+        EXPECT_EQ(messages.size(), isClosed ? 1 : 0) << "only a closed file may warn";
         messages.clear();
     }
     EXPECT_EQ(contentOf(pathOf("other")), "other");
@@ -94,9 +96,10 @@ TEST_F(FilerTest, AFullDiskIsNotReportedAndTheFileKeepsWhatFits)
     ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &small));
     for (const Text path : {L"/dev/full", m_path.c_str()}) {
         KelXmlFilerWrapper filer(path, KelXmlLib::eEncodingUtf8, 0, false, false, nullptr, nullptr);
-        for (const int status : {filer.writeElmBegin(L"r"), filer.writeText(text.c_str()), filer.flush(),
-                                 filer.writeElmEnd(), filer.close(), filer.writeDocEnd()})
-            EXPECT_EQ(0, status) << QString::fromWCharArray(path).toStdString();
+        EXPECT_EQ(std::vector<int>(6, 0),
+                  (std::vector<int>{filer.writeElmBegin(L"r"), filer.writeText(text.c_str()), filer.flush(),
+                                    filer.writeElmEnd(), filer.close(), filer.writeDocEnd()}))
+            << path;
     }
     EXPECT_EQ(0, setrlimit(RLIMIT_FSIZE, &usual));
     EXPECT_EQ("<r>" + QByteArray(4997, 'x'), contentOf(QString::fromStdWString(m_path)));

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """files_test.py KELXML LIBRARIES - how files are read and replaced: pipes and devices, permissions and owners, links, and
-failures, after which the old file stays."""
+failures, which must keep the old file."""
 import errno
 import os
 import pathlib
@@ -39,7 +39,7 @@ class Files(unittest.TestCase):
         self.top = pathlib.Path(directory.name)
         self.top.chmod(0o777)
         self.file = self.top / 'file'
-        self.addCleanup(lambda: self.assertEqual([], list(self.top.glob('*.kelxml*')), 'a temporary file is left'))
+        self.addCleanup(lambda: self.assertEqual([], list(self.top.glob('*.kelxml*')), 'temporary files must be removed'))
 
 
 class Replacing(Files):
@@ -51,7 +51,7 @@ class Replacing(Files):
         if by_nobody and IS_ROOT:
             how |= {'user': NOBODY, 'group': NOBODY, 'extra_groups': []}
         limit = (lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (most, most))) if most else None
-        # Python ignores the signal for a file that becomes too long; `restore_signals` keeps it ignored in the child.
+        # Python ignores SIGXFSZ, the signal for a file that becomes too long. Without `restore_signals`, so does the child.
         done = subprocess.run([kelxml, 'copy', source, path], env=ENVIRONMENT,
                               stderr=subprocess.PIPE, text=True, preexec_fn=limit, restore_signals=False, **how)
         reasons = [code for code in errno.errorcode if done.stderr.rstrip().endswith(f'{path}: {os.strerror(code)}')]
@@ -74,7 +74,7 @@ class Replacing(Files):
         self.assertEqual(0, self.replace(link, 'newer'))
         self.expect_text(self.file, 'newer')
         self.assertEqual('0o4751', self.permissions(self.file))
-        self.assertNotEqual(inode, self.file.stat().st_ino, 'the old file is overwritten')
+        self.assertNotEqual(inode, self.file.stat().st_ino, 'the old file must be replaced, not overwritten')
         self.assertTrue(link.is_symlink())
         dangling.symlink_to('target')
         self.assertEqual(errno.EFBIG, self.replace(dangling, 'x' * 10000, most=4096))
@@ -90,24 +90,25 @@ class Replacing(Files):
                              ('file/x', errno.ENOTDIR), ('loop', errno.ELOOP), ('n' * 256, errno.ENAMETOOLONG),
                              ('/dev/full', errno.ENOSPC), ('/dev/fd/999999', errno.EBADF)):
             self.assertEqual(reason, self.replace(os.path.join(self.top, path)), path)
-        self.assertEqual(errno.EACCES, self.replace(self.file, by_nobody=True), 'a read-only file')
+        self.assertEqual(errno.EACCES, self.replace(self.file, by_nobody=True), 'a read-only file must be refused')
         self.assertEqual('old', self.file.read_text())
         self.assertEqual({'file', 'loop'}, set(os.listdir(self.top)))
 
-    def test_a_full_disk_keeps_the_old_file_even_if_it_is_written_in_place(self):
+    def test_a_file_that_becomes_too_long_keeps_its_old_text_even_if_it_is_written_in_place(self):
         self.file.write_text('old')
         if IS_ROOT:
             os.chown(self.file, NOBODY, NOBODY)
         inode = self.file.stat().st_ino
         for permissions in 0o777, 0o555:
-            self.top.chmod(permissions)
-            self.assertEqual(errno.EFBIG, self.replace(self.file, 'x' * 10000, by_nobody=True, most=4096))
-            self.assertEqual('old', self.file.read_text())
-            self.assertEqual(['file'], os.listdir(self.top))
+            with self.subTest(permissions=oct(permissions)):
+                self.top.chmod(permissions)
+                self.assertEqual(errno.EFBIG, self.replace(self.file, 'x' * 10000, by_nobody=True, most=4096))
+                self.assertEqual('old', self.file.read_text())
+                self.assertEqual(['file'], os.listdir(self.top))
         for text in 'new and longer', 'short':
             self.assertEqual(0, self.replace(self.file, text, by_nobody=True))
             self.expect_text(self.file, text)
-        self.assertEqual(inode, self.file.stat().st_ino, 'the file is not written in place')
+        self.assertEqual(inode, self.file.stat().st_ino, 'the file must be written in place')
         self.assertEqual(errno.EACCES, self.replace(self.top / 'none', by_nobody=True))
 
     def test_a_file_keeps_its_access_list_and_does_not_get_the_default_of_the_directory(self):
@@ -118,7 +119,7 @@ class Replacing(Files):
         os.setxattr(self.file, 'system.posix_acl_access', access_list(4))
         os.setxattr(self.top, 'system.posix_acl_default', access_list(7))
         for path in self.file, plain:
-            self.assertEqual(0, self.replace(path))
+            self.assertEqual(0, self.replace(path), path)
         self.assertEqual(access_list(4), os.getxattr(self.file, 'system.posix_acl_access'))
         self.assertEqual([], os.listxattr(plain))
         self.assertEqual('0o660', self.permissions(plain))
@@ -179,18 +180,18 @@ class Replacing(Files):
 
 class Reading(Files):
     def check(self, path):
-        """Checks a file. Returns the reason if it does not load."""
+        """Checks a file. Returns the reason if the file does not load, with FILE for the path."""
         done = subprocess.run([kelxml, 'check', path], env=ENVIRONMENT, stdout=subprocess.PIPE, text=True)
-        return done.stdout.replace(f'{path}:', 'it:', 1).rstrip()
+        return done.stdout.replace(f'{path}:', 'FILE:', 1).rstrip()
 
     def test_a_pipe_loads_like_a_file(self):
         os.mkfifo(self.file)
         whole = b'<a>' + b'x' * 300000 + b'</a>'  # does not fit in a pipe, so the writer waits for the reader
-        cut = 'it:1:300007: unexpected end of file'
-        for content, answer in (whole, ''), (whole[:-1], cut), (b'', 'it: it is empty'):
+        cut = 'FILE:1:300007: unexpected end of file'
+        for content, reason in (whole, ''), (whole[:-1], cut), (b'', 'FILE: it is empty'):
             writer = threading.Thread(target=self.file.write_bytes, args=[content])
             writer.start()
-            self.assertEqual(answer, self.check(self.file))
+            self.assertEqual(reason, self.check(self.file))
             writer.join()
 
     def test_an_endless_pipe_is_read_up_to_the_limit(self):
@@ -209,7 +210,7 @@ class Reading(Files):
 
         writer = threading.Thread(target=write)
         writer.start()
-        self.assertEqual('it: a device with more than 64 MiB', self.check(self.file))
+        self.assertEqual('FILE: a device with more than 64 MiB', self.check(self.file))
         writer.join()
         self.assertAlmostEqual(64.1, taken / 2**20, delta=0.2)
 
@@ -217,9 +218,9 @@ class Reading(Files):
         large = self.top / 'large'
         large.touch()
         os.truncate(large, 2**29 + 1)
-        for path, answer in (('/proc/self/mem', 'Input/output error'), ('/dev/zero', 'a device with more than 64 MiB'),
+        for path, reason in (('/proc/self/mem', 'Input/output error'), ('/dev/zero', 'a device with more than 64 MiB'),
                              ('/', 'Is a directory'), ('/dev/null', 'it is empty'), (large, 'larger than 512 MiB')):
-            self.assertEqual('it: ' + answer, self.check(path), path)
+            self.assertEqual('FILE: ' + reason, self.check(path), path)
 
 
 unittest.main(argv=sys.argv[:1])

@@ -8,6 +8,6 @@ qt=$("$pkg_config" --cflags Qt5Xml | sed 's/-I/-isystem /g')
 for compiler in "$@"; do
   for standard in 17 20 2b; do
     "$compiler" -x c++ -std=c++$standard -fsyntax-only -fPIC -Wall -Wextra -Wpedantic -Werror -I "$include" $qt - <<<"$headers" ||
-      { echo "$compiler rejects a public header in C++$standard"; exit 1; }
+      { echo "$compiler must accept the public headers in C++$standard"; exit 1; }
   done
 done

@@ -1,5 +1,6 @@
-// Calls a hand-made object by identifier. It has a member for each type, which takes and returns one value.
-// Tests conversions, kinds of calls, counts and names of arguments, results and failures. Also tests BSTRs.
+// Calls a test object by identifier. For each type, the object has a member that takes and returns a value of
+// this type. Tests conversions, kinds of calls, counts and names of arguments, results and failures. Also
+// tests BSTRs.
 
 #include "support/dom_fixture.h"
 #include "support/type_library_file.h"
@@ -23,7 +24,7 @@ struct Probe
     template <class Value>
     static HRESULT echo(Probe* probe, Value value, Value* result)
     {
-        EXPECT_GT(probe->references, 0U) << "references during the call";
+        EXPECT_GT(probe->references, 0U) << "Invoke must hold a reference during the call";
         if (probe->behaviour == "silent")
             return probe->answer;
         if constexpr (std::is_same_v<Value, BSTR>)
@@ -126,9 +127,9 @@ struct Invoke : testing::Test
         const std::string word = wordOf(written, isPeer ? "peer" : written.punkVal ? "another" : "null");
         words += (word == "i4:4711" ? "" : ' ' + word) + probe.received;
         peer->AddRef();
-        EXPECT_EQ(isPeer ? 2U : 1U, peer->Release()) << "references to the peer";
-        EXPECT_EQ(1U, probe.references) << "references after the call";
-        EXPECT_EQ(answer, invoke(nullptr, nullptr, nullptr)) << "the result without outputs";
+        EXPECT_EQ(isPeer ? 2U : 1U, peer->Release()) << "only the result may add a reference to the peer";
+        EXPECT_EQ(1U, probe.references) << "after the call, Invoke must hold no reference";
+        EXPECT_EQ(answer, invoke(nullptr, nullptr, nullptr)) << "missing outputs must not matter";
         return words.substr(1);
     }
 
@@ -150,7 +151,8 @@ TEST_F(Invoke, ArgumentsAreConvertedAsListedAndTextsTooLongForQtAreRefused)
             words >> expected;
             for (const int mode : {FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO, FE_TONEAREST}) {
                 roundingMode = mode;
-                EXPECT_EQ(expected, call(member, DISPATCH_METHOD, {{variants.of(given)}})) << words.where;
+                EXPECT_EQ(expected, call(member, DISPATCH_METHOD, {{variants.of(given)}}))
+                    << words.where << ", member " << member << ", rounding mode " << mode;
             }
         }
     });
@@ -161,7 +163,8 @@ TEST_F(Invoke, ArgumentsAreConvertedAsListedAndTextsTooLongForQtAreRefused)
             const VARIANT& given = variants.of(word);
             reinterpret_cast<UINT*>(given.bstrVal)[-1] = length;
             for (const char* member : {"number", "flag"})
-                EXPECT_EQ("a_value_has_the_wrong_type@0", call(member, DISPATCH_METHOD, {{given}})) << length;
+                EXPECT_EQ("a_value_has_the_wrong_type@0", call(member, DISPATCH_METHOD, {{given}}))
+                    << word << " of length " << length << ", member " << member;
         }
 }
 
@@ -208,7 +211,8 @@ TEST(Bstr, HasItsLengthBeforeTheTextAndAZeroAfterIt)
         {SysAllocStringLen(nullptr, 1000), std::wstring(1000, L'\0')},
     };
     for (const auto& [made, text] : cases) {
-        EXPECT_EQ(text.size(), reinterpret_cast<UINT*>(made)[-1]) << "the published length prefix";
+        SCOPED_TRACE("a text of " + std::to_string(text.size()) + " characters");
+        EXPECT_EQ(text.size(), reinterpret_cast<UINT*>(made)[-1]) << "the length before the text";
         EXPECT_EQ(text.size(), SysStringLen(made));
         EXPECT_EQ(text + L'\0', std::wstring(made, text.size() + 1));
         EXPECT_EQ(INT(std::wcslen(text.c_str())), lstrlenW(made));

@@ -8,8 +8,9 @@ trap 'rm -rf "$work"' EXIT
 cd "$work" || exit 1
 failures=0
 
+# fail RULE reports a broken rule, and the line of the test.
 fail() {
-    echo "FAILED, line ${BASH_LINENO[-2]}: $*"
+    echo "line ${BASH_LINENO[-2]}, broken rule: $*"
     failures=$((failures + 1))
 }
 
@@ -19,11 +20,11 @@ expect() {
     output=$("$kelxml" "${@:3}" 2>&1)
     code=$?
     [ "$code" = "$1" ] && [[ $output == *"$2"* ]] ||
-        fail "kelxml ${*:3} - expected $1 '$2', got $code '$output'"
+        fail "'kelxml ${*:3}' exits with $1 and prints '$2': it exits with $code and prints '$output'"
 }
 
 # holds TEXT FRAGMENT expects a part of a text.
-holds() { [[ $1 == *"$2"* ]] || fail "no '$2' in '$1'"; }
+holds() { [[ $1 == *"$2"* ]] || fail "the text contains '$2': it is '$1'"; }
 
 fresh() { printf '<?xml version="1.0" encoding="UTF-8"?>\n<a>\n    <b k="1">text</b>\n    <b/>\n</a>\n' >doc.xml; }
 
@@ -34,9 +35,10 @@ echo '<a><b></a>' >broken.xml
 { printf '<a>%.0s' {1..3000}; printf '</a>%.0s' {1..3000}; } >deep.xml
 
 # A closed stream is an error; the next file that is opened must not take its place.
-if "$kelxml" copy doc.xml - >&- 2>/dev/null; then fail 'copied to a closed output'; fi
-if "$kelxml" tree - <&- 2>closed.txt; then fail 'read from a closed input'; fi
-grep -q 'the standard input: ' closed.txt || fail "$(cat closed.txt)"
+if "$kelxml" copy doc.xml - >&- 2>/dev/null; then fail 'copy fails if the output is closed'; fi
+if "$kelxml" tree - <&- 2>closed.txt; then fail 'tree fails if the input is closed'; fi
+grep -q 'the standard input: ' closed.txt ||
+    fail "the error names the standard input: it is '$(cat closed.txt)'"
 
 # Help, completion and the manual page know every command.
 expect 0 "kelxml $version" --version
@@ -44,18 +46,19 @@ expect 0 'Exit code: 0 yes' --help
 expect 2 'no command given'
 expect 2 "unknown command 'frob'" frob
 commands=$("$kelxml" help | sed -n 's/^  kelxml \([a-z]*\) [A-Z].*/\1/p')
-[ "$(wc -w <<<"$commands")" -eq 11 ] || fail "commands: $commands"
+[ "$(wc -w <<<"$commands")" -eq 11 ] || fail "help lists 11 commands: it lists" $commands
 . "$sources/kelxml.bash"
 for command in $commands; do
     expect 0 "kelxml $command " "$command" --help
     expect 2 "usage: kelxml $command " "$command"
-    grep -q "^\.BI $command \"" "$sources/kelxml.1" || fail "no $command in the manual page"
+    grep -q "^\.BI $command \"" "$sources/kelxml.1" || fail "the manual page describes $command"
     COMP_WORDS=(kelxml "$command") COMP_CWORD=1
     _kelxml
-    [ "${COMPREPLY[*]-}" = "$command" ] || fail "completion of $command: ${COMPREPLY[*]-}"
+    [ "${COMPREPLY[*]-}" = "$command" ] || fail "completion knows $command: it finds '${COMPREPLY[*]-}'"
 done
 
-# Wrong command lines change nothing.
+# Wrong command lines are refused, and change nothing.
+before=$(cat doc.xml)
 expect 2 'too many arguments' copy doc.xml doc.xml doc.xml
 expect 2 "unknown option '-doc.xml' (put -- before" tree -doc.xml
 expect 2 '-o OUT is missing' set doc.xml b k=v
@@ -71,6 +74,7 @@ expect 2 'character 3: expected the name of a member' call doc.xml 'a..b'
 expect 2 'usage: kelxml text' text doc.xml b $'a\vb' -o doc.xml
 expect 2 'usage: kelxml set' set doc.xml b k=$'\xef\xbf\xbe' -o doc.xml
 expect 2 'usage: kelxml call' call doc.xml $'documentElement.text = "\001"' -o doc.xml
+[ "$before" = "$(cat doc.xml)" ] || fail "a wrong command line keeps the file: it contains '$(cat doc.xml)'"
 
 # Every command prints one line with the reason for each bad input, and continues with the other files.
 expect 1 'none.xml: No such file or directory' tree none.xml
@@ -80,12 +84,13 @@ expect 1 'broken.xml:1:10: tag mismatch' call broken.xml nodeName
 expect 1 'the standard input:2:1: ' tree - <<<'<a>'
 expect 1 'deep.xml: nested deeper than 2048 levels' export deep.xml out.xml
 expect 1 'the standard input: it is empty' tree - <empty.xml
-[ ! -e out.xml ] || fail 'bad input left an output'
-checked=$("$kelxml" check doc.xml broken.xml wide.xml deep.xml none.xml) && fail 'check passed bad files'
-[ "$(wc -l <<<"$checked")" = 3 ] || fail "checked: $checked"
-output=$("$kelxml" check doc.xml wide.xml 2>&1) && [ -z "$output" ] || fail "check of good files: $output"
-output=$("$kelxml" find broken.xml doc.xml wide.xml b 2>/dev/null) && fail 'find passed a bad file'
-[ "$(wc -l <<<"$output")" = 3002 ] || fail 'find stopped at a bad file'
+[ ! -e out.xml ] || fail 'a bad input leaves no output file'
+checked=$("$kelxml" check doc.xml broken.xml wide.xml deep.xml none.xml) && fail 'check fails if a file is bad'
+[ "$(wc -l <<<"$checked")" = 3 ] || fail "check prints 3 lines: it prints '$checked'"
+output=$("$kelxml" check doc.xml wide.xml 2>&1) && [ -z "$output" ] || fail "check accepts good files and prints nothing: it prints '$output'"
+output=$("$kelxml" find broken.xml doc.xml wide.xml b 2>/dev/null) && fail 'find fails if a file is bad'
+[ "$(wc -l <<<"$output")" = 3002 ] ||
+    fail "find prints 3002 lines, also of the files after a bad one: it prints $(wc -l <<<"$output")"
 holds "$output" 'doc.xml: b k="1" "text"'
 
 # Every command reports a file that it cannot write.
@@ -97,14 +102,16 @@ expect 1 '.: Is a directory' new .
 expect 1 'none/x.xml: No such file' new none/x.xml
 for arguments in 'copy doc.xml -' 'tree doc.xml' 'tree wide.xml' --help; do
     # shellcheck disable=SC2086 # words
-    message=$("$kelxml" $arguments 2>&1 >/dev/full) && fail "a full device passed: $arguments"
-    [[ $message == 'kelxml: '*'No space left on device' ]] || fail "$message"
+    message=$("$kelxml" $arguments 2>&1 >/dev/full) && fail "'kelxml $arguments' fails if the output device is full"
+    [[ $message == 'kelxml: '*'No space left on device' ]] ||
+        fail "'kelxml $arguments' reports that the device is full: it prints '$message'"
 done
 # A document that could not be loaded again is not written, so the input is not lost.
 before=$(cat doc.xml)
 expect 1 'doc.xml is not written, since it could not be read again: ' call doc.xml 'documentElement.appendChild(createNode(1, "1 x", ""))' -o doc.xml
 expect 1 "there is no element 'c'" set doc.xml c k=v -o doc.xml
-[ "$before" = "$(cat doc.xml)" ] || fail 'a failed command changed its input'
+[ "$before" = "$(cat doc.xml)" ] ||
+    fail "a failed command keeps its input: it contains '$(cat doc.xml)'"
 
 # Changed files keep their permissions, and links to them stay links.
 expect 0 '2 elements changed' set doc.xml b k=2 j=1 -o doc.xml
@@ -115,16 +122,19 @@ chmod 640 doc.xml
 ln -s doc.xml link.xml
 fresh
 expect 0 '2 elements changed' text link.xml b new -o link.xml
-[ -L link.xml ] && [ "$(stat -c %a doc.xml)" = 640 ] || fail 'link or mode lost'
+[ -L link.xml ] && [ "$(stat -c %a doc.xml)" = 640 ] ||
+    fail "a changed file keeps its links and its mode 640: $(stat -c '%N %a' link.xml doc.xml)"
 holds "$(cat doc.xml)" '<b k="1">new</b>'
 ln -s made.xml dangling.xml
 ln -s loop.xml loop.xml
 expect 0 '' new dangling.xml
-[ -L dangling.xml ] && [ -s made.xml ] || fail 'a link to nothing was not followed'
+[ -L dangling.xml ] && [ -s made.xml ] ||
+    fail "new creates the target of a link: $(stat -c '%N %s' dangling.xml made.xml 2>&1)"
 expect 1 'loop.xml: Too many levels' new loop.xml
 expect 0 '' new -- -o.xml
 expect 0 'element shelf number="7"' tree ./-o.xml
-[ "$(find . -name '.*' -type f)" = '' ] || fail 'temporary files are left'
+[ "$(find . -name '.*' -type f)" = '' ] ||
+    fail "temporary files are removed: $(find . -name '.*' -type f)"
 
 # Documents come from and go to standard streams and pipes. Reports never go to the stream of the document.
 fresh
@@ -136,9 +146,10 @@ holds "$("$kelxml" copy <(cat doc.xml) /dev/stdout)" '</a>'
 printf '<!DOCTYPE a><a k="1" j="&lt;"><!-- c --><![CDATA[<d>]]><?i x?><b/>t&amp;</a>' >kinds.xml
 exported=$("$kelxml" export kinds.xml - --plain 2>report)
 [ "$exported" = $'<?xml version="1.0" encoding="UTF-8"?><a j="&lt;" k="1"><!-- c --><![CDATA[<d>]]><?i x?><b/>t&amp;</a>' ] ||
-    fail "exported '$exported'"
+    fail "export writes every kind of node: it writes '$exported'"
 holds "$(cat report)" '6 nodes written, 0 left out'
-[ "$("$kelxml" write - --plain)" = "$(cat "$sources/../../tests/kelxml_write.xml")" ] || fail 'write wrote something else'
+diff "$sources/../../tests/kelxml_write.xml" <("$kelxml" write - --plain) ||
+    fail 'write writes kelxml_write.xml; the difference is above'
 
 # `call` saves changes with -o and warns without it, accepts null for texts and objects, and reports refusals.
 expect 0 '2' call doc.xml 'selectNodes("b").length'
@@ -149,12 +160,14 @@ expect 1 "'selectNodes(\"c\").nextNode': S_FALSE" call doc.xml 'selectNodes("c")
 expect 1 'no member has that name' call doc.xml documentElement.frob
 expect 1 "'documentElement.LastChild': this member accepts calls but does nothing" call doc.xml documentElement.LastChild
 expect 1 'does nothing' call doc.xml 'documentElement.nodeValue = "v"'
-[[ $("$kelxml" call doc.xml documentElement.hasChildNodes 2>&1) = true ]] || fail 'a question was taken for a change'
+output=$("$kelxml" call doc.xml documentElement.hasChildNodes 2>&1)
+[ "$output" = true ] || fail "a call that only reads prints its result without a warning: it prints '$output'"
 
 # The time for an expression grows only linearly, so the longest one that fits in a command line is fast.
 long=$(printf 'a.%.0s' {1..60000})a
 output=$(ulimit -t 20; "$kelxml" call doc.xml "$long" 2>&1)
-[ $? = 1 ] || fail "a long expression: $?"
+code=$?
+[ "$code" = 1 ] || fail "a long expression exits with 1: it exits with $code"
 holds "$output" 'no member has that name'
 
 # Control characters in documents and file names are escaped: they must not control the terminal or reorder its text.
@@ -171,6 +184,6 @@ holds "$(on_terminal "$kelxml tree doc.xml")" "${escape}1mb$escape"
 holds "$(on_terminal "$kelxml call control.xml documentElement.text")" '\u009B31m'
 holds "$(on_terminal "(sleep 1.2; cat doc.xml) | $kelxml find - b")" 'reading, 1 s'
 plain=$(NO_COLOR=1 on_terminal "$kelxml tree doc.xml")$("$kelxml" tree doc.xml 2>&1)
-[[ $plain != *"$escape"* ]] || fail "colours where there should be none: $plain"
+[[ $plain != *"$escape"* ]] || fail "without a terminal or with NO_COLOR, there are no colours: the output is '$plain'"
 
 [ "$failures" -eq 0 ] || exit 1

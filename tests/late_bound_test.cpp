@@ -12,7 +12,7 @@ using namespace keltest;
 
 using LateBound = DomTest;
 
-TEST_F(LateBound, EveryMemberReturnsWhatItsSlotDoesAndLeaksNothing)
+TEST_F(LateBound, EveryMemberReturnsWhatIsListedAndLeaksNothing)
 {
     ASSERT_TRUE(QDir::setCurrent(pathOf("")));
     expectNoLeaks([] {

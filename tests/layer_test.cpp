@@ -45,23 +45,23 @@ std::string messageOf(Action action)
     return {};
 }
 
-TEST_F(Layer, ADefaultSetsTheTypeAndReplacesValuesOfOtherTypes)
+TEST_F(Layer, AValueOfAnotherTypeIsReadAsTheDefault)
 {
     const auto document = kel::Document::parse(
         "<r i=' 42\n' big='4294967296' d='0.1' t='1' w='h\xC3\xA9\xF0\x9F\x98\x80'><n>-7</n><e/></r>");
     const kel::Element root = document.root(), none = root.child("none").child("none");
     EXPECT_EQ(42, root.attribute("i", 0));
-    EXPECT_EQ(7, root.attribute("big", 7)) << "too large for an int";
+    EXPECT_EQ(7, root.attribute("big", 7)) << "a number too large for an int must give the default";
     EXPECT_EQ(4294967296, root.attribute(L"big", 7L));
-    EXPECT_EQ(7u, root.child("n").text(7u)) << "unsigned, but there is a minus sign";
+    EXPECT_EQ(7u, root.child("n").text(7u)) << "a negative number must give an unsigned default";
     EXPECT_EQ(-7, root.child("n").text(short{1}));
     EXPECT_EQ(0.1, root.attribute("d", 0.0));
-    EXPECT_EQ(5, root.attribute("d", 5)) << "not a whole number";
+    EXPECT_EQ(5, root.attribute("d", 5)) << "a fraction must give an int default";
     EXPECT_TRUE(root.attribute("t", false));
-    EXPECT_TRUE(root.attribute("i", true)) << "not a truth value";
+    EXPECT_TRUE(root.attribute("i", true)) << "a number other than 0 and 1 must give a bool default";
     EXPECT_EQ(L"h\u00e9\U0001f600", root.attribute("w", L""));
     EXPECT_EQ("h\xC3\xA9\xF0\x9F\x98\x80", root.attribute("w", ""));
-    EXPECT_EQ("", root.child("e").text("default")) << "an empty text is a text";
+    EXPECT_EQ("", root.child("e").text("default")) << "an empty text must not give the default";
     EXPECT_EQ("default", none.text("default"));
     EXPECT_EQ(L"", none.text<std::wstring>());
     EXPECT_EQ(800, none.attribute("width", 800));
@@ -137,7 +137,7 @@ TEST_F(Layer, ALoopMayMoveOrRemoveItsCurrentNode)
     EXPECT_EQ("a a ", namesIn(root.children("a")));
     for (auto& element : root.children("a")) {
         if (root.children().size() < 6)
-            root.append("a"); // the loop visits it too
+            root.append("a"); // the loop visits the new element too
         element.setAttribute("seen", true);
     }
     for (kel::Element element : root.descendants("a"))
@@ -145,7 +145,7 @@ TEST_F(Layer, ALoopMayMoveOrRemoveItsCurrentNode)
             root.child("b").append(element);
         else
             element.parent().remove(element);
-    EXPECT_EQ(5u, root.child("b").children().size()) << "the elements that moved to b, not its first child";
+    EXPECT_EQ(5u, root.child("b").children().size()) << "b must have only the moved elements";
     for (const kel::Node& node : root.nodes())
         root.remove(node);
     EXPECT_EQ("<r/>", xmlOf(root));
@@ -183,7 +183,7 @@ TEST_F(Layer, ALoopThatMovesNodesWithinItsListVisitsEachOnce)
             single.insertBefore("x", element);
             single.append("y");
         }
-    EXPECT_EQ("ay", visited) << "new nodes are visited only after the current one";
+    EXPECT_EQ("ay", visited) << "a new node must be visited only if it is after the current one";
 }
 
 TEST_F(Layer, ALoadErrorNamesTheFileThePlaceAndTheReason)
@@ -194,7 +194,7 @@ TEST_F(Layer, ALoadErrorNamesTheFileThePlaceAndTheReason)
         try {
             kel::Document::load(from);
         } catch (const kel::LoadError& error) {
-            EXPECT_EQ(error.line() > 0, error.kind() == Kind::notWellFormed);
+            EXPECT_EQ(error.line() > 0, error.kind() == Kind::notWellFormed) << error.what();
             return std::pair(error.kind(), std::string(error.what()));
         }
         return std::pair(Kind{}, std::string());
@@ -261,7 +261,7 @@ TEST_F(Layer, AWriterClosesOpenElementsInAnyOrder)
         auto root = writer.element("lost");
         throw std::logic_error("before `close`");
     } catch (const std::logic_error&) {
-        EXPECT_EQ("r", kel::Document::load(path).root().name()) << "the earlier file stays";
+        EXPECT_EQ("r", kel::Document::load(path).root().name()) << "the earlier file must stay";
     }
     kel::Writer writer(path);
     auto root = writer.element("r");
@@ -295,10 +295,7 @@ TEST_F(Layer, AWriterRefusesWhatNoParserCouldRead)
         {[&] { writer.comment("-"); },
          "writing a comment: a comment cannot contain two hyphens in a row, nor end in one"},
         {[&] { writer.instruction("x", "?>"); }, "writing an instruction: an instruction cannot contain ?>"},
-        {[&] {
-             closed.element("r");
-             closed.element("r");
-         },
+        {[&] { closed.element("r", ""), closed.element("r"); },
          "writing an element: the document has a root element already"},
         {[&] { closed.close(), closed.element("r"); }, "writing an element: the file is closed"},
         {[&] { writer.close(); }, "/dev/full: No space left on device"},

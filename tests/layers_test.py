@@ -28,12 +28,12 @@ includes = {}
 for folder, below in BELOW.items():
     files = [path for path in (top / folder).rglob('*') if path.suffix in ('.h', '.cpp')]
     if not files:
-        faults.append(f'{folder} is empty')
+        faults.append(f'{folder} must contain sources')
     for path in files:
         named = re.findall(r'^#include "(.+)"', path.read_text(), re.M)
         included = [name if '/' in name else f'{folder}/{name}' for name in named]
         includes[f'{path.relative_to(top)}'] = included
-        faults += [f'{path.relative_to(top)} includes {name}' for name in included
+        faults += [f'{path.relative_to(top)} must not include {name}' for name in included
                    if name.split('/')[0] not in below | {folder}]
 
 
@@ -43,6 +43,6 @@ def cycle(name, path):
     return next(filter(None, (cycle(other, path + [name]) for other in includes.get(name, []))), None)
 
 
-faults += {'a cycle: ' + ' -> '.join(found) for found in (cycle(name, []) for name in includes) if found}
+faults += {'includes must not form a cycle: ' + ' -> '.join(found) for found in (cycle(name, []) for name in includes) if found}
 print('\n'.join(faults))
 sys.exit(bool(faults))

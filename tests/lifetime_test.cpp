@@ -9,7 +9,7 @@ using Lifetime = DomTest;
 
 TEST_F(Lifetime, TheEntryPointFailsUntilAttachedAndThenCreatesDocuments)
 {
-    _xmlModule = nullptr; // as after loading the library; an earlier test may have attached it
+    _xmlModule = nullptr; // the value after loading; an earlier test may have changed it
     void* object = &object;
     EXPECT_EQ(E_FAIL, DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &object));
     EXPECT_EQ(1, DllMain(nullptr, 1, nullptr));
@@ -20,7 +20,7 @@ TEST_F(Lifetime, TheEntryPointFailsUntilAttachedAndThenCreatesDocuments)
     for (std::size_t byte = 0; byte < sizeof(GUID); ++byte) {
         GUID other = CLSID_DOMDocument;
         reinterpret_cast<unsigned char*>(&other)[byte] ^= 1;
-        EXPECT_EQ(E_NOTIMPL, DllGetClassObject(other, IID_IXMLDOMDocument, &object));
+        EXPECT_EQ(E_NOTIMPL, DllGetClassObject(other, IID_IXMLDOMDocument, &object)) << "byte " << byte;
     }
     EXPECT_EQ(&object, object);
     expectNoLeaks([] {
@@ -30,7 +30,7 @@ TEST_F(Lifetime, TheEntryPointFailsUntilAttachedAndThenCreatesDocuments)
         EXPECT_EQ(nullptr, made);
         for (const GUID& interface : {IID_IUnknown, IID_IDispatch, IID_IXMLDOMDocument, IID_IXMLDOMNode}) {
             EXPECT_EQ(S_OK, DllGetClassObject(CLSID_DOMDocument, interface, &made));
-            EXPECT_EQ(0u, static_cast<IUnknown*>(made)->Release());
+            EXPECT_EQ(0u, static_cast<IUnknown*>(made)->Release()) << std::hex << interface.Data1;
         }
     });
 }
@@ -43,12 +43,12 @@ TEST_F(Lifetime, TheLastReleaseCallsTheDestructorThroughTheVtable)
     const auto releaseWithChangedVtable = [](auto object, std::size_t destructor) {
         void* const raw = object.detach();
         void**& vtable = *static_cast<void***>(raw);
-        std::vector<void*> copy(vtable - 2,
-                                vtable + destructor + 1); // from the offset and the type on
+        // Copies the offset and the type before the slots too.
+        std::vector<void*> copy(vtable - 2, vtable + destructor + 1);
         vtable = copy.data() + 2;
         destroy = reinterpret_cast<void (*)(void*)>(vtable[destructor]);
         vtable[destructor] = reinterpret_cast<void*>(+[](void* self) { ++destroyed, destroy(self); });
-        EXPECT_EQ(0u, static_cast<IUnknown*>(raw)->Release());
+        EXPECT_EQ(0u, static_cast<IUnknown*>(raw)->Release()) << "destructor in slot " << destructor;
     };
     OneOfEach one = oneOfEach(L"<a x='1'>t</a>");
     auto element = as<IXMLDOMElement>(parentOf(*one.text));

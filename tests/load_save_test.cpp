@@ -16,7 +16,7 @@ ssize_t readableBytes = -1;
 
 } // namespace
 
-/// Replaces the C library's function, also in Qt.
+/// Replaces the C library's function for all callers, including Qt.
 extern "C" ssize_t read(int descriptor, void* to, std::size_t most)
 {
     if (readableBytes == 0) {
@@ -36,7 +36,8 @@ namespace
 
 struct LoadSave : DomTest
 {
-    /// Loads and saves a file with these bytes, with Qt and with the library. \return whether it was loaded
+    /// Writes the bytes to a file, and loads and saves this file with Qt and with the library. \return
+    /// whether the file was loaded
     bool expectSameAsQt(const QByteArray& bytes)
     {
         SCOPED_TRACE(bytes.left(1000).toPercentEncoding().toStdString());
@@ -96,7 +97,7 @@ TEST_F(LoadSave, TruncatedAndMislabelledFilesLoadAndSaveAsWithQt)
                 expectSameAsQt(QTextCodec::codecForName(codec)->fromUnicode(text));
         }
     }
-    // A lone surrogate.
+    // A text with a lone surrogate.
     expectSameAsQt(QByteArray("\xFF\xFE<\0a\0>\0\0\xD8<\0/\0a\0>\0", 18));
 }
 
@@ -109,10 +110,10 @@ TEST_F(LoadSave, AFailedReadAtAnyByteKeepsTheEarlierTree)
     for (int byte = 0; byte <= bytes.size(); ++byte) {
         VARIANT_BOOL success = 7;
         readableBytes = byte;
-        EXPECT_EQ(S_FALSE, load(*document, path, &success)) << byte;
-        EXPECT_EQ(-1, readableBytes) << "no read failed";
-        EXPECT_EQ(VARIANT_FALSE, success);
-        ASSERT_EQ("<kept/>\n", saved(*document)) << byte;
+        EXPECT_EQ(S_FALSE, load(*document, path, &success)) << "byte " << byte;
+        EXPECT_EQ(-1, readableBytes) << "a read must fail at byte " << byte;
+        EXPECT_EQ(VARIANT_FALSE, success) << "byte " << byte;
+        ASSERT_EQ("<kept/>\n", saved(*document)) << "byte " << byte;
     }
     EXPECT_EQ(S_OK, load(*document, path, nullptr));
 }
@@ -126,7 +127,7 @@ TEST_F(LoadSave, EveryXmlFileOnTheMachineLoadsAndSavesAsWithQt)
         SCOPED_TRACE(files.next().toStdString());
         loaded += expectSameAsQt(contentOf(files.filePath())) ? 1 : 0;
     }
-    EXPECT_GE(loaded, 10) << "files of shared-mime-info and xkb-data, at least";
+    EXPECT_GE(loaded, 10) << "the files of shared-mime-info and xkb-data must load";
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // Repeats each call and makes its first allocation fail, then its second, and so on until the call succeeds.
-// Each time, the output stays untouched, nothing leaks, and the objects still work.
+// After each failure, the output is untouched, nothing leaks, and the objects still work.
 
 #include "KelXmlLib/filer.h"
 #include "KelXmlLib/kel.h"
@@ -23,7 +23,7 @@ namespace
 
 using allocations::Shortage;
 
-/// The objects of a call. Each failure gets new ones.
+/// The objects that a call uses. Each repetition of the call gets new objects.
 struct Objects : OneOfEach
 {
     ComPtr<IXMLDOMNode> spare;
@@ -73,7 +73,7 @@ struct Call
     const char* name;
     /// Makes the call, with `out` as its only output.
     std::function<HRESULT(Objects&, Out& out)> make;
-    HRESULT answerToNull = S_FALSE; ///< to a null output pointer
+    HRESULT codeForNull = S_FALSE; ///< the result if the output pointer is null
     /// The part of the call in which Qt itself leaks; null for most calls.
     std::function<void(QDomDocument&, const QString& name)> qtAlone = nullptr;
 };
@@ -97,8 +97,8 @@ struct OutOfMemory : DomTest
 
     std::vector<Call> calls();
 
-    /// Whether the caller notices a failure: by an exception before any output, by the answer, or by a null
-    /// BSTR.
+    /// Whether the caller notices a failure: by an exception before any output is written, by the result
+    /// code, or by a null BSTR.
     static bool isReported(HRESULT answer, const Out& out)
     {
         if (answer == kThrown)
@@ -113,11 +113,12 @@ struct OutOfMemory : DomTest
         for (std::size_t nth = 1; hasFailed; ++nth) {
             Objects objects = prepare();
             Out out;
+            SCOPED_TRACE("allocation " + std::to_string(nth));
             HRESULT answer = kThrown;
             hasFailed = allocations::failsIn(nth, [&] { answer = call.make(objects, out); });
-            EXPECT_EQ(hasFailed, isReported(answer, out)) << "a failure is reported, allocation " << nth;
-            EXPECT_EQ(lengthOf(*listOf(*objects.root)), lengthOf(*objects.list)) << "allocation " << nth;
-            EXPECT_EQ(lengthOf(*find(objects)), lengthOf(*objects.found)) << "allocation " << nth;
+            EXPECT_EQ(hasFailed, isReported(answer, out)) << "only a failure must be reported";
+            EXPECT_EQ(lengthOf(*listOf(*objects.root)), lengthOf(*objects.list)) << "children in the list";
+            EXPECT_EQ(lengthOf(*find(objects)), lengthOf(*objects.found)) << "elements in the list";
             append(*objects.root, *objects.spare);
         }
     }
@@ -153,7 +154,7 @@ struct OutOfMemory : DomTest
                filer.writeElmBegin(L"e", L"text") | filer.writeElmEnd() | filer.writeDocEnd() | filer.close();
     }
 
-    /// Stands for the answer if a call throws.
+    /// The result code that stands for an exception.
     static constexpr HRESULT kThrown = 7777;
     const Bstr name{L"name"}, x{L"x"}, tag{L"b"}, words{L"text"}, xml{L"<n y='2'>u<!--k--></n>"};
     const Variant one{1}, string{L"text"};
@@ -235,7 +236,7 @@ std::vector<Call> OutOfMemory::calls()
     };
 }
 
-TEST_F(OutOfMemory, NullOutputsAndFailedAllocationsAreReportedTouchNoOutputAndLeakNothing)
+TEST_F(OutOfMemory, ANullOutputOrAFailedAllocationIsReportedAndLeaksNothing)
 {
     const QObject first; // makes Qt create its thread data now, because a failure there would end the process
     for (const Call& call : calls()) {
@@ -245,7 +246,7 @@ TEST_F(OutOfMemory, NullOutputsAndFailedAllocationsAreReportedTouchNoOutputAndLe
             Out none;
             none.isWanted = false;
             objects.node = node;
-            EXPECT_EQ(call.answerToNull, call.make(objects, none));
+            EXPECT_EQ(call.codeForNull, call.make(objects, none)) << kel::Node(*node).name();
         }
         EXPECT_EQ(leakedBy([&call] { failQt(call); }), leakedBy([&] { failEach(call); })) << "only Qt leaks";
     }
@@ -264,13 +265,13 @@ TEST_F(OutOfMemory, AFailedFirstLookupOfANameDoesNotBreakTheNextOne)
             hasFailed = allocations::failsIn(nth, ask);
             EXPECT_EQ(answer == S_OK ? 58 : DISPID_UNKNOWN, id) << "allocation " << nth;
             ask();
-            EXPECT_EQ(58, id) << "allocation " << nth;
+            EXPECT_EQ(58, id) << "after allocation " << nth;
         }
     });
 }
 
-/// Repeats `work` in new processes, and lets memory run out a little later each time. Uses a new thread,
-/// because Qt allocates more there. \return how many processes died
+/// Repeats `work` in new processes, and lets memory run out a little later each time. Works in a new thread,
+/// because Qt allocates more there. \return how many processes a signal killed
 int deathsIn(const std::function<void()>& work, Shortage shortage)
 {
     int deaths = 0, status = 1;
@@ -286,7 +287,8 @@ int deathsIn(const std::function<void()>& work, Shortage shortage)
     return deaths;
 }
 
-// An exception that leaves a destructor of Qt ends the process, so the library may die as often as Qt alone.
+// An exception that leaves a destructor of Qt ends the process. So as many processes may die with the library
+// as with Qt alone.
 TEST_F(OutOfMemory, SavingAndLoadingThrowWhereverMemoryRunsOut)
 {
     const QString written = pathOf("written.xml");
@@ -306,15 +308,14 @@ TEST_F(OutOfMemory, SavingAndLoadingThrowWhereverMemoryRunsOut)
         ASSERT_EQ(S_OK, document->save(source.get()));
         const auto save = [&] { document->save(destination.get()); };
         const auto load = [&] { newDocument()->load(source.get(), nullptr); };
-        for (const Shortage shortage : {Shortage::OneFailure, Shortage::FromThenOn}) {
-            EXPECT_EQ(deathsIn(openStream, shortage), deathsIn(save, shortage));
-            EXPECT_EQ(deathsIn(openFile, shortage), deathsIn(load, shortage));
+        for (int kind = 0; kind <= static_cast<int>(Shortage::AddressSpace); ++kind) {
+            SCOPED_TRACE("deaths, shortage " + std::to_string(kind));
+            const auto shortage = static_cast<Shortage>(kind);
+            const bool mayDie = shortage < Shortage::Bytes;
+            EXPECT_EQ(mayDie ? deathsIn(openStream, shortage) : 0, deathsIn(save, shortage)) << "in save";
+            EXPECT_EQ(mayDie ? deathsIn(openFile, shortage) : 0, deathsIn(load, shortage)) << "in load";
         }
-        for (const Shortage shortage : {Shortage::Bytes, Shortage::AddressSpace}) {
-            EXPECT_EQ(0, deathsIn(save, shortage));
-            EXPECT_EQ(0, deathsIn(load, shortage));
-        }
-        EXPECT_EQ(0, deathsIn(makeAFiler, Shortage::Bytes));
+        EXPECT_EQ(0, deathsIn(makeAFiler, Shortage::Bytes)) << "deaths in the filer";
     }
 }
 
@@ -339,15 +340,16 @@ TEST_F(OutOfMemory, TheLayerThrowsAndItsTreesStayUsable)
             kel::Document document = kel::Document::parse("<r x='1'>t<a/><b/></r>");
             kel::Element root = document.root();
             bool isMade = false;
+            SCOPED_TRACE("call " + std::to_string(&call - calls) + ", allocation " + std::to_string(nth));
             hasFailed = allocations::failsIn(nth, [&] {
                 call(root);
                 isMade = true;
             });
-            EXPECT_NE(hasFailed, isMade) << "call " << &call - calls << ", allocation " << nth;
+            EXPECT_NE(hasFailed, isMade) << "a call must throw if and only if an allocation fails";
             root.append("after");
             EXPECT_EQ(root, document.root());
             EXPECT_TRUE(kel::Document::parse(document.toString()).root().child("after"));
-            EXPECT_TRUE(kel::Document::load(path).root()) << "a file is never half-written";
+            EXPECT_TRUE(kel::Document::load(path).root()) << "a file must never be half-written";
         }
     }
 }

@@ -12,9 +12,9 @@ tests |= set(re.findall(r'^= (\w+\.\w+)$', (top / 'tests/tree_calls.txt').read_t
 faults = []
 for page in [*top.glob('*.md'), *top.glob('docs/**/*.md')]:
     text = page.read_text()
-    faults += [f'{page.name} links to {link}, which does not exist' for link in re.findall(r'\]\(([\w./-]+)\)', text)
+    faults += [f'{page.name} must not link to {link}, which does not exist' for link in re.findall(r'\]\(([\w./-]+)\)', text)
                if not (page.parent / link).exists()]
-    faults += [f'{page.name} names the test {test}, which does not exist'
+    faults += [f'{page.name} must not name the test {test}, which does not exist'
                for test in re.findall(r'`([A-Z]\w+\.[A-Z]\w+)`', text) if test not in tests]
 
 
@@ -30,15 +30,15 @@ def methods(pattern):
 no_ops = methods('dom/noop/*.cpp')
 every_no_op, working = set().union(*no_ops.values()), set().union(*methods('dom/*.cpp').values())
 page = ' '.join(re.findall(r'^\| (`.*?) \|', (top / 'docs/no-ops.md').read_text(), re.M))
-faults += [f'no-ops.md and dom/noop differ in {name}' for name in every_no_op ^ set(re.findall(r'`(\w+)`', page))]
-faults += [f'no-ops.md must name the objects for which {name} is a no-op, exactly if it works for others'
+faults += [f'no-ops.md and dom/noop must both list {name}, or neither' for name in every_no_op ^ set(re.findall(r'`(\w+)`', page))]
+faults += [f'no-ops.md must name the objects for which {name} is a no-op if and only if it works for others'
            for name in every_no_op & working ^ set(re.findall(r'`(\w+)` of ', page))]
 header = (top / 'include/KelXmlLib/xmldom.h').read_text()
 for interface, body in re.findall(r'^class IXMLDOM(\w+) : (.*?)^};', header, re.S | re.M):
     declared, grouped = (set(re.findall(r'virtual HRESULT (\w+)\(', text))
                          for text in (body, ' '.join(re.findall('@{.*?@}', body, re.S))))
     classes = ('Node', 'Document', 'Element', 'Attribute') if interface == 'Node' else (interface,)
-    faults += [f'xmldom.h and dom/noop differ in IXMLDOM{interface}::{name}'
+    faults += [f'xmldom.h and dom/noop must both have the no-op IXMLDOM{interface}::{name}, or neither'
                for name in declared & set.intersection(*(no_ops[owner] for owner in classes)) ^ grouped]
 print('\n'.join(faults))
 sys.exit(bool(faults))

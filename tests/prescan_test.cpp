@@ -1,5 +1,5 @@
-// The prescan accepts texts at each limit and refuses them one beyond it: in content, in entities, and in
-// every encoding that Qt reads.
+// The prescan, which checks a text before Qt parses it, accepts a text at each limit and refuses a text one
+// beyond it: in content, in entities, and in every encoding that Qt reads.
 
 #include "parsing/prescanner.h"
 #include "support/compare_with_qt.h"
@@ -21,17 +21,17 @@ TEST(PrescanTest, TextIsRefusedOnlyBeyondALimitAndOnlyMarkupCounts)
         const QString at = expand(text, limit);
         const QString beyond = expand(text, limit + 1);
         for (const Prescan seen : {prescan(at), prescan(at.toUtf8())})
-            EXPECT_EQ(nesting, seen.isWithinLimits() ? seen.nesting : -1) << "at the limit";
+            EXPECT_EQ(nesting, seen.isWithinLimits() ? seen.nesting : -1) << "nesting at the limit";
         for (const Prescan seen : {prescan(beyond), prescan(beyond.toUtf8())})
-            EXPECT_EQ(limit == 0, seen.isWithinLimits()) << "beyond the limit";
+            EXPECT_EQ(limit == 0, seen.isWithinLimits()) << "the prescan must refuse a text beyond the limit";
         QDomDocument document;
         EXPECT_EQ(wellFormed == "yes", document.setContent(at));
         EXPECT_LE(extentOf(document).depth, nesting);
     });
 }
 
-// Pretends that the document itself is almost as long as the limit, which is far beyond what a test can load.
-// In an attribute, Qt replaces quotes by `&quot;`, which is longer.
+// Pretends that the document itself is almost as long as the limit, because a test cannot load a document of
+// this length. In an attribute, Qt replaces each quote by `&quot;`, which is longer.
 TEST(PrescanTest, EntityTextTooLongForOneQStringIsRefused)
 {
     const auto seen = [](const QString& inAttribute, const QString& inContent) {
@@ -58,7 +58,7 @@ TEST(PrescanTest, NoEncodingThatQtReadsHidesNesting)
     for (const QByteArray& name : QTextCodec::availableCodecs()) {
         QTextCodec* const codec = QTextCodec::codecForName(name);
         const QString head = QString::fromLatin1("<?xml version='1.0' encoding='" + name + "'?>");
-        for (int way = 0; codec && way < 4; ++way) { // with and without a declaration and a byte order mark
+        for (int way = 0; codec && way < 4; ++way) { // with or without a declaration and a byte order mark
             const auto nested = [&](int depth) {
                 const QString text = (way < 2 ? head : QString()) + expand("{<a>}{</a>}", depth);
                 QTextCodec::ConverterState state(way % 2 ? QTextCodec::IgnoreHeader
@@ -69,9 +69,9 @@ TEST(PrescanTest, NoEncodingThatQtReadsHidesNesting)
             if (!document.setContent(nested(3)) || extentOf(document).depth != 3)
                 continue;
             ++read;
-            EXPECT_EQ(3, prescan(nested(3)).nesting) << name.constData();
-            EXPECT_FALSE(prescan(nested(2049)).isWithinLimits()) << name.constData();
+            EXPECT_EQ(3, prescan(nested(3)).nesting) << name.constData() << ", way " << way;
+            EXPECT_FALSE(prescan(nested(2049)).isWithinLimits()) << name.constData() << ", way " << way;
         }
     }
-    EXPECT_GT(read, 100) << "encodings that Qt reads";
+    EXPECT_GT(read, 100) << "Qt must read more than 100 texts";
 }

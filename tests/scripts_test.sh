@@ -15,13 +15,13 @@ fail() { echo "$1"; cat "$work/output"; exit 1; }
 cd "$work"
 name="-it's a file.xml"
 echo '<a><b/></a>' >"$name"
-bash main/run "$name" >"$work/output" 2>&1 || fail "./run refuses '$name'"
+bash main/run "$name" >"$work/output" 2>&1 || fail "./run must accept '$name'"
 command=$(sed -n 's/^\$ kelxml call /kelxml call /p' "$work/output")
 eval "set -- \"$2\" $command" # a user can type the command that ./run prints
-[ "$("$1" "${@:3}")" = 1 ] || fail "./run prints a command that does something else: $command"
+[ "$("$1" "${@:3}")" = 1 ] || fail "./run must print a command that a user can type: $command"
 
 export CDPATH=$work/other
-bash main/run "$name" >"$work/output" 2>&1 || fail './run follows CDPATH'
+bash main/run "$name" >"$work/output" 2>&1 || fail './run must ignore CDPATH'
 printf 'need() { echo "in $PWD"; exit; }\n' >"$tree/cmake/build.sh"
-bash main/test code >"$work/output" 2>&1 || fail './test follows CDPATH'
-grep -qx "in $tree" "$work/output" || fail './test runs in another tree'
+bash main/test code >"$work/output" 2>&1 || fail './test must ignore CDPATH'
+grep -qx "in $tree" "$work/output" || fail "./test must run in $tree"

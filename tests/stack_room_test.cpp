@@ -1,5 +1,5 @@
 // Loads and saves documents of every depth on small stacks: each call works or is refused, and no stack
-// overflows. A stack overflow ends the test program.
+// overflows: an overflow would end the test program.
 
 #include "KelXmlLib/kel.h"
 #include "support/dom_fixture.h"
@@ -25,7 +25,7 @@ struct StackRoom : DomTest
         EXPECT_TRUE(thread->wait());
     }
 
-    /// Does `work` with a lower limit of the process. \return the result of `work`
+    /// Runs `work` while the process has a lower limit for `resource`. \return the result of `work`
     template <class Work>
     static auto under(__rlimit_resource resource, rlim_t most, Work work)
     {
@@ -44,7 +44,7 @@ struct StackRoom : DomTest
         return Bstr(keltest::expand("{<a>}t{</a>}", depth).toStdWString().c_str());
     }
 
-    /// Does `work` after using `kBytes` of the stack. \return the result of `work`
+    /// Uses `kBytes` of the stack and then runs `work`. \return the result of `work`
     template <std::size_t kBytes, class Work>
     static HRESULT withUsedStack(Work work)
     {
@@ -52,8 +52,8 @@ struct StackRoom : DomTest
         return work() + used[0];
     }
 
-    /// Copies, reads, appends and saves a document. If the library refuses to save, an existing file must
-    /// stay as it was. \return whether the document was saved
+    /// Copies the root of a document, reads and appends the copy, and saves the document. If the library
+    /// refuses to save, an existing file must stay as it was. \return whether the document was saved
     bool use(const ComPtr<IXMLDOMDocument>& document)
     {
         ComPtr<IXMLDOMNode> copy;
@@ -66,7 +66,7 @@ struct StackRoom : DomTest
         const QString path = pathOf("there.xml");
         write(path, "there");
         const bool isSaved = save(*document, path) == S_OK;
-        EXPECT_EQ(isSaved, contentOf(path) != "there") << "a file changes exactly when it is saved";
+        EXPECT_EQ(isSaved, contentOf(path) != "there") << "only a save may change the file";
         return isSaved;
     }
 };
@@ -74,7 +74,7 @@ struct StackRoom : DomTest
 // Must run first, and on the main thread: later, the bounds of the main stack are cached.
 TEST_F(StackRoom, AFailedStackLookupRefusesNothingAndIsNotCached)
 {
-    EXPECT_EQ(S_FALSE, loadNested(0)); // lets a sanitizer open the files that it needs to know the classes
+    EXPECT_EQ(S_FALSE, loadNested(0)); // a sanitizer opens files when it first looks up a class
     EXPECT_EQ(S_OK, under(RLIMIT_NOFILE, 0, [] { return loadNested(100); }));
     const Bstr text = nested(100);
     const auto document = newDocument();
@@ -96,7 +96,7 @@ TEST_F(StackRoom, EveryDepthIsLoadedOrRefusedOnEveryStack)
         const auto load = [&kept] { return kept->loadXML(Bstr(L"<!--k-->").get(), nullptr); };
         EXPECT_EQ(S_FALSE, withUsedStack<216 * 1024>(load));
     });
-    EXPECT_EQ(L"kept", nameOf(*rootOf(kept))) << "a refused load keeps the earlier tree";
+    EXPECT_EQ(L"kept", nameOf(*rootOf(kept))) << "a refused load must keep the earlier tree";
 
     const auto tryDepths = [this](unsigned kib, int first, int leastLoaded, int leastSaved) {
         auto deepest = documentOf(nested(2048).c_str()); // on a large stack
@@ -109,10 +109,10 @@ TEST_F(StackRoom, EveryDepthIsLoadedOrRefusedOnEveryStack)
                     deepestSaved = use(document) ? depth : deepestSaved;
                 }
             }
-            EXPECT_GE(deepestLoaded, leastLoaded) << "loaded on " << kib << " KiB";
-            EXPECT_GE(deepestSaved, leastSaved) << "saved on " << kib << " KiB";
+            EXPECT_GE(deepestLoaded, leastLoaded) << "this depth must load on " << kib << " KiB";
+            EXPECT_GE(deepestSaved, leastSaved) << "this depth must be saved on " << kib << " KiB";
             EXPECT_LE(deepestLoaded, 2048);
-            EXPECT_EQ(leastSaved == 2048, use(deepest));
+            EXPECT_EQ(leastSaved == 2048, use(deepest)) << "saving depth 2048 on " << kib << " KiB";
             deepest.reset(); // frees it on this stack
         });
     };
@@ -128,10 +128,10 @@ TEST_F(StackRoom, TheMainThreadsStackLimitIsReadEachTime)
         return under(RLIMIT_STACK, limit, [depth] { return loadNested(depth); });
     };
     EXPECT_EQ(S_FALSE, withUsedStack<90 * 1024>([&] { return load(128 * 1024, 120); }))
-        << "the call needs more than is left";
-    EXPECT_EQ(S_FALSE, withUsedStack<1 << 20>([&] { return load(512 * 1024, 1); })) << "nothing is left";
+        << "too little stack is left";
+    EXPECT_EQ(S_FALSE, withUsedStack<1 << 20>([&] { return load(512 * 1024, 1); })) << "no stack is left";
     EXPECT_EQ(S_FALSE, load(100 * 1024, 200));
-    EXPECT_EQ(S_OK, loadNested(120)) << "with the usual limit again";
+    EXPECT_EQ(S_OK, loadNested(120)) << "the usual limit must hold again";
 }
 
 TEST_F(StackRoom, AStackUnknownToTheSystemCountsAsSmall)

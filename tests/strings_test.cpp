@@ -1,4 +1,5 @@
-// Our string conversions equal Qt's, on random text with hard cases.
+// The library's string conversions return what Qt's conversions return, for random texts that contain hard
+// cases.
 
 #include "KelComWrapper/variant_owner.h"
 #include "support/allocations.h"
@@ -32,8 +33,8 @@ TEST(Text, ConversionsEqualQtsForAnyUnitsAndFreeNoEarlierOutput)
         for (wchar_t& unit : given)
             unit = static_cast<wchar_t>(kUnits[random() % kinds]);
         QString text = QString::fromUcs4(reinterpret_cast<const char32_t*>(given.c_str()), -1);
-        ASSERT_EQ(text, kelxml::text::fromWide(given.c_str())) << round;
-        ASSERT_EQ(text.isNull(), kelxml::text::fromWide(given.c_str()).isNull());
+        ASSERT_EQ(text, kelxml::text::fromWide(given.c_str())) << "round " << round;
+        ASSERT_EQ(text.isNull(), kelxml::text::fromWide(given.c_str()).isNull()) << "round " << round;
 
         if (!isLong && !text.isEmpty() && random() % 2 == 0)
             text[static_cast<int>(random() % 40) % text.size()] = QChar(static_cast<ushort>(random() % 3));
@@ -43,10 +44,10 @@ TEST(Text, ConversionsEqualQtsForAnyUnitsAndFreeNoEarlierOutput)
         value.wReserved2 = 77;
         const std::size_t failing = codePoints < 1024 ? 2 : 0;
         ASSERT_FALSE(allocations::failsIn(failing, [&] { kelxml::text::putString(text, &value); }))
-            << "a short text needs one allocation, for the BSTR";
+            << "a short text must need only one allocation, for the BSTR";
         const kel::Variant out = kel::Variant::adopt(value);
         ASSERT_TRUE(value.bstrVal && value.wReserved2 == 77);
-        ASSERT_EQ(std::wstring_view(expected.c_str()), out.text()) << round;
+        ASSERT_EQ(std::wstring_view(expected.c_str()), out.text()) << "round " << round;
     }
 }
 

@@ -1,5 +1,5 @@
 // Several threads use separate documents at the same time, through vtables and by name. They share only the
-// type-library service and the change counters. Meant for the thread sanitizer.
+// type-library service and the change counters. With the thread sanitizer, the test finds data races.
 
 #include "support/call_by_name.h"
 #include "support/call_machine.h"
@@ -22,7 +22,7 @@ struct Threads : DomTest
         const GUID own{number, 0, 0, {}};
         for (int round = 0; round < 50; ++round) {
             for (int call = 0; call < 20; ++call)
-                EXPECT_NO_THROW(machine.step());
+                EXPECT_NO_THROW(machine.step()) << "thread " << number << ", round " << round;
             void* made = nullptr; // another thread may call `newDocument` for the first time now
             EXPECT_EQ(S_OK, DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &made));
             const auto one = ComPtr<IXMLDOMDocument>::adopt(static_cast<IXMLDOMDocument*>(made));
@@ -56,7 +56,7 @@ TEST_F(Threads, WithSeparateDocumentsDoNotDisturbEachOther)
         threads.emplace_back([&, number] { work(number, *shared); });
     for (std::thread& thread : threads)
         thread.join();
-    EXPECT_EQ(2u, shared->AddRef()) << "references, with this one";
+    EXPECT_EQ(2u, shared->AddRef()) << "the threads must have released all their references";
     shared->Release();
 }
 

@@ -35,7 +35,7 @@ TEST(TypeLibraryRegistry, KeepsOnePathPerIdentifierUntilItIsRemoved)
         std::wstring buffer = untouched;
         EXPECT_EQ(path ? S_OK : TYPE_E_LIBNOTREGISTERED, GetTlbFilePath(kUnknownGuid, buffer.data()));
         EXPECT_STREQ(path ? path : untouched.c_str(), buffer.c_str());
-        EXPECT_EQ(L'#', buffer[PathCapacity]) << "the character after the buffer";
+        EXPECT_EQ(L'#', buffer[PathCapacity]) << "GetTlbFilePath must not write beyond its buffer";
     };
     for (const wchar_t* const path : {L"/no/such/file", longest.c_str()}) {
         EXPECT_EQ(S_OK, RegisterTypeLib(kUnknownGuid, path));
@@ -55,10 +55,10 @@ TEST(TypeLibraryCache, ReadsAFileOnceAndAgainAfterItIsRegisteredAgain)
     ASSERT_EQ(S_OK, file.load(first));
     file.registerAgain();
     ASSERT_EQ(S_OK, file.load(again));
-    EXPECT_EQ(first, again) << "one object for the same contents";
+    EXPECT_EQ(first, again) << "the same contents must give the same object";
     QFile::remove(file.path);
     again = nullptr;
-    ASSERT_EQ(S_OK, file.load(again)) << "the library is cached, the file is not opened";
+    ASSERT_EQ(S_OK, file.load(again)) << "a cached library must load without its file";
     EXPECT_EQ(first, again);
 
     const std::wstring before = describe(*first);
@@ -66,16 +66,16 @@ TEST(TypeLibraryCache, ReadsAFileOnceAndAgainAfterItIsRegisteredAgain)
     file.registerAgain();
     EXPECT_EQ(TYPE_E_INVDATAREAD, file.load(again));
     QFile::remove(file.path);
-    EXPECT_EQ(TYPE_E_CANTLOADLIBRARY, file.load(again)) << "a failure is not cached";
-    EXPECT_EQ(first, again) << "a failure writes no output";
+    EXPECT_EQ(TYPE_E_CANTLOADLIBRARY, file.load(again)) << "a failure must not be cached";
+    EXPECT_EQ(first, again) << "a failure must write no output";
     file.write(stamped(QByteArray(kSmallBody).replace("'find'", "'look'")));
     ASSERT_EQ(S_OK, file.load(again));
     EXPECT_NE(before, describe(*again));
-    EXPECT_EQ(before, describe(*first)) << "the earlier library stays usable";
+    EXPECT_EQ(before, describe(*first)) << "the earlier library must stay usable";
     file.write(stamped(kSmallBody));
     file.registerAgain();
     ASSERT_EQ(S_OK, file.load(again));
-    EXPECT_EQ(first, again) << "one object for contents that were loaded before";
+    EXPECT_EQ(first, again) << "contents that were loaded before must give the earlier object";
 }
 
 /// Looks a library up in a forked process. A signal ends the process if the lookup hangs.
@@ -89,7 +89,7 @@ void expectLookupInAForkedProcess()
     }
     int status = 1;
     ::wait(&status);
-    EXPECT_EQ(0, status) << "status of the forked process";
+    EXPECT_EQ(0, status) << "the lookup in the forked process must return within 3 seconds";
 }
 
 TEST(TypeLibraryLock, IsNotHeldWhileAFileIsRead)
@@ -98,7 +98,7 @@ TEST(TypeLibraryLock, IsNotHeldWhileAFileIsRead)
     whileReading = expectLookupInAForkedProcess;
     ITypeLib* library = nullptr;
     EXPECT_EQ(S_OK, file.load(library));
-    EXPECT_FALSE(whileReading) << "still set: the file was not read";
+    EXPECT_FALSE(whileReading) << "the load must read the file";
 }
 
 TEST(TypeLibraryLock, IsFreeInAForkedProcessWhateverOtherThreadsDo)
@@ -127,7 +127,7 @@ TEST(TypeLibraryFiles, OnlyReadableRegularFilesUpToTheLimitAreRead)
         EXPECT_EQ(path == empty ? TYPE_E_INVDATAREAD : TYPE_E_CANTLOADLIBRARY,
                   KelTypelib::LoadTypeLib(std::wstring(path.begin(), path.end()).c_str(), &library))
             << path;
-        EXPECT_EQ(nullptr, library);
+        EXPECT_EQ(nullptr, library) << path;
     }
 
     const TypeLibraryFile file;
@@ -136,7 +136,7 @@ TEST(TypeLibraryFiles, OnlyReadableRegularFilesUpToTheLimitAreRead)
         body.append(size - stamped(body).size(), ' ');
         file.write(stamped(body));
         file.registerAgain();
-        EXPECT_EQ(size == 1 << 20 ? S_OK : TYPE_E_INVDATAREAD, file.load(library)) << size;
+        EXPECT_EQ(size == 1 << 20 ? S_OK : TYPE_E_INVDATAREAD, file.load(library)) << size << " bytes";
     }
 }
 
@@ -145,13 +145,13 @@ TEST(TypeLibraryFiles, TruncatedOrChangedInOneByteAreRefused)
     const QByteArray whole = contentOf(QStringLiteral(KEL_TYPE_LIBRARY));
     const TypeLibraryFile file;
     ITypeLib* library = nullptr;
-    // Changes every byte of the head, because the digest does not cover it.
+    // The head ends before byte 300. Changes each of its bytes, because the digest does not cover the head.
     for (int place = 0; place < whole.size(); place += place < 300 ? 1 : 17) {
         QByteArray changed = whole;
         changed[place] = static_cast<char>(changed[place] ^ static_cast<char>(1 + place % 255));
         for (const QByteArray& damaged : {changed, whole.left(place)}) {
             file.write(damaged);
-            ASSERT_EQ(TYPE_E_INVDATAREAD, file.load(library)) << place;
+            ASSERT_EQ(TYPE_E_INVDATAREAD, file.load(library)) << "byte " << place;
         }
     }
     file.write(whole);
@@ -243,6 +243,7 @@ TEST(TypeInfo, MapsNamesInAnyCaseAndFailsForUnknownOnesAndNullOutputs)
     for (const wchar_t* const text :
          {known, L"", L"loadXM", L"lo\u00E4d", endless.c_str(), static_cast<const wchar_t*>(nullptr)}) {
         const kel::Bstr member(text);
+        SCOPED_TRACE("a name of " + std::to_string(SysStringLen(member.get())) + " characters");
         wchar_t* names[] = {member.get(), noParameter.get(), lastParameter.get()};
         Identifiers identifiers{777, 777, 777};
         EXPECT_EQ(DISP_E_UNKNOWNNAME, info->GetIDsOfNames(names, 3, identifiers.data()));
@@ -262,18 +263,19 @@ TEST(TypeInfo, MapsNamesInAnyCaseAndFailsForUnknownOnesAndNullOutputs)
     MEMBERID id = 777;
     wchar_t* noName[] = {nullptr};
     ITypeLib* library = nullptr;
-    for (const HRESULT answer :
+    int number = 0;
+    for (const HRESULT code :
          {KelTypelib::RegisterTypeLib(kUnknownGuid, nullptr), info->GetIDsOfNames(noName, 0, &id),
           call(nullptr, &good), call(&value, nullptr), call(&value, &noValues), call(&value, &noNames)})
-        EXPECT_EQ(E_INVALIDARG, answer);
-    for (const HRESULT answer :
+        EXPECT_EQ(E_INVALIDARG, code) << "call " << ++number;
+    for (const HRESULT code :
          {info->GetIDsOfNames(nullptr, 1, &id), info->GetIDsOfNames(noName, 1, nullptr),
           info->GetNames(54, nullptr, 1, &count), info->GetNames(54, name.put(), 1, nullptr),
           info->GetTypeAttr(nullptr), info->GetFuncDesc(0, nullptr),
           info->GetContainingTypeLib(nullptr, nullptr), info->QueryInterface(IID_IUnknown, nullptr),
           KelTypelib::LoadTypeLib(nullptr, &library), KelTypelib::LoadTypeLib(L"x", nullptr),
           KelTypelib::GetTlbFilePath(kUnknownGuid, nullptr)})
-        EXPECT_EQ(E_POINTER, answer);
+        EXPECT_EQ(E_POINTER, code) << "call " << ++number;
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// Replaces the functions of the C library's allocator. A sanitizer has its own allocator, which counts the
-// allocated bytes itself.
+// Replaces the functions of the C library's allocator. Under a sanitizer, does not: the sanitizer has its own
+// allocator, and counts the allocated bytes itself.
 
 #include "support/allocations.h"
 
@@ -20,7 +20,7 @@ using allocations::Shortage;
 /// Which allocations of this thread fail.
 struct State
 {
-    std::size_t first = SIZE_MAX; ///< of the allocations that fail
+    std::size_t first = SIZE_MAX; ///< number of the first allocation that fails
     std::size_t last = 0;
     std::size_t asked = 0;
     std::ptrdiff_t bytesLeft = PTRDIFF_MAX / 2;

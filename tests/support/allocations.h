@@ -18,8 +18,8 @@ enum class Shortage {
     AddressSpace ///< from now on, the process gets only `nth` times 16 KiB more address space
 };
 
-/// Does `work`, in which allocations of this thread fail. \return whether one failed; for `AddressSpace`,
-/// whether `work` threw
+/// Runs `work`, and makes allocations of this thread fail meanwhile. \return whether an allocation failed;
+/// for `AddressSpace`, whether `work` threw std::bad_alloc
 bool failsIn(std::size_t nth, const std::function<void()>& work, Shortage shortage = Shortage::OneFailure);
 
 /// False under valgrind and sanitizers: no allocation fails, because they replace the allocator.

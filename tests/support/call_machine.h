@@ -1,5 +1,6 @@
-// Makes random calls on objects of the six classes and values of the C++ layer, and compares each result with
-// a model. A seeded generator or a fuzzer's bytes choose the calls.
+// The call machine makes random calls on the library's objects (documents, elements, attributes, other nodes,
+// lists and maps) and on values of the C++ layer. It makes the same changes in a model, and compares each
+// result with the model. A seeded generator or a fuzzer's bytes choose the calls.
 
 #pragma once
 
@@ -10,7 +11,8 @@
 namespace model
 {
 
-/// Has one function for each kind of call: it makes the call, changes the model alike, and compares.
+/// Has one function for each kind of call. The function makes the call, makes the same change in the model,
+/// and compares the results.
 class CallMachine
 {
     template <class Things>
@@ -20,8 +22,8 @@ class CallMachine
     }
 
 public:
-    /// \param documents number of documents, some without a tree. A single document is loaded immediately and
-    ///        never receives a node of another document
+    /// \param documents number of documents; some have no tree at first. If there is only one, it is loaded
+    ///        immediately and never receives a node of another document
     explicit CallMachine(Choose choose, std::size_t documents = 3)
         : m_choose(std::move(choose)), m_isOneDocument(documents == 1)
     {
@@ -36,7 +38,7 @@ public:
             release();
     }
 
-    /// Makes one call. \throw std::logic_error with the call and the violated rule
+    /// Makes one call. \throw std::logic_error with the kind of call and the broken rule
     void step()
     {
         const Step& step = chooseStep();
@@ -47,7 +49,7 @@ public:
             if (!m_lists.empty())
                 compare(oneOf(m_lists));
         } catch (const std::exception& failure) {
-            throw std::logic_error(std::string(step.name) + ", " + failure.what());
+            throw std::logic_error("in the call '" + std::string(step.name) + "', " + failure.what());
         }
     }
 
@@ -109,7 +111,7 @@ private:
         getOwner();
         return m_nodes.back();
     }
-    /// Picks a document or its first child half the time, because these nodes have the long lists.
+    /// Half the time, picks a document or its first child, because these nodes have the long lists.
     Held pickParent()
     {
         if (m_choose(2))
@@ -118,19 +120,19 @@ private:
         return walk(document) ? m_nodes.back() : document;
     }
 
-    /// Keeps the object and its model. If the model knows the object's address, the object must be the same.
+    /// Keeps an object and its model. If the model has an address already, it must be that of the object.
     void keep(const ComPtr<IXMLDOMNode>& object, const ObjectPtr& model)
     {
-        require(object && (!model->address || model->address == object.get()),
-                "each call returns the same object");
+        require(bool(object), "a call returns an object if the model has one");
+        require(!model->address || model->address == object.get(), "repeated calls return the same object");
         model->address = object.get();
         m_nodes.push_back({object, model});
         compare(m_nodes.back());
     }
-    /// Keeps an object, which must exist exactly if the model has a node. \return whether it exists
+    /// Keeps an object. It must exist if and only if the model has a node. \return whether the object exists
     bool keepAsIs(const ComPtr<IXMLDOMNode>& object, const NodePtr& node, const Handle& handle)
     {
-        requireEqual(bool(object), bool(node), "an object is returned if the model has a node");
+        requireEqual(bool(object), bool(node), "an object is returned if and only if the model has a node");
         if (!node)
             return false;
         const bool hasClass = node->type == NODE_ELEMENT || node->type == NODE_ATTRIBUTE;
@@ -139,7 +141,7 @@ private:
         return true;
     }
 
-    /// Creates the tree of a document. Its first load or createNode does this.
+    /// Creates the tree in the model of a document, as the document's first load or createNode does.
     static void createTree(Object& document)
     {
         if (!document.node)
@@ -148,7 +150,8 @@ private:
     void loadInto(const Held& held, const Text& text)
     {
         const HRESULT answer = asDocument(held).loadXML(Bstr(text.xml.c_str()).get(), nullptr);
-        requireEqual(answer, text.isLoaded ? S_OK : S_FALSE, "loadXML accepts what Qt accepts");
+        if (answer != (text.isLoaded ? S_OK : S_FALSE))
+            fail("loadXML accepts what Qt accepts: code " + shown(answer) + " for " + shown(text.xml));
         if (text.xml.empty())
             return;
         createTree(*held.model);
@@ -175,7 +178,8 @@ private:
         keepAsIs(made, make(type, name), held->handle);
     }
 
-    /// Keeps the result of a change, which is a new object for the child, even if the change was refused.
+    /// Keeps the result of appendChild or removeChild. It is a new object for the child, even if the call was
+    /// refused.
     void keepResult(const ComPtr<IXMLDOMNode>& result, const Held& parent, const Held& child,
                     const NodePtr& node)
     {
@@ -189,7 +193,7 @@ private:
         const Held parent = pick();
         const Held child = pick();
         ComPtr<IXMLDOMNode> result;
-        requireEqual(parent.object->appendChild(child.object.get(), result.put()), S_OK, "appendChild");
+        requireOk(parent.object->appendChild(child.object.get(), result.put()), "appendChild");
         model::append(parent->node, child->node);
         keepResult(result, parent, child, child->node);
     }
@@ -216,7 +220,7 @@ private:
             child = m_nodes.back();
         }
         ComPtr<IXMLDOMNode> result;
-        requireEqual(parent.object->removeChild(child.object.get(), result.put()), S_OK, "removeChild");
+        requireOk(parent.object->removeChild(child.object.get(), result.put()), "removeChild");
         const bool isEmpty = !model::remove(parent->node, child->node) && parent->kind == NODE_ELEMENT &&
                              child->kind == NODE_ELEMENT;
         keepResult(result, parent, child, isEmpty ? nullptr : child->node);
@@ -237,7 +241,7 @@ private:
     {
         Held from = pick();
         ComPtr<IXMLDOMDocument> owner;
-        requireEqual(from.object->get_ownerDocument(owner.put()), S_OK, "get_ownerDocument");
+        requireOk(from.object->get_ownerDocument(owner.put()), "get_ownerDocument");
         ObjectPtr& known = from->kind == NODE_DOCUMENT ? from.model : from.model->ownerDocument;
         if (!known)
             known = makeObject(NODE_DOCUMENT, from->handle.document, {from->handle.document, nullptr});
@@ -247,7 +251,7 @@ private:
     {
         const Held from = pickDocument();
         ComPtr<IXMLDOMElement> root;
-        requireEqual(asDocument(from).get_documentElement(root.put()), S_OK, "get_documentElement");
+        requireOk(asDocument(from).get_documentElement(root.put()), "get_documentElement");
         const auto isElement = [](const NodePtr& child) { return child->type == NODE_ELEMENT; };
         const NodePtr node = first(from->nodeOrEmpty().children, isElement);
         if (!from->root)
@@ -265,7 +269,7 @@ private:
                       isSearch ? oneOf(kTags) : nullptr};
         const HRESULT answer = isSearch ? source.object->selectNodes(Bstr(list.tag).get(), list.object.put())
                                         : source.object->get_childNodes(list.object.put());
-        requireEqual(answer, S_OK, "selectNodes or get_childNodes");
+        requireOk(answer, isSearch ? "selectNodes" : "get_childNodes");
         m_lists.push_back(std::move(list));
     }
     void useList()
@@ -280,7 +284,7 @@ private:
         ComPtr<IXMLDOMNode> item;
         const HRESULT answer = isNext ? list.object->nextNode(item.put())
                                       : list.object->get_item(static_cast<LONG>(index), item.put());
-        requireEqual(answer, node ? S_OK : S_FALSE, "get_item or nextNode succeeds if there is a node");
+        requireOk(answer, isNext ? "nextNode" : "get_item", bool(node));
         list.cursor += isNext && node ? 1 : 0;
         keepAsIs(item, node, list->handle);
     }
@@ -290,7 +294,7 @@ private:
         const Held source = pick();
         const NodePtr element = source->nodeOrEmpty().type == NODE_ELEMENT ? source->node : nullptr;
         HeldMap map{nullptr, makeObject(NODE_INVALID, element, source->handle)};
-        requireEqual(source.object->get_attributes(map.object.put()), S_OK, "get_attributes");
+        requireOk(source.object->get_attributes(map.object.put()), "get_attributes");
         m_maps.push_back(std::move(map));
     }
     void useMap()
@@ -321,7 +325,7 @@ private:
             return;
         }
         const Bstr given(text.empty() ? nullptr : text.c_str());
-        requireEqual(held.object->put_text(given.get()), S_OK, "put_text");
+        requireOk(held.object->put_text(given.get()), "put_text");
         if (node && isElement)
             setText(node, text);
         else if (node)
@@ -335,12 +339,11 @@ private:
             return;
         const bool deep = m_choose(2);
         ComPtr<IXMLDOMNode> copy;
-        requireEqual(held.object->cloneNode(deep ? VARIANT_TRUE : VARIANT_FALSE, copy.put()), S_OK,
-                     "cloneNode");
+        requireOk(held.object->cloneNode(deep ? VARIANT_TRUE : VARIANT_FALSE, copy.put()), "cloneNode");
         keepAsIs(copy, held->node ? copyOf(*held->node, deep) : nullptr, held->handle);
     }
 
-    void save() { requireEqual(asDocument(pickDocument()).save(Variant(L"/dev/null").get()), S_OK, "save"); }
+    void save() { requireOk(asDocument(pickDocument()).save(Variant(L"/dev/null").get()), "save"); }
 
     void wrapInValue() { m_layer.wrap(pick()); }
     void unwrapValue()
@@ -358,14 +361,14 @@ private:
             if (!held.empty())
                 held.erase(held.begin() + m_choose(held.size()));
         };
-        // Releases any number of nodes at once. The others must keep alive what they need.
+        // Releases any number of nodes at once. The remaining objects must keep alive what they need.
         for (unsigned count = m_choose(m_nodes.size() + 1); count > 0; --count)
             drop(m_nodes);
         drop(m_lists);
         drop(m_maps);
         m_layer.release();
     }
-    /// Releases a document and everything that came from it.
+    /// Releases a document and every object that came from it.
     void close()
     {
         if (m_isOneDocument)

@@ -1,4 +1,5 @@
-// The part of the call machine that calls the C++ layer. Its values refer to the same trees as the objects.
+// The part of the call machine (call_machine.h) that calls the C++ layer. The layer's values refer to the
+// same trees as the objects.
 
 #pragma once
 
@@ -12,12 +13,12 @@ using HeldValue = HeldAs<kel::Node>;
 
 inline HeldValue holdValue(const kel::Node& value, const NodePtr& node, const NodePtr& document)
 {
-    requireEqual(bool(value), bool(node), "a value has a node if the model has one");
+    requireEqual(bool(value), bool(node), "a value has a node if and only if the model has one");
     const bool isDocument = node && node->type == NODE_DOCUMENT;
     return {value, makeObject(NODE_INVALID, node, {isDocument ? node : document, nullptr})};
 }
 
-/// Calls `use` with the value as an `Element` or a `Document`, because only these types have the changes.
+/// Calls `use` with the value as an `Element` or a `Document`, because only these types can change the tree.
 inline void withContainer(const kel::Node& value, const std::function<void(kel::Container&)>& use)
 {
     kel::Element element(value);
@@ -29,16 +30,16 @@ inline void compare(const HeldValue& held)
 {
     const kel::Node& value = held.object;
     const Node& node = held->nodeOrEmpty();
-    requireEqual(static_cast<int>(value.kind()), held->node ? node.type : 0, "the kind");
+    requireEqual(static_cast<int>(value.kind()), held->node ? node.type : 0, "kind() fits the model");
     if (!held->node)
         return;
-    requireEqual(value.name<std::wstring>(), node.name, "the name");
+    requireEqual(value.name<std::wstring>(), node.name, "name() fits the model");
     const bool isElement = node.type == NODE_ELEMENT;
-    requireEqual(value.text<std::wstring>(), isElement ? node.text() : node.value, "the text");
+    requireEqual(value.text<std::wstring>(), isElement ? node.text() : node.value, "text() fits the model");
     const NodePtr parent = node.parent.lock();
     const bool isBelowElement = parent && parent->type == NODE_ELEMENT;
     requireEqual(value.parent().name<std::wstring>(), isBelowElement ? parent->name : L"",
-                 "the parent's name");
+                 "parent() fits the model");
     const auto compareNames = [](const auto& list, const Nodes& nodes, const char* rule) {
         std::wstring names, expected;
         for (const auto& item : list)
@@ -50,16 +51,16 @@ inline void compare(const HeldValue& held)
     withContainer(value, [&](const kel::Container& container) {
         Nodes elements;
         if (container) {
-            compareNames(container.nodes(), node.children, "the names in nodes()");
+            compareNames(container.nodes(), node.children, "nodes() fits the model");
             collect(held->node, L"e", elements);
         }
-        compareNames(container.descendants("e"), elements, "the names in descendants()");
+        compareNames(container.descendants("e"), elements, "descendants() fits the model");
     });
     requireEqual(kel::Element(value).attributes().size(), isElement ? node.attributes.size() : 0,
-                 "the number of attributes");
+                 "attributes() fits the model");
 }
 
-/// \param replaced the child that makes way for `child`, if any
+/// \param replaced the child that `child` replaces; null if there is none
 /// \return whether the layer accepts `child` below `parent`
 inline bool fitsInLayer(const NodePtr& parent, const NodePtr& child, const NodePtr& replaced = nullptr)
 {
@@ -128,17 +129,17 @@ public:
         const NodePtr place = other->node;
         const bool isChild = at && std::count(children.begin(), children.end(), place) != 0;
         const unsigned kind = m_choose(5);
-        if (kind == 0 && expect("append is possible", parent, fitsInLayer(at, node),
-                                [&](auto& to) { to.append(child.object); }))
+        if (kind == 0 &&
+            expect("append", parent, fitsInLayer(at, node), [&](auto& to) { to.append(child.object); }))
             append(at, node);
-        else if (kind == 1 && expect("insertBefore is possible", parent, isChild && fitsInLayer(at, node),
+        else if (kind == 1 && expect("insertBefore", parent, isChild && fitsInLayer(at, node),
                                      [&](auto& to) { to.insertBefore(child.object, other.object); }))
             insertBefore(at, node, place);
-        else if (kind == 2 && expect("replace is possible", parent, isChild && fitsInLayer(at, node, place),
+        else if (kind == 2 && expect("replace", parent, isChild && fitsInLayer(at, node, place),
                                      [&](auto& to) { to.replace(other.object, child.object); })) {
             insertBefore(at, node, place);
             remove(at, node == place ? nullptr : place);
-        } else if (kind == 3 && expect("remove is possible", parent, isChild && isContainer(at),
+        } else if (kind == 3 && expect("remove", parent, isChild && isContainer(at),
                                        [&](auto& to) { to.remove(other.object); }))
             remove(at, place);
         else if (kind == 4)
@@ -193,18 +194,19 @@ private:
         return isThere ? place[step] : nullptr;
     }
 
-    /// Tries a change, which must throw exactly if it is not possible. \return whether it was made
+    /// Tries a change. It must throw if and only if it is not possible. \return whether it was made
     template <class Change>
-    static bool expect(const char* rule, const HeldValue& parent, bool isPossible, Change change)
+    static bool expect(const std::string& name, const HeldValue& parent, bool isPossible, Change change)
     {
-        bool isMade = true;
+        std::string refusal;
         try {
             withContainer(parent.object, change);
-        } catch (const kel::Error&) {
-            isMade = false;
+        } catch (const kel::Error& error) {
+            refusal = error.what();
         }
-        requireEqual(isMade, isPossible, rule);
-        return isMade;
+        if (isPossible != refusal.empty())
+            fail(name + (isPossible ? " is possible: found " : " is impossible: found no error") + refusal);
+        return isPossible;
     }
 
     void setContent(const HeldValue& held)
@@ -215,7 +217,7 @@ private:
             return;
         if (m_choose(3) != 0) {
             const NodePtr attribute = node->attribute(L"x");
-            requireEqual(element.removeAttribute("x"), attribute != nullptr, "removeAttribute");
+            requireEqual(element.removeAttribute("x"), bool(attribute), "removeAttribute() fits the model");
             Nodes& all = node->attributes;
             all.erase(std::remove(all.begin(), all.end(), attribute), all.end());
             return;

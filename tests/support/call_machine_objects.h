@@ -1,5 +1,5 @@
-// The texts and objects of the call machine. Each object has a model, which owns whatever the real object
-// must keep alive.
+// For the call machine (call_machine.h): the texts that it loads and the objects that it holds. Each object
+// has a model. The model owns the nodes that the real object must keep alive.
 
 #pragma once
 
@@ -31,11 +31,11 @@ inline const std::vector<Text>& texts()
     return all;
 }
 
-/// The document that an object keeps alive. Objects returned by the object get the same handle.
+/// The document that an object keeps alive. Objects that the object returns get the same handle.
 struct Handle
 {
-    NodePtr document; ///< null if the first object came from a document without a tree
-    NodePtr fallback; ///< kept alive if `document` is null
+    NodePtr document; ///< null if the object comes from a document without a tree
+    NodePtr fallback; ///< the document to keep alive if `document` is null
 
     const NodePtr& documentOrFallback() const { return document ? document : fallback; }
 };
@@ -52,7 +52,7 @@ struct Object
     NodePtr ownerElement;          ///< an attribute's element
     ObjectPtr ownerDocument{};     ///< set by the first get_ownerDocument
     ObjectPtr root{};              ///< the document element; set by the first get_documentElement
-    const void* address = nullptr; ///< of the real object, if each call must return the same object
+    const void* address = nullptr; ///< of the real object, once known; later calls must return it again
 
     const Node& nodeOrEmpty() const { return node ? *node : kEmpty; }
     inline static const Node kEmpty;
@@ -107,21 +107,19 @@ inline void compare(IXMLDOMNode& object, const Node& node, int type)
 {
     DOMNodeType given = NODE_INVALID;
     object.get_nodeType(&given);
-    requireEqual(static_cast<int>(given), type, "the nodeType");
-    requireEqual(nameOf(object), node.name, "the nodeName");
+    requireEqual(static_cast<int>(given), type, "get_nodeType fits the model");
+    requireEqual(nameOf(object), node.name, "get_nodeName fits the model");
     Bstr text;
     const bool hasText = type == NODE_ELEMENT || type == NODE_TEXT || type == NODE_CDATA_SECTION;
     const HRESULT answer = object.get_text(text.put());
     if (type != NODE_DOCUMENT)
-        requireEqual(answer, hasText ? S_OK : S_FALSE, "get_text succeeds for elements, text and CDATA");
-    requireEqual(std::wstring(text.c_str()), node.text(), "the text");
+        requireOk(answer, "get_text", hasText);
+    requireEqual(std::wstring(text.c_str()), node.text(), "get_text fits the model");
     Variant value;
-    if (type == NODE_ATTRIBUTE)
-        static_cast<IXMLDOMAttribute&>(object).get_value(value.put());
-    else
-        object.get_nodeValue(value.put());
+    type == NODE_ATTRIBUTE ? static_cast<IXMLDOMAttribute&>(object).get_value(value.put())
+                           : object.get_nodeValue(value.put());
     if (type != NODE_ELEMENT)
-        requireEqual(std::wstring(value.text()), node.value, "the value or nodeValue");
+        requireEqual(std::wstring(value.text()), node.value, "get_nodeValue fits the model");
 }
 
 inline void compare(const Held& held)
@@ -131,43 +129,41 @@ inline void compare(const Held& held)
     compare(*held.object, node, held->kind == NODE_INVALID ? typeOfPlainNode : held->kind);
     VARIANT_BOOL has = 7;
     held.object->hasChildNodes(&has);
-    requireEqual<int>(has, !node.children.empty(), "hasChildNodes");
+    requireEqual<int>(has, !node.children.empty(), "hasChildNodes fits the model");
     ComPtr<IXMLDOMNode> parent;
     const HRESULT answer = held.object->get_parentNode(parent.put());
     const NodePtr above = node.parent.lock();
-    requireEqual(answer, above ? S_OK : S_FALSE, "get_parentNode succeeds if there is a parent");
-    requireEqual(parent ? nameOf(*parent) : L"", above ? above->name : L"", "the parent's name");
+    requireOk(answer, "get_parentNode", bool(above));
+    requireEqual(parent ? nameOf(*parent) : L"", above ? above->name : L"", "get_parentNode fits the model");
 }
 
 /// \param items the attributes in any order
-template <class Items>
-void compareAttributes(const Items& items, const Node& element)
+inline void compareAttributes(const std::vector<ComPtr<IXMLDOMNode>>& items, const Node& element)
 {
-    std::size_t length = 0;
+    requireEqual(items.size(), element.attributes.size(), "a map returns as many nodes as the model has");
+
     for (const auto& item : items) {
         const NodePtr node = element.attribute(nameOf(*item));
-        require(node && ++length <= element.attributes.size(),
-                "a map contains only attributes of its element");
+        if (!node)
+            fail("a map contains only attributes of its element: " + shown(nameOf(*item)));
         compare(*item, *node, NODE_ATTRIBUTE);
     }
-    requireEqual(length, element.attributes.size(), "the length of a map that was read to its end");
 }
 
-/// \param deep whether to compare attributes and descendants as well
-template <class Items>
-void compareNodes(const Items& items, const Nodes& nodes, bool deep)
+/// \param deep whether to compare attributes and descendants too
+inline void compareNodes(const std::vector<ComPtr<IXMLDOMNode>>& items, const Nodes& nodes, bool deep)
 {
-    std::size_t length = 0;
+    requireEqual(items.size(), nodes.size(), "a list returns as many nodes as the model has");
+    std::size_t index = 0;
+
     for (const auto& item : items) {
-        require(length < nodes.size(), "a list ends after its last node");
-        const Node& node = *nodes[length++];
+        const Node& node = *nodes[index++];
         compare(*item, node, node.type);
         if (!deep)
             continue;
         compareAttributes(itemsOf(*get(*item, &IXMLDOMNode::get_attributes)), node);
         compareNodes(itemsOf(*get(*item, &IXMLDOMNode::get_childNodes)), node.children, true);
     }
-    requireEqual(length, nodes.size(), "the length of a list that was read to its end");
 }
 
 inline void compare(const HeldList& list)
@@ -175,7 +171,7 @@ inline void compare(const HeldList& list)
     const Nodes expected = list.expected();
     LONG length = -1;
     list.object->get_length(&length);
-    requireEqual(static_cast<std::size_t>(length), expected.size(), "the length of a list");
+    requireEqual(static_cast<std::size_t>(length), expected.size(), "get_length fits the model");
     compareNodes(itemsOf(*list.object), expected, false);
 }
 

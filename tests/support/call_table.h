@@ -1,4 +1,4 @@
-// Makes the calls by name that a table lists.
+// Makes the calls by name that a table lists. late_bound_calls.txt explains the rows of a table.
 
 #pragma once
 
@@ -13,8 +13,8 @@ namespace keltest
 class CallTable
 {
 public:
-    /// Makes the call of the row OBJECT MEMBER ARGUMENTS -> CODE RESULT NAME. Expects its code and result,
-    /// and keeps the returned object under its name.
+    /// Makes the call of a row: OBJECT MEMBER ARGUMENTS -> CODE RESULT NAME. Expects CODE and RESULT, and
+    /// keeps the returned object as NAME.
     void call(Row& words)
     {
         SCOPED_TRACE(words.where);
@@ -25,7 +25,7 @@ public:
             return;
         }
         const ComPtr<IDispatch> called = m_objects[object];
-        ASSERT_TRUE(called) << "no object has the name " << object;
+        ASSERT_TRUE(called) << "an earlier row must name the object " << object;
         if (member == "release") {
             m_objects.erase(object);
             return;

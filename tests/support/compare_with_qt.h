@@ -11,32 +11,33 @@
 inline std::string saved(IXMLDOMDocument& document)
 {
     QTemporaryFile file;
-    require(file.open(), "a test can create a temporary file");
+    require(file.open(), "the test can create a temporary file");
     const kel::Variant path(file.fileName().toStdWString());
-    requireEqual(document.save(path.get()), S_OK, "save");
+    requireOk(document.save(path.get()), "save");
     return file.readAll().toStdString();
 }
 
-/// Loads the same content into `theirs` with Qt and into `ours` with the library. Both must accept or refuse
-/// it, and save the same bytes. \param load loads into the given document and sets the given success flag
-/// \param content the input for Qt
+/// Loads the same content into `theirs` with Qt and into `ours` with the library. Both documents must accept
+/// the content or both must refuse it, and both must save the same bytes.
+/// \param load loads the content into the given document of the library and sets the given success flag
+/// \param content the content in a type that Qt loads
 /// \param isWithinLimits if false, the library must refuse the content, and Qt does not load it
-/// \return whether it was loaded
+/// \return whether the content was loaded
 template <class Load, class Content>
 bool loadAndCompareWithQt(QDomDocument& theirs, IXMLDOMDocument& ours, Load load, Content&& content,
                           bool isWithinLimits = true)
 {
     const bool isLoaded = isWithinLimits && theirs.setContent(content);
     VARIANT_BOOL success = 7;
-    requireEqual(load(ours, &success), isLoaded ? S_OK : S_FALSE, "the library loads what Qt loads");
-    requireEqual(success, isLoaded ? VARIANT_TRUE : VARIANT_FALSE, "the success flag equals the result");
-    requireEqual(saved(ours), savedByQt(theirs).toStdString(), "the library saves what Qt saves");
+    requireOk(load(ours, &success), "a load, as with Qt,", isLoaded);
+    requireEqual<int>(success, isLoaded ? VARIANT_TRUE : VARIANT_FALSE, "the success flag equals the result");
+    requireEqual(saved(ours), savedByQt(theirs).toStdString(), "the library saves the bytes that Qt saves");
     return isLoaded;
 }
 
 struct Extent
 {
-    int depth = 0;     ///< nested elements
+    int depth = 0;     ///< levels of nested elements
     qint64 length = 0; ///< characters in values
 };
 

@@ -1,5 +1,6 @@
-// Makes the same random calls on the filer and on Qt's writer. A status must depend only on the texts, and
-// both must write the same bytes. A seeded generator or a fuzzer's bytes choose the calls.
+// Makes the same random calls on the filer and on Qt's writer, which must write the same bytes. The status
+// that the filer returns must depend only on the texts. A seeded generator or a fuzzer's bytes choose the
+// calls.
 
 #pragma once
 
@@ -25,8 +26,8 @@ using Q = const QString&;
 struct Call
 {
     const char* name;
-    int slot;                                              ///< in the vtable of the filer
-    int required = 0;                                      ///< how many of its texts must not be missing
+    int slot;         ///< in the vtable of the filer
+    int required = 0; ///< the first so many texts must not be null or empty
     void (*byQt)(W writer, Q one, Q two) = [](W, Q, Q) {}; ///< the same call on Qt's writer
 
     int answer(IKelXmlFiler& to, Text one, Text two) const { return vtable_calls::call(&to, slot, one, two); }
@@ -72,7 +73,8 @@ inline QString writtenOf(Text given)
     std::replace_if(
         text.begin(), text.end(), [](wchar_t unit) { return static_cast<char32_t>(unit) > 0x10FFFF; },
         0xFFFD);
-    // Both conversions drop one byte order mark. The second one also replaces lone surrogates.
+    // Each conversion to QString drops one byte order mark. The second conversion also replaces lone
+    // surrogates.
     return QString::fromStdWString(L'\ufeff' + QString::fromStdWString(text).toStdWString());
 }
 
@@ -86,11 +88,11 @@ public:
                                                         m_autoFormat, true, L"", nullptr))
     {
         m_qt.setAutoFormatting(m_autoFormat);
-        requireEqual<int>(vtable_calls::call(m_filer.get(), 4), m_autoFormat, "the flag for indentation");
+        requireEqual<int>(vtable_calls::call(m_filer.get(), 4), m_autoFormat, "the filer keeps its flag");
     }
 
     /// Makes random calls, then closes the file or destroys the filer without closing it.
-    /// \throw std::logic_error with the violated rule and the calls so far
+    /// \throw std::logic_error with the broken rule and the calls so far
     void compare()
     try {
         finish(kFlush); // the file is empty, even if it existed before
@@ -104,7 +106,7 @@ public:
         m_filer.reset();
         compareFile();
     } catch (const std::exception& failure) {
-        throw std::logic_error(failure.what() + ("\nafter" + m_log));
+        throw std::logic_error(failure.what() + ("\nafter the calls" + m_log));
     }
 
 private:
@@ -124,19 +126,19 @@ private:
         };
         m_log += std::string(" ") + call.name + '(' + start(one) + ", " + start(two) + ')';
         const int expected = call.expected(one, two);
-        requireEqual(call.answer(*m_filer, one, two), expected, "the status");
+        requireEqual(call.answer(*m_filer, one, two), expected, "the status matches the texts");
         if (expected == KelXmlLib::eStatusAccepted)
             call.byQt(m_qt, writtenOf(one), writtenOf(two));
     }
     enum Finish { kClose = 27, kFlush = 28 }; // slots
     void finish(Finish slot)
     {
-        requireEqual(vtable_calls::call(m_filer.get(), slot), 0, slot == kFlush ? "flush" : "close");
+        requireEqual(vtable_calls::call(m_filer.get(), slot), 0, "flush and close return 0");
         compareFile();
     }
     void compareFile() const
     {
-        requireEqual(contentOf(m_path).toStdString(), m_expected.toStdString(), "the bytes of the file");
+        requireEqual(contentOf(m_path).toStdString(), m_expected.toStdString(), "the file has Qt's bytes");
     }
 
     Choose m_choose;

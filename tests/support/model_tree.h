@@ -1,5 +1,5 @@
-// A model, without Qt, of the tree that the documented calls build. A node owns its children and
-// attributes; their pointers to it become null when it is destroyed.
+// A model of the trees that the documented calls build. Only `fromQt` uses Qt, to copy a tree that Qt has
+// parsed. A node owns its children and attributes; when the node is destroyed, their `parent` becomes null.
 
 #pragma once
 
@@ -37,7 +37,7 @@ struct Node
     {
         return first(attributes, [&wanted](const NodePtr& item) { return item->name == wanted; });
     }
-    /// The node's own text; for an element, the text of its descendants.
+    /// The value of a text or CDATA section; for an element, the texts of its descendants; otherwise empty.
     std::wstring text() const
     {
         std::wstring all = type == NODE_TEXT || type == NODE_CDATA_SECTION ? value : L"";
@@ -59,7 +59,7 @@ inline NodePtr make(int type, const std::wstring& name, const std::wstring& valu
     return std::make_shared<Node>(Node{type, name, value, {}, {}, {}});
 }
 
-/// A copy of a tree that Qt's parser has built. Each value ends at its first zero.
+/// Copies a tree that Qt's parser has built. Each value ends at its first zero.
 inline NodePtr fromQt(const QDomNode& node)
 {
     NodePtr copy =
@@ -108,7 +108,7 @@ inline bool fits(const NodePtr& parent, const NodePtr& child)
     return !from || child->type != NODE_ATTRIBUTE || from->attribute(child->name) != child;
 }
 
-/// Appends `child` if the documentation allows this; otherwise, nothing happens.
+/// Appends `child` if the documentation allows it; otherwise does nothing.
 inline void append(const NodePtr& parent, const NodePtr& child)
 {
     if (!fits(parent, child))
@@ -150,7 +150,7 @@ inline void setAttribute(const NodePtr& element, const std::wstring& name, const
     setValue(element->attribute(name), value);
 }
 
-/// Adds all elements below `top` with this tag name, in document order.
+/// Adds to `found`, in document order, the elements below `top` that have this tag name.
 inline void collect(const NodePtr& top, const std::wstring& tag, Nodes& found)
 {
     for (const NodePtr& child : top->children) {

@@ -17,10 +17,10 @@ using kel::Bstr, kel::ComPtr, kel::Variant;
 /// A document without a tree.
 inline ComPtr<IXMLDOMDocument> newDocument()
 {
-    static const int isAttached = DllMain(nullptr, 1, nullptr);
+    [[maybe_unused]] static const int isAttached = DllMain(nullptr, 1, nullptr);
     void* document = nullptr;
-    requireEqual(DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &document),
-                 isAttached ? S_OK : E_FAIL, "DllGetClassObject");
+
+    requireOk(DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &document), "DllGetClassObject");
     return ComPtr<IXMLDOMDocument>::adopt(static_cast<IXMLDOMDocument*>(document));
 }
 
@@ -31,20 +31,20 @@ ComPtr<To> as(const ComPtr<From>& object)
     return ComPtr<To>(static_cast<To*>(object.get()));
 }
 
-/// Calls a getter that returns an object with `S_OK`, or null with `S_FALSE`.
+/// Calls a getter, which must return an object and `S_OK`, or null and `S_FALSE`.
 template <class Object, class Interface, class Out>
 ComPtr<Out> get(Object& object, HRESULT (Interface::*getter)(Out**))
 {
     ComPtr<Out> out;
     const HRESULT answer = (object.*getter)(out.put());
-    requireEqual(answer, out ? S_OK : S_FALSE, "a getter returns an object exactly with S_OK");
+    requireOk(answer, out ? "a getter of an object" : "a getter of null", bool(out));
     return out;
 }
 
 inline std::wstring nameOf(IXMLDOMNode& node)
 {
     Bstr name;
-    requireEqual(node.get_nodeName(name.put()), S_OK, "get_nodeName");
+    requireOk(node.get_nodeName(name.put()), "get_nodeName");
     return name.c_str();
 }
 

@@ -20,15 +20,15 @@ inline void requireSameBytesAsQt(const QDomNode& node)
     using namespace kelxml::serialize;
     for (const int indent : {-1, 0, 1, 4})
         requireEqual(bytesOf(node, {indent, AttributeOrder::ofQt}), savedByQt(node, indent),
-                     "the bytes with Qt's order of attributes");
+                     "with Qt's order of attributes, the serializer writes Qt's bytes");
     requireEqual(sortedBytes(bytesOf(node)), sortedBytes(savedByQt(node, 4)),
-                 "the bytes with sorted attributes, in any order");
+                 "with sorted attributes, the serializer writes Qt's bytes in some order");
     if (node.isDocument())
         requireEqual(textOf(node, {1, AttributeOrder::ofQt}), node.toDocument().toString(1),
-                     "the text of the document");
+                     "textOf returns the text that Qt returns");
 }
 
-/// A document, with nodes in its tree and outside.
+/// A document with nodes, some of which are outside its tree.
 class RandomTree
 {
 public:
@@ -51,8 +51,9 @@ public:
         if (node.isNull())
             return;
         QDomNode parent = m_nodes[m_choose(m_nodes.size())];
-        if (!parent.isAttr()) // when an attribute's value changes, Qt deletes its child, even if a handle
-                              // exists
+        // Keeps no child of an attribute: when the attribute's value changes, Qt deletes the child, even if a
+        // handle refers to the child.
+        if (!parent.isAttr())
             m_nodes.push_back(node);
         if (node.isAttr() && parent.isElement())
             m_choose(2) == 0 ? parent.toElement().setAttributeNode(node.toAttr())
@@ -106,7 +107,7 @@ private:
                            : QDomNode(m_document.createElement(any(kNames)));
     }
 
-    /// Changes a node. \return null: there is no new node to add to the tree
+    /// Changes a node. \return a null node, because there is no new node to add to the tree
     QDomNode change(QDomNode& node)
     {
         QDomElement element = node.toElement();

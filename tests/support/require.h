@@ -5,22 +5,31 @@
 #include <QtCore/QDebug>
 #include <QtCore/QFile>
 #include <algorithm>
+
 #include <functional>
 #include <random>
 #include <stdexcept>
 #include <string>
 
-[[noreturn]] inline void fail(const std::string& rule, const std::string& file, int line)
+/// The file and the line of a call, for failure messages.
+struct Place
 {
-    throw std::logic_error(file.substr(file.rfind('/') + 1) + ':' + std::to_string(line) + ": " + rule);
+    static Place here(const char* name = __builtin_FILE(), int at = __builtin_LINE()) { return {name, at}; }
+    const char* file;
+    int line;
+};
+
+[[noreturn]] inline void fail(const std::string& rule, Place at = Place::here())
+{
+    throw std::logic_error(at.file + (':' + std::to_string(at.line)) + ": broken rule: " + rule);
 }
 
+/// \param rule a statement that must be true
 /// \throw std::logic_error with the rule and the line of the call, unless the rule holds
-inline void require(bool holds, const char* rule, const char* file = __builtin_FILE(),
-                    int line = __builtin_LINE())
+inline void require(bool holds, const char* rule, Place at = Place::here())
 {
     if (!holds)
-        fail(rule, file, line);
+        fail(rule, at);
 }
 
 /// Formats a value for a failure message. Unprintable characters become numbers.
@@ -39,28 +48,43 @@ std::string shown(const Value& value)
 
 /// \throw std::logic_error with the rule, the line of the call and both values, unless they are equal
 template <class Value>
-void requireEqual(const Value& given, const Value& expected, const char* rule,
-                  const char* file = __builtin_FILE(), int line = __builtin_LINE())
+void requireEqual(const Value& given, const Value& expected, const char* rule, Place at = Place::here())
 {
     if (!(given == expected))
-        fail(std::string(rule) + ": " + shown(given) + " instead of " + shown(expected), file, line);
+        fail(std::string(rule) + ": found " + shown(given) + ", expected " + shown(expected), at);
 }
 
-/// For texts, the failure message shows where the difference begins.
+/// For texts, the failure message shows the first difference and an excerpt of each text. Characters count
+/// from 0.
 template <class Character>
 void requireEqual(const std::basic_string<Character>& given, const std::basic_string<Character>& expected,
-                  const char* rule, const char* file = __builtin_FILE(), int line = __builtin_LINE())
+                  const char* rule, Place at = Place::here())
 {
     if (given == expected)
         return;
     const auto ends = std::mismatch(given.begin(), given.end(), expected.begin(), expected.end());
-    const auto at = static_cast<std::size_t>(ends.first - given.begin());
-    const auto excerpt = [from = at - std::min<std::size_t>(at, 20)](const auto& text) {
-        return shown(text.substr(from, 60));
-    };
-    fail(std::string(rule) + ": " + excerpt(given) + " instead of " + excerpt(expected) +
-             ", different from character " + std::to_string(at),
-         file, line);
+    const auto first = static_cast<std::size_t>(ends.first - given.begin());
+    const auto from = first - std::min<std::size_t>(first, 20);
+    fail(std::string(rule) + ": found " + shown(given.substr(from, 60)) + ", expected " +
+             shown(expected.substr(from, 60)) + "; first difference at character " + std::to_string(first) +
+             ", excerpts from character " + std::to_string(from),
+         at);
+}
+
+/// \throw std::logic_error with the rule, the line of the call and both values, if `given` is above the limit
+template <class Value>
+void requireAtMost(const Value& given, const Value& limit, const char* rule, Place at = Place::here())
+{
+    if (limit < given)
+        fail(std::string(rule) + ": found " + shown(given) + ", but the limit is " + shown(limit), at);
+}
+
+/// \throw std::logic_error with the name and the result code of the call, unless the code is S_OK (or S_FALSE
+///        if `isOk` is false)
+inline void requireOk(int code, const char* call, bool isOk = true, Place at = Place::here())
+{
+    if (code != (isOk ? 0 : 1))
+        fail(std::string(call) + " returns " + (isOk ? "S_OK" : "S_FALSE") + ": found " + shown(code), at);
 }
 
 /// Returns a number below its argument.
@@ -73,16 +97,17 @@ inline Choose randomChoice(unsigned seed)
     };
 }
 
-inline QByteArray contentOf(const QString& path)
+inline QByteArray contentOf(const QString& path, Place at = Place::here())
 {
     QFile file(path);
-    require(file.open(QIODevice::ReadOnly), "a test can read its file");
+    if (!file.open(QIODevice::ReadOnly))
+        fail("the test can read " + path.toStdString(), at);
     return file.readAll();
 }
 
-inline void write(const QString& path, const QByteArray& content)
+inline void write(const QString& path, const QByteArray& content, Place at = Place::here())
 {
     QFile file(path);
-    require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size(),
-            "a test can write its file");
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        fail("the test can write " + path.toStdString(), at);
 }

@@ -34,7 +34,7 @@ void forEachRow(const std::string& path, Use use)
         ++rows;
     }
     if (rows == 0)
-        throw std::logic_error("no rows in " + path);
+        throw std::logic_error("a table must have rows: " + path);
 }
 
 } // namespace keltest

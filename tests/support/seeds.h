@@ -8,7 +8,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// Calls `use` with each seed, in a child process. If this process crashes, the parent still names the seed.
+/// Calls `use` with each seed below `end`, in a child process. If the child process crashes, its parent still
+/// reports the seed.
 template <class Use>
 void forEachSeed(unsigned first, unsigned end, Use use)
 {
@@ -25,5 +26,5 @@ void forEachSeed(unsigned first, unsigned end, Use use)
     }
     int status = -1;
     wait(&status);
-    EXPECT_EQ(0, status) << "status of the process that ended at seed " << seed;
+    EXPECT_EQ(0, status) << "the child process must exit with 0; it ended at seed " << seed;
 }

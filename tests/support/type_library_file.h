@@ -1,4 +1,5 @@
-// Type libraries that tests create: stamped like the real one, in files that are deleted after the test.
+// Type libraries that tests create: they have a correct digest, and are in files that are deleted after the
+// test.
 
 #pragma once
 
@@ -14,6 +15,7 @@
 namespace keltest
 {
 
+/// Adds the beginning of a type library, with the digest of `body`, which is the rest.
 inline QByteArray stamped(const QByteArray& body)
 {
     const QByteArray digest = QCryptographicHash::hash(body, QCryptographicHash::Sha256).toHex();

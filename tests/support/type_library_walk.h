@@ -17,7 +17,8 @@
 namespace keltest
 {
 
-/// The name that GetDocumentation returns for a member or an interface; its error code if it returns none.
+/// The name that GetDocumentation returns for a member or an interface. If GetDocumentation fails, its error
+/// code.
 template <class Object>
 std::wstring nameOf(Object& object, INT member)
 {
@@ -39,8 +40,8 @@ inline std::wstring typeName(ITypeLib& library, const TYPEDESC& type)
         return typeName(library, *type.lptdesc) + L'*';
     if (const auto known = kNames.find(type.vt); known != kNames.end())
         return known->second;
-    requireEqual<int>(type.vt, VT_USERDEFINED, "a type that is not built in");
-    require(type.hreftype <= kelcom::kMaxTypes, "a type reference is within the limit");
+    requireEqual<int>(type.vt, VT_USERDEFINED, "a type that is not built in is VT_USERDEFINED");
+    requireAtMost<std::size_t>(type.hreftype, kelcom::kMaxTypes, "a type reference is within the limit");
     const bool isDescribed = type.hreftype < library.GetTypeInfoCount();
     return isDescribed ? nameOf(library, static_cast<INT>(type.hreftype)) : L"other";
 }
@@ -52,16 +53,16 @@ inline void describe(ITypeLib& library, ITypeInfo& info, const FUNCDESC& functio
     std::array<kel::Bstr, kRoom> names;
     std::array<MEMBERID, kRoom> ids{};
     UINT count = 0;
-    requireEqual(info.GetNames(function.memid, names[0].put(), 1, &count), S_OK, "GetNames");
-    require(count == 1 && !names[1], "GetNames writes no more names than there is room for");
+    requireOk(info.GetNames(function.memid, names[0].put(), 1, &count), "GetNames of one name");
+    require(count == 1 && !names[1], "GetNames returns one name if there is room for one");
     BSTR* const places = names[0].put();
-    requireEqual(info.GetNames(function.memid, places, kRoom, &count), S_OK, "GetNames");
-    require(count >= 1 && count <= kRoom, "GetNames returns a name, and no more than there is room for");
+    requireOk(info.GetNames(function.memid, places, kRoom, &count), "GetNames of all names");
+    require(count >= 1 && count <= kRoom, "GetNames returns at least one name, and no more than fit");
     const bool areAllKnown = info.GetIDsOfNames(places, count, ids.data()) == S_OK;
     const auto unknown = std::count(ids.data(), ids.data() + count, DISPID_UNKNOWN);
-    requireEqual(areAllKnown, unknown == 0, "GetIDsOfNames succeeds if it knows all names");
-    requireEqual(ids[0], function.memid, "the identifier of the name of a function");
-    requireEqual(nameOf(info, function.memid), std::wstring(names[0].c_str()), "the documented name");
+    requireEqual(areAllKnown, unknown == 0, "GetIDsOfNames succeeds if and only if it knows all names");
+    requireEqual(ids[0], function.memid, "GetIDsOfNames returns the function's identifier for its name");
+    requireEqual(nameOf(info, function.memid), std::wstring(names[0].c_str()), "the names agree");
     const wchar_t* const prefix = function.invkind == INVOKE_PROPERTYPUT      ? L"put_"
                                   : function.invkind == INVOKE_PROPERTYPUTREF ? L"putref_"
                                   : function.invkind == INVOKE_PROPERTYGET    ? L"get_"
@@ -69,13 +70,14 @@ inline void describe(ITypeLib& library, ITypeInfo& info, const FUNCDESC& functio
     out << function.memid << ' ' << prefix << names[0].c_str() << '(';
 
     require(function.cParams >= function.cParamsOpt && function.cParamsOpt >= 0, "optional parameters exist");
-    requireEqual<int>(function.elemdescFunc.tdesc.vt, VT_HRESULT, "the return type");
+    requireEqual<int>(function.elemdescFunc.tdesc.vt, VT_HRESULT, "a function returns an HRESULT");
     for (SHORT place = 0; place < function.cParams; ++place) {
         const ELEMDESC& parameter = function.lprgelemdescParam[place];
         const int flags = parameter.paramdesc.wParamFlags;
         const bool isResult = flags == (PARAMFLAG_FOUT | PARAMFLAG_FRETVAL);
         require(!isResult || place == function.cParams - 1, "the result is the last parameter");
-        requireEqual<int>(isResult ? PARAMFLAG_FIN : flags & ~PARAMFLAG_FOPT, PARAMFLAG_FIN, "input flags");
+        requireEqual<int>(isResult ? PARAMFLAG_FIN : flags & ~PARAMFLAG_FOPT, PARAMFLAG_FIN,
+                          "an input has FIN");
         out << (place == 0 ? L"" : L", ") << typeName(library, parameter.tdesc);
     }
     out << L")\n";
@@ -97,40 +99,40 @@ inline std::wstring describe(
         TYPEATTR* attributes = nullptr;
         TYPEKIND kind{};
         UINT sameIndex = 0;
-        requireEqual(library.GetTypeInfo(index, info.put()), S_OK, "GetTypeInfo");
-        requireEqual(info->GetTypeAttr(&attributes), S_OK, "GetTypeAttr");
-        requireEqual(library.GetTypeInfoType(index, &kind), S_OK, "GetTypeInfoType");
-        requireEqual<int>(kind, attributes->typekind, "the kind in GetTypeInfoType");
-        requireEqual(library.GetTypeInfoOfGuid(attributes->guid, sameInfo.put()), S_OK, "GetTypeInfoOfGuid");
-        requireEqual(sameInfo->GetContainingTypeLib(sameLibrary.put(), &sameIndex), S_OK, "its library");
-        requireEqual(sameIndex, index, "the index in the containing library");
-        require(sameLibrary.get() == &library, "the library contains its own interfaces");
+        requireOk(library.GetTypeInfo(index, info.put()), "GetTypeInfo");
+        requireOk(info->GetTypeAttr(&attributes), "GetTypeAttr");
+        requireOk(library.GetTypeInfoType(index, &kind), "GetTypeInfoType");
+        requireEqual<int>(kind, attributes->typekind, "GetTypeInfoType returns the kind in TYPEATTR");
+        requireOk(library.GetTypeInfoOfGuid(attributes->guid, sameInfo.put()), "GetTypeInfoOfGuid");
+        requireOk(sameInfo->GetContainingTypeLib(sameLibrary.put(), &sameIndex), "GetContainingTypeLib");
+        requireEqual(sameIndex, index, "GetContainingTypeLib returns the index of the interface");
+        require(sameLibrary.get() == &library, "GetContainingTypeLib returns the library");
         void* other = &library;
-        require(info->QueryInterface(IID_IDispatch, &other) == E_NOINTERFACE && !other, "no IDispatch");
+        require(info->QueryInterface(IID_IDispatch, &other) == E_NOINTERFACE && !other, "has no IDispatch");
         const std::wstring name = nameOf(library, static_cast<INT>(index));
-        requireEqual(nameOf(*info, MEMBERID_NIL), name, "the name of an interface");
+        requireEqual(nameOf(*info, MEMBERID_NIL), name, "the library and the interface return the same name");
         out << std::hex << attributes->guid.Data1 << std::dec << ' ' << name << ' ' << kind << ' '
             << attributes->cFuncs << ' ' << attributes->cbSizeVft << ' ' << attributes->wTypeFlags << ' '
             << attributes->wMajorVerNum << ' ' << attributes->wMinorVerNum << '\n';
         FUNCDESC* function = nullptr;
         for (UINT place = 0; place < attributes->cFuncs; ++place) {
-            requireEqual(info->GetFuncDesc(place, &function), S_OK, "GetFuncDesc");
+            requireOk(info->GetFuncDesc(place, &function), "GetFuncDesc");
             const auto offset = static_cast<SHORT>((kelcom::kDispatchSlots + place) * kelcom::kSlotSize);
-            requireEqual(function->oVft, offset, "the offset in the vtable");
+            requireEqual(function->oVft, offset, "oVft is the offset of the function's slot");
             describe(library, *info, *function, out);
             use(*info, *function);
             info->ReleaseFuncDesc(function);
         }
         require(info->GetFuncDesc(attributes->cFuncs, &function) == TYPE_E_ELEMENTNOTFOUND && !function,
-                "GetFuncDesc fails beyond the last function");
+                "beyond the last function, GetFuncDesc fails and returns null");
         info->ReleaseTypeAttr(attributes);
     }
     require(library.GetTypeInfo(count, sameInfo.put()) == TYPE_E_ELEMENTNOTFOUND && !sameInfo,
-            "GetTypeInfo fails beyond the last interface");
+            "beyond the last interface, GetTypeInfo fails and returns null");
     for (const INT index : {-2, static_cast<INT>(count)})
-        requireEqual(nameOf(library, index), std::to_wstring(TYPE_E_ELEMENTNOTFOUND), "a wrong index");
+        requireEqual(nameOf(library, index), std::to_wstring(TYPE_E_ELEMENTNOTFOUND), "wrong indices fail");
     TLIBATTR* attributes = nullptr;
-    requireEqual(library.GetLibAttr(&attributes), S_OK, "GetLibAttr");
+    requireOk(library.GetLibAttr(&attributes), "GetLibAttr");
     out << std::hex << attributes->guid.Data1 << std::dec << ' ' << nameOf(library, -1) << ' '
         << attributes->wMajorVerNum << '.' << attributes->wMinorVerNum << '\n';
     library.ReleaseTLibAttr(attributes);

@@ -20,7 +20,7 @@ constexpr std::array kTypes{"empty", "null",     "i2",    "i4",   "r4",      "r8
                             "bstr",  "dispatch", "error", "bool", "variant", "unknown", "decimal", "15",
                             "i1",    "ui1",      "ui2",   "ui4",  "i8",      "ui8",     "int",     "uint"};
 
-/// The arguments of a call, in the order of `rgvarg`, and the names of the named ones.
+/// The arguments of a call, in the order of `rgvarg`, and the identifiers of the named arguments.
 struct Arguments
 {
     DISPPARAMS parameters() { return {values.data(), names.data(), UINT(values.size()), UINT(names.size())}; }
@@ -28,13 +28,11 @@ struct Arguments
     std::vector<DISPID> names{};
 };
 
-/// Makes VARIANTs from words, and owns what they point to, except objects:
-/// `i4:-7`                      a type and a value
-/// `0x2003:0`                   a type by its number
-/// `r8:0x7ff0000000000000`      a floating-point number by its bits
-/// `bstr:a_{b|3}`, `bstr`       the text "a bbb" (see `expand`); a null text
-/// `unknown:name`               the object with this name in `objects`
-/// `&ui1:3`, `*i4:7`            a reference to a value; a reference to a VARIANT
+/// Makes VARIANTs from words. Owns what the VARIANTs point to, except objects. The words are: `i4:-7` a type
+/// and a value `0x2003:0`                   a type by its number `r8:0x7ff0000000000000`      a
+/// floating-point number by its bits `bstr:a_{b|3}`, `bstr`       the text "a bbb" (see `expand`); a null
+/// text `unknown:name`               the object with this name in `objects` `&ui1:3`, `*i4:7`            a
+/// reference to a value; a reference to a VARIANT
 struct Variants
 {
     VARIANT& of(const std::string& word)
@@ -64,7 +62,7 @@ struct Variants
             value.dblVal = std::strtod(text.c_str(), nullptr);
         return value;
     }
-    /// Reads up to the arrow. A word such as `2=` is the name of an argument: the first name in the row
+    /// Reads words up to `->`. A word such as `2=` is the name of an argument: the first name in the row
     /// belongs to the first argument.
     Arguments argumentsOf(std::istream& words)
     {
