@@ -52,7 +52,7 @@ TEST_F(FilerTest, WithoutAnOpenFileCallsReturnTheUsualStatusAndWriteNothing)
         for (const Call& made : kCalls)
             for (const Text one : kTexts)
                 for (const Text two : kTexts)
-                    EXPECT_EQ(made.answer(filer, one, two), made.expected(one, two))
+                    EXPECT_EQ(made.status(filer, one, two), made.expected(one, two))
                         << made.name << " of '" << one << "' and '" << two << "'";
         EXPECT_EQ(call(&filer, 26, "binary", 0, 1), 0);
         EXPECT_EQ(call(&filer, 26, "", -1, 1), 2) << "a negative length must be refused";

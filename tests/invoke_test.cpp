@@ -26,14 +26,14 @@ struct Probe
     {
         EXPECT_GT(probe->references, 0U) << "Invoke must hold a reference during the call";
         if (probe->behaviour == "silent")
-            return probe->answer;
+            return probe->code;
         if constexpr (std::is_same_v<Value, BSTR>)
             *result = SysAllocStringLen(value, SysStringLen(value));
         else if constexpr (std::is_same_v<Value, IUnknown*>)
             *result = kel::ComPtr<IUnknown>(value).detach();
         else
             *result = value;
-        return probe->answer;
+        return probe->code;
     }
     template <class... Values>
     static HRESULT record(Probe* probe, Values... values)
@@ -42,7 +42,7 @@ struct Probe
             throw std::runtime_error("from a member");
         for (const std::string& word : {recorded(values)...})
             probe->received += (probe->received.empty() ? ' ' : ',') + word;
-        return probe->answer;
+        return probe->code;
     }
     static std::string recorded(BSTR text) { return std::string(1, static_cast<char>(*text)); }
     static std::string recorded(INT number) { return std::to_string(number); }
@@ -68,7 +68,7 @@ struct Probe
                 echo<VARIANT_BOOL>, echo<INT>, echo<VARIANT>, echo<IUnknown*>, echo<IUnknown*>, echo<INT>,
                 record<INT, BSTR>, record<INT, IUnknown*>, record<BSTR, VARIANT, INT, IUnknown*>);
     const Slot* vtable = kSlots.data() + 2;
-    HRESULT answer = S_OK;
+    HRESULT code = S_OK;
     ULONG references = 1;
     std::string behaviour, received;
 };
@@ -98,7 +98,7 @@ struct Invoke : testing::Test
                                                   : std::stoi(member);
         DISPPARAMS parameters = arguments.parameters();
         const auto invoke = [&](VARIANT* result, EXCEPINFO* exception, UINT* badArgument) {
-            HRESULT answer = 7777; // kept if the member throws
+            HRESULT code = 7777; // kept if the member throws
             // A host can set any floating-point environment.
             fesetround(roundingMode);
             feenableexcept(FE_ALL_EXCEPT);
@@ -106,20 +106,20 @@ struct Invoke : testing::Test
             _mm_setcsr(_mm_getcsr() & ~_MM_MASK_DENORM);
 #endif
             try {
-                answer = info->Invoke(&probe, id, flags, &parameters, result, exception, badArgument);
+                code = info->Invoke(&probe, id, flags, &parameters, result, exception, badArgument);
             } catch (const std::runtime_error&) {}
             fesetenv(FE_DFL_ENV);
-            return answer;
+            return code;
         };
         probe.received.clear();
         VARIANT written = Variant(4711).get();
         EXCEPINFO exception;
         std::memset(&exception, 0x55, sizeof exception);
         UINT badArgument = 77;
-        const HRESULT answer = invoke(&written, &exception, &badArgument);
+        const HRESULT code = invoke(&written, &exception, &badArgument);
         const Variant result = Variant::adopt(written);
-        std::string words = answer == S_OK ? "" : ' ' + asWord(kel::describe(answer));
-        if (answer == DISP_E_EXCEPTION && !exception.bstrDescription && !exception.pfnDeferredFillIn)
+        std::string words = code == S_OK ? "" : ' ' + asWord(kel::describe(code));
+        if (code == DISP_E_EXCEPTION && !exception.bstrDescription && !exception.pfnDeferredFillIn)
             words += ':' + std::to_string(exception.scode + exception.wCode);
         if (badArgument != 77)
             words += '@' + std::to_string(badArgument);
@@ -129,7 +129,7 @@ struct Invoke : testing::Test
         peer->AddRef();
         EXPECT_EQ(isPeer ? 2U : 1U, peer->Release()) << "only the result may add a reference to the peer";
         EXPECT_EQ(1U, probe.references) << "after the call, Invoke must hold no reference";
-        EXPECT_EQ(answer, invoke(nullptr, nullptr, nullptr)) << "missing outputs must not matter";
+        EXPECT_EQ(code, invoke(nullptr, nullptr, nullptr)) << "missing outputs must not matter";
         return words.substr(1);
     }
 
@@ -176,7 +176,7 @@ TEST_F(Invoke, CallsReturnWhatIsListedAndLeakNothing)
             int flags = 0;
             words >> member >> flags;
             if (member == ":") {
-                probe.answer = flags;
+                probe.code = flags;
                 words >> probe.behaviour;
                 return;
             }

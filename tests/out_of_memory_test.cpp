@@ -99,11 +99,11 @@ struct OutOfMemory : DomTest
 
     /// Whether the caller notices a failure: by an exception before any output is written, by the result
     /// code, or by a null BSTR.
-    static bool isReported(HRESULT answer, const Out& out)
+    static bool isReported(HRESULT code, const Out& out)
     {
-        if (answer == kThrown)
+        if (code == kThrown)
             return out.isUntouched();
-        return answer != S_OK || out.isNull();
+        return code != S_OK || out.isNull();
     }
 
     /// Makes each allocation of the call fail in turn.
@@ -114,9 +114,9 @@ struct OutOfMemory : DomTest
             Objects objects = prepare();
             Out out;
             SCOPED_TRACE("allocation " + std::to_string(nth));
-            HRESULT answer = kThrown;
-            hasFailed = allocations::failsIn(nth, [&] { answer = call.make(objects, out); });
-            EXPECT_EQ(hasFailed, isReported(answer, out)) << "only a failure must be reported";
+            HRESULT code = kThrown;
+            hasFailed = allocations::failsIn(nth, [&] { code = call.make(objects, out); });
+            EXPECT_EQ(hasFailed, isReported(code, out)) << "only a failure must be reported";
             EXPECT_EQ(lengthOf(*listOf(*objects.root)), lengthOf(*objects.list)) << "children in the list";
             EXPECT_EQ(lengthOf(*find(objects)), lengthOf(*objects.found)) << "elements in the list";
             append(*objects.root, *objects.spare);
@@ -260,10 +260,10 @@ TEST_F(OutOfMemory, AFailedFirstLookupOfANameDoesNotBreakTheNextOne)
         for (std::size_t nth = 1; hasFailed; ++nth) {
             const auto document = newDocument();
             DISPID id = DISPID_UNKNOWN;
-            HRESULT answer = kThrown;
-            const auto ask = [&] { answer = document->GetIDsOfNames(IID_IUnknown, names, 1, 0, &id); };
+            HRESULT code = kThrown;
+            const auto ask = [&] { code = document->GetIDsOfNames(IID_IUnknown, names, 1, 0, &id); };
             hasFailed = allocations::failsIn(nth, ask);
-            EXPECT_EQ(answer == S_OK ? 58 : DISPID_UNKNOWN, id) << "allocation " << nth;
+            EXPECT_EQ(code == S_OK ? 58 : DISPID_UNKNOWN, id) << "allocation " << nth;
             ask();
             EXPECT_EQ(58, id) << "after allocation " << nth;
         }

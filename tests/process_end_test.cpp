@@ -63,8 +63,8 @@ struct LastCalls
         ITypeLib* library = nullptr;
         write(keltest::stamped("<identity name='" + QByteArray(hasCodecs ? "With" : "Without") +
                                "' uuid='00000000-0000-0000-0000-000000000001' version='1.0'/></library>"));
-        const HRESULT answer = KelTypelib::LoadTypeLib(path.get().bstrVal, &library);
-        requireEqual(answer, hasCodecs ? S_OK : TYPE_E_CANTLOADLIBRARY, "LoadTypeLib needs codecs");
+        const HRESULT code = KelTypelib::LoadTypeLib(path.get().bstrVal, &library);
+        requireEqual(code, hasCodecs ? S_OK : TYPE_E_CANTLOADLIBRARY, "LoadTypeLib needs codecs");
         std::puts(file.c_str());
     }
 };

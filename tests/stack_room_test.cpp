@@ -33,9 +33,9 @@ struct StackRoom : DomTest
         EXPECT_EQ(0, getrlimit(resource, &usual));
         const rlimit low = {most, usual.rlim_max};
         EXPECT_EQ(0, setrlimit(resource, &low));
-        const auto answer = work();
+        const auto result = work();
         EXPECT_EQ(0, setrlimit(resource, &usual));
-        return answer;
+        return result;
     }
 
     static HRESULT loadNested(int depth) { return newDocument()->loadXML(nested(depth).get(), nullptr); }

@@ -149,9 +149,9 @@ private:
     }
     void loadInto(const Held& held, const Text& text)
     {
-        const HRESULT answer = asDocument(held).loadXML(Bstr(text.xml.c_str()).get(), nullptr);
-        if (answer != (text.isLoaded ? S_OK : S_FALSE))
-            fail("loadXML accepts what Qt accepts: code " + shown(answer) + " for " + shown(text.xml));
+        const HRESULT code = asDocument(held).loadXML(Bstr(text.xml.c_str()).get(), nullptr);
+        if (code != (text.isLoaded ? S_OK : S_FALSE))
+            fail("loadXML accepts what Qt accepts: code " + shown(code) + " for " + shown(text.xml));
         if (text.xml.empty())
             return;
         createTree(*held.model);
@@ -267,9 +267,9 @@ private:
         const bool isSearch = canSearch && m_choose(3);
         HeldList list{{nullptr, makeObject(source->kind, source->node, source->handle)},
                       isSearch ? oneOf(kTags) : nullptr};
-        const HRESULT answer = isSearch ? source.object->selectNodes(Bstr(list.tag).get(), list.object.put())
-                                        : source.object->get_childNodes(list.object.put());
-        requireOk(answer, isSearch ? "selectNodes" : "get_childNodes");
+        const HRESULT code = isSearch ? source.object->selectNodes(Bstr(list.tag).get(), list.object.put())
+                                      : source.object->get_childNodes(list.object.put());
+        requireOk(code, isSearch ? "selectNodes" : "get_childNodes");
         m_lists.push_back(std::move(list));
     }
     void useList()
@@ -282,9 +282,9 @@ private:
         const unsigned index = isNext ? list.cursor : m_choose(expected.size() + 1);
         const NodePtr node = index < expected.size() ? expected[index] : nullptr;
         ComPtr<IXMLDOMNode> item;
-        const HRESULT answer = isNext ? list.object->nextNode(item.put())
-                                      : list.object->get_item(static_cast<LONG>(index), item.put());
-        requireOk(answer, isNext ? "nextNode" : "get_item", bool(node));
+        const HRESULT code = isNext ? list.object->nextNode(item.put())
+                                    : list.object->get_item(static_cast<LONG>(index), item.put());
+        requireOk(code, isNext ? "nextNode" : "get_item", bool(node));
         list.cursor += isNext && node ? 1 : 0;
         keepAsIs(item, node, list->handle);
     }

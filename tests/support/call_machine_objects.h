@@ -111,9 +111,9 @@ inline void compare(IXMLDOMNode& object, const Node& node, int type)
     requireEqual(nameOf(object), node.name, "get_nodeName fits the model");
     Bstr text;
     const bool hasText = type == NODE_ELEMENT || type == NODE_TEXT || type == NODE_CDATA_SECTION;
-    const HRESULT answer = object.get_text(text.put());
+    const HRESULT code = object.get_text(text.put());
     if (type != NODE_DOCUMENT)
-        requireOk(answer, "get_text", hasText);
+        requireOk(code, "get_text", hasText);
     requireEqual(std::wstring(text.c_str()), node.text(), "get_text fits the model");
     Variant value;
     type == NODE_ATTRIBUTE ? static_cast<IXMLDOMAttribute&>(object).get_value(value.put())
@@ -131,9 +131,9 @@ inline void compare(const Held& held)
     held.object->hasChildNodes(&has);
     requireEqual<int>(has, !node.children.empty(), "hasChildNodes fits the model");
     ComPtr<IXMLDOMNode> parent;
-    const HRESULT answer = held.object->get_parentNode(parent.put());
+    const HRESULT code = held.object->get_parentNode(parent.put());
     const NodePtr above = node.parent.lock();
-    requireOk(answer, "get_parentNode", bool(above));
+    requireOk(code, "get_parentNode", bool(above));
     requireEqual(parent ? nameOf(*parent) : L"", above ? above->name : L"", "get_parentNode fits the model");
 }
 

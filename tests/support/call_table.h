@@ -18,7 +18,7 @@ public:
     void call(Row& words)
     {
         SCOPED_TRACE(words.where);
-        std::string object, member, answer = "done", expected, name;
+        std::string object, member, codeWord = "done", expected, name;
         words >> object >> member;
         if (member == "new") {
             keep(object, ComPtr<IDispatch>(newDocument().get()));
@@ -31,7 +31,7 @@ public:
             return;
         }
         Arguments arguments = m_variants.argumentsOf(words);
-        words >> answer >> expected >> name;
+        words >> codeWord >> expected >> name;
         Variant result;
         const WORD flags =
             arguments.names.empty() ? DISPATCH_METHOD | DISPATCH_PROPERTYGET : DISPATCH_PROPERTYPUT;
@@ -43,7 +43,7 @@ public:
             given->QueryInterface(IID_IXMLDOMNode, reinterpret_cast<void**>(node.put()));
         const std::wstring nodeName = node ? nameOf(*node) : given ? L"" : L"-";
         const std::string word = wordOf(result.get(), std::string(nodeName.begin(), nodeName.end()));
-        EXPECT_EQ(answer + ' ' + (expected.empty() ? word : expected),
+        EXPECT_EQ(codeWord + ' ' + (expected.empty() ? word : expected),
                   asWord(kel::describe(code)) + ' ' + word);
         if (!name.empty())
             keep(name, given);

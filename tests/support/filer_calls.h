@@ -30,7 +30,7 @@ struct Call
     int required = 0; ///< the first so many texts must not be null or empty
     void (*byQt)(W writer, Q one, Q two) = [](W, Q, Q) {}; ///< the same call on Qt's writer
 
-    int answer(IKelXmlFiler& to, Text one, Text two) const { return vtable_calls::call(&to, slot, one, two); }
+    int status(IKelXmlFiler& to, Text one, Text two) const { return vtable_calls::call(&to, slot, one, two); }
     int expected(Text one, Text two) const
     {
         const bool isMissing = (required > 0 && !(one && *one)) || (required > 1 && !(two && *two));
@@ -126,7 +126,7 @@ private:
         };
         m_log += std::string(" ") + call.name + '(' + start(one) + ", " + start(two) + ')';
         const int expected = call.expected(one, two);
-        requireEqual(call.answer(*m_filer, one, two), expected, "the status matches the texts");
+        requireEqual(call.status(*m_filer, one, two), expected, "the status matches the texts");
         if (expected == KelXmlLib::eStatusAccepted)
             call.byQt(m_qt, writtenOf(one), writtenOf(two));
     }

@@ -36,8 +36,8 @@ template <class Object, class Interface, class Out>
 ComPtr<Out> get(Object& object, HRESULT (Interface::*getter)(Out**))
 {
     ComPtr<Out> out;
-    const HRESULT answer = (object.*getter)(out.put());
-    requireOk(answer, out ? "a getter of an object" : "a getter of null", bool(out));
+    const HRESULT code = (object.*getter)(out.put());
+    requireOk(code, out ? "a getter of an object" : "a getter of null", bool(out));
     return out;
 }
 

@@ -25,9 +25,9 @@ std::wstring nameOf(Object& object, INT member)
     kel::Bstr name;
     wchar_t before[] = L"before", *documentation = before, *helpFile = before;
     DWORD context = 9;
-    const HRESULT answer = object.GetDocumentation(member, name.put(), &documentation, &context, &helpFile);
+    const HRESULT code = object.GetDocumentation(member, name.put(), &documentation, &context, &helpFile);
     require(!documentation && !helpFile && context == 0, "GetDocumentation returns only a name");
-    return answer == S_OK ? name.c_str() : std::to_wstring(answer);
+    return code == S_OK ? name.c_str() : std::to_wstring(code);
 }
 
 /// A type in C++ notation. A type that the library does not describe is "other".
