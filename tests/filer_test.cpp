@@ -71,8 +71,8 @@ TEST_F(FilerTest, WithoutAnOpenFileCallsReturnTheUsualStatusAndWriteNothing)
         EXPECT_EQ(messages.size(), isClosed ? 1 : 0) << "only a closed file may warn";
         messages.clear();
     }
-    EXPECT_EQ(contentOf(pathOf("other")), "other");
-    EXPECT_EQ(contentOf(QString::fromStdWString(m_path)), "\n<r");
+    EXPECT_EQ(contentOf(pathOf("other")).toStdString(), "other");
+    EXPECT_EQ(contentOf(QString::fromStdWString(m_path)).toStdString(), "\n<r");
     for (const Text path : {Text(nullptr), L""})
         EXPECT_FALSE(morvCreateXmlFiler(path, KelXmlLib::eEncodingUtf8, 0, true, true, nullptr, nullptr));
     EXPECT_FALSE(QFile::exists(pathOf("missing")));

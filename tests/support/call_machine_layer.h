@@ -205,7 +205,8 @@ private:
             refusal = error.what();
         }
         if (isPossible != refusal.empty())
-            fail(name + (isPossible ? " is possible: found " : " is impossible: found no error") + refusal);
+            fail(name + (isPossible ? " is possible: it throws " : " is impossible: it throws nothing") +
+                 refusal);
         return isPossible;
     }
 
