@@ -31,9 +31,11 @@ std::optional<Path> Path::from(const VARIANT& path)
     return path.vt == VT_BSTR ? from(path.bstrVal) : std::nullopt;
 }
 
-bool isUsable(const std::string& path)
+const char* refusalOf(const std::string& path)
 {
-    return hasCodecs() && path.find('\0') == std::string::npos;
+    if (path.find('\0') != std::string::npos)
+        return "the path contains a null character";
+    return hasCodecs() ? nullptr : "the process is exiting";
 }
 
 } // namespace kelxml::files

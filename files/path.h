@@ -37,9 +37,7 @@ private:
     QString m_name;
 };
 
-/// Whether the bytes of `path` may be passed to the system as a file name.
-bool isUsable(const std::string& path);
-/// The error message for a path that is not usable.
-constexpr const char* kNotUsable = "the path contains a null character, or the process is ending";
+/// \return why the bytes of `path` must not be passed to the system as a file name; null if they may
+const char* refusalOf(const std::string& path);
 
 } // namespace kelxml::files

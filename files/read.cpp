@@ -66,8 +66,8 @@ Contents read(const Path& path)
 
 Contents read(const std::string& path)
 {
-    if (!isUsable(path))
-        return unreadable(QString::fromLatin1(kNotUsable));
+    if (const char* const refusal = refusalOf(path))
+        return unreadable(QString::fromLatin1(refusal));
     File file;
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (descriptor < 0 || !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))

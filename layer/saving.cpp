@@ -14,8 +14,8 @@ namespace
 
 kelxml::files::FileReplacement openReplacement(const std::string& path)
 {
-    if (!kelxml::files::isUsable(path))
-        throw SaveError(path, kelxml::files::kNotUsable);
+    if (const char* const refusal = kelxml::files::refusalOf(path))
+        throw SaveError(path, refusal);
     if (path.empty())
         throw std::system_error(ENOENT, std::generic_category());
     kelxml::files::ensureMemoryForQt();

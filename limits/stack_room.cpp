@@ -67,8 +67,8 @@ Stack stackOfThread()
 std::size_t freeStack()
 {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    // The kernel puts the program's name at the top of the first stack. The C library would read the top from
-    // /proc, which is not always mounted.
+    // The kernel puts the program's name at the top of the first stack. The C library is not asked for the
+    // top, because it reads /proc, which is not always mounted.
     const std::uintptr_t top = ::getauxval(AT_EXECFN);
     if (Stack{top - kMaxFirstStack, top}.contains(here)) {
         // The limit can change at any time, even to less than the stack in use.

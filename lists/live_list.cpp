@@ -1,7 +1,7 @@
 // A list that caches nodes is registered under the node whose children or descendants it lists. Before a node
 // is inserted or removed, the child lists of its parent drop their caches. For each element in the subtree of
-// the node, the ancestors' lists for its tag name also drop theirs. The lists of other nodes do not slow down
-// a change.
+// the node, so do the lists of the parent and its ancestors for the tag name of the element. The lists of
+// other nodes do not slow down a change.
 
 #include "lists/live_list.h"
 
@@ -18,8 +18,8 @@ namespace kelxml::lists
 namespace
 {
 
-/// A node's children are cached if there are at least this many. Fewer children are walked from the first one
-/// each time. Lists by tag name are always cached, because finding their elements scans the document.
+/// A node's children are cached if there are at least this many. If there are fewer, each call walks from the
+/// first child. Lists by tag name are always cached, because finding their elements scans the document.
 constexpr std::size_t kMinCachedLength = 8;
 
 /// A registered list: the address of its node, whether the list is by tag name, the tag name, and the list

@@ -8,9 +8,9 @@
 namespace kelxml::qt
 {
 
-/// The document that an object keeps alive and passes on to every object reached from it. An object of a
-/// document that was never loaded has a null `handle`. A node of another document that is passed to such an
-/// object is returned as a new object; `fallback` then keeps the node's document alive.
+/// The document that an object keeps alive and passes on to every object reached from it. `handle` is null if
+/// the document was never loaded. If a node of another document is appended to such an object or removed from
+/// it, the returned object uses `fallback` to keep the document of that node alive.
 struct DocumentRef
 {
     const QDomDocument& handle;

@@ -42,7 +42,7 @@ grep -q 'the standard input: ' closed.txt ||
 
 # Help, completion and the manual page know every command.
 expect 0 "kelxml $version" --version
-expect 0 'Exit code: 0 yes' --help
+expect 0 'Exit code: 0 success' --help
 expect 2 'no command given'
 expect 2 "unknown command 'frob'" frob
 commands=$("$kelxml" help | sed -n 's/^  kelxml \([a-z]*\) [A-Z].*/\1/p')

@@ -13,7 +13,7 @@
 namespace kel
 {
 
-/// \return what a result means, in a few words; "unknown answer 0x..." for a code that is not listed here
+/// \return what a result means, in a few words; "unknown result 0x..." for a code that is not listed here
 inline std::string describe(HRESULT result)
 {
     static constexpr struct
@@ -37,7 +37,7 @@ inline std::string describe(HRESULT result)
         {DISP_E_OVERFLOW, "a number is out of range"},
         {DISP_E_BADINDEX, "no such index"},
         {DISP_E_BADPARAMCOUNT, "wrong number of arguments"},
-        {DISP_E_PARAMNOTOPTIONAL, "an argument that must be given is missing"},
+        {DISP_E_PARAMNOTOPTIONAL, "a required argument is missing"},
         {TYPE_E_INVDATAREAD, "the type library is damaged"},
         {TYPE_E_LIBNOTREGISTERED, "the type library is not registered"},
         {TYPE_E_ELEMENTNOTFOUND, "the type library does not describe that interface"},
@@ -47,7 +47,7 @@ inline std::string describe(HRESULT result)
         if (known.result == result)
             return known.words;
     char words[32];
-    std::snprintf(words, sizeof words, "unknown answer 0x%08X", static_cast<unsigned>(result));
+    std::snprintf(words, sizeof words, "unknown result 0x%08X", static_cast<unsigned>(result));
     return words;
 }
 
@@ -64,7 +64,7 @@ public:
     {}
     /// \param code the result that reports the failure
     /// \param action what failed
-    /// \param reason why it failed; replaces the meaning of `code` in `what()`
+    /// \param reason why it failed; `what()` contains this instead of the meaning of `code`
     Error(HRESULT code, const std::string& action, const std::string& reason)
         : std::runtime_error(action + ": " + reason), m_code(code)
     {}

@@ -27,17 +27,17 @@ constexpr unsigned PathCapacity = 1024;
 KEL_EXPORT HRESULT GetTlbFilePath(const GUID& library, wchar_t* path);
 
 /// Loads a type library. The first call for a path reads the file, and later calls return the same library.
-/// After the path was registered again, the next call reads the file again. A library that was loaded before
+/// After the path is registered again, the next call reads the file again. A library that was loaded before
 /// does not change. Files with equal contents share one library.
 /// \param path a local file
 /// \param library receives the library, on success only. The service owns it, and the caller does not release
-///        it. An `ITypeInfo` of the library keeps alive what it needs
+///        it. An `ITypeInfo` of the library stays valid as long as a reference to it is held
 /// \return `S_OK`; `E_POINTER`; `TYPE_E_CANTLOADLIBRARY` if the file is missing, unreadable or not a regular
 ///         file; `TYPE_E_INVDATAREAD` if the file is not a valid type library
 KEL_EXPORT HRESULT LoadTypeLib(const wchar_t* path, ITypeLib** library);
 
 /// Registers a path for an identifier, and replaces any earlier path. Does not open the file, but makes the
-/// next `LoadTypeLib` read it again. After a host has replaced a file, it registers the path again.
+/// next `LoadTypeLib` read it again. If you replace a file, register its path again.
 /// \param library the identifier, such as `LIBID_MSXML`
 /// \param path zero-terminated; the service copies it
 /// \return `S_OK`; `E_INVALIDARG` if the path is null, empty or longer than `PathCapacity` allows

@@ -59,7 +59,7 @@ static_assert(sizeof(GUID) == 16, "identifiers are compared as 16 bytes");
 constexpr VARIANT_BOOL VARIANT_FALSE = 0; ///< all bits clear
 constexpr VARIANT_BOOL VARIANT_TRUE = -1; ///< all bits set
 
-/// Success. A no-op returns it too, and writes nothing.
+/// Success. Also returned by no-ops, which do nothing: docs/no-ops.md lists them.
 constexpr HRESULT S_OK = 0;
 /// The method did not do its work, because an argument is missing or unusable, or there is nothing to return.
 constexpr HRESULT S_FALSE = 1;

@@ -28,5 +28,5 @@ protected:
 };
 
 /// The identifier of `IUnknown`. `QueryInterface` always returns the same pointer for it, so two pointers
-/// refer to the same object exactly if their `IUnknown` pointers are equal.
+/// refer to the same object if and only if their `IUnknown` pointers are equal.
 extern "C" KEL_EXPORT const GUID IID_IUnknown;

@@ -102,7 +102,7 @@ const Command* commandNamed(std::string_view name)
 
 constexpr char kFilesAndCodes[] =
     "The file name \"-\" means the standard input or output. Words after \"--\" are never options.\n"
-    "Exit code: 0 yes or done, 1 no or failed, 2 wrong command line.\n";
+    "Exit code: 0 success, 1 nothing found or failure, 2 wrong command line.\n";
 
 void printUsage(std::ostream& stream)
 {
