@@ -74,7 +74,8 @@ struct LibraryDocument
     ComPtr<IXMLDOMDocument> document = newDocument();
 };
 
-/// One text in three forms: for the interfaces, as the program's own string, and for Qt.
+/// One text in three forms: a BSTR for the interfaces, a `std::wstring` as a host has it, and a `QString` for
+/// Qt.
 struct Text
 {
     explicit Text(const QString& text) : bstr(bstrOf(text)), wide(text.toStdWString()), ready(text) {}
@@ -120,7 +121,7 @@ struct LibraryTree
     ComPtr<IXMLDOMElement> root;
     ComPtr<IXMLDOMElement> otherRoot;
     std::vector<ComPtr<IXMLDOMElement>> elements;
-    std::vector<ComPtr<IXMLDOMNamedNodeMap>> maps; ///< of `elements`; filled by the benchmarks that use them
+    std::vector<ComPtr<IXMLDOMNamedNodeMap>> maps; ///< of `elements`; filled only by benchmarks that use them
 };
 
 /// `flatTree` in Qt, with the handles of the children, and a second document to append to.
@@ -135,7 +136,7 @@ struct QtTree
     std::vector<QDomNamedNodeMap> maps;
 };
 
-/// Pairs work with the library and work with Qt. Each repetition gets a new `Library` or `Qt`.
+/// Makes a pair of the same work with the library and with Qt. Each repetition gets a new `Library` or `Qt`.
 /// \param arguments for the constructors of both
 template <class Library, class Qt, class Work, class QtWork, class... Arguments>
 Pair onFresh(std::int64_t items, Work work, QtWork qtWork, Arguments... arguments)

@@ -29,13 +29,13 @@ private:
 /// unchanged.
 ///
 /// - The new file is created in the directory of the old file. If the file system supports it, the new file
-///   has no name until `commit`, so nothing of it remains if the process is killed before.
+///   has no name until `commit`, so nothing of it remains if the process is killed before then.
 /// - Symbolic links are followed as the kernel follows them. The link stays, and its target is replaced. If
 ///   the target does not exist, it is created.
 /// - A file that the process has no permission to write is not replaced.
 /// - Permissions, owner, group and access control list are preserved. If the system does not allow this,
-///   nobody gets more rights than before: if the owner changes, the set-uid bit is cleared; if the group
-///   changes, the group and others keep only the permissions that both the group and others had; if the list
+///   nobody gets more rights than before. If the owner changes, the set-uid bit is cleared. If the group
+///   changes, a permission remains only if the group and others both had it. If the access control list
 ///   cannot be copied, only the owner's permissions remain.
 /// - If a file has several names (hard links), only the given name refers to the new file. The other names
 ///   still refer to the old file.

@@ -1,4 +1,4 @@
-// Refuses a path that cannot be a file name, before any system call.
+// Writes to a new file, and reports the system's reason if that fails.
 
 #include "layer/saving.h"
 

@@ -19,21 +19,20 @@ struct Converted
 };
 
 /// Converts a text without changing any character. Refuses invalid UTF-8, wide units that are not characters,
-/// and zeros.
+/// and null characters.
 Converted convert(TextView text);
 
-/// Converts a text like `convert`. \throw Error if it is invalid
+/// Does what `convert` does. \throw Error if the text is invalid
 QString toText(TextView text);
 
 /// Converts a text for a node or an attribute, like `toText`. \throw Error also if it contains characters
 /// that XML does not allow, because no parser would read them
 QString toContent(TextView text);
 
-/// Converts a text like `toContent`, but replaces wide units that are not characters by U+FFFD, as the filer
-/// does.
+/// Does what `toContent` does, but replaces wide units that are not characters by U+FFFD, as the filer does.
 QString toCharacters(TextView text);
 
-/// Converts a name like `toText`. \throw Error also if Qt's parser would not read it as a name
+/// Does what `toText` does. \throw Error also if Qt's parser would not read the text as a name
 QString toName(TextView name);
 
 /// Escapes control characters in a path or a name, so that a message stays on one line.

@@ -51,7 +51,7 @@ private:
     {
         QString text; // the value; the parser adds a space at both ends of a parameter entity's value
         Kind kind = Kind::General;
-        qint64 literalLength = 0; // length in a quoted value, where references replace quotes
+        qint64 literalLength = 0; // length in a quoted value; each quote counts as a reference
     };
 
     // Each function reads the rest of one construct. Its caller has read the first characters. The result

@@ -1,5 +1,6 @@
 // Writes the same layout as Qt, including its oddities: each element in a namespace has a declaration of this
-// namespace, and a line break follows each comment and instruction, even if `indent` is -1.
+// namespace, and even if `indent` is -1, a line break follows each instruction, and each comment that no text
+// follows.
 
 #include "qt/movable_node.h"
 #include "serialize/attributes.h"
@@ -93,7 +94,6 @@ private:
     void writeAttribute(const Attribute& attribute, QSet<QString>* declared);
     void writeText(const QDomNode& text);
     void writeComment(const QDomNode& comment, bool isAfterText);
-    void writeInstruction(const QDomNode& instruction);
     void writeDoctypeBefore(const QDomNode& node);
     void indent() { m_output.putSpaces(std::max(0, m_options.indent) * m_depth); }
     template <class... Texts>

@@ -51,7 +51,7 @@ class Replacing(Files):
         if by_nobody and IS_ROOT:
             how |= {'user': NOBODY, 'group': NOBODY, 'extra_groups': []}
         limit = (lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (most, most))) if most else None
-        # Python ignores SIGXFSZ, the signal for a file that becomes too long. Without `restore_signals`, so does the child.
+        # Python ignores SIGXFSZ, the signal for a file that becomes too long. With `restore_signals=False`, so does the child.
         done = subprocess.run([kelxml, 'copy', source, path], env=ENVIRONMENT,
                               stderr=subprocess.PIPE, text=True, preexec_fn=limit, restore_signals=False, **how)
         reasons = [code for code in errno.errorcode if done.stderr.rstrip().endswith(f'{path}: {os.strerror(code)}')]
@@ -94,16 +94,17 @@ class Replacing(Files):
         self.assertEqual('old', self.file.read_text())
         self.assertEqual({'file', 'loop'}, set(os.listdir(self.top)))
 
-    def test_a_file_that_becomes_too_long_keeps_its_old_text_even_if_it_is_written_in_place(self):
+    def test_a_write_beyond_the_size_limit_keeps_the_old_text_even_if_the_file_is_written_in_place(self):
         self.file.write_text('old')
         if IS_ROOT:
             os.chown(self.file, NOBODY, NOBODY)
         inode = self.file.stat().st_ino
-        for permissions in 0o777, 0o555:
-            with self.subTest(permissions=oct(permissions)):
+        for permissions, old in (0o777, 'old'), (0o777, ''), (0o555, ''), (0o555, 'old'):
+            with self.subTest(permissions=oct(permissions), old=old):
                 self.top.chmod(permissions)
+                self.file.write_text(old)
                 self.assertEqual(errno.EFBIG, self.replace(self.file, 'x' * 10000, by_nobody=True, most=4096))
-                self.assertEqual('old', self.file.read_text())
+                self.assertEqual(old, self.file.read_text())
                 self.assertEqual(['file'], os.listdir(self.top))
         for text in 'new and longer', 'short':
             self.assertEqual(0, self.replace(self.file, text, by_nobody=True))

@@ -53,12 +53,12 @@ TEST_F(Layer, AValueOfAnotherTypeIsReadAsTheDefault)
     EXPECT_EQ(42, root.attribute("i", 0));
     EXPECT_EQ(7, root.attribute("big", 7)) << "a number too large for an int must give the default";
     EXPECT_EQ(4294967296, root.attribute(L"big", 7L));
-    EXPECT_EQ(7u, root.child("n").text(7u)) << "a negative number must give an unsigned default";
+    EXPECT_EQ(7u, root.child("n").text(7u)) << "a negative number read as unsigned must give the default";
     EXPECT_EQ(-7, root.child("n").text(short{1}));
     EXPECT_EQ(0.1, root.attribute("d", 0.0));
-    EXPECT_EQ(5, root.attribute("d", 5)) << "a fraction must give an int default";
+    EXPECT_EQ(5, root.attribute("d", 5)) << "a fraction read as an int must give the default";
     EXPECT_TRUE(root.attribute("t", false));
-    EXPECT_TRUE(root.attribute("i", true)) << "a number other than 0 and 1 must give a bool default";
+    EXPECT_TRUE(root.attribute("i", true)) << "42 read as a bool must give the default";
     EXPECT_EQ(L"h\u00e9\U0001f600", root.attribute("w", L""));
     EXPECT_EQ("h\xC3\xA9\xF0\x9F\x98\x80", root.attribute("w", ""));
     EXPECT_EQ("", root.child("e").text("default")) << "an empty text must not give the default";
@@ -235,7 +235,7 @@ TEST_F(Layer, ASaveWritesTheWholeFileOrKeepsTheOldOne)
     EXPECT_EQ(path + ": the document is empty", messageOf([&] { kel::Document().save(path); }));
 }
 
-TEST_F(Layer, AWriterClosesOpenElementsInAnyOrder)
+TEST_F(Layer, TheElementsOfAWriterCanBeDestroyedInAnyOrder)
 {
     const std::string path = pathOf("written.xml").toStdString();
     expectNoLeaks([&path] {

@@ -55,7 +55,7 @@ struct LoadSave : DomTest
     }
 };
 
-TEST_F(LoadSave, APathThatNoFileNameCanExpressIsRefusedAndNoOtherFileIsUsed)
+TEST_F(LoadSave, APathThatCannotBeEncodedIsRefusedAndNoOtherFileIsUsed)
 {
     auto document = documentOf(L"<a/>");
     QTextCodec* const locales = QTextCodec::codecForLocale();

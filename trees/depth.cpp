@@ -19,9 +19,9 @@ namespace kelxml::trees
 namespace
 {
 
-/// No attribute has ever contained more levels than this. Qt needs quadratic time to list the attributes of
-/// an element, so subtrees are first measured without attributes, with this number of levels in reserve. If a
-/// subtree does not fit, it is measured again with its attributes.
+/// An upper bound of the number of levels in any attribute so far. Qt needs quadratic time to list the
+/// attributes of an element, so subtrees are first measured without attributes, with this number of levels in
+/// reserve. If a subtree does not fit, it is measured again with its attributes.
 std::atomic<int> levelsInAttributes{0};
 
 bool isPlainAttribute(const QDomNode& attribute)

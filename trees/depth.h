@@ -12,7 +12,8 @@ namespace kelxml::trees
 /// limit. The time grows with the depth of `parent` and the size of `child`. \throw std::bad_alloc
 bool fitsBelow(const QDomNode& parent, const QDomNode& child);
 
-/// Whether no path from `root` down has more than `depth` nodes, `root` included.
+/// Whether the tree of `root` has fewer than `depth` levels. Then no path in it has more than `depth` nodes,
+/// because a leaf at the end of a path is not a level.
 bool isNoDeeperThan(const QDomNode& root, int depth);
 
 } // namespace kelxml::trees

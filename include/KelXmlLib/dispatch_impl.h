@@ -70,7 +70,7 @@ private:
     std::int32_t m_nCount = 0;
 };
 static_assert(sizeof(CComTypeInfoHolder) == 56,
-              "every object begins with the holder, so its size is part of their layout");
+              "the holder is at the start of every object, so its size is part of each layout");
 
 /// Implements the IDispatch methods of `Interface` with a `Holder`. The library defines the methods, and
 /// instantiates them for its six interfaces.

@@ -60,7 +60,7 @@ private:
     QDomDocument m_document;                          ///< keeps the Qt document alive
     std::unique_ptr<const QDomDocument>
         m_fallbackDocument;  ///< keeps the node's document alive when `m_document` is null
-    QDomNode m_ownerElement; ///< the element, if the list has an attribute's children; released last
+    QDomNode m_ownerElement; ///< for an attribute's children, its element; released last
     kelxml::InPlace<kelxml::lists::LiveList, 56>
         m_live; ///< reads the nodes; released before `m_ownerElement`
 };

@@ -1,5 +1,5 @@
-// Replaces the functions of the C library's allocator. Under a sanitizer, does not: the sanitizer has its own
-// allocator, and counts the allocated bytes itself.
+// Replaces the functions of the C library's allocator. Replaces nothing under a sanitizer, which has its own
+// allocator and counts the allocated bytes itself.
 
 #include "support/allocations.h"
 

@@ -1,5 +1,5 @@
-// The part of the call machine (call_machine.h) that calls the C++ layer. The layer's values refer to the
-// same trees as the objects.
+// The part of the call machine (call_machine.h) that calls the C++ layer. A value is a `kel::Node`, an object
+// is an `IXMLDOMNode`. Both refer to the same trees.
 
 #pragma once
 
@@ -194,7 +194,7 @@ private:
         return isThere ? place[step] : nullptr;
     }
 
-    /// Tries a change. It must throw if and only if it is not possible. \return whether it was made
+    /// Makes a change, which must throw if and only if `isPossible` is false. \return `isPossible`
     template <class Change>
     static bool expect(const std::string& name, const HeldValue& parent, bool isPossible, Change change)
     {
@@ -205,7 +205,7 @@ private:
             refusal = error.what();
         }
         if (isPossible != refusal.empty())
-            fail(name + (isPossible ? " is possible: it throws " : " is impossible: it throws nothing") +
+            fail(name + (isPossible ? " must succeed, but it throws: " : " must throw, but it does not") +
                  refusal);
         return isPossible;
     }

@@ -28,11 +28,16 @@ struct Arguments
     std::vector<DISPID> names{};
 };
 
-/// Makes VARIANTs from words. Owns what the VARIANTs point to, except objects. The words are: `i4:-7` a type
-/// and a value `0x2003:0`                   a type by its number `r8:0x7ff0000000000000`      a
-/// floating-point number by its bits `bstr:a_{b|3}`, `bstr`       the text "a bbb" (see `expand`); a null
-/// text `unknown:name`               the object with this name in `objects` `&ui1:3`, `*i4:7`            a
-/// reference to a value; a reference to a VARIANT
+/// Makes VARIANTs from words. Owns what the VARIANTs point to, except objects. The words are:
+///
+/// - `i4:-7`: a type and a value
+/// - `0x2003:0`: a type by its number, and a value
+/// - `r8:0x7ff0000000000000`: a floating-point number by its bits
+/// - `bstr:a_{b|3}`: the text "a bbb" (see `expand`)
+/// - `bstr`: a null text
+/// - `unknown:name`: the object with this name in `objects`
+/// - `&ui1:3`: a reference to a value
+/// - `*i4:7`: a reference to a VARIANT
 struct Variants
 {
     VARIANT& of(const std::string& word)
@@ -62,8 +67,8 @@ struct Variants
             value.dblVal = std::strtod(text.c_str(), nullptr);
         return value;
     }
-    /// Reads words up to `->`. A word such as `2=` is the name of an argument: the first name in the row
-    /// belongs to the first argument.
+    /// Reads words up to `->`. A word such as `2=` gives the identifier of a named argument. The identifiers
+    /// belong to the first arguments, in order, wherever they are in the row.
     Arguments argumentsOf(std::istream& words)
     {
         Arguments arguments;
@@ -85,7 +90,7 @@ inline std::string asWord(std::string text)
     return text;
 }
 
-/// \param object the word for an object; the other words come from the value itself
+/// \param object the text after the colon if the value is an object; not used otherwise
 inline std::string wordOf(const VARIANT& value, const std::string& object = {})
 {
     if (value.vt == VT_EMPTY)

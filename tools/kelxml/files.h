@@ -16,7 +16,7 @@ kel::Document load(const std::string& path);
 /// \throw kel::SaveError
 void save(const kel::Document& document, const std::string& path);
 
-/// The path to open for writing to `path`. For "-", the path of the standard output.
+/// Returns `path`, or the path of the standard output if `path` is "-".
 std::string outputPath(const std::string& path);
 
 /// Prints the message of an error to the standard error.
