@@ -139,7 +139,7 @@ std::vector<Row> documentRows()
     const auto loadFile = [](const Size& size) { return load(inputFile(size.value)); };
     const auto loadTags = [](const Size& size) { return load(inputFileOfTags(size.value)); };
     return {{"load", {mime, medium, large}, loadFile, 1.08},
-            {"load of tags", {medium}, loadTags},
+            {"load, almost only tags", {medium}, loadTags},
             {"loadXML", {mime, small, medium}, loadXML, 0.95},
             {"save", {mime, small, medium}, save, 1.02},
             {"filer", {{"10000", 10'000, 20}, {"100000", 100'000, 5}}, file, 1.14}};
