@@ -100,9 +100,10 @@ const Names& names();
 /// One of a thousand short texts. Index 1000 returns the first one again.
 const Text& textAt(std::size_t index);
 
-/// Creates a file with slightly more than this number of bytes: a document with elements, attributes, short
-/// and long texts, and characters beyond ASCII. The file is deleted at exit.
-/// \return the path; if `bytes` is 0, the path of the MIME database instead
+/// Creates a file with slightly more than `bytes` bytes: a document with elements, attributes, short and long
+/// texts, and characters beyond ASCII. The file is deleted at exit. If `bytes` is 0, creates nothing and
+/// returns the path of the system's MIME database, a large XML file.
+/// \return the path
 QString inputFile(std::int64_t bytes);
 /// Creates a file that contains almost only tags. \return its path
 QString inputFileOfTags(std::int64_t bytes);
@@ -112,7 +113,8 @@ QString outputFile(const QString& name);
 /// The text of a document whose root has `count` children. Each child has two attributes and a text.
 QString flatTree(std::int64_t count);
 
-/// `flatTree` in the library, with the objects of its children, and a second document to append to.
+/// The document of `flatTree`, loaded with the library; the objects of the root's children; and a second
+/// document, to which nodes can be appended.
 struct LibraryTree
 {
     explicit LibraryTree(std::int64_t count);
@@ -124,7 +126,8 @@ struct LibraryTree
     std::vector<ComPtr<IXMLDOMNamedNodeMap>> maps; ///< of `elements`; filled only by benchmarks that use them
 };
 
-/// `flatTree` in Qt, with the handles of the children, and a second document to append to.
+/// The document of `flatTree`, loaded with Qt; the handles of the root's children; and a second document, to
+/// which nodes can be appended.
 struct QtTree
 {
     explicit QtTree(std::int64_t count);
@@ -136,7 +139,8 @@ struct QtTree
     std::vector<QDomNamedNodeMap> maps;
 };
 
-/// Makes a pair of the same work with the library and with Qt. Each repetition gets a new `Library` or `Qt`.
+/// Makes a `Pair` whose two sides do the same work, one with the library and one with Qt. Each repetition
+/// gets a new `Library` or `Qt`.
 /// \param arguments for the constructors of both
 template <class Library, class Qt, class Work, class QtWork, class... Arguments>
 Pair onFresh(std::int64_t items, Work work, QtWork qtWork, Arguments... arguments)

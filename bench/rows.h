@@ -25,7 +25,7 @@ struct Side
 struct Pair
 {
     Side library;
-    Side direct;        ///< with Qt alone; for a call by name, through the vtable
+    Side direct;        ///< with Qt alone; in rows of calls by name, through the vtable
     std::int64_t items; ///< the number of calls, nodes or documents in the work
 };
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Creates and changes a document with calls by name only.
+"""Creates and changes a document using only calls by name.
 
 The script needs only ctypes. It calls IDispatch through the object's vtable, as a program in any other language
 would. It loads a document, sets the same attributes as the C++ example in the README, sets a text, and prints
@@ -13,7 +13,7 @@ import sys
 
 VT_I4, VT_BSTR, VT_DISPATCH, VT_BOOL = 3, 8, 9, 11
 METHOD_OR_GET, PUT = 1 | 2, 4
-PROPERTY_PUT = -3  # identifies the value of a property put among the named arguments
+PROPERTY_PUT = -3  # marks the named argument that has the new value when a property is set
 
 
 class Guid(ctypes.Structure):

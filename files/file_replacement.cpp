@@ -121,7 +121,7 @@ std::vector<char> accessListOf(const Descriptor& file)
     return list;
 }
 
-/// Which properties of the old file the new file has.
+/// Whether the new file has the same owner, group and access control list as the old file.
 struct Preserved
 {
     bool owner;
@@ -132,8 +132,9 @@ struct Preserved
 /// Returns the permission bits of the new file. They let nobody do more with the new file than with the old.
 /// A user who had access as the owner, as a member of the group, or through an entry of the access control
 /// list may have lost that role. The kernel then applies the bits of the group or of others to this user, so
-/// these must not allow more. If the group changes, the members of the new group were others before, so the
-/// group's bits must not allow more than the bits of others did.
+/// those bits must not allow anything that the lost role did not allow. If the group changes, the old file
+/// treated the members of the new group as others, so the new bits of the group must not allow more than the
+/// old bits of others.
 mode_t restrictedMode(mode_t old, Preserved preserved)
 {
     const mode_t owner = old >> 6U & 7U;

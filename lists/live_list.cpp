@@ -1,7 +1,7 @@
 // A list that caches nodes is registered under the node whose children or descendants it lists. Before a node
-// is inserted or removed, the child lists of its parent drop their caches. So do the lists by tag name of the
-// parent and its ancestors, if an element in the subtree of the node has that tag name. The lists of other
-// nodes do not slow down a change.
+// is inserted or removed, the child lists of its parent drop their caches. A list by tag name of the parent
+// or of one of its ancestors also drops its cache, if the subtree of the inserted or removed node contains an
+// element with the tag name of the list. The lists of other nodes do not slow down a change.
 
 #include "lists/live_list.h"
 

@@ -41,8 +41,8 @@ public:
     {}
 
     Prescan document();
-    /// Scans the text as the value of an entity. Every declared value is scanned, even one that is never
-    /// used.
+    /// Scans the text as the value of an entity. The caller does this for every declared value, even if no
+    /// reference uses it.
     Prescan value();
 
 private:
@@ -51,7 +51,7 @@ private:
     {
         QString text; // the value; the parser adds a space at both ends of a parameter entity's value
         Kind kind = Kind::General;
-        qint64 literalLength = 0; // length in a quoted value; each quote counts as a reference
+        qint64 literalLength = 0; // length in a quoted value, with its quotes as references
     };
 
     // Each function reads the rest of one construct. Its caller has read the first characters. The result

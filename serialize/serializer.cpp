@@ -1,6 +1,6 @@
-// Writes the same layout as Qt, including its oddities: each element in a namespace has a declaration of this
-// namespace, and even if `indent` is -1, a line break follows each instruction, and each comment that no text
-// follows.
+// Writes the same layout as Qt, including its oddities. Each element in a namespace declares that namespace
+// again. Even if `indent` is -1, a line break follows each instruction, and each comment unless a text
+// follows it.
 
 #include "qt/movable_node.h"
 #include "serialize/attributes.h"
@@ -45,8 +45,8 @@ QTextCodec* codecOf(const QDomNode& node)
     return codec ? codec : QTextCodec::codecForName("UTF-8");
 }
 
-/// Returns the name without a prefix. If the node was created without a namespace, a colon belongs to its
-/// name.
+/// Returns the name without its prefix. If the node was created without a namespace, it has no prefix, and
+/// the whole name is returned, including any colon.
 QString localNameOf(const QDomNode& node)
 {
     const QString local = node.localName();

@@ -84,7 +84,8 @@ TEST_F(LoadSave, TruncatedAndMislabelledFilesLoadAndSaveAsWithQt)
                                  QByteArray("<a>\0b</a>", 9), "<a\0"};
     QList<QByteArray> heads{"", "\xEF\xBB\xBF", "\xFE\xFF", "\xFF\xFE"};
     heads << QByteArray("\xFF\xFE\0\0", 4) << QByteArray("\0\0\xFE\xFF", 4);
-    // UTF-32 is missing: when Qt encodes surrogate pairs in it, the end of the text is uninitialised memory.
+    // No label names UTF-32, because Qt's encoder leaves uninitialised memory at the end of a text with
+    // surrogate pairs.
     for (const char* const label :
          {"UTF-8", "UTF-16", "ISO-8859-1", "windows-1251", "Shift_JIS", "no-such", "", "UTF-7", "\xFF"})
         heads += QByteArray("<?xml version='1.0' encoding='") + label + "'?>";

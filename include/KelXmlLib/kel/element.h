@@ -25,7 +25,7 @@ public:
     /// \throw Error in the same cases as `append(name)`
     Element childOrNew(TextView name);
 
-    /// Lists the child elements. `List` documents what a loop may change.
+    /// Lists the child elements. See `List` for the changes that a loop may make.
     List<Element> children() const;
     /// Lists the child elements of that name.
     List<Element> children(TextView name) const;
@@ -73,7 +73,7 @@ public:
     /// Puts `replacement` in the place of `child`. Afterwards, `child` has no parent.
     /// \throw Error in the same cases as `append(node)`, and if `child` is not a child of this node
     void replace(const Node& child, const Node& replacement);
-    /// Removes a child. The child stays alive as long as a value refers to it.
+    /// Removes a child. The child stays alive as long as a `kel` object refers to it.
     /// \throw Error if `child` is not a child of this node
     void remove(const Node& child);
 
