@@ -150,9 +150,9 @@ std::vector<Row> growthRows()
                    }};
     };
     return {row("moving a subtree with N names", 1'000, moveNames),
-            row("reading item(0) or item(1) of N children after a change, N times", 1'000, readFirst),
-            row("moving an element with N attributes, 100 times", 100, moveAttributes, 100),
-            row("reading a list of N elements while other documents change, N times", 1'000, readUnchanged),
+            row("reading item(0) of N children after changes", 1'000, readFirst),
+            row("moving an element with N attributes", 100, moveAttributes, 100),
+            row("reading N elements while other documents change", 1'000, readUnchanged),
             row("reading N attributes by index", 1'000, readAttributes),
             {"setAttribute, N levels deep", {{"20", 20, 20}, {"2000", 2'000, 5}}, setDeep}};
 }

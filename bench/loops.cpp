@@ -178,13 +178,13 @@ std::vector<Row> loopRows()
         {Change::SetNewAttribute, "set a new attribute"},
         {Change::PutText, "put_text"},
         {Change::CloneToOther, "clone to another document"},
-        {Change::AppendNew, "append a new child"}};
+        {Change::AppendNew, "append a child"}};
     std::vector<Row> rows;
     for (const auto& [kind, name] : kChanges) {
         addRows(rows, std::string(name) + "; by tag name", Found::ByName, kind);
         addRows(rows, std::string(name) + "; children", Found::AsChildren, kind);
     }
-    addRows(rows, "append a new child; both lists in turn", Found::AsBoth, Change::AppendNew);
+    addRows(rows, "append a child; both lists in turn", Found::AsBoth, Change::AppendNew);
     rows.push_back({"appending to each of N children",
                     {{"10000", 10'000, 5}, {"100000", 100'000, 3}, {"1000000", 1'000'000, 1}},
                     [](const Size& size) {
