@@ -55,7 +55,7 @@ TEST_F(FilerTest, WithoutAnOpenFileCallsReturnTheUsualStatusAndWriteNothing)
                     EXPECT_EQ(made.status(filer, one, two), made.expected(one, two))
                         << made.name << " of '" << one << "' and '" << two << "'";
         EXPECT_EQ(call(&filer, 26, "binary", 0, 1), 0);
-        EXPECT_EQ(call(&filer, 26, "", -1, 1), 2) << "a negative length must be refused";
+        EXPECT_EQ(call(&filer, 26, "", -1, 1), 2) << "a negative first argument must be refused";
         EXPECT_EQ(call(&filer, 26, "", 0, 0), 2);
         EXPECT_EQ(call(&filer, 26, nullptr, 0, 1), 2);
         wchar_t buffer[] = L"kept";
@@ -65,7 +65,7 @@ TEST_F(FilerTest, WithoutAnOpenFileCallsReturnTheUsualStatusAndWriteNothing)
         EXPECT_EQ(call(&filer, 28), 0) << "flush must return 0";
         EXPECT_EQ(call(&filer, 27), 0) << "close must return 0";
         EXPECT_EQ(call(&filer, 2), 6) << "the state must be 6";
-        EXPECT_EQ(call(&filer, 3), 2) << "the encoding must be the given one";
+        EXPECT_EQ(call(&filer, 3), 2) << "the encoding must always be UTF-8";
         EXPECT_EQ(call(&filer, 4), path && *path) << "the flag must be kept if there is a path";
         EXPECT_EQ(messages.removeAll(QStringLiteral("QXmlStreamWriter: No device")) > 0, !isClosed);
         EXPECT_EQ(messages.size(), isClosed ? 1 : 0) << "only a closed file may warn";

@@ -40,7 +40,8 @@ struct LastCalls
 
     ~LastCalls()
     {
-        requireEqual<int>(filer->writeText(L"\u00e4") | filer->writeDocEnd(), 0, "an open filer works");
+        requireEqual<int>(filer->writeText(L"\u00e4"), 0, "an open filer works");
+        filer->writeDocEnd();
         filer.reset();
         write("<r>\u00e4</r>\n");
         requireOk(document->load(path.get(), nullptr), "load", hasCodecs);

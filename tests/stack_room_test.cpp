@@ -71,7 +71,7 @@ struct StackRoom : DomTest
     }
 };
 
-// Must run first, and on the main thread: later, the bounds of the main stack are cached.
+// Must run on the main thread.
 TEST_F(StackRoom, AFailedStackLookupRefusesNothingAndIsNotCached)
 {
     EXPECT_EQ(S_FALSE, loadNested(0)); // a sanitizer opens files when it first looks up a class
@@ -143,8 +143,8 @@ TEST_F(StackRoom, AStackUnknownToTheSystemCountsAsSmall)
     coroutine.uc_stack.ss_sp = stack.data();
     coroutine.uc_stack.ss_size = stack.size();
     coroutine.uc_link = &caller;
-    makecontext(
-        &coroutine, [] { shallow = loadNested(10), deep = loadNested(300); }, 0);
+    const auto load = [] { shallow = loadNested(10), deep = loadNested(300); };
+    makecontext(&coroutine, load, 0);
     swapcontext(&caller, &coroutine);
     EXPECT_EQ(S_OK, shallow);
     EXPECT_EQ(S_FALSE, deep);

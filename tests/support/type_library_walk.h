@@ -84,12 +84,12 @@ inline void describe(ITypeLib& library, ITypeInfo& info, const FUNCDESC& functio
 }
 
 using EachFunction = std::function<void(ITypeInfo&, const FUNCDESC&)>;
+inline void ignoreFunction(ITypeInfo&, const FUNCDESC&) {}
 
 /// Describes a library: for each interface, a line with the first part of its identifier, its name, its kind,
 /// the number of its functions, the size of its vtable, its flags and its version, and then a line for each
 /// function. \param use called with each function
-inline std::wstring describe(
-    ITypeLib& library, const EachFunction& use = [](ITypeInfo&, const FUNCDESC&) {})
+inline std::wstring describe(ITypeLib& library, const EachFunction& use = ignoreFunction)
 {
     std::wostringstream out;
     kel::ComPtr<ITypeInfo> info, sameInfo;
