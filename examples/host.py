@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Creates and changes a document using only calls by name.
 
-The script needs only ctypes. It calls IDispatch through the object's vtable, as a program in any other language
-would. It loads a document, sets the same attributes as the C++ example in the README, sets a text, and prints
-the result.
+The script needs only ctypes. It calls IDispatch through each object's vtable, as a program in any other language
+would. The script loads a document, sets the same attributes as the C++ example in the README, sets a text, and
+prints the result.
 """
 
 import argparse
@@ -47,7 +47,7 @@ INVOKE = slot(6, ctypes.c_int32, ctypes.POINTER(Guid), ctypes.c_uint32, ctypes.c
 
 
 class Failure(Exception):
-    """A call failed or did nothing."""
+    """Says that a call failed, or that a call did nothing."""
 
 
 def check(result, what):
@@ -58,7 +58,7 @@ def check(result, what):
 
 
 class Library:
-    """Loads the two libraries, attaches the XML library, and registers its type library."""
+    """Loads the COM library and the XML library, attaches the XML library, and registers its type library."""
 
     def __init__(self, directory=None):
         def load(name):
@@ -113,13 +113,13 @@ class Object:
         return function(table[number])(self._pointer, *arguments)
 
     def call(self, name, *arguments):
-        """Calls a method or reads a property, and returns its result."""
+        """Calls a method or reads a property. Returns the result of the method, or the value of the property."""
         result = Variant()
         self._invoke(name, METHOD_OR_GET, arguments, result)
         return self._from_variant(result)
 
     def do(self, name, *arguments):
-        """Calls a method without a result. Raises Failure if the method did nothing."""
+        """Calls a method that returns no result. Raises Failure if the method did nothing."""
         if not self._invoke(name, METHOD_OR_GET, arguments):
             raise Failure(name + ": could not be done")
 

@@ -1,5 +1,5 @@
-// Access to the Qt handles inside a `kel::Node` and its derived classes, and functions that create such
-// values.
+// Gives the layer access to the Qt handles inside a `kel::Node` or an object of a derived class, and creates
+// objects of these classes.
 
 #pragma once
 
@@ -16,17 +16,17 @@
 namespace kel::detail
 {
 
-/// The Qt handles of a value. The order of the members matters, because C++ destroys the last member first:
-/// an attribute has only a plain pointer to its element, so the element must be destroyed after the
-/// attribute.
+/// The Qt handles inside a `kel::Node`. The order of the members matters, because C++ destroys the last
+/// member first. If `node` is an attribute, the attribute has only a plain pointer to its element, so
+/// `ownerElement` must be destroyed after `node`.
 struct State
 {
-    QDomNode ownerElement; ///< the element of an attribute; else null
-    QDomDocument document; ///< null only if the node is null
+    QDomNode ownerElement; ///< the element that `node` belongs to, if `node` is an attribute; else null
+    QDomDocument document; ///< the document of `node`; null only if `node` is null
     kelxml::qt::MovableNode node;
 };
 
-/// Reads and creates the private state of the layer's values.
+/// Reads and creates the private state of a `kel::Node`.
 struct Access
 {
     static const State& of(const Node& value) noexcept
@@ -44,7 +44,8 @@ struct Access
             return Value();
     }
 
-    /// Creates a value. \param node must be null, or of the kind that `Value` stands for
+    /// Creates an object of the class `Value`, which is `Node` or a derived class.
+    /// \param node must be null, or a node of the kind that `Value` can refer to
     template <class Value = Node>
     static Value make(kelxml::qt::MovableNode&& node, const QDomDocument& document)
     {
@@ -54,7 +55,7 @@ struct Access
     }
     static void assign(Node& value, kelxml::qt::MovableNode&& node, const QDomDocument& document);
 
-    /// Converts the node to a `Kind`, such as `QDomElement`; null if it is of another kind.
+    /// Returns the node as a `Kind`, such as `QDomElement`. The node must be null or of that kind.
     template <class Kind>
     static Kind as(const Node& value)
     {

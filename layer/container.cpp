@@ -31,8 +31,9 @@ void requireNotNull(const Node& parent, const Node& child, const char* action)
         detail::refuse(action, detail::reason::kNullArgument);
 }
 
-/// Refuses a child that `parent` cannot have. `trees/` then refuses cycles, attributes and too much depth.
-/// \param replaced the child that `child` will replace, or null
+/// Refuses a child that `parent` cannot have. Does not check for cycles, attributes and too much depth,
+/// because the functions in `trees/` refuse those.
+/// \param replaced the existing child that will be replaced with `child`; null if `child` will be added
 void requireAllowed(const Node& parent, const Node& child, const Node& replaced, const char* action)
 {
     requireNotNull(parent, child, action);
@@ -48,7 +49,7 @@ void requireAllowed(const Node& parent, const Node& child, const Node& replaced,
         detail::refuse(action, detail::reason::kTextInDocument);
 }
 
-/// Creates a node in the document of `parent`, but does not add it to the tree.
+/// Creates a node in the document of `parent`, but does not add the new node to the tree.
 template <class Result, class Create>
 Result createNode(const Node& parent, const char* action, Create create)
 {

@@ -1,4 +1,4 @@
-// Loads and saves documents. Turns a failure of `parsing/parse` into a `LoadError`.
+// Loads and saves documents. Throws a `LoadError` if the functions in `parsing/parse.h` report a failure.
 
 #include "KelXmlLib/kel/document.h"
 
@@ -24,8 +24,8 @@ using kelxml::parsing::ParseResult;
 namespace
 {
 
-/// Creates an empty document that is not null. The constructor of `QDomDocument` creates a null handle, and
-/// Qt allocates the document when it first creates a node.
+/// Creates an empty document and returns a handle that is not null. The constructor of `QDomDocument` creates
+/// a null handle: Qt allocates the document only when the handle is first used to create a node.
 QDomDocument newDocument()
 {
     QDomDocument document;
@@ -59,8 +59,9 @@ std::string reasonOf(Limit limit)
     return {};
 }
 
-/// \param source the path of the file; empty for a text
-/// \throw LoadError unless the document was parsed
+/// \param result what the parser returned
+/// \param source the path of the file; empty if a text was parsed
+/// \throw LoadError if `result` is a failure
 void requireParsed(const ParseResult& result, const std::string& source)
 {
     using Kind = LoadError::Kind;

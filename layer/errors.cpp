@@ -10,7 +10,7 @@ namespace kel
 namespace
 {
 
-/// Returns the part before the reason, such as "settings.xml:3:14".
+/// Returns the part of a message before the reason, such as "settings.xml:3:14".
 std::string location(const std::string& source, int line, int column)
 {
     std::string location = source.empty() ? "text" : detail::inOneLine(source);

@@ -1,5 +1,6 @@
-// Loops over lists. When a walk reaches a node, it stores the node's parent and siblings: once the loop has
-// moved or removed the node, the node no longer has links to them.
+// Loops over lists. When a `Walk` reaches a node, the `Walk` stores the node's parent and siblings. The
+// `Walk` needs them if the body of the loop moves or removes the node, because the node then no longer has
+// links to its former parent and siblings.
 
 #include "KelXmlLib/kel/list.h"
 
@@ -13,7 +14,8 @@ namespace kel::detail
 
 using kelxml::qt::MovableNode;
 
-/// The nodes, by their address. They are kept alive, so that no new node gets the same address.
+/// The moved nodes, by their addresses. The map keeps the moved nodes alive, so that no new node gets the
+/// address of a moved node.
 struct MovedNodes
 {
     std::unordered_map<const void*, Node> nodes;
@@ -24,8 +26,8 @@ struct MovedNodes
 namespace
 {
 
-/// Returns the first node after the subtree of `node`, in document order; null at the end of the subtree of
-/// `origin`.
+/// Returns the first node after the subtree of `node`, in document order. Returns null if that node would be
+/// outside the subtree of `origin`.
 MovableNode afterSubtree(MovableNode node, const QDomNode& origin)
 {
     MovableNode next;
@@ -34,9 +36,9 @@ MovableNode afterSubtree(MovableNode node, const QDomNode& origin)
     return next;
 }
 
-/// Returns the next node to check: the next one in document order if the selection includes all descendants,
-/// else the next sibling.
-/// \param node must not have been moved or removed
+/// Returns the node to check after `node`. If the selection includes all descendants, this is the next node
+/// in document order; else it is the next sibling of `node`.
+/// \param node must not have been moved or removed during the loop
 MovableNode following(const MovableNode& node, const Selection& selection)
 {
     if (!selection.deep)
@@ -45,7 +47,7 @@ MovableNode following(const MovableNode& node, const Selection& selection)
     return child.isNull() ? afterSubtree(node, nodeOf(selection.origin)) : child;
 }
 
-/// Returns `node` if it is selected, else the first selected node after it.
+/// Returns `node` if the selection includes `node`, else the first selected node after `node`.
 MovableNode firstSelected(MovableNode node, const Selection& selection)
 {
     while (!node.isNull() && !selection.matches(node))
@@ -58,11 +60,12 @@ MovableNode firstSelected(const Selection& selection)
     return firstSelected(nodeOf(selection.origin).firstChild(), selection);
 }
 
-/// Checks whether `node` is still where the walk reached it: below the same parent, and between the same two
-/// siblings. They need not be its neighbours, because the loop may have inserted nodes. `before` is only an
-/// address, so the search starts at `after` and goes backwards.
-/// \param before identifies the sibling that was before `node`; null if there was none
-/// \param after the sibling that was after `node`; null if there was none
+/// Checks whether `node` is still where the walk reached `node`: below `parent`, and between the siblings
+/// `before` and `after`. The body of the loop may have inserted nodes, so other siblings may now be between
+/// `node` and these two siblings. The search starts at `after` and goes backwards, because `before` is only
+/// an address.
+/// \param before the address of the sibling that was before `node`; null if `node` was the first child
+/// \param after the sibling that was after `node`; null if `node` was the last child
 bool isInPlace(const QDomNode& node, const QDomNode& parent, const void* before, const QDomNode& after)
 {
     if (node.parentNode() != parent)

@@ -1,4 +1,5 @@
-// Any node. The Qt handles are in the bytes of `m_state`, so that the header does not need Qt.
+// Nodes of every kind. The Qt handles are in the bytes of `Node::m_state`, so that the header does not need
+// Qt.
 
 #include "KelXmlLib/kel/node.h"
 

@@ -1,4 +1,4 @@
-// Converts the layer's options for the serializer.
+// Converts `kel::SaveOptions` to the options of the serializer.
 
 #pragma once
 

@@ -1,4 +1,4 @@
-// The checks for text, and the reasons for each `Refusal`.
+// Checks texts, and composes the reason for each `Refusal`.
 
 #include "layer/refuse.h"
 

@@ -1,4 +1,4 @@
-// Throws the errors for changes that are refused.
+// Refuses changes: throws an `Error` that says why.
 
 #pragma once
 
@@ -9,7 +9,8 @@
 namespace kel::detail
 {
 
-/// The reasons that the layer's own checks report. `refuse.cpp` has those of `trees/reported_changes`.
+/// The reasons that the layer's own checks report. `refuse.cpp` contains the reasons for the changes that
+/// `trees/reported_changes` refuses.
 namespace reason
 {
 constexpr const char* kNull = "the node to change is null";
@@ -24,8 +25,9 @@ constexpr const char* kCData = "a CDATA section cannot contain ]]>";
 constexpr const char* kInstruction = "an instruction cannot contain ?>";
 } // namespace reason
 
-/// Always throws.
-/// \param action what failed, such as "appending a node"
+/// Throws an `Error` in every case.
+/// \param action the action that failed, such as "appending a node"
+/// \param reason why the action failed
 /// \throw Error
 [[noreturn]] void refuse(const char* action, const std::string& reason);
 
@@ -35,12 +37,14 @@ inline bool isDeclaration(const QString& name)
     return name.compare(QLatin1String("xml"), Qt::CaseInsensitive) == 0;
 }
 
+/// \param refusal the result of a change
+/// \param action the change, such as "appending a node"
 /// \throw Error if the change was refused
 void require(kelxml::trees::Refusal refusal, const char* action);
 
 /// \throw Error if the text cannot be in a comment
 void requireComment(const QString& text, const char* action);
-/// \throw Error if the text contains `end`, which would end the node
+/// \throw Error if the text contains `end`, because `end` would end the node too early
 void requireWithout(const char* end, const QString& text, const char* action, const char* reason);
 
 } // namespace kel::detail

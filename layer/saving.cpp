@@ -1,4 +1,4 @@
-// Writes to a new file, and reports the system's reason if that fails.
+// Writes to a new file. If writing fails, reports the system's reason.
 
 #include "layer/saving.h"
 

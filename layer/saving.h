@@ -13,7 +13,7 @@
 namespace kel::detail
 {
 
-/// Runs an action on a file. \throw SaveError in place of a `std::system_error`
+/// Runs an action on a file. \throw SaveError if the action throws a `std::system_error`
 template <class Action>
 auto withSaveError(const std::string& path, Action action)
 {
@@ -24,7 +24,7 @@ auto withSaveError(const std::string& path, Action action)
     }
 }
 
-/// A file that is being written. It replaces an existing file only when `commit` is called.
+/// A new file that is being written. The new file replaces an existing file only when `commit` is called.
 class SavedFile
 {
 public:

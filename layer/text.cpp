@@ -1,5 +1,5 @@
-// Converts texts with Qt, and refuses what Qt would silently replace or drop. Converts numbers with the
-// standard library, because its functions do not depend on the locale.
+// Converts texts with Qt, and refuses texts in which Qt would silently replace or drop characters. Converts
+// numbers with `std::from_chars` and `std::to_chars`, because these functions do not depend on the locale.
 
 #include "layer/text.h"
 
@@ -19,8 +19,8 @@ namespace
 
 constexpr const char* kInvalid = "invalid text";
 
-/// Converts a length to `int`, the type that Qt uses. \throw std::bad_alloc if a `QString` cannot be that
-/// long
+/// Converts a length to `int`, the type that Qt uses for lengths. \throw std::bad_alloc if a `QString` cannot
+/// be that long
 int lengthForQt(std::size_t length)
 {
     if (length > std::numeric_limits<int>::max() / sizeof(QChar) - 16)
@@ -28,8 +28,9 @@ int lengthForQt(std::size_t length)
     return static_cast<int>(length);
 }
 
-/// Qt replaces invalid bytes by U+FFFD. So if the result contains U+FFFD, it is encoded again and compared
-/// with the argument. Qt also drops a leading byte order mark, which is put back.
+/// Qt replaces invalid bytes with U+FFFD. If the converted text contains U+FFFD, this function encodes the
+/// text again and compares the bytes with `utf8`. Qt also drops a leading byte order mark, so this function
+/// puts the mark back.
 Converted fromUtf8(std::string_view utf8)
 {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
@@ -64,7 +65,8 @@ Converted fromWide(std::wstring_view wide)
 
 constexpr const char* kZero = "it contains a null character";
 
-/// Refuses characters that XML does not allow. Qt would drop them, or write a file that no parser loads.
+/// Refuses characters that XML does not allow. Qt would drop such a character, or write a file that no parser
+/// loads.
 QString requireAllowed(QString&& text)
 {
     const auto isForbidden = [](QChar c) {
@@ -78,10 +80,10 @@ QString requireAllowed(QString&& text)
     return std::move(text);
 }
 
-/// Where in a name a character may be.
+/// Says where a character may be in a name.
 enum class InName { no, notFirst, anywhere };
 
-/// Applies the rules of Qt's parser.
+/// Returns where `c` may be in a name that Qt's parser reads.
 InName inName(QChar c)
 {
     switch (c.category()) {
@@ -110,8 +112,9 @@ bool isName(const QString& text)
            std::all_of(text.begin(), text.end(), [](QChar c) { return inName(c) != InName::no; });
 }
 
-/// Removes the white space around a text, and a leading plus sign, which `std::from_chars` does not accept.
-/// Replaces each character outside ASCII by `?`, so that no number or `bool` matches it.
+/// Removes the white space around a text. Also removes a leading plus sign, because `std::from_chars` does
+/// not accept one. Replaces each character outside ASCII with `?`, so that a text with such a character is
+/// not read as a number or a `bool`.
 std::string asciiOf(const QString& text)
 {
     const auto isSpace = [](QChar c) { return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r'; };

@@ -18,28 +18,30 @@ struct Converted
     const char* fault = nullptr; ///< the reason; null if the text is valid
 };
 
-/// Converts a text without changing any character. Refuses invalid UTF-8, wide units that are not characters,
-/// and null characters.
+/// Converts a text without changing any character. Refuses three kinds of text: invalid UTF-8, a text with a
+/// `wchar_t` that is not a Unicode character, and a text with a null character.
 Converted convert(TextView text);
 
-/// Does what `convert` does. \throw Error if the text is invalid
+/// Does what `convert` does, but throws instead of returning the reason. \throw Error if the text is invalid
 QString toText(TextView text);
 
-/// Converts a text for a node or an attribute, like `toText`. \throw Error also if it contains characters
-/// that XML does not allow, because no parser would read them
+/// Converts the text of a node or an attribute. \throw Error if `toText` would throw, or if the text contains
+/// characters that XML does not allow: no parser would read a document with such characters
 QString toContent(TextView text);
 
-/// Does what `toContent` does, but replaces wide units that are not characters by U+FFFD, as the filer does.
+/// Does what `toContent` does, except for a `wchar_t` that is not a Unicode character: this function replaces
+/// the `wchar_t` with U+FFFD. The XML filer does the same.
 QString toCharacters(TextView text);
 
-/// Does what `toText` does. \throw Error also if Qt's parser would not read the text as a name
+/// Converts a name. \throw Error if `toText` would throw, or if Qt's parser would not read the text as a name
 QString toName(TextView name);
 
 /// Escapes control characters in a path or a name, so that a message stays on one line.
 std::string inOneLine(const std::string& text);
 
-/// Reads a text as the type of the target, and stores the result there.
-/// \return whether the text is valid for that type; if not, the target is unchanged
+/// Reads a text as a value of the type of the variable that `target` points to, and stores the value in this
+/// variable.
+/// \return whether the text is valid for that type; if not, the variable is unchanged
 bool assign(const QString& text, Target target);
 
 } // namespace kel::detail

@@ -1,4 +1,4 @@
-// Writes XML with Qt's writer. Qt writes into a buffer, which is flushed to the new file when it is full.
+// Writes XML with Qt's writer. Qt writes into a buffer, and `flush` writes a full buffer to the new file.
 
 #include "KelXmlLib/kel/writer.h"
 
@@ -38,8 +38,8 @@ struct Writer::State
             detail::refuse(action, "the file is closed");
     }
 
-    /// Calls Qt's writer, and flushes the buffer when it is full. After a failure, every call fails with the
-    /// same exception, because a part of the file is missing.
+    /// Calls Qt's writer, and flushes the buffer if the buffer is full. After one call has failed, every
+    /// later call throws the same exception, because a part of the file is missing.
     template <class Write>
     void callWriter(Write write)
     {
@@ -78,7 +78,8 @@ struct Writer::State
         return lastSerial;
     }
 
-    /// Calls Qt's writer for anything but an attribute. This completes the start tag.
+    /// Calls Qt's writer to write anything except a start tag or an attribute. If a start tag is open, Qt's
+    /// writer first completes it, so the element can then get no more attributes.
     template <class Write>
     void writeContent(Write write)
     {
@@ -86,7 +87,7 @@ struct Writer::State
         callWriter(write);
     }
 
-    /// Writes a text, with a character reference for each carriage return, because parsers read a plain
+    /// Writes a text. Writes each carriage return as a character reference, because parsers read a plain
     /// carriage return as a line feed.
     void writeText(const QString& content)
     {
@@ -96,14 +97,15 @@ struct Writer::State
                 to.writeCharacters(content.mid(start, end - start));
                 to.writeEntityReference(QLatin1String("#xd"));
             }
-            // Called even if no text is left: otherwise Qt would indent the end tag after a reference.
+            // This call is needed even if no text is left: without it, Qt would indent an end tag that
+            // follows a reference.
             to.writeCharacters(start == 0 ? content : content.mid(start));
         });
     }
 
     bool isOpen(std::size_t serial) const { return std::binary_search(open.begin(), open.end(), serial); }
 
-    /// Ends an element and all open elements inside.
+    /// Ends an element and all open elements inside this element.
     void end(std::size_t serial)
     {
         writeContent([&](QXmlStreamWriter& to) {
@@ -126,7 +128,7 @@ struct Writer::State
         discard();
     }
 
-    /// Refuses all further calls. `file` discards its content when it is destroyed, unless it was committed.
+    /// Makes all further calls fail. If `file` was not committed, its destructor discards the new file.
     void discard() noexcept
     {
         isClosed = true;
@@ -137,9 +139,9 @@ struct Writer::State
     QString buffer;
     QXmlStreamWriter writer{&buffer};
     std::vector<std::size_t> open; ///< the serial numbers of the open elements, ascending
-    std::size_t lastSerial = 0;    ///< how many elements were begun
+    std::size_t lastSerial = 0;    ///< the number of elements begun so far
     bool isInStartTag = false;     ///< whether the innermost element can still get attributes
-    QSet<QString> attributes;      ///< the names in that start tag
+    QSet<QString> attributes;      ///< the names of the attributes that the innermost element has so far
     bool isClosed = false;
     std::exception_ptr failure; ///< the first failure
     const int exceptionsAtStart = std::uncaught_exceptions();
@@ -155,7 +157,7 @@ Writer::Element::~Element()
         return;
     try {
         m_state->end(m_serial);
-    } catch (...) { // a destructor must not throw; `close` throws the exception again
+    } catch (...) { // a destructor must not throw; `Writer::close` will throw the same exception
     }
 }
 
@@ -232,7 +234,7 @@ void Writer::instruction(TextView target, TextView data)
     const QString name = detail::toName(target);
     const QString content = detail::toCharacters(data);
     detail::requireWithout("?>", content, kAction, detail::reason::kInstruction);
-    if (detail::isDeclaration(name)) // the constructor has written it
+    if (detail::isDeclaration(name)) // the constructor of `State` has already written the declaration
         detail::refuse(kAction, detail::reason::kDeclaration);
     m_state->writeContent([&](QXmlStreamWriter& to) { to.writeProcessingInstruction(name, content); });
 }

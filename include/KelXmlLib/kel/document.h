@@ -1,5 +1,5 @@
 /// \file
-/// Documents. Included by KelXmlLib/kel.h.
+/// Documents. KelXmlLib/kel.h includes this header.
 
 #pragma once
 
@@ -12,45 +12,52 @@
 namespace kel
 {
 
-/// A document. Copies refer to the same document.
+/// A value that refers to a document. A copy of the value refers to the same document; `clone` copies the
+/// document itself.
 class KEL_EXPORT Document : public Container
 {
 public:
-    /// Creates an empty document. Its `root` is null until an element is appended. To give it an XML
-    /// declaration, append an instruction `xml` first.
+    /// Creates an empty document. `root` returns null until an element is appended to the document. To give
+    /// the document an XML declaration, call `appendInstruction` with the target `xml` before you append
+    /// anything else.
     Document();
     /// Creates a document with a root element.
     /// \param rootName the tag name of the root element
     /// \throw Error if the name is invalid
     explicit Document(TextView rootName);
-    /// Refers to the document of a COM object. The COM object and this value see each other's changes.
-    /// \throw Error if the object belongs to another library
+    /// Refers to the document of a COM object. Changes through the COM object are visible through this value,
+    /// and changes through this value are visible through the COM object.
+    /// \throw Error if the COM object belongs to another library
     explicit Document(IXMLDOMDocument& document);
 
-    /// Reads a file.
-    /// \param path in UTF-8
-    /// \throw LoadError
+    /// Reads a document from a file.
+    /// \param path the path of the file, in UTF-8
+    /// \throw LoadError if the file cannot be read or parsed
     static Document load(const std::filesystem::path& path);
-    /// Reads a text.
-    /// \param text UTF-8 or wide; an encoding in its XML declaration is ignored
-    /// \throw LoadError
+    /// Reads a document from a text.
+    /// \param text the XML text, in UTF-8 or wide. An encoding that its XML declaration names is ignored.
+    /// \throw LoadError if the text cannot be parsed
     static Document parse(TextView text);
 
     /// \return the root element; null if the document is empty
     Element root() const;
 
-    /// Writes the document to a file, in the encoding that its XML declaration names, or in UTF-8. An
-    /// existing file is replaced only once the new file is complete. The new file has the permissions of the
-    /// old one. Symbolic links to the file stay. Other hard links to it keep the old content. If no file can
-    /// be created in the directory, an existing file is overwritten in place.
-    /// \param path in UTF-8
-    /// \param options see `SaveOptions`
-    /// \throw SaveError, also if the document is empty; an existing file is then unchanged
+    /// Writes the document to a file, in the encoding that the document's XML declaration names. If the
+    /// document names no encoding, or one that Qt does not know, the file is in UTF-8. An existing file is
+    /// replaced only once the new file is complete. The new file gets the permissions of the existing file. A
+    /// symbolic link at `path` stays, and the file that the link names is replaced. Other hard links to the
+    /// existing file keep the old content. If the process has no permission to create a file in the
+    /// directory, the existing file is overwritten in place.
+    /// \param path the path of the file, in UTF-8
+    /// \param options how to write the document
+    /// \throw SaveError if the document is empty, or if the file cannot be written. An existing file is then
+    ///        unchanged, unless the failure happened while the existing file was overwritten in place.
     void save(const std::filesystem::path& path, const SaveOptions& options = {}) const;
 
-    /// See `Node::clone`.
+    /// Copies the document with all its nodes. \return the new document; null if this value is null
     Document clone() const;
-    /// Creates a COM object for this document. \return a pointer that owns it; null for a null value
+    /// Creates a COM object for this document. \return a pointer that owns the COM object; null if this value
+    /// is null
     ComPtr<IXMLDOMDocument> get() const;
 
 private:

@@ -1,5 +1,5 @@
 /// \file
-/// Elements and their attributes. Included by KelXmlLib/kel.h.
+/// Elements and their attributes. KelXmlLib/kel.h includes this header.
 
 #pragma once
 
@@ -15,17 +15,18 @@
 namespace kel
 {
 
-/// The base of elements and documents: a node that can have children.
+/// The base class of `Element` and `Document`. Its functions find and change the children of the node.
 class KEL_EXPORT Container : public Node
 {
 public:
-    /// \return the first child element of that name; null if there is none
+    /// \return the first child element of that name; null if no child element has that name
     Element child(TextView name) const;
-    /// Returns the first child element of that name. Appends the element if it does not exist.
+    /// Returns the first child element of that name. If no child element has that name, appends a new element
+    /// and returns the new element.
     /// \throw Error in the same cases as `append(name)`
     Element childOrNew(TextView name);
 
-    /// Lists the child elements. See `List` for the changes that a loop may make.
+    /// Lists the child elements. The comment on `List` says what a loop over the list may change.
     List<Element> children() const;
     /// Lists the child elements of that name.
     List<Element> children(TextView name) const;
@@ -33,7 +34,7 @@ public:
     List<Element> descendants() const;
     /// Lists all descendant elements of that name, in document order.
     List<Element> descendants(TextView name) const;
-    /// Lists the child nodes of every kind.
+    /// Lists all child nodes, of every kind.
     List<Node> nodes() const;
 
     /// Appends a new element.
@@ -42,121 +43,132 @@ public:
     /// \throw Error if this node is null, if the name is invalid, if the tree would become too deep, or if
     ///        this node is a document that already has a root element
     Element append(TextView name);
-    /// Appends a new element with a text.
+    /// Appends a new element that contains a text.
     /// \throw Error in the same cases as `append(name)`, and if the text is invalid
     Element append(TextView name, const Value& text);
-    /// Appends a node. If the node already has a parent, moves it, even from another document.
-    /// \throw Error if this node or `node` is null, if `node` is or contains this node, if `node` is an
-    ///        attribute, a document or a part of a document type, or if the tree would become too deep. Also
-    ///        if this node is a document, and `node` is a text or a second root element
+    /// Appends a node. A node that already has a parent is moved, even if the node is in another document.
+    /// \throw Error if this node or `node` is null, if `node` is this node or contains this node, or if the
+    ///        tree would become too deep. Also throws `Error` if `node` is an attribute, a document, a
+    ///        document type, an entity or a notation. If this node is a document, also throws `Error` if
+    ///        `node` is a text, a CDATA section or a second root element.
     void append(const Node& node);
     /// Appends a comment.
-    /// \param text must not contain two hyphens in a row, or end in a hyphen
+    /// \param text must not contain two hyphens in a row, and must not end in a hyphen
     Node appendComment(TextView text);
     /// Appends a processing instruction.
-    /// \param target the instruction's name; `xml` makes an XML declaration, which must come first in a
-    ///        document
+    /// \param target the instruction's name. An instruction with the name `xml` is an XML declaration, which
+    ///        must be the first node of a document.
     /// \param data must not contain `?>`
     Node appendInstruction(TextView target, TextView data);
 
-    /// Inserts a new element before a child.
+    /// Inserts a new element before a child of this node.
     /// \param name the tag name
     /// \param reference a child of this node; must not be null
     /// \return the new element
     /// \throw Error in the same cases as `append(name)`, and if `reference` is not a child of this node
     Element insertBefore(TextView name, const Node& reference);
-    /// Inserts a node before a child. If the node already has a parent, moves it, even from another document.
+    /// Inserts a node before a child of this node. An inserted node that already has a parent is moved, even
+    /// if the node is in another document.
     /// \param node the node to insert
     /// \param reference a child of this node; must not be null
     /// \throw Error in the same cases as `append(node)`, and if `reference` is not a child of this node
     void insertBefore(const Node& node, const Node& reference);
-    /// Puts `replacement` in the place of `child`. Afterwards, `child` has no parent.
+    /// Puts `replacement` in the place of `child`. Afterwards, `child` has no parent. If both are the same
+    /// node, nothing changes.
     /// \throw Error in the same cases as `append(node)`, and if `child` is not a child of this node
     void replace(const Node& child, const Node& replacement);
-    /// Removes a child. The child stays alive as long as a `kel` object refers to it.
+    /// Removes a child of this node. The removed child stays alive as long as a `kel` value refers to it.
     /// \throw Error if `child` is not a child of this node
     void remove(const Node& child);
 
 protected:
     /// Creates a null value.
     Container() noexcept = default;
-    /// See `Node(IXMLDOMNode&)`.
+    /// Refers to the node of a COM object, as the constructor `Node(IXMLDOMNode&)` does.
     explicit Container(IXMLDOMNode& node) : Node(node) {}
 };
 
 class Attribute;
 class Attributes;
 
-/// An element, or null.
+/// A value that refers to an element, or is null.
 class KEL_EXPORT Element : public Container
 {
 public:
     /// Creates a null value.
     Element() noexcept = default;
-    /// Refers to the element of a COM object. \throw Error if the object belongs to another library
+    /// Refers to the element of a COM object. \throw Error if the COM object belongs to another library
     explicit Element(IXMLDOMElement& element);
-    /// Refers to the same node if it is an element; else null.
+    /// Refers to the same node as `node`. If that node is not an element, creates a null value.
     explicit Element(const Node& node) noexcept;
 
-    /// Reads the value of an attribute. The type of `otherwise` is the type of the result: a text, a number
-    /// or `bool`. White space around a number or `bool` is skipped. An integer is an optional sign and
-    /// decimal digits: `+5` and `007` are valid, but `5.0`, `1e3` and `0x10` are not. A floating-point number
-    /// may also be `5.0`, `1e3`, `inf` or `nan`.
+    /// Reads the value of an attribute. The type of `otherwise` decides whether the value is read as a text,
+    /// a number or a `bool`. White space around a number or a `bool` is skipped. An integer is an optional
+    /// sign and decimal digits: `+5` and `007` are valid, but `5.0`, `1e3` and `0x10` are not. A
+    /// floating-point number may also be written as `5.0`, `1e3`, `inf` or `nan`. A `bool` is `true`,
+    /// `false`, `1` or `0`.
     /// \param name the attribute's name
-    /// \param otherwise the default, which is returned if the element is null, if it does not have the
-    ///        attribute, or if the attribute's value does not fit the type of the result
+    /// \param otherwise the default. The function returns the default if the element is null, if the element
+    ///        does not have the attribute, or if the attribute's value is not valid for the type of
+    ///        `otherwise`.
     template <class Default>
     detail::TypeOf<Default> attribute(TextView name, const Default& otherwise) const
     {
         return detail::readOr(otherwise, [&](detail::Target target) { return readAttribute(name, target); });
     }
-    /// \return whether there is an attribute of that name
+    /// \return whether the element has an attribute of that name
     bool hasAttribute(TextView name) const;
     /// Returns all attributes, sorted by name.
     Attributes attributes() const;
-    /// Sets an attribute. Adds the attribute if the element does not have it.
+    /// Sets the value of an attribute. If the element does not have the attribute, adds the attribute.
     /// \param name the attribute's name
     /// \param value a text, a number or `bool`
-    /// \throw Error if the element is null, or if the name or the text is invalid
+    /// \throw Error if the element is null, if the name is invalid, or if `value` is an invalid text
     void setAttribute(TextView name, const Value& value);
     /// Removes an attribute.
     /// \return whether the element had the attribute
     /// \throw Error if the element is null
     bool removeAttribute(TextView name);
 
-    /// Appends a text. \return the new node. \throw Error if the element is null or the text is invalid
+    /// Appends a text node.
+    /// \return the new node
+    /// \throw Error if the element is null, or if the text is invalid
     Node appendText(const Value& text);
     /// Appends a CDATA section.
     /// \param text must not contain `]]>`
     /// \return the new node
-    /// \throw Error if the element is null or the text is invalid
+    /// \throw Error if the element is null, or if the text is invalid
     Node appendCData(TextView text);
 
-    /// See `Node::clone`.
+    /// Copies the element with its attributes and all its descendants. The copy belongs to the same document
+    /// as this element, but has no parent yet.
+    /// \return the copy; null if this value is null
     Element clone() const;
-    /// Creates a COM object for this element. \return a pointer that owns it; null for a null value
+    /// Creates a COM object for this element. \return a pointer that owns the COM object; null if this value
+    /// is null
     ComPtr<IXMLDOMElement> get() const;
 
 private:
     bool readAttribute(TextView name, detail::Target target) const;
 };
 
-/// An attribute of an element. It keeps the element alive.
+/// A value that refers to an attribute of an element, or is null. The value keeps the element alive.
 class KEL_EXPORT Attribute : public Node
 {
 public:
     /// Creates a null value.
     Attribute() noexcept = default;
-    /// Refers to the attribute of a COM object. \throw Error if the object belongs to another library
+    /// Refers to the attribute of a COM object. \throw Error if the COM object belongs to another library
     explicit Attribute(IXMLDOMAttribute& attribute);
-    /// Refers to the same node if it is an attribute; else null.
+    /// Refers to the same node as `node`. If that node is not an attribute, creates a null value.
     explicit Attribute(const Node& node) noexcept;
-    /// Creates a COM object for this attribute. \return a pointer that owns it; null for a null value
+    /// Creates a COM object for this attribute. \return a pointer that owns the COM object; null if this
+    /// value is null
     ComPtr<IXMLDOMAttribute> get() const;
 };
 
-/// The attributes of an element, sorted by name. A loop visits the attributes that exist when it begins. It
-/// may set and remove attributes.
+/// The attributes of an element, sorted by name. A loop visits the attributes that the element has when the
+/// loop begins. The body of the loop may set and remove attributes.
 class KEL_EXPORT Attributes
 {
 public:
@@ -164,7 +176,7 @@ public:
     class Iterator
     {
     public:
-        /// The types that the standard library requires.
+        /// The types that the standard library requires of an iterator.
         /// @{
         using value_type = Attribute;
         using difference_type = std::ptrdiff_t;
@@ -191,8 +203,8 @@ public:
                 *this = {};
             return *this;
         }
-        /// Compares two iterators. They are equal if both are at the end, or at the same attribute in the
-        /// same loop.
+        /// Compares two iterators. Two iterators are equal if both are at the end, or if both are at the same
+        /// attribute in the same loop.
         /// @{
         bool operator==(const Iterator& other) const noexcept
         {
@@ -206,15 +218,15 @@ public:
         std::size_t m_index = 0;
     };
 
-    /// For internal use. \param element may be null
+    /// For use inside the library. \param element may be null
     explicit Attributes(Element element) noexcept : m_element(std::move(element)) {}
-    /// Starts a loop.
+    /// Starts a loop over the attributes. \return an iterator at the first attribute
     Iterator begin() const;
     /// Returns the end iterator.
     Iterator end() const noexcept { return {}; }
     /// Counts the attributes.
     std::size_t size() const;
-    /// \return whether there are no attributes
+    /// \return whether the element has no attributes
     bool empty() const { return size() == 0; }
 
 private:

@@ -1,5 +1,5 @@
 /// \file
-/// Errors of loading and saving. Included by KelXmlLib/kel.h.
+/// Errors of loading and saving. KelXmlLib/kel.h includes this header.
 
 #pragma once
 
@@ -19,28 +19,28 @@ class KEL_EXPORT LoadError : public Error
 public:
     /// The kind of failure.
     enum class Kind {
-        unreadable,    ///< the file is missing, a directory or not readable; the system gives the `reason`
+        unreadable,    ///< the file is missing, is a directory, or cannot be read; `reason` says why
         empty,         ///< the file or text is empty
-        notWellFormed, ///< the XML is faulty: `line` and `column` say where, `reason` says why
-        beyondLimit,   ///< the file or text exceeds a limit of this library; `reason` says which
+        notWellFormed, ///< the XML is faulty: `line` and `column` say where, and `reason` says why
+        beyondLimit,   ///< the file or text exceeds a limit of this library; `reason` names the limit
     };
 
     /// \param kind the kind of failure
-    /// \param source the path of the file; empty if the document was a text
+    /// \param source the path of the file; empty if a text was parsed
     /// \param reason what went wrong, without the path and the position
-    /// \param line the line, counted from 1; 0 if there is no position
-    /// \param column the column, counted from 1; 0 if there is no position
+    /// \param line the line of the fault, counted from 1; 0 if the position is unknown
+    /// \param column the column of the fault, counted from 1; 0 if the position is unknown
     LoadError(Kind kind, const std::string& source, const std::string& reason, int line = 0, int column = 0);
     ~LoadError() override;
 
     /// The kind of failure.
     Kind kind() const noexcept { return m_kind; }
-    /// The line, counted from 1. It is 0 unless the kind is `notWellFormed`, and 0 if the text is not valid
-    /// UTF-8.
+    /// The line of the fault, counted from 1. Returns 0 if the kind is not `notWellFormed`. Also returns 0 if
+    /// `Document::parse` received a text with invalid UTF-8, an invalid wide character or a null character.
     int line() const noexcept { return m_line; }
-    /// The column, counted from 1. It is 0 if the line is 0.
+    /// The column of the fault, counted from 1. Returns 0 if `line` returns 0.
     int column() const noexcept { return m_column; }
-    /// What went wrong, without the file's name and the position.
+    /// What went wrong, without the path and the position.
     const std::string& reason() const noexcept { return m_reason; }
 
 private:
@@ -60,7 +60,7 @@ public:
     SaveError(const std::string& path, const std::string& reason);
     ~SaveError() override;
 
-    /// What went wrong, without the file's name.
+    /// What went wrong, without the path.
     const std::string& reason() const noexcept { return m_reason; }
 
 private:

@@ -1,5 +1,5 @@
 /// \file
-/// Lists of nodes for range-for. Included by KelXmlLib/kel.h.
+/// Lists of nodes for range-based `for` loops. KelXmlLib/kel.h includes this header.
 
 #pragma once
 
@@ -19,22 +19,22 @@ namespace detail
 
 /// Describes which nodes a list contains.
 struct Selection;
-/// Records which nodes a loop has moved.
+/// Records which nodes the body of a loop has moved.
 struct MovedNodes;
 
-/// Visits the nodes of a selection, one after the other.
+/// Visits the nodes of a selection one after the other. Every loop over a list uses a walk.
 class KEL_EXPORT Walk
 {
 public:
     /// Creates a walk that has ended.
     Walk() = default;
     /// Starts a walk.
-    /// \param selection may be null
-    /// \param current receives the first node, or null
+    /// \param selection the nodes to visit; may be null
+    /// \param current receives the first selected node; null if no node is selected
     Walk(std::shared_ptr<const Selection> selection, Node& current);
     /// Moves to the next node.
-    /// \param current the current node, or a node that the body of the loop has assigned to the loop
-    ///        variable; receives the next node, or null
+    /// \param current receives the next node; null at the end. Before the call, `current` is the current
+    ///        node, or another node that the body of the loop has assigned to the loop variable.
     void next(Node& current);
 
 private:
@@ -42,10 +42,11 @@ private:
 
     std::shared_ptr<const Selection> m_selection;
     std::shared_ptr<MovedNodes> m_moved;
-    // The neighbours of the current node, as they were when the walk reached it.
-    Node m_parent;                  ///< the parent
-    Node m_after;                   ///< the next sibling
-    const void* m_before = nullptr; ///< the address of the previous sibling; may be stale, only compared
+    // The neighbours that the current node had when the walk reached the current node.
+    Node m_parent; ///< the parent
+    Node m_after;  ///< the next sibling
+    /// The address of the previous sibling, for comparison only: the sibling may no longer exist.
+    const void* m_before = nullptr;
 };
 
 /// Counts the selected nodes. \param selection may be null
@@ -59,14 +60,16 @@ KEL_EXPORT bool hasAny(const std::shared_ptr<const Selection>& selection);
 /// A live list of nodes: each step of a loop reads the tree as it is at that time. `Item` is `Element` or
 /// `Node`.
 ///
-/// - A loop may change, move or remove the current node. After moving or removing it, the loop continues with
-///   the sibling that followed it. If it was the last sibling, a loop over children ends, and a loop over
-///   descendants continues after the former parent.
-/// - A loop may append nodes. It reaches them too.
-/// - A loop that moves a node does not visit this node again. If the node's new place is later in the list,
-///   the loop visits the node's descendants there, even if it has visited them before.
-/// - A loop can end early in two cases: if it moves or removes the current node together with the next
-///   sibling, and if it moves or removes an ancestor of the current node.
+/// - The body of a loop may change, move or remove the current node. If the body moves or removes the current
+///   node, the loop continues with the sibling that followed this node before the change. If this node was
+///   the last sibling, a loop over children ends, and a loop over descendants continues with the node that
+///   followed all descendants of the former parent.
+/// - The body may append nodes. If the list includes the appended nodes, the loop visits them too.
+/// - If the body moves the current node, the loop does not visit this node again. If the node's new place is
+///   later in the list, a loop over descendants visits the node's descendants there, even if the loop has
+///   visited those descendants before.
+/// - A loop can end early in two cases: if the body moves or removes both the current node and its next
+///   sibling, or if the body moves or removes an ancestor of the current node.
 template <class Item>
 class List
 {
@@ -75,7 +78,7 @@ public:
     class Iterator
     {
     public:
-        /// The types that the standard library requires.
+        /// The types that the standard library requires of an iterator.
         /// @{
         using value_type = Item;
         using difference_type = std::ptrdiff_t;
@@ -86,7 +89,7 @@ public:
 
         /// Creates the end iterator.
         Iterator() = default;
-        /// Creates an iterator at the first node.
+        /// Creates an iterator at the first node of the list.
         explicit Iterator(const std::shared_ptr<const detail::Selection>& selection)
             : m_walk(selection, m_item)
         {}
@@ -101,35 +104,37 @@ public:
             m_walk.next(m_item);
             return *this;
         }
-        /// Advances to the next node. \return a copy of the iterator from before the call
+        /// Advances to the next node. \return a copy of the iterator as it was before the call
         Iterator operator++(int)
         {
             Iterator earlier = *this;
             ++*this;
             return earlier;
         }
-        /// Compares two iterators. They are equal if both are at the same node, or both at the end.
+        /// Compares two iterators. Two iterators are equal if both are at the same node, or if both are at
+        /// the end.
         /// @{
         bool operator==(const Iterator& other) const noexcept { return m_item == other.m_item; }
         bool operator!=(const Iterator& other) const noexcept { return !(*this == other); }
         /// @}
 
     private:
-        mutable Item m_item; // so that a loop with `auto&` can change the node
+        mutable Item m_item; // mutable, so that the body of a loop with `auto&` can change the item
         detail::Walk m_walk;
     };
 
-    /// For internal use. \param selection null for an empty list
+    /// For use inside the library. \param selection the nodes of the list; null creates an empty list
     explicit List(std::shared_ptr<const detail::Selection> selection) : m_selection(std::move(selection)) {}
 
-    /// Starts a loop.
+    /// Starts a loop over the list. \return an iterator at the first node
     Iterator begin() const { return Iterator(m_selection); }
     /// Returns the end iterator.
     Iterator end() const { return {}; }
-    /// Counts the nodes. This takes time proportional to the number of children. For `descendants`, it takes
-    /// time proportional to the size of the tree.
+    /// Counts the nodes of the list. For a list of children, counting takes time proportional to the number
+    /// of all children. For a list of descendants, counting takes time proportional to the number of all
+    /// descendants.
     std::size_t size() const { return detail::count(m_selection); }
-    /// \return whether there are no nodes
+    /// \return whether the list has no nodes
     bool empty() const { return !detail::hasAny(m_selection); }
 
 private:

@@ -1,5 +1,5 @@
 /// \file
-/// Any node of a tree. Included by KelXmlLib/kel.h.
+/// Nodes of every kind. KelXmlLib/kel.h includes this header.
 
 #pragma once
 
@@ -35,56 +35,58 @@ enum class NodeKind {
     comment = 8,         ///< a comment
     document = 9,        ///< see `Document`
     documentType = 10,   ///< a document type declaration
-    fragment = 11,       ///< a list of nodes outside the tree
+    fragment = 11,       ///< a document fragment: a list of nodes outside the document's tree
     notation = 12        ///< a notation that the document type declares
 };
 
 /// The order in which attributes are written.
 enum class AttributeOrder {
     byName,     ///< sorted by name, so that saving an unchanged document always gives the same bytes
-    unspecified ///< the order of Qt's hash, which differs from run to run
+    unspecified ///< in the order of Qt's hash table; this order differs from run to run
 };
 
 /// Options for writing a tree.
 struct SaveOptions
 {
-    int indent = 4; ///< spaces per level; 0 adds only line breaks; -1 adds none, except after comments and
-                    ///< instructions
-    AttributeOrder attributeOrder = AttributeOrder::byName; ///< see `AttributeOrder`
+    /// The number of spaces per level. With 0, only line breaks are added. With -1, neither spaces nor line
+    /// breaks are added, except for a line break after a comment or an instruction.
+    int indent = 4;
+    /// The order in which the attributes of each element are written.
+    AttributeOrder attributeOrder = AttributeOrder::byName;
 };
 
-/// Any node, such as an element, a text or a comment. The value refers to a node and keeps its document
-/// alive, or it is null.
+/// A value that refers to a node of any kind, such as an element, a text or a comment. The value keeps the
+/// node's document alive. A value that refers to no node is null.
 class KEL_EXPORT Node
 {
 public:
     /// Creates a null value.
     Node() noexcept;
-    /// Refers to the node of a COM object. Does not keep the COM object itself.
-    /// \throw Error if the object belongs to another library
+    /// Refers to the node of a COM object. Does not keep the COM object itself alive.
+    /// \throw Error if the COM object belongs to another library
     explicit Node(IXMLDOMNode& node);
-    /// Refers to the same node.
+    /// Refers to the same node as the copied value.
     Node(const Node&) noexcept;
-    /// Takes over what `other` refers to, and leaves `other` null.
+    /// Refers to the node that `other` refers to, and leaves `other` null.
     Node(Node&& other) noexcept;
-    /// Refers to the same node.
+    /// Makes this value refer to the same node as the assigned value.
     Node& operator=(const Node&) noexcept;
-    /// Takes over what `other` refers to.
+    /// Makes this value refer to the node that `other` referred to.
     Node& operator=(Node&& other) noexcept;
     ~Node();
 
     /// \return whether this value refers to a node
     explicit operator bool() const noexcept;
-    /// \return whether both refer to the same node, or both are null
+    /// \return whether both values refer to the same node, or both values are null
     bool operator==(const Node& other) const noexcept;
-    /// \return whether the two refer to different nodes, or only one of them is null
+    /// \return whether the two values refer to different nodes, or only one of the two values is null
     bool operator!=(const Node& other) const noexcept { return !(*this == other); }
 
     /// \return the kind of the node; `none` for a null value
     NodeKind kind() const noexcept;
 
-    /// Returns the tag name of an element, the name of an attribute, or the target of an instruction. Other
-    /// nodes have a name such as `#text`.
+    /// Returns the tag name of an element, the name of an attribute, or the target of an instruction. A text,
+    /// a comment or a document has a fixed name, such as `#text`.
     /// \tparam Text `std::string` (UTF-8) or `std::wstring`
     template <class Text = std::string>
     Text name() const
@@ -94,7 +96,8 @@ public:
         return name;
     }
 
-    /// Returns all text in an element and its descendants, or the value of any other node.
+    /// For an element, returns all text in the element and its descendants. For any other node, returns the
+    /// node's value.
     /// \tparam Text `std::string` (UTF-8) or `std::wstring`
     /// \return the text; empty for a null value
     template <class Text = std::string>
@@ -102,39 +105,41 @@ public:
     {
         return text(Text());
     }
-    /// Reads the text as the type of `otherwise`: a text, a number or `bool`. The same texts are valid as for
-    /// `Element::attribute`.
-    /// \param otherwise the default, which is returned if the node is null, or if the text is not valid for
-    ///        the type
+    /// Reads the text of the node as a text, a number or a `bool`. The type of `otherwise` decides which. The
+    /// comment on `Element::attribute` says how numbers and `bool` may be written.
+    /// \param otherwise the default. The function returns the default if the node is null, or if the text of
+    ///        the node is not valid for the type of `otherwise`.
     template <class Default>
     detail::TypeOf<Default> text(const Default& otherwise) const
     {
         return detail::readOr(otherwise, [this](detail::Target target) { return readText(target); });
     }
-    /// Replaces all children of an element by a text, or sets the value of any other node.
+    /// For an element, replaces all children with one text. For any other node, sets the node's value.
     /// \param text a text, a number or `bool`
-    /// \throw Error if the node is null or a document, if the text is invalid, or if the text contains `--`,
-    ///        `]]>` or `?>` and this kind of node cannot contain it
+    /// \throw Error if the node is null or a document, or if the text is invalid. A text is also invalid for
+    ///        a comment if it contains `--` or ends in `-`, for a CDATA section if it contains `]]>`, and for
+    ///        an instruction if it contains `?>`.
     void setText(const Value& text);
 
-    /// \return the node's parent, if that is an element; else null
+    /// \return the node's parent if the parent is an element; else null
     Element parent() const;
-    /// \return the next sibling, of any kind; null if this is the last child
+    /// \return the next sibling, of any kind; null if the node has no next sibling
     Node nextSibling() const;
-    /// \return the previous sibling, of any kind; null if this is the first child
+    /// \return the previous sibling, of any kind; null if the node has no previous sibling
     Node previousSibling() const;
     /// \return the document that the node belongs to; null for a null value
     Document document() const;
 
-    /// Copies the node with all its descendants. The copy belongs to the same document, and has no parent
-    /// yet.
-    /// \return the copy; null for a null value
+    /// Copies the node with all its descendants. The copy of a document is a new document. Any other copy
+    /// belongs to the document of the copied node, and has no parent yet.
+    /// \return the copy; null if this value is null
     Node clone() const;
 
-    /// Returns the node as XML text; empty for a null value.
+    /// Returns the node as XML text. \return the XML text in UTF-8; empty if this value is null
     std::string toString(const SaveOptions& options = {}) const;
 
-    /// Creates a COM object for this node. \return a pointer that owns it; null for a null value
+    /// Creates a COM object for this node. \return a pointer that owns the COM object; null if this value is
+    /// null
     ComPtr<IXMLDOMNode> get() const;
 
 private:

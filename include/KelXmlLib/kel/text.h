@@ -1,5 +1,5 @@
 /// \file
-/// Types that convert the texts and numbers that callers pass or read. Included by KelXmlLib/kel.h.
+/// Types for the texts and numbers that callers pass and read. KelXmlLib/kel.h includes this header.
 
 #pragma once
 
@@ -16,31 +16,31 @@
 namespace kel
 {
 
-/// A name or a text as an argument, UTF-8 or wide. It only points to the caller's characters, so use it only
-/// within the call.
+/// An argument that is a name or a text, in UTF-8 or wide. A `TextView` only points to the caller's
+/// characters, so do not keep a `TextView` after the call.
 class TextView
 {
 public:
     /// Creates an empty text.
     TextView() = default;
-    /// UTF-8, up to the first zero. \param text must not be null
+    /// Refers to a UTF-8 text, up to the first null character. \param text must not be null
     TextView(const char* text) : TextView(std::string_view(text)) {}
-    /// UTF-8.
+    /// Refers to a UTF-8 text.
     TextView(std::string_view text) noexcept : m_text(text.data()), m_length(text.size()) {}
-    /// UTF-8.
+    /// Refers to a UTF-8 text.
     TextView(const std::string& text) noexcept : TextView(std::string_view(text)) {}
-    /// Wide, up to the first zero. \param text must not be null
+    /// Refers to a wide text, up to the first null character. \param text must not be null
     TextView(const wchar_t* text) : TextView(std::wstring_view(text)) {}
-    /// Wide.
+    /// Refers to a wide text.
     TextView(std::wstring_view text) noexcept : m_text(text.data()), m_length(text.size()), m_isWide(true) {}
-    /// Wide.
+    /// Refers to a wide text.
     TextView(const std::wstring& text) noexcept : TextView(std::wstring_view(text)) {}
 
-    /// \return whether the text is wide: if so, read it with `wide`, else with `utf8`
+    /// \return whether the text is wide. Read a wide text with `wide`, and any other text with `utf8`.
     bool isWide() const noexcept { return m_isWide; }
-    /// Returns the text. Call it only if `isWide` returns false.
+    /// Returns the text in UTF-8. Call `utf8` only if `isWide` returns false.
     std::string_view utf8() const noexcept { return {static_cast<const char*>(m_text), m_length}; }
-    /// Returns the text. Call it only if `isWide` returns true.
+    /// Returns the wide text. Call `wide` only if `isWide` returns true.
     std::wstring_view wide() const noexcept { return {static_cast<const wchar_t*>(m_text), m_length}; }
 
 private:
@@ -56,14 +56,15 @@ namespace detail
 template <class T>
 constexpr bool isText = std::is_convertible_v<const T&, TextView>;
 
-/// Whether a `T` can be passed as a number. Excludes `bool` and the character types, which C++ treats as
-/// numbers: `'5'` would be written as 53.
+/// Whether a `T` can be passed as a number. False for `bool`, `char` and the wide character types, although
+/// C++ treats these types as numbers: otherwise, `'5'` would be written as 53. Also false for `long double`,
+/// because `writeNumber` does not take a `long double`.
 template <class T>
 constexpr bool isNumber = std::is_arithmetic_v<T> && !std::is_same_v<T, bool> && !std::is_same_v<T, char> &&
                           !std::is_same_v<T, wchar_t> && !std::is_same_v<T, char16_t> &&
                           !std::is_same_v<T, char32_t> && !std::is_same_v<T, long double>;
 
-/// The type used to read and write a number.
+/// The type that the library uses to read or write a `Number`.
 template <class Number>
 using WidestOf =
     std::conditional_t<std::is_floating_point_v<Number>, Number,
@@ -71,7 +72,7 @@ using WidestOf =
 
 /// Writes a number in the shortest form that reads back as the same number.
 /// \param number the number to write
-/// \param to receives the digits; must have room for 32 characters
+/// \param to receives the characters; must have room for 32 characters
 /// \return how many characters were written
 /// @{
 KEL_EXPORT std::size_t writeNumber(long long number, char* to) noexcept;
@@ -82,9 +83,9 @@ KEL_EXPORT std::size_t writeNumber(double number, char* to) noexcept;
 
 } // namespace detail
 
-/// A text, a number or a `bool` as an argument. It may point to the caller's characters, so use it only
-/// within the call. Numbers are written the same way in every locale. A `double` or `float` gets enough
-/// digits to read back as the same number. A `bool` is written as `true` or `false`.
+/// An argument that is a text, a number or a `bool`. A `Value` may point to the caller's characters, so do
+/// not keep a `Value` after the call. Numbers are written the same way in every locale. A `double` or `float`
+/// gets enough digits to read back as the same number. A `bool` is written as `true` or `false`.
 class Value
 {
 public:
@@ -105,7 +106,7 @@ public:
     Value(const Value&) = delete;
     Value& operator=(const Value&) = delete;
 
-    /// Returns the text to write.
+    /// Returns the text, or the number or `bool` written as a text.
     const TextView& text() const noexcept { return m_text; }
 
 private:
@@ -116,20 +117,21 @@ private:
 namespace detail
 {
 
-/// The type of a value that is read with a default of type `Default`: `std::string` or `std::wstring` for a
-/// text, else `Default` itself.
+/// The type of a value that is read with a default of type `Default`. If `Default` is a type of text, this is
+/// `std::string` or `std::wstring`; else it is `Default` itself.
 template <class Default>
 using TypeOf = std::conditional_t<
     std::is_convertible_v<const Default&, std::string_view>, std::string,
     std::conditional_t<std::is_convertible_v<const Default&, std::wstring_view>, std::wstring, Default>>;
 
-/// Points to the variable that receives a value. The variable's type decides which texts are valid.
+/// A pointer to the variable that receives a value. The type of the variable decides which texts are valid.
 using Target =
     std::variant<std::string*, std::wstring*, bool*, long long*, unsigned long long*, float*, double*>;
 
-/// Reads a value, or returns the default.
+/// Reads a value, or returns the default if `read` stores no value.
 /// \param otherwise the default
-/// \param read called with a `Target`; returns whether it has stored a value there
+/// \param read a function that receives a `Target`, and returns whether it has stored a value in the variable
+///        of that `Target`
 template <class Default, class Read>
 TypeOf<Default> readOr(const Default& otherwise, Read read)
 {

@@ -1,5 +1,5 @@
 /// \file
-/// Writes an XML file without a tree. Included by KelXmlLib/kel.h.
+/// A writer that builds no tree. KelXmlLib/kel.h includes this header.
 
 #pragma once
 
@@ -13,23 +13,25 @@
 namespace kel
 {
 
-/// Writes one XML file from start to end, in UTF-8 and with an XML declaration.
+/// Writes one XML file from start to end. The file is in UTF-8 and begins with an XML declaration.
 ///
 /// - A wide character that is half a surrogate pair or above U+10FFFF is written as U+FFFD.
-/// - Once writing the file has failed, every call throws `SaveError`.
-/// - Invalid UTF-8 throws `Error`, and so do characters that XML does not allow.
-/// - A carriage return in a comment, a CDATA section or an instruction is written as it is, and most parsers
-///   read it as a line feed. In texts and attributes, it is written so that parsers keep it.
+/// - A call throws `SaveError` if it cannot write to the file. Every later call that writes then throws too.
+/// - A call that receives invalid UTF-8, or a character that XML does not allow, throws `Error`.
+/// - In a comment, a CDATA section or an instruction, a carriage return is written unchanged. Most parsers
+///   read an unchanged carriage return as a line feed. In texts and attributes, a carriage return is written
+///   as a character reference, which parsers read as a carriage return.
 class KEL_EXPORT Writer
 {
     struct State;
 
 public:
-    /// An open element. The destructor closes the element, and with it all open elements inside.
+    /// An open element. The destructor closes the element, and all open elements inside this element.
     class KEL_EXPORT Element
     {
     public:
-        /// Moves the element. From then on, the new object closes it, and not `other`.
+        /// Moves the element to the new object. The destructor of the new object then closes the element. The
+        /// destructor of `other` does nothing.
         Element(Element&& other) noexcept = default;
         Element(const Element&) = delete;
         Element& operator=(const Element&) = delete;
@@ -38,9 +40,9 @@ public:
         /// Writes an attribute.
         /// \param name the attribute's name
         /// \param value a text, a number or `bool`
-        /// \return this element, for the next attribute
-        /// \throw Error if the name or the text is invalid, if the element already has that attribute, or if
-        ///        the element already has content or is closed
+        /// \return this element, so that you can write the next attribute
+        /// \throw Error if the name is invalid, if `value` is an invalid text, if the element already has an
+        ///        attribute of that name, if the element already has content, or if the element is closed
         Element& attribute(TextView name, const Value& value);
 
     private:
@@ -51,44 +53,45 @@ public:
         std::size_t m_serial;
     };
 
-    /// Starts a new file. `close` puts it in the place of an existing file, in the same way as
-    /// `Document::save`. If a write has failed, the existing file stays.
-    /// \param path in UTF-8
-    /// \param indent whether to begin each element on a new line, indented by four spaces a level
-    /// \throw SaveError
+    /// Starts a new file. `close` replaces any existing file at `path` with the new file, in the same way as
+    /// `Document::save`. If a write fails before `close` begins to replace the existing file, the existing
+    /// file stays unchanged.
+    /// \param path the path of the file, in UTF-8
+    /// \param indent whether each element begins on a new line, indented by four spaces per level
+    /// \throw SaveError if the new file cannot be created
     explicit Writer(const std::filesystem::path& path, bool indent = true);
     Writer(const Writer&) = delete;
     Writer& operator=(const Writer&) = delete;
-    /// Calls `close`, but reports no errors: call `close` yourself to get them. If an exception is unwinding
-    /// the stack, discards the new file instead.
+    /// Calls `close`, but reports no errors. To get the errors, call `close` yourself. If the destructor runs
+    /// while an exception is unwinding the stack, it does not call `close`, but discards the new file.
     ~Writer();
 
     /// Begins an element inside the innermost open element.
-    /// \return the element, which is closed when the returned object is destroyed
-    /// \throw Error if the name is invalid, if the root element is already closed, or after `close`
+    /// \return an object for the element; its destructor closes the element
+    /// \throw Error if the name is invalid, if the root element is already closed, or if the file is closed
     Element element(TextView name);
-    /// Writes an element with a text, and closes it.
+    /// Writes an element that contains only a text, and closes the element.
     /// \throw Error in the same cases as `element(name)`, and if the text is invalid
     void element(TextView name, const Value& text);
-    /// Writes a text. \throw Error if no element is open or the text is invalid
+    /// Writes a text. \throw Error if no element is open, or if the text is invalid
     void text(const Value& text);
-    /// Writes a CDATA section. Begins a new section wherever the text contains `]]>`.
-    /// \throw Error if no element is open or the text is invalid
+    /// Writes a CDATA section. Splits a text that contains `]]>` into several CDATA sections.
+    /// \throw Error if no element is open, or if the text is invalid
     void cdata(TextView text);
-    /// Writes a comment. It may be before, in or after the root element.
-    /// \param text must not contain two hyphens in a row, or end in a hyphen
-    /// \throw Error if the text is invalid, or after `close`
+    /// Writes a comment. The comment may be before, in or after the root element.
+    /// \param text must not contain two hyphens in a row, and must not end in a hyphen
+    /// \throw Error if the text is invalid, or if the file is closed
     void comment(TextView text);
-    /// Writes a processing instruction. It may be before, in or after the root element.
+    /// Writes a processing instruction. The instruction may be before, in or after the root element.
     /// \param target the instruction's name; must not be `xml`
     /// \param data must not contain `?>`
-    /// \throw Error if the name or the text is invalid, or after `close`
+    /// \throw Error if the target or the data is invalid, or if the file is closed
     void instruction(TextView target, TextView data);
 
-    /// Closes all open elements and the file, which then replaces any existing file. Does nothing when called
-    /// again.
-    /// \throw SaveError if the file could not be written completely, for example because the disk is full;
-    ///        Error if there is no root element
+    /// Closes all open elements, closes the new file, and replaces any existing file with the new file. Does
+    /// nothing if an earlier call of `close` has succeeded.
+    /// \throw SaveError if the file could not be written completely, for example because the disk is full
+    /// \throw Error if no root element was written
     void close();
 
 private:
