@@ -1,4 +1,4 @@
-// Owners of the descriptions that a type information returns.
+// Smart pointers to the descriptions that an ITypeInfo returns.
 
 #pragma once
 
@@ -9,7 +9,8 @@
 namespace kelxml::com
 {
 
-/// Releases a description through the type information that returned it.
+/// The deleter of `DescriptionPtr`. Releases a description through `typeInfo`, which must be the `ITypeInfo`
+/// that returned the description. Does not own `typeInfo`.
 struct ReleaseDescription
 {
     void operator()(TYPEATTR* attributes) const { typeInfo->ReleaseTypeAttr(attributes); }

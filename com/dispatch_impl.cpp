@@ -1,4 +1,5 @@
-// Implements the IDispatch methods, once for all six interfaces.
+// Implements the IDispatch methods as a template, and instantiates the template for the six interfaces that
+// the library implements.
 
 #include "KelXmlLib/dispatch_impl.h"
 

@@ -1,4 +1,5 @@
-// The COM basics of an object: QueryInterface over a list of interfaces, and a plain reference count.
+// The COM basics of an object: QueryInterface for a list of interfaces, and a reference count that is not
+// atomic.
 
 #pragma once
 
@@ -9,8 +10,9 @@
 namespace kelxml::com
 {
 
-/// Returns the object's own address for every identifier in `supported`. Single inheritance makes this valid:
-/// each interface begins at the object's address.
+/// Implements `QueryInterface`. Returns the address of `self` for every identifier in `supported`. This is
+/// valid because classes use only single inheritance, so all interfaces of an object begin at the object's
+/// address.
 template <class Object>
 HRESULT queryInterface(Object& self, std::initializer_list<const GUID*> supported, const GUID& riid,
                        void** ppv)
@@ -33,8 +35,9 @@ inline ULONG addReference(ULONG& count) noexcept
     return ++count;
 }
 
-/// Releases a reference. When the count reaches 0, destroys the object through its vtable, because no class
-/// is `final`. If the count is already 0, the count wraps around and nothing is destroyed.
+/// Releases one reference to `self`. When `count` reaches 0, deletes `self` through the virtual destructor,
+/// because `self` may be of a derived class. If `count` is 0 before the call, `count` wraps around and `self`
+/// is not deleted.
 template <class Object>
 ULONG releaseReference(Object& self, ULONG& count) noexcept
 {

@@ -1,5 +1,6 @@
-// Each object caches the names of its interface's members on its first call by name. After that, it looks up
-// one name in the cache if the spelling and the case match. Otherwise it asks the type information.
+// Each object caches the names of its interface's members when it loads the type information. After that, the
+// object finds a single name in the cache if the name has the spelling and the case of a member. For all
+// other names, the object asks the type information.
 
 #include "com/description_ptr.h"
 
@@ -16,7 +17,7 @@ HRESULT CComTypeInfoHolder::LoadNameCache(ITypeInfo* typeInfo)
     TYPEATTR* borrowed = nullptr;
     if (FAILED(typeInfo->GetTypeAttr(&borrowed)))
         return S_OK;
-    const DescriptionPtr<TYPEATTR> attributes(borrowed, {typeInfo}); // released after every FUNCDESC
+    const DescriptionPtr<TYPEATTR> attributes(borrowed, {typeInfo}); // outlives each FUNCDESC of `readName`
 
     m_pMap.reset();
     m_nCount = attributes->cFuncs;
@@ -36,7 +37,7 @@ void CComTypeInfoHolder::readName(ITypeInfo& typeInfo, UINT index, NameEntry& en
     FUNCDESC* borrowed = nullptr;
     if (FAILED(typeInfo.GetFuncDesc(index, &borrowed)))
         return;
-    kel::Bstr name; // declared first, so that it is freed after the FUNCDESC
+    kel::Bstr name; // declared before `function`, so that the name is freed after the FUNCDESC
     const DescriptionPtr<FUNCDESC> function(borrowed, {&typeInfo});
     if (FAILED(typeInfo.GetDocumentation(function->memid, name.put(), nullptr, nullptr, nullptr)))
         return;

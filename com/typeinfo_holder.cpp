@@ -1,4 +1,5 @@
-// Loads an interface's type information from the registered type library, and implements IDispatch with it.
+// Loads an interface's type information from the registered type library. Implements IDispatch with this type
+// information.
 
 #include "com/description_ptr.h"
 
@@ -13,13 +14,13 @@ using kelxml::com::DescriptionPtr;
 namespace
 {
 
-/// The number of vtable slots of each interface, including those of IDispatch.
+/// The number of vtable slots of each interface, including the slots of IDispatch.
 constexpr std::pair<const GUID*, std::size_t> kSlots[] = {
     {&IID_IXMLDOMNode, 43},      {&IID_IXMLDOMDocument, 76}, {&IID_IXMLDOMElement, 52},
     {&IID_IXMLDOMAttribute, 46}, {&IID_IXMLDOMNodeList, 12}, {&IID_IXMLDOMNamedNodeMap, 17}};
 
-/// Whether the type library describes more slots than the object's vtable has. A call to an extra slot would
-/// crash.
+/// Whether `typeInfo` describes more vtable slots than objects of this library have for `interface`. A call
+/// of a slot that an object does not have would crash.
 bool hasMoreSlotsThanObject(ITypeInfo& typeInfo, const GUID& interface)
 {
     TYPEATTR* borrowed = nullptr;
@@ -42,7 +43,7 @@ HRESULT CComTypeInfoHolder::GetTI(LCID)
     wchar_t path[KelTypelib::PathCapacity] = {};
     if (const HRESULT found = KelTypelib::GetTlbFilePath(*m_plibid, path); FAILED(found))
         return found;
-    ITypeLib* library = nullptr; // borrowed: the registry keeps it alive
+    ITypeLib* library = nullptr; // borrowed: the registry keeps the library alive
     if (const HRESULT loaded = KelTypelib::LoadTypeLib(path, &library); FAILED(loaded))
         return loaded;
     const HRESULT obtained = library->GetTypeInfoOfGuid(*m_pguid, m_pInfo.put());

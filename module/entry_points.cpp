@@ -1,4 +1,5 @@
-// The entry points for the host's module loader: the object map and the functions that use it.
+// The functions that the host's module loader calls, and the object map, which lists the classes that hosts
+// can create.
 
 #include "KelXmlLib/module.h"
 
@@ -22,7 +23,7 @@ const ObjectMapEntry* _xmlModule = nullptr;
 
 int DllMain(void*, unsigned int reason, void*)
 {
-    // Do not write the pointer again: another thread may be reading it.
+    // Do not write `_xmlModule` if it is already set, because another thread may be reading `_xmlModule`.
     if (reason == kProcessAttach && _xmlModule != objectMap)
         _xmlModule = objectMap;
     return 1;

@@ -1,5 +1,5 @@
-// BSTRs: a length in characters, then the characters, then a zero. They are allocated with `malloc`, so that
-// running out of memory gives null, not an exception.
+// A BSTR consists of a length in characters, then the characters, then a zero. The functions allocate memory
+// with `malloc`, so that they return null when memory runs out, and throw no exception.
 
 #include "KelComWrapper/bstr.h"
 
@@ -11,8 +11,8 @@
 namespace
 {
 
-/// The header, which ends with the length, precedes the text. With this size, the text is aligned like the
-/// block from `malloc`.
+/// The size of the header before the characters. The last bytes of the header contain the length. With this
+/// size, the characters are aligned like the block from `malloc`.
 constexpr std::size_t kHeaderSize = alignof(std::max_align_t);
 
 BYTE* blockOf(BSTR text)
@@ -34,7 +34,7 @@ BSTR SysAllocString(const wchar_t* text)
 
 BSTR SysAllocStringLen(const wchar_t* text, UINT length)
 {
-    static_assert(sizeof(std::size_t) > sizeof(UINT), "the size below does not overflow");
+    static_assert(sizeof(std::size_t) > sizeof(UINT), "the computation of `size` does not overflow");
     const std::size_t size = kHeaderSize + (std::size_t{length} + 1) * sizeof(wchar_t);
     void* const block = text ? std::malloc(size) : std::calloc(size, 1);
     if (!block)

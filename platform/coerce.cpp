@@ -15,13 +15,15 @@ namespace
 {
 
 constexpr std::int64_t kCurrencyScale = 10000;
-/// Numbers of significant digits in a text. With more digits, a float of 0.1 would become 0.100000001.
+/// Numbers of significant digits when a float or a double becomes a text. With nine digits, the float 0.1
+/// would become 0.100000001.
 constexpr int kFloatDigits = 7;
 constexpr int kDoubleDigits = 15;
 constexpr int kFloatExponentSize = 8;
 constexpr int kDoubleExponentSize = 11;
 
-/// A longer text does not fit in a `QString`. It is read as empty, so its conversion fails.
+/// Maximum length of a text, because a longer text may not fit in a `QString`. `textOf` reads a longer text
+/// as empty, and an empty text cannot be converted to an integer or a boolean.
 constexpr UINT kLongestText = std::numeric_limits<int>::max() / sizeof(wchar_t);
 
 QString textOf(BSTR text)
@@ -30,7 +32,8 @@ QString textOf(BSTR text)
     return length > kLongestText ? QString() : QString::fromWCharArray(text, static_cast<int>(length));
 }
 
-/// The size of a value of this type that is passed by reference; 0 if the type cannot be passed by reference.
+/// The size in bytes of a value of this type. Returns 0 for types that cannot be passed by reference, and for
+/// `VT_VARIANT`, which `dereference` handles itself.
 std::size_t widthOf(VARTYPE type)
 {
     switch (type) {
@@ -75,7 +78,8 @@ HRESULT followOnce(const VARIANT& reference, VARIANT& plain)
     return S_OK;
 }
 
-/// A number as a fraction. A denominator of 0 means infinity, NaN, or a number far beyond 32 bits.
+/// A number as a sign and a fraction. A denominator of 0 stands for infinity, NaN, or a number far too large
+/// for 32 bits.
 struct Fraction
 {
     bool isNegative;
@@ -89,8 +93,9 @@ Fraction fractionOf(std::int64_t integer, std::uint64_t denominator = 1)
     return {integer < 0, integer < 0 ? 0 - bits : bits, denominator};
 }
 
-/// Decodes an IEEE 754 number. The most significant bits of `bits` are its sign, exponent and mantissa. Uses
-/// no floating-point operation, because the host may have unmasked floating-point traps.
+/// Decodes an IEEE 754 number from its sign, exponent and mantissa, which are the most significant bits of
+/// `bits`. Does not use floating-point operations, because such operations could trap: the host may have
+/// unmasked the floating-point traps.
 Fraction decodeFloat(std::uint64_t bits, int exponentSize)
 {
     const int mantissaSize = 63 - exponentSize;
@@ -102,12 +107,14 @@ Fraction decodeFloat(std::uint64_t bits, int exponentSize)
     const int shift = mantissaSize + bias - std::max(exponent, 1); // the number is numerator / 2^shift
     if (exponent == highest || shift < 0)
         return {isNegative, 1, 0};
-    // Shifting by 62 bits already makes the number less than one half, so larger shifts are reduced to 62.
+    // With a denominator of 2^62, every number is already less than one half and rounds to 0. So a
+    // denominator larger than 2^62 is not needed.
     return {isNegative, exponent == 0 ? mantissa : implied | mantissa,
             std::uint64_t{1} << std::min(shift, 62)};
 }
 
-/// Rounds to the nearest integer; a half rounds to the even integer.
+/// Rounds the absolute value to the nearest integer. A number halfway between two integers becomes the even
+/// integer.
 std::uint64_t rounded(const Fraction& number)
 {
     const std::uint64_t whole = number.numerator / number.denominator;
@@ -116,8 +123,9 @@ std::uint64_t rounded(const Fraction& number)
     return rest > number.denominator || (isHalf && whole % 2 == 1) ? whole + 1 : whole;
 }
 
-/// Reads an integer. Reads `VT_EMPTY` as 0.
-/// \return false if the type is not an integer type, or has values that do not fit in a signed 64-bit integer
+/// Reads the integer or boolean in `plain`, or 0 if `plain` is `VT_EMPTY`.
+/// \return false if `plain` is of any other type, or is `VT_UI8`, whose values may not fit in a signed 64-bit
+///         integer
 bool readExactInteger(const VARIANT& plain, std::int64_t& integer)
 {
     switch (plain.vt) {
@@ -161,7 +169,7 @@ HRESULT parseNumber(BSTR text, Fraction& number)
     if (!isNumber)
         return std::isinf(value) ? DISP_E_OVERFLOW : DISP_E_TYPEMISMATCH;
     if (!std::isfinite(value))
-        return DISP_E_TYPEMISMATCH; // the word "inf" or "nan"
+        return DISP_E_TYPEMISMATCH; // the text is "inf" or "nan"
     std::uint64_t bits = 0;
     std::memcpy(&bits, &value, sizeof bits);
     number = decodeFloat(bits, kDoubleExponentSize);

@@ -1,4 +1,4 @@
-// Gives Qt the default floating-point environment while it converts numbers.
+// Sets the default floating-point environment while Qt converts numbers.
 
 #pragma once
 
@@ -7,8 +7,9 @@
 namespace kelcom
 {
 
-/// Sets the default environment, and restores the host's environment at the end of the scope. In the host's
-/// environment, unmasked traps could end the process, and another rounding mode could change digits.
+/// The constructor sets the default floating-point environment, and the destructor restores the host's
+/// environment. The host may have unmasked floating-point traps, which could end the process, or may have set
+/// another rounding mode, which could change the digits of converted numbers.
 class DefaultFloatingPoint
 {
 public:

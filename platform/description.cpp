@@ -1,5 +1,5 @@
-// Computes the structures that callers receive (FUNCDESC, TYPEATTR), the lookup tables and libffi's call
-// descriptions.
+// Computes the structures that hosts receive (FUNCDESC, TYPEATTR), the lookup tables, and the descriptions of
+// calls for libffi.
 
 #include "platform/description.h"
 
@@ -15,8 +15,9 @@ constexpr wchar_t foldedLetter(wchar_t letter)
     return letter >= L'A' && letter <= L'Z' ? letter - L'A' + L'a' : letter;
 }
 
-/// The type of a VARIANT passed by value. The size is given because libffi would otherwise compute it and
-/// store it in this object. This would be a data race when several threads prepare descriptions.
+/// Returns libffi's type for a VARIANT that is passed by value. The static object `type` contains the size
+/// from the start. Otherwise libffi would compute the size and write it to `type`, which would be a data race
+/// when several threads prepare calls.
 ffi_type* variantType()
 {
     static ffi_type* members[] = {&ffi_type_uint64, &ffi_type_uint64, &ffi_type_uint64, nullptr};
@@ -58,8 +59,8 @@ ELEMDESC elementOf(const Parameter& parameter, bool isResult)
     return element;
 }
 
-/// Describes the function in the vtable slot, so `cParams` counts the pointer to the result, and the
-/// return type is HRESULT.
+/// Fills the FUNCDESC of a function. The FUNCDESC describes the virtual function in the vtable slot. So
+/// `cParams` counts the pointer to the result, and `elemdescFunc` says that the function returns an HRESULT.
 void describe(Function& function, std::size_t slot)
 {
     for (const Parameter& argument : function.arguments)
@@ -122,8 +123,8 @@ TYPEATTR attributesOf(const InterfaceDescription& interface, const TLIBATTR& lib
     return attributes;
 }
 
-/// Numbers all declared types. An interface gets its index for `ITypeLib::GetTypeInfo`. The numbers of all
-/// other types follow.
+/// Gives each declared type a number. The number of a described interface is its index for
+/// `ITypeLib::GetTypeInfo`. All other declared types have higher numbers.
 void numberTypes(LibraryDescription& library)
 {
     auto next = static_cast<HREFTYPE>(library.interfaces.size());
@@ -204,7 +205,7 @@ bool complete(LibraryDescription& library)
         for (std::size_t index = 0; index < interface.functions.size(); ++index) {
             Function& function = *interface.functions[index];
             if (function.description.oVft != 0)
-                continue; // inherited, and described when its own interface was
+                continue; // an inherited function, described with an earlier interface
             describe(function, kDispatchSlots + index);
             if (!prepareCall(function))
                 return false;

@@ -1,4 +1,5 @@
-// The description of a type library in memory. It is built once, then read by any number of threads.
+// The in-memory description of a type library. One thread builds the description. After that, any number of
+// threads may read the description at the same time.
 
 #pragma once
 
@@ -18,27 +19,34 @@
 namespace kelcom
 {
 
-/// Maximum number of parameters of a member, not counting its result. A call keeps all of them on the stack.
+/// Maximum number of parameters of a member, not counting the parameter for the result. The number is limited
+/// because a call keeps all arguments on the stack.
 constexpr std::size_t kMaxArguments = 8;
-constexpr std::size_t kMaxFunctions = 512; ///< of one interface, including inherited functions
-/// Maximum for all interfaces together. Each interface counts its inherited functions again, because it has
-/// its own tables for them. The XML DOM has 204 functions.
+/// Maximum number of functions of one interface, including inherited functions.
+constexpr std::size_t kMaxFunctions = 512;
+/// Maximum number of functions of all interfaces together. An inherited function counts once for each
+/// interface that has it, because each interface has its own lookup tables. Counted in this way, the XML DOM
+/// has 204 functions.
 constexpr std::size_t kMaxFunctionsInAll = 2048;
 constexpr std::size_t kMaxTypes = 256;
 constexpr std::size_t kMaxNameLength = 128;
 
-/// The slots of `IDispatch`. Every described interface begins with them.
+/// The number of vtable slots of `IDispatch`. The vtable of every described interface begins with these
+/// slots.
 constexpr std::size_t kDispatchSlots = 7;
 constexpr std::size_t kSlotSize = sizeof(void*);
 
-static_assert((kDispatchSlots + kMaxFunctions) * kSlotSize <= INT16_MAX, "FUNCDESC::oVft holds every offset");
+static_assert((kDispatchSlots + kMaxFunctions) * kSlotSize <= INT16_MAX,
+              "FUNCDESC::oVft can hold the offset of every slot");
 
-/// The name in lower case. Names are ASCII, and comparisons ignore case.
+/// Returns the name with the letters A to Z in lower case. No other letters matter, because type libraries
+/// contain only ASCII names.
 std::wstring folded(std::wstring_view name);
+/// Whether two names are equal if the case of the letters A to Z is ignored.
 bool isSameName(std::wstring_view left, std::wstring_view right);
 
-/// Removes `const` from a description, because the published functions return non-const pointers. Callers
-/// must not write to the description.
+/// Returns a pointer without `const` to a constant description, because the functions of `ITypeInfo` and
+/// `ITypeLib` must return such pointers. Hosts must not write to the description.
 template <class T>
 T* lend(const T& description)
 {
@@ -49,13 +57,15 @@ T* lend(const T& description)
 struct ValueType
 {
     std::wstring name;
-    GUID iid{};             ///< only for an interface
-    VARTYPE tag = VT_EMPTY; ///< `vt` of a VARIANT with such a value; `VT_EMPTY` until declared
-    TYPEDESC description{}; ///< the type itself
-    TYPEDESC pointer{};     ///< a pointer to it
+    GUID iid{}; ///< set only if the type is an interface
+    /// `vt` of a VARIANT that contains a value of this type. `VT_EMPTY` if the type has been used by name,
+    /// but not declared yet.
+    VARTYPE tag = VT_EMPTY;
+    TYPEDESC description{}; ///< describes this type to hosts
+    TYPEDESC pointer{};     ///< describes a pointer to this type
     bool isDescribed() const { return tag != VT_EMPTY; }
     bool isInterface() const { return tag == VT_DISPATCH || tag == VT_UNKNOWN; }
-    /// Whether the library declares the type. All other types are built in.
+    /// Whether the type library declares this type. False for a built-in type.
     bool isDeclared() const { return description.vt == VT_USERDEFINED; }
 };
 
@@ -66,7 +76,8 @@ struct Parameter
     bool isOptional = false;
 };
 
-/// The function in one slot of an interface. Must not be moved, because its members point to each other.
+/// The function in one vtable slot of an interface. A `Function` must not be moved, because some of its data
+/// members point to other data members.
 struct Function
 {
     std::wstring name;
@@ -75,42 +86,48 @@ struct Function
     std::vector<Parameter> arguments;
     std::optional<Parameter> result;
 
-    // `complete` computes the following members from those above.
+    // The function `complete` computes the data members below from the data members above.
     std::size_t required = 0; ///< the number of required arguments
     FUNCDESC description{};
     std::vector<ELEMDESC> elements;
-    std::array<ffi_type*, kMaxArguments + 2>
-        ffiTypes{}; ///< of the object, the arguments and the pointer to the result
+    /// libffi's types of the object pointer, the arguments and the pointer to the result, in this order.
+    std::array<ffi_type*, kMaxArguments + 2> ffiTypes{};
     ffi_cif cif{};
 
     bool isPut() const { return kind == INVOKE_PROPERTYPUT || kind == INVOKE_PROPERTYPUTREF; }
 };
 
-/// Checks three rules. A property get has a result. A property put has a required value as its last argument,
-/// and no result. No required argument follows an optional one.
+/// Whether the function follows these rules:
+/// - A property get has a result.
+/// - A property put has no result. Its last argument is the value, which is required.
+/// - No required argument follows an optional argument.
 bool isConsistent(const Function& function);
-/// Whether one interface may have both functions. Functions of the same property share their name and
-/// identifier and differ in kind. All other functions differ in both name and identifier.
+/// Whether one interface may have both functions. Two functions of the same property must have the same name
+/// and the same identifier, but different kinds. Any other two functions must have different names and
+/// different identifiers.
 bool areCompatible(const Function& left, const Function& right);
 
 struct InterfaceDescription
 {
     ValueType* type = nullptr;
-    std::vector<Function*> functions; ///< in slot order, inherited ones first
+    std::vector<Function*> functions; ///< in slot order, inherited functions first
 
-    // `complete` computes the following members from those above.
+    // The function `complete` computes the data members below from the data members above.
     TYPEATTR attributes{};
-    /// The functions of each member, in slot order.
+    /// The functions of each member in slot order. For example, a property may have a getter and a setter.
     std::unordered_map<MEMBERID, std::vector<const Function*>> members;
-    std::vector<std::pair<std::wstring, const Function*>>
-        byName; ///< sorted by lower-case name, one entry per member
+    /// The first function of each member, sorted by the member's name in lower case.
+    std::vector<std::pair<std::wstring, const Function*>> byName;
 
     using Functions = const Function* const*;
-    /// The functions of a member; an empty range if there is no such member.
+    /// Returns the functions of the member with this identifier, or an empty range if no member has the
+    /// identifier.
     std::pair<Functions, Functions> member(MEMBERID id) const;
-    /// The first function of a member; null if there is no such member.
+    /// Returns the first function of the member with this identifier, or null if no member has the
+    /// identifier.
     const Function* firstOf(MEMBERID id) const;
-    /// The first function of the member with this name, ignoring case; null if there is no such member.
+    /// Returns the first function of the member with this name, or null if no member has the name. Ignores
+    /// case.
     const Function* firstNamed(std::wstring_view name) const;
 };
 
@@ -118,13 +135,15 @@ struct LibraryDescription
 {
     std::wstring name;
     TLIBATTR attributes{};
-    std::deque<ValueType> types; // deques do not move their elements
+    // A deque does not move its elements when it grows, so pointers to types and functions stay valid.
+    std::deque<ValueType> types;
     std::deque<Function> functions;
     std::vector<InterfaceDescription> interfaces;
 };
 
-/// Computes the structures that callers receive, the lookup tables and libffi's call descriptions. Call it
-/// once all types are known. \return false if libffi cannot call one of the functions
+/// Computes the structures that hosts receive, the lookup tables, and the descriptions of calls for libffi.
+/// Call this function only after all types have been declared.
+/// \return false if libffi cannot call one of the functions
 bool complete(LibraryDescription& library);
 
 } // namespace kelcom

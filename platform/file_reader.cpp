@@ -1,5 +1,5 @@
-// Parses a type library. Anything unknown or inconsistent makes the whole file invalid, because calls with a
-// wrong description would pass wrong arguments.
+// Parses a type library. Unknown content, or a description that contradicts itself, makes the whole file
+// invalid: calls that rely on a wrong description would pass wrong arguments.
 
 #include "platform/file_reader.h"
 
@@ -20,7 +20,8 @@ constexpr int kHeadLength = sizeof kHead - 1;
 constexpr int kDigestLength = 64;
 constexpr char kHeadEnd[] = "\">";
 constexpr int kBodyStart = kHeadLength + kDigestLength + static_cast<int>(sizeof kHeadEnd) - 1;
-/// Limited because Qt compares each attribute of a tag with all others.
+/// Maximum length of a tag in bytes. Limits the number of attributes in a tag, because Qt compares each
+/// attribute with all other attributes of the same tag.
 constexpr int kMaxTagLength = 4096;
 
 bool isIntact(const QByteArray& contents)
@@ -32,7 +33,8 @@ bool isIntact(const QByteArray& contents)
     return contents.mid(kHeadLength, kDigestLength) == hash.result().toHex();
 }
 
-/// Measures from each `<` to the next, because an attribute value may contain `>`.
+/// Measures each tag from its `<` to the next `<`, not to the next `>`, because an attribute value may
+/// contain `>`.
 bool hasOnlyShortTags(const QByteArray& contents)
 {
     for (int start = contents.indexOf('<'); start >= 0;) {
@@ -57,14 +59,15 @@ bool isIdentifier(QStringView text)
            std::all_of(text.begin(), text.end(), isLetterOrDigit);
 }
 
-/// The attributes of one tag. The functions remove an attribute. All except `take` also check its value. A
-/// tag is valid only if no attribute is left over.
+/// The attributes of one tag. Each function whose name begins with `take` removes one attribute. The
+/// functions that return `bool` also check the attribute's value, and return false if the value is invalid. A
+/// tag is valid only if no attribute remains after all expected attributes have been taken.
 class TagAttributes
 {
 public:
     explicit TagAttributes(const QXmlStreamReader& xml) : m_attributes(xml.attributes()) {}
 
-    /// Returns a null string if there is no such attribute.
+    /// Returns the attribute's value, or a null string if the tag has no attribute with this name.
     QString take(QLatin1String name)
     {
         const auto it = std::find_if(m_attributes.begin(), m_attributes.end(), [name](const auto& attribute) {
@@ -96,7 +99,8 @@ public:
         id = text.toInt();
         return QString::number(id) == text && id != MEMBERID_NIL;
     }
-    /// Takes an attribute whose text must be one of several words. `value` receives the word's meaning.
+    /// Takes an attribute whose value must be one of the words in `choices`. Sets `value` to the meaning that
+    /// `choices` assigns to this word.
     template <class Value>
     bool takeChoice(QLatin1String name, std::initializer_list<std::pair<QLatin1String, Value>> choices,
                     Value& value)
@@ -123,7 +127,8 @@ public:
     explicit Reader(const QByteArray& contents)
         : m_xml(contents), m_library(std::make_unique<LibraryDescription>())
     {
-        // Qt's namespace processing would hide namespace declarations, which make the file invalid.
+        // A namespace declaration makes the file invalid. With namespace processing, Qt would hide the
+        // declaration.
         m_xml.setNamespaceProcessing(false);
     }
 
@@ -156,7 +161,9 @@ private:
 
     QXmlStreamReader m_xml;
     std::unique_ptr<LibraryDescription> m_library;
-    std::size_t m_functionCount = 0; ///< inherited functions count once for each interface
+    /// The number of functions of all interfaces. An inherited function counts once for each interface that
+    /// has it.
+    std::size_t m_functionCount = 0;
     bool m_isBroken = false;
 };
 
@@ -176,7 +183,8 @@ void Reader::addBuiltInTypes()
     add(L"IDispatch", VT_DISPATCH, VT_DISPATCH, IID_IDispatch);
 }
 
-/// Finds a type by name. Adds the type if it is unknown; the file must then declare it later.
+/// Finds a type by name. If no type has this name yet, adds a type with this name. The file must declare each
+/// added type later.
 ValueType& Reader::typeNamed(const std::wstring& name)
 {
     for (ValueType& type : m_library->types)
@@ -210,8 +218,8 @@ bool Reader::areAllTypesDescribed() const
                        [](const ValueType& type) { return type.isDescribed(); });
 }
 
-/// Moves to the start of the next child element and returns true. Returns false at the end of the parent, and
-/// at any content that is not an element, a comment or white space.
+/// Moves to the start of the next child element and returns true. Returns false at the end of the parent.
+/// Also returns false, and sets `m_isBroken`, at any content other than elements, comments and white space.
 bool Reader::nextChild()
 {
     while (!m_isBroken) {
@@ -241,7 +249,7 @@ bool Reader::isAtEnd()
 
 bool Reader::readLibrary()
 {
-    // `isIntact` has checked the XML declaration and the `<library>` tag.
+    // The function `isIntact` has already checked the text of the XML declaration and of the `<library>` tag.
     if (m_xml.readNext() != QXmlStreamReader::StartDocument ||
         m_xml.readNext() != QXmlStreamReader::StartElement)
         return false;
@@ -306,7 +314,8 @@ bool Reader::readInterface()
     return !m_isBroken && m_functionCount <= kMaxFunctionsInAll;
 }
 
-/// Reads the base of an interface and copies the functions of the base.
+/// Reads the attribute `base`, and copies the functions of the base interface to `interface`.
+/// \return false if no earlier interface has the name of the base
 bool Reader::takeBase(TagAttributes& attributes, InterfaceDescription& interface) const
 {
     const std::wstring base = attributes.take(QLatin1String("base")).toStdWString();

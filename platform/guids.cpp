@@ -1,4 +1,4 @@
-// The identifiers of the COM interfaces.
+// The identifiers of IUnknown, IDispatch, ITypeInfo and ITypeLib.
 
 #include "KelComWrapper/typeinfo.h"
 

@@ -1,5 +1,5 @@
-// Calls by identifier: finds the function, converts the arguments to its types, calls its slot and returns
-// its result.
+// Calls a member by its identifier: finds the function of the member, converts the arguments to the types of
+// the function's parameters, calls the function through its vtable slot, and returns the function's result.
 
 #include "platform/invoke.h"
 
@@ -16,7 +16,7 @@ namespace kelcom
 namespace
 {
 
-/// Marks a parameter without an argument. Never an index in `rgvarg`.
+/// Marks a parameter for which the caller passed no argument. No argument in `rgvarg` has this index.
 constexpr UINT kNoArgument = UINT_MAX;
 
 /// For each parameter, the index of its argument in `rgvarg`, or `kNoArgument`.
@@ -33,8 +33,8 @@ union Storage {
     VARIANT_BOOL boolean;
 };
 
-/// The kinds of function that the flags allow, in order of preference. If the flags allow only one kind, the
-/// array has it twice.
+/// Sets `kinds` to the kinds of function that the flags allow, with the preferred kind first. If the flags
+/// allow only one kind, both entries of `kinds` are that kind.
 /// \return false if the flags are invalid
 bool kindsOf(WORD flags, std::array<INVOKEKIND, 2>& kinds)
 {
@@ -94,7 +94,8 @@ HRESULT checkCounts(const Function& function, const DISPPARAMS& parameters)
 }
 
 /// Finds the argument of each parameter. In `rgvarg`, the named arguments come first, in any order, and then
-/// the unnamed arguments in reverse order. The value of a property put must be named `DISPID_PROPERTYPUT`.
+/// the unnamed arguments in reverse order. A property put must pass its value as the named argument
+/// `DISPID_PROPERTYPUT`.
 HRESULT matchArguments(const Function& function, const DISPPARAMS& parameters, ArgumentIndexes& indexes,
                        UINT* badArgument)
 {
@@ -111,7 +112,7 @@ HRESULT matchArguments(const Function& function, const DISPPARAMS& parameters, A
             return failAt(index, DISP_E_PARAMNOTFOUND, badArgument);
         indexes[position] = index;
     }
-    // The value of a property put is missing, or was passed without its name.
+    // Refuse a property put whose value is missing or was passed as an unnamed argument.
     if (function.isPut() &&
         (indexes[count - 1] == kNoArgument || indexes[count - 1] >= parameters.cNamedArgs))
         return DISP_E_PARAMNOTFOUND;
@@ -123,8 +124,8 @@ bool isOmitted(const VARIANT& plain)
     return plain.vt == VT_ERROR && plain.scode == DISP_E_PARAMNOTFOUND;
 }
 
-/// Converts one argument to the type of its parameter. Owns the text or reference that the conversion
-/// creates.
+/// Converts one argument to the type of its parameter. Owns the BSTR or the object reference that the
+/// conversion may create.
 class Argument
 {
 public:
@@ -192,8 +193,10 @@ HRESULT setArguments(const Function& function, const DISPPARAMS& parameters, Arg
     return S_OK;
 }
 
-/// Receives a member's result. The storage starts with a pattern, which shows whether the member has written
-/// a result. The pattern is neither a valid address nor a number that members return.
+/// Receives a member's result. If the result is not a VARIANT, the constructor fills the storage with a
+/// pattern. A pattern that is still there after the call shows that the member has not written a result. No
+/// result looks like the pattern, because the pattern is neither a valid address nor a number that members
+/// return.
 class Result
 {
 public:
@@ -205,7 +208,8 @@ public:
     }
     void* address() { return &m_storage; }
 
-    /// Returns the value, which the caller frees.
+    /// Returns the result, or `VT_EMPTY` if the member has not written a result. The caller must free the
+    /// result.
     VARIANT value() const
     {
         VARIANT value{};
@@ -280,8 +284,9 @@ HRESULT invoke(const InterfaceDescription& interface, void* instance, MEMBERID m
     HRESULT hr = checkCounts(*function, *parameters);
     if (FAILED(hr))
         return hr;
-    // Keeps the object alive: converting an argument calls the argument's `QueryInterface`, which may release
-    // the caller's last reference to the object.
+    // `held` keeps the called object alive. The conversion of an argument calls `QueryInterface` of the
+    // object that was passed as the argument, and that function may release the host's last reference to the
+    // called object.
     const kel::ComPtr<IUnknown> held(static_cast<IUnknown*>(instance));
     Arguments arguments;
     hr = setArguments(*function, *parameters, arguments, outputs.badArgument);

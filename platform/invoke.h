@@ -1,4 +1,4 @@
-// Calls a member of an object by its identifier, through the object's own vtable.
+// Calls a member of an object by the member's identifier, through the object's vtable.
 
 #pragma once
 
@@ -7,7 +7,7 @@
 namespace kelcom
 {
 
-/// The outputs of a call. Any of them may be null.
+/// The pointers through which a call returns its outputs. Each pointer may be null.
 struct CallOutputs
 {
     VARIANT* result;
@@ -15,8 +15,8 @@ struct CallOutputs
     UINT* badArgument;
 };
 
-/// See `ITypeInfo::Invoke`. Sets the result to `VT_EMPTY` just before the member runs. A call that fails
-/// earlier does not change the result.
+/// Implements `ITypeInfo::Invoke`. Sets `*outputs.result` to `VT_EMPTY` just before the member runs. If the
+/// call fails before the member runs, `*outputs.result` does not change.
 HRESULT invoke(const InterfaceDescription& interface, void* instance, MEMBERID member, WORD flags,
                const DISPPARAMS* parameters, const CallOutputs& outputs);
 

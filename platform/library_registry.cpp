@@ -21,7 +21,8 @@ namespace
 
 using kelcom::TypeLibrary;
 
-/// About seventy times the size of the XML DOM's type library.
+/// Maximum size of a type library file in bytes. The file of the XML DOM's type library is about seventy
+/// times smaller.
 constexpr int kMaxFileSize = 1 << 20;
 
 struct GuidOrder
@@ -35,7 +36,8 @@ struct GuidOrder
 class OpenFile
 {
 public:
-    /// Does not block on a pipe without a writer.
+    /// Opens a file for reading. Does not block, even if `path` names a pipe that no process has opened for
+    /// writing.
     explicit OpenFile(const char* path)
         : m_descriptor(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY))
     {}
@@ -56,11 +58,14 @@ private:
 struct LoadedFile
 {
     kel::ComPtr<TypeLibrary> library;
-    bool isCurrent = false; ///< false once the path is registered again: the file must be re-read
+    /// False if the next load must read the file again. This is the case if the path has been registered
+    /// again since the file was loaded, or if any path was registered while the file was being read.
+    bool isCurrent = false;
 };
 
-/// The registered paths and loaded libraries of the process. The lock is held for lookups and stores, but
-/// never while a file is read or parsed. So no thread waits while another thread reads a file.
+/// The registered paths and loaded libraries of the process. A function locks the mutex while it searches or
+/// changes this data, but never while it reads or parses a file. So no thread waits while another thread
+/// reads a file.
 class Service
 {
 public:
@@ -69,31 +74,35 @@ public:
     HRESULT registeredPath(const GUID& id, wchar_t* path);
     void add(const GUID& id, std::wstring path);
     bool remove(const GUID& id);
-    /// Reads the file, unless it is already loaded and current.
+    /// Sets `library` to a borrowed pointer to the library in the file at `path`. Reads the file, unless the
+    /// library is already loaded and current.
     HRESULT load(const wchar_t* path, ITypeLib** library);
 
 private:
-    /// Returns false if the file must be read.
-    /// \param registrations receives the current number of registrations, to pass to `store`
+    /// Looks for a library that was loaded from `path` and is current.
+    /// \param registrations receives the number of registrations so far, which the caller must pass to
+    ///        `store`
+    /// \return false if the file must be read
     bool findCurrent(const wchar_t* path, ITypeLib** library, std::uint64_t& registrations);
     kel::ComPtr<TypeLibrary> findByContents(const QByteArray& contents);
-    /// Stores a library. If another thread has stored a library for the same contents first, sets `library`
-    /// to that library. If any path was registered after `registrations` was read, the next call of `load`
-    /// reads the file again.
+    /// Stores the library that was loaded from `path`. If another thread has already stored a library with
+    /// the same contents, sets `library` to the other thread's library. If any path was registered after
+    /// `findCurrent` set `registrations`, the next call of `load` for `path` reads the file again.
     void store(const wchar_t* path, const QByteArray& contents, kel::ComPtr<TypeLibrary>& library,
                std::uint64_t registrations);
 
     std::mutex m_mutex;
     std::map<GUID, std::wstring, GuidOrder> m_paths;
-    std::uint64_t m_registrations = 0; ///< counts the calls of `add`
+    std::uint64_t m_registrations = 0; ///< the number of calls of `add` so far
     std::map<std::wstring, LoadedFile, std::less<>> m_files;
-    /// Every library ever loaded, by the contents of its file. None is removed, because callers may have
-    /// borrowed any of them.
+    /// All libraries that were ever loaded. The key is the contents of the library's file. No library is ever
+    /// removed, because callers may still use pointers that they borrowed from `load`.
     std::map<QByteArray, kel::ComPtr<TypeLibrary>> m_libraries;
 };
 
-/// Never destroyed, because objects may use it after the static destructors have run. The lock is held during
-/// `fork`. Otherwise a child could inherit a lock that is held by a thread that does not exist in the child.
+/// Returns the only `Service`. The `Service` is never destroyed, because objects may use it after the static
+/// destructors have run. The mutex is locked during `fork`. Otherwise the child process could inherit a mutex
+/// that is locked by a thread which does not exist in the child process.
 Service& Service::instance()
 {
     static Service& service = *[] {
@@ -120,13 +129,13 @@ HRESULT readFile(const char* path, QByteArray& contents)
     return file.error() == QFileDevice::NoError ? S_OK : TYPE_E_CANTLOADLIBRARY;
 }
 
-/// The path in the file system's encoding. Empty if this encoding cannot represent the path, because a
-/// path with lost characters could name another file.
+/// Returns the path in the file system's encoding, or an empty array if this encoding cannot represent all
+/// characters of the path. A path in which some characters are missing could name another file.
 QByteArray encoded(const wchar_t* path)
 {
     const QString text = QString::fromWCharArray(path);
     const QByteArray name = QFile::encodeName(text);
-    const bool isLossless = *path != QChar::ByteOrderMark; // Qt would remove it
+    const bool isLossless = *path != QChar::ByteOrderMark; // Qt would remove the byte order mark
     return isLossless && QFile::decodeName(name) == text ? name : QByteArray();
 }
 

@@ -1,4 +1,4 @@
-// Implements ITypeInfo with the description of an interface.
+// Implements ITypeInfo by reading the description of an interface.
 
 #include "platform/type_info_object.h"
 
@@ -13,8 +13,9 @@ namespace kelcom
 namespace
 {
 
-/// The name of a function, then the names of its parameters and its result. Omits the value of a property
-/// put, because callers name it `DISPID_PROPERTYPUT`.
+/// Returns the name of a function, then the names of its parameters, then the name of its result. Leaves out
+/// the parameter for the value of a property put, because hosts pass the value as `DISPID_PROPERTYPUT`, not
+/// by name.
 std::vector<const std::wstring*> namesOf(const Function& function)
 {
     std::vector<const std::wstring*> names{&function.name};
@@ -27,7 +28,8 @@ std::vector<const std::wstring*> namesOf(const Function& function)
     return names;
 }
 
-/// The position of the parameter with this name; `DISPID_UNKNOWN` if the member has no such parameter.
+/// Returns the position of the parameter with this name, or `DISPID_UNKNOWN` if the member has no parameter
+/// with this name.
 MEMBERID positionOf(const InterfaceDescription& interface, MEMBERID member, std::wstring_view name)
 {
     const auto [first, last] = interface.member(member);
@@ -103,7 +105,8 @@ HRESULT TypeInfo::GetIDsOfNames(wchar_t** names, UINT count, MEMBERID* identifie
     if (count == 0)
         return E_INVALIDARG;
     std::fill_n(identifiers, count, DISPID_UNKNOWN);
-    // A name has at most `kMaxNameLength` characters. Reading one more shows that a name is too long.
+    // The names of members and parameters have at most `kMaxNameLength` characters. A passed name that is
+    // longer cannot match, so only one character more is read.
     const auto view = [](const wchar_t* name) {
         return name ? std::wstring_view(name, wcsnlen(name, kMaxNameLength + 1)) : std::wstring_view();
     };
@@ -145,12 +148,14 @@ HRESULT TypeInfo::GetContainingTypeLib(ITypeLib** library, UINT* index)
     return S_OK;
 }
 
-// Nothing to free: `GetTypeAttr` and `GetFuncDesc` return pointers into the library, which stays alive.
+// These functions free nothing: `GetTypeAttr` and `GetFuncDesc` return pointers into the description of the
+// type library, and this object keeps the type library alive.
 void TypeInfo::ReleaseTypeAttr(TYPEATTR*) {}
 void TypeInfo::ReleaseFuncDesc(FUNCDESC*) {}
 void TypeInfo::ReleaseVarDesc(VARDESC*) {}
 
-// Not needed for interfaces that have only virtual functions.
+// The methods below are not implemented, because hosts do not need them for interfaces that have only virtual
+// functions.
 HRESULT TypeInfo::GetTypeComp(ITypeComp**)
 {
     return E_NOTIMPL;

@@ -1,4 +1,4 @@
-// Declares the ITypeInfo of an interface.
+// Declares the class that implements ITypeInfo for an interface of a type library.
 
 #pragma once
 
@@ -10,11 +10,12 @@
 namespace kelcom
 {
 
-/// Keeps its library alive. Safe to use from several threads.
+/// The type information of one interface. Keeps the type library alive. Several threads may use the same
+/// `TypeInfo`.
 class TypeInfo final : public ITypeInfo
 {
 public:
-    /// \param interface belongs to `library`
+    /// \param interface one of the interfaces of `library`
     TypeInfo(TypeLibrary& library, const InterfaceDescription& interface)
         : m_library(&library), m_interface(interface)
     {}

@@ -1,4 +1,4 @@
-// Implements ITypeLib with the description of a library.
+// Implements ITypeLib by reading the description of a type library.
 
 #include "platform/type_library_object.h"
 
@@ -120,7 +120,8 @@ HRESULT TypeLibrary::FindName(wchar_t*, ULONG, ITypeInfo**, MEMBERID*, USHORT*)
     return E_NOTIMPL;
 }
 
-// Nothing to free: `GetLibAttr` returns a pointer into the library.
+// This function frees nothing, because `GetLibAttr` returns a pointer into the description of the type
+// library.
 void TypeLibrary::ReleaseTLibAttr(TLIBATTR*) {}
 
 } // namespace kelcom

@@ -1,4 +1,4 @@
-// Declares the ITypeLib of a loaded type library.
+// Declares the class that implements ITypeLib for a loaded type library.
 
 #pragma once
 
@@ -10,8 +10,9 @@
 namespace kelcom
 {
 
-/// Safe to use from several threads. The registry keeps one reference forever, and each `ITypeInfo` keeps
-/// another.
+/// A loaded type library. Several threads may use the same `TypeLibrary`. The registry of type libraries
+/// keeps one reference to the `TypeLibrary` forever, and each `TypeInfo` object of the library keeps one more
+/// reference.
 class TypeLibrary final : public ITypeLib
 {
 public:
@@ -45,13 +46,14 @@ private:
     std::atomic<ULONG> m_count{0};
 };
 
-/// Implements `GetDocumentation`. A library documents names only, so the other outputs become null or 0. Any
-/// output pointer may be null.
-/// \param name null if there is no such element
+/// Implements `GetDocumentation` for `ITypeLib` and `ITypeInfo`. A type library documents only names, so
+/// `documentation` and `helpFile` receive null, and `helpContext` receives 0. Any output pointer may be null.
+/// \param name the name to return in `nameOut`; null if the host asked about something that does not exist
 HRESULT documentationOf(const std::wstring* name, BSTR* nameOut, BSTR* documentation, DWORD* helpContext,
                         BSTR* helpFile);
 
 /// Implements `QueryInterface` for an object that has one interface in addition to `IUnknown`.
+/// \param own the identifier of the additional interface
 template <class Interface>
 HRESULT queryInterface(Interface* object, const GUID& own, const GUID& riid, void** ppv)
 {

@@ -24,13 +24,13 @@ namespace
 constexpr GUID kNoInterface{};
 constexpr LCID kNeutral = 0;
 
-/// Reports which step failed, and why.
+/// Throws a `Failure` that says which step of a path failed, and why.
 [[noreturn]] void failStep(std::wstring_view step, const std::string& reason)
 {
     throw Failure("'" + toUtf8(step) + "': " + reason);
 }
 
-/// Describes the failure that a member reported. Frees the texts of `exception`.
+/// Describes the failure that a member reported in `exception`. Frees the BSTRs in `exception`.
 std::string describeException(const EXCEPINFO& exception)
 {
     kel::Bstr source;
@@ -54,22 +54,25 @@ DISPID identifierOf(IDispatch& object, const std::wstring& name, std::wstring_vi
     return identifier;
 }
 
-/// What a call of a member returned.
+/// The result and the return code of a call of a member.
 struct CallResult
 {
     kel::Variant value;
     HRESULT code;
 };
 
-/// Whether an argument is a null text. The word `null` is first passed as a null text; if the parameter is an
-/// object, `invoke` tries again with a null object.
+/// Whether an argument is a null text. `invoke` first passes the word `null` in an expression as a null text.
+/// If the member's parameter is an object, the first call fails, and `invoke` calls the member again with a
+/// null object.
 bool isNullText(const VARIANT& value)
 {
     return value.vt == VT_BSTR && !value.bstrVal;
 }
 
-/// Calls one member. `values` are the arguments in the order of the expression. In an assignment, the last
-/// one is the assigned value. \throw Failure if the member cannot be called, or fails
+/// Calls one member.
+/// \param values the arguments in the order of the expression; in an assignment, the assigned value comes
+///        last
+/// \throw Failure if the member cannot be called, or fails
 CallResult invoke(IDispatch& object, const Step& step, const std::vector<kel::Variant>& values,
                   bool isAssignment)
 {
@@ -135,7 +138,7 @@ public:
     {
         return follow(expression.path, expression.assigned);
     }
-    /// Whether a member that changes the document was called.
+    /// Whether `evaluate` has called a member that changes the document.
     bool hasChanged() const { return m_hasChanged; }
 
 private:
@@ -189,7 +192,8 @@ private:
     bool m_hasChanged = false;
 };
 
-/// The node name of an object. Lists and maps have none.
+/// Returns the node name of an object, or "(object)" for an object without a node name, such as a list or a
+/// map.
 std::string objectText(IDispatch& object)
 {
     try {
@@ -237,14 +241,15 @@ std::string resultText(const kel::Variant& result)
     }
 }
 
-/// Escapes control characters if the output is a terminal. Files and other programs get the text unchanged.
+/// Returns the text with control characters escaped if the standard output is a terminal. Otherwise returns
+/// the text unchanged, so that files and other programs receive the original characters.
 std::string printableOnTerminal(const std::string& text)
 {
     return isatty(STDOUT_FILENO) ? printable(text) : text;
 }
 
-/// Refuses a document that no parser can read, such as one with an element named "1 x". Calls by name can
-/// create such documents.
+/// Throws a `Failure` if the library could not load the document again after it has been saved. For example,
+/// a call by name can create an element with the name "1 x", which parsers refuse.
 void requireReadable(const kel::Document& document, const std::string& path)
 {
     try {

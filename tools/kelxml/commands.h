@@ -1,4 +1,5 @@
-// The subcommands. Each takes checked arguments and prints its result.
+// The subcommands. main.cpp checks the options and the number of arguments before it calls a subcommand. Each
+// subcommand prints its result.
 
 #pragma once
 
@@ -12,14 +13,14 @@
 namespace tool
 {
 
-/// The command failed. `what()` is one line for the user.
+/// Thrown if a subcommand fails. `what()` is a message of one line for the user.
 class Failure : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// The command line is wrong. `what()` explains the mistake.
+/// Thrown if the command line is wrong. `what()` explains the mistake to the user.
 class UsageError : public std::runtime_error
 {
 public:
@@ -28,19 +29,20 @@ public:
 
 struct Arguments
 {
-    std::vector<std::string> values;   ///< all words that are not options, in order, as UTF-8
-    std::optional<std::string> output; ///< `-o`
-    bool isPlain = false;              ///< `--plain`
+    /// The words after the subcommand's name, without the options, in the order of the command line.
+    std::vector<std::string> values;
+    std::optional<std::string> output; ///< the file name after the option `-o`, if given
+    bool isPlain = false;              ///< whether the option `--plain` was given
 };
 
-/// Runs one subcommand.
-/// \return false if nothing was found or a file is bad
+/// The type of the functions that run a subcommand.
+/// \return false if the subcommand found nothing, or if a file could not be loaded
 /// \throw UsageError, Failure, kel::Error
 using Run = bool(const Arguments& arguments);
 
-/// \throw UsageError unless the word can be the name of an element or an attribute
+/// \throw UsageError if the word cannot be the name of an element or an attribute
 void requireName(const std::string& word);
-/// \throw UsageError unless XML allows all characters of the text
+/// \throw UsageError if the text has a character that XML does not allow
 void requireText(const std::string& text);
 
 Run runCheck;

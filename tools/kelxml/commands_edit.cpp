@@ -1,4 +1,4 @@
-// Commands that change documents: `copy`, `set`, `unset`, `text` and `new`.
+// Subcommands that save a document: `copy`, `set`, `unset`, `text` and `new`.
 
 #include "commands.h"
 #include "files.h"
@@ -30,8 +30,9 @@ std::vector<std::string> valuesAfterTag(const Arguments& arguments)
     return {arguments.values.begin() + 2, arguments.values.end()};
 }
 
-/// Applies `change` to every element with the tag name, and saves the document.
-/// \throw Failure if no element has the tag name; then nothing is saved
+/// Loads the document, applies `change` to every element with the tag name in `arguments`, and saves the
+/// document.
+/// \throw Failure if no element has the tag name; in this case, the document is not saved
 template <class Change>
 bool changeElements(const Arguments& arguments, Change change)
 {

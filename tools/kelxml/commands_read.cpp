@@ -1,4 +1,4 @@
-// Commands that only read documents: `check`, `tree` and `find`.
+// Subcommands that only read documents: `check`, `tree` and `find`.
 
 #include "commands.h"
 #include "files.h"
@@ -12,7 +12,7 @@ namespace tool
 namespace
 {
 
-/// In the order of `kel::NodeKind`.
+/// The names of the kinds of nodes, in the order of `kel::NodeKind`.
 constexpr const char* kKindNames[] = {
     "node",        "element", "attribute", "text",    "cdata",    "entity-reference", "entity",
     "instruction", "comment", "document",  "doctype", "fragment", "notation"};
@@ -33,7 +33,8 @@ void printText(const std::string& text)
     std::cout << '\n';
 }
 
-/// Leaves out names such as "#text", because they only repeat the kind.
+/// Prints the kind, the name and the content of a node. Leaves out a name such as "#text", because such a
+/// name only repeats the kind.
 void printNode(const kel::Node& node, std::size_t level)
 {
     std::cout << std::string(2 * level, ' ')
@@ -49,7 +50,8 @@ void printNode(const kel::Node& node, std::size_t level)
         printText(node.text());
 }
 
-/// Recursion is safe, because the library limits trees to about 2,000 levels.
+/// Prints a tree by recursion. The recursion cannot exhaust the stack, because the library limits the depth
+/// of trees to about 2,000 levels.
 template <class Parent>
 void printTree(const Parent& parent, std::size_t level)
 {
@@ -72,8 +74,8 @@ bool printMatches(const kel::Document& document, const std::string& tag, const s
     return isFound;
 }
 
-/// Calls `work` for every file that can be loaded, and reports every other file.
-/// \return true if all files could be loaded and `work` returned true for each
+/// Calls `work` for every file that can be loaded. Prints an error for every file that cannot be loaded.
+/// \return true if all files could be loaded and `work` returned true for every file
 template <class Work>
 bool forEachFile(const std::vector<std::string>& files, Work work)
 {

@@ -1,5 +1,5 @@
-// Commands that write without building a tree. `write` creates a catalogue with every kind of content, and
-// `export` copies a document node by node.
+// Subcommands that write a document through `kel::Writer`, node by node. `write` creates a catalogue that has
+// every kind of content that the writer supports. `export` copies a document.
 
 #include "commands.h"
 #include "files.h"
@@ -11,7 +11,7 @@ namespace tool
 namespace
 {
 
-/// Copies a document and counts its nodes.
+/// Copies the nodes of a document to a writer. Counts the copied nodes and the nodes that are left out.
 class Exporter
 {
 public:
@@ -44,7 +44,7 @@ private:
             m_writer.comment(node.text());
             return true;
         case kel::NodeKind::instruction:
-            if (node.name() != "xml") // the XML declaration: the writer has written its own
+            if (node.name() != "xml") // the writer has already written an XML declaration
                 m_writer.instruction(node.name(), node.text());
             return true;
         default:

@@ -12,7 +12,7 @@ namespace tool
 namespace
 {
 
-/// Maximum nesting of arguments. Limits the recursion, so that it cannot exhaust the stack.
+/// Maximum nesting of argument lists. Without a limit, the recursion of the parser could exhaust the stack.
 constexpr int kMaxNesting = 100;
 
 bool isDigit(wchar_t c)
@@ -96,7 +96,7 @@ private:
         return steps;
     }
 
-    /// Parses what follows the opening parenthesis.
+    /// Parses a list of arguments after its opening parenthesis, and then its closing parenthesis.
     std::vector<Argument> argumentList()
     {
         std::vector<Argument> arguments;
@@ -147,8 +147,8 @@ private:
         return text;
     }
 
-    /// Returns the character that an escape means. Called after the backslash, and stays on the last
-    /// character of the escape.
+    /// Returns the character that an escape sequence stands for. `m_position` must be just after the
+    /// backslash, and does not change.
     wchar_t escaped()
     {
         switch (peek()) {
@@ -166,7 +166,8 @@ private:
         }
     }
 
-    /// Parses a number as the first type that can represent it: 32-bit integer, 64-bit integer or double.
+    /// Parses a number. Returns a value of the first type in this list that can represent the number: 32-bit
+    /// integer, 64-bit integer, double.
     Argument number()
     {
         const std::size_t start = m_position;

@@ -1,5 +1,5 @@
-// The expressions of `call`: a dotted path of members with arguments, optionally with an assignment to its
-// last member.
+// The expressions of the subcommand `call`. An expression is a path of members with dots between them.
+// Members may have arguments. An expression may also assign a value to the last member of the path.
 //
 //   expression = path [ "=" argument ]
 //   path       = member { "." member }
@@ -26,8 +26,8 @@ struct Step
 {
     std::wstring name;
     std::vector<Argument> arguments;
-    /// For messages: the path up to and including this member, as written. Points into the parsed text, so
-    /// the text must outlive it.
+    /// The path up to and including this member, as the user wrote the path. Used in messages. Points into
+    /// the parsed text, so the text must outlive this `Step`.
     std::wstring_view source;
 };
 
@@ -41,11 +41,12 @@ struct Argument
 struct Expression
 {
     Path path;
-    /// The value assigned to the last member; empty for a call without assignment.
+    /// Contains the value that is assigned to the last member of `path`. Empty if the expression assigns no
+    /// value.
     std::vector<Argument> assigned;
 };
 
-/// \param text must outlive the expression
+/// \param text must outlive the returned expression
 /// \throw UsageError with the position of the error
 Expression parseExpression(std::wstring_view text);
 

@@ -1,5 +1,5 @@
-// The standard input is copied to memory before it is loaded, because it may be a socket. A socket cannot be
-// opened by its path.
+// The library loads a file by its path. A path such as /dev/stdin does not work if the standard input is a
+// socket. So the standard input is first copied to a file in memory, and the library loads the copy.
 
 #include "files.h"
 
@@ -23,8 +23,8 @@ namespace
 
 constexpr char kStandard[] = "-";
 constexpr char kStandardInput[] = "the standard input";
-/// One byte more than the library accepts, so that the library refuses longer input instead of loading a
-/// part.
+/// The number of bytes after which the tool stops reading the standard input. This is one byte more than the
+/// library accepts, so the library refuses a longer document, instead of loading its first part.
 constexpr std::size_t kMaxInputSize = (std::size_t{512} << 20U) + 1;
 
 void require(bool isDone)
@@ -79,7 +79,7 @@ kel::Document loadStandardInput()
 {
     MemoryFile copy;
     std::unique_ptr<Progress> progress;
-    if (!isatty(STDIN_FILENO)) // do not write over what the user is typing
+    if (!isatty(STDIN_FILENO)) // the progress would overwrite what the user is typing
         progress = std::make_unique<Progress>("reading");
     copyStandardInput(copy);
     try {

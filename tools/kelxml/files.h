@@ -1,4 +1,5 @@
-// Loads and saves documents, with progress on a terminal. The path "-" means the standard input or output.
+// Loads and saves documents, and shows the progress on a terminal. The path "-" means the standard input when
+// a document is loaded, and the standard output when a document is saved.
 
 #pragma once
 
@@ -19,11 +20,12 @@ void save(const kel::Document& document, const std::string& path);
 /// Returns `path`, or the path of the standard output if `path` is "-".
 std::string outputPath(const std::string& path);
 
-/// Prints the message of an error to the standard error.
+/// Prints the message of an exception to the standard error.
 void printError(const std::exception& error);
 
-/// The stream for the report of a command that writes a document to `path`. This is the standard output, or
-/// the standard error if the document goes to the standard output.
+/// Returns the stream to which a subcommand reports what it has done after it has saved a document to `path`.
+/// If `path` is "-", the document goes to the standard output, so the report goes to the standard error. For
+/// any other path, the report goes to the standard output.
 std::ostream& reportStream(const std::string& path);
 
 } // namespace tool

@@ -1,4 +1,5 @@
-// Finds the class of an object by its interface. The build generates the list of the no-ops of each class.
+// The build generates a list of the no-ops of each class. To use the list, `isNoOp` finds the class of an
+// object by the interfaces that the object supports.
 
 #include "late_bound.h"
 
@@ -62,7 +63,7 @@ void registerTypeLibrary()
                "registering the type library");
 }
 
-// Ignores case, as calls by name do.
+// Ignores the case of names, because calls by name ignore case too.
 bool isNoOp(IDispatch& object, const std::wstring& name, bool isAssignment)
 {
     const std::string prefix = classOf(object) + "::";

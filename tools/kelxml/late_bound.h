@@ -1,4 +1,4 @@
-// Support for calls by name, which the C++ layer does not offer.
+// Support for calls by name. The C++ layer `kel` has no such calls.
 
 #pragma once
 
@@ -9,11 +9,12 @@
 namespace tool
 {
 
-/// Registers the type library that is installed next to the library. \throw Failure, kel::Error
+/// Registers the type library that is installed together with the shared library.
+/// \throw Failure, kel::Error
 void registerTypeLibrary();
 
-/// Whether the member with this name is a no-op: it accepts calls and does nothing.
-/// \param isAssignment whether to look for the setter of a property
+/// Whether the member of `object` with this name is a no-op, which accepts calls and does nothing.
+/// \param isAssignment true to ask about the setter of a property; false to ask about a getter or a method
 bool isNoOp(IDispatch& object, const std::wstring& name, bool isAssignment);
 
 } // namespace tool

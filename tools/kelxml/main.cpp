@@ -1,4 +1,4 @@
-// kelxml: the library's command-line tool. Parses the command line, runs the subcommand, reports errors.
+// kelxml: the library's command-line tool. Parses the command line, runs a subcommand, and reports errors.
 
 #include "commands.h"
 #include "files.h"
@@ -26,7 +26,7 @@ struct Command
     const char* name;
     const char* synopsis;
     const char* purpose;
-    /// The additional text of `kelxml help NAME`.
+    /// The text that `kelxml help NAME` prints in addition to `synopsis` and `purpose`.
     const char* details;
     std::size_t minArguments;
     std::size_t maxArguments;
@@ -176,7 +176,7 @@ void runHelp(const std::vector<std::string_view>& words)
     printHelp(*command);
 }
 
-/// \return false if nothing was found or a file is bad
+/// \return false if the subcommand found nothing, or if a file could not be loaded
 bool run(std::vector<std::string_view> words)
 {
     if (words.empty())
@@ -202,16 +202,17 @@ bool run(std::vector<std::string_view> words)
     }
 }
 
-/// Opens /dev/null in place of closed standard streams. Otherwise the next opened file would get the number
-/// of a closed stream, and the printed output would go into this file.
+/// Opens /dev/null in place of each standard stream that is closed. Otherwise the next file that is opened
+/// would get the descriptor of the closed stream, and output to this stream would go into the file.
 void occupyClosedStreams()
 {
     for (int stream = 0; stream <= 2; ++stream)
         if (fcntl(stream, F_GETFD) < 0)
-            open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY); // takes the lowest free number
+            open("/dev/null", stream == 0 ? O_WRONLY : O_RDONLY); // gets the lowest free descriptor: `stream`
 }
 
-/// Makes `std::cout` throw at its first error, while `errno` still contains the reason.
+/// As long as a `ThrowOnOutputError` exists, `std::cout` throws an exception at its first error. At that
+/// moment, `errno` still contains the reason for the error.
 struct ThrowOnOutputError
 {
     ThrowOnOutputError() { std::cout.exceptions(std::ios::badbit); }
@@ -237,7 +238,7 @@ bool runAndFlush(const std::vector<std::string_view>& words)
 int main(int count, char** words)
 {
     occupyClosedStreams();
-    std::setlocale(LC_CTYPE, ""); // for messages of the system
+    std::setlocale(LC_CTYPE, ""); // sets the encoding of file names and of the system's messages
     std::ios::sync_with_stdio(false);
     try {
         return runAndFlush({words + (count > 0 ? 1 : 0), words + count}) ? kSuccess : kFailure;

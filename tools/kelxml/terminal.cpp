@@ -29,7 +29,7 @@ bool showsColour(int descriptor)
            environmentVariable("TERM") != "dumb";
 }
 
-/// In the order of `Style`.
+/// The escape sequences that set the colours, in the order of `Style`.
 constexpr const char* kColours[] = {"\033[36m", "\033[1m", "\033[33m", "\033[32m", "\033[1;31m"};
 
 } // namespace

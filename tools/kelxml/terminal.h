@@ -12,20 +12,21 @@ namespace tool
 
 enum class Style { type, name, attribute, text, error };
 
-/// Returns the text in the colour of its style. Returns the text alone if NO_COLOR is set, or if the stream
-/// is not a terminal with colours. The stream is the standard error for `error`, and the standard output for
-/// other styles.
+/// Returns the text in the colour of the style. Text in the style `error` must go to the standard error, and
+/// text in any other style must go to the standard output. If that stream is not a terminal with colours, or
+/// if the environment variable NO_COLOR is set and not empty, returns the text unchanged.
 std::string painted(Style style, const std::string& text);
 
-/// While it exists, shows the current work and the elapsed time on a terminal, updated once a second.
+/// Shows the current work and the elapsed time as long as the `Progress` object exists. Updates the display
+/// once a second. Shows nothing if the standard error is not a terminal.
 class Progress
 {
 public:
-    /// \param work for example "reading file.xml"
+    /// \param work names the current work, for example "reading file.xml"
     explicit Progress(std::string work);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
-    /// Clears the line.
+    /// Clears the line that shows the current work.
     ~Progress();
 
 private:

@@ -27,7 +27,8 @@ std::u32string decode(std::string_view utf8)
     return std::filesystem::u8path(utf8).u32string();
 }
 
-/// C0 and C1 controls, and characters that reorder or hide the text around them.
+/// Whether the character is a C0 or C1 control character, breaks a line, is invisible, or changes the
+/// direction of text.
 bool isControl(char32_t code)
 {
     return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0x061C ||
@@ -51,7 +52,7 @@ std::u32string escapeOf(char32_t code)
     return {U'\\', U"ntr"[known]};
 }
 
-/// \param isQuoted whether to escape quotes and backslashes too
+/// \param isQuoted whether to escape quotes and backslashes as well
 std::string escape(std::string_view text, bool isQuoted)
 {
     std::u32string line;
@@ -63,7 +64,7 @@ std::string escape(std::string_view text, bool isQuoted)
                 (line += U'\\') += code;
             else
                 line += code;
-    } catch (const std::filesystem::filesystem_error&) { // not UTF-8
+    } catch (const std::filesystem::filesystem_error&) { // the text is not valid UTF-8
         line.clear();
         for (const char byte : text)
             line += byte < ' ' ? escaped(static_cast<unsigned char>(byte), "\\x%02X")
