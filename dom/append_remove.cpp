@@ -1,6 +1,6 @@
-// Each function recognises the child, changes the tree with `trees/append_remove`, and returns a new object
-// for the child. It returns S_OK even if Qt or the library refuses the change. A refusal shows only in the
-// result of an element's `removeChild`.
+// Each function recognises the child, changes the tree with `trees/append_remove`, and stores a new object
+// for the child in `result`. Each function returns S_OK even if Qt or the library refuses the change. A
+// caller can see a refusal only in the `result` of an element's `removeChild`.
 
 #include "dom/append_remove.h"
 
@@ -14,7 +14,7 @@ namespace kelxml::dom
 namespace
 {
 
-/// \param change changes the tree and returns the node for which `result` gets an object
+/// \param change a function that changes the tree. It returns the node for which `result` gets an object
 template <class Change>
 HRESULT changeTree(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result, Change change)
 {
@@ -26,7 +26,8 @@ HRESULT changeTree(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result
     MovableNode node = change(*known);
     if (!result)
         return S_OK;
-    // The new object gets this node's document, because the child may come from another document.
+    // `child` may come from another document than `self`. The new object gets the document of `self`. If
+    // `self` has no document yet, the new object keeps the document of `child` alive.
     wrapAs(known->type, std::move(node), self.document.withFallback(known->ref.document), result);
     return S_OK;
 }

@@ -1,4 +1,5 @@
-// Appends and removes children. Shared by the four node-like classes.
+// Appends and removes children. Shared by the four node classes: element, attribute, document and generic
+// node.
 
 #pragma once
 
@@ -10,8 +11,9 @@ namespace kelxml::dom
 HRESULT appendChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 HRESULT removeChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 
-/// `removeChild` for the element class. If `child` is an element, `result` gets an object for the node that
-/// Qt removed. Qt removes none if `child` is not a child of this element; the object then has no Qt node.
+/// Implements `removeChild` of the element class. If `child` is an element, `result` gets an object for the
+/// node that Qt removed. If `child` is an element but not a child of `self`, Qt removes nothing, and `result`
+/// gets an object without a Qt node. If `child` is not an element, does the same as `removeChild`.
 HRESULT removeChildOfElement(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 
 } // namespace kelxml::dom

@@ -1,4 +1,4 @@
-// The attribute object. `get_value` returns its value, and `put_text` sets it.
+// The attribute object. `get_value` returns the value of the attribute, and `put_text` sets the value.
 
 #include "KelXmlLib/attribute.h"
 
@@ -25,7 +25,7 @@ CMorvXMLDOMAttribute::~CMorvXMLDOMAttribute()
 
 HRESULT CMorvXMLDOMAttribute::get_text(BSTR*)
 {
-    return S_FALSE; // only text nodes and elements have a text
+    return S_FALSE; // only text nodes and elements return a text
 }
 
 // Methods that share their implementation with other classes: one line each, in interface order.

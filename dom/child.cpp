@@ -7,7 +7,7 @@
 namespace kelxml::dom
 {
 
-// The vtables, by their symbols in the C++ ABI of Linux.
+// The vtables of the four node classes, declared by the symbols that the C++ ABI of Linux gives them.
 extern const void* const kElementVtable[] asm("_ZTV18CMorvXMLDOMElement");
 extern const void* const kNodeVtable[] asm("_ZTV15CMorvXMLDOMNode");
 extern const void* const kAttributeVtable[] asm("_ZTV20CMorvXMLDOMAttribute");
@@ -16,13 +16,14 @@ extern const void* const kDocumentVtable[] asm("_ZTV19CMorvXMLDOMDocument");
 namespace
 {
 
-/// Whether `object` is of the class with `vtable`. False for a derived class, which has its own vtable.
+/// Whether `object` is of the class that has `vtable`. False for an object of a derived class, because a
+/// derived class has a vtable of its own.
 bool hasVtable(const void* object, const void* const* vtable)
 {
     const void* found = nullptr;
     std::memcpy(&found, object, sizeof found);
-    // An object points to the first function in the table. The offset to the top and the type information
-    // come before this function.
+    // The vtable pointer of an object points to the first function in the vtable. Two other entries precede
+    // this function: the offset to the top of the object, and the type information.
     return found == vtable + 2;
 }
 

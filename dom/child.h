@@ -1,4 +1,4 @@
-// Checks whether an object that a caller passes as a child is one of ours.
+// Checks whether an object that a caller passes as a child is of one of this library's node classes.
 
 #pragma once
 
@@ -12,11 +12,12 @@ namespace kelxml::dom
 struct Child
 {
     NodeRef ref;
-    DOMNodeType type; ///< the type that `get_nodeType` of the object returns
+    DOMNodeType type; ///< the type that the object's `get_nodeType` returns
 };
 
-/// Returns the node of an object, if the object is of one of the library's four node-like classes. For any
-/// other object, returns nothing, reads only the vtable pointer, and calls none of the methods.
+/// Returns the node and the type of `child` if `child` is an object of one of the library's four node
+/// classes: element, attribute, document or generic node. For an object of any other class, returns nothing,
+/// reads only the object's vtable pointer, and calls none of the object's methods.
 std::optional<Child> recognise(IXMLDOMNode* child);
 
 } // namespace kelxml::dom

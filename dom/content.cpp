@@ -1,4 +1,5 @@
-// Each function converts its arguments and makes one call to Qt.
+// Each function converts between the types of COM and the types of Qt. The functions in `trees/content` make
+// all changes.
 
 #include "dom/content.h"
 
@@ -19,7 +20,7 @@ void setNumber(const NodeRef& element, const QString& name, const Number& value)
     trees::setAttribute(element, name, value);
 }
 
-/// Ignores values with VT_BYREF and values of any type not listed here.
+/// Does nothing if `value` has the flag VT_BYREF, or a type that has no case below.
 void setByType(const NodeRef& element, const QString& name, const VARIANT& value)
 {
     switch (value.vt) {

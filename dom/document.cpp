@@ -15,7 +15,8 @@ using dom::refTo;
 namespace
 {
 
-/// Returns a signed number of at most 32 bits. Returns 0 for any other type, and for `VT_BYREF`.
+/// Returns the number in `value` if `value` is a signed integer of 16 or 32 bits. Returns 0 for a value of
+/// any other type, and for a value with the flag `VT_BYREF`.
 int readInteger(const VARIANT& value)
 {
     switch (value.vt) {

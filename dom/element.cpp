@@ -1,5 +1,5 @@
-// The element object. In addition to the methods of all nodes, it implements copying, setting its text and
-// attributes, and finding descendants by tag name.
+// The element object. In addition to the methods that all node classes implement, the element class
+// implements methods that copy the element, set its text and attributes, and find descendants by tag name.
 
 #include "KelXmlLib/element.h"
 
@@ -21,7 +21,8 @@ CMorvXMLDOMElement::CMorvXMLDOMElement(qt::MovableNode&& node, const qt::Documen
 
 CMorvXMLDOMElement::~CMorvXMLDOMElement()
 {
-    m_ownerDocument.reset(); // released first; C++ then releases the other members in the right order
+    // The owner document must be released first. C++ then releases the other members in the right order.
+    m_ownerDocument.reset();
 }
 
 HRESULT CMorvXMLDOMElement::cloneNode(VARIANT_BOOL deep, IXMLDOMNode** result)

@@ -1,5 +1,5 @@
-// The map of an element's attributes. Unlike in the node list, `get_item` with an index out of range returns
-// `S_OK` and null.
+// The map of an element's attributes. If the index is out of range, `get_item` of the map returns `S_OK` and
+// null, but `get_item` of the node list returns `S_FALSE`.
 
 #include "KelXmlLib/named_node_map.h"
 
@@ -33,8 +33,9 @@ HRESULT CMorvXMLDOMNamedNodeMap::getNamedItem(BSTR name, IXMLDOMNode** node)
     return S_OK;
 }
 
-/// Qt iterates over its hash from the start for each item, so the items of a large map are cached. They are
-/// read again when a caller asks for the first item, and when the cache no longer matches the map.
+/// To find one item, Qt iterates over its hash from the start, so `m_items` caches the items of a large map.
+/// This function reads all items again when a caller asks for the first item, and when `m_items` no longer
+/// matches the map.
 QDomNode CMorvXMLDOMNamedNodeMap::itemAt(LONG index)
 {
     if (m_map.length() <= serialize::kMaxInQtOrder)

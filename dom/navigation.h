@@ -1,4 +1,5 @@
-// Returns related nodes, lists and maps of a node. Shared by the four node-like classes.
+// Finds the parent, children, attributes, descendants and owner document of a node. Shared by the four node
+// classes: element, attribute, document and generic node.
 
 #pragma once
 
@@ -15,8 +16,8 @@ HRESULT attributes(const NodeRef& self, IXMLDOMNamedNodeMap** attributes);
 HRESULT elementsByTagName(const NodeRef& self, const wchar_t* name, IXMLDOMNodeList** list);
 HRESULT storeType(DOMNodeType type, DOMNodeType* out);
 
-/// Returns the owner document of a node object. If `owner` is null, asks Qt for the document and caches it in
-/// `owner`.
+/// Stores the owner document of a node object in `document`. If `owner` is null, asks Qt for the owner
+/// document and caches an object for this document in `owner`.
 HRESULT ownerDocument(const NodeRef& self, kel::ComPtr<CMorvXMLDOMDocument>& owner,
                       IXMLDOMDocument** document);
 

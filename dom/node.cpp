@@ -18,7 +18,8 @@ CMorvXMLDOMNode::CMorvXMLDOMNode(qt::MovableNode&& node, const qt::DocumentRef& 
 
 CMorvXMLDOMNode::~CMorvXMLDOMNode()
 {
-    m_ownerDocument.reset(); // released first; C++ then releases the other members in the right order
+    // The owner document must be released first. C++ then releases the other members in the right order.
+    m_ownerDocument.reset();
 }
 
 HRESULT CMorvXMLDOMNode::get_nodeValue(VARIANT* value)

@@ -1,4 +1,4 @@
-// The live list of nodes. `nextNode` reads at an index that only increases.
+// The live list of nodes. `nextNode` returns the node at `m_cursor`, an index that only increases.
 
 #include "KelXmlLib/node_list.h"
 

@@ -1,5 +1,5 @@
-// Each new object gets an owner document object of its own. The new object and its owner document object
-// refer to the Qt document of the object through which the caller reached the node.
+// Each new object for a node or a collection gets a new owner document object. Both new objects refer to the
+// same Qt document: the Qt document of the object whose method the caller called.
 
 #include "dom/wrap.h"
 

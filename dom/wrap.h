@@ -10,11 +10,11 @@ namespace kelxml::dom
 
 using qt::MovableNode;
 
-/// Creates an object for a Qt document. The returned pointer owns the only reference.
+/// Creates an object for a Qt document. The returned pointer owns the only reference to the object.
 kel::ComPtr<CMorvXMLDOMDocument> makeOwnerDocument(const QDomDocument& document);
 
-/// Creates an object and stores it in `out` with one reference, which the caller owns. Writes `out` last, so
-/// an exception leaves `out` unchanged and leaks nothing.
+/// Creates an object and stores it in `out` with one reference, which the caller owns. An exception leaves
+/// `out` unchanged and leaks nothing.
 template <class Wrapper, class Source, class Interface>
 void createObject(Source&& source, const DocumentRef& document, Interface** out)
 {
@@ -22,14 +22,14 @@ void createObject(Source&& source, const DocumentRef& document, Interface** out)
     *out = wrapper.detach();
 }
 
-/// Creates an object for `node` and stores it in `out`: an element, an attribute or, for any other type, a
-/// generic node.
-/// \param type the type of `node`
-/// \param node may be null
+/// Creates an object for `node` and stores the object in `out`. The object is an element object or an
+/// attribute object if `type` says so. For any other `type`, the object is a generic node object.
+/// \param type the type of `node`. If `node` is null, `type` only selects the class of the object
+/// \param node may be null. The object then has no Qt node
 void wrapAs(DOMNodeType type, MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out);
 
-/// Creates an object of the class that belongs to the type of `node`, and stores it in `out`. For a null
-/// node, creates a generic object that has no Qt node.
+/// Creates an object for `node` and stores the object in `out`. The type of `node` selects the class of the
+/// object. If `node` is null, the object is a generic node object without a Qt node.
 void wrapForReturn(MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out);
 
 } // namespace kelxml::dom

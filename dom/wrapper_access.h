@@ -1,5 +1,5 @@
 // Gives the library access to the private members of the six classes that implement the interfaces. Also
-// checks their layouts, because other binaries rely on them.
+// checks the layouts of these classes, because other binaries rely on the layouts.
 
 #pragma once
 
@@ -17,7 +17,7 @@ namespace kelxml::dom
 using qt::DocumentRef;
 using qt::NodeRef;
 
-// The classes do not have standard layout, but GCC and Clang define offsetof for them.
+// The six classes do not have standard layout, but GCC and Clang support `offsetof` for these classes.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Winvalid-offsetof"
 struct WrapperAccess
@@ -39,13 +39,15 @@ struct WrapperAccess
     }
     static DocumentRef documentOf(const CMorvXMLDOMDocument& document) { return {document.m_document}; }
 
-    /// Creates the Qt document of a document object. Without this call, the object gets one only when a
-    /// document is loaded or a node is created.
+    /// Creates the Qt document of a document object. Without this call, the object gets a Qt document only
+    /// when a document is loaded or a node is created.
     static void makeDocument(CMorvXMLDOMDocument& document) { document.m_document.createDocumentFragment(); }
 
-    /// If an object has an owner element, releases its other members first, because they may point into the
-    /// element. C++ alone would release the owner element first, because it is the last member. Without an
-    /// owner element, C++ releases the members in the right order.
+    /// A destructor calls this function with members of its object. Releases `ownerDocument`. If
+    /// `ownerElement` is not null, also releases `document` and `handle`, because these two members may point
+    /// into the owner element. C++ alone would release the owner element first, because the owner element is
+    /// declared after the two members. If `ownerElement` is null, C++ releases the two members in the right
+    /// order.
     template <class QtHandle>
     static void releaseAllBefore(const QDomNode& ownerElement,
                                  kel::ComPtr<CMorvXMLDOMDocument>& ownerDocument, QDomDocument& document,

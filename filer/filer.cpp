@@ -1,5 +1,6 @@
-// Implements the XML filer with `QXmlStreamWriter`. A write operation checks its required arguments, converts
-// its texts, calls Qt's writer and returns "accepted". Some operations only check and write nothing.
+// Implements the XML filer with `QXmlStreamWriter`. A write operation returns "invalid argument" if a
+// required argument is missing. Otherwise the write operation converts its text arguments, calls Qt's writer
+// and returns "accepted". Some operations only check their arguments and write nothing.
 
 #include "KelXmlLib/filer_wrapper.h"
 
@@ -25,15 +26,16 @@ bool isMissing(const wchar_t* text)
     return !text || *text == L'\0';
 }
 
-/// Returns the status of an operation, which depends only on whether all required arguments are present.
+/// Returns the status of an operation: "invalid argument" if a required argument is missing, else "accepted".
 eStatus check(std::initializer_list<const wchar_t*> required)
 {
     const bool isAnyMissing = std::any_of(required.begin(), required.end(), isMissing);
     return isAnyMissing ? KelXmlLib::eStatusInvalidArgument : KelXmlLib::eStatusAccepted;
 }
 
-/// Converts the texts of a call for Qt's writer, which accepts only `QString`. Reuses the memory of two
-/// strings, because allocating new ones would take about a tenth of the time of writing.
+/// Converts the text arguments of a write operation to `QString`, the only type of text that Qt's writer
+/// accepts. Reuses the memory of two strings, because allocating new strings would take about a tenth of the
+/// time of a write operation.
 class Texts
 {
 public:
@@ -43,7 +45,7 @@ public:
 private:
     static const QString& convert(const wchar_t* text, QString& buffer)
     {
-        constexpr int kMaxReused = 1024; // the memory of longer texts is freed
+        constexpr int kMaxReused = 1024; // a string with a larger capacity is freed
         if (buffer.capacity() > kMaxReused)
             buffer = QString();
         return buffer = charactersFromWide(text, std::move(buffer));
@@ -53,7 +55,8 @@ private:
     QString m_second;
 };
 
-/// The filer's file. It also owns the reused strings. The filer cannot, because hosts rely on its size.
+/// The filer's file. The file also owns the reused strings. The filer itself cannot own the strings, because
+/// hosts rely on the size of the filer.
 struct TextFile : kelxml::files::File
 {
     using File::File;
@@ -205,7 +208,7 @@ eStatus KelXmlFilerWrapper::flush()
     return KelXmlLib::eStatusAccepted;
 }
 
-// Operations that check their required arguments and write nothing.
+// Operations that write nothing. Operations with required arguments still check these arguments.
 
 void KelXmlFilerWrapper::newlineChars(wchar_t*, int) const {}
 

@@ -9,7 +9,7 @@ namespace kelxml::serialize
 namespace
 {
 
-/// Iterating over the hash is faster than copying the element if it has at most this many attributes.
+/// Up to this number of attributes, iterating over Qt's hash is faster than copying the element.
 constexpr int kFewAttributes = 64;
 
 std::vector<QDomNode> itemsOf(const QDomNamedNodeMap& map)
@@ -21,8 +21,8 @@ std::vector<QDomNode> itemsOf(const QDomNamedNodeMap& map)
     return items;
 }
 
-/// Saves a copy of `element` without its children. \return the part of the tag after the element's name and
-/// its namespace declaration
+/// Saves a copy of `element` that has no children. \return the part of the saved tag after the tag name and,
+/// if `element` has a namespace, after the declaration of this namespace
 QString attributesAsText(const QDomElement& element)
 {
     QDomElement copy = element.cloneNode(false).toElement();
@@ -42,9 +42,10 @@ std::vector<QDomNode> attributesOf(const QDomElement& element)
     const int count = map.count();
     if (count <= kFewAttributes)
         return itemsOf(map);
-    // Saving is the only way in which Qt lists all attributes in linear time. The loop below finds the names
-    // in the saved text. It skips names that are not in the map: Qt adds declarations of namespaces when it
-    // saves. If the number of names found is wrong, because a name contains `="`, the slow `itemsOf` is used.
+    // Saving an element is the only way to make Qt list all attributes in linear time. The loop below finds
+    // the names of the attributes in the saved text. The loop skips names that are not in the map, because Qt
+    // adds declarations of namespaces to the saved text. The loop may find the wrong number of attributes,
+    // for example if a name contains `="`. In that case, this function calls the slow `itemsOf`.
     std::vector<QDomNode> found;
     found.reserve(static_cast<std::size_t>(count));
     const QString text = attributesAsText(element);

@@ -20,7 +20,7 @@ void putQuoted(const QString& text, Output& output)
     output.put(quote, text, quote);
 }
 
-/// \param isSystemNeeded whether to write a system identifier even if it is null
+/// \param isSystemNeeded whether a null `systemId` is written as an empty string, or not at all
 void putIdentifiers(const QString& publicId, const QString& systemId, bool isSystemNeeded, Output& output)
 {
     const bool hasSystem = isSystemNeeded || !systemId.isNull();
@@ -36,7 +36,7 @@ void putIdentifiers(const QString& publicId, const QString& systemId, bool isSys
     }
 }
 
-/// \param map the notations or the entities of `type`. Its items are also children of `type`.
+/// \param map the notations or the entities of `type`. The items of `map` are also children of `type`.
 std::vector<qt::MovableNode> declarationsIn(const QDomNamedNodeMap& map, const QDomDocumentType& type,
                                             AttributeOrder order)
 {
@@ -92,7 +92,7 @@ void writeEntity(const QDomEntity& entity, Output& output)
         name.insert(1, u' ');
     output.put(u"<!ENTITY ", name);
     if (entity.systemId().isNull() && entity.publicId().isNull()) {
-        // Qt saves the value after the same conversion to UTF-8 and back.
+        // When Qt saves an entity, Qt also converts the value to UTF-8 and back.
         QString value = QString::fromUtf8(entity.nodeValue().toUtf8());
         value.replace(QLatin1String("&#"), QLatin1String("&#38;#"));
         value.replace(u'%', QLatin1String("&#60;")).replace(u'"', QLatin1String("&#34;"));

@@ -12,8 +12,9 @@ class QDomNotation;
 namespace kelxml::serialize
 {
 
-/// Writes nothing for a type without a name, such as the null type of a document that has no document type.
-/// \param order the order in which the notations and the entities are written
+/// Writes the declaration of a document type. Writes nothing if `type` has no name. For a document that has
+/// no document type, Qt returns a `QDomDocumentType` without a name.
+/// \param order the order within the notations, which are written first, and within the entities
 void writeDoctype(const QDomDocumentType& type, AttributeOrder order, Output& output);
 
 void writeNotation(const QDomNotation& notation, Output& output);

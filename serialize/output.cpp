@@ -63,7 +63,7 @@ bool Output::canEncode(char16_t unit) const
     return m_codec.canEncode(QChar(unit));
 }
 
-/// \param start the index in `m_text` where the escaped text begins
+/// \param start the length that `m_text` had when the current call of `putEscaped` began
 bool Output::isEscaped(char16_t unit, Escapes escapes, std::size_t start) const
 {
     switch (unit) {
@@ -76,7 +76,7 @@ bool Output::isEscaped(char16_t unit, Escapes escapes, std::size_t start) const
         return escapes.blanks;
     case u'\r':
         return escapes.blanks || escapes.carriageReturns;
-    default: // <, &, and what the encoding cannot represent
+    default: // `<` and `&`
         return true;
     }
 }

@@ -1,4 +1,5 @@
-// Collects text, escapes it for XML and the encoding, and passes it to a sink in long pieces.
+// Collects text and passes the text to a sink in long pieces. `putEscaped` also escapes characters that have
+// a meaning in XML, and characters that the encoding cannot represent.
 
 #pragma once
 
@@ -14,13 +15,16 @@ class QTextCodec;
 namespace kelxml::serialize
 {
 
-/// Additional characters to escape. `<`, `&`, the `>` of `]]>`, and characters that the encoding cannot
-/// represent are always escaped.
+/// Selects characters that `putEscaped` escapes only on request. `putEscaped` always escapes `<`, `&`, the
+/// `>` of `]]>`, and characters that the encoding cannot represent.
 struct Escapes
 {
     bool quotes = false;
-    bool blanks = false; ///< line ends and tabs: in an attribute, a parser would turn them into spaces
-    bool carriageReturns = false; ///< in a text, a parser would turn them into line feeds
+    /// Line feeds, carriage returns and tabs. In an attribute, a parser would turn these characters into
+    /// spaces.
+    bool blanks = false;
+    /// Carriage returns only. Outside attributes, a parser would turn a carriage return into a line feed.
+    bool carriageReturns = false;
 };
 
 class Output
@@ -28,7 +32,8 @@ class Output
 public:
     using Sink = std::function<void(const QChar* text, int length)>;
 
-    /// \param codec checks which characters the encoding can represent; borrowed
+    /// \param codec the codec of the encoding; must outlive this object
+    /// \param write receives the pieces of text
     Output(const QTextCodec& codec, Sink write);
 
     void put(char16_t unit) { m_text += unit; }
@@ -52,13 +57,13 @@ public:
     void flush();
 
 private:
-    /// How a UTF-16 unit is written. Cached, because a codec needs up to a microsecond to check whether it
-    /// can encode a unit.
+    /// How `putEscaped` treats a UTF-16 code unit. `m_units` caches the treatment of each unit, because the
+    /// codec needs up to a microsecond to check whether the encoding can represent a unit.
     enum class Unit : std::uint8_t {
         unknown,     ///< not checked yet
         plain,       ///< never escaped
-        special,     ///< escaped in some contexts
-        unencodable, ///< the encoding cannot represent it
+        special,     ///< `putSpecial` decides whether to escape the unit
+        unencodable, ///< always escaped, because the encoding cannot represent the unit
     };
     static constexpr std::size_t kPiece = 16'384;
 

@@ -17,7 +17,8 @@ namespace kelxml::serialize
 
 bool canBeSaved(const QDomDocument& document)
 {
-    // A stack of the usual size has room for every tree. The depth is measured only on a smaller stack.
+    // A stack of the usual size has room for every tree within the depth limit. This function measures the
+    // depth of the tree only if the stack has less room.
     const int depth = limits::depthThatCanBeSaved();
     return depth == limits::kMaxNodeDepth || trees::isNoDeeperThan(document, depth);
 }
@@ -26,8 +27,8 @@ void save(const QDomDocument& document, QFile& file)
 {
     constexpr int kIndent = 4;
     QTextStream stream(&file);
-    // If an exception leaves this function, the stream's destructor must not write the buffered text. It
-    // might run out of memory, and an exception from a destructor ends the process.
+    // If an exception leaves this function, the stream's destructor must not write the buffered text. Writing
+    // the text might run out of memory, and an exception from a destructor ends the process.
     const auto discardBuffer = qScopeGuard([&stream] { stream.setStatus(QTextStream::WriteFailed); });
     stream.setCodec("UTF-8");
     document.save(stream, kIndent, QDomNode::EncodingFromDocument);

@@ -1,5 +1,6 @@
-// Writes a tree or a part of it like Qt's QDomNode::save, with three differences: it takes linear time, needs
-// little stack, and writes attributes in the same order in every process.
+// Writes a tree, or a part of a tree, like Qt's `QDomNode::save`. There are three differences from Qt:
+// writing takes linear time, needs little stack, and by default puts attributes in the same order in every
+// process.
 
 #pragma once
 
@@ -14,38 +15,44 @@ namespace kelxml::serialize
 {
 
 enum class AttributeOrder {
-    byName, ///< by the UTF-16 units of the full names; also sorts the declarations of a document type
-    ofQt,   ///< in the order of Qt's hash, which differs from process to process
+    /// Sorts attributes by their full names, compared by UTF-16 units. Also sorts the notations and the
+    /// entities of a document type by name.
+    byName,
+    /// Keeps the order of Qt's hash. This order differs from process to process.
+    ofQt,
 };
 
 struct Options
 {
-    /// Number of spaces per level. 0 writes line ends without spaces. -1 writes line ends only after comments
-    /// and instructions.
+    /// Number of spaces by which a child is indented more than its parent. With 0, no line is indented. With
+    /// -1, lines end only after comments, after processing instructions, and in and after the document type.
     int indent = 4;
     AttributeOrder attributeOrder = AttributeOrder::byName;
 };
 
-/// Receives the next bytes. It may throw: `serialize` passes its exceptions to the caller.
+/// Receives the next bytes. A sink may throw: `serialize` passes the exception on to the caller of
+/// `serialize`.
 using Sink = std::function<void(const QByteArray& bytes)>;
 
-/// Writes the same bytes as `QDomNode::save` with `EncodingFromDocument`. A document is written in the
-/// encoding that it declares, or in UTF-8 if it declares none or one that Qt does not know. Any other node is
-/// written in UTF-8 and indented by one level. For a null node, nothing is written.
+/// Writes the same bytes as `QDomNode::save` with `EncodingFromDocument`, except for the order of attributes
+/// and declarations. A document is written in the encoding that the document declares. If the document
+/// declares no encoding, or an encoding that Qt does not know, the document is written in UTF-8. A node of
+/// any other type is written in UTF-8 and indented by one level. For a null node, nothing is written.
 ///
-/// The function does not recurse, so the tree may have any depth. With `AttributeOrder::ofQt`, the attributes
-/// of an element that has more than 2,000 are written in an arbitrary order.
-/// \param node Call `trees::ensureValidOwnerDocument` first, because its document must still exist. If the
-/// node has no parent, its siblings are ignored, because its links may point to freed nodes.
-/// \param write called with pieces of at least 16,384 characters; the last piece may be shorter
+/// The function does not recurse, so the tree may have any depth. If an element has more than 2,000
+/// attributes, `AttributeOrder::ofQt` writes these attributes in an arbitrary order.
+/// \param node The document of `node` must still exist, so call `trees::ensureValidOwnerDocument` first. If
+///        `node` has no parent, the function does not look at the siblings of `node`, because the links from
+///        `node` to its siblings may point to freed nodes.
+/// \param write called with the bytes of at least 16,384 UTF-16 units; the last call may pass fewer
 /// \throw std::bad_alloc, and exceptions from `write`
 void serialize(const QDomNode& node, const Options& options, const Sink& write);
 
 /// Returns the bytes that `serialize` writes.
 QByteArray bytesOf(const QDomNode& node, const Options& options = {});
 
-/// Returns the text that `serialize` encodes. Like in `QDomDocument::toString`, characters that the declared
-/// encoding cannot represent are character references.
+/// Returns what `serialize` writes, as text instead of encoded bytes. Characters that the declared encoding
+/// cannot represent are written as character references, as `QDomDocument::toString` does.
 QString textOf(const QDomNode& node, const Options& options = {});
 
 } // namespace kelxml::serialize

@@ -1,6 +1,6 @@
-// Writes the same layout as Qt, including its oddities. Each element in a namespace declares that namespace
-// again. Even if `indent` is -1, a line break follows each instruction, and each comment unless a text
-// follows it.
+// Writes the same layout as Qt, including Qt's oddities. Each element in a namespace declares the namespace,
+// even if an outer element already declares the same namespace. Even if `indent` is -1, a line break follows
+// each processing instruction, each document type, and each comment, except a comment before a text.
 
 #include "qt/movable_node.h"
 #include "serialize/attributes.h"
@@ -29,8 +29,8 @@ bool isXmlDeclaration(const QDomNode& node)
     return node.isProcessingInstruction() && node.nodeName() == QLatin1String("xml");
 }
 
-/// Returns the codec of the encoding that the document declares. If it declares none, or if Qt does not know
-/// the declared encoding, returns the codec of UTF-8.
+/// Returns the codec of the encoding that the document `node` declares. Returns the codec of UTF-8 if `node`
+/// is not a document, declares no encoding, or declares an encoding that Qt does not know.
 QTextCodec* codecOf(const QDomNode& node)
 {
     QTextCodec* codec = nullptr;
@@ -45,8 +45,8 @@ QTextCodec* codecOf(const QDomNode& node)
     return codec ? codec : QTextCodec::codecForName("UTF-8");
 }
 
-/// Returns the name without its prefix. If the node was created without a namespace, it has no prefix, and
-/// the whole name is returned, including any colon.
+/// Returns the name of `node` without the prefix. A node that was created without a namespace has no prefix,
+/// even if the name contains a colon. For such a node, returns the whole name.
 QString localNameOf(const QDomNode& node)
 {
     const QString local = node.localName();
@@ -62,7 +62,7 @@ struct Attribute
     }
 
     qt::MovableNode node;
-    QString name; ///< with the prefix
+    QString name; ///< the name with the prefix, if any
 
     friend bool operator<(const Attribute& left, const Attribute& right)
     {
@@ -83,7 +83,7 @@ private:
     struct OpenNode
     {
         qt::MovableNode node;
-        QString name; ///< of an element, with the prefix
+        QString name; ///< the name of an element with the prefix, if any; empty for other nodes
     };
 
     qt::MovableNode begin(const QDomNode& node, bool isAfterText);
@@ -105,7 +105,7 @@ private:
     const Options& m_options;
     Output& m_output;
     std::vector<OpenNode> m_open;
-    QString m_name; ///< of the element that was begun last, with the prefix
+    QString m_name; ///< the name in the last start tag, with the prefix, if any
     int m_depth = 1;
     bool m_isDoctypePending = false;
 };
@@ -141,7 +141,8 @@ void Serializer::write(const QDomNode& root)
     }
 }
 
-/// Writes the part of a node before its children. \return the first child, or null if no children are written
+/// Writes the part of a node that comes before its children. \return the first child, or null if no children
+/// are written
 qt::MovableNode Serializer::begin(const QDomNode& node, bool isAfterText)
 {
     if (m_isDoctypePending && m_open.size() == 1)
@@ -249,8 +250,8 @@ void Serializer::writeAttributes(const QDomElement& element)
     }
 }
 
-/// \param declared the prefixes that earlier attributes of the same element declared; null for an attribute
-///        that is written without an element
+/// \param declared the prefixes that earlier attributes of the same element declared; null if the attribute
+///        is written without its element
 void Serializer::writeAttribute(const Attribute& attribute, QSet<QString>* declared)
 {
     put(attribute.name, u"=\"");
@@ -283,7 +284,8 @@ void Serializer::writeComment(const QDomNode& comment, bool isAfterText)
     put(u"<!--", text, text.endsWith(u'-') ? u" -->" : u"-->");
 }
 
-/// Writes the document type, unless `node` is the XML declaration, which must come first.
+/// Writes the document type before `node`. Does nothing if `node` is the XML declaration, because the XML
+/// declaration must precede the document type.
 void Serializer::writeDoctypeBefore(const QDomNode& node)
 {
     if (isXmlDeclaration(node))

@@ -1,5 +1,5 @@
-// No-ops of the attribute: each returns S_OK and leaves its outputs unchanged.
-// To implement one, move its line to dom/attribute.cpp.
+// The no-ops of the attribute class: each method returns S_OK and leaves its outputs unchanged. To implement
+// a method, move its line to dom/attribute.cpp.
 
 #include "KelXmlLib/attribute.h"
 

@@ -1,5 +1,5 @@
-// No-ops of the document: each returns S_OK and leaves its outputs unchanged.
-// To implement one, move its line to dom/document.cpp.
+// The no-ops of the document class: each method returns S_OK and leaves its outputs unchanged. To implement a
+// method, move its line to dom/document.cpp.
 
 #include "KelXmlLib/document.h"
 

@@ -1,5 +1,5 @@
-// No-ops of the element: each returns S_OK and leaves its outputs unchanged.
-// To implement one, move its line to dom/element.cpp.
+// The no-ops of the element class: each method returns S_OK and leaves its outputs unchanged. To implement a
+// method, move its line to dom/element.cpp.
 
 #include "KelXmlLib/element.h"
 

@@ -1,5 +1,5 @@
-// No-ops of the named node map: each returns S_OK and leaves its outputs unchanged.
-// To implement one, move its line to dom/named_node_map.cpp.
+// The no-ops of the named node map class: each method returns S_OK and leaves its outputs unchanged. To
+// implement a method, move its line to dom/named_node_map.cpp.
 
 #include "KelXmlLib/named_node_map.h"
 

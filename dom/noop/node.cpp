@@ -1,5 +1,5 @@
-// No-ops of the generic node: each returns S_OK and leaves its outputs unchanged.
-// To implement one, move its line to dom/node.cpp.
+// The no-ops of the generic node class: each method returns S_OK and leaves its outputs unchanged. To
+// implement a method, move its line to dom/node.cpp.
 
 #include "KelXmlLib/node.h"
 

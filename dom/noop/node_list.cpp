@@ -1,5 +1,5 @@
-// No-ops of the node list: each returns S_OK and leaves its outputs unchanged.
-// To implement one, move its line to dom/node_list.cpp.
+// The no-ops of the node list class: each method returns S_OK and leaves its outputs unchanged. To implement
+// a method, move its line to dom/node_list.cpp.
 
 #include "KelXmlLib/node_list.h"
 
