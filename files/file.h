@@ -1,4 +1,4 @@
-// The class for every file that Qt opens.
+// Defines the class of all files that Qt opens.
 
 #pragma once
 
@@ -10,9 +10,10 @@
 namespace kelxml::files
 {
 
-/// Call this before Qt creates its objects for a file. Qt crashes if memory runs out while it creates the
-/// first `QObject` of a thread or connects a text stream to its device. So this function allocates more
-/// memory than Qt needs for that and frees it again. Qt is then unlikely to run out.
+/// Call this function before Qt creates the objects that it needs for a file. Qt crashes if memory runs out
+/// while Qt creates the first `QObject` of a thread, or while Qt connects a text stream to a device. So this
+/// function allocates more memory than Qt needs for these two steps, and frees this memory again. Memory is
+/// then unlikely to run out in these steps.
 /// \throw std::bad_alloc
 inline void ensureMemoryForQt()
 {
@@ -20,22 +21,22 @@ inline void ensureMemoryForQt()
     QByteArray(kBytes, Qt::Uninitialized);
 }
 
-/// The first base class of `File`: its constructor runs before the constructor of `QFile`.
+/// The first base class of `File`, so that `ensureMemoryForQt` runs before the constructor of `QFile`.
 struct MemoryForQt
 {
     MemoryForQt() { ensureMemoryForQt(); }
 };
 
-/// A `QFile` for a checked path. Its constructor first ensures that Qt has enough memory. The library passes
-/// no other file to Qt.
+/// A `QFile` for a checked path. The constructor first calls `ensureMemoryForQt`. All files that the library
+/// lets Qt open are of this class.
 class File : private MemoryForQt, public QFile
 {
 public:
-    /// Creates a file without a path. Open it with a descriptor.
+    /// Creates an object without a path. To open it, pass a file descriptor to `open`.
     File() = default;
     explicit File(const Path& path) : QFile(path.name()) {}
 
-    /// Creates the file, or truncates an existing one.
+    /// Opens the file for writing. Creates the file if there is none, and truncates an existing file.
     bool openForWriting() { return open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text); }
 };
 

@@ -1,6 +1,6 @@
-// This is not QSaveFile, for three reasons. QSaveFile ignores a failed fsync. It follows symbolic links that
-// the kernel refuses to follow. It copies the permissions of the old file even if the new file gets another
-// group, whose members could then read it.
+// This code does not use QSaveFile, for three reasons. QSaveFile ignores a failed fsync. QSaveFile follows
+// symbolic links that the kernel refuses to follow. QSaveFile copies the permissions of the old file even if
+// the new file belongs to another group, so that members of the other group could read the new file.
 
 #include "files/file_replacement.h"
 
@@ -60,13 +60,14 @@ bool isLink(const std::string& path)
     return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
-/// A path to an open file. `linkat` needs it to give a name to an unnamed file.
+/// Returns a path to an open file. `linkat` needs this path to give a name to a file that has none.
 std::string procPathOf(const Descriptor& file)
 {
     return "/proc/self/fd/" + std::to_string(file.number());
 }
 
-/// If `path` is the name of a descriptor, such as /dev/stdout or /dev/fd/3, returns the descriptor, else -1.
+/// Returns the descriptor that `path` names, such as 1 for /dev/stdout or 3 for /dev/fd/3. Returns -1 for any
+/// other path.
 int descriptorNamed(const std::string& path)
 {
     if (path == "/dev/stdout")
@@ -81,7 +82,7 @@ int descriptorNamed(const std::string& path)
     return -1;
 }
 
-/// Resolves all symbolic links. \return empty on failure
+/// Returns `path` with all symbolic links resolved; an empty string on failure.
 std::string withoutLinks(const std::string& path)
 {
     const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr), &std::free);
@@ -96,8 +97,9 @@ std::string randomName()
     return name;
 }
 
-/// Calls `make` with random names until it succeeds. \return the name that it used, or an empty one after a
-/// failure, with the reason in `errno`
+/// Calls `make` with random names until `make` succeeds. Gives up if `make` fails with an error other than
+/// EEXIST, or after `kMaxAttempts` calls. \return the name with which `make` succeeded; an empty string after
+/// giving up, and `errno` then contains the reason
 template <class Make>
 std::string makeName(Make make)
 {
@@ -111,7 +113,7 @@ std::string makeName(Make make)
     return {};
 }
 
-/// Reads the access control list as the raw bytes that the kernel stores. \return empty if there is no list
+/// Returns the access control list of `file` in the kernel's own format; empty if the file has no list.
 std::vector<char> accessListOf(const Descriptor& file)
 {
     const ssize_t size = fgetxattr(file.number(), kAccessList, nullptr, 0);
@@ -121,7 +123,7 @@ std::vector<char> accessListOf(const Descriptor& file)
     return list;
 }
 
-/// Whether the new file has the same owner, group and access control list as the old file.
+/// Whether the new file has the same owner, the same group, and the same access control list as the old file.
 struct Preserved
 {
     bool owner;
@@ -129,12 +131,16 @@ struct Preserved
     bool list;
 };
 
-/// Returns the permission bits of the new file. They let nobody do more with the new file than with the old.
-/// A user who had access as the owner, as a member of the group, or through an entry of the access control
-/// list may have lost that role. The kernel then applies the bits of the group or of others to this user, so
-/// those bits must not allow anything that the lost role did not allow. If the group changes, the old file
-/// treated the members of the new group as others, so the new bits of the group must not allow more than the
-/// old bits of others.
+/// Returns the permission bits of the new file. These bits let nobody do more with the new file than with the
+/// old file.
+///
+/// Some users had access to the old file as its owner, as a member of its group, or through an entry of its
+/// access control list, but do not have this role for the new file. For such a user, the kernel checks the
+/// group's bits or the others' bits of the new file. So these bits must not allow anything that the role did
+/// not allow.
+///
+/// If the group changes, the members of the new group were among the others for the old file. So the group's
+/// bits of the new file must not allow more than the others' bits of the old file.
 mode_t restrictedMode(mode_t old, Preserved preserved)
 {
     const mode_t owner = old >> 6U & 7U;
@@ -154,7 +160,7 @@ mode_t restrictedMode(mode_t old, Preserved preserved)
     return special | owner << 6U | group << 3U | others;
 }
 
-/// Copies owner, group, access control list and permission bits, as far as the system allows.
+/// Copies owner, group, access control list and permission bits to the new file, as far as the system allows.
 void copyPermissions(const Descriptor& old, const struct stat& status, const Descriptor& replacement)
 {
     if (fchown(replacement.number(), status.st_uid, status.st_gid) != 0)
@@ -197,7 +203,8 @@ FileReplacement::FileReplacement(const std::string& path) : FileReplacement()
         return;
     }
     openOld(path);
-    // If another process replaces the file between `openOld` and `openDirectory`, open the new one.
+    // If another process replaces the old file between `openOld` and `openDirectory`, start again with the
+    // file that replaced the old one.
     for (int attempt = 1; m_method == Method::byRename && !openDirectory(path); ++attempt) {
         if (attempt == kMaxAttempts)
             fail(EBUSY);
@@ -238,8 +245,8 @@ void FileReplacement::openOld(const std::string& path)
         failUnless(errno == ENOENT);
         if (!isLink(path))
             return;
-        // Opening the link creates the file that it names. The kernel may refuse this: it does not follow
-        // another user's link in a sticky directory such as /tmp.
+        // Opening the link creates the file that the link names. The kernel may refuse to do this: in a
+        // sticky directory such as /tmp, the kernel does not follow another user's link.
         m_old = Descriptor(open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY, kModeOfNewFile));
         failUnless(m_old.isOpen());
         m_hasCreatedLinkTarget = true;
@@ -249,8 +256,8 @@ void FileReplacement::openOld(const std::string& path)
         m_method = Method::directly;
 }
 
-/// Opens the directory of the file and stores the file's name. \return false if the name no longer refers to
-/// the file that `openOld` opened
+/// Opens the directory of the old file and stores the old file's name. \return false if this name no longer
+/// refers to the file that `openOld` opened
 bool FileReplacement::openDirectory(const std::string& path)
 {
     const std::string file = m_old.isOpen() && isLink(path) ? withoutLinks(path) : path;

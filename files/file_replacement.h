@@ -1,4 +1,4 @@
-// Replaces files without losing the old content after a failed write.
+// Replaces files so that a failed write does not lose the old content.
 
 #pragma once
 
@@ -25,32 +25,35 @@ private:
     int m_number;
 };
 
-/// Writes a new file. `commit` then replaces the old file with it. Without `commit`, the old file stays
-/// unchanged.
+/// Writes a new file. `commit` then replaces the old file with the new file. Without `commit`, the old file
+/// stays unchanged.
 ///
-/// - The new file is created in the directory of the old file. If the file system supports it, the new file
-///   has no name until `commit`, so nothing of it remains if the process is killed before then.
-/// - Symbolic links are followed as the kernel follows them. The link stays, and its target is replaced. If
-///   the target does not exist, it is created.
+/// - The new file is created in the directory of the old file. If the file system supports files without a
+///   name, the new file has no name until `commit`. If the process is killed while the new file has no name,
+///   nothing of the new file remains.
+/// - A symbolic link stays, and the file that the link points to is replaced or created. If the kernel
+///   refuses to follow a link, the constructor fails.
 /// - A file that the process has no permission to write is not replaced.
-/// - Permissions, owner, group and access control list are preserved. If the system does not allow this,
-///   nobody gets more rights than before. If the owner changes, the set-uid bit is cleared. If the group
-///   changes, a permission remains only if the group and others both had it. If the access control list
-///   cannot be copied, only the owner's permissions remain.
+/// - Permissions, owner, group and access control list are preserved as far as the system allows. Nobody gets
+///   more rights than before. If the owner changes, the set-uid bit is cleared, and the group and others keep
+///   only permissions that the owner had. If the group changes, the set-gid bit is cleared, and the group and
+///   others keep only permissions that both of them had. If the access control list cannot be copied, only
+///   the owner keeps permissions.
 /// - If a file has several names (hard links), only the given name refers to the new file. The other names
 ///   still refer to the old file.
 /// - If the process has no permission to create files in the directory (EACCES, EPERM), `commit` overwrites
-///   the old file, if there is one. If the file system supports it, `commit` first reserves space for the new
-///   content. Only a failure while overwriting can lose the old content.
-/// - Devices, pipes and sockets are written directly, piece by piece. The same applies to /dev/stdout,
-///   /dev/stderr and /dev/fd/N, even if the descriptor refers to a regular file. Writing then starts at the
-///   descriptor's position.
+///   the content of the old file; if there is no old file, the constructor fails. If the file system can
+///   reserve space, `commit` reserves space for the new content before it overwrites the old content. Only a
+///   failure while overwriting can lose the old content.
+/// - If the path names a device or a pipe, each `write` passes its bytes on immediately. The same applies to
+///   /dev/stdout, /dev/stderr and /dev/fd/N, even if the descriptor refers to a regular file. Writing then
+///   starts at the descriptor's position.
 ///
-/// If a function fails, it throws `std::system_error`, whose `code().value()` is the `errno`.
+/// A function that fails throws `std::system_error`. The `code().value()` of this exception is the `errno`.
 class FileReplacement
 {
 public:
-    /// \param path in the file system's encoding. Borrowed for the call.
+    /// \param path the path of the old file, in the file system's encoding; not needed after the call
     explicit FileReplacement(const std::string& path);
     FileReplacement(const FileReplacement&) = delete;
     FileReplacement& operator=(const FileReplacement&) = delete;
@@ -59,14 +62,15 @@ public:
 
     void write(const char* bytes, std::size_t count);
 
-    /// Flushes the new file to the disk and replaces the old file. Call it once, after the last `write`.
+    /// Flushes the new file to the disk and replaces the old file with the new one. Call `commit` once, after
+    /// the last `write`.
     void commit();
 
 private:
     enum class Method {
-        byRename, ///< write a new file, then rename it
+        byRename, ///< write a new file, then rename the new file
         inPlace,  ///< collect all bytes, then overwrite the old file
-        directly, ///< pass each piece to the device
+        directly, ///< pass the bytes of each `write` on immediately
     };
 
     FileReplacement() = default;
@@ -77,14 +81,14 @@ private:
     void commitInPlace();
 
     Method m_method = Method::byRename;
-    Descriptor m_old;          ///< not open if there was no file
-    struct stat m_status = {}; ///< of the old file
-    Descriptor m_directory;    ///< the directory of the replaced file
-    std::string m_name;        ///< of the replaced file, relative to `m_directory`
+    Descriptor m_old;          ///< the old file or the device; not open if neither exists
+    struct stat m_status = {}; ///< the status of the old file
+    Descriptor m_directory;    ///< the directory of the old file
+    std::string m_name;        ///< the name of the old file in `m_directory`
     Descriptor m_new;
-    std::string m_temporaryName;         ///< of the new file; empty if the file has no name
-    std::string m_pending;               ///< collected for `inPlace`
-    bool m_hasCreatedLinkTarget = false; ///< the path is a symbolic link to a file that did not exist
+    std::string m_temporaryName;         ///< the name of the new file; empty if the new file has no name
+    std::string m_pending;               ///< the bytes collected so far, if `m_method` is `inPlace`
+    bool m_hasCreatedLinkTarget = false; ///< the constructor created the file that a symbolic link names
 };
 
 } // namespace kelxml::files

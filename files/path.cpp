@@ -17,7 +17,7 @@ bool hasCodecs()
 
 std::optional<Path> Path::from(const wchar_t* path)
 {
-    // `fromWide` would drop a byte order mark at the start.
+    // `fromWide` would drop a byte order mark at the start of the path.
     if (!path || *path == L'\0' || *path == QChar::ByteOrderMark || !hasCodecs())
         return std::nullopt;
     const QString name = text::fromWide(path);

@@ -15,8 +15,9 @@ namespace kelxml::files
 namespace
 {
 
-/// Reads up to `most` bytes. Files without a descriptor are resources compiled into the program, which only
-/// `QFile` can read. \return the number of bytes read; negative after an error, with the reason in `errno`
+/// Reads up to `most` bytes. Files without a descriptor are resources compiled into the program, and only
+/// `QFile` can read such resources. \return the number of bytes read; a negative number after an error, and
+/// `errno` then contains the reason
 qint64 readSome(QFile& file, char* to, int most)
 {
     const int descriptor = file.handle();
@@ -24,8 +25,8 @@ qint64 readSome(QFile& file, char* to, int most)
                           : TEMP_FAILURE_RETRY(::read(descriptor, to, static_cast<std::size_t>(most)));
 }
 
-/// Appends the bytes of a file to `bytes`. Stops after `most` + 1 bytes, so that the caller can see that the
-/// file is longer. \return the system's error, or 0
+/// Appends the bytes of a file to `bytes`. Stops when `bytes` contains `most` + 1 bytes: the caller then
+/// knows that the file has more than `most` bytes. \return the system's error, or 0
 int readUpToOneMoreThan(qint64 most, QFile& file, QByteArray& bytes)
 {
     constexpr qint64 kPiece = qint64{64} * 1024;

@@ -10,18 +10,20 @@
 namespace kelxml::files
 {
 
-/// The bytes of a file, or the reason why it could not be read.
+/// The bytes of a file, or the reason why the file could not be read.
 struct Contents
 {
     QByteArray bytes;
-    QString error;                                ///< the system's message; null if the file was read
-    limits::Limit exceeded = limits::Limit::None; ///< `FileBytes`, `UnsizedBytes` or `None`
+    QString error; ///< the reason why the file could not be opened or read; null if there was no error
+    /// The limit that the file exceeds: `FileBytes` or `UnsizedBytes`; or else `None`.
+    limits::Limit exceeded = limits::Limit::None;
 };
 
-/// Reads a file or a device to its end. \throw std::bad_alloc
+/// Reads a file or a device to its end, unless the file or device exceeds a limit. \throw std::bad_alloc
 Contents read(const Path& path);
 
-/// Reads a file or a device to its end. \param path the bytes that the system gets, without conversion
+/// Reads a file or a device to its end, unless the file or device exceeds a limit.
+/// \param path is passed to the system byte by byte, without conversion
 /// \throw std::bad_alloc
 Contents read(const std::string& path);
 

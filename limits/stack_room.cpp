@@ -1,5 +1,5 @@
-// Finds where the calling thread's stack ends. If the system does not know the stack, for example in a
-// coroutine, the free stack is assumed to be small.
+// Finds where the calling thread's stack ends. If the thread runs on a stack that the system does not know,
+// such as the stack of a coroutine, the free stack is assumed to be small.
 
 #include "limits/stack_room.h"
 
@@ -20,20 +20,21 @@ namespace kelxml::limits
 namespace
 {
 
-// Measured for Qt 5.15: 340 bytes per level when parsing, 1,430 when saving. The margin allows for other
-// builds of Qt.
+// Stack that Qt needs per level. For Qt 5.15, we measured 340 bytes per level for parsing and 1,430 for
+// saving. The constants are larger, because other builds of Qt may need more.
 constexpr std::size_t kParseBytesPerLevel = 512;
 constexpr std::size_t kSaveBytesPerLevel = 1792;
 
-// Stack needed in addition to the recursion: for Qt's buffers and streams, and for a signal handler of the
-// host.
+// Stack that is needed in addition to the recursion: for Qt's buffers and streams, and for a signal handler
+// of the host.
 constexpr std::size_t kReserve = std::size_t{48} * 1024;
 
-// Assumed to be free if the system does not know the stack.
+// Number of bytes that are assumed to be free if the system does not know the current stack.
 constexpr std::size_t kUnknownStack = std::size_t{64} * 1024;
 
-// The maximum size assumed for the stack of the first thread. The kernel always reserves more address
-// space than this, even if the stack limit is lower when the program starts. No operation needs more.
+// Maximum size assumed for the stack of the main thread. For this stack, the kernel always reserves more
+// address space than this constant, even if the stack limit is lower when the program starts. No operation
+// needs more stack than this.
 constexpr std::size_t kMaxFirstStack = std::size_t{64} * 1024 * 1024;
 
 struct Stack
@@ -44,7 +45,7 @@ struct Stack
     bool contains(std::uintptr_t address) const { return address > low && address <= high; }
 };
 
-/// The stack that the calling thread was started with; empty if the system does not report it.
+/// Returns the stack that the calling thread was started with; an empty one if the system reports none.
 Stack stackOfThread()
 {
     pthread_attr_t attributes;
@@ -63,21 +64,21 @@ Stack stackOfThread()
     return {low + guard, low + size};
 }
 
-/// The free bytes of the stack that the calling thread is running on.
+/// Returns the number of free bytes in the stack that the calling thread is running on.
 std::size_t freeStack()
 {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    // The kernel puts the program's name at the top of the first stack. The C library is not asked for the
-    // top, because it reads /proc, which is not always mounted.
+    // The kernel puts the program's name at the top of the main thread's stack. The C library could also
+    // return the top, but would have to read /proc, which is not always mounted.
     const std::uintptr_t top = ::getauxval(AT_EXECFN);
     if (Stack{top - kMaxFirstStack, top}.contains(here)) {
-        // The limit can change at any time, even to less than the stack in use.
+        // The host can change the stack limit at any time, even to less than the stack already in use.
         rlimit limit = {};
         ::getrlimit(RLIMIT_STACK, &limit);
         const std::uintptr_t used = top - here;
         return std::max(std::min<std::uintptr_t>(limit.rlim_cur, kMaxFirstStack), used) - used;
     }
-    // Failures are not cached; they may be temporary.
+    // A failure of `stackOfThread` is not cached, because it may be temporary.
     static thread_local Stack known;
     if (!known.contains(here))
         known = stackOfThread();

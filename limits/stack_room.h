@@ -6,12 +6,13 @@
 namespace kelxml::limits
 {
 
-/// Whether Qt's parser can recurse `nesting` levels. Caches where the thread's stack ends, except on the
-/// first thread.
+/// Whether the free stack of the calling thread is large enough for Qt's parser to recurse `nesting` levels.
+/// If the calling thread is not the main thread, the first call caches where the thread's stack ends.
 /// \throw std::bad_alloc if there is too little memory to look up the stack
 bool hasRoomToParse(int nesting);
 
-/// How many levels of nodes Qt can save, at most `kMaxNodeDepth`.
+/// The maximum depth of a tree that Qt can save on the free stack of the calling thread. Never more than
+/// `kMaxNodeDepth`.
 /// \throw std::bad_alloc if there is too little memory to look up the stack
 int depthThatCanBeSaved();
 

@@ -1,7 +1,10 @@
 // A list that caches nodes is registered under the node whose children or descendants it lists. Before a node
-// is inserted or removed, the child lists of its parent drop their caches. A list by tag name of the parent
-// or of one of its ancestors also drops its cache, if the subtree of the inserted or removed node contains an
-// element with the tag name of the list. The lists of other nodes do not slow down a change.
+// is inserted below a parent or removed from a parent, two groups of lists drop their caches:
+// - the lists of the children of the parent
+// - the lists by tag name of the parent and of its ancestors, if the subtree of the inserted or removed node
+//   contains an element with the tag name of the list
+//
+// The lists of other nodes do not slow down a change.
 
 #include "lists/live_list.h"
 
@@ -18,17 +21,19 @@ namespace kelxml::lists
 namespace
 {
 
-/// A node's children are cached if there are at least this many. If there are fewer, each call walks from the
-/// first child. Lists by tag name are always cached, because finding their elements scans the document.
+/// A list of children caches its nodes only if the list has at least this many nodes, or if a caller asks for
+/// this index or a higher one. Otherwise, each call walks from the first child. A list by tag name always
+/// caches its nodes, because finding the elements of such a list scans all descendants of a node.
 constexpr std::size_t kMinCachedLength = 8;
 
-/// A registered list: the address of its node, whether the list is by tag name, the tag name, and the list
-/// itself. Sorting puts the lists of one node next to each other.
+/// An entry of the registry of lists: the address of the node whose children or descendants are listed,
+/// whether the list is by tag name, the tag name, and the list itself. Sorting puts the entries of one node
+/// next to each other.
 using Entry = std::tuple<std::uintptr_t, bool, QString, LiveList*>;
 
-/// One of the parts into which the registry is divided, so that threads seldom wait for each other. A shard
-/// may contain lists of several threads. A list that was found in it can be used without the lock, because
-/// only one thread uses the list's document.
+/// One part of the registry. The registry is divided into parts so that threads seldom wait for each other. A
+/// shard may contain lists of several threads. A list that was found in a shard can be used without holding
+/// the lock, because only the thread that found the list uses the list's document.
 struct Shard
 {
     std::mutex lock;
@@ -46,20 +51,21 @@ Shard& shardOf(std::uintptr_t address)
 {
     // Never destroyed, because static objects may own lists and unregister them when the process exits.
     static auto& shards = *new std::array<Shard, 256>;
-    // The multiplication spreads addresses that are close together. The high bits of the product vary most.
+    // The multiplication spreads addresses that are close together. The lower half of the product is not
+    // used, because its low bits vary least.
     constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
     return shards[(address * kOdd >> 32) % shards.size()];
 }
 
 /// Returns up to `most` registered lists of `node`.
-/// \param areByTagName true for lists by tag name, false for lists of children
-/// \param tagName if not null, returns only lists for this name
+/// \param areByTagName true to get lists by tag name, false to get lists of children
+/// \param tagName if not null, only lists for this name are returned
 std::vector<LiveList*> listsOf(const QDomNode& node, bool areByTagName, const QString& tagName = {},
                                std::size_t most = std::numeric_limits<std::size_t>::max())
 {
     std::vector<LiveList*> found;
     const std::uintptr_t address = addressOf(node);
-    if (address == 0) // the null nodes of all threads have this address; their lists always stay empty
+    if (address == 0) // the null nodes of all threads share this address; lists of null nodes stay empty
         return found;
     Shard& shard = shardOf(address);
     const std::lock_guard guard(shard.lock);
@@ -79,7 +85,8 @@ void dropCaches(const std::vector<LiveList*>& lists)
         list->dropCache();
 }
 
-/// Returns the element after `node` in document order within the subtree of `root`; null at the end.
+/// Returns the next element after `node` in document order within the subtree of `root`; null if there is
+/// none.
 qt::MovableNode nextElement(const QDomNode& node, const QDomNode& root)
 {
     qt::MovableNode next{QDomNode(node)};
@@ -92,10 +99,11 @@ qt::MovableNode nextElement(const QDomNode& node, const QDomNode& root)
     return next;
 }
 
-/// Returns the name that Qt's `elementsByTagName` compares: the local name, if the element has one.
+/// Returns the name that Qt's `elementsByTagName` compares: the local name if `element` has a local name,
+/// otherwise the whole name.
 QString listedName(const QDomNode& element)
 {
-    const QString local = element.localName(); // null if created without a namespace
+    const QString local = element.localName(); // null if the element was created without a namespace
     return local.isNull() ? element.nodeName() : local;
 }
 
@@ -153,7 +161,7 @@ void LiveList::dropCache()
     shard.lists.erase({address, isByTagName(), m_origin.tagName, this});
 }
 
-/// Caches at least the first `count` nodes, or all if the list is shorter. \return all cached nodes
+/// Caches at least the first `count` nodes; all nodes if the list is shorter. \return all cached nodes
 const std::vector<qt::MovableNode>& LiveList::read(std::size_t count)
 {
     if (!m_isCached) {
@@ -192,7 +200,7 @@ void invalidate(const QDomNode& node, const QDomNode& parent)
     qt::MovableNode element{QDomNode(node)};
     if (!element.isElement())
         element = nextElement(element, node);
-    std::vector<qt::MovableNode> listedAncestors; // those with cached lists by tag name
+    std::vector<qt::MovableNode> listedAncestors; // the ancestors with cached lists by tag name
     for (qt::MovableNode ancestor{QDomNode(parent)}; !element.isNull() && !ancestor.isNull();
          ancestor = ancestor.parentNode())
         if (!listsOf(ancestor, true, {}, 1).empty())

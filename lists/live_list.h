@@ -1,8 +1,9 @@
-// Live lists of nodes, read from the tree itself, because Qt's lists keep pointers to freed nodes.
+// Live lists of nodes. Our lists read their nodes from the tree itself, because Qt's lists keep pointers to
+// freed nodes.
 //
-// After every change of a document, Qt reads its lists again from the start. So if a loop over a list sets an
-// attribute at each step, it takes quadratic time. Our long lists cache their nodes, and only a change that
-// inserts or removes nodes of the list drops the cache.
+// After every change of a document, Qt's lists are read again from the start. So a loop over such a list that
+// sets an attribute at each step takes quadratic time. Our long lists cache their nodes, and a list drops its
+// cache only when nodes of the list are inserted or removed.
 
 #pragma once
 
@@ -14,15 +15,16 @@
 namespace kelxml::lists
 {
 
-/// What a list contains: the children of `node`, or its descendant elements with a tag name.
+/// What a list contains: the children of `node`, or the descendants of `node` that are elements with a tag
+/// name.
 struct ListOrigin
 {
     qt::MovableNode node;
     QString tagName; ///< null for a list of children
 };
 
-/// Creates Qt's own list. A node list object contains one only because other binaries rely on the layout of
-/// the object. The library never reads nodes from it.
+/// Creates one of Qt's own lists. A COM node list object contains a list of Qt only because other binaries
+/// rely on the layout of the object. The library never reads nodes from the list of Qt.
 QDomNodeList makeQtList(const ListOrigin& origin);
 
 class LiveList
@@ -34,9 +36,9 @@ public:
     LiveList& operator=(const LiveList&) = delete;
 
     std::size_t length();
-    /// Returns null if `index` is beyond the end.
+    /// Returns null if `index` is beyond the end of the list.
     qt::MovableNode item(std::size_t index);
-    /// Releases the cached nodes. The list then keeps only the node of its origin alive.
+    /// Releases the cached nodes. After that, the only node that the list keeps alive is `ListOrigin::node`.
     void dropCache();
 
 private:
@@ -50,12 +52,13 @@ private:
     bool m_isCached = false;              ///< the list is registered, and `m_nodes` is valid
 };
 
-/// Call this before inserting `node` below `parent`, and before removing it from `parent`. Drops the caches
-/// of all lists that the change affects.
+/// Call this function before inserting `node` below `parent`, and before removing `node` from `parent`. Drops
+/// the caches of all lists that the change affects.
 void invalidate(const QDomNode& node, const QDomNode& parent);
-/// Call this before replacing the top-level nodes of `document`. Drops the caches of the lists of `document`.
+/// Call this function before replacing the top-level nodes of `document`. Drops the caches of the lists of
+/// `document` itself.
 void invalidateContent(const QDomDocument& document);
-/// Whether any list has cached nodes. If not, there is nothing to invalidate.
+/// Whether any list has cached nodes. If no list has, there is nothing to invalidate.
 bool isAnyCached() noexcept;
 
 } // namespace kelxml::lists

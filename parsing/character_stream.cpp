@@ -1,4 +1,5 @@
-// Moves on to the next piece of the document, or back to the text around a splice.
+// Continues with the next piece of the document, or, after the value of an entity, with the text after the
+// reference to the entity.
 
 #include "parsing/character_stream.h"
 

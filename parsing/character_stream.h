@@ -1,5 +1,6 @@
-// Returns the characters of a text in the order in which Qt's parser reads them. They come from the document,
-// which is read piece by piece, and from the values of entities, which are spliced in at each reference.
+// Returns the characters of a text in the order in which Qt's parser reads them. The document is read piece
+// by piece. At each reference to an entity, the value of the entity is spliced in: the stream returns the
+// characters of the value in place of the reference. Each such insertion is a splice.
 
 #pragma once
 
@@ -16,11 +17,11 @@ namespace kelxml::parsing
 class CharacterStream
 {
 public:
-    /// Returned at the end of the text. U+FFFE and U+FFFF in a text count as its end, because the parser uses
-    /// them as its own end marks.
+    /// `get` returns this value at the end of the text. U+FFFE and U+FFFF within a text end the text too,
+    /// because the parser uses these two values as its end marks.
     static constexpr char16_t kEnd = 0xFFFF;
 
-    /// Returns the next piece of the document; an empty string at the end.
+    /// Returns the next piece of the document; an empty string at the end of the document.
     using NextPiece = std::function<QString()>;
 
     explicit CharacterStream(NextPiece nextPiece) : m_nextPiece(std::move(nextPiece)) {}
@@ -33,7 +34,7 @@ public:
         return isEnd(c) ? finish() : c;
     }
 
-    /// Reads characters until `stops` returns true for one. Returns this character, or `kEnd`.
+    /// Reads characters until `stops` returns true for a character. Returns this character, or `kEnd`.
     template <typename Stops>
     char16_t skipUntil(Stops stops)
     {
@@ -50,7 +51,8 @@ public:
         return seek<Stops...>([](QStringView) {});
     }
 
-    /// Reads like `seek()`. Passes all characters before the returned one to `passed`, many at a time.
+    /// Reads characters until it finds one of `Stops`. Returns this character, or `kEnd`. Passes all
+    /// characters before the returned one to `passed`, many at a time.
     template <char16_t... Stops, typename Passed>
     char16_t seek(Passed passed)
     {
@@ -65,9 +67,9 @@ public:
         return kEnd;
     }
 
-    /// Makes the stream continue with `text`, and then with the rest of the current text. `text` must outlive
-    /// the stream.
-    /// \param literal whether the reference that `text` replaces is inside a quoted value
+    /// Makes the stream return the characters of `text` next, and then the rest of the text that it was
+    /// reading. `text` must outlive the stream.
+    /// \param literal whether `text` replaces a reference inside a quoted value
     void splice(QStringView text, bool literal)
     {
         m_pendingOutside = pending();
@@ -75,13 +77,14 @@ public:
         m_span = spanOf(text, literal);
     }
 
-    /// Number of open splices. As in the parser, a splice stays open until the character after it is read.
+    /// Number of open splices. A splice stays open until the stream reads the first character after the
+    /// splice, as in the parser.
     std::size_t openSplices() const { return m_outer.size(); }
     bool isInSplice() const { return !m_outer.empty(); }
     /// Number of unread characters in open splices.
     qint64 pending() const { return isInSplice() ? m_pendingOutside + (m_span.end - m_span.at) : 0; }
-    /// Whether the last character came from a splice inside a quoted value. A quote from such a splice does
-    /// not end the value.
+    /// Whether the last character came from a splice inside a quoted value. If such a character is a quote,
+    /// it does not end the quoted value.
     bool isLiteral() const { return m_span.literal; }
 
 private:
@@ -105,11 +108,11 @@ private:
     NextPiece m_nextPiece;
     QString m_piece;
     Span m_span;
-    qint64 m_pendingOutside = 0; // unread characters of all open splices except the innermost
-    std::vector<Span> m_outer;   // where to continue after each open splice; the document comes first
+    qint64 m_pendingOutside = 0; // number of unread characters in all open splices except the innermost
+    std::vector<Span> m_outer;   // the rest of each text that an open splice interrupts; first the document's
 };
 
-// Compares eight characters at a time, because most characters of a text are skipped here.
+// Compares eight characters at a time, because the stream skips most characters of a text in this function.
 template <char16_t... Stops>
 const char16_t* CharacterStream::findAny(const char16_t* at, const char16_t* end)
 {

@@ -1,4 +1,4 @@
-// Scans the text, checks the free stack, removes the earlier content and calls Qt's parser.
+// Scans the text, checks the free stack, removes the earlier content of the document and calls Qt's parser.
 
 #include "parsing/parse.h"
 
@@ -16,15 +16,16 @@ namespace kelxml::parsing
 namespace
 {
 
-/// Removes the top-level nodes one by one, which clears their links. `QDomDocument::setContent` would free
-/// them all at once: a node that the host holds would keep links to its freed siblings.
+/// Removes the top-level nodes one by one, because `removeChild` clears the sibling links of the removed
+/// node. `QDomDocument::setContent` would free all top-level nodes at once, and a node that the host still
+/// holds would keep links to its freed siblings.
 void removeContent(QDomDocument& document)
 {
     for (QDomNode node = document.firstChild(); !node.isNull(); node = document.firstChild())
         document.removeChild(node);
 }
 
-/// \param content a text or a device
+/// \param content a `QString` or a pointer to a `QIODevice`
 template <class Content>
 ParseResult parseWithin(const Prescan& scan, QDomDocument& document, Content&& content)
 {

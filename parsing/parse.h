@@ -19,25 +19,32 @@ enum class ParseFailure { None, Unreadable, Empty, BeyondLimit, NotWellFormed };
 struct ParseResult
 {
     ParseFailure failure = ParseFailure::None;
-    limits::Limit limit = limits::Limit::None; ///< for `BeyondLimit`
-    QString reason = {}; ///< from the system if `Unreadable`, from Qt if `NotWellFormed`
-    int line = 0;        ///< for `NotWellFormed`, from 1
+    limits::Limit limit = limits::Limit::None; ///< the exceeded limit if `failure` is `BeyondLimit`
+    /// Qt's message if `failure` is `NotWellFormed`; the reason for the failure if `failure` is `Unreadable`.
+    QString reason = {};
+    int line = 0; ///< where Qt found the error if `failure` is `NotWellFormed`; the first line is 1
     int column = 0;
 
     explicit operator bool() const { return failure == ParseFailure::None; }
 };
 
-/// Replaces the content of `document`. Refuses a text that is empty, exceeds a limit or nests too deep for
-/// the calling thread's stack. The document then keeps its earlier content. If the text is not well-formed,
-/// the document gets the nodes that Qt read before the error. \throw std::bad_alloc
+/// Replaces the content of `document` with the parsed `text`. A text that is empty, exceeds a limit or nests
+/// too deep for the calling thread's stack is refused, and the document keeps its earlier content. If the
+/// text is not well-formed, the document gets the nodes that Qt read before the error. \throw std::bad_alloc
 ParseResult parseText(QDomDocument& document, const QString& text);
 
-/// Replaces the content of `document` with that of a file, by the same rules. The file is read only once, so
-/// that Qt parses exactly the bytes that were checked. A file that cannot be read to its end is refused. An
-/// empty file clears the document.
+/// Replaces the content of `document` with the parsed content of a file. The file is read only once, so that
+/// Qt parses exactly the bytes that were checked.
+/// - A file that cannot be read to its end, exceeds a limit or nests too deep for the calling thread's stack
+///   is refused, and the document keeps its earlier content.
+/// - If the file is empty, the document is cleared, and the result is `Empty`.
+/// - If the file is not well-formed, the document gets the nodes that Qt read before the error.
+///
+/// \throw std::bad_alloc
 ParseResult parseFile(QDomDocument& document, const files::Path& path);
 
-/// Parses a file in the same way. \param path the bytes that the system gets, without conversion
+/// Replaces the content of `document` with the parsed content of a file, as the other `parseFile` does.
+/// \param path is passed to the system byte by byte, without conversion
 ParseResult parseFile(QDomDocument& document, const std::string& path);
 
 } // namespace kelxml::parsing

@@ -8,8 +8,8 @@
 #include <QtXml/QXmlInputSource>
 #include <memory>
 
-// QXmlInputSource is deprecated, but QDomDocument decodes devices with it. Another class could decode
-// differently.
+// QXmlInputSource is deprecated. It is used here because QDomDocument uses it to decode the bytes of a
+// device. Another class could decode the same bytes differently.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 
 namespace kelxml::parsing
@@ -18,7 +18,7 @@ namespace kelxml::parsing
 namespace
 {
 
-/// Returns a function that decodes the next piece of `bytes` at each call.
+/// Returns a function. Each call of this function decodes and returns the next piece of `bytes`.
 CharacterStream::NextPiece piecesOf(const QByteArray& bytes)
 {
     const auto buffer = std::make_shared<QBuffer>();

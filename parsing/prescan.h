@@ -1,9 +1,9 @@
 // Scans a text for attacks before Qt parses it.
 //
 // The parser (`QXmlSimpleReader` of Qt 5.15) recurses on elements and on parentheses in content models. At
-// each reference to an entity, it splices the entity's value into its input. It compares every entity
-// declaration with all others. So a text of a few kilobytes can exhaust the host's stack, memory or time, and
-// nothing can stop the parser once it runs.
+// each reference to an entity, the parser splices in the value of the entity: the parser reads the value in
+// place of the reference. The parser compares every entity declaration with all others. So a text of a few
+// kilobytes can exhaust the host's stack, memory or time, and nothing can stop the parser once it runs.
 
 #pragma once
 
@@ -17,7 +17,7 @@ namespace kelxml::parsing
 
 struct Prescan
 {
-    /// The first limit that the text exceeds.
+    /// The first limit that the text exceeds; `None` if the text exceeds no limit.
     limits::Limit exceeded;
     /// The deepest nesting that the parser reaches in the scanned part of the text. Pass it to
     /// `hasRoomToParse`.
@@ -26,14 +26,15 @@ struct Prescan
     bool isWithinLimits() const { return exceeded == limits::Limit::None; }
 };
 
-/// Scans a text. Follows the parser, not the XML standard: it splices in the value of an entity even if the
-/// value has a start tag without its end tag, or the reverse. Stops after the document element. Stops earlier
-/// if the text exceeds a limit or has an error at which the parser stops too. Takes linear time. Needs memory
+/// Scans a text as the parser reads it, even where the parser differs from the XML standard: an entity's
+/// value is spliced in even if the value has a start tag without an end tag, or an end tag without a start
+/// tag. The scan stops after the document element. It stops earlier if the text exceeds a limit, or has an
+/// error that stops the parser and that the scanner checks for. The scan takes linear time, and needs memory
 /// only for the entities.
 Prescan prescan(const QString& text);
 
-/// Scans the bytes of a file. Decodes them with the parser's own input source, so that it sees the same
-/// characters.
+/// Scans the bytes of a file. Decodes the bytes with the class that the parser uses, `QXmlInputSource`, so
+/// that the scan sees the same characters as the parser.
 Prescan prescan(const QByteArray& bytes);
 
 } // namespace kelxml::parsing

@@ -1,4 +1,4 @@
-// Scans everything except the document type declaration, and keeps the counts.
+// Scans everything except the document type declaration, and counts what has a limit.
 
 #include "parsing/prescanner.h"
 
@@ -10,7 +10,8 @@ namespace kelxml::parsing
 namespace
 {
 
-// The parser replaces predefined entities even if they are declared, and splices nothing for them.
+// The parser replaces references to predefined entities without splicing, even if the text declares these
+// entities.
 bool isPredefined(const QString& name)
 {
     return name == QLatin1String("amp") || name == QLatin1String("lt") || name == QLatin1String("gt") ||
@@ -20,7 +21,7 @@ bool isPredefined(const QString& name)
 } // namespace
 
 // The scan ends after the document element, because the parser accepts neither elements nor references after
-// it.
+// the document element.
 Prescan Prescanner::document()
 {
     if (prolog())
@@ -34,8 +35,8 @@ Prescan Prescanner::value()
     return {m_exceeded, m_nesting};
 }
 
-// Scans up to and including the start tag of the document element. Like the parser, accepts several document
-// type declarations.
+// Scans up to and including the start tag of the document element. Accepts several document type
+// declarations, as the parser does.
 bool Prescanner::prolog()
 {
     while (skipSpaces() == u'<') {
@@ -53,8 +54,8 @@ bool Prescanner::prolog()
     return false;
 }
 
-// Scans nearly all of a text, so it must be fast. `flatten` inlines every call, so that the compiler keeps
-// the position in a register.
+// This function scans nearly all of a text, so it must be fast. `flatten` inlines all calls in the function,
+// so that the compiler keeps the position in the text in a register.
 [[gnu::flatten]] void Prescanner::content(bool untilEnd)
 {
     bool shouldContinue = true;
@@ -130,7 +131,8 @@ bool Prescanner::processingInstruction()
         ++matched;
         c = m_in.get();
     }
-    // The parser reads the parts of an XML declaration as attributes, so a quoted "?>" does not end it.
+    // The parser reads the parts of an XML declaration as attributes, so a quoted "?>" does not end the
+    // declaration.
     if (matched == xml.size() && isSpace(c))
         return seekUnquoted<u'?'>(&Prescanner::attributeValue) == u'?' && m_in.get() == u'>';
     for (;;) {
@@ -159,7 +161,7 @@ bool Prescanner::attributeValue(char16_t quote)
 
 bool Prescanner::reference(bool literal)
 {
-    // If no entities are declared, there is nothing to splice, and the reference can be scanned as text.
+    // If no entities are declared, there is nothing to splice, and the scan can treat the reference as text.
     if (m_entities.isEmpty())
         return true;
     m_name.resize(0);
@@ -171,8 +173,8 @@ bool Prescanner::reference(bool literal)
     return !entity || splice(*entity, entity->text, literal);
 }
 
-// Reads a name up to the semicolon. To save memory, stops storing characters once the name is longer than
-// every declared name.
+// Reads the name in a reference up to the semicolon. To save memory, stops storing characters once `name` is
+// longer than every declared name.
 bool Prescanner::referenceName(QString& name)
 {
     for (;;) {
@@ -194,7 +196,8 @@ const Prescanner::Entity* Prescanner::find(const QString& name, Kind kind) const
 
 bool Prescanner::splice(const Entity& entity, QStringView text, bool literal)
 {
-    // If more splices are open than entities are declared, the parser reports recursion and stops.
+    // The parser reports recursion and stops if the open splices outnumber both the general entities and the
+    // parameter entities.
     const int open = std::max(m_generalEntities, m_parameterEntities) + 1;
     if (m_in.openSplices() >= static_cast<std::size_t>(open) || !addEntityText(text.size()))
         return false;

@@ -1,8 +1,9 @@
-// Reads a text in the same way as `QXmlSimpleReader` of Qt 5.15, and counts everything that has a limit.
+// Reads a text in the same way as the parser (`QXmlSimpleReader` of Qt 5.15), and counts everything that has
+// a limit.
 //
 // The scanner must interpret each character as the parser does, up to the error at which the parser stops.
-// The scanner checks only a part of the syntax: it continues after errors that it does not check for. It must
-// never report an error in a text that the parser accepts.
+// The scanner checks only a part of the syntax, and continues after an error that it does not check for. The
+// scanner must never report an error in a text that the parser accepts.
 
 #pragma once
 
@@ -31,7 +32,7 @@ inline bool isQuote(char16_t c)
 class Prescanner
 {
 public:
-    /// \param length returns the length of the whole document; called at most once
+    /// \param length a function that returns the length of the whole document; called at most once
     Prescanner(CharacterStream::NextPiece nextPiece, std::function<qint64()> length)
         : m_in(std::move(nextPiece)), m_length(std::move(length))
     {}
@@ -41,21 +42,22 @@ public:
     {}
 
     Prescan document();
-    /// Scans the text as the value of an entity. The caller does this for every declared value, even if no
-    /// reference uses it.
+    /// Scans the text as the value of an entity. The scanner calls this function for each declared general
+    /// entity whose value contains `<`, whether or not a reference uses the entity.
     Prescan value();
 
 private:
     enum class Kind { General, Parameter, External };
     struct Entity
     {
-        QString text; // the value; the parser adds a space at both ends of a parameter entity's value
+        QString text; // the value; for a parameter entity, with the spaces that the parser adds around it
         Kind kind = Kind::General;
-        qint64 literalLength = 0; // length in a quoted value, with its quotes as references
+        qint64 literalLength = 0; // length of `text` after each quote is replaced with a reference
     };
 
-    // Each function reads the rest of one construct. Its caller has read the first characters. The result
-    // says whether to continue. It is false if the text has an error or exceeds a limit.
+    // The caller of each of the following functions has read the first characters of a construct. The
+    // function scans the rest. A result of false means that the text has an error or exceeds a limit, and
+    // that the scan must stop.
     bool prolog();
     void content(bool untilEnd);
     bool markup();
@@ -94,31 +96,31 @@ private:
 
     CharacterStream m_in;
     QMap<QString, Entity> m_entities; // not a hash: an attacker could choose names that collide
-    QString m_name;                   // name or number of a reference; a member, so that its memory is reused
-    qsizetype m_longestName = 0;      // of all declared entities
-    int m_generalEntities = 0;        // declarations with a value; external entities are not counted
+    QString m_name;                   // name or number in a reference; a member to reuse its memory
+    qsizetype m_longestName = 0;      // length of the longest name of a declared entity
+    int m_generalEntities = 0;        // number of general entities with a value (not external)
     int m_parameterEntities = 0;
     int m_declarations = 0;
     qint64 m_referencesInValues = 0;
-    qint64 m_searchedCharacters = 0; // total length of the names and values of entities
-    qint64 m_entityText = 0;         // characters of entity text, declared and spliced
+    qint64 m_searchedCharacters = 0; // number of characters in the names and values of entities
+    qint64 m_entityText = 0;         // number of characters of entity text, declared and spliced
     qint64 m_maxEntityText = limits::kEntityActivationThreshold;
-    qint64 m_splicedLength = 0; // characters spliced into the current text, attribute or entity value
+    qint64 m_splicedLength = 0; // characters spliced into the current text, attribute value or entity value
     std::function<qint64()> m_length;
-    qint64 m_documentLength = 0; // set when `m_length` is called
+    qint64 m_documentLength = 0; // 0 until `m_length` is called
     int m_depth = 0;
     int m_nesting = 0;
     limits::Limit m_exceeded = limits::Limit::None;
 };
 
-/// Whether the parser reports an error if a reference contains this character.
+/// Whether the parser reports an error if a reference contains the character `c`.
 inline bool breaksReference(char16_t c)
 {
     return isSpace(c) || isQuote(c) || c == u'<' || c == u'>' || c == u'&' || c == CharacterStream::kEnd;
 }
 
 /// Reads characters until it finds one of `Stops` outside quotes. Returns this character, or `kEnd`. Calls
-/// `quoted` for each quoted value. If `quoted` returns false, stops and returns `kEnd`.
+/// `quoted` for each quoted value on the way. If `quoted` returns false, stops and returns `kEnd`.
 template <char16_t... Stops>
 char16_t Prescanner::seekUnquoted(bool (Prescanner::*quoted)(char16_t))
 {

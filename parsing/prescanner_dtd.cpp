@@ -1,4 +1,4 @@
-// Scans the document type declaration: content models and entity declarations.
+// Scans the document type declaration, including content models and entity declarations.
 
 #include "parsing/prescanner.h"
 
@@ -112,8 +112,8 @@ bool Prescanner::addEntitySearch(const QString& name, const QString& value)
     return searches * m_searchedCharacters <= limits::kMaxEntitySearch || exceed(limits::Limit::EntitySearch);
 }
 
-// The parser ignores a second declaration of a name, even if one declares a general entity and the other a
-// parameter entity.
+// The parser ignores the second of two declarations of one name, even if the first declares a general entity
+// and the second a parameter entity, or the reverse.
 bool Prescanner::declare(const QString& name, const QString& text, Kind kind)
 {
     if (kind == Kind::General && text.contains(u'<') && !Prescanner(text).value().isWithinLimits())
@@ -128,8 +128,9 @@ bool Prescanner::declare(const QString& name, const QString& text, Kind kind)
     return true;
 }
 
-// Keeps references to general entities in the value; their texts are spliced when the value is used. Replaces
-// references to characters and to parameter entities immediately.
+// Reads the value in an entity declaration. Keeps references to general entities in `value`: the parser
+// splices these entities in when it uses the value. Replaces references to characters and to parameter
+// entities immediately.
 bool Prescanner::entityValue(char16_t quote, QString& value)
 {
     beginText();
@@ -140,8 +141,8 @@ bool Prescanner::entityValue(char16_t quote, QString& value)
             return c == quote && m_exceeded == limits::Limit::None;
         if (c == u'%' ? !parameterReference(true) : c == u'&' && !referenceInValue(value))
             return false;
-        // When the parser splices a parameter entity into a quoted value, it replaces the quotes in the
-        // entity's text with references.
+        // When the parser splices a parameter entity into a quoted value, it replaces each quote from the
+        // parameter entity with a reference.
         if (isQuote(c) && m_in.isLiteral())
             addToValue(value, c == u'"' ? QStringView(u"&quot;") : QStringView(u"&apos;"));
         else if (isQuote(c))
@@ -164,8 +165,8 @@ bool Prescanner::referenceInValue(QString& value)
     return true;
 }
 
-// The parser accepts numbers of up to 32 bits and uses the lower 16 as a character: both 60 and 65596 mean
-// '<'.
+// The parser accepts a number of up to 32 bits and uses the lower 16 bits as the character: both 60 and 65596
+// mean '<'.
 bool Prescanner::characterReference(QString& value)
 {
     char16_t c = m_in.get();
@@ -183,7 +184,8 @@ bool Prescanner::characterReference(QString& value)
     return true;
 }
 
-// Does not count text from a splice, because `splice` has counted it.
+// Appends `run` to `value`, and counts the characters of `run` as entity text. Does not count characters from
+// a splice, because `splice` has already counted them.
 void Prescanner::addToValue(QString& value, QStringView run)
 {
     value += run;

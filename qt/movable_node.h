@@ -9,8 +9,8 @@
 namespace kelxml::qt
 {
 
-/// A `QDomNode` with move operations. Qt's class can only be copied. A copy needs two atomic operations,
-/// which take most of the time of a step from one node to the next.
+/// A `QDomNode` with move operations. Qt's class can only be copied. Copying needs two atomic operations. In
+/// a walk from node to node, these two operations would take most of the time.
 class MovableNode : public QDomNode
 {
 public:
@@ -26,7 +26,8 @@ public:
     }
     ~MovableNode() = default;
 
-    /// Moves the node into a handle of type `Kind`. The caller must make sure that the node is of this kind.
+    /// Moves the node into a handle of class `Kind`, such as `QDomElement`. The caller must make sure that
+    /// the type of the node fits this class.
     template <class Kind>
     Kind as() &&
     {
@@ -35,7 +36,7 @@ public:
         return node;
     }
 
-    /// An address that identifies the node, for comparison only.
+    /// Returns an address that identifies the node. Use the address only as a key.
     static const void* identityOf(const QDomNode& node) { return node.*(&MovableNode::impl); }
 
     static void exchange(QDomNode& one, QDomNode& other) noexcept

@@ -1,4 +1,4 @@
-// References to a node and to the document that owns it.
+// References to a node and to the document that owns the node.
 
 #pragma once
 
@@ -8,29 +8,34 @@
 namespace kelxml::qt
 {
 
-/// The document that an object keeps alive and passes on to every object reached from it. `handle` is null if
-/// the document was never loaded. If a node of another document is appended to such an object or removed from
-/// it, the returned object uses `fallback` to keep the document of that node alive.
+/// The document that an object keeps alive; the object is a COM object or a value of the C++ layer. An object
+/// that is reached from another object keeps the same document alive. `handle` is null if the document has
+/// neither loaded nor created anything. If a node of another document is appended to or removed from an
+/// object with a null `handle`, the object returned for this node uses `fallback` to keep the node's document
+/// alive.
 struct DocumentRef
 {
     const QDomDocument& handle;
-    const QDomDocument* fallback = nullptr; ///< used only if `handle` is null; may be null itself
+    const QDomDocument* fallback = nullptr; ///< used only if `handle` is null; `fallback` may also be null
 
-    /// The document that the object keeps alive. Qt's nodes may point to it.
+    /// Returns the document that the object keeps alive. Qt's nodes may point to this document.
     const QDomDocument& handleOrFallback() const { return handle.isNull() && fallback ? *fallback : handle; }
-    /// A copy of this reference. If it has no document yet, the document of `other` becomes its fallback.
+    /// Returns a copy of this reference. If this reference has no document, the copy has the document of
+    /// `other` as its fallback.
     DocumentRef withFallback(const DocumentRef& other) const
     {
         return {handle, handleOrFallback().isNull() ? &other.handleOrFallback() : fallback};
     }
-    /// A handle that an object must keep in addition to `handle`; null if `handle` is enough.
+    /// Returns a second handle, which an object must keep in addition to `handle`. Returns null if `handle`
+    /// is not null, because `handle` is then enough.
     std::unique_ptr<const QDomDocument> copyOfFallback() const
     {
         return handle.isNull() ? std::make_unique<const QDomDocument>(handleOrFallback()) : nullptr;
     }
 };
 
-/// The node and document of an object. Refers to the object's members, so use it only during a call.
+/// The node and the document of an object. Use a `NodeRef` only during a call, because the `NodeRef` refers
+/// to members of the object.
 struct NodeRef
 {
     const QDomNode& node;

@@ -1,5 +1,6 @@
-// Most text is copied unit by unit, which is several times faster than Qt's conversions. Qt converts only
-// text with characters outside the basic plane, or with a byte order mark.
+// A unit is one `wchar_t` of a wide string or one `QChar` of a QString. Most texts are copied unit by unit,
+// which is several times faster than Qt's conversions. Qt converts only texts that contain surrogates or
+// characters above U+FFFF, and wide strings that begin with a byte order mark.
 
 #include "text/strings.h"
 
@@ -18,12 +19,13 @@ namespace
 
 constexpr int kScratchLength = 1024;
 
-/// Qt counts the bytes of a text in an `int`. A longer text throws `std::bad_alloc`.
+/// Maximum length of a wide string. Qt counts the bytes of a text in an `int`. For a longer string,
+/// `copyUnitsOr` throws `std::bad_alloc`.
 constexpr std::size_t kLongestText = std::numeric_limits<int>::max() / sizeof(wchar_t) - 16;
 
-/// Copies the text unit by unit. Calls `convert` instead if `bitsOf` returns a value above 0xFFFF for any
-/// unit, or if the text begins with a byte order mark, which Qt removes.
-/// \param result a text that is no longer needed; its memory is reused
+/// Copies `text` unit by unit. Calls `convert` instead if `bitsOf` returns a value above 0xFFFF for any unit,
+/// or if `text` begins with a byte order mark, which Qt removes.
+/// \param result a string that is no longer needed; its memory is reused for the returned string
 template <class BitsOf, class Convert>
 QString copyUnitsOr(const wchar_t* text, BitsOf bitsOf, Convert convert, QString result = {})
 {
@@ -48,8 +50,8 @@ QString copyUnitsOr(const wchar_t* text, BitsOf bitsOf, Convert convert, QString
     return convert(reinterpret_cast<const char32_t*>(text), static_cast<int>(length));
 }
 
-/// Replaces units that are not characters. Leaves a high surrogate unchanged if a low surrogate
-/// follows, because `QString::fromUcs4` turns the two into one character.
+/// Converts `text`, and writes U+FFFD for each unit that is not a character. A high surrogate and a low
+/// surrogate that follows it stay, because `QString::fromUcs4` turns these two units into one character.
 QString fromUcs4ReplacingInvalid(const char32_t* text, int length)
 {
     std::u32string units(text, static_cast<std::size_t>(length));
@@ -71,7 +73,7 @@ int codePointsOf(const QString& text)
     return count;
 }
 
-/// Writes the text's code points and a terminating zero.
+/// Writes the code points of `text` and a terminating zero to `out`.
 /// \param out must have room for `text.size() + 1` units
 void widen(const QString& text, wchar_t* out)
 {

@@ -10,19 +10,21 @@
 namespace kelxml::text
 {
 
-/// Converts the text up to its first zero, as `QString::fromUcs4` does. A null pointer gives a null string.
+/// Converts `text`, which ends at its first zero, as `QString::fromUcs4` does. For a null pointer, returns a
+/// null string.
 QString fromWide(const wchar_t* text);
 
-/// Like `fromWide`, but writes U+FFFD for each unit that is not a character: a unit above U+10FFFF, or half a
-/// surrogate pair without its other half. Qt's encoders would lose all text after such a unit.
-/// \param reused a text that is no longer needed; its memory is reused for the result
+/// Converts `text` as `fromWide` does, but writes U+FFFD for each `wchar_t` that is not a character. A
+/// `wchar_t` above U+10FFFF is not a character, and neither is half a surrogate pair without the other half.
+/// Qt's encoders would lose all text after such a `wchar_t`.
+/// \param reused a string that is no longer needed; its memory is reused for the returned string
 QString charactersFromWide(const wchar_t* text, QString&& reused = {});
 
-/// Returns a new BSTR with the text's code points up to the first U+0000. The caller frees it. The text may
-/// have any length. If it has fewer than 1024 code points, the BSTR is the only memory allocated.
+/// Returns a new BSTR with the code points of `text` up to the first U+0000. The caller frees the BSTR.
+/// `text` may have any length. If `text` has fewer than 1024 code points, only the BSTR itself is allocated.
 BSTR toBstr(const QString& text);
 
-/// Stores a new BSTR of `text` in the caller's VARIANT, whose earlier content is neither read nor freed.
+/// Stores a new BSTR of `text` in `*value`. The earlier content of `*value` is neither read nor freed.
 void putString(const QString& text, VARIANT* value);
 
 } // namespace kelxml::text

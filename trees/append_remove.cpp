@@ -11,10 +11,10 @@ namespace kelxml::trees
 namespace
 {
 
-/// Appends a node that has no parent. Its sibling links may point to former siblings that were freed. Only
-/// Qt's `replaceChild` overwrites both links. So the node replaces the last child of `parent`, and the
-/// replaced child is then inserted again before the node. If `parent` has no children, the node replaces a
-/// temporary text.
+/// Appends `child`, which has no parent. The sibling links of `child` may point to former siblings that were
+/// freed. Only Qt's `replaceChild` overwrites both links. So this function replaces the last child of
+/// `parent` with `child`, and then inserts the replaced node before `child`. If `parent` has no children,
+/// this function first appends a temporary text and then replaces the text with `child`.
 void appendDetached(const qt::NodeRef& parent, const QDomNode& child)
 {
     QDomNode target = parent.node;

@@ -1,6 +1,6 @@
-// Appends and removes nodes without dangling pointers, cycles or trees that are too deep. Qt links nodes,
-// lists and documents by raw pointers, and calls that are correct on their own leave these pointers dangling
-// if they come in an unlucky order.
+// Appends and removes nodes without creating dangling pointers, cycles or trees that are too deep. Qt links
+// nodes, lists and documents by raw pointers. Even if every call is correct on its own, some sequences of
+// calls leave these pointers dangling.
 
 #pragma once
 
@@ -9,11 +9,14 @@
 namespace kelxml::trees
 {
 
-/// `QDomNode::appendChild`. Does nothing if `child` is a document, is or contains `parent`, or is an
-/// attribute that is on an element, or if the tree would exceed the depth limit.
+/// Appends `child` as `QDomNode::appendChild` does, but does nothing in these cases:
+/// - `parent` or `child` is null.
+/// - `child` is a document, or an attribute that is on an element.
+/// - `child` is `parent` or contains `parent`.
+/// - The tree would exceed the depth limit.
 void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child);
 
-/// `QDomNode::removeChild`. \return what Qt returns
+/// Removes `child` as `QDomNode::removeChild` does. \return what `QDomNode::removeChild` returns
 QDomNode removeChild(const qt::NodeRef& parent, const qt::NodeRef& child);
 
 } // namespace kelxml::trees

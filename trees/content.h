@@ -1,5 +1,5 @@
-// Changes values, texts and attributes, and copies nodes. Qt would leave pointers to destroyed documents and
-// to removed nodes in lists.
+// Changes values, texts and attributes, and copies nodes. With Qt's functions alone, nodes could point to
+// destroyed documents, and cached lists could contain removed nodes.
 
 #pragma once
 
@@ -8,19 +8,20 @@
 namespace kelxml::trees
 {
 
-/// `QDomNode::cloneNode`. The copy belongs to a document that still exists.
+/// Calls `QDomNode::cloneNode`. The copy belongs to a document that still exists.
 QDomNode cloneNode(const qt::NodeRef& node, bool deep);
 
-/// `QDomNode::setNodeValue`. For an attribute, it replaces the text child.
+/// Calls `QDomNode::setNodeValue`. If `node` is an attribute, Qt also replaces the attribute's text child.
 void setNodeValue(const qt::NodeRef& node, const QString& value);
 
-/// Removes the first child of `element` and appends a text node.
+/// Removes the first child of `element` and appends a text node with `text` as the last child.
 void replaceFirstChild(const qt::NodeRef& element, const QString& text);
 
-/// The part of `setAttribute` that is the same for all types of values. Call it before Qt sets the attribute.
+/// Does the part of `setAttribute` that is the same for all types of attribute values. Call this function
+/// before Qt sets the attribute.
 void prepareSettingAttribute(const qt::NodeRef& element, const QString& name);
 
-/// `QDomElement::setAttribute`. \param value of any type for which Qt has an overload
+/// Calls `QDomElement::setAttribute`. \param value may have any type for which Qt has an overload
 template <class Value>
 void setAttribute(const qt::NodeRef& element, const QString& name, const Value& value)
 {

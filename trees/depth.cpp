@@ -1,6 +1,7 @@
-// Whether a subtree may be appended depends on the depth of the new parent plus the height of the subtree. An
-// element counts as a level, and so does any other node with children. Leaves, such as texts, do not count,
-// and neither do attributes that contain only a text: the limit leaves enough stack for them.
+// Whether a subtree may be appended depends on the depth of the new parent plus the height of the subtree.
+// Depth and height are counted in levels. Each element is a level, and so is any other node with children.
+// Texts and other leaves that are not elements do not count as levels, and neither do attributes that contain
+// only a text: the limit leaves enough stack for these nodes.
 
 #include "trees/depth.h"
 
@@ -19,9 +20,10 @@ namespace kelxml::trees
 namespace
 {
 
-/// An upper bound of the number of levels in any attribute so far. Qt needs quadratic time to list the
-/// attributes of an element, so subtrees are first measured without attributes, with this number of levels in
-/// reserve. If a subtree does not fit, it is measured again with its attributes.
+/// An upper bound for the number of levels inside any attribute so far. Qt needs quadratic time to list the
+/// attributes of an element. So a subtree is first measured without attributes, and this number of levels is
+/// kept in reserve for the attributes. If the subtree does not fit, the subtree is measured again with its
+/// attributes.
 std::atomic<int> levelsInAttributes{0};
 
 bool isPlainAttribute(const QDomNode& attribute)
@@ -30,8 +32,8 @@ bool isPlainAttribute(const QDomNode& attribute)
     return first == attribute.lastChild() && !first.isElement() && !first.hasChildNodes();
 }
 
-/// Whether a tree has at most `most` levels. The tree consists of `above` levels and, below them, the subtree
-/// of `root`.
+/// Whether a tree has at most `most` levels. The tree consists of `above` levels and, below these, the
+/// subtree of `root`.
 bool staysWithin(const QDomNode& root, int above, int most, bool withAttributes)
 {
     struct Step
@@ -60,9 +62,10 @@ bool staysWithin(const QDomNode& root, int above, int most, bool withAttributes)
     return true;
 }
 
-/// Raises `levelsInAttributes` if necessary.
-/// \param path the number of levels from the topmost attribute that contains the new parent, down to that
-///        parent
+/// Called before `child` is appended inside an attribute. Raises `levelsInAttributes` if the attribute will
+/// have more levels than this value.
+/// \param path the number of levels from the topmost attribute above `child` down to the new parent,
+///        including both
 void noteLevelsInAttribute(const QDomNode& child, int path)
 {
     int known = levelsInAttributes;
@@ -78,7 +81,7 @@ void noteLevelsInAttribute(const QDomNode& child, int path)
 bool fitsBelow(const QDomNode& parent, const QDomNode& child)
 {
     int above = 0;
-    int inAttribute = 0; // levels from the topmost attribute down to `parent`; 0 outside attributes
+    int inAttribute = 0; // levels from the topmost attribute down to `parent`; 0 if there is no attribute
     for (qt::MovableNode node{QDomNode(parent)}; !node.isNull() && !node.isDocument();
          node = node.parentNode()) {
         if (node == child)

@@ -9,11 +9,12 @@ namespace kelxml::trees
 {
 
 /// Whether `child` can be appended to `parent` without creating a cycle and without exceeding the depth
-/// limit. The time grows with the depth of `parent` and the size of `child`. \throw std::bad_alloc
+/// limit. The time grows with the depth of `parent` and with the size of the subtree of `child`.
+/// \throw std::bad_alloc
 bool fitsBelow(const QDomNode& parent, const QDomNode& child);
 
-/// Whether the tree of `root` has fewer than `depth` levels. Then no path in it has more than `depth` nodes,
-/// because a leaf at the end of a path is not a level.
+/// Whether the subtree of `root` has fewer than `depth` levels. If so, no path of children in this subtree
+/// has more than `depth` nodes: every node of the path is a level, except possibly the leaf at the end.
 bool isNoDeeperThan(const QDomNode& root, int depth);
 
 } // namespace kelxml::trees

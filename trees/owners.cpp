@@ -1,5 +1,6 @@
-// Guards against destroyed documents are enabled lazily. Hosts that never mix nodes of two documents pay only
-// for the checks in `ensureValidOwnerDocuments`.
+// The protection against pointers to destroyed documents is enabled lazily. Hosts that never use nodes of two
+// documents in one call pay only for the checks in `ensureValidOwnerDocument` and
+// `ensureValidOwnerDocuments`.
 
 #include "trees/owners.h"
 
@@ -13,10 +14,11 @@ namespace kelxml::trees
 namespace
 {
 
-/// Set when a call first uses nodes of two documents. Until then, no node points to a destroyed document.
+/// Set when a call first uses nodes of two different documents. Until then, no node points to a destroyed
+/// document.
 std::atomic<bool> areDocumentsMixed{false};
 
-/// The topmost node of the tree that contains `node`.
+/// Returns the topmost node of the tree that contains `node`.
 qt::MovableNode topOf(const QDomNode& node)
 {
     qt::MovableNode top{QDomNode(node)};
@@ -25,10 +27,10 @@ qt::MovableNode topOf(const QDomNode& node)
     return top;
 }
 
-/// Makes `document` the document of a tree whose topmost node `top` has no parent. The sibling links of `top`
-/// may dangle, and only Qt's `replaceChild` overwrites them without following them. So this function creates
-/// an element with a child in `document`, replaces the child with `top`, and then removes `top` from the
-/// element.
+/// Makes `document` the owner document of the tree of `top`. `top` is the topmost node of this tree and has
+/// no parent. The sibling links of `top` may dangle. Only Qt's `replaceChild` overwrites these links without
+/// following them. So this function creates an element with a child in `document`, replaces the child with
+/// `top`, and then removes `top` from the element.
 void moveInto(QDomDocument document, const QDomNode& top)
 {
     QDomElement temporaryParent = document.createElement(QStringLiteral("parent"));

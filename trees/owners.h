@@ -1,5 +1,5 @@
-// The owner documents and owner elements of nodes. Nodes refer to both by raw pointers, so either can be
-// destroyed while a node still exists.
+// The owner documents and owner elements of nodes. A node refers to its owner document and to its owner
+// element by raw pointers, so the document or the element can be destroyed while the node still exists.
 
 #pragma once
 
@@ -8,24 +8,27 @@
 namespace kelxml::trees
 {
 
-/// `QDomNode::ownerDocument`, but never a destroyed document.
+/// Returns the document that `QDomNode::ownerDocument` returns, but never a destroyed document.
 QDomDocument ownerDocument(const qt::NodeRef& node);
 
-/// Returns the element that an attribute belongs to. An attribute points to its element but does not keep it
-/// alive. To prevent a dangling pointer, anyone holding the attribute, or a list of its children, must also
-/// hold the returned element and release it last.
+/// Returns the element that an attribute belongs to. An attribute points to its element but does not keep the
+/// element alive. To prevent a dangling pointer, anyone who holds the attribute, or a list of the attribute's
+/// children, must also hold the returned element and release the element last.
 ///
-/// Returns null for any other node. Also returns null for an attribute that is a child of another attribute,
-/// because Qt itself clears the inner attribute's parent pointer when the outer attribute is destroyed.
-/// Holding the outer attribute would even do harm: it could then outlive its own element, to which it points.
+/// Returns null if `node` is not an attribute. Also returns null for an attribute that is a child of another
+/// attribute, because Qt itself clears the inner attribute's parent pointer when the outer attribute is
+/// destroyed. Holding the outer attribute would even do harm: the outer attribute could then outlive its own
+/// element and keep a dangling pointer to this element.
 QDomNode ownerElementOf(const QDomNode& node);
 
-/// Call this before Qt uses the document of `node`. Once a call has used nodes of two documents, a tree
-/// outside any document may point to a destroyed document. In that case, this function makes the tree belong
-/// to `node.document`. If no call has used nodes of two documents, it only makes one comparison.
+/// Call this function before Qt uses the document of `node`. Once a call has used nodes of two documents, a
+/// tree that is not in any document may point to a destroyed document. From then on, if `node` is in such a
+/// tree, this function makes the tree belong to `node.document`. Until then, this function only checks a
+/// flag.
 void ensureValidOwnerDocument(const qt::NodeRef& node);
 
-/// Calls `ensureValidOwnerDocument` for both nodes of a change.
+/// Calls `ensureValidOwnerDocument` for `parent` and for `child`. Call this function before a change that
+/// uses both nodes.
 void ensureValidOwnerDocuments(const qt::NodeRef& parent, const qt::NodeRef& child);
 
 } // namespace kelxml::trees

@@ -1,4 +1,6 @@
-// Makes each change with `trees/append_remove`, and then looks at the tree to find out whether it was made.
+// Before each change, checks for all reasons to refuse the change except the depth limit.
+// `trees/append_remove` checks the depth limit: if `child` is not the last child of `parent` afterwards,
+// `append` returns `TooDeep`.
 
 #include "trees/reported_changes.h"
 
@@ -12,8 +14,8 @@ namespace kelxml::trees
 namespace
 {
 
-/// Whether `node` is a child of `parent`. Not every node with this parent is: the parent of an attribute is
-/// the element that it is on, or was on.
+/// Whether `node` is a child of `parent`. It is not enough to compare parents: an attribute is not a child of
+/// an element, but Qt stores the element that has or had the attribute as the attribute's parent.
 bool isChildOf(const QDomNode& parent, const QDomNode& node)
 {
     if (node.isNull() || node.parentNode() != parent)

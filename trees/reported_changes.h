@@ -1,4 +1,5 @@
-// Changes of a tree that report why they were refused, and changes that the COM interfaces lack.
+// Functions that change a tree and report why a change was refused, and functions for changes that the COM
+// interfaces lack.
 
 #pragma once
 
@@ -10,28 +11,29 @@ namespace kelxml::trees
 /// Why a change was refused.
 enum class Refusal {
     None, ///< the change was made
-    Ring, ///< `child` is or contains `parent`
+    Ring, ///< the node to insert is `parent` or contains `parent`
     TooDeep,
-    Attribute, ///< an attribute can only be set
+    Attribute, ///< the node to insert is an attribute; attributes are set on elements, not inserted
     WholeDocument,
     NotAChild
 };
 
 /// Moves `child` to the end of the children of `parent`.
 Refusal append(const qt::NodeRef& parent, const qt::NodeRef& child);
-/// Moves `child` before `reference`.
+/// Moves `child` to the place before `reference`, which must be a child of `parent`.
 Refusal insertBefore(const qt::NodeRef& parent, const qt::NodeRef& child, const qt::NodeRef& reference);
-/// Moves `replacement` to the place of `child`, which is removed.
+/// Moves `replacement` to the place of `child`, and removes `child` from `parent`.
 Refusal replace(const qt::NodeRef& parent, const qt::NodeRef& child, const qt::NodeRef& replacement);
 Refusal remove(const qt::NodeRef& parent, const qt::NodeRef& child);
 
-/// Removes all children and appends a text, unless the text is empty.
+/// Removes all children of `element`. Then, if `text` is not empty, appends a text node with `text`.
 void replaceContent(const qt::NodeRef& element, const QString& text);
 
 /// \return whether the element had the attribute
 bool removeAttribute(const qt::NodeRef& element, const QString& name);
 
-/// Null for a node without a parent: if it outlived its parent, its links point to freed nodes.
+/// Returns null for a node without a parent: such a node may have outlived its parent, and the sibling links
+/// of the node may then point to freed nodes.
 QDomNode nextSibling(const QDomNode& node);
 QDomNode previousSibling(const QDomNode& node);
 
