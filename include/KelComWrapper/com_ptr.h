@@ -17,18 +17,19 @@ public:
     ComPtr() = default;
     /// Creates an empty pointer.
     ComPtr(std::nullptr_t) {}
-    /// Adds a reference. The caller keeps any reference of its own. A new object has a count of 0, so this
-    /// pointer then owns the only reference.
+    /// Adds a reference to `object`, which may be null. A reference that the caller owns stays with the
+    /// caller. An object has a reference count of 0 after its construction. A pointer created from a new
+    /// object therefore owns the only reference to the object.
     explicit ComPtr(T* object) : m_object(object)
     {
         if (m_object)
             m_object->AddRef();
     }
-    /// Adds a reference to the object of `other`.
+    /// Adds a reference to the object that `other` points to.
     ComPtr(const ComPtr& other) : ComPtr(other.m_object) {}
-    /// Takes over the reference of `other`, which becomes empty.
+    /// Takes over the reference of `other`. `other` becomes empty.
     ComPtr(ComPtr&& other) noexcept : m_object(other.detach()) {}
-    /// Releases the held reference and takes over that of `other`.
+    /// Releases the held reference and takes over the reference of `other`.
     ComPtr& operator=(ComPtr other) noexcept
     {
         std::swap(m_object, other.m_object);
@@ -36,7 +37,8 @@ public:
     }
     ~ComPtr() { reset(); }
 
-    /// Takes over a reference that the caller owns, such as from an out-parameter. Adds no other one.
+    /// Takes over a reference that the caller owns, such as a reference from an out-parameter. Does not add a
+    /// reference.
     static ComPtr adopt(T* object) noexcept
     {
         ComPtr pointer;
@@ -44,7 +46,7 @@ public:
         return pointer;
     }
 
-    /// Returns the object. This pointer still owns its reference.
+    /// Returns the object, or null if this pointer is empty. This pointer keeps its reference.
     T* get() const noexcept { return m_object; }
     /// Accesses the object. This pointer must not be empty.
     T* operator->() const noexcept { return m_object; }
@@ -59,9 +61,10 @@ public:
         if (T* const object = std::exchange(m_object, nullptr))
             object->Release();
     }
-    /// Passes the reference to the caller, who releases it.
+    /// Gives the reference to the caller, who must release it. This pointer becomes empty.
     [[nodiscard]] T* detach() noexcept { return std::exchange(m_object, nullptr); }
-    /// Releases the reference. Returns the address of the empty pointer, to pass as an out-parameter.
+    /// Releases the reference and becomes empty. Returns the address of the raw pointer, to pass as an
+    /// out-parameter. This object will own the reference that is written there.
     T** put() noexcept
     {
         reset();

@@ -1,5 +1,5 @@
 /// \file
-/// IDispatch: calls by name, with their arguments and outputs.
+/// `IDispatch`, which calls members by name, and the structures for the arguments and outputs of a call.
 
 #pragma once
 
@@ -9,42 +9,46 @@
 
 class ITypeInfo;
 
-/// The arguments of a call by name. The call only reads them, and the caller still owns them.
+/// The arguments of a call by name. `Invoke` only reads the arguments, and the caller still owns them.
 struct DISPPARAMS
 {
-    VARIANT* rgvarg;           ///< the named arguments in any order, then all others in reverse order
-    DISPID* rgdispidNamedArgs; ///< for each named argument: its parameter's position, from 0, or
-                               ///< `DISPID_PROPERTYPUT`
-    UINT cArgs;                ///< how many arguments there are, including the named ones
-    UINT cNamedArgs;           ///< how many arguments are named
+    /// First the named arguments, in any order; then the unnamed arguments, in reverse order.
+    VARIANT* rgvarg;
+    /// One entry for each named argument: the position of its parameter, counted from 0, or
+    /// `DISPID_PROPERTYPUT` if the argument is the value of a property put.
+    DISPID* rgdispidNamedArgs;
+    UINT cArgs;      ///< the number of all arguments, named and unnamed
+    UINT cNamedArgs; ///< the number of named arguments
 };
 
-/// Describes why a member failed, when `Invoke` returns `DISP_E_EXCEPTION`. No member of the XML DOM fails.
-/// By convention the receiver owns the strings, but this library sets them to null.
+/// Describes the failure of a member, if `Invoke` returns `DISP_E_EXCEPTION`. No member of the XML DOM
+/// returns a failure code. By convention, the receiver of this structure frees its strings, but this library
+/// always sets the strings to null.
 struct EXCEPINFO
 {
-    WORD wCode;                               ///< 0, because the code is in `scode`
+    WORD wCode;                               ///< 0, because `scode` has the failure code
     WORD wReserved;                           ///< 0
     BSTR bstrSource;                          ///< null
     BSTR bstrDescription;                     ///< null
     BSTR bstrHelpFile;                        ///< null
     DWORD dwHelpContext;                      ///< 0
     void* pvReserved;                         ///< null
-    HRESULT (*pfnDeferredFillIn)(EXCEPINFO*); ///< null, because nothing is filled in later
-    SCODE scode;                              ///< the code that the member returned
+    HRESULT (*pfnDeferredFillIn)(EXCEPINFO*); ///< null: `Invoke` fills in everything at once
+    SCODE scode;                              ///< the failure code that the member returned
 };
 
-// These flags tell `Invoke` what to do with the member. A call may combine `DISPATCH_METHOD` with
-// `DISPATCH_PROPERTYGET`, and `DISPATCH_PROPERTYPUT` with `DISPATCH_PROPERTYPUTREF`; it then uses whichever
-// function exists.
+// Each flag tells `Invoke` what to do with the member. Two combinations of flags are allowed:
+// `DISPATCH_METHOD | DISPATCH_PROPERTYGET` and `DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF`. For a
+// combination, `Invoke` does what the first flag says if the member supports this, else what the second flag
+// says.
 constexpr WORD DISPATCH_METHOD = 1;         ///< calls the method
 constexpr WORD DISPATCH_PROPERTYGET = 2;    ///< reads the property
 constexpr WORD DISPATCH_PROPERTYPUT = 4;    ///< sets the property
 constexpr WORD DISPATCH_PROPERTYPUTREF = 8; ///< sets the property to an object
 
-/// Calls members by name. At the first call, an object loads the description of its interface from the
-/// registered type library, and keeps it. If loading fails, the call returns the error code, and the next
-/// call tries again.
+/// Calls the members of an object by name. The first call that needs the description of the object's
+/// interface loads the description from the registered type library, and the object keeps the description. If
+/// loading fails, the call returns the error code, and the next call tries again to load the description.
 class IDispatch : public IUnknown
 {
 public:
@@ -57,38 +61,44 @@ public:
     /// \param locale not used
     /// \param typeInfo receives the description with one reference, which the caller releases; receives null
     ///        if the description cannot be loaded
-    /// \return `S_OK`; `DISP_E_BADINDEX`; `E_POINTER`; an error code of the type-library service (see
-    ///         `KelTypelib`)
+    /// \return `S_OK`; `DISP_E_BADINDEX` if `index` is not 0; `E_POINTER` if `typeInfo` is null; an error
+    ///         code of the type-library service (see `KelTypelib`)
     virtual HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo) = 0;
-    /// Looks up the identifiers of a member and, optionally, of its parameters. Ignores the case of ASCII
-    /// letters.
+    /// Looks up the identifiers of a member and, optionally, of parameters of that member. The case of ASCII
+    /// letters does not matter.
     /// \param riid not used
-    /// \param names the member's name, then the names of any parameters; the caller still owns them
+    /// \param names the name of the member, then the names of parameters, if any; the caller still owns these
+    ///        strings
     /// \param count how many names there are
     /// \param locale not used
-    /// \param identifiers receives an identifier for each name. The identifier of a parameter is its
-    ///        position, from 0. An unknown name gets -1
-    /// \return `S_OK`; `DISP_E_UNKNOWNNAME` if a name is unknown; `E_POINTER`; `E_INVALIDARG` if `count` is
-    ///         0; an error code of the type-library service, with `identifiers` unchanged
+    /// \param identifiers receives an identifier for each name. The identifier of a parameter is the position
+    ///        of the parameter, counted from 0. The identifier of an unknown name is -1
+    /// \return `S_OK`; `DISP_E_UNKNOWNNAME` if a name is unknown; `E_POINTER` if `names` or `identifiers` is
+    ///         null; `E_INVALIDARG` if `count` is 0; an error code of the type-library service. Such an error
+    ///         code leaves `identifiers` unchanged
     virtual HRESULT GetIDsOfNames(const GUID& riid, wchar_t** names, UINT count, LCID locale,
                                   DISPID* identifiers) = 0;
-    /// Calls a member by its identifier. The object stays alive during the call, even if the member, or the
-    /// conversion of an argument, releases the last reference to it.
-    /// \param member the identifier
+    /// Calls a member by its identifier. The object stays alive until the call returns, even if the member or
+    /// the conversion of an argument releases the last reference to the object.
+    /// \param member the identifier of the member
     /// \param riid not used
     /// \param locale not used
-    /// \param flags one of the `DISPATCH_` constants, or one of the two combinations above
-    /// \param parameters the arguments, which the call only reads; must not be null
-    /// \param result receives the member's result; may be null. The caller frees its BSTR or releases its
-    ///        object. The earlier content is not freed. Becomes `VT_EMPTY` if the member was called but wrote
-    ///        no result. Unchanged if the member was not called
+    /// \param flags one of the `DISPATCH_` constants, or one of the two combinations that are allowed
+    /// \param parameters the arguments, which the call only reads; must not be null, even for a call without
+    ///        arguments
+    /// \param result receives the result of the member; may be null. The caller frees a BSTR in the result,
+    ///        and releases an object in the result. The earlier content of `result` is not freed. If the
+    ///        member was called but wrote no result, `result` becomes `VT_EMPTY`. If the member was not
+    ///        called, `result` is unchanged
     /// \param exception filled if the call returns `DISP_E_EXCEPTION`; may be null
-    /// \param badArgument receives the index in `rgvarg` of an argument that cannot be converted; may be null
-    /// \return the code of a member that succeeded, which may be `S_FALSE`; `DISP_E_EXCEPTION` if the member
-    ///         failed. If the member was not called: `DISP_E_MEMBERNOTFOUND`,
+    /// \param badArgument receives an index in `rgvarg`, if the call fails because of the argument with that
+    ///        index; may be null
+    /// \return the success code that the member returned, which may be `S_FALSE`; `DISP_E_EXCEPTION` if the
+    ///         member returned a failure code. If the member was not called: `DISP_E_MEMBERNOTFOUND`,
     ///         `DISP_E_BADPARAMCOUNT`, `DISP_E_PARAMNOTFOUND`, `DISP_E_PARAMNOTOPTIONAL`,
-    ///         `DISP_E_TYPEMISMATCH`, `DISP_E_OVERFLOW`, `E_INVALIDARG` if `parameters` or an array in it is
-    ///         missing, `E_OUTOFMEMORY`, or an error code of the type-library service
+    ///         `DISP_E_TYPEMISMATCH`, `DISP_E_OVERFLOW`, `E_INVALIDARG` if `parameters` is null, or if
+    ///         `cArgs` or `cNamedArgs` is not 0 but the array for it is null, `E_OUTOFMEMORY`, or an error
+    ///         code of the type-library service
     virtual HRESULT Invoke(DISPID member, const GUID& riid, LCID locale, WORD flags, DISPPARAMS* parameters,
                            VARIANT* result, EXCEPINFO* exception, UINT* badArgument) = 0;
 

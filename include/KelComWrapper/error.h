@@ -1,5 +1,6 @@
 /// \file
-/// Turns an `HRESULT` into an exception for callers who prefer one. The C++ layer throws the same class.
+/// Turns an `HRESULT` into an exception of class `kel::Error`, for callers who prefer exceptions. The C++
+/// layer throws the same class.
 
 #pragma once
 
@@ -13,7 +14,8 @@
 namespace kel
 {
 
-/// \return what a result means, in a few words; "unknown result 0x..." for a code that is not listed here
+/// \return the meaning of `result` in a few words; "unknown result 0x..." if the table below does not list
+///         `result`
 inline std::string describe(HRESULT result)
 {
     static constexpr struct
@@ -51,24 +53,24 @@ inline std::string describe(HRESULT result)
     return words;
 }
 
-/// Reports a failure. `what()` is one readable line.
+/// An exception that reports the failure of a call. `what()` returns one readable line.
 class KEL_EXPORT Error : public std::runtime_error
 {
 public:
-    /// \param code the result that reports the failure
+    /// \param code the `HRESULT` of the failed call
     explicit Error(HRESULT code) : std::runtime_error(describe(code)), m_code(code) {}
-    /// \param code the result that reports the failure
-    /// \param action what failed, such as "asking for a name"
+    /// \param code the `HRESULT` of the failed call
+    /// \param action what the caller was doing, such as "asking for a name"
     Error(HRESULT code, const char* action)
         : std::runtime_error(std::string(action) + ": " + describe(code)), m_code(code)
     {}
-    /// \param code the result that reports the failure
-    /// \param action what failed
-    /// \param reason why it failed; `what()` contains this instead of the meaning of `code`
+    /// \param code the `HRESULT` of the failed call
+    /// \param action what the caller was doing
+    /// \param reason why the call failed; `what()` contains `reason` instead of the meaning of `code`
     Error(HRESULT code, const std::string& action, const std::string& reason)
         : std::runtime_error(action + ": " + reason), m_code(code)
     {}
-    /// \return the result that reports the failure
+    /// \return the `HRESULT` of the failed call
     HRESULT code() const noexcept { return m_code; }
 
 private:
@@ -81,8 +83,8 @@ enum class FalseIs { failure, success };
 /// Throws if a call failed.
 /// \param result what the call returned
 /// \param meaning how to treat `S_FALSE`, which `nextNode` returns at the end of a list
-/// \return true for `S_OK`, false for a success code other than `S_OK`
-/// \throw Error for a failure, and for `S_FALSE` unless `meaning` is `FalseIs::success`
+/// \return true for `S_OK`, false for any other success code
+/// \throw Error for a failure code, and for `S_FALSE` unless `meaning` is `FalseIs::success`
 inline bool check(HRESULT result, FalseIs meaning = FalseIs::failure)
 {
     if (FAILED(result) || (result != S_OK && meaning == FalseIs::failure))
@@ -90,7 +92,12 @@ inline bool check(HRESULT result, FalseIs meaning = FalseIs::failure)
     return result == S_OK;
 }
 
-/// Like the function above, but the error also names the failed action.
+/// Throws if a call failed. The error names the action that failed.
+/// \param result what the call returned
+/// \param action what the caller was doing, such as "asking for a name"
+/// \param meaning how to treat `S_FALSE`, which `nextNode` returns at the end of a list
+/// \return true for `S_OK`, false for any other success code
+/// \throw Error for a failure code, and for `S_FALSE` unless `meaning` is `FalseIs::success`
 inline bool check(HRESULT result, const char* action, FalseIs meaning = FalseIs::failure)
 {
     if (FAILED(result) || (result != S_OK && meaning == FalseIs::failure))

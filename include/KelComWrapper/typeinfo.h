@@ -1,5 +1,5 @@
 /// \file
-/// ITypeLib and ITypeInfo: they describe interfaces in structures that have the published layouts.
+/// `ITypeLib` and `ITypeInfo` describe interfaces. The structures in this file have the published layouts.
 
 #pragma once
 
@@ -20,38 +20,38 @@ enum TYPEKIND : std::int32_t {
     TKIND_ALIAS = 6,
     TKIND_UNION = 7,
 };
-/// How a function is called. This library only uses `FUNC_PUREVIRTUAL`: the call goes through a vtable slot.
+/// How a function is called. This library uses only `FUNC_PUREVIRTUAL`: a call goes through a vtable slot.
 enum FUNCKIND : std::int32_t { FUNC_VIRTUAL, FUNC_PUREVIRTUAL, FUNC_NONVIRTUAL, FUNC_STATIC, FUNC_DISPATCH };
-/// The kind of a function, with the values of the `DISPATCH_` flags.
+/// The kind of a function. Each value equals the `DISPATCH_` flag for that kind.
 enum INVOKEKIND : std::int32_t {
     INVOKE_FUNC = 1,           ///< a method
     INVOKE_PROPERTYGET = 2,    ///< a getter
     INVOKE_PROPERTYPUT = 4,    ///< a setter
     INVOKE_PROPERTYPUTREF = 8, ///< a setter that takes an object
 };
-/// The calling convention of a function. This library only uses `CC_CDECL`, the platform's default.
+/// The calling convention of a function. This library uses only `CC_CDECL`, the platform's default.
 enum CALLCONV : std::int32_t { CC_CDECL = 1, CC_STDCALL = 4 };
 
-constexpr WORD TYPEFLAG_FDUAL = 0x40;           ///< members can be called through the vtable and by name
+constexpr WORD TYPEFLAG_FDUAL = 0x40;           ///< members can be called by name, and through the vtable
 constexpr WORD TYPEFLAG_FDISPATCHABLE = 0x1000; ///< the interface is derived from `IDispatch`
-constexpr USHORT PARAMFLAG_FIN = 1;             ///< read by the member
-constexpr USHORT PARAMFLAG_FOUT = 2;            ///< a pointer through which the member writes
-constexpr USHORT PARAMFLAG_FRETVAL = 8;         ///< the result of a call by name
-constexpr USHORT PARAMFLAG_FOPT = 16;           ///< optional
+constexpr USHORT PARAMFLAG_FIN = 1;             ///< the member reads the argument
+constexpr USHORT PARAMFLAG_FOUT = 2;            ///< the argument is a pointer through which the member writes
+constexpr USHORT PARAMFLAG_FRETVAL = 8;         ///< the argument points to the result of the member
+constexpr USHORT PARAMFLAG_FOPT = 16;           ///< the argument may be left out
 
-// The structures below describe types. They belong to the type library. A caller must not change a
-// structure, and may read it only while holding a reference to the object that returned it. Unused members
-// are 0 or null.
+// The structures below describe types. The type library owns all of them. A caller must not change a
+// structure, and may read a structure only while holding a reference to the `ITypeInfo` or `ITypeLib` that
+// returned the structure. Members that this library does not use are 0 or null.
 
 /// A type.
 struct TYPEDESC
 {
     union {
         TYPEDESC* lptdesc; ///< for `VT_PTR`: the type that the pointer points to
-        void* lpadesc;     ///< for `VT_ARRAY`: never used by this library
-        HREFTYPE hreftype; ///< for `VT_USERDEFINED`: the type's number in the library
+        void* lpadesc;     ///< for `VT_ARRAY`, which this library never uses
+        HREFTYPE hreftype; ///< for `VT_USERDEFINED`: the number of the type in its type library
     };
-    VARTYPE vt; ///< a value of `VARENUM`
+    VARTYPE vt; ///< a value of `VARENUM`; says which member of the union is used
 };
 /// How a parameter is passed.
 struct PARAMDESC
@@ -59,44 +59,44 @@ struct PARAMDESC
     void* pparamdescex; ///< null, because no parameter has a default value
     USHORT wParamFlags; ///< the sum of the `PARAMFLAG_` constants that apply
 };
-/// The older form of `PARAMDESC`, with the same flags.
+/// How a parameter is passed: the older form of `PARAMDESC`, with the same flags.
 struct IDLDESC
 {
     std::uintptr_t dwReserved; ///< 0
     USHORT wIDLFlags;          ///< the sum of the `PARAMFLAG_` constants that apply
 };
-/// A parameter or the return type of a function.
+/// One parameter of a function, or the return type of a function.
 struct ELEMDESC
 {
-    TYPEDESC tdesc; ///< its type
+    TYPEDESC tdesc; ///< the type of the parameter, or the return type
     union {
-        IDLDESC idldesc;     ///< how it is passed
-        PARAMDESC paramdesc; ///< how it is passed
+        IDLDESC idldesc;     ///< how the parameter is passed
+        PARAMDESC paramdesc; ///< how the parameter is passed
     };
 };
 
 /// A function: a getter, a setter or a method. Each function has its own vtable slot.
 struct FUNCDESC
 {
-    MEMBERID memid;              ///< the member's identifier; a getter and its setter share it
-    SCODE* lprgscode;            ///< null, because failure codes are not listed
-    ELEMDESC* lprgelemdescParam; ///< the parameters in order, with the pointer to the result last; null if
-                                 ///< there are none
-    FUNCKIND funckind;           ///< `FUNC_PUREVIRTUAL`
-    INVOKEKIND invkind;          ///< getter, setter or method
-    CALLCONV callconv;           ///< `CC_CDECL`
-    SHORT cParams;               ///< the number of parameters, including the pointer to the result
-    SHORT cParamsOpt;            ///< the number of optional parameters
-    SHORT oVft;                  ///< the offset of the slot in the vtable, in bytes
-    SHORT cScodes;               ///< 0
-    ELEMDESC elemdescFunc;       ///< the return type: `VT_HRESULT`
-    WORD wFuncFlags;             ///< 0
+    MEMBERID memid;   ///< the member's identifier, the same for a getter and its setter
+    SCODE* lprgscode; ///< null, because failure codes are not listed
+    /// The parameters in order. The pointer to the result comes last. Null if there are no parameters.
+    ELEMDESC* lprgelemdescParam;
+    FUNCKIND funckind;     ///< `FUNC_PUREVIRTUAL`
+    INVOKEKIND invkind;    ///< getter, setter or method
+    CALLCONV callconv;     ///< `CC_CDECL`
+    SHORT cParams;         ///< the number of parameters, including the pointer to the result
+    SHORT cParamsOpt;      ///< the number of optional parameters
+    SHORT oVft;            ///< the offset of the function's slot in the vtable, in bytes
+    SHORT cScodes;         ///< 0
+    ELEMDESC elemdescFunc; ///< the return type: `VT_HRESULT`
+    WORD wFuncFlags;       ///< 0
 };
 
 /// An interface.
 struct TYPEATTR
 {
-    GUID guid;                 ///< its identifier
+    GUID guid;                 ///< the identifier of the interface
     LCID lcid;                 ///< 0
     DWORD dwReserved;          ///< 0
     MEMBERID memidConstructor; ///< `MEMBERID_NIL`
@@ -104,14 +104,14 @@ struct TYPEATTR
     wchar_t* lpstrSchema;      ///< null
     ULONG cbSizeInstance;      ///< the size of a pointer to the interface, in bytes
     TYPEKIND typekind;         ///< `TKIND_DISPATCH`
-    WORD cFuncs;         ///< the number of functions, including inherited ones, but not those of `IDispatch`
+    WORD cFuncs;         ///< the number of functions, including inherited ones, except those of `IDispatch`
     WORD cVars;          ///< 0
     WORD cImplTypes;     ///< 0
     WORD cbSizeVft;      ///< the size of the vtable in bytes, including the slots of `IDispatch`
     WORD cbAlignment;    ///< the alignment of a pointer to the interface, in bytes
     WORD wTypeFlags;     ///< `TYPEFLAG_FDUAL` and `TYPEFLAG_FDISPATCHABLE`
-    WORD wMajorVerNum;   ///< the major version of the library
-    WORD wMinorVerNum;   ///< the minor version of the library
+    WORD wMajorVerNum;   ///< the major version of the type library
+    WORD wMinorVerNum;   ///< the minor version of the type library
     TYPEDESC tdescAlias; ///< all 0
     IDLDESC idldescType; ///< all 0
 };
@@ -120,11 +120,11 @@ struct VARDESC;
 /// A type library.
 struct TLIBATTR
 {
-    GUID guid;            ///< its identifier
+    GUID guid;            ///< the identifier of the type library
     LCID lcid;            ///< 0
     std::int32_t syskind; ///< 0
-    WORD wMajorVerNum;    ///< the major version
-    WORD wMinorVerNum;    ///< the minor version
+    WORD wMajorVerNum;    ///< the major version of the type library
+    WORD wMinorVerNum;    ///< the minor version of the type library
     WORD wLibFlags;       ///< 0
 };
 
@@ -132,9 +132,10 @@ static_assert(sizeof(TYPEDESC) == 16 && sizeof(ELEMDESC) == 32 && sizeof(FUNCDES
                   sizeof(TYPEATTR) == 96 && sizeof(TLIBATTR) == 32,
               "hosts read these structures through pointers, so the layouts are fixed");
 
-/// Describes one interface. A function is a getter, a setter or a method. A getter and its setter are two
-/// functions with one identifier. Several threads may use one `ITypeInfo` at the same time. An `ITypeInfo`
-/// keeps its library alive, and with the library every structure that it has returned.
+/// Describes one interface. A member of the interface is a method or a property. A method is one function.
+/// The getter and the setter of a property are two functions with the same identifier. Several threads may
+/// use one `ITypeInfo` at the same time. An `ITypeInfo` keeps its type library alive. The type library owns
+/// the structures that the `ITypeInfo` returns, so these structures stay valid too.
 class ITypeInfo : public IUnknown
 {
 public:
@@ -145,16 +146,16 @@ public:
     /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT GetTypeComp(ITypeComp** comp) = 0;
     /// Returns a function by its position.
-    /// \param index counted from 0, in slot order, inherited functions first
+    /// \param index counted from 0, in the order of the vtable slots, so inherited functions come first
     /// \param description receives a pointer that is valid until `ReleaseFuncDesc`; receives null if `index`
     ///        is out of range
     /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`
     virtual HRESULT GetFuncDesc(UINT index, FUNCDESC** description) = 0;
     /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT GetVarDesc(UINT index, VARDESC** description) = 0;
-    /// Returns the name of a member, then the names of its parameters, then the name of the result. If a
-    /// getter and a setter share the identifier, the names are those of the first function. The value of a
-    /// setter has no name.
+    /// Returns several names: the name of a member, then the names of its parameters, then the name of its
+    /// result. If a getter and a setter have the identifier `member`, the names belong to the function whose
+    /// vtable slot comes first. For a setter, the parameter with the new value of the property is left out.
     /// \param member the member's identifier
     /// \param names receives the names as new BSTRs, which the caller frees
     /// \param room how many names fit in `names`
@@ -165,14 +166,16 @@ public:
     virtual HRESULT GetRefTypeOfImplType(UINT index, HREFTYPE* type) = 0;
     /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT GetImplTypeFlags(UINT index, INT* flags) = 0;
-    /// See `IDispatch::GetIDsOfNames`.
+    /// Looks up the identifiers of a member and of its parameters, as `IDispatch::GetIDsOfNames` describes.
     virtual HRESULT GetIDsOfNames(wchar_t** names, UINT count, MEMBERID* identifiers) = 0;
-    /// Calls a member of `instance` through the object's vtable. `instance` must point to the interface that
-    /// this `ITypeInfo` describes. The object stays alive during the call. The other parameters and the codes
-    /// are those of `IDispatch::Invoke`. Also returns `E_INVALIDARG` if `instance` is null.
+    /// Calls a member of an object through the object's vtable. `instance` must point to that interface of
+    /// the object which this `ITypeInfo` describes. The object stays alive until the call returns.
+    /// `IDispatch::Invoke` explains the other parameters and the result codes. In addition, this function
+    /// returns `E_INVALIDARG` if `instance` is null.
     virtual HRESULT Invoke(void* instance, MEMBERID member, WORD flags, DISPPARAMS* parameters,
                            VARIANT* result, EXCEPINFO* exception, UINT* badArgument) = 0;
-    /// Returns the name of a member or of the interface, and nothing else. Any output may be null.
+    /// Returns the name of a member or of the interface. There is no documentation and no help. Any
+    /// out-pointer may be null.
     /// \param member the member's identifier, or `MEMBERID_NIL` for the interface
     /// \param name receives a new BSTR, which the caller frees; null on failure
     /// \param documentation receives null
@@ -196,9 +199,11 @@ public:
     /// \param index receives the index of this interface in `ITypeLib::GetTypeInfo`; may be null
     /// \return `S_OK`; `E_POINTER`
     virtual HRESULT GetContainingTypeLib(ITypeLib** library, UINT* index) = 0;
-    /// Ends the caller's use of the attributes. Nothing is freed, because they are part of the library.
+    /// Ends the caller's use of the attributes. Nothing is freed, because the type library owns the
+    /// attributes.
     virtual void ReleaseTypeAttr(TYPEATTR* attributes) = 0;
-    /// Ends the caller's use of a function. Nothing is freed, because it is part of the library.
+    /// Ends the caller's use of a function description. Nothing is freed, because the type library owns the
+    /// description.
     virtual void ReleaseFuncDesc(FUNCDESC* description) = 0;
     /// Does nothing, because an interface has no variables.
     virtual void ReleaseVarDesc(VARDESC* description) = 0;
@@ -207,25 +212,25 @@ protected:
     ~ITypeInfo() = default;
 };
 
-/// A loaded type library. Several threads may use it at the same time.
+/// A loaded type library. Several threads may use one `ITypeLib` at the same time.
 class ITypeLib : public IUnknown
 {
 public:
     /// \return how many interfaces the library describes
     virtual UINT GetTypeInfoCount() = 0;
     /// Returns the description of an interface by its position.
-    /// \param index counted from 0, in the order of the file
+    /// \param index the position of the interface in the type library's file, counted from 0
     /// \param typeInfo receives a new object with one reference, which the caller releases; receives null if
     ///        `index` is out of range
     /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`
     virtual HRESULT GetTypeInfo(UINT index, ITypeInfo** typeInfo) = 0;
-    /// Returns the kind of a type.
-    /// \param index counted from 0, in the order of the file
-    /// \param kind receives `TKIND_DISPATCH`
+    /// Returns the kind of an interface by its position.
+    /// \param index the position of the interface in the type library's file, counted from 0
+    /// \param kind receives `TKIND_DISPATCH`; unchanged on failure
     /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`
     virtual HRESULT GetTypeInfoType(UINT index, TYPEKIND* kind) = 0;
-    /// Returns the description of an interface by its identifier.
-    /// \param guid the identifier
+    /// Returns the description of the interface with the identifier `guid`.
+    /// \param guid the identifier of the interface
     /// \param typeInfo receives a new object with one reference, which the caller releases; receives null if
     ///        the library does not describe the interface
     /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`
@@ -236,8 +241,9 @@ public:
     virtual HRESULT GetLibAttr(TLIBATTR** attributes) = 0;
     /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT GetTypeComp(ITypeComp** comp) = 0;
-    /// Returns the name of an interface or of the library, and nothing else. Any output may be null.
-    /// \param index the index of the interface, or -1 for the library
+    /// Returns the name of an interface or of the type library. There is no documentation and no help. Any
+    /// out-pointer may be null.
+    /// \param index the position of the interface, counted from 0, or -1 for the type library
     /// \param name receives a new BSTR, which the caller frees; null on failure
     /// \param documentation receives null
     /// \param helpContext receives 0
@@ -250,7 +256,8 @@ public:
     /// Not implemented: returns `E_NOTIMPL` and writes nothing.
     virtual HRESULT FindName(wchar_t* name, ULONG hash, ITypeInfo** typeInfos, MEMBERID* members,
                              USHORT* count) = 0;
-    /// Ends the caller's use of the attributes. Nothing is freed, because they are part of the library.
+    /// Ends the caller's use of the attributes. Nothing is freed, because the type library owns the
+    /// attributes.
     virtual void ReleaseTLibAttr(TLIBATTR* attributes) = 0;
 
 protected:

@@ -6,14 +6,15 @@
 #include "export.h"
 #include "typeinfo.h"
 
-/// The type-library service. It keeps one registry for the whole process, and all type libraries that the
-/// process has loaded.
+/// The type-library service. The service has one registry of paths for the whole process. It also keeps every
+/// type library that the process has loaded.
 ///
-/// Threads: all functions may be called from several threads at once. While one thread reads a file, the
-/// others do not have to wait.
+/// Threads: all functions may be called from several threads at once. While one thread reads a file, other
+/// threads do not have to wait until the file is read.
 ///
-/// After `fork`, the child has the parent's registrations and loaded libraries, and can always use them. The
-/// child can load another library only if no other thread of the parent was using Qt during the `fork`.
+/// After `fork`, the child process has the registrations and the loaded type libraries of the parent process,
+/// and can always use them. The child process can load another type library only if no thread of the parent
+/// process, except the thread that called `fork`, was using Qt at that time.
 namespace KelTypelib
 {
 
@@ -21,30 +22,33 @@ namespace KelTypelib
 constexpr unsigned PathCapacity = 1024;
 
 /// Finds the path of a registered type library.
-/// \param library the identifier that the path was registered for
+/// \param library the identifier of the type library
 /// \param path receives the zero-terminated path; must have room for `PathCapacity` characters
 /// \return `S_OK`; `E_POINTER`; `TYPE_E_LIBNOTREGISTERED`. On failure, `path` is unchanged
 KEL_EXPORT HRESULT GetTlbFilePath(const GUID& library, wchar_t* path);
 
-/// Loads a type library. The first call for a path reads the file, and later calls return the same library.
-/// After the path is registered again, the next call reads the file again. A library that was loaded before
-/// does not change. Files with equal contents share one library.
-/// \param path a local file
-/// \param library receives the library, on success only. The service owns it, and the caller does not release
-///        it. An `ITypeInfo` of the library stays valid as long as a reference to it is held
-/// \return `S_OK`; `E_POINTER`; `TYPE_E_CANTLOADLIBRARY` if the file is missing, unreadable or not a regular
-///         file; `TYPE_E_INVDATAREAD` if the file is not a valid type library
+/// Loads a type library. The first call for a path reads the file, and later calls for the same path return
+/// the same `ITypeLib`. After a path is registered again, the next call for that path reads the file again.
+/// An `ITypeLib` that an earlier call returned does not change. For files with equal contents, all calls
+/// return the same `ITypeLib`.
+/// \param path the path of a local file
+/// \param library receives the type library; unchanged on failure. The service owns the type library, so the
+///        caller does not release it. An `ITypeInfo` from the type library stays valid as long as the caller
+///        holds a reference to the `ITypeInfo`
+/// \return `S_OK`; `E_POINTER` if an argument is null; `TYPE_E_CANTLOADLIBRARY` if the file is missing,
+///         unreadable or not a regular file; `TYPE_E_INVDATAREAD` if the file is not a valid type library
 KEL_EXPORT HRESULT LoadTypeLib(const wchar_t* path, ITypeLib** library);
 
-/// Registers a path for an identifier, and replaces any earlier path. Does not open the file, but makes the
-/// next `LoadTypeLib` read it again. If you replace a file, register its path again.
-/// \param library the identifier, such as `LIBID_MSXML`
-/// \param path zero-terminated; the service copies it
-/// \return `S_OK`; `E_INVALIDARG` if the path is null, empty or longer than `PathCapacity` allows
+/// Registers the path of a type library under an identifier. Replaces the path that was registered under this
+/// identifier before, if any. Does not open the file, but makes the next call of `LoadTypeLib` for this path
+/// read the file. So if you replace a file, register its path again.
+/// \param library the identifier of the type library, such as `LIBID_MSXML`
+/// \param path the zero-terminated path, which the service copies
+/// \return `S_OK`; `E_INVALIDARG` if `path` is null, is empty or has `PathCapacity` or more characters
 KEL_EXPORT HRESULT RegisterTypeLib(const GUID& library, const wchar_t* path);
 
-/// Removes a registration. Loaded libraries stay loaded.
-/// \param library the identifier that was registered
+/// Removes the registration of a path. Type libraries that are loaded stay loaded.
+/// \param library the identifier under which the path is registered
 /// \return `S_OK`; `TYPE_E_LIBNOTREGISTERED`
 KEL_EXPORT HRESULT UnRegisterTypeLib(const GUID& library);
 

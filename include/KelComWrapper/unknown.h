@@ -1,5 +1,5 @@
 /// \file
-/// IUnknown, the root of every interface: identity and reference counting.
+/// `IUnknown`, the base of every interface. It provides identity and reference counting.
 
 #pragma once
 
@@ -7,7 +7,8 @@
 #include "types.h"
 
 /// Manages the identity and the lifetime of an object. The reference count is not atomic, so use an object
-/// from one thread at a time. Only type libraries and type information have atomic counts.
+/// from one thread at a time. Two kinds of objects are an exception and have atomic counts: `ITypeLib` and
+/// `ITypeInfo`.
 class IUnknown
 {
 public:
@@ -19,7 +20,7 @@ public:
     virtual HRESULT QueryInterface(const GUID& riid, void** ppv) = 0;
     /// Adds a reference. \return the new count
     virtual ULONG AddRef() = 0;
-    /// Releases a reference; the last one destroys the object. Never throws.
+    /// Releases a reference. The object is destroyed when its last reference is released. Never throws.
     /// \return the new count; 0 if the object was destroyed
     virtual ULONG Release() = 0;
 
@@ -27,6 +28,7 @@ protected:
     ~IUnknown() = default;
 };
 
-/// The identifier of `IUnknown`. `QueryInterface` always returns the same pointer for it, so two pointers
-/// refer to the same object if and only if their `IUnknown` pointers are equal.
+/// The identifier of `IUnknown`. Whenever an object is asked for this identifier, `QueryInterface` returns
+/// the same pointer. So two interface pointers belong to the same object if and only if their
+/// `QueryInterface` functions return equal pointers for `IID_IUnknown`.
 extern "C" KEL_EXPORT const GUID IID_IUnknown;

@@ -1,5 +1,5 @@
 /// \file
-/// VARIANT: a tagged value, which interfaces pass by value and by pointer.
+/// `VARIANT`: a value together with its type. Methods pass a `VARIANT` by value or by pointer.
 
 #pragma once
 
@@ -8,10 +8,10 @@
 class IUnknown;
 class IDispatch;
 
-/// The values of `VARIANT::vt`. They say which member of the union is used.
+/// The values of `VARIANT::vt`. Each value says which member of the union in `VARIANT` is used.
 enum VARENUM : VARTYPE {
     VT_EMPTY = 0,        ///< nothing
-    VT_NULL = 1,         ///< a null value of a database; never used by this library
+    VT_NULL = 1,         ///< a null value from a database; this library never uses it
     VT_I2 = 2,           ///< `iVal`
     VT_I4 = 3,           ///< `lVal`
     VT_R4 = 4,           ///< `fltVal`
@@ -20,11 +20,11 @@ enum VARENUM : VARTYPE {
     VT_DATE = 7,         ///< `date`
     VT_BSTR = 8,         ///< `bstrVal`
     VT_DISPATCH = 9,     ///< `pdispVal`
-    VT_ERROR = 10,       ///< `scode`; the code `DISP_E_PARAMNOTFOUND` means that the argument is left out
+    VT_ERROR = 10,       ///< `scode`; an argument with the code `DISP_E_PARAMNOTFOUND` counts as left out
     VT_BOOL = 11,        ///< `boolVal`
-    VT_VARIANT = 12,     ///< `pvarVal`; only combined with `VT_BYREF`
+    VT_VARIANT = 12,     ///< `pvarVal`; used only in combination with `VT_BYREF`
     VT_UNKNOWN = 13,     ///< `punkVal`
-    VT_DECIMAL = 14,     ///< a 96-bit number; never used by this library
+    VT_DECIMAL = 14,     ///< a 96-bit number; this library never uses it
     VT_I1 = 16,          ///< `cVal`
     VT_UI1 = 17,         ///< `bVal`
     VT_UI2 = 18,         ///< `uiVal`
@@ -37,8 +37,8 @@ enum VARENUM : VARTYPE {
     VT_HRESULT = 25,     ///< the return type of a function; only in type descriptions
     VT_PTR = 26,         ///< a pointer to another type; only in type descriptions
     VT_USERDEFINED = 29, ///< a type of the type library; only in type descriptions
-    VT_ARRAY = 0x2000,   ///< an array, combined with the type of its items; never used by this library
-    VT_BYREF = 0x4000,   ///< a pointer, combined with the type that it points to
+    VT_ARRAY = 0x2000,   ///< a flag for an array, added to the type of the items; this library never uses it
+    VT_BYREF = 0x4000,   ///< a flag for a pointer, added to the type of the value that is pointed to
 };
 
 /// An amount of money.
@@ -47,23 +47,23 @@ struct CY
     std::int64_t int64; ///< the amount times 10,000
 };
 
-/// The content of `VT_RECORD`; never used by this library.
+/// The content of a `VARIANT` with the published type `VT_RECORD`, which this library never uses.
 struct VARIANT_RECORD
 {
     void* pvRecord; ///< the record
-    void* pRecInfo; ///< its description
+    void* pRecInfo; ///< the description of the record
 };
 
-/// A value with its type. The owner frees the BSTR or releases the object in it. The library only reads a
-/// `VARIANT` that is passed to it, and never changes or frees it.
+/// A value together with its type. The owner of a `VARIANT` frees the BSTR or releases the object in the
+/// `VARIANT`. The library only reads a `VARIANT` argument, and never changes or frees its content.
 struct VARIANT
 {
     VARTYPE vt;      ///< a value of `VARENUM`; says which member of the union is used
     WORD wReserved1; ///< never read
     WORD wReserved2; ///< never read
     WORD wReserved3; ///< never read
-    // `VARENUM` says which member belongs to which type. With `VT_BYREF`, the member is the pointer to that
-    // type.
+    // The comments in `VARENUM` say which member belongs to which type. For a type with `VT_BYREF`, the name
+    // of the member has another `p` in front: `lVal` belongs to `VT_I4`, and `plVal` to `VT_I4 | VT_BYREF`.
     union {
         std::int64_t llVal;
         LONG lVal;
@@ -109,4 +109,4 @@ struct VARIANT
     };
 };
 
-static_assert(sizeof(VARIANT) == 24, "the published size for 64 bits, which calls by value rely on");
+static_assert(sizeof(VARIANT) == 24, "the published size on 64-bit platforms; hosts pass a VARIANT by value");

@@ -1,5 +1,5 @@
 /// \file
-/// A class that owns one VARIANT. Header-only and optional.
+/// A class that owns one `VARIANT`. The class is header-only, and its use is optional.
 
 #pragma once
 
@@ -19,8 +19,9 @@
 namespace kel
 {
 
-/// Owns a `VARIANT`. The destructor frees the BSTR or releases the object in it. A copy has its own BSTR or
-/// reference. With `VT_BYREF`, this object does not own the value that the pointer points to.
+/// Owns a `VARIANT`. The destructor frees the BSTR or releases the object in the `VARIANT`. A copy of a
+/// `Variant` has its own BSTR or reference. If the type includes `VT_BYREF`, the `VARIANT` contains a
+/// pointer, and a `Variant` does not own the value that is pointed to.
 class Variant
 {
 public:
@@ -36,31 +37,36 @@ public:
     {
         set(VT_BOOL, &VARIANT::boolVal, truth ? VARIANT_TRUE : VARIANT_FALSE);
     }
-    /// Copies the text, including any zeros in it. \throw std::bad_alloc
+    /// Copies `text`, including any zero characters in the text. \throw std::bad_alloc
     explicit Variant(std::wstring_view text) { setText(text.data(), text.size()); }
-    /// Copies the text. Null becomes a null BSTR, which counts as an empty text. \throw std::bad_alloc
+    /// Copies `text`. If `text` is null, creates a null BSTR, which counts as an empty text.
+    /// \throw std::bad_alloc
     explicit Variant(const wchar_t* text)
     {
         set(VT_BSTR, &VARIANT::bstrVal, BSTR{});
         if (text)
             setText(text, std::char_traits<wchar_t>::length(text));
     }
-    /// Copies the text. \throw std::bad_alloc
+    /// Copies `text`. \throw std::bad_alloc
     explicit Variant(const std::wstring& text) : Variant(std::wstring_view(text)) {}
-    /// Takes over the BSTR.
+    /// Takes over the BSTR of `text`. `text` becomes empty.
     explicit Variant(Bstr&& text) noexcept { set(VT_BSTR, &VARIANT::bstrVal, text.detach()); }
-    /// Creates a `VT_DISPATCH` with its own reference. Null becomes a null object.
+    /// Creates a `VT_DISPATCH` that owns a reference to the object. If `object` is empty, creates a
+    /// `VT_DISPATCH` with a null pointer.
     template <class Object, class = std::enable_if_t<std::is_base_of_v<IDispatch, Object>>>
     explicit Variant(ComPtr<Object> object) noexcept
     {
         set(VT_DISPATCH, &VARIANT::pdispVal, object.detach());
     }
-    /// Deleted, because a `VARIANT_BOOL` and a 16-bit number have the same C++ type.
+    /// Deleted, because a `VARIANT_BOOL` and a 16-bit number have the same C++ type, so it is unclear which
+    /// of the two is meant.
     explicit Variant(SHORT) = delete;
-    /// Deleted, because any other pointer would convert to `bool`.
+    /// Deleted. Without this deleted constructor, a pointer to any other type would convert to `bool`.
     explicit Variant(const void*) = delete;
 
-    /// Copies the value with its BSTR, or adds a reference to its object. \throw std::bad_alloc
+    /// Copies the value of `other`. Copies a BSTR in the value, and adds a reference to an object in the
+    /// value.
+    /// \throw std::bad_alloc
     Variant(const Variant& other) : m_value(other.m_value)
     {
         if (m_value.vt == VT_BSTR && m_value.bstrVal)
@@ -68,9 +74,9 @@ public:
         else if (IUnknown* const object = heldObject())
             object->AddRef();
     }
-    /// Takes over the value of `other`, which becomes empty.
+    /// Takes over the value of `other`. `other` becomes empty.
     Variant(Variant&& other) noexcept : m_value(other.detach()) {}
-    /// Frees the held value and takes over the assigned one.
+    /// Frees the held value and takes over the value of `other`.
     Variant& operator=(Variant other) noexcept
     {
         std::swap(m_value, other.m_value);
@@ -78,7 +84,7 @@ public:
     }
     ~Variant() { reset(); }
 
-    /// Takes over the BSTR or reference in `value`.
+    /// Takes over the BSTR or the reference in `value` from the caller.
     static Variant adopt(const VARIANT& value) noexcept
     {
         Variant owner;
@@ -90,7 +96,7 @@ public:
     const VARIANT& get() const noexcept { return m_value; }
     /// \return the type of the value
     VARTYPE type() const noexcept { return m_value.vt; }
-    /// Frees the BSTR or releases the object, and becomes empty (`VT_EMPTY`).
+    /// Frees the BSTR or releases the object, and changes the type of this object to `VT_EMPTY`.
     void reset() noexcept
     {
         const VARIANT value = detach();
@@ -101,16 +107,19 @@ public:
         else if (value.vt == VT_UNKNOWN && value.punkVal)
             value.punkVal->Release();
     }
-    /// Passes the value to the caller, who frees its content. Becomes empty.
+    /// Gives the value to the caller, who must free the BSTR or release the object in the value. This object
+    /// becomes empty.
     [[nodiscard]] VARIANT detach() noexcept { return std::exchange(m_value, VARIANT{}); }
-    /// Frees the content. Returns the address of the empty value, to pass as an out-parameter.
+    /// Frees the content and becomes empty. Returns the address of the `VARIANT`, to pass as an
+    /// out-parameter. This object will own what is written there.
     VARIANT* put() noexcept
     {
         reset();
         return &m_value;
     }
 
-    /// Returns the number, from any integer type that `std::int64_t` can hold. Other types are not converted.
+    /// Returns the number of a value that has an integer type. All numbers of the type must fit in
+    /// `std::int64_t`, so `VT_UI8` is not accepted. Values of other types are not converted.
     /// \throw Error `DISP_E_TYPEMISMATCH` if the value has another type
     std::int64_t integer() const
     {
@@ -135,7 +144,8 @@ public:
             throw Error(DISP_E_TYPEMISMATCH);
         }
     }
-    /// Returns the number, from a floating-point type, a date, or any type that `integer` accepts.
+    /// Returns the number of a value that has a floating-point type, is a date, or has a type that `integer`
+    /// accepts.
     /// \throw Error `DISP_E_TYPEMISMATCH` if the value has another type
     double number() const
     {
@@ -151,14 +161,15 @@ public:
     }
     /// Returns the value of a `VT_BOOL`. \throw Error `DISP_E_TYPEMISMATCH` if the value has another type
     bool truth() const { return requireType(VT_BOOL).boolVal != VARIANT_FALSE; }
-    /// Returns the text of a `VT_BSTR`. The view is valid until this object changes or is destroyed.
+    /// Returns the text of a `VT_BSTR`. The returned view is valid until this object changes or is destroyed.
     /// \throw Error `DISP_E_TYPEMISMATCH` if the value has another type
     std::wstring_view text() const
     {
         const BSTR text = requireType(VT_BSTR).bstrVal;
         return text ? std::wstring_view(text, SysStringLen(text)) : std::wstring_view();
     }
-    /// Returns the object of a `VT_DISPATCH`, with a reference of its own. The object may be null.
+    /// Returns a pointer to the object of a `VT_DISPATCH`. The pointer owns a new reference to the object. If
+    /// the object is null, the pointer is empty.
     /// \throw Error `DISP_E_TYPEMISMATCH` if the value has another type
     ComPtr<IDispatch> object() const { return ComPtr<IDispatch>(requireType(VT_DISPATCH).pdispVal); }
 

@@ -76,7 +76,8 @@ public:
 
     virtual ~CMorvXMLDOMAttribute();
 
-    /// For internal use. Wraps `node`. Creates this object's own document object for `document`.
+    /// For internal use. Creates an object for `node`. Also creates a document object for `document`;
+    /// `get_ownerDocument` returns this document object.
     [[gnu::visibility("hidden")]] CMorvXMLDOMAttribute(kelxml::qt::MovableNode&& node,
                                                        const kelxml::qt::DocumentRef& document);
 
@@ -85,9 +86,12 @@ private:
 
     ULONG m_refCount = 0;
     QDomAttr m_node;
-    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< owns one reference, released first
-    QDomDocument m_document;                          ///< keeps the Qt document alive
-    std::unique_ptr<const QDomDocument>
-        m_fallbackDocument;  ///< keeps the node's document alive if `m_document` is null
-    QDomNode m_ownerElement; ///< the element that has this attribute; released last
+    /// This object's own document object. Released before the other members.
+    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument;
+    /// Keeps the Qt document alive. Null if this object is older than the document's content.
+    QDomDocument m_document;
+    /// Used only if `m_document` is null: keeps the Qt document of `m_node` alive.
+    std::unique_ptr<const QDomDocument> m_fallbackDocument;
+    /// The element that has this attribute, or null. Released after `m_node` and `m_document`.
+    QDomNode m_ownerElement;
 };

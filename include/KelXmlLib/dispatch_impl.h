@@ -1,6 +1,6 @@
 /// \file
-/// The common base of all objects. Implements the four methods of IDispatch with the type information of the
-/// object's interface, which is loaded at the first call by name.
+/// The common base of all XML DOM objects. It implements the four methods of `IDispatch` with the type
+/// information of the object's interface. The type information is loaded by the first call that needs it.
 
 #pragma once
 
@@ -11,38 +11,42 @@
 #include <cstddef>
 #include <memory>
 
-/// Implements IDispatch for one interface. Loads the type information through the type-library service when
-/// it is first needed. There is no lock, because each object has a holder of its own, and is
-/// used by one thread at a time.
+/// Implements `IDispatch` for one interface. Each object with that interface has its own holder. The first
+/// call that needs the interface's type information loads the type information through the type-library
+/// service. That call also fills the name cache, which contains the names and identifiers of the interface's
+/// members. No lock is needed, because only one thread at a time uses an object and its holder.
 class CComTypeInfoHolder
 {
 public:
     /// Stores the identifiers, but loads nothing yet.
-    /// \param interfaceId identifies the interface; must outlive this object
-    /// \param libraryId identifies the type library; must outlive this object
-    /// \param major, minor not used, because the library is looked up by its identifier alone
+    /// \param interfaceId identifies the interface; must outlive this holder
+    /// \param libraryId identifies the type library; must outlive this holder
+    /// \param major, minor not used, because the identifier alone is enough to find the type library
     CComTypeInfoHolder(const GUID* interfaceId, const GUID* libraryId, WORD major, WORD minor) noexcept
         : m_pguid(interfaceId), m_plibid(libraryId), m_wMajor(major), m_wMinor(minor)
     {}
-    /// Releases the type information first. The name cache then frees its names from last to first.
+    /// Releases the type information first. Then frees the names in the name cache, from the last to the
+    /// first.
     ~CComTypeInfoHolder() { m_pInfo.reset(); }
     CComTypeInfoHolder(const CComTypeInfoHolder&) = delete;
     CComTypeInfoHolder& operator=(const CComTypeInfoHolder&) = delete;
 
-    /// Loads the type information and the name cache, unless they are loaded already.
+    /// Loads the type information and fills the name cache. Does nothing if the type information is already
+    /// loaded.
     /// \param locale not used
-    /// \return `S_OK`; `E_OUTOFMEMORY` if there is no memory for the name cache; an error code of the
-    ///         type-library service. After an error, the next call tries again
+    /// \return `S_OK`; `E_OUTOFMEMORY` if there is no memory for the name cache, which then stays empty; an
+    ///         error code of the type-library service, after which the next call tries again to load the type
+    ///         information
     HRESULT GetTI(LCID locale);
-    /// Fills the name cache.
+    /// Fills the name cache with the names of the interface's members.
     /// \param typeInfo supplies the names; its reference count does not change
-    /// \return `S_OK`, also when there are no names; `E_OUTOFMEMORY`
+    /// \return `S_OK`, even if there are no names; `E_OUTOFMEMORY`
     HRESULT LoadNameCache(ITypeInfo* typeInfo);
 
     /// Implements `IDispatch::GetTypeInfo`.
     HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo);
-    /// Implements `IDispatch::GetIDsOfNames`. Uses the cache for a single name that is spelled exactly like
-    /// the member.
+    /// Implements `IDispatch::GetIDsOfNames`. If `names` contains one name, and this name is spelled exactly
+    /// like a member, takes the identifier from the name cache.
     HRESULT GetIDsOfNames(wchar_t** names, UINT count, LCID locale, DISPID* identifiers);
     /// Implements `IDispatch::Invoke`. \param object the object that has this holder
     HRESULT Invoke(IDispatch* object, DISPID member, LCID locale, WORD flags, DISPPARAMS* parameters,
@@ -70,10 +74,11 @@ private:
     std::int32_t m_nCount = 0;
 };
 static_assert(sizeof(CComTypeInfoHolder) == 56,
-              "the holder is at the start of every object, so its size is part of each layout");
+              "every object contains a holder before its members, so their offsets depend on this size");
 
-/// Implements the IDispatch methods of `Interface` with a `Holder`. The library defines the methods, and
-/// instantiates them for its six interfaces.
+/// Implements the `IDispatch` methods of an object that has the interface `Interface`, with the help of a
+/// `Holder`. The library contains the definitions of the methods, and instantiates the template for its six
+/// interfaces.
 template <class Interface, const GUID* InterfaceId, const GUID* LibraryId, WORD Major, WORD Minor,
           class Holder>
 class IDispatchImpl : public Interface
@@ -98,7 +103,8 @@ private:
     Holder m_typeInfoHolder{InterfaceId, LibraryId, Major, Minor};
 };
 
-/// The base of a class that `DllGetClassObject` can create. It has no data and no virtual functions.
+/// The base of a class whose objects `DllGetClassObject` can create. This base has no data and no virtual
+/// functions.
 template <class Class, const GUID* ClassId>
 class CComCoClass
 {

@@ -102,13 +102,15 @@ public:
 
     virtual ~CMorvXMLDOMDocument();
 
-    /// Creates an empty document. The object map calls this.
+    /// Creates an empty document. `DllGetClassObject` calls this function through the object map (see
+    /// `ObjectMapEntry`).
     /// \param outer not used, because aggregation is not supported
-    /// \param riid not used, because the caller queries the object for the interface
+    /// \param riid not used, because the caller then asks the new document for the interface
     /// \param object receives the document with one reference, which the caller releases
     /// \return `S_OK`
     [[gnu::visibility("hidden")]] static HRESULT CreateMe(void* outer, const GUID& riid, void** object);
-    /// For internal use. Creates another object for `document`.
+    /// For internal use. Creates a document object for a Qt document. Several document objects may refer to
+    /// the same Qt document.
     [[gnu::visibility("hidden")]] explicit CMorvXMLDOMDocument(const QDomDocument& document);
 
 private:
@@ -116,5 +118,6 @@ private:
 
     ULONG m_refCount = 0;
     QDomDocument m_document;
-    kel::ComPtr<CMorvXMLDOMElement> m_documentElement; ///< set by the first `get_documentElement`
+    /// The object that `get_documentElement` returns. Null until the first call of `get_documentElement`.
+    kel::ComPtr<CMorvXMLDOMElement> m_documentElement;
 };

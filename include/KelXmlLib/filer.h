@@ -1,13 +1,14 @@
 /// \file
-/// The XML filer: a forward-only writer of one XML file. Create one with `morvCreateXmlFiler`, call its write
-/// operations in document order, and delete it.
+/// The XML filer, which writes one XML file from the beginning to the end. Create a filer with
+/// `morvCreateXmlFiler`, call the filer's write operations in document order, and delete the filer.
 ///
-/// - Status 0 means that the arguments are valid. It does not mean that the disk has the data: file errors
-///   are never reported.
-/// - Every write operation returns `eStatusInvalidArgument` and writes nothing if an argument does not meet
-///   the requirement in its comment. Otherwise it returns `eStatusAccepted`. "Missing" means null or empty.
-/// - Strings are read up to their first zero, and copied. A wide character that is half a surrogate pair or
-///   above U+10FFFF is written as U+FFFD.
+/// - Status 0 (`eStatusAccepted`) only means that the arguments are valid. The data may still not be on the
+///   disk, because file errors are never reported.
+/// - The comment of each write operation states the requirements for its arguments. If an argument does not
+///   meet them, the operation returns `eStatusInvalidArgument` and writes nothing. Otherwise, the operation
+///   returns `eStatusAccepted`. An argument is "missing" if it is null or an empty string.
+/// - The filer copies a string argument up to the first zero character. A wide character that is half a
+///   surrogate pair or above U+10FFFF is written as U+FFFD.
 /// - Threads: use a filer from one thread at a time.
 
 #pragma once
@@ -17,31 +18,31 @@
 namespace KelXmlLib
 {
 
-/// The requested encoding. The filer ignores it and always writes UTF-8.
+/// The requested encoding. The filer ignores the request and always writes UTF-8.
 enum eEncoding : int {
     eEncodingDefault = 0, ///< no preference
     eEncodingUtf16 = 1,   ///< UTF-16
-    eEncodingUtf8 = 2,    ///< UTF-8; `encoding()` always returns this
+    eEncodingUtf8 = 2,    ///< UTF-8; `encoding()` always returns this value
 };
 
 /// The result of a write operation.
 enum eStatus : int {
-    eStatusAccepted = 0,        ///< the arguments are valid; the text may still not reach the file
+    eStatusAccepted = 0,        ///< the arguments are valid; the data may still not reach the file
     eStatusInvalidArgument = 2, ///< an argument is missing or out of range; nothing is written
 };
 
 /// The result of `state()`, which never changes.
 enum eState : int {
-    eStateReady = 6, ///< returned even without a file, and after `close()`
+    eStateReady = 6, ///< returned even if the filer has no file, and after `close()`
 };
 
 } // namespace KelXmlLib
 
-/// The writer's interface. Delete a filer through it.
+/// The interface of a filer. Delete a filer through a pointer to this interface.
 class KEL_EXPORT IKelXmlFiler
 {
 public:
-    /// Closes the file and frees the filer. Open elements are not ended.
+    /// Closes the file and frees the filer. Writes no end tags for elements that are still open.
     virtual ~IKelXmlFiler();
 
     /// \return `eStateReady`, always
@@ -60,8 +61,8 @@ public:
     /// Begins an element.
     /// \param name must not be missing
     virtual KelXmlLib::eStatus writeElmBegin(const wchar_t* name) = 0;
-    /// Writes an element with a text, including the end tag. For an empty element, use the function above and
-    /// `writeElmEnd`.
+    /// Writes a whole element: the start tag, the text and the end tag. To write an element without a text,
+    /// call `writeElmBegin(name)` and then `writeElmEnd()`.
     /// \param name, text must not be missing
     virtual KelXmlLib::eStatus writeElmBegin(const wchar_t* name, const wchar_t* text) = 0;
     /// Ends the innermost open element.
@@ -73,14 +74,15 @@ public:
     virtual KelXmlLib::eStatus writeAttrBegin(const wchar_t* name) = 0;
     /// Writes nothing: use `writeAttribute`.
     virtual KelXmlLib::eStatus writeAttrEnd() = 0;
-    /// Writes an attribute. Call it right after `writeElmBegin(name)` or another attribute.
+    /// Writes an attribute. Call `writeAttribute` right after `writeElmBegin(name)` or after another call of
+    /// `writeAttribute`.
     /// \param name must not be missing
     /// \param value if null or empty, `name=""` is written
     virtual KelXmlLib::eStatus writeAttribute(const wchar_t* name, const wchar_t* value) = 0;
     /// Writes text. Escapes `<`, `>`, `&` and the double quote.
     /// \param text must not be missing
     virtual KelXmlLib::eStatus writeText(const wchar_t* text) = 0;
-    /// Does exactly what `writeText` does: despite its name, it escapes markup.
+    /// Does exactly what `writeText` does, so `writeRawText` escapes markup in spite of its name.
     /// \param text must not be missing
     virtual KelXmlLib::eStatus writeRawText(const wchar_t* text) = 0;
     /// Writes nothing: use `writeText`.
@@ -96,12 +98,12 @@ public:
     /// Writes nothing: use `writeText`.
     /// \param text must not be missing
     virtual KelXmlLib::eStatus writeValue(const wchar_t* text) = 0;
-    /// Writes nothing. There is no replacement.
+    /// Writes nothing. A filer cannot write a document type.
     /// \param name must not be missing
     /// \param publicId, systemId may be null or empty
     virtual KelXmlLib::eStatus writeDocType(const wchar_t* name, const wchar_t* publicId,
                                             const wchar_t* systemId) = 0;
-    /// Writes a CDATA section. Begins a new section wherever the text contains `]]>`.
+    /// Writes a CDATA section. Wherever the text contains `]]>`, ends the section and begins a new section.
     /// \param text must not be missing
     virtual KelXmlLib::eStatus writeCData(const wchar_t* text) = 0;
     /// Writes a comment.
@@ -109,22 +111,22 @@ public:
     ///        hyphen at its end, gives a file that cannot be loaded
     virtual KelXmlLib::eStatus writeComment(const wchar_t* text) = 0;
     /// Writes nothing: encode the bytes yourself and use `writeText`.
-    /// \param data must not be null, although it is not read
-    /// \param first must be at least 0
-    /// \param second must be at least 1
+    /// \param data must not be null, although the bytes are not read
+    /// \param first must be at least 0; otherwise not used
+    /// \param second must be at least 1; otherwise not used
     virtual KelXmlLib::eStatus writeBinary(const unsigned char* data, int first, int second) = 0;
-    /// Closes the file. Later calls write nothing to the file, and Qt logs a warning. Calling `close` again
-    /// is harmless.
+    /// Closes the file. Later write operations write nothing to the file, and make Qt log a warning. Calling
+    /// `close` again is harmless.
     virtual KelXmlLib::eStatus close() = 0;
     /// Passes buffered text to the operating system. Disk errors are not reported.
     virtual KelXmlLib::eStatus flush() = 0;
 };
 
-/// Creates a filer for a file. Truncates an existing file.
+/// Creates a filer for a file. Deletes the content of an existing file.
 /// \param path the path of the file
 /// \param encoding ignored: the file is always UTF-8
-/// \param indentation ignored: each level is indented by four spaces
-/// \param autoFormat whether to indent
+/// \param indentation ignored: if the file is indented, each level of elements has four spaces
+/// \param autoFormat whether to indent the file
 /// \param secondFlag ignored
 /// \param text1, text2 ignored; may be null
 /// \return a filer, which the caller deletes through `IKelXmlFiler`; null if `path` is missing. If the file

@@ -1,6 +1,6 @@
 /// \file
-/// The class that `morvCreateXmlFiler` creates. Include this header only to construct the class yourself. It
-/// needs Qt's headers.
+/// The class that `morvCreateXmlFiler` creates. Include this header only if you construct the class yourself.
+/// This header includes a header of Qt.
 
 #pragma once
 
@@ -13,26 +13,27 @@
 
 class QFile;
 
-/// The only implementation of `IKelXmlFiler`, which says what each method does.
+/// The only implementation of `IKelXmlFiler`. The comments in `IKelXmlFiler` say what each method does.
 class KEL_EXPORT KelXmlFilerWrapper final : public IKelXmlFiler
 {
 public:
-    /// Opens a file for writing, and truncates an existing file. If the file cannot be opened, this is not
-    /// reported: the filer accepts every write operation but writes nothing. The filer does not open a path
-    /// with characters that file names cannot have. Late in the process's exit, once Qt's codecs are
-    /// destroyed, it opens no file at all.
-    /// \param path the path of the file, which is copied. If it is null or empty, the filer has no file, and
-    ///        `indent()` returns 0
+    /// Opens a file for writing, and deletes the content of an existing file. The constructor does not report
+    /// a file that cannot be opened. A filer without an open file writes nothing, but returns the same
+    /// statuses as a filer with an open file. A file is never opened if its path contains characters that
+    /// file names cannot have. No file at all is opened once Qt's codecs are destroyed, late in the exit of
+    /// the process.
+    /// \param path the path of the file, as a string that the constructor copies. If `path` is null or empty,
+    ///        the filer has no file, and `indent()` returns 0
     /// \param encoding not used: the file is always UTF-8
-    /// \param indentation not used: each level is indented by four spaces
-    /// \param autoFormat whether to begin each start tag on a new line, and to indent it
+    /// \param indentation not used: if start tags are indented, each level of elements has four spaces
+    /// \param autoFormat whether each start tag begins on a new line and is indented
     /// \param secondFlag stored, but not used
     /// \param text1, text2 not used; may be null
     KelXmlFilerWrapper(const wchar_t* path, KelXmlLib::eEncoding encoding, int indentation, bool autoFormat,
                        bool secondFlag, const wchar_t* text1, const wchar_t* text2);
     KelXmlFilerWrapper(const KelXmlFilerWrapper&) = delete;
     KelXmlFilerWrapper& operator=(const KelXmlFilerWrapper&) = delete;
-    /// Closes the file. Open elements are not ended.
+    /// Closes the file. Writes no end tags for elements that are still open.
     ~KelXmlFilerWrapper() override;
 
     KelXmlLib::eState state() const override;
@@ -65,9 +66,11 @@ public:
     KelXmlLib::eStatus flush() override;
 
 private:
-    /// Creates the writer, unless Qt's codecs are destroyed: the writer's constructor needs them.
+    /// Constructs `m_writer`, unless Qt's codecs are destroyed. The constructor of `m_writer` needs the
+    /// codecs.
     [[gnu::visibility("hidden")]] KelXmlFilerWrapper();
-    /// Calls `write` with the writer if no required argument is missing.
+    /// Calls `write` with `m_writer`, if no string in `required` is null or empty and if Qt's codecs still
+    /// exist.
     template <class Write>
     KelXmlLib::eStatus forward(std::initializer_list<const wchar_t*> required, Write write);
 

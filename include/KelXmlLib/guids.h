@@ -1,5 +1,6 @@
 /// \file
-/// The identifiers of the published XML type library, exported under these names.
+/// The identifiers in the published XML type library. `libKelXmlLib` exports each identifier under its
+/// published name.
 
 #pragma once
 
@@ -11,13 +12,14 @@ extern "C" {
 extern const GUID LIBID_MSXML;
 /// The class of documents. `DllGetClassObject` creates objects of this class.
 extern const GUID CLSID_DOMDocument;
-/// A published class that is not supported, because no document is free-threaded.
+/// The published class of documents that several threads may use at the same time. `DllGetClassObject` does
+/// not support this class, because there are no such documents in this library.
 extern const GUID CLSID_DOMFreeThreadedDocument;
 /// \name The XML DOM
-/// Objects support the six interfaces that `KelXmlLib/xmldom.h` declares, and no others.
+/// Of the interfaces in this group, objects support only the six that `KelXmlLib/xmldom.h` declares.
 /// @{
 
-/// Identifies the published interface of that name.
+/// Each identifier in this group belongs to the published interface that its name contains.
 extern const GUID IID_IXMLDOMNode;
 extern const GUID IID_IXMLDOMDocument;
 extern const GUID IID_IXMLDOMNodeList;
@@ -41,10 +43,10 @@ extern const GUID DIID_XMLDOMDocumentEvents;
 /// @}
 
 /// \name The rest of the published type library
-/// No object supports these.
+/// No object supports the interfaces in this group, and no object of these classes can be created.
 /// @{
 
-/// Identifies the published interface or class of that name. No object supports it.
+/// Each identifier in this group belongs to the published interface or class that its name contains.
 extern const GUID IID_IXMLHttpRequest;
 extern const GUID CLSID_XMLHTTPRequest;
 extern const GUID IID_IXMLDSOControl;

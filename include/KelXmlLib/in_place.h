@@ -1,5 +1,5 @@
 /// \file
-/// Hides the type of a class member without allocating it on the heap.
+/// Hides the type of a class member. The member is stored inside its class, not on the heap.
 
 #pragma once
 
@@ -10,25 +10,25 @@
 namespace kelxml
 {
 
-/// For internal use. Contains a `Hidden` in `Size` bytes. `Hidden` may be an incomplete type, except in code
-/// that creates, destroys or uses the contained object.
+/// For internal use. Contains an object of type `Hidden` in `Size` bytes. `Hidden` may be an incomplete type,
+/// except in code that creates, destroys or uses the contained object.
 template <class Hidden, std::size_t Size>
 class InPlace
 {
 public:
-    /// Constructs the object from `arguments`.
+    /// Constructs the contained object from `arguments`.
     template <class... Arguments>
     explicit InPlace(Arguments&&... arguments)
     {
         static_assert(sizeof(Hidden) <= Size && alignof(Hidden) <= alignof(void*));
         new (m_bytes) Hidden(std::forward<Arguments>(arguments)...);
     }
-    /// Destroys the object.
+    /// Destroys the contained object.
     ~InPlace() { (*this)->~Hidden(); }
     InPlace(const InPlace&) = delete;
     InPlace& operator=(const InPlace&) = delete;
 
-    /// Returns the object.
+    /// Returns the contained object.
     Hidden* operator->() { return std::launder(reinterpret_cast<Hidden*>(m_bytes)); }
 
 private:

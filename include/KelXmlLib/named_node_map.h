@@ -46,7 +46,8 @@ public:
 
     virtual ~CMorvXMLDOMNamedNodeMap();
 
-    /// For internal use. Creates the map of `node`, which is empty if `node` is not an element.
+    /// For internal use. Creates the map of the attributes of `node`. The map is empty if `node` is not an
+    /// element. The map keeps `document` alive.
     [[gnu::visibility("hidden")]] CMorvXMLDOMNamedNodeMap(const QDomNode& node,
                                                           const kelxml::qt::DocumentRef& document);
 
@@ -57,10 +58,14 @@ private:
 
     ULONG m_refCount = 0;
     QDomNamedNodeMap m_map;
-    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< owns one reference, released first
-    QDomDocument m_document;                          ///< keeps the Qt document alive
-    std::unique_ptr<const QDomDocument>
-        m_fallbackDocument;        ///< keeps the node's document alive when `m_document` is null
-    QDomNode m_ownerElement;       ///< the element that has the attributes; released last
+    /// This object's own document object. Released before the other members.
+    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument;
+    /// Keeps the Qt document alive. Null if this object is older than the document's content.
+    QDomDocument m_document;
+    /// Used only if `m_document` is null: keeps the Qt document of the attributes alive.
+    std::unique_ptr<const QDomDocument> m_fallbackDocument;
+    /// The element that has the attributes, or null. Released after the members that may refer to it:
+    /// `m_map`, `m_document` and `m_items`.
+    QDomNode m_ownerElement;
     std::vector<QDomNode> m_items; ///< caches the attributes of a large map
 };

@@ -1,6 +1,6 @@
 /// \file
-/// The class of generic nodes: all nodes other than documents, elements and attributes. A document that is
-/// reached as a parent is a generic node too.
+/// The class of generic nodes. A generic node is an object for a node that is not a document, an element or
+/// an attribute. If a parent is a document, `get_parentNode` returns a generic node for that document too.
 
 #pragma once
 
@@ -73,7 +73,8 @@ public:
 
     virtual ~CMorvXMLDOMNode();
 
-    /// For internal use. Wraps `node`. Creates this object's own document object for `document`.
+    /// For internal use. Creates an object for `node`. Also creates a document object for `document`;
+    /// `get_ownerDocument` returns this document object.
     [[gnu::visibility("hidden")]] CMorvXMLDOMNode(kelxml::qt::MovableNode&& node,
                                                   const kelxml::qt::DocumentRef& document);
 
@@ -82,8 +83,10 @@ private:
 
     ULONG m_refCount = 0;
     QDomNode m_node;
-    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< owns one reference, released first
-    QDomDocument m_document;                          ///< keeps the Qt document alive
-    std::unique_ptr<const QDomDocument>
-        m_fallbackDocument; ///< keeps the node's document alive if `m_document` is null
+    /// This object's own document object. Released before the other members.
+    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument;
+    /// Keeps the Qt document alive. Null if this object is older than the document's content.
+    QDomDocument m_document;
+    /// Used only if `m_document` is null: keeps the Qt document of `m_node` alive.
+    std::unique_ptr<const QDomDocument> m_fallbackDocument;
 };

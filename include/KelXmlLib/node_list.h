@@ -1,5 +1,6 @@
 /// \file
-/// The class of live lists: the children of a node, or the elements with a tag name.
+/// The class of live lists. A list contains either the children of a node or those descendant elements of a
+/// node that have a given tag name.
 
 #pragma once
 
@@ -46,7 +47,7 @@ public:
 
     virtual ~CMorvXMLDOMNodeList();
 
-    /// For internal use. Creates the list that `origin` describes.
+    /// For internal use. Creates the list that `origin` describes. The list keeps `document` alive.
     [[gnu::visibility("hidden")]] CMorvXMLDOMNodeList(kelxml::lists::ListOrigin&& origin,
                                                       const kelxml::qt::DocumentRef& document);
 
@@ -56,11 +57,15 @@ private:
     ULONG m_refCount = 0;
     QDomNodeList m_list; ///< not used; kept so that the layout does not change
     std::uint32_t m_cursor = 0;
-    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument; ///< owns one reference, released first
-    QDomDocument m_document;                          ///< keeps the Qt document alive
-    std::unique_ptr<const QDomDocument>
-        m_fallbackDocument;  ///< keeps the node's document alive when `m_document` is null
-    QDomNode m_ownerElement; ///< for an attribute's children, its element; released last
-    kelxml::InPlace<kelxml::lists::LiveList, 56>
-        m_live; ///< reads the nodes; released before `m_ownerElement`
+    /// This object's own document object. Released before the other members.
+    kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument;
+    /// Keeps the Qt document alive. Null if this object is older than the document's content.
+    QDomDocument m_document;
+    /// Used only if `m_document` is null: keeps the Qt document of the nodes in this list alive.
+    std::unique_ptr<const QDomDocument> m_fallbackDocument;
+    /// If this list contains the children of an attribute: the element that has the attribute. Otherwise
+    /// null. Released after `m_live`, `m_list` and `m_document`.
+    QDomNode m_ownerElement;
+    /// Reads the nodes of this list. Released before `m_ownerElement`.
+    kelxml::InPlace<kelxml::lists::LiveList, 56> m_live;
 };

@@ -1,23 +1,22 @@
 /// \file
-/// The published XML DOM interfaces, with their methods in the published slot order. Each comment says what
-/// the method does in this library.
+/// The published XML DOM interfaces, with their methods in the published slot order. The comment of each
+/// method says what the method does in this library.
 ///
 /// - Strings: a string argument is read up to its first zero character. The caller frees each returned BSTR
-///   with `SysFreeString`. A `VARIANT` that receives a result is overwritten; its earlier content is not
-///   freed.
+///   with `SysFreeString`. The earlier content of a `VARIANT` that receives a result is not freed.
 /// - Objects: the caller owns one reference to each returned object, and releases it.
-/// - Outputs: a method writes its out-parameters last, and only if it returns `S_OK`, unless its comment says
-///   otherwise. If an out-pointer is null and its comment does not allow null, the method does nothing and
-///   returns `S_FALSE`.
+/// - Outputs: unless a method's comment says otherwise, the method writes its out-parameters only if the
+///   method returns `S_OK`, and after everything else. If an out-pointer is null, the method does nothing and
+///   returns `S_FALSE`, unless the comment of the parameter allows null.
 /// - Errors: no method of these interfaces returns a failure code. When memory runs out, a method throws
 ///   `std::bad_alloc` and leaves its out-parameters unchanged. If only the returned BSTR cannot be allocated,
 ///   the method returns `S_OK` and a null BSTR instead.
 /// - Threads: use a document, and everything reached from it, from one thread at a time.
 /// - A generic node is an object for a node that is not an element, an attribute or a document. The parent of
-///   a top-level node is a document, but `get_parentNode` returns a generic node for it, too.
+///   a top-level node is a document, but `get_parentNode` returns a generic node for that document.
 /// - Some calls return an object without a node, such as the document element of an empty document. Reading
-///   from it finds nothing, and changing it does nothing.
-/// - A no-op returns `S_OK` and writes nothing, not even outputs. `no-ops.md` says what to call instead.
+///   from such an object finds nothing, and changing such an object does nothing.
+/// - A no-op returns `S_OK` and writes nothing, not even outputs. docs/no-ops.md says what to call instead.
 
 #pragma once
 
@@ -46,17 +45,17 @@ enum tagDOMNodeType : std::int32_t {
     NODE_TEXT = 3,                   ///< a generic node, like all kinds below except `NODE_DOCUMENT`
     NODE_CDATA_SECTION = 4,          ///< a text that is saved as a CDATA section
     NODE_ENTITY_REFERENCE = 5,       ///< a reference that the parser did not expand
-    NODE_ENTITY = 6,                 ///< a declaration in the document type
+    NODE_ENTITY = 6,                 ///< an entity declaration in the document type
     NODE_PROCESSING_INSTRUCTION = 7, ///< an instruction, or the XML declaration
-    NODE_COMMENT = 8,                ///< to read its text, call `get_nodeValue`, not `get_text`
-    NODE_DOCUMENT = 9,               ///< an `IXMLDOMDocument`, or a generic node if reached as a parent
+    NODE_COMMENT = 8,                ///< a comment; `get_nodeValue` returns its text, but `get_text` does not
+    NODE_DOCUMENT = 9,               ///< an `IXMLDOMDocument`; as a parent, a generic node
     NODE_DOCUMENT_TYPE = 10,         ///< `<!DOCTYPE>`
     NODE_DOCUMENT_FRAGMENT = 11,     ///< never created
-    NODE_NOTATION = 12,              ///< a declaration in the document type
+    NODE_NOTATION = 12,              ///< a notation declaration in the document type
 };
 using DOMNodeType = tagDOMNodeType; ///< the short published name
 
-/// A node of the tree. Asking for a node twice usually returns two objects. Both see the same content.
+/// A node of the tree. Asking for a node twice usually returns two objects, which have the same content.
 class IXMLDOMNode : public IDispatch
 {
 public:
@@ -78,7 +77,7 @@ public:
     /// \param type receives the kind; 21 (no kind) for a generic node object that refers to no node
     /// \return `S_OK`; `S_FALSE` if `type` is null
     virtual HRESULT get_nodeType(DOMNodeType* type) = 0;
-    /// Returns the parent. The parent of an attribute is its element.
+    /// Returns the parent. The parent of an attribute is the element that has the attribute.
     /// \param parent receives a new object with one reference, which the caller releases
     /// \return `S_OK`; `S_FALSE` if there is no parent or if `parent` is null
     virtual HRESULT get_parentNode(IXMLDOMNode** parent) = 0;
@@ -113,14 +112,14 @@ public:
     /// \return `S_OK`, also for a null `child` (nothing done, nothing written); `S_FALSE` if `child` belongs
     ///         to another library
     virtual HRESULT removeChild(IXMLDOMNode* child, IXMLDOMNode** result) = 0;
-    /// Removes `child` from its parent, if it has one, and makes it the last child of this node.
+    /// Removes `child` from its parent, if it has one, and makes `child` the last child of this node.
     ///
-    /// The call is refused if `child` is or contains this node, is a document, or is an attribute on an
-    /// element. It is also refused if the tree would nest deeper than the library allows, or if this node is
-    /// a document that has neither loaded nor created anything. A refused call leaves the tree unchanged, but
-    /// returns `S_OK` and writes `result` as usual.
+    /// The call is refused if `child` is or contains this node, is a document, or is an attribute of an
+    /// element. The call is also refused if the tree would nest deeper than the library allows, or if this
+    /// node is a document that has neither loaded nor created anything. A refused call leaves the tree
+    /// unchanged, but returns `S_OK` and writes `result` as usual.
     ///
-    /// An attribute from `createNode` becomes a child and is saved as content: use `setAttribute` instead.
+    /// An attribute from `createNode` becomes a child and is saved as content. So use `setAttribute` instead.
     /// \param child an object of this library; its reference count does not change
     /// \param result receives a new object for `child` with one reference, which the caller releases; may be
     ///        null
@@ -131,14 +130,14 @@ public:
     /// \param hasChildren receives 1 (not -1) if there are children, else 0
     /// \return `S_OK`; `S_FALSE` if `hasChildren` is null
     virtual HRESULT hasChildNodes(VARIANT_BOOL* hasChildren) = 0;
-    /// Returns the document that the node belongs to. A document object returns itself. Any other object
-    /// returns its own document object at every call, so two objects return two different document objects.
+    /// Returns the document that the node belongs to. A document object returns itself. Any other object has
+    /// a document object of its own, and returns that document object at every call.
     /// \param document receives the document object with one reference, which the caller releases; receives
     ///        null if the node has no document
     /// \return `S_OK`; `S_FALSE` if the node has no document or if `document` is null
     virtual HRESULT get_ownerDocument(IXMLDOMDocument** document) = 0;
-    /// Copies an element. The copy has no parent until it is appended. No-op for documents, attributes and
-    /// generic nodes.
+    /// Copies an element. The copy has no parent until the caller appends it. No-op for documents, attributes
+    /// and generic nodes.
     /// \param deep 0 copies the element and its attributes only; any other value copies the descendants too
     /// \param result receives a new element with one reference, which the caller releases; may be null
     /// \return `S_OK`, also for an element object without a node (nothing written)
@@ -146,14 +145,15 @@ public:
     /// No-op: returns `S_OK` and writes nothing.
     /// @{
     virtual HRESULT get_nodeTypeString(BSTR* type) = 0;
-    /// @} Returns the text of an element and all its descendants, or the data of a text or CDATA section.
-    /// No-op for document objects.
+    /// @}
+    /// Returns the text of an element and all its descendants, or the data of a text or CDATA section. No-op
+    /// for document objects.
     /// \param text receives a new BSTR, which the caller frees
     /// \return `S_OK`; `S_FALSE` for attributes and all other generic nodes (nothing written), or if `text`
     ///         is null
     virtual HRESULT get_text(BSTR* text) = 0;
-    /// Sets the text. For an element, removes its first child, keeps all other children, and appends a text
-    /// node. For any other node, sets the node's value.
+    /// Sets the text of an element: removes the first child of the element, keeps all other children, and
+    /// appends a text node. For any other node, sets the node's value.
     /// \param text the new text; null counts as empty
     /// \return `S_OK`, also for an element object without a node (nothing done)
     virtual HRESULT put_text(BSTR text) = 0;
@@ -170,8 +170,8 @@ public:
     /// @}
     /// Returns a live list of the descendant elements with the given tag name, in document order. No-op for
     /// attributes and generic nodes.
-    /// \param query a tag name, not an expression. Null returns the same list as `get_childNodes`, with nodes
-    ///        of every kind. An empty name finds nothing
+    /// \param query a tag name, not an expression. An empty name finds nothing. If `query` is null, the list
+    ///        contains all children of this node, whatever their kind
     /// \param list receives a new list with one reference, which the caller releases
     /// \return `S_OK`; `S_FALSE` if `list` is null
     virtual HRESULT selectNodes(BSTR query, IXMLDOMNodeList** list) = 0;
@@ -189,7 +189,7 @@ protected:
     ~IXMLDOMNode() = default;
 };
 
-/// A document. It is also the topmost node of its tree.
+/// A document, which is also the topmost node of its tree.
 class IXMLDOMDocument : public IXMLDOMNode
 {
 public:
@@ -199,7 +199,7 @@ public:
     virtual HRESULT get_implementation(IXMLDOMImplementation** implementation) = 0;
     /// @}
     /// Returns the document element. Every later call returns the same object as the first call, even after
-    /// another load. On an empty document, that object has no node.
+    /// another load. If the document is empty at the first call, this object never gets a node.
     /// \param element receives the object with one reference, which the caller releases
     /// \return `S_OK`; `S_FALSE` if `element` is null
     virtual HRESULT get_documentElement(IXMLDOMElement** element) = 0;
@@ -217,7 +217,7 @@ public:
     virtual HRESULT createEntityReference(BSTR name, IXMLDOMEntityReference** reference) = 0;
     virtual HRESULT getElementsByTagName(BSTR name, IXMLDOMNodeList** list) = 0;
     /// @}
-    /// Creates an element or an attribute. It belongs to this document, but has no parent yet.
+    /// Creates an element or an attribute. The new node belongs to this document, but has no parent yet.
     /// \param type 1 (element) or 2 (attribute) as `VT_I2`, `VT_I4` or `VT_INT`; any other value creates
     ///        nothing
     /// \param name the qualified name, which is not validated; an empty name creates an object without a node
@@ -230,7 +230,7 @@ public:
     /// @{
     virtual HRESULT nodeFromID(BSTR id, IXMLDOMNode** node) = 0;
     /// @}
-    /// Replaces the content of this document by a local file. Parsing is complete when the call returns.
+    /// Replaces the content of this document with a local file. Parsing is complete when the call returns.
     ///
     /// A file that cannot be opened or read to its end, or that exceeds a limit, leaves the earlier content
     /// in place. Any other failure, such as an empty file or lack of memory, leaves the document empty or
@@ -248,17 +248,17 @@ public:
     virtual HRESULT put_async(VARIANT_BOOL async) = 0;
     virtual HRESULT abort() = 0;
     /// @}
-    /// Replaces the content of this document by a text.
+    /// Replaces the content of this document with an XML text.
     ///
-    /// A null or empty text, or one that exceeds a limit, leaves the earlier content in place. Any other
+    /// A text that is null, is empty or exceeds a limit leaves the earlier content in place. Any other
     /// failure, such as lack of memory, leaves the document empty or with what was parsed before the error.
-    /// \param xml the text
+    /// \param xml the XML text
     /// \param success set to 0 first, and to -1 once the text has been parsed; may be null
     /// \return `S_OK` if the text was parsed, else `S_FALSE`
     virtual HRESULT loadXML(BSTR xml, VARIANT_BOOL* success) = 0;
-    /// Writes the document to a local file, indented by four spaces a level, even in mixed content. The file
-    /// has the encoding that the XML declaration names, or UTF-8. Qt chooses the order of the attributes, and
-    /// it differs from run to run.
+    /// Writes the document to a local file. Each level is indented by four spaces, even in mixed content. The
+    /// file has the encoding that the XML declaration names, or else UTF-8. Qt chooses the order of the
+    /// attributes, and the order differs from run to run.
     /// \param destination a file path as `VT_BSTR`; any other type is refused
     /// \return `S_OK` once the file is open, even if writing fails later; `S_FALSE` if the file cannot be
     ///         opened, or if the tree is too deep for the calling thread's stack
@@ -309,8 +309,8 @@ protected:
     ~IXMLDOMElement() = default;
 };
 
-/// An attribute. `get_value` reads its value, and `put_text` sets it. Changing or removing the attribute's
-/// text child does not change the value.
+/// An attribute. `get_value` reads the value, and `put_text` sets the value. Changing or removing the
+/// attribute's text child does not change the value.
 class IXMLDOMAttribute : public IXMLDOMNode
 {
 public:
@@ -331,8 +331,8 @@ protected:
     ~IXMLDOMAttribute() = default;
 };
 
-/// A live list of nodes: each call sees the tree as it is at that time. One exception: a list taken from a
-/// document that has neither loaded nor created anything stays empty forever, even after a load.
+/// A live list of nodes: each call sees the current tree. There is one exception: a list that was taken from
+/// a document before the document loaded or created anything stays empty forever.
 class IXMLDOMNodeList : public IDispatch
 {
 public:
@@ -342,14 +342,14 @@ public:
     /// \return `S_OK`; `S_FALSE` if `index` is out of range or if `node` is null
     virtual HRESULT get_item(LONG index, IXMLDOMNode** node) = 0;
     /// Counts the nodes.
-    /// \param length receives the current number
+    /// \param length receives the current number of nodes
     /// \return `S_OK`; `S_FALSE` if `length` is null
     virtual HRESULT get_length(LONG* length) = 0;
     /// Returns the node at the list's cursor, and advances the cursor. The cursor starts at index 0 and never
     /// moves back.
     /// \param node receives a new object with one reference, which the caller releases; receives null at the
     ///        end
-    /// \return `S_OK`; `S_FALSE` at the end of the list, or if `node` is null; then the cursor does not move
+    /// \return `S_OK`; `S_FALSE` (the cursor does not move) at the end of the list or if `node` is null
     virtual HRESULT nextNode(IXMLDOMNode** node) = 0;
     /// No-op: returns `S_OK` and writes nothing.
     /// @{
@@ -375,14 +375,14 @@ public:
     virtual HRESULT setNamedItem(IXMLDOMNode* item, IXMLDOMNode** result) = 0;
     virtual HRESULT removeNamedItem(BSTR name, IXMLDOMNode** node) = 0;
     /// @}
-    /// Returns an attribute by its position. Qt chooses the order.
+    /// Returns an attribute by its position. Qt chooses the order of the attributes.
     /// \param index counted from 0
     /// \param node receives a new object with one reference, which the caller releases; receives null if
     ///        `index` is out of range
     /// \return `S_OK`, also if `index` is out of range; `S_FALSE` if `node` is null
     virtual HRESULT get_item(LONG index, IXMLDOMNode** node) = 0;
     /// Counts the attributes.
-    /// \param length receives the current number
+    /// \param length receives the current number of attributes
     /// \return `S_OK`; `S_FALSE` if `length` is null
     virtual HRESULT get_length(LONG* length) = 0;
     /// No-op: returns `S_OK` and writes nothing.
