@@ -232,9 +232,9 @@ public:
     /// @}
     /// Replaces the content of this document with a local file. Parsing is complete when the call returns.
     ///
-    /// A file that cannot be opened or read to its end, or that exceeds a limit, leaves the earlier content
-    /// in place. Any other failure, such as an empty file or lack of memory, leaves the document empty or
-    /// with what was parsed before the error.
+    /// A refused path, a file that cannot be read to its end or exceeds a limit, and lack of memory before
+    /// parsing begins leave the earlier content in place. An empty file leaves the document empty. A failure
+    /// during parsing leaves the document empty or with what was parsed before the error.
     /// \param source a file path as `VT_BSTR`; any other type is refused
     /// \param success set to 0 first, and to -1 once the file has been parsed; may be null
     /// \return `S_OK` if the file was parsed, else `S_FALSE`
@@ -250,8 +250,9 @@ public:
     /// @}
     /// Replaces the content of this document with an XML text.
     ///
-    /// A text that is null, is empty or exceeds a limit leaves the earlier content in place. Any other
-    /// failure, such as lack of memory, leaves the document empty or with what was parsed before the error.
+    /// A text that is null, is empty or exceeds a limit, and lack of memory before parsing begins, leave the
+    /// earlier content in place. A failure during parsing leaves the document empty or with what was parsed
+    /// before the error.
     /// \param xml the XML text
     /// \param success set to 0 first, and to -1 once the text has been parsed; may be null
     /// \return `S_OK` if the text was parsed, else `S_FALSE`
