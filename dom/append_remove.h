@@ -11,9 +11,10 @@ namespace kelxml::dom
 HRESULT appendChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 HRESULT removeChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 
-/// Implements `removeChild` of the element class. If `child` is an element, `result` gets an object for the
-/// node that Qt removed. If `child` is an element but not a child of `self`, Qt removes nothing, and `result`
-/// gets an object without a Qt node. If `child` is not an element, does the same as `removeChild`.
+/// Implements `IXMLDOMElement::removeChild`. If `child` is an element, `result` gets an object for the node
+/// that Qt removed. If `child` is an element but not a child of `self`, Qt removes nothing, and `result` gets
+/// an object without a Qt node. If `child` is not an element, the result is that of the function
+/// `removeChild` above.
 HRESULT removeChildOfElement(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 
 } // namespace kelxml::dom

@@ -1,5 +1,5 @@
-// Each new object for a node or a collection gets a new owner document object. Both new objects refer to the
-// same Qt document: the Qt document of the object whose method the caller called.
+// When a method returns a new object for a node or a collection, the new object gets an owner document object
+// of its own. Both refer to the Qt document of the object on which the method was called.
 
 #include "dom/wrap.h"
 

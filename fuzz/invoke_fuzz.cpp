@@ -36,7 +36,7 @@ VARIANT argument(Choices& choices, keltest::Variants& variants, const Objects& o
     }();
     variants.objects["peer"] = choices.oneIn(16) ? nullptr : choices.of(objects).get();
     const VARIANT& given = variants.of(choices.oneIn(3) ? choices.of(kListed) : choices.of(kUsual));
-    VARIANT& value = variants.values.back(); // if `given` is a reference, its target
+    VARIANT& value = variants.values.back(); // if `given` has `VT_BYREF`, the VARIANT that it points to
     if (value.vt == VT_BSTR)
         value.bstrVal = variants.texts.emplace_back(isPath ? L"/dev/null" : choices.of(kTexts)).get();
     return given;
@@ -84,8 +84,8 @@ void makeCall(IDispatch& object, Choices& choices, Objects& objects)
                std::memcmp(before.data(), arguments.values.data(), before.size() * sizeof(VARIANT)) == 0,
            "a call does not change its arguments");
     expect(badArgument == UINT_MAX || FAILED(code), "only a failed call reports a bad argument");
-    expect(badArgument == UINT_MAX || badArgument < before.size(), "a bad argument is one of the arguments");
-    expect(FAILED(exception.scode) == (code == DISP_E_EXCEPTION), "the code and the exception agree");
+    expect(badArgument == UINT_MAX || badArgument < before.size(), "the index of a bad argument is in range");
+    expect(FAILED(exception.scode) == (code == DISP_E_EXCEPTION), "scode is set exactly if a member failed");
     expect(type == VT_EMPTY || SUCCEEDED(code), "a failed call returns no result");
     constexpr VARTYPE kTypes[] = {VT_EMPTY, VT_NULL, VT_BOOL, VT_I4, VT_DISPATCH, VT_BSTR};
     expect(std::count(std::begin(kTypes), std::end(kTypes), type) == 1, "a result has a documented type");
@@ -107,7 +107,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         objects.emplace_back(document.get());
     }
     const auto release = [&] { objects.erase(objects.begin() + choices.below(objects.size())); };
-    // Keeps the rest of the bytes to choose the order of the last releases.
+    // The last eighth of the bytes chooses the order in which the objects that remain are released.
     while (choices.remaining_bytes() > size / 8) {
         const ComPtr<IDispatch> object = choices.of(objects);
         makeCall(*object, choices, objects);

@@ -1,5 +1,5 @@
-// Continues with the next piece of the document, or, after the value of an entity, with the text after the
-// reference to the entity.
+// Decides where the stream reads when a text is used up. At the end of an entity's value, the stream returns
+// to the text that follows the reference to the entity. Otherwise, it gets the next piece of the document.
 
 #include "parsing/character_stream.h"
 

@@ -42,8 +42,9 @@ public:
     {}
 
     Prescan document();
-    /// Scans the text as the value of an entity. The scanner calls this function for each declared general
-    /// entity whose value contains `<`, whether or not a reference uses the entity.
+    /// Scans the text as the value of an entity. The scanner of a document creates a second scanner and calls
+    /// this function for each declared general entity whose value contains `<`, even if no reference uses the
+    /// entity.
     Prescan value();
 
 private:
@@ -52,7 +53,7 @@ private:
     {
         QString text; // the value; for a parameter entity, with the spaces that the parser adds around it
         Kind kind = Kind::General;
-        qint64 literalLength = 0; // length of `text` after each quote is replaced with a reference
+        qint64 literalLength = 0; // length of `text` in a quoted value, where quotes are references
     };
 
     // The caller of each of the following functions has read the first characters of a construct. The
@@ -96,14 +97,14 @@ private:
 
     CharacterStream m_in;
     QMap<QString, Entity> m_entities; // not a hash: an attacker could choose names that collide
-    QString m_name;                   // name or number in a reference; a member to reuse its memory
+    QString m_name;                   // name or number of a reference; a member, because its memory is reused
     qsizetype m_longestName = 0;      // length of the longest name of a declared entity
     int m_generalEntities = 0;        // number of general entities with a value (not external)
     int m_parameterEntities = 0;
     int m_declarations = 0;
     qint64 m_referencesInValues = 0;
     qint64 m_searchedCharacters = 0; // number of characters in the names and values of entities
-    qint64 m_entityText = 0;         // number of characters of entity text, declared and spliced
+    qint64 m_entityText = 0;         // characters in declared values, plus characters inserted by references
     qint64 m_maxEntityText = limits::kEntityActivationThreshold;
     qint64 m_splicedLength = 0; // characters spliced into the current text, attribute value or entity value
     std::function<qint64()> m_length;

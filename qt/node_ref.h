@@ -10,15 +10,15 @@ namespace kelxml::qt
 
 /// The document that an object keeps alive; the object is a COM object or a value of the C++ layer. An object
 /// that is reached from another object keeps the same document alive. `handle` is null if the document has
-/// neither loaded nor created anything. If a node of another document is appended to or removed from an
-/// object with a null `handle`, the object returned for this node uses `fallback` to keep the node's document
-/// alive.
+/// neither loaded nor created anything. If a node of another document is then appended to the object, or
+/// removed from it, the call returns a new object for that node. The `fallback` of the new object is the
+/// node's document, which stays alive as long as the new object.
 struct DocumentRef
 {
     const QDomDocument& handle;
     const QDomDocument* fallback = nullptr; ///< used only if `handle` is null; `fallback` may also be null
 
-    /// Returns the document that the object keeps alive. Qt's nodes may point to this document.
+    /// Returns the document that the object keeps alive. Qt's nodes may have raw pointers to it.
     const QDomDocument& handleOrFallback() const { return handle.isNull() && fallback ? *fallback : handle; }
     /// Returns a copy of this reference. If this reference has no document, the copy has the document of
     /// `other` as its fallback.
@@ -26,8 +26,8 @@ struct DocumentRef
     {
         return {handle, handleOrFallback().isNull() ? &other.handleOrFallback() : fallback};
     }
-    /// Returns a second handle, which an object must keep in addition to `handle`. Returns null if `handle`
-    /// is not null, because `handle` is then enough.
+    /// If `handle` is null, it keeps no document alive. The object must then keep the handle that this
+    /// function returns. If `handle` is not null, the function returns null.
     std::unique_ptr<const QDomDocument> copyOfFallback() const
     {
         return handle.isNull() ? std::make_unique<const QDomDocument>(handleOrFallback()) : nullptr;

@@ -25,7 +25,8 @@ enum class AttributeOrder {
 struct Options
 {
     /// Number of spaces by which a child is indented more than its parent. With 0, no line is indented. With
-    /// -1, lines end only after comments, after processing instructions, and in and after the document type.
+    /// -1, line breaks are written only after comments, after processing instructions, inside the document
+    /// type and after the document type.
     int indent = 4;
     AttributeOrder attributeOrder = AttributeOrder::byName;
 };
@@ -34,8 +35,8 @@ struct Options
 /// `serialize`.
 using Sink = std::function<void(const QByteArray& bytes)>;
 
-/// Writes the same bytes as `QDomNode::save` with `EncodingFromDocument`, except for the order of attributes
-/// and declarations. A document is written in the encoding that the document declares. If the document
+/// Writes the same bytes as `QDomNode::save` with `EncodingFromDocument`, except for the order of attributes,
+/// notations and entities. A document is written in the encoding that the document declares. If the document
 /// declares no encoding, or an encoding that Qt does not know, the document is written in UTF-8. A node of
 /// any other type is written in UTF-8 and indented by one level. For a null node, nothing is written.
 ///
@@ -44,7 +45,8 @@ using Sink = std::function<void(const QByteArray& bytes)>;
 /// \param node The document of `node` must still exist, so call `trees::ensureValidOwnerDocument` first. If
 ///        `node` has no parent, the function does not look at the siblings of `node`, because the links from
 ///        `node` to its siblings may point to freed nodes.
-/// \param write called with the bytes of at least 16,384 UTF-16 units; the last call may pass fewer
+/// \param write receives the text in encoded pieces. Each piece but the last has at least 16,384 UTF-16 units
+///        before it is encoded
 /// \throw std::bad_alloc, and exceptions from `write`
 void serialize(const QDomNode& node, const Options& options, const Sink& write);
 

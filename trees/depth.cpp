@@ -1,7 +1,8 @@
 // Whether a subtree may be appended depends on the depth of the new parent plus the height of the subtree.
 // Depth and height are counted in levels. Each element is a level, and so is any other node with children.
 // Texts and other leaves that are not elements do not count as levels, and neither do attributes that contain
-// only a text: the limit leaves enough stack for these nodes.
+// only a text. The limit is low enough that functions that recurse over a tree have enough stack for them
+// too.
 
 #include "trees/depth.h"
 

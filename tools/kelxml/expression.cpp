@@ -96,7 +96,8 @@ private:
         return steps;
     }
 
-    /// Parses a list of arguments after its opening parenthesis, and then its closing parenthesis.
+    /// Parses a list of arguments and its closing parenthesis. The opening parenthesis has already been
+    /// parsed.
     std::vector<Argument> argumentList()
     {
         std::vector<Argument> arguments;

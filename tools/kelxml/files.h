@@ -23,9 +23,9 @@ std::string outputPath(const std::string& path);
 /// Prints the message of an exception to the standard error.
 void printError(const std::exception& error);
 
-/// Returns the stream to which a subcommand reports what it has done after it has saved a document to `path`.
-/// If `path` is "-", the document goes to the standard output, so the report goes to the standard error. For
-/// any other path, the report goes to the standard output.
+/// Returns the stream for the report of a subcommand that saves a document to `path`. If `path` is "-", the
+/// document goes to the standard output, so the report goes to the standard error. For any other path, the
+/// report goes to the standard output.
 std::ostream& reportStream(const std::string& path);
 
 } // namespace tool
