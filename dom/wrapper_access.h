@@ -46,8 +46,8 @@ struct WrapperAccess
     /// A destructor calls this function with members of its object. Releases `ownerDocument`. If
     /// `ownerElement` is not null, also releases `document` and `handle`, because these two members may point
     /// into the owner element. C++ alone would release the owner element first, because the owner element is
-    /// declared after the two members. If `ownerElement` is null, C++ releases the two members in the right
-    /// order.
+    /// declared after the two members. If `ownerElement` is null, leaves the two members to C++, which
+    /// releases them in the reverse order of their declaration.
     template <class QtHandle>
     static void releaseAllBefore(const QDomNode& ownerElement,
                                  kel::ComPtr<CMorvXMLDOMDocument>& ownerDocument, QDomDocument& document,

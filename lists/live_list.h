@@ -15,15 +15,15 @@
 namespace kelxml::lists
 {
 
-/// What a list contains: the children of `node`, or the descendants of `node` that are elements with a tag
-/// name.
+/// What a list contains: the children of `node`, or the descendant elements of `node` whose tag name is
+/// `tagName`.
 struct ListOrigin
 {
     qt::MovableNode node;
     QString tagName; ///< null for a list of children
 };
 
-/// Creates one of Qt's own lists. A COM node list object contains a list of Qt only because other binaries
+/// Creates one of Qt's own lists. A COM node list object contains such a list only because other binaries
 /// rely on the layout of the object. The library never reads nodes from the list of Qt.
 QDomNodeList makeQtList(const ListOrigin& origin);
 
@@ -55,8 +55,8 @@ private:
 /// Call this function before inserting `node` below `parent`, and before removing `node` from `parent`. Drops
 /// the caches of all lists that the change affects.
 void invalidate(const QDomNode& node, const QDomNode& parent);
-/// Call this function before replacing the top-level nodes of `document`. Drops the caches of the lists of
-/// `document` itself.
+/// Call this function before replacing the top-level nodes of `document`. Drops the caches of the lists whose
+/// `ListOrigin::node` is `document`.
 void invalidateContent(const QDomDocument& document);
 /// Whether any list has cached nodes. If no list has, there is nothing to invalidate.
 bool isAnyCached() noexcept;

@@ -1,8 +1,7 @@
 // Whether a subtree may be appended depends on the depth of the new parent plus the height of the subtree.
 // Depth and height are counted in levels. Each element is a level, and so is any other node with children.
 // Texts and other leaves that are not elements do not count as levels, and neither do attributes that contain
-// only a text. The limit is low enough that functions that recurse over a tree have enough stack for them
-// too.
+// only a text. The limit leaves enough stack for recursive functions to visit these nodes too.
 
 #include "trees/depth.h"
 
@@ -21,9 +20,9 @@ namespace kelxml::trees
 namespace
 {
 
-/// An upper bound for the number of levels inside any attribute so far. Qt needs quadratic time to list the
-/// attributes of an element. So a subtree is first measured without attributes, and this number of levels is
-/// kept in reserve for the attributes. If the subtree does not fit, the subtree is measured again with its
+/// An upper bound for the number of levels that any attribute has had so far. Qt needs quadratic time to list
+/// the attributes of an element. So a subtree is first measured without attributes, and this number of levels
+/// is kept in reserve for the attributes. If the subtree does not fit, the subtree is measured again with its
 /// attributes.
 std::atomic<int> levelsInAttributes{0};
 

@@ -124,7 +124,8 @@ using TypeOf = std::conditional_t<
     std::is_convertible_v<const Default&, std::string_view>, std::string,
     std::conditional_t<std::is_convertible_v<const Default&, std::wstring_view>, std::wstring, Default>>;
 
-/// A pointer to the variable that receives a value. The type of the variable decides which texts are valid.
+/// A pointer to the variable that receives a value. The value is parsed from a text, and the type of the
+/// variable decides which texts can be parsed.
 using Target =
     std::variant<std::string*, std::wstring*, bool*, long long*, unsigned long long*, float*, double*>;
 
