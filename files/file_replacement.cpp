@@ -134,13 +134,13 @@ struct Preserved
 /// Returns the permission bits of the new file. These bits let nobody do more with the new file than with the
 /// old file.
 ///
-/// Some users had access to the old file as its owner, as a member of its group, or through an entry of its
-/// access control list, but do not have this role for the new file. For such a user, the kernel checks the
-/// group's bits or the others' bits of the new file. So these bits must not allow anything that the role did
-/// not allow.
+/// The owner of the old file may not own the new file, the members of its group may not be in the group of
+/// the new file, and an entry of its access control list may be missing. For a user who loses access in this
+/// way, the kernel checks the group's bits or the others' bits of the new file. So these bits must not allow
+/// anything that the user could not do before.
 ///
-/// If the group changes, the members of the new group were among the others for the old file. So the group's
-/// bits of the new file must not allow more than the others' bits of the old file.
+/// If the group changes, the others' bits of the old file applied to the members of the new group. So the
+/// group's bits of the new file must not allow more than these bits did.
 mode_t restrictedMode(mode_t old, Preserved preserved)
 {
     const mode_t owner = old >> 6U & 7U;

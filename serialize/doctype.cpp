@@ -92,7 +92,7 @@ void writeEntity(const QDomEntity& entity, Output& output)
         name.insert(1, u' ');
     output.put(u"<!ENTITY ", name);
     if (entity.systemId().isNull() && entity.publicId().isNull()) {
-        // When Qt saves an entity, Qt also converts the value to UTF-8 and back.
+        // Convert to UTF-8 and back, as Qt does when it saves an entity.
         QString value = QString::fromUtf8(entity.nodeValue().toUtf8());
         value.replace(QLatin1String("&#"), QLatin1String("&#38;#"));
         value.replace(u'%', QLatin1String("&#60;")).replace(u'"', QLatin1String("&#34;"));

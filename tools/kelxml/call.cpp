@@ -61,9 +61,9 @@ struct CallResult
     HRESULT code;
 };
 
-/// Whether an argument is a null text. `invoke` first passes the word `null` in an expression as a null text.
-/// If the member's parameter is an object, the first call fails, and `invoke` calls the member again with a
-/// null object.
+/// Whether an argument is a null text. If an argument in an expression is the word `null`, `invoke` first
+/// passes a null text for it. If the member's parameter is an object, the first call fails, and `invoke`
+/// calls the member again with a null object.
 bool isNullText(const VARIANT& value)
 {
     return value.vt == VT_BSTR && !value.bstrVal;
@@ -248,8 +248,8 @@ std::string printableOnTerminal(const std::string& text)
     return isatty(STDOUT_FILENO) ? printable(text) : text;
 }
 
-/// Throws a `Failure` if the library could not load the document again after it has been saved. For example,
-/// a call by name can create an element with the name "1 x", which parsers refuse.
+/// Call this function before saving. Throws a `Failure` if the saved document could not be loaded. For
+/// example, a call by name can create an element with the name "1 x", which parsers refuse.
 void requireReadable(const kel::Document& document, const std::string& path)
 {
     try {
