@@ -120,8 +120,7 @@ std::uint64_t loopFoundFirst(QtTree& tree, Found found, Change kind)
     return elements.size() / lists.size();
 }
 
-/// Compares two loops: one runs alone, the other while a second thread runs the same loop on its own
-/// document.
+/// Runs the same loop twice: once alone, and once while a second thread runs it on another document.
 Pair twoThreads(const Size& size)
 {
     const auto work = [](LibraryTree& tree) {

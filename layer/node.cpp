@@ -47,7 +47,7 @@ Node::Node(IXMLDOMNode& node) : Node()
 {
     const std::optional<kelxml::dom::Child> known = kelxml::dom::recognise(&node);
     if (!known)
-        detail::refuse("taking a node", detail::reason::kForeign);
+        detail::refuse("creating a node from an interface", detail::reason::kForeign);
     Access::assign(*this, QDomNode(known->ref.node), known->ref.document.handleOrFallback());
 }
 

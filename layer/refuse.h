@@ -9,8 +9,8 @@
 namespace kel::detail
 {
 
-/// The reasons that the layer's own checks report. `refuse.cpp` contains the reasons for the changes that
-/// `trees/reported_changes` refuses.
+/// The reasons that the layer's own checks report. The reasons why `trees/reported_changes` refuses a change
+/// are in `refuse.cpp`.
 namespace reason
 {
 constexpr const char* kNull = "the node to change is null";
@@ -20,7 +20,7 @@ constexpr const char* kDeclarationPart = "a part of a document type cannot be a 
 constexpr const char* kDeclaration = "an XML declaration must come first in a document";
 constexpr const char* kSecondRoot = "the document has a root element already";
 constexpr const char* kTextInDocument = "a document has no text of its own";
-constexpr const char* kComment = "a comment cannot contain two hyphens in a row, nor end in one";
+constexpr const char* kComment = "a comment cannot contain two hyphens in a row or end with a hyphen";
 constexpr const char* kCData = "a CDATA section cannot contain ]]>";
 constexpr const char* kInstruction = "an instruction cannot contain ?>";
 } // namespace reason

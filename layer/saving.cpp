@@ -1,4 +1,5 @@
-// Writes to a new file. If writing fails, reports the system's reason.
+// Writes a new file, which `commit` puts in the place of the old file. If writing fails, reports the system's
+// reason.
 
 #include "layer/saving.h"
 

@@ -30,7 +30,7 @@ QString toText(TextView text);
 QString toContent(TextView text);
 
 /// Does what `toContent` does, except for a `wchar_t` that is not a Unicode character: this function replaces
-/// the `wchar_t` with U+FFFD. The XML filer does the same.
+/// the `wchar_t` with U+FFFD. `IKelXmlFiler` does the same.
 QString toCharacters(TextView text);
 
 /// Converts a name. \throw Error if `toText` would throw, or if Qt's parser would not read the text as a name

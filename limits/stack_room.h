@@ -11,8 +11,8 @@ namespace kelxml::limits
 /// \throw std::bad_alloc if there is too little memory to look up the stack
 bool hasRoomToParse(int nesting);
 
-/// The maximum depth of a tree that Qt can save on the free stack of the calling thread. Never more than
-/// `kMaxNodeDepth`.
+/// The depth of the deepest tree that Qt can save without exhausting the free stack of the calling thread.
+/// Never more than `kMaxNodeDepth`.
 /// \throw std::bad_alloc if there is too little memory to look up the stack
 int depthThatCanBeSaved();
 

@@ -123,8 +123,8 @@ TYPEATTR attributesOf(const InterfaceDescription& interface, const TLIBATTR& lib
     return attributes;
 }
 
-/// Gives each declared type a number. The number of a described interface is its index for
-/// `ITypeLib::GetTypeInfo`. All other declared types have higher numbers.
+/// Gives each declared type a number. If the type is one of `library.interfaces`, its number is its index for
+/// `ITypeLib::GetTypeInfo`. All other types have higher numbers.
 void numberTypes(LibraryDescription& library)
 {
     auto next = static_cast<HREFTYPE>(library.interfaces.size());

@@ -112,7 +112,7 @@ TEST_F(Layer, ARefusedChangeChangesNothingAndSaysWhy)
         {[&] { document.append("second"); }, "appending a node: the document has a root element already"},
         {[&] { empty.append(root.appendText("")); }, "appending a node: a document has no text of its own"},
         {[&] { root.appendComment("a--b"); },
-         "appending a node: a comment cannot contain two hyphens in a row, nor end in one"},
+         "appending a node: a comment cannot contain two hyphens in a row or end with a hyphen"},
         {[&] { root.appendCData("]]>"); }, "appending a CDATA section: a CDATA section cannot contain ]]>"},
         {[&] { root.appendInstruction("x", "?>"); }, "appending a node: an instruction cannot contain ?>"},
     };
@@ -293,7 +293,7 @@ TEST_F(Layer, AWriterRefusesWhatNoParserCouldRead)
         {[&] { writer.text("x\x01y"); }, "invalid text: XML does not allow the character U+0001"},
         {[&] { writer.comment(L"\xFFFE"); }, "invalid text: XML does not allow the character U+FFFE"},
         {[&] { writer.comment("-"); },
-         "writing a comment: a comment cannot contain two hyphens in a row, nor end in one"},
+         "writing a comment: a comment cannot contain two hyphens in a row or end with a hyphen"},
         {[&] { writer.instruction("x", "?>"); }, "writing an instruction: an instruction cannot contain ?>"},
         {[&] { closed.element("r", ""), closed.element("r"); },
          "writing an element: the document has a root element already"},

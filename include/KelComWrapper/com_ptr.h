@@ -64,7 +64,7 @@ public:
     /// Gives the reference to the caller, who must release it. This pointer becomes empty.
     [[nodiscard]] T* detach() noexcept { return std::exchange(m_object, nullptr); }
     /// Releases the reference and becomes empty. Returns the address of the raw pointer, to pass as an
-    /// out-parameter. This object will own the reference that is written there.
+    /// out-parameter. This `ComPtr` will own the reference that is written to the address.
     T** put() noexcept
     {
         reset();

@@ -168,10 +168,10 @@ public:
     virtual HRESULT GetImplTypeFlags(UINT index, INT* flags) = 0;
     /// Looks up the identifiers of a member and of its parameters, as `IDispatch::GetIDsOfNames` describes.
     virtual HRESULT GetIDsOfNames(wchar_t** names, UINT count, MEMBERID* identifiers) = 0;
-    /// Calls a member of an object through the object's vtable. `instance` must point to that interface of
-    /// the object which this `ITypeInfo` describes. The object stays alive until the call returns.
-    /// `IDispatch::Invoke` explains the other parameters and the result codes. In addition, this function
-    /// returns `E_INVALIDARG` if `instance` is null.
+    /// Calls a member of an object through the object's vtable. This `ITypeInfo` describes one interface:
+    /// `instance` must be the object's pointer to that interface. The object stays alive until the call
+    /// returns. `IDispatch::Invoke` explains the other parameters and the result codes. In addition, this
+    /// function returns `E_INVALIDARG` if `instance` is null.
     virtual HRESULT Invoke(void* instance, MEMBERID member, WORD flags, DISPPARAMS* parameters,
                            VARIANT* result, EXCEPINFO* exception, UINT* badArgument) = 0;
     /// Returns the name of a member or of the interface. There is no documentation and no help. Any

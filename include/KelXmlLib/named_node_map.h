@@ -60,7 +60,8 @@ private:
     QDomNamedNodeMap m_map;
     /// This object's own document object. Released before the other members.
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument;
-    /// Keeps the Qt document alive. Null if this object is older than the document's content.
+    /// Keeps the Qt document alive. Null if this object was created before the document loaded or created
+    /// anything.
     QDomDocument m_document;
     /// Used only if `m_document` is null: keeps the Qt document of the attributes alive.
     std::unique_ptr<const QDomDocument> m_fallbackDocument;

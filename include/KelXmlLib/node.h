@@ -1,6 +1,6 @@
-/// \file
-/// The class of generic nodes. A generic node is an object for a node that is not a document, an element or
-/// an attribute. If a parent is a document, `get_parentNode` returns a generic node for that document too.
+/// \file The class of generic nodes. A generic node is an object for a node that is not a document, an
+/// element or an attribute. There is one exception: if a parent is a document, `get_parentNode` returns a
+/// generic node for it.
 
 #pragma once
 
@@ -85,7 +85,8 @@ private:
     QDomNode m_node;
     /// This object's own document object. Released before the other members.
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument;
-    /// Keeps the Qt document alive. Null if this object is older than the document's content.
+    /// Keeps the Qt document alive. Null if this object was created before the document loaded or created
+    /// anything.
     QDomDocument m_document;
     /// Used only if `m_document` is null: keeps the Qt document of `m_node` alive.
     std::unique_ptr<const QDomDocument> m_fallbackDocument;
