@@ -10,6 +10,7 @@
 #include <charconv>
 #include <limits>
 #include <new>
+#include <utility>
 
 namespace kel::detail
 {
@@ -184,10 +185,10 @@ Converted convert(TextView text)
 
 QString toText(TextView text)
 {
-    const Converted converted = convert(text);
+    Converted converted = convert(text);
     if (converted.fault)
         throw Error(E_INVALIDARG, kInvalid, converted.fault);
-    return converted.text;
+    return std::move(converted.text);
 }
 
 QString toContent(TextView text)

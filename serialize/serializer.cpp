@@ -96,11 +96,6 @@ private:
     void writeComment(const QDomNode& comment, bool isAfterText);
     void writeDoctypeBefore(const QDomNode& node);
     void indent() { m_output.putSpaces(std::max(0, m_options.indent) * m_depth); }
-    template <class... Texts>
-    void put(const Texts&... texts)
-    {
-        m_output.put(texts...);
-    }
 
     const Options& m_options;
     Output& m_output;
@@ -157,16 +152,16 @@ qt::MovableNode Serializer::begin(const QDomNode& node, bool isAfterText)
         writeAttribute(Attribute(QDomNode(node)), nullptr);
         break;
     case QDomNode::CDATASectionNode:
-        put(u"<![CDATA[", node.nodeValue(), u"]]>");
+        m_output.put(u"<![CDATA[", node.nodeValue(), u"]]>");
         break;
     case QDomNode::EntityReferenceNode:
-        put(u'&', localNameOf(node), u';');
+        m_output.put(u'&', localNameOf(node), u';');
         break;
     case QDomNode::EntityNode:
         writeEntity(node.toEntity(), m_output);
         break;
     case QDomNode::ProcessingInstructionNode:
-        put(u"<?", localNameOf(node), u' ', node.nodeValue(), u"?>\n");
+        m_output.put(u"<?", localNameOf(node), u' ', node.nodeValue(), u"?>\n");
         break;
     case QDomNode::CommentNode:
         writeComment(node, isAfterText);
@@ -191,7 +186,7 @@ void Serializer::end(const OpenNode& open, bool isAfterText)
     --m_depth;
     if (!isAfterText)
         indent();
-    put(u"</", open.name, u'>');
+    m_output.put(u"</", open.name, u'>');
 }
 
 void Serializer::endLineAfter(const QDomNode& node, const QDomNode& next)
@@ -199,7 +194,7 @@ void Serializer::endLineAfter(const QDomNode& node, const QDomNode& next)
     if (next.isText())
         return;
     if (node.isComment() || (node.isElement() && m_options.indent != -1))
-        put(u'\n');
+        m_output.put(u'\n');
 }
 
 qt::MovableNode Serializer::beginElement(const QDomNode& node, bool isAfterText)
@@ -211,24 +206,24 @@ qt::MovableNode Serializer::beginElement(const QDomNode& node, bool isAfterText)
     const QString namespaceUri = node.namespaceURI();
     if (!namespaceUri.isNull() && !prefix.isEmpty())
         m_name = prefix + u':' + m_name;
-    put(u'<', m_name);
+    m_output.put(u'<', m_name);
     if (!namespaceUri.isNull()) {
-        put(u" xmlns");
+        m_output.put(u" xmlns");
         if (!prefix.isEmpty())
-            put(u':', prefix);
-        put(u"=\"");
+            m_output.put(u':', prefix);
+        m_output.put(u"=\"");
         m_output.putEscaped(namespaceUri, {true, false, false});
-        put(u'"');
+        m_output.put(u'"');
     }
     writeAttributes(node.toElement());
     qt::MovableNode child = node.firstChild();
     if (child.isNull()) {
-        put(u"/>");
+        m_output.put(u"/>");
         return child;
     }
-    put(u'>');
+    m_output.put(u'>');
     if (!child.isText() && m_options.indent != -1)
-        put(u'\n');
+        m_output.put(u'\n');
     ++m_depth;
     return child;
 }
@@ -245,7 +240,7 @@ void Serializer::writeAttributes(const QDomElement& element)
         std::sort(attributes.begin(), attributes.end());
     QSet<QString> declared;
     for (const Attribute& attribute : attributes) {
-        put(u' ');
+        m_output.put(u' ');
         writeAttribute(attribute, &declared);
     }
 }
@@ -254,9 +249,9 @@ void Serializer::writeAttributes(const QDomElement& element)
 ///        is written without its element
 void Serializer::writeAttribute(const Attribute& attribute, QSet<QString>* declared)
 {
-    put(attribute.name, u"=\"");
+    m_output.put(attribute.name, u"=\"");
     m_output.putEscaped(attribute.node.nodeValue(), kInAttribute);
-    put(u'"');
+    m_output.put(u'"');
     const QString namespaceUri = attribute.node.namespaceURI();
     if (namespaceUri.isNull())
         return;
@@ -265,9 +260,9 @@ void Serializer::writeAttribute(const Attribute& attribute, QSet<QString>* decla
         return;
     if (declared)
         declared->insert(prefix);
-    put(u" xmlns:", prefix, u"=\"");
+    m_output.put(u" xmlns:", prefix, u"=\"");
     m_output.putEscaped(namespaceUri, kInAttribute);
-    put(u'"');
+    m_output.put(u'"');
 }
 
 void Serializer::writeText(const QDomNode& text)
@@ -281,7 +276,7 @@ void Serializer::writeComment(const QDomNode& comment, bool isAfterText)
     if (!isAfterText)
         indent();
     const QString text = comment.nodeValue();
-    put(u"<!--", text, text.endsWith(u'-') ? u" -->" : u"-->");
+    m_output.put(u"<!--", text, text.endsWith(u'-') ? u" -->" : u"-->");
 }
 
 /// Writes the document type before `node`. Does nothing if `node` is the XML declaration, because the XML

@@ -31,16 +31,23 @@ bool isInTreeOf(const QDomNode& node, const QDomNode& top)
     return !at.isNull();
 }
 
+/// The reason why `child` cannot be a child of `parent`, apart from the depth limit; `None` if there is no
+/// reason.
+Refusal refusalOf(const QDomNode& parent, const QDomNode& child)
+{
+    if (child.isDocument())
+        return Refusal::WholeDocument;
+    if (child.isAttr())
+        return Refusal::Attribute;
+    return isInTreeOf(parent, child) ? Refusal::Ring : Refusal::None;
+}
+
 } // namespace
 
 Refusal append(const qt::NodeRef& parent, const qt::NodeRef& child)
 {
-    if (child.node.isDocument())
-        return Refusal::WholeDocument;
-    if (child.node.isAttr())
-        return Refusal::Attribute;
-    if (isInTreeOf(parent.node, child.node))
-        return Refusal::Ring;
+    if (const Refusal refusal = refusalOf(parent.node, child.node); refusal != Refusal::None)
+        return refusal;
     appendChild(parent, child);
     return parent.node.lastChild() == child.node ? Refusal::None : Refusal::TooDeep;
 }
@@ -50,7 +57,7 @@ Refusal insertBefore(const qt::NodeRef& parent, const qt::NodeRef& child, const 
     if (!isChildOf(parent.node, reference.node))
         return Refusal::NotAChild;
     if (child.node == reference.node)
-        return child.node.isAttr() ? Refusal::Attribute : Refusal::None;
+        return refusalOf(parent.node, child.node);
     const Refusal refusal = append(parent, child);
     if (refusal == Refusal::None)
         QDomNode(parent.node).insertBefore(child.node, reference.node); // safe within one parent
