@@ -36,7 +36,7 @@ public:
     File() = default;
     explicit File(const Path& path) : QFile(path.name()) {}
 
-    /// Opens the file for writing. Creates the file if there is none, and truncates an existing file.
+    /// Opens the file for writing. Creates the file if it does not exist, and truncates it if it does.
     bool openForWriting() { return open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text); }
 };
 

@@ -60,7 +60,7 @@ bool isLink(const std::string& path)
     return lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
-/// Returns a path to an open file. `linkat` needs this path to give a name to a file that has none.
+/// Returns a path to an open file. `linkat` needs this path to give an unnamed file its name.
 std::string procPathOf(const Descriptor& file)
 {
     return "/proc/self/fd/" + std::to_string(file.number());

@@ -78,8 +78,8 @@ HRESULT followOnce(const VARIANT& reference, VARIANT& plain)
     return S_OK;
 }
 
-/// A number as a sign and a fraction. A denominator of 0 stands for infinity, NaN, or a number far too large
-/// for 32 bits.
+/// A number as a sign and a fraction. The denominator is 0 for infinity, for NaN, and for numbers that are
+/// far too large for 32 bits.
 struct Fraction
 {
     bool isNegative;

@@ -154,7 +154,7 @@ struct OutOfMemory : DomTest
                filer.writeElmBegin(L"e", L"text") | filer.writeElmEnd() | filer.writeDocEnd() | filer.close();
     }
 
-    /// The result code that stands for an exception.
+    /// Recorded in place of a result code if the call throws.
     static constexpr HRESULT kThrown = 7777;
     const Bstr name{L"name"}, x{L"x"}, tag{L"b"}, words{L"text"}, xml{L"<n y='2'>u<!--k--></n>"};
     const Variant one{1}, string{L"text"};

@@ -41,7 +41,7 @@ struct LastCalls
     ~LastCalls()
     {
         requireEqual<int>(filer->writeText(L"\u00e4"), 0, "an open filer works");
-        filer->writeDocEnd();
+        requireEqual<int>(filer->writeDocEnd(), 0, "an open filer works");
         filer.reset();
         write("<r>\u00e4</r>\n");
         requireOk(document->load(path.get(), nullptr), "load", hasCodecs);

@@ -127,4 +127,4 @@ constexpr DISPID DISPID_VALUE = 0;        ///< the default member, which is `ite
 constexpr DISPID DISPID_UNKNOWN = -1;     ///< returned instead of an identifier for an unknown name
 constexpr DISPID DISPID_PROPERTYPUT = -3; ///< marks an argument as the value of a property put
 constexpr DISPID DISPID_NEWENUM = -4;     ///< `_newEnum` in the collections
-constexpr MEMBERID MEMBERID_NIL = -1;     ///< stands for the interface itself, not for a member
+constexpr MEMBERID MEMBERID_NIL = -1;     ///< identifies the interface itself, not a member

@@ -67,7 +67,7 @@ public:
     virtual KelXmlLib::eStatus writeElmBegin(const wchar_t* name, const wchar_t* text) = 0;
     /// Ends the innermost open element.
     virtual KelXmlLib::eStatus writeElmEnd() = 0;
-    /// Does the same as `writeElmEnd`.
+    /// Ends the innermost open element, exactly as the previous function does.
     virtual KelXmlLib::eStatus writeElmFullEnd() = 0;
     /// Writes nothing: use `writeAttribute`.
     /// \param name must not be missing

@@ -6,7 +6,7 @@
 
 #include <string>
 
-/// \return the error of `GetIDsOfNames`; if there is none, the result of `Invoke`
+/// \return the error code of `GetIDsOfNames` if it fails, else the result of `Invoke`
 inline HRESULT callByName(IDispatch& object, std::wstring name, WORD flags, kel::Variant& result,
                           DISPPARAMS parameters = {})
 {

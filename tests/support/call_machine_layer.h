@@ -60,7 +60,7 @@ inline void compare(const HeldValue& held)
                  "attributes() fits the model");
 }
 
-/// \param replaced the child that `child` replaces; null if there is none
+/// \param replaced the child that `child` replaces, or null
 /// \return whether the layer accepts `child` below `parent`
 inline bool fitsInLayer(const NodePtr& parent, const NodePtr& child, const NodePtr& replaced = nullptr)
 {

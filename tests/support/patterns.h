@@ -11,7 +11,7 @@ namespace keltest
 {
 
 /// Repeats each piece in braces: `{piece}` n times, `{piece|7}` 7 times, `{piece|-7}` n - 7 times. In a
-/// piece, `@` stands for the number of the repetition, counted from 0.
+/// piece, `@` becomes the number of the repetition, counted from 0.
 inline QString expand(const std::string& pattern, int n)
 {
     QStringList parts = QString::fromStdString(pattern).split(u'{');

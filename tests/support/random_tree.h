@@ -70,7 +70,7 @@ public:
     }
 
 private:
-    // Words, separated by bars. "null" stands for a null string.
+    // Words, separated by bars. "null" means a null string.
     static constexpr const char* kNames =
         "a|b|p:a|q:b|xmlns|xmlns:p|p:|:|a=\"1\" b|<&>\"|]]>|xml|\xC3\xA9|%e";
     static constexpr const char* kSpaces = "null||urn:x|<\"&\r\n\t]]>";

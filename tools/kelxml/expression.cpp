@@ -148,8 +148,8 @@ private:
         return text;
     }
 
-    /// Returns the character that an escape sequence stands for. `m_position` must be just after the
-    /// backslash, and does not change.
+    /// Returns the character that an escape sequence means. `m_position` must be just after the backslash,
+    /// and does not change.
     wchar_t escaped()
     {
         switch (peek()) {
