@@ -1,4 +1,4 @@
-// Smart pointers to the descriptions that an ITypeInfo returns.
+// Smart pointers to the descriptions that an ITypeInfo returns: TYPEATTR and FUNCDESC.
 
 #pragma once
 

@@ -1,5 +1,5 @@
-// Implements the IDispatch methods as a template, and instantiates the template for the six interfaces that
-// the library implements.
+// Defines the methods of the class template IDispatchImpl, and instantiates the template for the six
+// interfaces that the library implements.
 
 #include "KelXmlLib/dispatch_impl.h"
 

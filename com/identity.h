@@ -1,5 +1,5 @@
-// The COM basics of an object: QueryInterface for a list of interfaces, and a reference count that is not
-// atomic.
+// The COM basics of an object: QueryInterface for a list of interfaces, and a reference count. The count is
+// not atomic, because only one thread at a time uses an object.
 
 #pragma once
 
@@ -10,9 +10,9 @@
 namespace kelxml::com
 {
 
-/// Implements `QueryInterface`. Returns the address of `self` for every identifier in `supported`. This is
-/// valid because classes use only single inheritance, so all interfaces of an object begin at the object's
-/// address.
+/// Implements `QueryInterface`. For every identifier in `supported`, stores the address of `self` in `*ppv`.
+/// All interfaces of an object begin at this address, because each class has only one base with virtual
+/// functions, and each interface has only one base interface.
 template <class Object>
 HRESULT queryInterface(Object& self, std::initializer_list<const GUID*> supported, const GUID& riid,
                        void** ppv)

@@ -1,6 +1,6 @@
-// Each object caches the names of its interface's members when it loads the type information. After that, the
-// object finds a single name in the cache if the name has the spelling and the case of a member. For all
-// other names, the object asks the type information.
+// Each object caches the names of its interface's members when it loads the type information. A later lookup
+// of one name uses the cache if the name matches a member exactly, including case. All other lookups ask the
+// type information.
 
 #include "com/description_ptr.h"
 
@@ -17,7 +17,7 @@ HRESULT CComTypeInfoHolder::LoadNameCache(ITypeInfo* typeInfo)
     TYPEATTR* borrowed = nullptr;
     if (FAILED(typeInfo->GetTypeAttr(&borrowed)))
         return S_OK;
-    const DescriptionPtr<TYPEATTR> attributes(borrowed, {typeInfo}); // outlives each FUNCDESC of `readName`
+    const DescriptionPtr<TYPEATTR> attributes(borrowed, {typeInfo}); // released after all FUNCDESCs
 
     m_pMap.reset();
     m_nCount = attributes->cFuncs;

@@ -19,8 +19,8 @@ constexpr std::pair<const GUID*, std::size_t> kSlots[] = {
     {&IID_IXMLDOMNode, 43},      {&IID_IXMLDOMDocument, 76}, {&IID_IXMLDOMElement, 52},
     {&IID_IXMLDOMAttribute, 46}, {&IID_IXMLDOMNodeList, 12}, {&IID_IXMLDOMNamedNodeMap, 17}};
 
-/// Whether `typeInfo` describes more vtable slots than objects of this library have for `interface`. A call
-/// of a slot that an object does not have would crash.
+/// Whether `typeInfo` describes more vtable slots than objects of this library have for `interface`. Calling
+/// a slot that an object does not have would crash.
 bool hasMoreSlotsThanObject(ITypeInfo& typeInfo, const GUID& interface)
 {
     TYPEATTR* borrowed = nullptr;
@@ -43,7 +43,7 @@ HRESULT CComTypeInfoHolder::GetTI(LCID)
     wchar_t path[KelTypelib::PathCapacity] = {};
     if (const HRESULT found = KelTypelib::GetTlbFilePath(*m_plibid, path); FAILED(found))
         return found;
-    ITypeLib* library = nullptr; // borrowed: the registry keeps the library alive
+    ITypeLib* library = nullptr; // borrowed from the type-library service
     if (const HRESULT loaded = KelTypelib::LoadTypeLib(path, &library); FAILED(loaded))
         return loaded;
     const HRESULT obtained = library->GetTypeInfoOfGuid(*m_pguid, m_pInfo.put());

@@ -1,6 +1,7 @@
-// Each function recognises the child, changes the tree with `trees/append_remove`, and stores a new object
-// for the child in `result`. Each function returns S_OK even if Qt or the library refuses the change. A
-// caller can see a refusal only in the `result` of an element's `removeChild`.
+// Each function checks that the child is an object of this library, changes the tree with
+// `trees/append_remove`, and stores a new object for the child in `result`. If the child is a foreign object,
+// the function returns S_FALSE. If Qt or the library refuses the change for another reason, the function
+// returns S_OK. The caller can see such a refusal only in the `result` of an element's `removeChild`.
 
 #include "dom/append_remove.h"
 
@@ -14,7 +15,7 @@ namespace kelxml::dom
 namespace
 {
 
-/// \param change a function that changes the tree. It returns the node for which `result` gets an object
+/// \param change a function that changes the tree and returns the node that the object in `result` represents
 template <class Change>
 HRESULT changeTree(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result, Change change)
 {
@@ -26,8 +27,8 @@ HRESULT changeTree(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result
     MovableNode node = change(*known);
     if (!result)
         return S_OK;
-    // `child` may come from another document than `self`. The new object gets the document of `self`. If
-    // `self` has no document yet, the new object keeps the document of `child` alive.
+    // `child` may belong to another document than `self`. The new object keeps the document of `self` alive.
+    // If `self` has no document yet, the new object keeps the document of `child` alive.
     wrapAs(known->type, std::move(node), self.document.withFallback(known->ref.document), result);
     return S_OK;
 }

@@ -13,8 +13,7 @@ HRESULT removeChild(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** resul
 
 /// Implements `IXMLDOMElement::removeChild`. If `child` is an element, `result` gets an object for the node
 /// that Qt removed. If `child` is an element but not a child of `self`, Qt removes nothing, and `result` gets
-/// an object without a Qt node. If `child` is not an element, the result is that of the function
-/// `removeChild` above.
+/// an object without a Qt node. If `child` is not an element, does the same as `removeChild`.
 HRESULT removeChildOfElement(const NodeRef& self, IXMLDOMNode* child, IXMLDOMNode** result);
 
 } // namespace kelxml::dom

@@ -7,7 +7,7 @@
 namespace kelxml::dom
 {
 
-// The vtables of the four node classes, declared by the symbols that the C++ ABI of Linux gives them.
+// The vtables of the four node classes, declared under their symbol names in the C++ ABI of Linux.
 extern const void* const kElementVtable[] asm("_ZTV18CMorvXMLDOMElement");
 extern const void* const kNodeVtable[] asm("_ZTV15CMorvXMLDOMNode");
 extern const void* const kAttributeVtable[] asm("_ZTV20CMorvXMLDOMAttribute");
@@ -16,8 +16,8 @@ extern const void* const kDocumentVtable[] asm("_ZTV19CMorvXMLDOMDocument");
 namespace
 {
 
-/// Whether `object` is of the class that has `vtable`. False for an object of a derived class, because a
-/// derived class has a vtable of its own.
+/// Whether `vtable` is the vtable of the class of `object`. An object of a derived class does not match,
+/// because the derived class has a vtable of its own.
 bool hasVtable(const void* object, const void* const* vtable)
 {
     const void* found = nullptr;

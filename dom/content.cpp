@@ -1,5 +1,4 @@
-// Each function converts between the types of COM and the types of Qt. The functions in `trees/content` make
-// all changes.
+// Converts between the types of COM and the types of Qt. The functions in `trees/content` make all changes.
 
 #include "dom/content.h"
 

@@ -1,5 +1,5 @@
-// Loads and saves documents with Qt's parser and writer. A method that fails returns S_FALSE. Only write
-// errors are not reported: after a write error, `save` returns S_OK.
+// Loads and saves documents with Qt's parser and writer. A method that fails returns S_FALSE, with one
+// exception: after a write error, `save` returns S_OK.
 
 #include "KelXmlLib/document.h"
 

@@ -16,8 +16,9 @@ HRESULT attributes(const NodeRef& self, IXMLDOMNamedNodeMap** attributes);
 HRESULT elementsByTagName(const NodeRef& self, const wchar_t* name, IXMLDOMNodeList** list);
 HRESULT storeType(DOMNodeType type, DOMNodeType* out);
 
-/// Stores the owner document of a node object in `document`. If `owner` is null, asks Qt for the owner
-/// document and caches an object for this document in `owner`.
+/// Stores the document object of `self` in `document`.
+/// \param owner the document object that the node object has cached. If `owner` is null, this function asks
+///        Qt for the owner document of `self` and stores a new object for that document in `owner`
 HRESULT ownerDocument(const NodeRef& self, kel::ComPtr<CMorvXMLDOMDocument>& owner,
                       IXMLDOMDocument** document);
 

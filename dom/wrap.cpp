@@ -1,5 +1,5 @@
-// When a method returns a new object for a node or a collection, the new object gets an owner document object
-// of its own. Both refer to the Qt document of the object on which the method was called.
+// When a method returns a new object for a node or a collection, the new object gets a document object of its
+// own. The new object and its document object refer to the Qt document of the object whose method was called.
 
 #include "dom/wrap.h"
 

@@ -22,9 +22,9 @@ void createObject(Source&& source, const DocumentRef& document, Interface** out)
     *out = wrapper.detach();
 }
 
-/// Creates an object for `node` and stores the object in `out`. The object is an element object or an
-/// attribute object if `type` says so. For any other `type`, the object is a generic node object.
-/// \param type the type of `node`. If `node` is null, `type` only selects the class of the object
+/// Creates an object for `node` and stores the object in `out`.
+/// \param type the type of `node`, unless `node` is null. `NODE_ELEMENT` selects the class of element objects
+///        and `NODE_ATTRIBUTE` the class of attribute objects. All other types select the generic node class
 /// \param node may be null. The object then has no Qt node
 void wrapAs(DOMNodeType type, MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out);
 

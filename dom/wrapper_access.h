@@ -43,11 +43,11 @@ struct WrapperAccess
     /// when a document is loaded or a node is created.
     static void makeDocument(CMorvXMLDOMDocument& document) { document.m_document.createDocumentFragment(); }
 
-    /// A destructor calls this function with members of its object. Releases `ownerDocument`. If
-    /// `ownerElement` is not null, also releases `document` and `handle`, because these two members may point
-    /// into the owner element. C++ alone would release the owner element first, because the owner element is
-    /// declared after the two members. If `ownerElement` is null, leaves the two members to C++, which
-    /// releases them in the reverse order of their declaration.
+    /// Call this function in the destructor of an object. All arguments are members of the object. Releases
+    /// `ownerDocument`. If `ownerElement` is not null, also releases `document` and `handle`, because these
+    /// two members may refer to the owner element. C++ would release the owner element first, because
+    /// `ownerElement` is declared after the two members. If `ownerElement` is null, leaves the two members to
+    /// C++, which releases them after the body of the destructor.
     template <class QtHandle>
     static void releaseAllBefore(const QDomNode& ownerElement,
                                  kel::ComPtr<CMorvXMLDOMDocument>& ownerDocument, QDomDocument& document,

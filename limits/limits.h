@@ -11,9 +11,8 @@ namespace kelxml::limits
 /// model. Of all operations on a tree, saving needs the most stack: about 1.4 KiB per level. At the limit,
 /// saving needs 2.9 MB of stack; the stack usually has 8 MiB.
 constexpr int kMaxNesting = 2048;
-/// Maximum number of levels in a tree. Each element is a level, and so is any other node with children. This
-/// limit is equal to `kMaxNesting`, the limit for texts, so that the saved text of any tree can be loaded
-/// again.
+/// Maximum number of levels in a tree. Each element is a level, and so is any other node with children. The
+/// limit is equal to `kMaxNesting`, so that no saved tree is too deep to be loaded again.
 constexpr int kMaxElementDepth = kMaxNesting;
 /// Maximum depth of nodes of any type: the deepest element may have an attribute, and the attribute a text.
 constexpr int kMaxNodeDepth = kMaxElementDepth + 2;
@@ -27,10 +26,11 @@ constexpr int kMaxEntityDeclarations = 4096;
 /// reference, it moves the rest of the value. At the limit, these searches and moves take at most four
 /// seconds.
 constexpr qint64 kMaxEntitySearch = 4'000'000'000;
-/// Number of characters of entity text that a document of any length may declare and expand before the
-/// amplification is checked. In the tree, this number of characters takes a few megabytes.
+/// Number of characters of entity text that any document may have, however short it is. Entity text consists
+/// of the values of entities and the text that replaces references to entities. Only documents with more
+/// entity text are checked for amplification. In the tree, this number of characters takes a few megabytes.
 constexpr qint64 kEntityActivationThreshold = 1'000'000;
-/// Maximum amplification: the ratio of entity text, declared and expanded, to the length of the document.
+/// Maximum amplification: the ratio of entity text to the length of the document.
 constexpr int kMaxEntityAmplification = 10;
 /// The smallest length that is too long for a `QString`. Every text, attribute value and entity value must be
 /// shorter, both as written and with all references expanded.

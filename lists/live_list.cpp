@@ -27,8 +27,8 @@ namespace
 constexpr std::size_t kMinCachedLength = 8;
 
 /// An entry of the registry of lists: the address of the node whose children or descendants are listed,
-/// whether the list is by tag name, the tag name, and the list itself. Sorting puts the entries of one node
-/// next to each other.
+/// whether the list is by tag name, the tag name, and the list itself. The registry is sorted, so the entries
+/// of one node are next to each other.
 using Entry = std::tuple<std::uintptr_t, bool, QString, LiveList*>;
 
 /// One part of the registry. The registry is divided into parts so that threads seldom wait for each other. A

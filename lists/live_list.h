@@ -1,8 +1,8 @@
 // Live lists of nodes. Our lists read their nodes from the tree itself, because Qt's lists keep pointers to
 // freed nodes.
 //
-// After every change of a document, Qt's lists are read again from the start. So a loop over such a list that
-// sets an attribute at each step takes quadratic time. Our long lists cache their nodes, and a list drops its
+// After every change of a document, Qt re-reads its lists from the start. So a loop over one of Qt's lists
+// takes quadratic time if each step sets an attribute. Our long lists cache their nodes, and a list drops its
 // cache only when nodes of the list are inserted or removed.
 
 #pragma once
@@ -24,7 +24,7 @@ struct ListOrigin
 };
 
 /// Creates one of Qt's own lists. A COM node list object contains such a list only because other binaries
-/// rely on the layout of the object. The library never reads nodes from the list of Qt.
+/// rely on the layout of the object. The library never reads nodes from Qt's list.
 QDomNodeList makeQtList(const ListOrigin& origin);
 
 class LiveList

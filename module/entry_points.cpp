@@ -1,5 +1,4 @@
-// The functions that the host's module loader calls, and the object map, which lists the classes that hosts
-// can create.
+// The entry points of the library, and the object map, which lists the classes that hosts can instantiate.
 
 #include "KelXmlLib/module.h"
 
@@ -23,7 +22,7 @@ const ObjectMapEntry* _xmlModule = nullptr;
 
 int DllMain(void*, unsigned int reason, void*)
 {
-    // Do not write `_xmlModule` if it is already set, because another thread may be reading `_xmlModule`.
+    // If `_xmlModule` is already set, do not write it again, because another thread may be reading it.
     if (reason == kProcessAttach && _xmlModule != objectMap)
         _xmlModule = objectMap;
     return 1;

@@ -9,8 +9,8 @@
 namespace kelxml::qt
 {
 
-/// A `QDomNode` with move operations. Qt's class can only be copied. Copying needs two atomic operations. In
-/// a walk from node to node, these two operations would take most of the time.
+/// A `QDomNode` with move operations. Qt's class can only be copied, which needs two atomic operations. In a
+/// walk from node to node, these two operations would take most of the time.
 class MovableNode : public QDomNode
 {
 public:

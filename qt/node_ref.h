@@ -8,11 +8,12 @@
 namespace kelxml::qt
 {
 
-/// The document that an object keeps alive; the object is a COM object or a value of the C++ layer. An object
-/// that is reached from another object keeps the same document alive. `handle` is null if the document has
-/// neither loaded nor created anything. If a node of another document is then appended to the object, or
-/// removed from it, the call returns a new object for that node. The `fallback` of the new object is the
-/// node's document, which stays alive as long as the new object.
+/// Refers to the document that an object keeps alive. The object is a COM object or a value of the C++ layer.
+/// All objects that a caller gets from this object keep the same document alive.
+///
+/// `handle` is null if the document has neither loaded nor created anything. Even then, a call of
+/// `appendChild` or `removeChild` on the object returns a new object for a child from another document. The
+/// new object has a null `handle`, too, but keeps the child's document alive as its `fallback`.
 struct DocumentRef
 {
     const QDomDocument& handle;
@@ -26,8 +27,8 @@ struct DocumentRef
     {
         return {handle, handleOrFallback().isNull() ? &other.handleOrFallback() : fallback};
     }
-    /// If `handle` is null, it keeps no document alive. The object must then keep the handle that this
-    /// function returns. If `handle` is not null, the function returns null.
+    /// Returns what an object must store in addition to `handle` to keep the document alive: a copy of
+    /// `handleOrFallback()` if `handle` is null, otherwise nothing (null).
     std::unique_ptr<const QDomDocument> copyOfFallback() const
     {
         return handle.isNull() ? std::make_unique<const QDomDocument>(handleOrFallback()) : nullptr;

@@ -10,13 +10,13 @@
 namespace kelxml::text
 {
 
-/// Converts `text`, which ends at its first zero, as `QString::fromUcs4` does. For a null pointer, returns a
-/// null string.
+/// Converts the zero-terminated `text` as `QString::fromUcs4` does. For a null pointer, returns a null
+/// string.
 QString fromWide(const wchar_t* text);
 
 /// Converts `text` as `fromWide` does, but writes U+FFFD for each `wchar_t` that is not a character. A
-/// `wchar_t` above U+10FFFF is not a character, and neither is half a surrogate pair without the other half.
-/// Qt's encoders would lose all text after such a `wchar_t`.
+/// `wchar_t` above U+10FFFF is not a character, and neither is an unpaired surrogate. Qt's encoders would
+/// lose all text after such a `wchar_t`.
 /// \param reused a string that is no longer needed; its memory is reused for the returned string
 QString charactersFromWide(const wchar_t* text, QString&& reused = {});
 

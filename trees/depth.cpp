@@ -1,7 +1,7 @@
 // Whether a subtree may be appended depends on the depth of the new parent plus the height of the subtree.
-// Depth and height are counted in levels. Each element is a level, and so is any other node with children.
-// Texts and other leaves that are not elements do not count as levels, and neither do attributes that contain
-// only a text. The limit leaves enough stack for recursive functions to visit these nodes too.
+// Depth and height are counted in levels. Each element is a level, and so is any other node with children,
+// except an element's attribute that contains only a text. The limit leaves enough stack for recursive
+// functions to visit the nodes that do not count as levels, too.
 
 #include "trees/depth.h"
 
@@ -22,8 +22,8 @@ namespace
 
 /// An upper bound for the number of levels that any attribute has had so far. Qt needs quadratic time to list
 /// the attributes of an element. So a subtree is first measured without attributes, and this number of levels
-/// is kept in reserve for the attributes. If the subtree does not fit, the subtree is measured again with its
-/// attributes.
+/// is reserved for the attributes. If the subtree does not fit into the remaining levels, it is measured
+/// again with its attributes.
 std::atomic<int> levelsInAttributes{0};
 
 bool isPlainAttribute(const QDomNode& attribute)
@@ -62,10 +62,9 @@ bool staysWithin(const QDomNode& root, int above, int most, bool withAttributes)
     return true;
 }
 
-/// Called before `child` is appended inside an attribute. Raises `levelsInAttributes` if the attribute will
-/// have more levels than this value.
-/// \param path the number of levels from the topmost attribute above `child` down to the new parent,
-///        including both
+/// Call this function before `child` is appended to an attribute or to a descendant of an attribute. Raises
+/// `levelsInAttributes` if the attribute will have more levels than `levelsInAttributes` says.
+/// \param path the number of levels from the topmost attribute down to the new parent, including both
 void noteLevelsInAttribute(const QDomNode& child, int path)
 {
     int known = levelsInAttributes;

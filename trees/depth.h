@@ -13,8 +13,9 @@ namespace kelxml::trees
 /// \throw std::bad_alloc
 bool fitsBelow(const QDomNode& parent, const QDomNode& child);
 
-/// Whether the subtree of `root` has fewer than `depth` levels. If so, no path of children in this subtree
-/// has more than `depth` nodes: every node of the path is a level, except possibly the leaf at the end.
+/// Whether the subtree of `root`, without attributes, has fewer than `depth` levels. If so, no path from
+/// `root` down to a leaf has more than `depth` nodes, because every node on the path is a level, except
+/// possibly the leaf.
 bool isNoDeeperThan(const QDomNode& root, int depth);
 
 } // namespace kelxml::trees

@@ -27,8 +27,9 @@ QDomNode ownerElementOf(const QDomNode& node);
 /// flag.
 void ensureValidOwnerDocument(const qt::NodeRef& node);
 
-/// Calls `ensureValidOwnerDocument` for `parent` and for `child`. Call this function before a change that
-/// uses both nodes.
+/// Call this function before a change that uses both nodes. If the nodes belong to different documents, sets
+/// the flag that `ensureValidOwnerDocument` checks. Then calls `ensureValidOwnerDocument` for `parent` and
+/// for `child`.
 void ensureValidOwnerDocuments(const qt::NodeRef& parent, const qt::NodeRef& child);
 
 } // namespace kelxml::trees

@@ -1,6 +1,6 @@
-// Before each change, checks for all reasons to refuse the change except the depth limit.
-// `trees/append_remove` checks the depth limit: if `child` is not the last child of `parent` afterwards,
-// `append` returns `TooDeep`.
+// Each function that returns a `Refusal` first checks for every reason to refuse the change, except the depth
+// limit. `trees/append_remove` checks the depth limit, but does not report a refusal. So `append` looks at
+// the parent afterwards, and returns `TooDeep` if the child is not the last child of the parent.
 
 #include "trees/reported_changes.h"
 
@@ -14,8 +14,8 @@ namespace kelxml::trees
 namespace
 {
 
-/// Whether `node` is a child of `parent`. It is not enough to compare parents: an attribute is not a child of
-/// an element, but Qt stores the element that has or had the attribute as the attribute's parent.
+/// Whether `node` is a child of `parent`. Comparing parents is not enough: an attribute is not a child of an
+/// element, but Qt stores the element that has or had the attribute as the attribute's parent.
 bool isChildOf(const QDomNode& parent, const QDomNode& node)
 {
     if (node.isNull() || node.parentNode() != parent)
@@ -60,7 +60,7 @@ Refusal insertBefore(const qt::NodeRef& parent, const qt::NodeRef& child, const 
         return refusalOf(parent.node, child.node);
     const Refusal refusal = append(parent, child);
     if (refusal == Refusal::None)
-        QDomNode(parent.node).insertBefore(child.node, reference.node); // safe within one parent
+        QDomNode(parent.node).insertBefore(child.node, reference.node); // safe: both have the same parent
     return refusal;
 }
 

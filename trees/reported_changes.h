@@ -1,5 +1,5 @@
-// Functions that change a tree and report why a change was refused, and functions for changes that the COM
-// interfaces lack.
+// Changes a tree, and reports why a change was refused. Also contains operations that the COM interfaces
+// lack.
 
 #pragma once
 
@@ -13,9 +13,9 @@ enum class Refusal {
     None, ///< the change was made
     Ring, ///< the node to insert is `parent` or contains `parent`
     TooDeep,
-    Attribute, ///< the node to insert is an attribute; attributes are set on elements, not inserted
-    WholeDocument,
-    NotAChild
+    Attribute,     ///< the node to insert is an attribute; attributes are set on elements, not inserted
+    WholeDocument, ///< the node to insert is a document
+    NotAChild      ///< the node to remove, to replace or to insert before is not a child of `parent`
 };
 
 /// Moves `child` to the end of the children of `parent`.
