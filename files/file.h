@@ -11,9 +11,9 @@ namespace kelxml::files
 {
 
 /// Call this function before Qt creates the objects that it needs for a file. Qt crashes if memory runs out
-/// while Qt creates the first `QObject` of a thread, or while Qt connects a text stream to a device. So this
-/// function allocates more memory than Qt needs for these two steps, and frees this memory again. Memory is
-/// then unlikely to run out in these steps.
+/// while Qt creates the first `QObject` of a thread, or while Qt connects a text stream to a device. This
+/// function allocates more memory than these two steps need, and frees this memory again, so that memory is
+/// unlikely to run out in these steps.
 /// \throw std::bad_alloc
 inline void ensureMemoryForQt()
 {

@@ -131,16 +131,15 @@ struct Preserved
     bool list;
 };
 
-/// Returns the permission bits of the new file. These bits let nobody do more with the new file than with the
-/// old file.
+/// Returns the permission bits of the new file. These bits let nobody except a new owner do more with the new
+/// file than with the old file.
 ///
-/// The owner of the old file may not own the new file, the members of its group may not be in the group of
-/// the new file, and an entry of its access control list may be missing. For a user who loses access in this
-/// way, the kernel checks the group's bits or the others' bits of the new file. So these bits must not allow
-/// anything that the user could not do before.
+/// If the owner, the group or the access control list is not preserved, some users are no longer the owner,
+/// members of the group or named in the list. For these users, the kernel checks the group's bits or the
+/// others' bits of the new file. So these bits must not allow anything that these users could not do before.
 ///
-/// If the group changes, the others' bits of the old file applied to the members of the new group. So the
-/// group's bits of the new file must not allow more than these bits did.
+/// If the group changes, the members of the new group were among the others of the old file. So the group's
+/// bits of the new file must not allow more than the others' bits of the old file.
 mode_t restrictedMode(mode_t old, Preserved preserved)
 {
     const mode_t owner = old >> 6U & 7U;

@@ -25,20 +25,22 @@ private:
     int m_number;
 };
 
-/// Writes a new file. `commit` then replaces the old file with the new file. Without `commit`, the old file
-/// stays unchanged.
+/// Replaces the file that a path names, here called the old file. If there is no old file, creates a file.
+/// `write` writes to a new file, and `commit` puts the new file in the place of the old file. Without
+/// `commit`, the old file stays unchanged.
 ///
 /// - The new file is created in the directory of the old file. If the file system supports files without a
 ///   name, the new file has no name until `commit`. If the process is killed while the new file has no name,
 ///   nothing of the new file remains.
 /// - A symbolic link stays, and the file that the link points to is replaced or created. If the kernel
 ///   refuses to follow a link, the constructor fails.
-/// - A file that the process has no permission to write is not replaced.
+/// - If the process has no permission to write the old file, the constructor fails.
 /// - Permissions, owner, group and access control list are preserved as far as the system allows. Nobody gets
-///   more rights than before. If the owner changes, the set-uid bit is cleared, and the group and others keep
-///   only permissions that the owner had. If the group changes, the set-gid bit is cleared, and the group and
-///   others keep only permissions that both of them had. If the access control list cannot be copied, only
-///   the owner keeps permissions.
+///   more rights than before, except a new owner: the user that the process runs as. If the owner changes,
+///   the set-uid bit is cleared, and the group and others keep only permissions that the owner had. If the
+///   group changes, the set-gid bit is cleared, and the group and others keep only permissions that both of
+///   them had. If the old file has an access control list, and the group changes or the system refuses to
+///   copy the list, only the owner keeps permissions.
 /// - If a file has several names (hard links), only the given name refers to the new file. The other names
 ///   still refer to the old file.
 /// - If the process has no permission to create files in the directory (EACCES, EPERM), `commit` overwrites
@@ -47,7 +49,7 @@ private:
 ///   failure while overwriting can lose the old content.
 /// - If the path names a device or a pipe, each `write` passes its bytes on immediately. The same applies to
 ///   /dev/stdout, /dev/stderr and /dev/fd/N, even if the descriptor refers to a regular file. Writing then
-///   starts at the descriptor's position.
+///   starts at the descriptor's position. `commit` does nothing.
 ///
 /// A function that fails throws `std::system_error`. The `code().value()` of this exception is the `errno`.
 class FileReplacement
@@ -57,7 +59,8 @@ public:
     explicit FileReplacement(const std::string& path);
     FileReplacement(const FileReplacement&) = delete;
     FileReplacement& operator=(const FileReplacement&) = delete;
-    /// Deletes the new file, unless it was committed.
+    /// Deletes the new file, unless it was committed. Also deletes an empty file that the constructor created
+    /// for a symbolic link.
     ~FileReplacement();
 
     void write(const char* bytes, std::size_t count);

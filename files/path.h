@@ -17,8 +17,8 @@ namespace kelxml::files
 /// runs after that, such as the destructor of a global object, must not open a file.
 bool hasCodecs();
 
-/// A path that has been checked. The path comes from a caller of the COM interfaces or of the filer. Qt opens
-/// exactly the file that this caller named.
+/// A checked path, which came from a caller of the COM interfaces or of the filer. The check ensures that Qt
+/// opens exactly the file that the caller named.
 class Path
 {
 public:
@@ -38,8 +38,7 @@ private:
     QString m_name;
 };
 
-/// \return the reason why the bytes of `path` must not be passed to the system as a file name; null if these
-///         bytes may be passed
+/// \return the reason why `path` must not be passed to the system; null if it may be passed
 const char* refusalOf(const std::string& path);
 
 } // namespace kelxml::files

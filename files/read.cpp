@@ -26,7 +26,7 @@ qint64 readSome(QFile& file, char* to, int most)
 }
 
 /// Appends the bytes of a file to `bytes`. Stops when `bytes` contains `most` + 1 bytes: the caller then
-/// knows that the file has more than `most` bytes. \return the system's error, or 0
+/// knows that the file has more than `most` bytes. \return the `errno` of a failed read, or 0
 int readUpToOneMoreThan(qint64 most, QFile& file, QByteArray& bytes)
 {
     constexpr qint64 kPiece = qint64{64} * 1024;

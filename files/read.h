@@ -15,15 +15,15 @@ struct Contents
 {
     QByteArray bytes;
     QString error; ///< the reason why the file could not be opened or read; null if there was no error
-    /// The limit that the file exceeds: `FileBytes` or `UnsizedBytes`; or else `None`.
+    /// `FileBytes` or `UnsizedBytes` if the file exceeds this limit; otherwise `None`.
     limits::Limit exceeded = limits::Limit::None;
 };
 
 /// Reads a file or a device to its end, unless the file or device exceeds a limit. \throw std::bad_alloc
 Contents read(const Path& path);
 
-/// Reads a file or a device to its end, unless the file or device exceeds a limit.
-/// \param path is passed to the system byte by byte, without conversion
+/// Does the same as the other `read`, for a path that is a sequence of bytes.
+/// \param path passed to the system unchanged, without conversion by Qt
 /// \throw std::bad_alloc
 Contents read(const std::string& path);
 

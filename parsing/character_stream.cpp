@@ -1,5 +1,5 @@
-// Decides where the stream reads when a text is used up. At the end of an entity's value, the stream returns
-// to the text that follows the reference to the entity. Otherwise, it gets the next piece of the document.
+// Decides where the stream continues. At the end of an entity's value, the stream returns to the text after
+// the reference to the entity. At the end of a piece of the document, the stream gets the next piece.
 
 #include "parsing/character_stream.h"
 

@@ -1,6 +1,7 @@
-// Returns the characters of a text in the order in which Qt's parser reads them. The document is read piece
-// by piece. At each reference to an entity, the value of the entity is spliced in: the stream returns the
-// characters of the value in place of the reference. Each such insertion is a splice.
+// Returns the characters of a document in the order in which Qt's parser reads them. The stream gets the
+// document piece by piece. After a reference to an entity, the scanner splices in the value of the entity:
+// the stream returns the characters of the value, and then continues after the reference. Each such insertion
+// is a splice.
 
 #pragma once
 
@@ -67,8 +68,8 @@ public:
         return kEnd;
     }
 
-    /// Makes the stream return the characters of `text` next, and then the rest of the text that it was
-    /// reading. `text` must outlive the stream.
+    /// Makes the stream return the characters of `text` next, and then continue where it was. The characters
+    /// of `text` must outlive the stream.
     /// \param literal whether `text` replaces a reference inside a quoted value
     void splice(QStringView text, bool literal)
     {
@@ -109,7 +110,7 @@ private:
     QString m_piece;
     Span m_span;
     qint64 m_pendingOutside = 0; // number of unread characters in all open splices except the innermost
-    std::vector<Span> m_outer;   // the rest of each text that an open splice interrupts; first the document's
+    std::vector<Span> m_outer;   // the unread rest of each interrupted text; the document comes first
 };
 
 // Compares eight characters at a time, because the stream skips most characters of a text in this function.

@@ -28,23 +28,23 @@ struct ParseResult
     explicit operator bool() const { return failure == ParseFailure::None; }
 };
 
-/// Replaces the content of `document` with the parsed `text`. A text that is empty, exceeds a limit or nests
-/// too deep for the calling thread's stack is refused, and the document keeps its earlier content. If the
-/// text is not well-formed, the document gets the nodes that Qt read before the error. \throw std::bad_alloc
+/// Replaces the content of `document` with the parsed `text`. Refuses a text that is empty, exceeds a limit
+/// or nests too deep for the calling thread's stack; the document then keeps its earlier content. If the text
+/// is not well-formed, the document gets the nodes that Qt read before the error. \throw std::bad_alloc
 ParseResult parseText(QDomDocument& document, const QString& text);
 
 /// Replaces the content of `document` with the parsed content of a file. The file is read only once, so that
 /// Qt parses exactly the bytes that were checked.
-/// - A file that cannot be read to its end, exceeds a limit or nests too deep for the calling thread's stack
-///   is refused, and the document keeps its earlier content.
-/// - If the file is empty, the document is cleared, and the result is `Empty`.
+/// - Refuses a file that cannot be read to its end, exceeds a limit or nests too deep for the calling
+///   thread's stack; the document then keeps its earlier content.
+/// - If the file is empty, the document becomes empty, and the result is `Empty`.
 /// - If the file is not well-formed, the document gets the nodes that Qt read before the error.
 ///
 /// \throw std::bad_alloc
 ParseResult parseFile(QDomDocument& document, const files::Path& path);
 
-/// Replaces the content of `document` with the parsed content of a file, as the other `parseFile` does.
-/// \param path is passed to the system byte by byte, without conversion
+/// Does the same as the other `parseFile`, for a path that is a sequence of bytes.
+/// \param path passed to the system unchanged, without conversion by Qt
 ParseResult parseFile(QDomDocument& document, const std::string& path);
 
 } // namespace kelxml::parsing

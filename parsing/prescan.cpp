@@ -1,4 +1,4 @@
-// Prepares strings and bytes for the scanner. Bytes are decoded piece by piece during the scan.
+// Passes strings and bytes to the scanner. Bytes are decoded piece by piece during the scan.
 
 #include "parsing/prescan.h"
 
@@ -18,7 +18,7 @@ namespace kelxml::parsing
 namespace
 {
 
-/// Returns a function. Each call of this function decodes and returns the next piece of `bytes`.
+/// Returns a function that decodes and returns the next piece of `bytes` each time it is called.
 CharacterStream::NextPiece piecesOf(const QByteArray& bytes)
 {
     const auto buffer = std::make_shared<QBuffer>();

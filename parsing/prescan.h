@@ -1,9 +1,13 @@
 // Scans a text for attacks before Qt parses it.
 //
-// The parser (`QXmlSimpleReader` of Qt 5.15) recurses on elements and on parentheses in content models. At
-// each reference to an entity, the parser splices in the value of the entity: the parser reads the value in
-// place of the reference. The parser compares every entity declaration with all others. So a text of a few
-// kilobytes can exhaust the host's stack, memory or time, and nothing can stop the parser once it runs.
+// A text of a few kilobytes can make the parser (`QXmlSimpleReader` of Qt 5.15) exhaust the host's stack,
+// memory or time:
+// - The parser recurses into nested elements, and into nested parentheses in content models.
+// - At each reference to an entity, the parser splices in the value of the entity: the parser reads the value
+//   in place of the reference.
+// - The parser searches the value of each entity for references to every entity.
+//
+// Nothing can stop the parser once it runs.
 
 #pragma once
 
@@ -26,11 +30,12 @@ struct Prescan
     bool isWithinLimits() const { return exceeded == limits::Limit::None; }
 };
 
-/// Scans a text as the parser reads it, even where the parser differs from the XML standard: an entity's
-/// value is spliced in even if the value has a start tag without an end tag, or an end tag without a start
-/// tag. The scan stops after the document element. It stops earlier if the text exceeds a limit, or has an
-/// error that stops the parser and that the scanner checks for. The scan takes linear time, and needs memory
-/// only for the entities.
+/// Scans a text in the same way as the parser reads it, even where the parser differs from the XML standard:
+/// an entity's value is spliced in even if the value has a start tag without an end tag, or an end tag
+/// without a start tag. The scan takes linear time, and needs memory only for the entities.
+///
+/// The scan ends after the document element. It ends earlier if the text exceeds a limit, or has an error
+/// that the scanner checks for. Every error that the scanner checks for also stops the parser.
 Prescan prescan(const QString& text);
 
 /// Scans the bytes of a file. Decodes the bytes with the class that the parser uses, `QXmlInputSource`, so

@@ -55,7 +55,7 @@ bool Prescanner::prolog()
 }
 
 // This function scans nearly all of a text, so it must be fast. `flatten` inlines all calls in the function,
-// so that the compiler keeps the position in the text in a register.
+// so that the compiler keeps the read position in a register.
 [[gnu::flatten]] void Prescanner::content(bool untilEnd)
 {
     bool shouldContinue = true;

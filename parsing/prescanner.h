@@ -1,9 +1,10 @@
 // Reads a text in the same way as the parser (`QXmlSimpleReader` of Qt 5.15), and counts everything that has
 // a limit.
 //
-// The scanner must interpret each character as the parser does, up to the error at which the parser stops.
+// The scanner must interpret each character as the parser does, up to the first error that stops the parser.
 // The scanner checks only a part of the syntax, and continues after an error that it does not check for. The
-// scanner must never report an error in a text that the parser accepts.
+// scanner must never stop at an error in a text that the parser accepts: the parser would then read the rest
+// of the text unscanned.
 
 #pragma once
 
@@ -42,9 +43,9 @@ public:
     {}
 
     Prescan document();
-    /// Scans the text as the value of an entity. The scanner of a document creates a second scanner and calls
-    /// this function for each declared general entity whose value contains `<`, even if no reference uses the
-    /// entity.
+    /// Scans the text as the value of an entity. The limit on nesting applies to each value on its own, even
+    /// if no reference uses the entity. So for each declared general entity whose value contains `<`, the
+    /// scanner of the document creates another scanner and calls this function.
     Prescan value();
 
 private:
@@ -53,12 +54,11 @@ private:
     {
         QString text; // the value; for a parameter entity, with the spaces that the parser adds around it
         Kind kind = Kind::General;
-        qint64 literalLength = 0; // length of `text` in a quoted value, where quotes are references
+        qint64 literalLength = 0; // length of `text` if each quote is written as `&quot;` or `&apos;`
     };
 
-    // The caller of each of the following functions has read the first characters of a construct. The
-    // function scans the rest. A result of false means that the text has an error or exceeds a limit, and
-    // that the scan must stop.
+    // Each of the following functions scans the rest of a construct, after its caller has read the first
+    // characters. False means that the text has an error or exceeds a limit, and that the scan must stop.
     bool prolog();
     void content(bool untilEnd);
     bool markup();
@@ -97,7 +97,7 @@ private:
 
     CharacterStream m_in;
     QMap<QString, Entity> m_entities; // not a hash: an attacker could choose names that collide
-    QString m_name;                   // name or number of a reference; a member, because its memory is reused
+    QString m_name;                   // name or number in a reference; a member so that its memory is reused
     qsizetype m_longestName = 0;      // length of the longest name of a declared entity
     int m_generalEntities = 0;        // number of general entities with a value (not external)
     int m_parameterEntities = 0;
@@ -120,8 +120,9 @@ inline bool breaksReference(char16_t c)
     return isSpace(c) || isQuote(c) || c == u'<' || c == u'>' || c == u'&' || c == CharacterStream::kEnd;
 }
 
-/// Reads characters until it finds one of `Stops` outside quotes. Returns this character, or `kEnd`. Calls
-/// `quoted` for each quoted value on the way. If `quoted` returns false, stops and returns `kEnd`.
+/// Reads characters until it finds one of `Stops` outside quotes. Returns this character, or `kEnd`. After
+/// each opening quote on the way, calls `quoted`, which scans the quoted value. If `quoted` returns false,
+/// stops and returns `kEnd`.
 template <char16_t... Stops>
 char16_t Prescanner::seekUnquoted(bool (Prescanner::*quoted)(char16_t))
 {

@@ -112,8 +112,8 @@ bool Prescanner::addEntitySearch(const QString& name, const QString& value)
     return searches * m_searchedCharacters <= limits::kMaxEntitySearch || exceed(limits::Limit::EntitySearch);
 }
 
-// The parser ignores the second of two declarations of one name, even if the first declares a general entity
-// and the second a parameter entity, or the reverse.
+// The parser ignores the second declaration of a name, even if one of the two declarations is of a general
+// entity and the other of a parameter entity.
 bool Prescanner::declare(const QString& name, const QString& text, Kind kind)
 {
     if (kind == Kind::General && text.contains(u'<') && !Prescanner(text).value().isWithinLimits())
@@ -128,9 +128,9 @@ bool Prescanner::declare(const QString& name, const QString& text, Kind kind)
     return true;
 }
 
-// Reads the value in an entity declaration. Keeps references to general entities in `value`: the parser
-// splices these entities in when it uses the value. Replaces references to characters and to parameter
-// entities immediately.
+// Reads the value in an entity declaration. Replaces character references and references to parameter
+// entities immediately. Keeps references to general entities in `value`, because the parser replaces these
+// references only when the value itself is spliced in.
 bool Prescanner::entityValue(char16_t quote, QString& value)
 {
     beginText();

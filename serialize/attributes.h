@@ -1,4 +1,4 @@
-// Lists the attributes of an element. The time does not grow with the square of a large number of attributes.
+// Lists the attributes of an element, and avoids quadratic time if there are many attributes.
 
 #pragma once
 

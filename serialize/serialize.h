@@ -24,15 +24,13 @@ enum class AttributeOrder {
 
 struct Options
 {
-    /// Number of spaces by which a child is indented more than its parent. With 0, no line is indented. With
-    /// -1, line breaks are written only after comments, after processing instructions, inside the document
-    /// type and after the document type.
+    /// Number of spaces per level of indentation. With 0, no line is indented. With -1, line breaks are
+    /// written only after comments, after processing instructions, and inside and after the document type.
     int indent = 4;
     AttributeOrder attributeOrder = AttributeOrder::byName;
 };
 
-/// Receives the next bytes. A sink may throw: `serialize` passes the exception on to the caller of
-/// `serialize`.
+/// Receives the next bytes. A sink may throw: `serialize` passes the exception on to its own caller.
 using Sink = std::function<void(const QByteArray& bytes)>;
 
 /// Writes the same bytes as `QDomNode::save` with `EncodingFromDocument`, except for the order of attributes,
@@ -45,16 +43,16 @@ using Sink = std::function<void(const QByteArray& bytes)>;
 /// \param node The document of `node` must still exist, so call `trees::ensureValidOwnerDocument` first. If
 ///        `node` has no parent, the function does not look at the siblings of `node`, because the links from
 ///        `node` to its siblings may point to freed nodes.
-/// \param write receives the text in encoded pieces. Each piece but the last has at least 16,384 UTF-16 units
-///        before it is encoded
+/// \param write receives the text in encoded pieces. Before encoding, each piece except the last has at least
+///        16,384 UTF-16 units
 /// \throw std::bad_alloc, and exceptions from `write`
 void serialize(const QDomNode& node, const Options& options, const Sink& write);
 
 /// Returns the bytes that `serialize` writes.
 QByteArray bytesOf(const QDomNode& node, const Options& options = {});
 
-/// Returns what `serialize` writes, as text instead of encoded bytes. Characters that the declared encoding
-/// cannot represent are written as character references, as `QDomDocument::toString` does.
+/// Returns what `serialize` writes, as text instead of encoded bytes. Like `QDomDocument::toString`, writes a
+/// character reference for each character that the declared encoding cannot represent.
 QString textOf(const QDomNode& node, const Options& options = {});
 
 } // namespace kelxml::serialize
