@@ -1,5 +1,5 @@
 /// \file
-/// BSTRs on 32-bit wide characters, and a class that owns one.
+/// Functions for BSTRs, whose wide characters have 32 bits, and a class that owns a BSTR.
 
 #pragma once
 
@@ -12,7 +12,8 @@ extern "C" {
 /// Copies a zero-terminated wide string into a new BSTR.
 /// \return a BSTR that the caller frees with `SysFreeString`; null if `text` is null or memory runs out
 KEL_EXPORT BSTR SysAllocString(const wchar_t* text);
-/// Creates a BSTR of `length` characters. Copies them from `text`, or sets them to zero if `text` is null.
+/// Creates a BSTR of `length` characters. Copies the characters from `text`, or sets them to zero if `text`
+/// is null.
 /// \return a BSTR that the caller frees with `SysFreeString`; null if memory runs out
 KEL_EXPORT BSTR SysAllocStringLen(const wchar_t* text, UINT length);
 /// Frees a BSTR. Null is allowed.

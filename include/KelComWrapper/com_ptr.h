@@ -18,8 +18,8 @@ public:
     /// Creates an empty pointer.
     ComPtr(std::nullptr_t) {}
     /// Adds a reference to `object`, which may be null. A reference that the caller owns stays with the
-    /// caller. An object has a reference count of 0 after its construction. A pointer created from a new
-    /// object therefore owns the only reference to the object.
+    /// caller. A new object of this library has a reference count of 0, so a pointer that is created from a
+    /// new object owns the only reference.
     explicit ComPtr(T* object) : m_object(object)
     {
         if (m_object)

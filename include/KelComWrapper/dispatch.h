@@ -21,9 +21,9 @@ struct DISPPARAMS
     UINT cNamedArgs; ///< the number of named arguments
 };
 
-/// Describes the failure of a member, if `Invoke` returns `DISP_E_EXCEPTION`. No member of the XML DOM
-/// returns a failure code. By convention, the receiver of this structure frees its strings, but this library
-/// always sets the strings to null.
+/// Describes the failure of a member. `Invoke` fills in this structure if it returns `DISP_E_EXCEPTION`.
+/// Members of the XML DOM never cause this result, because they return no failure codes. By convention, the
+/// receiver of this structure frees its strings, but this library always sets the strings to null.
 struct EXCEPINFO
 {
     WORD wCode;                               ///< 0, because `scode` has the failure code
@@ -39,8 +39,7 @@ struct EXCEPINFO
 
 // Each flag tells `Invoke` what to do with the member. Two combinations of flags are allowed:
 // `DISPATCH_METHOD | DISPATCH_PROPERTYGET` and `DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF`. For a
-// combination, `Invoke` does what the first flag says if the member supports this, else what the second flag
-// says.
+// combination, `Invoke` obeys the first flag if the member supports it, else the second flag.
 constexpr WORD DISPATCH_METHOD = 1;         ///< calls the method
 constexpr WORD DISPATCH_PROPERTYGET = 2;    ///< reads the property
 constexpr WORD DISPATCH_PROPERTYPUT = 4;    ///< sets the property
@@ -91,14 +90,14 @@ public:
     ///        member was called but wrote no result, `result` becomes `VT_EMPTY`. If the member was not
     ///        called, `result` is unchanged
     /// \param exception filled if the call returns `DISP_E_EXCEPTION`; may be null
-    /// \param badArgument receives an index in `rgvarg`, if the call fails because of the argument with that
-    ///        index; may be null
+    /// \param badArgument if one argument made the call fail, receives the index of that argument in
+    ///        `rgvarg`; may be null
     /// \return the success code that the member returned, which may be `S_FALSE`; `DISP_E_EXCEPTION` if the
     ///         member returned a failure code. If the member was not called: `DISP_E_MEMBERNOTFOUND`,
     ///         `DISP_E_BADPARAMCOUNT`, `DISP_E_PARAMNOTFOUND`, `DISP_E_PARAMNOTOPTIONAL`,
-    ///         `DISP_E_TYPEMISMATCH`, `DISP_E_OVERFLOW`, `E_INVALIDARG` if `parameters` is null, or if
-    ///         `cArgs` or `cNamedArgs` is not 0 but the array for it is null, `E_OUTOFMEMORY`, or an error
-    ///         code of the type-library service
+    ///         `DISP_E_TYPEMISMATCH`, `DISP_E_OVERFLOW`, `E_OUTOFMEMORY`, an error code of the type-library
+    ///         service, or `E_INVALIDARG`. `E_INVALIDARG` means that `parameters` is null, or that `cArgs` or
+    ///         `cNamedArgs` is not 0 although its array is null
     virtual HRESULT Invoke(DISPID member, const GUID& riid, LCID locale, WORD flags, DISPPARAMS* parameters,
                            VARIANT* result, EXCEPINFO* exception, UINT* badArgument) = 0;
 

@@ -82,9 +82,11 @@ enum class FalseIs { failure, success };
 
 /// Throws if a call failed.
 /// \param result what the call returned
-/// \param meaning how to treat `S_FALSE`, which `nextNode` returns at the end of a list
+/// \param meaning how to treat `S_FALSE`. Pass `FalseIs::success` for a method such as `nextNode`, which
+///        returns `S_FALSE` at the end of a list
 /// \return true for `S_OK`, false for any other success code
-/// \throw Error for a failure code, and for `S_FALSE` unless `meaning` is `FalseIs::success`
+/// \throw Error for a failure code. Unless `meaning` is `FalseIs::success`, also for `S_FALSE` and any other
+///        success code except `S_OK`
 inline bool check(HRESULT result, FalseIs meaning = FalseIs::failure)
 {
     if (FAILED(result) || (result != S_OK && meaning == FalseIs::failure))
@@ -95,9 +97,11 @@ inline bool check(HRESULT result, FalseIs meaning = FalseIs::failure)
 /// Throws if a call failed. The error names the action that failed.
 /// \param result what the call returned
 /// \param action what the caller was doing, such as "asking for a name"
-/// \param meaning how to treat `S_FALSE`, which `nextNode` returns at the end of a list
+/// \param meaning how to treat `S_FALSE`. Pass `FalseIs::success` for a method such as `nextNode`, which
+///        returns `S_FALSE` at the end of a list
 /// \return true for `S_OK`, false for any other success code
-/// \throw Error for a failure code, and for `S_FALSE` unless `meaning` is `FalseIs::success`
+/// \throw Error for a failure code. Unless `meaning` is `FalseIs::success`, also for `S_FALSE` and any other
+///        success code except `S_OK`
 inline bool check(HRESULT result, const char* action, FalseIs meaning = FalseIs::failure)
 {
     if (FAILED(result) || (result != S_OK && meaning == FalseIs::failure))

@@ -36,12 +36,12 @@ constexpr WORD TYPEFLAG_FDUAL = 0x40;           ///< members can be called by na
 constexpr WORD TYPEFLAG_FDISPATCHABLE = 0x1000; ///< the interface is derived from `IDispatch`
 constexpr USHORT PARAMFLAG_FIN = 1;             ///< the member reads the argument
 constexpr USHORT PARAMFLAG_FOUT = 2;            ///< the argument is a pointer through which the member writes
-constexpr USHORT PARAMFLAG_FRETVAL = 8;         ///< the argument points to the result of the member
+constexpr USHORT PARAMFLAG_FRETVAL = 8;         ///< the pointer through which the member returns its result
 constexpr USHORT PARAMFLAG_FOPT = 16;           ///< the argument may be left out
 
 // The structures below describe types. The type library owns all of them. A caller must not change a
 // structure, and may read a structure only while holding a reference to the `ITypeInfo` or `ITypeLib` that
-// returned the structure. Members that this library does not use are 0 or null.
+// returned the structure. Structure members that this library does not use are 0 or null.
 
 /// A type.
 struct TYPEDESC
@@ -196,7 +196,7 @@ public:
     virtual HRESULT GetMops(MEMBERID member, BSTR* mops) = 0;
     /// Returns the type library that contains this description.
     /// \param library receives the library with one reference, which the caller releases
-    /// \param index receives the index of this interface in `ITypeLib::GetTypeInfo`; may be null
+    /// \param index receives the index for which `ITypeLib::GetTypeInfo` returns this interface; may be null
     /// \return `S_OK`; `E_POINTER`
     virtual HRESULT GetContainingTypeLib(ITypeLib** library, UINT* index) = 0;
     /// Ends the caller's use of the attributes. Nothing is freed, because the type library owns the

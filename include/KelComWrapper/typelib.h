@@ -13,8 +13,8 @@
 /// threads do not have to wait until the file is read.
 ///
 /// After `fork`, the child process has the registrations and the loaded type libraries of the parent process,
-/// and can always use them. The child process can load another type library only if no thread of the parent
-/// process, except the thread that called `fork`, was using Qt at that time.
+/// and can always use them. If a thread of the parent process calls `fork` while another thread is using Qt,
+/// the child process cannot load any other type library.
 namespace KelTypelib
 {
 
@@ -36,12 +36,13 @@ KEL_EXPORT HRESULT GetTlbFilePath(const GUID& library, wchar_t* path);
 ///        caller does not release it. An `ITypeInfo` from the type library stays valid as long as the caller
 ///        holds a reference to the `ITypeInfo`
 /// \return `S_OK`; `E_POINTER` if an argument is null; `TYPE_E_CANTLOADLIBRARY` if the file is missing,
-///         unreadable or not a regular file; `TYPE_E_INVDATAREAD` if the file is not a valid type library
+///         unreadable or not a regular file; `TYPE_E_INVDATAREAD` if the file is too large or is not a valid
+///         type library
 KEL_EXPORT HRESULT LoadTypeLib(const wchar_t* path, ITypeLib** library);
 
 /// Registers the path of a type library under an identifier. Replaces the path that was registered under this
 /// identifier before, if any. Does not open the file, but makes the next call of `LoadTypeLib` for this path
-/// read the file. So if you replace a file, register its path again.
+/// read the file. So register the path again after you replace the file.
 /// \param library the identifier of the type library, such as `LIBID_MSXML`
 /// \param path the zero-terminated path, which the service copies
 /// \return `S_OK`; `E_INVALIDARG` if `path` is null, is empty or has `PathCapacity` or more characters

@@ -18,8 +18,8 @@ using LONG = std::int32_t;         ///< 32 bits, signed; `long` has 64 bits on t
 using ULONG = std::uint32_t;       ///< 32 bits, unsigned; `unsigned long` has 64 bits on this platform
 using LCID = std::uint32_t;        ///< a locale; always ignored
 using HRESULT = std::int32_t;      ///< the result of a call; negative for failures
-using SCODE = std::int32_t;        ///< an `HRESULT` that is stored or passed as a value
-using DISPID = std::int32_t;       ///< identifies a member, or is the position of a parameter
+using SCODE = std::int32_t;        ///< an `HRESULT` that a structure contains
+using DISPID = std::int32_t;       ///< the identifier of a member, or the position of a parameter
 using MEMBERID = DISPID;           ///< identifies a member
 using HREFTYPE = std::uint32_t;    ///< the number of a type in its type library
 using VARTYPE = std::uint16_t;     ///< a value of `VARENUM`
@@ -122,9 +122,9 @@ constexpr bool FAILED(HRESULT result) noexcept
     return result < 0;
 }
 
-// Member identifiers with a special meaning. The collections are node lists and maps.
+// Member identifiers with a special meaning. Below, "collections" means node lists and attribute maps.
 constexpr DISPID DISPID_VALUE = 0;        ///< the default member, which is `item` in the collections
-constexpr DISPID DISPID_UNKNOWN = -1;     ///< returned instead of an identifier for an unknown name
+constexpr DISPID DISPID_UNKNOWN = -1;     ///< the identifier that is returned for an unknown name
 constexpr DISPID DISPID_PROPERTYPUT = -3; ///< marks an argument as the value of a property put
 constexpr DISPID DISPID_NEWENUM = -4;     ///< `_newEnum` in the collections
 constexpr MEMBERID MEMBERID_NIL = -1;     ///< identifies the interface itself, not a member

@@ -1,5 +1,5 @@
 /// \file
-/// `VARIANT`: a value together with its type. Methods pass a `VARIANT` by value or by pointer.
+/// `VARIANT`: a value together with its type. Methods take a `VARIANT` by value or by pointer.
 
 #pragma once
 
@@ -63,7 +63,7 @@ struct VARIANT
     WORD wReserved2; ///< never read
     WORD wReserved3; ///< never read
     // The comments in `VARENUM` say which member belongs to which type. For a type with `VT_BYREF`, the name
-    // of the member has another `p` in front: `lVal` belongs to `VT_I4`, and `plVal` to `VT_I4 | VT_BYREF`.
+    // of the member has an extra `p` in front: `lVal` belongs to `VT_I4`, and `plVal` to `VT_I4 | VT_BYREF`.
     union {
         std::int64_t llVal;
         LONG lVal;

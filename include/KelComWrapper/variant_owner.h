@@ -118,8 +118,8 @@ public:
         return &m_value;
     }
 
-    /// Returns a value of an integer type. All numbers of the type must fit in `std::int64_t`, so `VT_UI8` is
-    /// not accepted. Values of other types are not converted.
+    /// Returns the number if the value has an integer type. `VT_UI8` is not accepted, because some of its
+    /// numbers do not fit in `std::int64_t`. Values of other types are not converted.
     /// \throw Error `DISP_E_TYPEMISMATCH` if the value has another type
     std::int64_t integer() const
     {
@@ -144,7 +144,8 @@ public:
             throw Error(DISP_E_TYPEMISMATCH);
         }
     }
-    /// Returns a value of a floating-point type, a date, or a value of a type that `integer` accepts.
+    /// Returns the number if the value has a floating-point type, is a date or has a type that `integer`
+    /// accepts.
     /// \throw Error `DISP_E_TYPEMISMATCH` if the value has another type
     double number() const
     {

@@ -88,11 +88,12 @@ private:
     QDomAttr m_node;
     /// This object's own document object. Released before the other members.
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument;
-    /// Keeps the Qt document alive. Null if this object was created before the document loaded or created
-    /// anything.
+    /// Keeps the Qt document alive. Null if the document had neither loaded nor created anything when this
+    /// object was created.
     QDomDocument m_document;
-    /// Used only if `m_document` is null: keeps the Qt document of `m_node` alive.
+    /// Used only if `m_document` is null. If `m_node` comes from another document, keeps that document alive.
     std::unique_ptr<const QDomDocument> m_fallbackDocument;
-    /// The element that has this attribute, or null. Released after `m_node` and `m_document`.
+    /// The element that has this attribute, or null. Released after `m_node` and `m_document`, which may
+    /// point to the element.
     QDomNode m_ownerElement;
 };

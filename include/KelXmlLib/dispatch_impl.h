@@ -1,6 +1,6 @@
 /// \file
-/// The common base of all XML DOM objects. It implements the four methods of `IDispatch` with the type
-/// information of the object's interface. The type information is loaded by the first call that needs it.
+/// The common base of all XML DOM objects. The base implements the four methods of `IDispatch` and uses the
+/// type information of the object's interface. The first call that needs this type information loads it.
 
 #pragma once
 
@@ -21,7 +21,7 @@ public:
     /// Stores the identifiers, but loads nothing yet.
     /// \param interfaceId identifies the interface; must outlive this holder
     /// \param libraryId identifies the type library; must outlive this holder
-    /// \param major, minor not used, because the identifier alone is enough to find the type library
+    /// \param major, minor not used, because `libraryId` is enough to find the type library
     CComTypeInfoHolder(const GUID* interfaceId, const GUID* libraryId, WORD major, WORD minor) noexcept
         : m_pguid(interfaceId), m_plibid(libraryId), m_wMajor(major), m_wMinor(minor)
     {}
@@ -35,8 +35,8 @@ public:
     /// loaded.
     /// \param locale not used
     /// \return `S_OK`; `E_OUTOFMEMORY` if there is no memory for the name cache, which then stays empty; an
-    ///         error code of the type-library service, after which the next call tries again to load the type
-    ///         information
+    ///         error code of the type-library service if loading fails (the next call tries to load the type
+    ///         information again)
     HRESULT GetTI(LCID locale);
     /// Fills the name cache with the names of the interface's members.
     /// \param typeInfo supplies the names; its reference count does not change
@@ -45,8 +45,8 @@ public:
 
     /// Implements `IDispatch::GetTypeInfo`.
     HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo);
-    /// Implements `IDispatch::GetIDsOfNames`. If `names` contains one name, and this name is spelled exactly
-    /// like a member, takes the identifier from the name cache.
+    /// Implements `IDispatch::GetIDsOfNames`. If `names` contains a single name that equals the name of a
+    /// member, including case, takes the identifier from the name cache.
     HRESULT GetIDsOfNames(wchar_t** names, UINT count, LCID locale, DISPID* identifiers);
     /// Implements `IDispatch::Invoke`. \param object the object that has this holder
     HRESULT Invoke(IDispatch* object, DISPID member, LCID locale, WORD flags, DISPPARAMS* parameters,
@@ -74,11 +74,11 @@ private:
     std::int32_t m_nCount = 0;
 };
 static_assert(sizeof(CComTypeInfoHolder) == 56,
-              "every object contains a holder before its members, so their offsets depend on this size");
+              "in every object, a holder precedes the members, whose offsets depend on this size");
 
-/// Implements the `IDispatch` methods of an object that has the interface `Interface`, with the help of a
-/// `Holder`. The library contains the definitions of the methods, and instantiates the template for its six
-/// interfaces.
+/// The base of a class that implements the interface `Interface`. Uses a `Holder` to implement the methods of
+/// `IDispatch`. The library contains the definitions of these methods, and instantiates the template for the
+/// six interfaces in KelXmlLib/xmldom.h.
 template <class Interface, const GUID* InterfaceId, const GUID* LibraryId, WORD Major, WORD Minor,
           class Holder>
 class IDispatchImpl : public Interface

@@ -2,11 +2,11 @@
 /// The XML filer, which writes one XML file from the beginning to the end. Create a filer with
 /// `morvCreateXmlFiler`, call the filer's write operations in document order, and delete the filer.
 ///
-/// - Status 0 (`eStatusAccepted`) only means that the arguments are valid. The data may still not be on the
-///   disk, because file errors are never reported.
-/// - The comment of each write operation states the requirements for its arguments. If an argument does not
-///   meet them, the operation returns `eStatusInvalidArgument` and writes nothing. Otherwise, the operation
-///   returns `eStatusAccepted`. An argument is "missing" if it is null or an empty string.
+/// - Status 0 (`eStatusAccepted`) only means that the arguments are valid. The status does not mean that the
+///   data is on the disk, because the filer never reports file errors.
+/// - The comment of each write operation states the requirements for the arguments. If an argument does not
+///   meet the requirements, the operation returns `eStatusInvalidArgument` and writes nothing. Otherwise, the
+///   operation returns `eStatusAccepted`. An argument is "missing" if it is null or an empty string.
 /// - The filer copies a string argument up to the first zero character. A wide character that is half a
 ///   surrogate pair or above U+10FFFF is written as U+FFFD.
 /// - Threads: use a filer from one thread at a time.
@@ -33,7 +33,7 @@ enum eStatus : int {
 
 /// The result of `state()`, which never changes.
 enum eState : int {
-    eStateReady = 6, ///< returned even if the filer has no file, and after `close()`
+    eStateReady = 6, ///< always returned, even without a file and after `close()`
 };
 
 } // namespace KelXmlLib
@@ -67,7 +67,7 @@ public:
     virtual KelXmlLib::eStatus writeElmBegin(const wchar_t* name, const wchar_t* text) = 0;
     /// Ends the innermost open element.
     virtual KelXmlLib::eStatus writeElmEnd() = 0;
-    /// Ends the innermost open element, exactly as the previous function does.
+    /// Does exactly what `writeElmEnd` does.
     virtual KelXmlLib::eStatus writeElmFullEnd() = 0;
     /// Writes nothing: use `writeAttribute`.
     /// \param name must not be missing
@@ -112,8 +112,8 @@ public:
     virtual KelXmlLib::eStatus writeComment(const wchar_t* text) = 0;
     /// Writes nothing: encode the bytes yourself and use `writeText`.
     /// \param data must not be null, although the bytes are not read
-    /// \param first must be at least 0; otherwise not used
-    /// \param second must be at least 1; otherwise not used
+    /// \param first must be at least 0, although the number is not used
+    /// \param second must be at least 1, although the number is not used
     virtual KelXmlLib::eStatus writeBinary(const unsigned char* data, int first, int second) = 0;
     /// Closes the file. Later write operations write nothing to the file, and make Qt log a warning. Calling
     /// `close` again is harmless.
@@ -125,7 +125,7 @@ public:
 /// Creates a filer for a file. Deletes the content of an existing file.
 /// \param path the path of the file
 /// \param encoding ignored: the file is always UTF-8
-/// \param indentation ignored: if the file is indented, each level of elements has four spaces
+/// \param indentation ignored: if the file is indented, each level of elements is indented by four spaces
 /// \param autoFormat whether to indent the file
 /// \param secondFlag ignored
 /// \param text1, text2 ignored; may be null

@@ -1,6 +1,6 @@
 /// \file
-/// The class that `morvCreateXmlFiler` creates. Include this header only if you construct the class yourself.
-/// This header includes a header of Qt.
+/// The class that `morvCreateXmlFiler` creates. This header includes a Qt header, so include it only if you
+/// construct the class yourself.
 
 #pragma once
 
@@ -17,15 +17,16 @@ class QFile;
 class KEL_EXPORT KelXmlFilerWrapper final : public IKelXmlFiler
 {
 public:
-    /// Opens a file for writing, and deletes the content of an existing file. The constructor does not report
-    /// a file that cannot be opened. A filer without an open file writes nothing, but returns the same
-    /// statuses as a filer with an open file. A file is never opened if its path contains characters that
-    /// file names cannot have. No file at all is opened once Qt's codecs are destroyed, late in the exit of
-    /// the process.
-    /// \param path the path of the file, as a string that the constructor copies. If `path` is null or empty,
-    ///        the filer has no file, and `indent()` returns 0
+    /// Opens a file for writing, and deletes the content of an existing file. If the file cannot be opened,
+    /// the constructor does not report the failure. A filer without an open file writes nothing, but returns
+    /// the same statuses as a filer with an open file. A file is never opened if its path contains characters
+    /// that file names cannot have. No file at all is opened once Qt's codecs are destroyed, late in the exit
+    /// of the process.
+    /// \param path the path of the file; the constructor copies the string. If `path` is null or empty, the
+    ///        filer has no file, and `indent()` returns 0
     /// \param encoding not used: the file is always UTF-8
-    /// \param indentation not used: if start tags are indented, each level of elements has four spaces
+    /// \param indentation not used: if start tags are indented, each level of elements is indented by four
+    ///        spaces
     /// \param autoFormat whether each start tag begins on a new line and is indented
     /// \param secondFlag stored, but not used
     /// \param text1, text2 not used; may be null
@@ -76,7 +77,7 @@ private:
 
     std::unique_ptr<QFile> m_file;
     union {
-        QXmlStreamWriter m_writer; ///< constructed only if `m_hasWriter`
+        QXmlStreamWriter m_writer; ///< constructed only if `m_hasWriter` is true
     };
     bool m_autoFormat = false;
     bool m_secondFlag = false;

@@ -13,13 +13,14 @@ extern const GUID LIBID_MSXML;
 /// The class of documents. `DllGetClassObject` creates objects of this class.
 extern const GUID CLSID_DOMDocument;
 /// The published class of documents that several threads may use at the same time. `DllGetClassObject` does
-/// not support this class, because there are no such documents in this library.
+/// not support this class, because this library has no such documents.
 extern const GUID CLSID_DOMFreeThreadedDocument;
 /// \name The XML DOM
-/// Of the interfaces in this group, objects support only the six that `KelXmlLib/xmldom.h` declares.
+/// The objects of this library support only six of the interfaces in this group. `KelXmlLib/xmldom.h` defines
+/// these six interfaces.
 /// @{
 
-/// Each identifier in this group belongs to the published interface that its name contains.
+/// In each name, the part after `IID_` or `DIID_` is the name of the published interface.
 extern const GUID IID_IXMLDOMNode;
 extern const GUID IID_IXMLDOMDocument;
 extern const GUID IID_IXMLDOMNodeList;
@@ -43,10 +44,11 @@ extern const GUID DIID_XMLDOMDocumentEvents;
 /// @}
 
 /// \name The rest of the published type library
-/// No object supports the interfaces in this group, and no object of these classes can be created.
+/// No object of this library supports the interfaces in this group. `DllGetClassObject` does not support the
+/// classes in this group.
 /// @{
 
-/// Each identifier in this group belongs to the published interface or class that its name contains.
+/// In each name, the part after `IID_` or `CLSID_` is the name of the published interface or class.
 extern const GUID IID_IXMLHttpRequest;
 extern const GUID CLSID_XMLHTTPRequest;
 extern const GUID IID_IXMLDSOControl;

@@ -1,5 +1,6 @@
 /// \file
-/// Hides the type of a class member. The member is stored inside its class, not on the heap.
+/// Lets a header hide the type of a class member. The member is stored inside the object of the class, not on
+/// the heap.
 
 #pragma once
 

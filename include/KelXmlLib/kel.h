@@ -9,16 +9,16 @@
 ///   value that refers to no node is null.
 /// - Reading from a null value returns the default that the caller passed. Without a default, reading returns
 ///   an empty text, an empty list or another null value.
-/// - A function that cannot make its change throws `kel::Error`, for example because the value is null. The
-///   tree is then unchanged, unless the comment on the function says otherwise. `kel::Error` is a
-///   `std::runtime_error` that also has a `code()`.
+/// - A function that cannot make its change throws `kel::Error`. For example, a function throws if the value
+///   that it should change is null. After a `kel::Error`, the tree is unchanged, unless the comment on the
+///   function says otherwise. `kel::Error` is a `std::runtime_error` that also has a `code()`.
 /// - The caller passes texts and names as UTF-8 or as wide strings. A function that receives an invalid text
 ///   or name throws `kel::Error`. Paths are UTF-8 in any locale.
 /// - Any function may throw `std::bad_alloc`.
 /// - Threads: use a document, and all values that refer to its nodes, from one thread at a time. Different
 ///   threads may use different documents at the same time.
-/// - To mix this layer with the COM interfaces of KelXmlLib/xmldom.h, construct a value from an interface, or
-///   call `get()` for a new interface pointer.
+/// - To mix this layer with the COM interfaces of KelXmlLib/xmldom.h, construct a value from a COM object, or
+///   call `get()` on a value to create a COM object.
 
 #pragma once
 

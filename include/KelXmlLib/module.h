@@ -1,7 +1,7 @@
 /// \file
-/// The entry points of the library, with C linkage. A host program creates objects in the manner of COM with
-/// `DllMain` and `DllGetClassObject`. The module loader of the host program calls the two entry points whose
-/// names begin with `ylrx`.
+/// The entry points of the library, with C linkage. A host program calls `DllMain` first, and then calls
+/// `DllGetClassObject` to create objects. The module loader of the host program calls the two entry points
+/// whose names begin with `ylrx`.
 
 #pragma once
 
@@ -41,9 +41,9 @@ int DllMain(void* module, unsigned int reason, void* reserved);
 /// \param classId the class of the object: `CLSID_DOMDocument`
 /// \param riid the interface of the returned pointer, such as `IID_IXMLDOMDocument`
 /// \param object receives a pointer to the object with one reference, which the caller releases; receives
-///        null if the object does not have the interface `riid`; unchanged after any other failure
-/// \return `S_OK`; `E_NOINTERFACE` if the object does not have the interface `riid`; `E_NOTIMPL` for an
-///         unknown class; `E_FAIL` if `object` is null or if `DllMain` was not called with reason 1
+///        null if the created object does not have the interface `riid`; unchanged after any other failure
+/// \return `S_OK`; `E_NOINTERFACE` if the created object does not have the interface `riid`; `E_NOTIMPL` for
+///         an unknown class; `E_FAIL` if `object` is null or if `DllMain` was not called with reason 1
 /// \throw std::bad_alloc if memory runs out
 HRESULT DllGetClassObject(const GUID& classId, const GUID& riid, void** object);
 

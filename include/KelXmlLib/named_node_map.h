@@ -60,13 +60,14 @@ private:
     QDomNamedNodeMap m_map;
     /// This object's own document object. Released before the other members.
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument;
-    /// Keeps the Qt document alive. Null if this object was created before the document loaded or created
-    /// anything.
+    /// Keeps the Qt document alive. Null if the document had neither loaded nor created anything when this
+    /// object was created.
     QDomDocument m_document;
-    /// Used only if `m_document` is null: keeps the Qt document of the attributes alive.
+    /// Used only if `m_document` is null. If the attributes come from another document, keeps that document
+    /// alive.
     std::unique_ptr<const QDomDocument> m_fallbackDocument;
-    /// The element that has the attributes, or null. Released after the members that may refer to it:
-    /// `m_map`, `m_document` and `m_items`.
+    /// The element that has the attributes, or null. Released after `m_map`, `m_document` and `m_items`,
+    /// which may point to the element.
     QDomNode m_ownerElement;
     std::vector<QDomNode> m_items; ///< caches the attributes of a large map
 };

@@ -1,6 +1,7 @@
-/// \file The class of generic nodes. A generic node is an object for a node that is not a document, an
-/// element or an attribute. There is one exception: if a parent is a document, `get_parentNode` returns a
-/// generic node for it.
+/// \file
+/// The class of generic nodes. A generic node is an object for a node that is not a document, an element or
+/// an attribute. There is one exception: `get_parentNode` returns a generic node even if the parent is a
+/// document.
 
 #pragma once
 
@@ -85,9 +86,9 @@ private:
     QDomNode m_node;
     /// This object's own document object. Released before the other members.
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument;
-    /// Keeps the Qt document alive. Null if this object was created before the document loaded or created
-    /// anything.
+    /// Keeps the Qt document alive. Null if the document had neither loaded nor created anything when this
+    /// object was created.
     QDomDocument m_document;
-    /// Used only if `m_document` is null: keeps the Qt document of `m_node` alive.
+    /// Used only if `m_document` is null. If `m_node` comes from another document, keeps that document alive.
     std::unique_ptr<const QDomDocument> m_fallbackDocument;
 };

@@ -59,13 +59,14 @@ private:
     std::uint32_t m_cursor = 0;
     /// This object's own document object. Released before the other members.
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument;
-    /// Keeps the Qt document alive. Null if this object was created before the document loaded or created
-    /// anything.
+    /// Keeps the Qt document alive. Null if the document had neither loaded nor created anything when this
+    /// object was created.
     QDomDocument m_document;
-    /// Used only if `m_document` is null: keeps the Qt document of the nodes in this list alive.
+    /// Used only if `m_document` is null. If the nodes in this list come from another document, keeps that
+    /// document alive.
     std::unique_ptr<const QDomDocument> m_fallbackDocument;
     /// If this list contains the children of an attribute: the element that has the attribute. Otherwise
-    /// null. Released after `m_live`, `m_list` and `m_document`.
+    /// null. Released after `m_live`, `m_list` and `m_document`, which may point to the element.
     QDomNode m_ownerElement;
     /// Reads the nodes of this list. Released before `m_ownerElement`.
     kelxml::InPlace<kelxml::lists::LiveList, 56> m_live;

@@ -5,10 +5,10 @@
 /// - Strings: a string argument is read up to its first zero character. The caller frees each returned BSTR
 ///   with `SysFreeString`. The earlier content of a `VARIANT` that receives a result is not freed.
 /// - Objects: the caller owns one reference to each returned object, and releases it.
-/// - Outputs: unless a method's comment says otherwise, the method writes its out-parameters only if the
-///   method returns `S_OK`, and after everything else. If an out-pointer is null, the method does nothing and
-///   returns `S_FALSE`, unless the comment of the parameter allows null.
-/// - Errors: no method of these interfaces returns a failure code. When memory runs out, a method throws
+/// - Outputs: a method writes its out-parameters last, and only if it returns `S_OK`, unless the method's
+///   comment says otherwise. If an out-pointer is null, the method does nothing and returns `S_FALSE`, unless
+///   the comment of the parameter allows null.
+/// - Errors: no method in this file returns a failure code. When memory runs out, a method throws
 ///   `std::bad_alloc` and leaves its out-parameters unchanged. If only the returned BSTR cannot be allocated,
 ///   the method returns `S_OK` and a null BSTR instead.
 /// - Threads: use a document, and everything reached from it, from one thread at a time.
@@ -48,14 +48,14 @@ enum tagDOMNodeType : std::int32_t {
     NODE_ENTITY = 6,                 ///< an entity declaration in the document type
     NODE_PROCESSING_INSTRUCTION = 7, ///< an instruction, or the XML declaration
     NODE_COMMENT = 8,                ///< a comment; `get_nodeValue` returns its text, but `get_text` does not
-    NODE_DOCUMENT = 9,               ///< an `IXMLDOMDocument`; as a parent, a generic node
+    NODE_DOCUMENT = 9,               ///< an `IXMLDOMDocument`, but a generic node from `get_parentNode`
     NODE_DOCUMENT_TYPE = 10,         ///< `<!DOCTYPE>`
     NODE_DOCUMENT_FRAGMENT = 11,     ///< never created
     NODE_NOTATION = 12,              ///< a notation declaration in the document type
 };
 using DOMNodeType = tagDOMNodeType; ///< the short published name
 
-/// A node of the tree. Asking for a node twice usually returns two objects, which have the same content.
+/// A node of the tree. Asking twice for a node usually returns two objects that refer to the same node.
 class IXMLDOMNode : public IDispatch
 {
 public:
@@ -107,8 +107,8 @@ public:
     /// Removes a child from this node. Does nothing if `child` is not a child of this node.
     /// \param child an object of this library; its reference count does not change
     /// \param result receives a new object for `child` with one reference, which the caller releases; may be
-    ///        null. The object has no node if this node and `child` are both elements, and `child` is not a
-    ///        child of this node
+    ///        null. If this node and `child` are both elements, but `child` is not a child of this node, the
+    ///        new object has no node
     /// \return `S_OK`, also for a null `child` (nothing done, nothing written); `S_FALSE` if `child` belongs
     ///         to another library
     virtual HRESULT removeChild(IXMLDOMNode* child, IXMLDOMNode** result) = 0;
@@ -119,7 +119,8 @@ public:
     /// node is a document that has neither loaded nor created anything. A refused call leaves the tree
     /// unchanged, but returns `S_OK` and writes `result` as usual.
     ///
-    /// An attribute from `createNode` becomes a child and is saved as content. So use `setAttribute` instead.
+    /// An attribute from `createNode` becomes a child and is saved as content. To add an attribute, use
+    /// `setAttribute`.
     /// \param child an object of this library; its reference count does not change
     /// \param result receives a new object for `child` with one reference, which the caller releases; may be
     ///        null
@@ -149,8 +150,8 @@ public:
     /// Returns the text of an element and all its descendants, or the data of a text or CDATA section. No-op
     /// for document objects.
     /// \param text receives a new BSTR, which the caller frees
-    /// \return `S_OK`; `S_FALSE` for attributes and all other generic nodes (nothing written), or if `text`
-    ///         is null
+    /// \return `S_OK`; `S_FALSE` (nothing written) for attributes, for generic nodes of any other kind, or if
+    ///         `text` is null
     virtual HRESULT get_text(BSTR* text) = 0;
     /// Sets the text of an element: removes the first child of the element, keeps all other children, and
     /// appends a text node. For any other node, sets the node's value.
@@ -199,7 +200,7 @@ public:
     virtual HRESULT get_implementation(IXMLDOMImplementation** implementation) = 0;
     /// @}
     /// Returns the document element. Every later call returns the same object as the first call, even after
-    /// another load. If the document is empty at the first call, this object never gets a node.
+    /// another load. If the document is empty at the first call, the returned object never gets a node.
     /// \param element receives the object with one reference, which the caller releases
     /// \return `S_OK`; `S_FALSE` if `element` is null
     virtual HRESULT get_documentElement(IXMLDOMElement** element) = 0;
@@ -232,9 +233,9 @@ public:
     /// @}
     /// Replaces the content of this document with a local file. Parsing is complete when the call returns.
     ///
-    /// A refused path, a file that cannot be read to its end or exceeds a limit, and lack of memory before
-    /// parsing begins leave the earlier content in place. An empty file leaves the document empty. A failure
-    /// during parsing leaves the document empty or with what was parsed before the error.
+    /// The earlier content stays if the path is refused, if the file cannot be read to its end or exceeds a
+    /// limit, or if memory runs out before parsing begins. If the file is empty, the document becomes empty.
+    /// If parsing fails, the document is empty or contains what was parsed before the error.
     /// \param source a file path as `VT_BSTR`; any other type is refused
     /// \param success set to 0 first, and to -1 once the file has been parsed; may be null
     /// \return `S_OK` if the file was parsed, else `S_FALSE`
@@ -250,9 +251,8 @@ public:
     /// @}
     /// Replaces the content of this document with an XML text.
     ///
-    /// A text that is null, is empty or exceeds a limit, and lack of memory before parsing begins, leave the
-    /// earlier content in place. A failure during parsing leaves the document empty or with what was parsed
-    /// before the error.
+    /// The earlier content stays if the text is null, empty or beyond a limit, or if memory runs out before
+    /// parsing begins. If parsing fails, the document is empty or contains what was parsed before the error.
     /// \param xml the XML text
     /// \param success set to 0 first, and to -1 once the text has been parsed; may be null
     /// \return `S_OK` if the text was parsed, else `S_FALSE`
@@ -290,7 +290,7 @@ public:
     virtual HRESULT get_tagName(BSTR* name) = 0;
     virtual HRESULT getAttribute(BSTR name, VARIANT* value) = 0;
     /// @}
-    /// Sets an attribute. Adds the attribute if the element does not have it. Qt formats the numbers.
+    /// Sets an attribute. Adds the attribute if the element does not have it. Qt formats numbers.
     /// \param name the attribute's name
     /// \param value `VT_BSTR`, `VT_I2`, `VT_I4`, `VT_INT`, `VT_I8`, `VT_UI2`, `VT_UI4`, `VT_UINT`, `VT_UI8`,
     ///        `VT_R4`, `VT_R8` or `VT_DATE` (written as a number of days); any other type changes nothing
