@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Creates and changes a document using only calls by name.
+"""Creates and changes a document. Calls every member of an object by its name, through IDispatch.
 
 The script needs only ctypes. It calls IDispatch through each object's vtable, as a program in any other language
 would. The script loads a document, sets the same attributes as the C++ example in the README, sets a text, and
@@ -13,7 +13,7 @@ import sys
 
 VT_I4, VT_BSTR, VT_DISPATCH, VT_BOOL = 3, 8, 9, 11
 METHOD_OR_GET, PUT = 1 | 2, 4
-PROPERTY_PUT = -3  # marks the named argument that has the new value when a property is set
+PROPERTY_PUT = -3  # DISPID_PROPERTYPUT: marks the argument that contains the new value of a property
 
 
 class Guid(ctypes.Structure):
@@ -58,7 +58,7 @@ def check(result, what):
 
 
 class Library:
-    """Loads the COM library and the XML library, attaches the XML library, and registers its type library."""
+    """Loads the COM library and the XML library, attaches the XML library, and registers the type library."""
 
     def __init__(self, directory=None):
         def load(name):
@@ -95,7 +95,7 @@ class Library:
 
 
 class Object:
-    """Owns one reference to an object, and calls its members by name.
+    """Owns one reference to a COM object, and calls the members of the object by name.
 
     Examples: `node.call("cloneNode", True)`, `node.call("nodeName")`, `node.put("text", "Tides")`.
     """
@@ -167,8 +167,8 @@ class Object:
 
 
 def main():
-    parser = argparse.ArgumentParser(description="Creates a document with calls by name only, and prints its content.")
-    parser.add_argument("directory", nargs="?", help="directory of the libraries, unless the system finds them")
+    parser = argparse.ArgumentParser(description="Creates a document through IDispatch, and prints its content.")
+    parser.add_argument("directory", nargs="?", help="directory of the libraries, if the system cannot find them")
     parser.add_argument("-o", metavar="FILE", dest="output", help="save the document as FILE")
     options = parser.parse_args()
 

@@ -1,5 +1,5 @@
-// settings FILE - reads a program's settings with defaults, changes some, adds a file to the list of the last
-// three opened files, and writes the settings back. To build this program with the installed library:
+// settings FILE - reads a program's settings with defaults, changes some, adds a file to the list of the
+// three most recent files, and writes the settings back. To build this program with the installed library:
 //
 //   c++ -std=c++17 settings.cpp $(pkg-config --cflags --libs KelXmlLib)
 

@@ -31,7 +31,7 @@ void requireNotNull(const Node& parent, const Node& child, const char* action)
         detail::refuse(action, detail::reason::kNullArgument);
 }
 
-/// Refuses a child that `parent` cannot have. Does not check for cycles, attributes and too much depth,
+/// Refuses a child that `parent` cannot have. Does not check for cycles, attributes or too much depth,
 /// because the functions in `trees/` refuse those.
 /// \param replaced the existing child that will be replaced with `child`; null if `child` will be added
 void requireAllowed(const Node& parent, const Node& child, const Node& replaced, const char* action)

@@ -42,7 +42,7 @@ std::string reasonOf(Limit limit)
     case Limit::EntityDeclarations:
         return "more than " + std::to_string(limits::kMaxEntityDeclarations) + " entity declarations";
     case Limit::EntitySearch:
-        return "entities that are too many and too long to be searched";
+        return "too many long entities";
     case Limit::EntityText:
         return "too much text in entities";
     case Limit::TextLength:

@@ -36,8 +36,8 @@ MovableNode afterSubtree(MovableNode node, const QDomNode& origin)
     return next;
 }
 
-/// Returns the node to check after `node`. If the selection includes all descendants, this is the next node
-/// in document order; else it is the next sibling of `node`.
+/// Returns the node to check after `node`: the next node in document order if the selection includes all
+/// descendants, else the next sibling of `node`.
 /// \param node must not have been moved or removed during the loop
 MovableNode following(const MovableNode& node, const Selection& selection)
 {
@@ -60,10 +60,10 @@ MovableNode firstSelected(const Selection& selection)
     return firstSelected(nodeOf(selection.origin).firstChild(), selection);
 }
 
-/// Checks whether `node` is still where the walk reached `node`: below `parent`, and between the siblings
-/// `before` and `after`. The body of the loop may have inserted nodes, so other siblings may now be between
-/// `node` and these two siblings. The search starts at `after` and goes backwards, because `before` is only
-/// an address.
+/// Checks whether `node` is still where the walk reached `node`: a child of `parent`, and between the
+/// siblings `before` and `after`. The body of the loop may have inserted nodes, so other siblings may now be
+/// between `node` and these two siblings. The search starts at `after` and goes backwards, because `before`
+/// is only an address.
 /// \param before the address of the sibling that was before `node`; null if `node` was the first child
 /// \param after the sibling that was after `node`; null if `node` was the last child
 bool isInPlace(const QDomNode& node, const QDomNode& parent, const void* before, const QDomNode& after)

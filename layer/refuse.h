@@ -16,7 +16,7 @@ namespace reason
 constexpr const char* kNull = "the node to change is null";
 constexpr const char* kNullArgument = "the node is null";
 constexpr const char* kForeign = "the object belongs to another library";
-constexpr const char* kDeclarationPart = "a part of a document type cannot be a child";
+constexpr const char* kDeclarationPart = "a document type, an entity or a notation cannot be a child";
 constexpr const char* kDeclaration = "an XML declaration must come first in a document";
 constexpr const char* kSecondRoot = "the document has a root element already";
 constexpr const char* kTextInDocument = "a document has no text of its own";
@@ -25,7 +25,7 @@ constexpr const char* kCData = "a CDATA section cannot contain ]]>";
 constexpr const char* kInstruction = "an instruction cannot contain ?>";
 } // namespace reason
 
-/// Throws an `Error` in every case.
+/// Always throws.
 /// \param action the action that failed, such as "appending a node"
 /// \param reason why the action failed
 /// \throw Error

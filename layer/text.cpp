@@ -29,9 +29,9 @@ int lengthForQt(std::size_t length)
     return static_cast<int>(length);
 }
 
-/// Qt replaces invalid bytes with U+FFFD. If the converted text contains U+FFFD, this function encodes the
-/// text again and compares the bytes with `utf8`. Qt also drops a leading byte order mark, so this function
-/// puts the mark back.
+/// Converts UTF-8. Qt replaces invalid bytes with U+FFFD, but a valid text may also contain U+FFFD. If the
+/// converted text contains U+FFFD, this function encodes the text again and compares the bytes with `utf8`.
+/// Qt also drops a leading byte order mark, so this function puts the mark back.
 Converted fromUtf8(std::string_view utf8)
 {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
@@ -55,7 +55,7 @@ Converted fromWide(std::wstring_view wide)
     for (const wchar_t unit : wide) {
         const auto character = static_cast<char32_t>(unit);
         if (QChar::isSurrogate(character) || character > QChar::LastValidCodePoint)
-            return {{}, "a wide character is not a code point"};
+            return {{}, "it contains an invalid wide character"};
         if (QChar::requiresSurrogates(character))
             text.append(QChar(QChar::highSurrogate(character)));
         text.append(QChar(QChar::requiresSurrogates(character) ? QChar::lowSurrogate(character)

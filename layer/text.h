@@ -29,8 +29,8 @@ QString toText(TextView text);
 /// characters that XML does not allow: no parser would read a document with such characters
 QString toContent(TextView text);
 
-/// Does what `toContent` does, except for a `wchar_t` that is not a Unicode character: this function replaces
-/// the `wchar_t` with U+FFFD. `IKelXmlFiler` does the same.
+/// Does what `toContent` does, but accepts more wide texts: combines each surrogate pair into one character,
+/// and replaces a lone surrogate or a `wchar_t` above U+10FFFF with U+FFFD. `IKelXmlFiler` does the same.
 QString toCharacters(TextView text);
 
 /// Converts a name. \throw Error if `toText` would throw, or if Qt's parser would not read the text as a name
@@ -39,8 +39,7 @@ QString toName(TextView name);
 /// Escapes control characters in a path or a name, so that a message stays on one line.
 std::string inOneLine(const std::string& text);
 
-/// Reads a text as a value of the type of the variable that `target` points to, and stores the value in this
-/// variable.
+/// Parses a text as the type of the variable that `target` points to, and stores the value in this variable.
 /// \return whether the text is valid for that type; if not, the variable is unchanged
 bool assign(const QString& text, Target target);
 

@@ -31,7 +31,7 @@ struct Writer::State
             detail::refuse(action, "no element is open");
     }
 
-    /// \throw Error after `close`
+    /// \throw Error if the file is closed
     void requireFile(const char* action) const
     {
         if (isClosed)
@@ -79,7 +79,7 @@ struct Writer::State
     }
 
     /// Calls Qt's writer to write anything except a start tag or an attribute. If a start tag is open, Qt's
-    /// writer first completes it, so the element can then get no more attributes.
+    /// writer first completes the tag, and the element can then get no more attributes.
     template <class Write>
     void writeContent(Write write)
     {
@@ -128,7 +128,8 @@ struct Writer::State
         discard();
     }
 
-    /// Makes all further calls fail. If `file` was not committed, its destructor discards the new file.
+    /// Makes every later call that writes fail. If `file` was not committed, its destructor discards the new
+    /// file.
     void discard() noexcept
     {
         isClosed = true;

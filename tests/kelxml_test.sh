@@ -108,7 +108,7 @@ for arguments in 'copy doc.xml -' 'tree doc.xml' 'tree wide.xml' --help; do
 done
 # A document that could not be loaded again is not written, so the input is not lost.
 before=$(cat doc.xml)
-expect 1 'doc.xml is not written, since it could not be read again: ' call doc.xml 'documentElement.appendChild(createNode(1, "1 x", ""))' -o doc.xml
+expect 1 'doc.xml was not written, because the document could not be loaded again: ' call doc.xml 'documentElement.appendChild(createNode(1, "1 x", ""))' -o doc.xml
 expect 1 "there is no element 'c'" set doc.xml c k=v -o doc.xml
 [ "$before" = "$(cat doc.xml)" ] ||
     fail "a failed command keeps its input: it contains '$(cat doc.xml)'"

@@ -99,7 +99,7 @@ TEST_F(Layer, ARefusedChangeChangesNothingAndSaysWhy)
         {[&] { root.append("1x"); }, "invalid name: '1x' is not a name"},
         {[&] { root.setAttribute("a\n", 1); }, "invalid name: 'a\\u000A' is not a name"},
         {[&] { root.append("x", "\xC3"); }, "invalid text: it is not valid UTF-8"},
-        {[&] { root.setText(L"\xD800"); }, "invalid text: a wide character is not a code point"},
+        {[&] { root.setText(L"\xD800"); }, "invalid text: it contains an invalid wide character"},
         {[&] { c.append(root); }, "appending a node: the node would be inside itself"},
         {[&] { root.append(document); }, "appending a node: a document cannot be in a tree"},
         {[&] { a.append(attribute.clone()); }, "appending a node: an attribute cannot be a child"},

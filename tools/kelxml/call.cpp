@@ -1,4 +1,4 @@
-// `call`: calls members by name through `IDispatch`, as scripts do.
+// The subcommand `call`: looks up methods and properties by name, and invokes them through `IDispatch`.
 
 #include "KelComWrapper/bstr.h"
 #include "KelComWrapper/variant_owner.h"
@@ -54,7 +54,7 @@ DISPID identifierOf(IDispatch& object, const std::wstring& name, std::wstring_vi
     return identifier;
 }
 
-/// The result and the return code of a call of a member.
+/// The result and the return code of a call.
 struct CallResult
 {
     kel::Variant value;
@@ -62,8 +62,8 @@ struct CallResult
 };
 
 /// Whether an argument is a null text. If an argument in an expression is the word `null`, `invoke` first
-/// passes a null text for it. If the member's parameter is an object, the first call fails, and `invoke`
-/// calls the member again with a null object.
+/// passes a null text. If the member expects an object, this call fails, and `invoke` calls the member again
+/// with a null object.
 bool isNullText(const VARIANT& value)
 {
     return value.vt == VT_BSTR && !value.bstrVal;
@@ -248,14 +248,15 @@ std::string printableOnTerminal(const std::string& text)
     return isatty(STDOUT_FILENO) ? printable(text) : text;
 }
 
-/// Call this function before saving. Throws a `Failure` if the saved document could not be loaded. For
-/// example, a call by name can create an element with the name "1 x", which parsers refuse.
+/// Call this function before saving. Throws a `Failure` if the saved document could not be loaded again. For
+/// example, `createNode` can create an element with the name "1 x", which parsers refuse.
 void requireReadable(const kel::Document& document, const std::string& path)
 {
     try {
         kel::Document::parse(document.toString());
     } catch (const kel::LoadError& error) {
-        throw Failure(path + " is not written, since it could not be read again: " + error.what());
+        throw Failure(path +
+                      " was not written, because the document could not be loaded again: " + error.what());
     }
 }
 
@@ -278,7 +279,7 @@ bool runCall(const Arguments& arguments)
     } else {
         std::cout << printableOnTerminal(result) << '\n';
         if (evaluator.hasChanged())
-            std::cerr << "kelxml: the change is lost: without -o nothing is saved\n";
+            std::cerr << "kelxml: the change is lost, because -o was not given\n";
     }
     return true;
 }

@@ -13,7 +13,7 @@
 namespace tool
 {
 
-/// Thrown if a subcommand fails. `what()` is a message of one line for the user.
+/// Thrown if a subcommand fails. `what()` is a one-line message for the user.
 class Failure : public std::runtime_error
 {
 public:

@@ -23,8 +23,9 @@ namespace
 
 constexpr char kStandard[] = "-";
 constexpr char kStandardInput[] = "the standard input";
-/// The number of bytes after which the tool stops reading the standard input. This is one byte more than the
-/// library accepts, so the library refuses a longer document, instead of loading its first part.
+/// The tool stops reading the standard input after this many bytes. The limit is one byte above the limit of
+/// the library, so that the library refuses a document that is too long, instead of loading only its
+/// beginning.
 constexpr std::size_t kMaxInputSize = (std::size_t{512} << 20U) + 1;
 
 void require(bool isDone)

@@ -1,4 +1,4 @@
-// Support for calls by name. The C++ layer `kel` has no such calls.
+// Helps the subcommand `call` to call members by name. The C++ layer `kel` has no such calls.
 
 #pragma once
 

@@ -39,8 +39,8 @@ constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
 constexpr Command kCommands[] = {
     {"check", "FILE...", "report the files that cannot be loaded",
-     "Prints one line for each bad file: its name, the line, the column and the reason. Prints\n"
-     "nothing if all files are good.\n",
+     "Prints one message for each bad file, such as \"shelf.xml:3:14: tag mismatch\": the file, the\n"
+     "line, the column and the reason. Prints nothing if all files are good.\n",
      1, kAnyNumber, Output::none, false, &runCheck},
     {"copy", "IN OUT", "load a document and save it",
      "Indents by four spaces per level, and sorts attributes by name.\n", 2, 2, Output::none, false,
@@ -49,19 +49,19 @@ constexpr Command kCommands[] = {
      "Prints one line for each node: its kind, name, attributes and content. Indents by two\n"
      "spaces per level.\n",
      1, kAnyNumber, Output::none, false, &runTree},
-    {"find", "FILE... TAG", "print the elements with a tag name",
+    {"find", "FILE... TAG", "print the elements with a given tag name",
      "Prints one line for each element: its name, attributes and text. With several files, each\n"
      "line begins with the file's name. Exits with 1 if no element has the tag name.\n",
      2, kAnyNumber, Output::none, false, &runFind},
-    {"set", "FILE TAG NAME=VALUE... -o OUT", "set attributes of every element with a tag name",
+    {"set", "FILE TAG NAME=VALUE... -o OUT", "set attributes of every element with a given tag name",
      "Prints the number of changed elements. If no element has the tag name, writes nothing and\n"
      "exits with 1.\n",
      3, kAnyNumber, Output::required, false, &runSet},
-    {"unset", "FILE TAG NAME... -o OUT", "remove attributes of every element with a tag name",
+    {"unset", "FILE TAG NAME... -o OUT", "remove attributes of every element with a given tag name",
      "Prints the number of changed elements. If no element has the tag name, writes nothing and\n"
      "exits with 1.\n",
      3, kAnyNumber, Output::required, false, &runUnset},
-    {"text", "FILE TAG VALUE -o OUT", "set the text of every element with a tag name",
+    {"text", "FILE TAG VALUE -o OUT", "set the text of every element with a given tag name",
      "The text replaces all content of each element. Prints the number of changed elements. If\n"
      "no element has the tag name, writes nothing and exits with 1.\n",
      3, 3, Output::required, false, &runText},
@@ -78,17 +78,19 @@ constexpr Command kCommands[] = {
      "left out.\n"
      "  --plain  no indentation\n",
      2, 2, Output::none, true, &runExport},
-    {"call", "FILE EXPRESSION [-o OUT]", "call members by name, as scripts do",
-     "EXPRESSION is a path: names of members with dots between them, starting at the document.\n"
-     "After a name, arguments are in parentheses: strings in double quotes (escapes \\\" \\\\ \\n \\t \\r),\n"
-     "numbers, true, false, null, or other paths. PATH = VALUE assigns a property.\n"
+    {"call", "FILE EXPRESSION [-o OUT]", "call methods, and read and set properties, by name",
+     "EXPRESSION is a path: names of members (methods and properties) with dots between them. The\n"
+     "first name is a member of the document. Arguments follow a name, in parentheses: strings in\n"
+     "double quotes (escapes \\\" \\\\ \\n \\t \\r), numbers, true, false, null, or other paths.\n"
+     "PATH = VALUE assigns a property.\n"
      "  documentElement.childNodes.item(0).nodeName\n"
      "  documentElement.setAttribute(\"k\", 5)\n"
      "  documentElement.appendChild(createNode(1, \"note\", null))\n"
      "  documentElement.text = \"x\"\n"
      "Prints the result: a text, a number, true or false. For an object, prints its node name, or\n"
-     "(object) if it has none. Without a result, prints (empty). Exits with 1 if a member returns\n"
-     "S_FALSE or is a no-op. -o saves the changed document. Without -o, changes are lost.\n",
+     "(object) if the object has no node name. Without a result, prints (empty). Exits with 1 if a\n"
+     "member returns S_FALSE or is a no-op (accepts calls but does nothing). -o saves the changed\n"
+     "document. Without -o, changes are lost.\n",
      2, 2, Output::optional, false, &runCall},
 };
 
@@ -172,7 +174,7 @@ void runHelp(const std::vector<std::string_view>& words)
     }
     const Command* const command = commandNamed(words[0]);
     if (!command || words.size() > 1)
-        throw UsageError("this topic has no help");
+        throw UsageError("there is no help on this topic");
     printHelp(*command);
 }
 

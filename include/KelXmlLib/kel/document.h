@@ -35,23 +35,24 @@ public:
     /// \throw LoadError if the file cannot be read or parsed
     static Document load(const std::filesystem::path& path);
     /// Reads a document from a text.
-    /// \param text the XML text, in UTF-8 or wide. An encoding that its XML declaration names is ignored.
+    /// \param text the XML text, in UTF-8 or wide. The encoding in the XML declaration is ignored.
     /// \throw LoadError if the text cannot be parsed
     static Document parse(TextView text);
 
-    /// \return the root element; null if the document is empty
+    /// \return the root element; null if the document has no root element
     Element root() const;
 
     /// Writes the document to a file, in the encoding that the document's XML declaration names. If the
     /// document names no encoding, or one that Qt does not know, the file is in UTF-8. An existing file is
-    /// replaced only once the new file is complete. The new file gets the permissions of the existing file. A
-    /// symbolic link at `path` stays, and the file that the link names is replaced. Other hard links to the
-    /// existing file keep the old content. If the process has no permission to create a file in the
+    /// replaced only once the new file is complete. The new file gets the permissions of the existing file.
+    /// If `path` is a symbolic link, the target of the link is replaced, and the link stays. Other hard links
+    /// to the existing file keep the old content. If the process has no permission to create a file in the
     /// directory, the existing file is overwritten in place.
     /// \param path the path of the file, in UTF-8
     /// \param options how to write the document
-    /// \throw SaveError if the document is empty, or if the file cannot be written. An existing file is then
-    ///        unchanged, unless the failure happened while the existing file was overwritten in place.
+    /// \throw SaveError if this value is null, if the document has no root element, or if the file cannot be
+    ///        written. An existing file is then unchanged, unless the failure happened while the existing
+    ///        file was overwritten in place.
     void save(const std::filesystem::path& path, const SaveOptions& options = {}) const;
 
     /// Copies the document with all its nodes. \return the new document; null if this value is null

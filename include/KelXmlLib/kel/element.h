@@ -15,7 +15,8 @@
 namespace kel
 {
 
-/// The base class of `Element` and `Document`. Its functions find and change the children of the node.
+/// Finds and changes the children of an element or a document. `Element` and `Document` derive from this
+/// class.
 class KEL_EXPORT Container : public Node
 {
 public:
@@ -73,8 +74,8 @@ public:
     /// \param reference a child of this node; must not be null
     /// \throw Error in the same cases as `append(node)`, and if `reference` is not a child of this node
     void insertBefore(const Node& node, const Node& reference);
-    /// Puts `replacement` in the place of `child`. Afterwards, `child` has no parent. If both are the same
-    /// node, nothing changes.
+    /// Puts `replacement` in the place of `child`. Afterwards, `child` has no parent. If `child` and
+    /// `replacement` are the same node, nothing changes.
     /// \throw Error in the same cases as `append(node)`, and if `child` is not a child of this node
     void replace(const Node& child, const Node& replacement);
     /// Removes a child of this node. The removed child stays alive as long as a `kel` value refers to it.

@@ -22,7 +22,7 @@ struct Selection;
 /// Records which nodes the body of a loop has moved.
 struct MovedNodes;
 
-/// Visits the nodes of a selection one after the other. Every loop over a list uses a walk.
+/// Visits the nodes of a selection one after the other. Every loop over a list uses a `Walk`.
 class KEL_EXPORT Walk
 {
 public:

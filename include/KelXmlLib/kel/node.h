@@ -105,8 +105,8 @@ public:
     {
         return text(Text());
     }
-    /// Reads the text of the node as a text, a number or a `bool`. The type of `otherwise` decides which. The
-    /// comment on `Element::attribute` says how numbers and `bool` may be written.
+    /// Reads the text of the node, and converts it to the type of `otherwise`: a text, a number or a `bool`.
+    /// The comment on `Element::attribute` says how numbers and `bool` may be written.
     /// \param otherwise the default. The function returns the default if the node is null, or if the text of
     ///        the node is not valid for the type of `otherwise`.
     template <class Default>
@@ -115,10 +115,10 @@ public:
         return detail::readOr(otherwise, [this](detail::Target target) { return readText(target); });
     }
     /// For an element, replaces all children with one text. For any other node, sets the node's value.
-    /// \param text a text, a number or `bool`
-    /// \throw Error if the node is null or a document, or if the text is invalid. A text is also invalid for
-    ///        a comment if it contains `--` or ends in `-`, for a CDATA section if it contains `]]>`, and for
-    ///        an instruction if it contains `?>`.
+    /// \param text a text, a number or `bool`. The text of a comment must not contain `--` or end in `-`. The
+    ///        text of a CDATA section must not contain `]]>`. The text of an instruction must not contain
+    ///        `?>`.
+    /// \throw Error if the node is null or a document, or if the text is invalid
     void setText(const Value& text);
 
     /// \return the node's parent if the parent is an element; else null

@@ -56,8 +56,8 @@ namespace detail
 template <class T>
 constexpr bool isText = std::is_convertible_v<const T&, TextView>;
 
-/// Whether a `T` can be passed as a number. False for `bool`, `char` and the wide character types, although
-/// C++ treats these types as numbers: otherwise, `'5'` would be written as 53. Also false for `long double`,
+/// Whether a `T` can be passed as a number. False for `bool`, which is written as `true` or `false`. False
+/// for `char` and the wide character types, so that `'5'` is not written as 53. False for `long double`,
 /// because `writeNumber` does not take a `long double`.
 template <class T>
 constexpr bool isNumber = std::is_arithmetic_v<T> && !std::is_same_v<T, bool> && !std::is_same_v<T, char> &&
@@ -117,15 +117,15 @@ private:
 namespace detail
 {
 
-/// The type of a value that is read with a default of type `Default`. If `Default` is a type of text, this is
-/// `std::string` or `std::wstring`; else it is `Default` itself.
+/// The type that a read returns if its default has the type `Default`: `std::string` for a UTF-8 text,
+/// `std::wstring` for a wide text, and `Default` itself for a number or a `bool`.
 template <class Default>
 using TypeOf = std::conditional_t<
     std::is_convertible_v<const Default&, std::string_view>, std::string,
     std::conditional_t<std::is_convertible_v<const Default&, std::wstring_view>, std::wstring, Default>>;
 
-/// A pointer to the variable that receives a value. The value is parsed from a text, and the type of the
-/// variable decides which texts can be parsed.
+/// A pointer to the variable that receives a parsed value. The type of the variable decides how the text is
+/// parsed.
 using Target =
     std::variant<std::string*, std::wstring*, bool*, long long*, unsigned long long*, float*, double*>;
 

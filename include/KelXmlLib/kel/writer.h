@@ -15,12 +15,13 @@ namespace kel
 
 /// Writes one XML file from start to end. The file is in UTF-8 and begins with an XML declaration.
 ///
-/// - A wide character that is half a surrogate pair or above U+10FFFF is written as U+FFFD.
+/// - A lone surrogate or a wide character above U+10FFFF is written as U+FFFD. A name with such a character
+///   is invalid.
 /// - A call throws `SaveError` if it cannot write to the file. Every later call that writes then throws too.
 /// - A call that receives invalid UTF-8, or a character that XML does not allow, throws `Error`.
 /// - In a comment, a CDATA section or an instruction, a carriage return is written unchanged. Most parsers
-///   read an unchanged carriage return as a line feed. In texts and attributes, a carriage return is written
-///   as a character reference, which parsers read as a carriage return.
+///   read it as a line feed. In texts and attributes, a carriage return is written as a character reference,
+///   which parsers read as a carriage return.
 class KEL_EXPORT Writer
 {
     struct State;
@@ -62,12 +63,12 @@ public:
     explicit Writer(const std::filesystem::path& path, bool indent = true);
     Writer(const Writer&) = delete;
     Writer& operator=(const Writer&) = delete;
-    /// Calls `close`, but reports no errors. To get the errors, call `close` yourself. If the destructor runs
-    /// while an exception is unwinding the stack, it does not call `close`, but discards the new file.
+    /// Calls `close`, but ignores its errors. To get the errors, call `close` yourself. If an exception is
+    /// unwinding the stack, discards the new file instead of calling `close`.
     ~Writer();
 
     /// Begins an element inside the innermost open element.
-    /// \return an object for the element; its destructor closes the element
+    /// \return an object whose destructor closes the element
     /// \throw Error if the name is invalid, if the root element is already closed, or if the file is closed
     Element element(TextView name);
     /// Writes an element that contains only a text, and closes the element.
