@@ -182,6 +182,7 @@ on_terminal() { script -qec "$1" /dev/null </dev/null; }
 escape=$'\e['
 holds "$(on_terminal "$kelxml tree doc.xml")" "${escape}1mb$escape"
 holds "$(on_terminal "$kelxml call control.xml documentElement.text")" '\u009B31m'
+holds "$(on_terminal "$kelxml call control.xml documentElement.text -o - >call.xml")" '\u009B31m'
 holds "$(on_terminal "(sleep 1.2; cat doc.xml) | $kelxml find - b")" 'reading, 1 s'
 plain=$(NO_COLOR=1 on_terminal "$kelxml tree doc.xml")$("$kelxml" tree doc.xml 2>&1)
 [[ $plain != *"$escape"* ]] || fail "without a terminal or with NO_COLOR, there are no colours: the output is '$plain'"

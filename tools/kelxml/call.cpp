@@ -241,11 +241,13 @@ std::string resultText(const kel::Variant& result)
     }
 }
 
-/// Returns the text with control characters escaped if the standard output is a terminal. Otherwise returns
-/// the text unchanged, so that files and other programs receive the original characters.
-std::string printableOnTerminal(const std::string& text)
+/// Prints the text and a line break. Escapes control characters if the stream is a terminal. Files and other
+/// programs receive the original characters.
+/// \param stream the standard output or the standard error
+void printResult(std::ostream& stream, const std::string& text)
 {
-    return isatty(STDOUT_FILENO) ? printable(text) : text;
+    const bool isTerminal = isatty(&stream == &std::cerr ? STDERR_FILENO : STDOUT_FILENO);
+    stream << (isTerminal ? printable(text) : text) << '\n';
 }
 
 /// Call this function before saving. Throws a `Failure` if the saved document could not be loaded again. For
@@ -275,9 +277,9 @@ bool runCall(const Arguments& arguments)
     if (arguments.output) {
         requireReadable(document, *arguments.output);
         save(document, *arguments.output);
-        reportStream(*arguments.output) << printableOnTerminal(result) << '\n';
+        printResult(reportStream(*arguments.output), result);
     } else {
-        std::cout << printableOnTerminal(result) << '\n';
+        printResult(std::cout, result);
         if (evaluator.hasChanged())
             std::cerr << "kelxml: the change is lost, because -o was not given\n";
     }
