@@ -1,5 +1,5 @@
-// Work whose time may grow in proportion to its size. The time must not grow with the square of the size, nor
-// with the size of unrelated trees and lists.
+// Measures how the time of some work grows. The time should grow in proportion to the amount of work, not to
+// the square of that amount, and should not depend on the size of unrelated trees and lists.
 
 #include "host.h"
 #include "rows.h"
@@ -30,7 +30,7 @@ void setAttribute(IXMLDOMNode& element, std::int64_t number)
     kel::check(static_cast<IXMLDOMElement&>(element).setAttribute(name.get(), variantOf(value)));
 }
 
-/// Moves a node back and forth between two parents, a hundred times.
+/// Moves `node` back and forth between the root's first two children. `times` is the number of moves.
 std::uint64_t shuttle(const ComPtr<IXMLDOMDocument>& document, IXMLDOMNode& node, int times = 100)
 {
     const auto parents = listOf(*rootOf(*document));
@@ -39,10 +39,10 @@ std::uint64_t shuttle(const ComPtr<IXMLDOMDocument>& document, IXMLDOMNode& node
     return 1;
 }
 
-/// A list of this length caches its nodes, both for children and for elements by name.
+/// A list with at least this many nodes caches them, whether it lists children or elements by name.
 constexpr int kCached = 8;
 
-/// Moves a subtree with `count` different names while a list has cached nodes.
+/// Moves a subtree with `count` different element names, while a list of other elements has cached its nodes.
 std::function<std::uint64_t()> moveNames(std::int64_t count)
 {
     QString xml = QStringLiteral("<r><a/><b/><n>");
@@ -109,8 +109,8 @@ std::function<std::uint64_t()> readAttributes(std::int64_t count)
     };
 }
 
-/// Sets attributes of the deepest element while a list has cached nodes: one for each level. Qt walks up from
-/// the element for each of them.
+/// Calls `setAttribute` on the deepest element once for each level of the tree, while a list has cached its
+/// nodes. In each of these calls, Qt walks up from the element to the document.
 Pair setDeep(const Size& size)
 {
     const auto depth = static_cast<int>(size.value);

@@ -1,4 +1,4 @@
-// These functions check the result of every call, so the rows do not have to.
+// Each function here checks the results of its calls, so that the benchmarks need not check them.
 
 #include "host.h"
 

@@ -24,14 +24,14 @@ using kel::ComPtr;
 /// Registers the type library, for calls by name.
 void registerTypeLibrary();
 
-/// Checks that a call has succeeded, because failed calls would be measured as fast ones.
-/// \throw std::runtime_error with the name of the action
+/// Throws if a call has failed. Otherwise, the benchmark would measure the failed call as a fast one.
+/// \throw std::runtime_error with the text `action`
 void require(bool succeeded, const char* action);
 
-/// A document without a tree.
+/// Creates an empty document.
 ComPtr<IXMLDOMDocument> newDocument();
 ComPtr<IXMLDOMDocument> documentOf(const QString& xml);
-/// The node at an index of a list or a map; null beyond the end.
+/// Returns the node at an index of a list or a map, or null if the index is beyond the end.
 template <class List>
 ComPtr<IXMLDOMNode> itemOf(List& list, LONG index)
 {
@@ -59,7 +59,7 @@ inline VARIANT variantOf(const Bstr& text)
     return value;
 }
 
-/// Owns the BSTR that a getter wrote to a zeroed VARIANT; null if the getter wrote nothing.
+/// Takes over the BSTR that a getter wrote to a zeroed VARIANT. Returns null if the getter wrote nothing.
 inline Bstr taken(const VARIANT& value)
 {
     Bstr text;
@@ -74,8 +74,7 @@ struct LibraryDocument
     ComPtr<IXMLDOMDocument> document = newDocument();
 };
 
-/// One text in three forms: a BSTR for the interfaces, a `std::wstring` as a host has it, and a `QString` for
-/// Qt.
+/// One text in three forms: a BSTR for the library, the `std::wstring` of a host, and a `QString` for Qt.
 struct Text
 {
     explicit Text(const QString& text) : bstr(bstrOf(text)), wide(text.toStdWString()), ready(text) {}
@@ -105,12 +104,12 @@ const Text& textAt(std::size_t index);
 /// returns the path of the system's MIME database, a large XML file.
 /// \return the path
 QString inputFile(std::int64_t bytes);
-/// Creates a file that contains almost only tags. \return its path
+/// Creates a file with slightly more than `bytes` bytes, which contains almost only tags. Returns its path.
 QString inputFileOfTags(std::int64_t bytes);
 /// The path of a temporary file, which is deleted at exit.
 QString outputFile(const QString& name);
 
-/// The text of a document whose root has `count` children. Each child has two attributes and a text.
+/// Returns the XML of a document whose root has `count` children. Each child has two attributes and a text.
 QString flatTree(std::int64_t count);
 
 /// The document of `flatTree`, loaded with the library; the objects of the root's children; and a second
@@ -123,7 +122,8 @@ struct LibraryTree
     ComPtr<IXMLDOMElement> root;
     ComPtr<IXMLDOMElement> otherRoot;
     std::vector<ComPtr<IXMLDOMElement>> elements;
-    std::vector<ComPtr<IXMLDOMNamedNodeMap>> maps; ///< of `elements`; filled only by benchmarks that use them
+    /// The attribute maps of `elements`. Only benchmarks that use the maps fill this vector.
+    std::vector<ComPtr<IXMLDOMNamedNodeMap>> maps;
 };
 
 /// The document of `flatTree`, loaded with Qt; the handles of the root's children; and a second document, to
@@ -139,15 +139,15 @@ struct QtTree
     std::vector<QDomNamedNodeMap> maps;
 };
 
-/// Makes a `Pair` whose two sides do the same work, one with the library and one with Qt. Each repetition
-/// gets a new `Library` or `Qt`.
-/// \param arguments for the constructors of both
+/// Makes a `Pair`: the library's side calls `work` with a `Library`, and the other side calls `qtWork` with a
+/// `Qt`. Each turn gets a new object, whose creation is not measured.
+/// \param arguments passed to the constructors of `Library` and `Qt`
 template <class Library, class Qt, class Work, class QtWork, class... Arguments>
 Pair onFresh(std::int64_t items, Work work, QtWork qtWork, Arguments... arguments)
 {
     const auto ours = std::make_shared<std::unique_ptr<Library>>();
     const auto qts = std::make_shared<std::unique_ptr<Qt>>();
-    const auto renew = [=](auto& held) { // destroys the old one first
+    const auto renew = [=](auto& held) { // destroys the old object first
         held.reset();
         held = std::make_unique<std::decay_t<decltype(*held)>>(arguments...);
     };

@@ -11,7 +11,7 @@ namespace bench
 namespace
 {
 
-/// The text of a document whose root has `count` elements. Each element has an attribute and a text.
+/// Returns the XML of a document whose root has `count` elements. Each element has an attribute and a text.
 QString textOfRecords(std::int64_t count)
 {
     QString xml = QStringLiteral("<records>");
@@ -20,9 +20,9 @@ QString textOfRecords(std::int64_t count)
     return xml + QStringLiteral("</records>");
 }
 
-/// A row that reads the same from each record.
-/// \param read reads from an element of the layer and returns an amount
-/// \param readByQt does the same with an element of Qt
+/// Makes a row that reads a value from each record.
+/// \param read reads the value from a `kel::Element` and returns an amount
+/// \param readByQt reads the same value from a `QDomElement` and returns the same amount
 template <class Read, class ReadByQt>
 Row overRecords(const char* name, Read read, ReadByQt readByQt)
 {

@@ -1,4 +1,5 @@
-// Loops that read a list and change each of its nodes. The list contains elements found by name, or children.
+// Loops that read a list and change each of its nodes. A list contains the root's children, or the elements
+// with a certain tag name.
 
 #include "host.h"
 #include "rows.h"
@@ -48,7 +49,7 @@ void change(QtTree& tree, QDomElement found, Change kind, const Text& text)
 
 enum class Found { ByName, AsChildren, AsBoth };
 
-/// The lists that a loop reads: one, or two in turn.
+/// Returns the list that a loop reads. For `Found::AsBoth`, returns two lists, which the loop reads in turn.
 std::vector<ComPtr<IXMLDOMNodeList>> listsOf(const LibraryTree& tree, Found found)
 {
     std::vector<ComPtr<IXMLDOMNodeList>> lists;
@@ -71,7 +72,8 @@ std::vector<QDomNodeList> listsOf(const QtTree& tree, Found found)
 
 enum class Read { ByNextNode, ByIndex };
 
-/// Reads the next node of a list. \return whether there is one
+/// Reads the next node of a list.
+/// \return false at the end of the list
 bool readNext(IXMLDOMNodeList& list, Read read, LONG index, ComPtr<IXMLDOMNode>& node)
 {
     if (read == Read::ByNextNode)
@@ -106,7 +108,7 @@ std::uint64_t loop(QtTree& tree, Found found, Change kind)
     }
 }
 
-/// Collects all elements before any change, because the loop above is slow with Qt: each change makes Qt
+/// Collects all elements before it changes any of them. `loop` is slow with Qt, because each change makes Qt
 /// re-read the list.
 std::uint64_t loopFoundFirst(QtTree& tree, Found found, Change kind)
 {
@@ -120,7 +122,8 @@ std::uint64_t loopFoundFirst(QtTree& tree, Found found, Change kind)
     return elements.size() / lists.size();
 }
 
-/// Runs the same loop twice: once alone, and once while a second thread runs it on another document.
+/// Compares the same loops with and without a second thread. `Pair::library` runs the loops while a second
+/// thread runs them on another document. `Pair::direct` runs the loops alone.
 Pair twoThreads(const Size& size)
 {
     const auto work = [](LibraryTree& tree) {
@@ -148,8 +151,8 @@ Pair twoThreads(const Size& size)
     return onFresh<LibraryTree, LibraryTree>(size.value, together, work, size.value);
 }
 
-/// Adds two rows. In the first, the library reads with `nextNode`, and Qt runs the same loop. In the second,
-/// the library reads by index, and Qt collects all elements first.
+/// Adds two rows. In the first row, the library reads with `nextNode`, and Qt runs the same loop. In the
+/// second row, the library reads by index, and Qt collects all elements first.
 void addRows(std::vector<Row>& rows, const std::string& name, Found found, Change kind)
 {
     const auto work = [=](auto& tree) { return loop(tree, found, kind); };

@@ -1,5 +1,5 @@
-// Measures memory: the peak of the same work through the library and with Qt alone, and the size of a live
-// node object and of a handle of Qt. Prints a line for each comparison.
+// Measures memory. Compares the peak memory of the same work through the library and with Qt alone, and the
+// size of a node object of the library with the size of a Qt handle. Prints a line for each comparison.
 
 #include "host.h"
 #include "rows.h"
@@ -16,24 +16,24 @@ namespace bench
 namespace
 {
 
-/// A figure about this process in /proc/self/status, in kilobytes.
+/// Returns the figure with the name `figure` from /proc/self/status, in kilobytes.
 double kilobytes(const std::string& figure)
 {
     std::ifstream status("/proc/self/status");
     for (std::string line; std::getline(status, line);)
         if (line.rfind(figure + ":", 0) == 0)
             return std::stod(line.substr(figure.size() + 1));
-    require(false, "a figure of the kernel");
+    require(false, "finding a figure in /proc/self/status");
     return 0;
 }
 
-/// The peak memory of the work, without the memory that the process used before. \return megabytes
+/// Returns the peak memory of the work in megabytes, without the memory that the process used before.
 double peakOf(const Side& side)
 {
     side.prepare();
     malloc_trim(0); // otherwise the work could reuse freed memory, which would not count
     require(static_cast<bool>(std::ofstream("/proc/self/clear_refs") << "5" << std::flush),
-            "resetting a peak");
+            "resetting the peak memory");
     const double before = kilobytes("VmRSS");
     side.work();
     return (kilobytes("VmHWM") - before) / 1024;
@@ -46,24 +46,25 @@ void printPeak(const Row& row, const Size& size, SideOfPair side)
 {
     std::fflush(stdout);
     const pid_t child = fork();
-    require(child >= 0, "a process");
+    require(child >= 0, "creating a process");
     if (child == 0) {
         std::printf(",%.1f", peakOf(row.make(size).*side));
         std::fflush(stdout);
-        _exit(0); // without deleting the files, which the parent still needs
+        _exit(0); // does not delete the files, which the parent still needs
     }
     int status = 0;
-    require(waitpid(child, &status, 0) == child && status == 0, "a measured peak");
+    require(waitpid(child, &status, 0) == child && status == 0, "measuring a peak in a new process");
 }
 
 void printPeaks(const std::vector<Row>& rows)
 {
     for (const Row& row : rows) {
         for (const Size& size : row.sizes) {
-            // Only these rows build their trees during the measurement.
+            // Measures the rows with 10 MB, and one size of building a tree. Most other rows create their
+            // trees before the measurement, so their peaks are small.
             if (size.name != "10 MB" && row.name + size.name != "building from nothing100000")
                 continue;
-            inputFile(size.value); // created now, so that all processes read the same file
+            inputFile(size.value); // creates the file now, so that all processes read the same file
             std::printf("%s,%s", row.name.c_str(), size.name.c_str());
             printPeak(row, size, &Pair::library);
             printPeak(row, size, &Pair::direct);
@@ -72,8 +73,8 @@ void printPeaks(const std::vector<Row>& rows)
     }
 }
 
+/// Returns the size of an object in bytes, including the memory that the object allocates.
 /// \param make creates an object
-/// \return the size of an object in bytes, including its allocations
 template <class Make>
 std::size_t bytesOf(Make make)
 {

@@ -1,7 +1,9 @@
-// A row of the tables: the same work, done through the library and with Qt alone.
+// A row of the tables compares two sides that do the same work. In most rows, one side uses the library, and
+// the other side uses only Qt.
 //
-// Both sides read and return text as a host needs it, with 32-bit characters: for each BSTR of the library,
-// the other side makes a std::wstring. Names are constants in most programs, so neither side converts them.
+// Except in layer.cpp and serialize.cpp, both sides read and return text with 32-bit characters, because
+// hosts need such text: for each BSTR of the library, the other side makes a std::wstring. The names that a
+// side passes to a call are constants in most programs, so neither side converts them during the measurement.
 
 #pragma once
 
@@ -25,16 +27,20 @@ struct Side
 struct Pair
 {
     Side library;
-    Side direct;        ///< with Qt alone; in rows of calls by name, through the vtable
+    /// Uses only Qt, except in two rows: "property get by name", where this side calls through the vtable,
+    /// and "two threads", where this side uses the library in one thread.
+    Side direct;
     std::int64_t items; ///< the number of calls, nodes or documents in the work
 };
 
 struct Size
 {
     std::string name;
-    std::int64_t value;         ///< nodes or bytes; 0 for the MIME database
-    int turns;                  ///< the number of times that each side does its work
-    bool isLibraryOnly = false; ///< not measured with Qt: too slow, or already in another row
+    std::int64_t value; ///< nodes or bytes; 0 for the MIME database
+    int turns;          ///< the number of times that each side does its work
+    /// Whether only the library's side runs. The other side would be too slow, is measured in another row, or
+    /// does not exist.
+    bool isLibraryOnly = false;
 };
 
 struct Row
@@ -42,8 +48,10 @@ struct Row
     std::string name;
     std::vector<Size> sizes;
     std::function<Pair(const Size&)> make;
-    double maxRatio = 0;       ///< the longest allowed time, relative to the other side; 0 for no limit
-    double maxNanoseconds = 0; ///< the longest allowed time of an item; 0 for no limit
+    /// Target: the library's time divided by the other side's time is at most this. 0 for no target.
+    double maxRatio = 0;
+    /// Target: the library's time for an item is at most this. 0 for no target.
+    double maxNanoseconds = 0;
 };
 
 std::vector<Row> documentRows();

@@ -1,4 +1,4 @@
-// Measures the time of every row. Both sides take turns, and the side that begins changes with each turn.
+// Measures the time of every row. The two sides take turns, and the side that goes first alternates.
 
 #include "host.h"
 #include "rows.h"
@@ -25,22 +25,24 @@ double cpuSeconds()
 }
 
 /// Makes the allocator sort and join freed memory now. Otherwise, the first large allocation in the work
-/// would do this, and a load after the destruction of a tree would take twice as long.
+/// would do this, and loading a document after destroying a tree would take twice as long.
 void tidyHeap()
 {
     void* const volatile block = std::malloc(1024 * 1024);
     std::free(block);
 }
 
-/// The median, which ignores a single slow turn.
+/// Returns the median. Among three or more values, a single slow turn hardly changes the median.
 double median(std::vector<double> values)
 {
     std::sort(values.begin(), values.end());
     return (values[(values.size() - 1) / 2] + values[values.size() / 2]) / 2;
 }
 
-/// Runs one side. \param amount the result of earlier turns, which must be the same again; 0 before the first
-/// turn \return the time of the work in seconds
+/// Runs one side once.
+/// \param amount the amount that the earlier turns returned, or 0 before the first turn. This turn must
+///        return the same amount. Receives the amount of this turn.
+/// \return the time of the work in seconds
 double turn(const Side& side, std::uint64_t& amount)
 {
     side.prepare();
@@ -48,7 +50,7 @@ double turn(const Side& side, std::uint64_t& amount)
     const double start = cpuSeconds();
     const std::uint64_t now = side.work();
     const double taken = cpuSeconds() - start;
-    require(now > 0 && (amount == 0 || amount == now), "doing the same in every turn");
+    require(now > 0 && (amount == 0 || amount == now), "doing the same amount of work in every turn");
     amount = now;
     return taken;
 }
@@ -91,8 +93,8 @@ void measure(benchmark::State& state, const Row& row, const Size& size)
 
 int main(int argc, char** argv)
 {
-    // Keeps freed memory in the process. Otherwise, one side would return pages to the system and the other
-    // would have to get them back, and their order would decide which.
+    // Keeps freed memory in the process. Otherwise, one side would return pages to the system, and the side
+    // that runs next would spend time on getting the pages back.
     mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
     mallopt(M_TOP_PAD, 64 * 1024 * 1024);
     mallopt(M_MMAP_MAX, 0);

@@ -9,7 +9,7 @@ namespace bench
 namespace
 {
 
-// Full walks. They return the number of nodes plus the number of characters.
+// Full walks read all names and values, and return the number of nodes plus the number of characters.
 
 std::uint64_t walkChildren(IXMLDOMNode& node);
 
@@ -96,7 +96,7 @@ std::uint64_t walkSiblings(const QDomNode& node)
     return amount;
 }
 
-// Walks that read only names. Here, lists and objects take most of the time.
+// Walks of names read only the names of nodes. Lists and node objects take most of the time of these walks.
 
 std::uint64_t walkNames(IXMLDOMNode& node)
 {
@@ -128,7 +128,8 @@ Pair fullWalk(const Size& size, std::uint64_t (*walk)(IXMLDOMNode&), QtWalk qtWa
     return {{[=] { return walk(*ours); }}, {[=] { return qtWalk(qts); }}, 1};
 }
 
-/// A row that calls `each` or `qtEach` with each element of a tree. Both return an amount.
+/// Returns a function for `Row::make`. The library's side calls `each` with each element of a tree, and Qt's
+/// side calls `qtEach`. Both functions return an amount.
 template <class Each, class QtEach>
 constexpr auto withEach(Each each, QtEach qtEach)
 {
@@ -147,7 +148,7 @@ constexpr auto withEach(Each each, QtEach qtEach)
 
 using Wrapper = const ComPtr<IXMLDOMElement>;
 
-/// The first turn, which is not measured, requests the maps.
+/// Reads an attribute from the map of its element. The first turn, which is not measured, creates the maps.
 constexpr auto kGetNamedItem = withEach(
     [](LibraryTree& tree, Wrapper& element, std::size_t index) {
         if (index == tree.maps.size())

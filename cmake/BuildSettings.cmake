@@ -7,15 +7,15 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
-# The build tree has the layout of the installed tree, so that one RPATH works in both. If the path changed on
-# installation, CMake would pad it with empty entries, and the loader would search the current directory for those.
+# The build tree has the layout of the installed tree, so that one RPATH works in both. If the RPATH changed on
+# installation, CMake would pad it with empty entries. For an empty entry, the loader searches the current directory.
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR})
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_BINDIR})
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
-# All our targets link to this: it enables warnings, disables Qt's implicit conversions, and adds our headers. Programs do
-# not replace our exported functions, so calls within a library can bypass its symbol table.
+# All our targets link to `kel_settings`: it enables warnings, disables Qt's implicit conversions and adds our headers.
 add_library(kel_settings INTERFACE)
+# No program replaces our exported functions, so a library may call its own exported functions directly.
 target_compile_options(kel_settings INTERFACE -fno-semantic-interposition)
 target_compile_options(kel_settings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
                        -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wundef)
@@ -38,7 +38,7 @@ elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "aarch64|arm64")
   add_compile_options(-mbranch-protection=standard)
 endif()
 if(NOT KEL_SANITIZE AND NOT CMAKE_CXX_FLAGS MATCHES _FORTIFY_SOURCE)
-  # Undefine it first, because some compilers predefine it.
+  # Undefine the macro first, because some compilers predefine it.
   add_compile_options($<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release,RelWithDebInfo>:-D_FORTIFY_SOURCE=2>)
 endif()
 

@@ -1,11 +1,11 @@
 # What `cmake --install` installs, in three components: runtime, development, tool. No installed file contains the
-# prefix, so the tree can be moved.
+# installation prefix, so the installed tree can be moved.
 include(CMakePackageConfigHelpers)
 
 set(KEL_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/${PROJECT_NAME})
 set(KEL_PKGCONFIG_DIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-# The library and the tool find what they need relative to themselves.
+# KelXmlLib and kelxml find the libraries that they need relative to their own directory.
 file(RELATIVE_PATH up ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
 set_target_properties(KelXmlLib PROPERTIES INSTALL_RPATH $ORIGIN BUILD_WITH_INSTALL_RPATH ON)
 set_target_properties(kelxml PROPERTIES INSTALL_RPATH $ORIGIN/${up} BUILD_WITH_INSTALL_RPATH ON)

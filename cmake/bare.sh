@@ -1,6 +1,6 @@
 #!/bin/bash
 # bare.sh SUITE [STAGE...] - runs ./test on the committed tree in a Debian that has only bash and apt. ./test starts this
-# script in new namespaces, so that all its mounts and processes end when the script ends or is killed.
+# script in new namespaces, so that all mounts and processes of the script end when the script ends or is killed.
 set -euo pipefail
 trap 'exit 143' INT TERM # without a handler, the first process of a namespace ignores signals
 suite=$1

@@ -1,4 +1,4 @@
-# Functions that install missing packages, and build. For scripts that run in the directory of the sources.
+# Shell functions that install missing packages and build. A script that uses them must run in the source directory.
 
 # need PACKAGE... - installs missing packages; quick if none is missing
 need() {
@@ -26,7 +26,8 @@ log() {
   "$@" >build/build.log 2>&1 || { cat build/build.log; return 1; }
 }
 
-# progress - shows ninja's progress instead of its lines: in place on a terminal, every ten seconds elsewhere
+# progress - reads ninja's output and shows only how many steps are done: on a terminal, in one line that it updates;
+# elsewhere, in a new line at most every ten seconds
 progress() {
   local line last=$SECONDS
   while IFS= read -r line; do

@@ -1,6 +1,7 @@
 #!/bin/bash
-# check_packages.sh - builds the Debian packages twice, in environments as different as possible, and fails if their bytes
-# differ. Then checks, installs, tests and removes the packages. ./test runs this script in a disposable Debian.
+# check_packages.sh - builds the Debian packages twice, in environments as different as possible, and fails if the two
+# builds differ in any byte. Then checks, installs, tests and removes the packages. ./test runs this script in a
+# disposable Debian.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . cmake/build.sh
@@ -8,7 +9,7 @@ source=$PWD work=/tmp/packages
 rm -rf $work
 mkdir -p $work/first $work/second
 
-# step NAME COMMAND... - prints the output and the time in seconds
+# step NAME COMMAND... - runs the command, and prints its output and the time in seconds
 step() {
   local start=$SECONDS code
   printf '\n-- %s\n' "$1"
@@ -49,9 +50,9 @@ lint() {
 }
 install() {
   apt-get install -y -qq --no-install-recommends $(ls $work/first/*.deb | grep -v dbgsym) >/dev/null
-  # Ignore the exit code: it also depends on the C library's start files, and on whether a file calls any function that has a
-  # fortified version.
-  # Require three properties of each of the three files.
+  # Ignore the exit code of hardening-check: it also depends on the C library's start files, and on whether a file calls
+  # any function that has a fortified version. Instead, require three properties of each of the three files, and
+  # fortified functions in at least one file.
   hardening-check "$(command -v kelxml)" /usr/lib/*/libKel*.so.? | tee $work/hardening || true
   [ "$(grep -cE '(Stack protected|Read-only relocations|Immediate binding): yes' $work/hardening)" = 9 ]
   grep -q 'Fortify Source functions: yes' $work/hardening

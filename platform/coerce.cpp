@@ -22,8 +22,8 @@ constexpr int kDoubleDigits = 15;
 constexpr int kFloatExponentSize = 8;
 constexpr int kDoubleExponentSize = 11;
 
-/// Maximum length of a text, because a longer text may not fit in a `QString`. `textOf` reads a longer text
-/// as empty, and an empty text cannot be converted to an integer or a boolean.
+/// Maximum length of a text that `textOf` converts. A longer text may not fit in a `QString`, so `textOf`
+/// returns an empty string instead. An empty string is neither a number nor a boolean.
 constexpr UINT kLongestText = std::numeric_limits<int>::max() / sizeof(wchar_t);
 
 QString textOf(BSTR text)

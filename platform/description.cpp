@@ -205,7 +205,7 @@ bool complete(LibraryDescription& library)
         for (std::size_t index = 0; index < interface.functions.size(); ++index) {
             Function& function = *interface.functions[index];
             if (function.description.oVft != 0)
-                continue; // an inherited function, described with an earlier interface
+                continue; // inherited, and already described for an earlier interface
             describe(function, kDispatchSlots + index);
             if (!prepareCall(function))
                 return false;

@@ -45,21 +45,21 @@ std::wstring folded(std::wstring_view name);
 /// Whether two names are equal if the case of the letters A to Z is ignored.
 bool isSameName(std::wstring_view left, std::wstring_view right);
 
-/// Returns a pointer without `const` to a constant description, because the functions of `ITypeInfo` and
-/// `ITypeLib` must return such pointers. Hosts must not write to the description.
+/// Removes `const`, because `ITypeInfo` and `ITypeLib` return descriptions through pointers to non-constant
+/// objects. Hosts must not write to the description.
 template <class T>
 T* lend(const T& description)
 {
     return const_cast<T*>(&description);
 }
 
-/// A type that a parameter may have.
+/// The type of a parameter or of a result.
 struct ValueType
 {
     std::wstring name;
     GUID iid{}; ///< set only if the type is an interface
-    /// `vt` of a VARIANT that contains a value of this type. `VT_EMPTY` if the type has been used by name,
-    /// but not declared yet.
+    /// `vt` of a VARIANT that contains a value of this type. `VT_EMPTY` if the reader has found the type's
+    /// name in a parameter, but not the type's declaration yet.
     VARTYPE tag = VT_EMPTY;
     TYPEDESC description{}; ///< describes this type to hosts
     TYPEDESC pointer{};     ///< describes a pointer to this type

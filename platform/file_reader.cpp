@@ -127,8 +127,8 @@ public:
     explicit Reader(const QByteArray& contents)
         : m_xml(contents), m_library(std::make_unique<LibraryDescription>())
     {
-        // A namespace declaration makes the file invalid. With namespace processing, Qt would hide the
-        // declaration.
+        // A namespace declaration makes the file invalid. With namespace processing, Qt would not list the
+        // declaration among the attributes.
         m_xml.setNamespaceProcessing(false);
     }
 
@@ -315,7 +315,7 @@ bool Reader::readInterface()
 }
 
 /// Reads the attribute `base`, and copies the functions of the base interface to `interface`.
-/// \return false if no earlier interface has the name of the base
+/// \return false if `base` is neither `IDispatch` nor the name of an earlier interface
 bool Reader::takeBase(TagAttributes& attributes, InterfaceDescription& interface) const
 {
     const std::wstring base = attributes.take(QLatin1String("base")).toStdWString();

@@ -105,8 +105,8 @@ HRESULT TypeInfo::GetIDsOfNames(wchar_t** names, UINT count, MEMBERID* identifie
     if (count == 0)
         return E_INVALIDARG;
     std::fill_n(identifiers, count, DISPID_UNKNOWN);
-    // The names of members and parameters have at most `kMaxNameLength` characters. A passed name that is
-    // longer cannot match, so only one character more is read.
+    // The names of members and parameters have at most `kMaxNameLength` characters. A longer name cannot
+    // match, so `view` reads at most one character beyond this length.
     const auto view = [](const wchar_t* name) {
         return name ? std::wstring_view(name, wcsnlen(name, kMaxNameLength + 1)) : std::wstring_view();
     };
