@@ -1,4 +1,4 @@
-// Makes the same calls on the filer and on Qt's writer, which must write the same bytes. The status that the
+// Makes the same calls on the filer and on Qt's writer. Both must write the same bytes. The status that the
 // filer returns must fit the arguments, and Qt must log nothing.
 
 #include "support.h"

@@ -1,6 +1,6 @@
-// Calls members by identifier, on objects that earlier calls returned. Most calls have the expected number of
-// arguments with the expected names; the others have any number and names. No call may change its arguments,
-// and no failed call may return a result.
+// Calls members by identifier, on objects that earlier calls returned. Most calls have the right number of
+// arguments with the right names. A few calls have a random number of arguments or random names. No call may
+// change its arguments, and no failed call may return a result.
 
 #include "KelComWrapper/typelib.h"
 #include "support.h"
@@ -17,7 +17,7 @@ using Objects = std::vector<ComPtr<IDispatch>>;
 constexpr std::size_t kMaxObjects = 64, kMaxArguments = 5;
 constexpr DISPID kSave = 64;
 
-/// Two thirds of the arguments come from this list. The others come from invoke_coercions.txt.
+/// Two thirds of the arguments come from this list. The other arguments come from invoke_coercions.txt.
 constexpr const char* kUsual[] = {"bstr:", "dispatch:peer", "dispatch:peer", "i4:0",
                                   "i4:1",  "i4:2",          "empty",         "error:-2147352572"};
 constexpr const wchar_t* kTexts[] = {
@@ -25,7 +25,7 @@ constexpr const wchar_t* kTexts[] = {
     L"<bad", L"index", L"item", L"SAVE", L"child", L"\xd800\x110000", nullptr};
 constexpr DISPID kNames[] = {DISPID_PROPERTYPUT, 0, 1, 2, 7, 8, -1, INT32_MIN};
 
-/// \param isPath whether the argument names a file to write
+/// \param isPath if true, the call writes to a file, so a text argument becomes the path /dev/null
 VARIANT argument(Choices& choices, keltest::Variants& variants, const Objects& objects, bool isPath)
 {
     static const std::vector<std::string> kListed = [] {
@@ -36,7 +36,7 @@ VARIANT argument(Choices& choices, keltest::Variants& variants, const Objects& o
     }();
     variants.objects["peer"] = choices.oneIn(16) ? nullptr : choices.of(objects).get();
     const VARIANT& given = variants.of(choices.oneIn(3) ? choices.of(kListed) : choices.of(kUsual));
-    VARIANT& value = variants.values.back(); // if `given` has `VT_BYREF`, the VARIANT that it points to
+    VARIANT& value = variants.values.back(); // `given`, or the VARIANT that `given` refers to
     if (value.vt == VT_BSTR)
         value.bstrVal = variants.texts.emplace_back(isPath ? L"/dev/null" : choices.of(kTexts)).get();
     return given;
@@ -85,7 +85,8 @@ void makeCall(IDispatch& object, Choices& choices, Objects& objects)
            "a call does not change its arguments");
     expect(badArgument == UINT_MAX || FAILED(code), "only a failed call reports a bad argument");
     expect(badArgument == UINT_MAX || badArgument < before.size(), "the index of a bad argument is in range");
-    expect(FAILED(exception.scode) == (code == DISP_E_EXCEPTION), "scode is set exactly if a member failed");
+    expect(FAILED(exception.scode) == (code == DISP_E_EXCEPTION),
+           "scode is set if and only if a member failed");
     expect(type == VT_EMPTY || SUCCEEDED(code), "a failed call returns no result");
     constexpr VARTYPE kTypes[] = {VT_EMPTY, VT_NULL, VT_BOOL, VT_I4, VT_DISPATCH, VT_BSTR};
     expect(std::count(std::begin(kTypes), std::end(kTypes), type) == 1, "a result has a documented type");

@@ -1,7 +1,8 @@
-// Loads and saves each input through the interface and with Qt alone. Both must accept the input or both must
-// refuse it, and both must save the same bytes. The prescan checks an input before Qt parses it: a tree must
-// not be deeper than the prescan has found, nor longer than the limits allow. An input beyond the limits must
-// be refused, and the earlier tree must stay.
+// Loads and saves each input through the library and with Qt alone. Both must accept the input or both must
+// refuse the input, and both must save the same bytes. The prescan is the library's check of an input before
+// Qt parses the input. A tree must not be deeper than the nesting that the prescan found, and the values in a
+// tree must not be longer than the limits allow. The library must refuse an input that exceeds a limit, and
+// keep the earlier tree.
 
 #include "limits/limits.h"
 #include "parsing/prescan.h"
@@ -18,16 +19,20 @@ namespace
 {
 
 /// \param load loads the content into the given document and sets the given success flag
+/// \param seen the result of the prescan of the content
 /// \param content the content in a type that Qt loads
 /// \param length the largest possible number of characters in the content
-/// \param text the content; null if Qt must decode it first
+/// \param text the content as text; null if the content is bytes that Qt must decode
 template <class Load, class Content>
 void compare(Load load, const Prescan& seen, Content&& content, qint64 length, const QString& text = {})
 {
-    requireAtMost(seen.nesting, kMaxNesting + !seen.isWithinLimits(), "the prescan stops beyond the limit");
-    // Without entities, each level needs markup of its own, and the shortest markup is a parenthesis.
+    requireAtMost(seen.nesting, kMaxNesting + !seen.isWithinLimits(),
+                  "the prescan stops one level beyond the limit");
+    // Without entities, each level of nesting needs markup of its own. The shortest such markup is a
+    // parenthesis. So a text without entities cannot have more levels than characters.
     const bool hasEntities = text.isNull() || text.contains(QLatin1String("<!EN"));
-    require(seen.isWithinLimits() || hasEntities || length > kMaxNesting, "short plain texts are accepted");
+    require(seen.isWithinLimits() || hasEntities || length > kMaxNesting,
+            "a short text without entities is within the limits");
     const auto document = newDocument();
     const kel::Bstr earlier(L"<earlier/>");
     requireOk(document->loadXML(earlier.get(), nullptr), "loadXML of the earlier tree");
@@ -37,14 +42,15 @@ void compare(Load load, const Prescan& seen, Content&& content, qint64 length, c
     const Extent tree = extentOf(direct);
     if (seen.isWithinLimits())
         requireAtMost(tree.depth, seen.nesting, "a tree is not deeper than the prescan's nesting");
-    const bool onlyElementsNest = !text.isNull() && !text.contains(u'('); // no content model
+    const bool onlyElementsNest = !text.isNull() && !text.contains(u'('); // a content model needs parentheses
     if (isLoaded && onlyElementsNest)
-        requireEqual(tree.depth, seen.nesting, "if only elements nest, the tree is as deep");
+        requireEqual(tree.depth, seen.nesting,
+                     "if only elements nest, the tree is as deep as the prescan's nesting");
     const qint64 most = length + std::max(kEntityActivationThreshold, kMaxEntityAmplification * length);
-    requireAtMost(tree.length, most, "entities keep the limit for a tree's length");
+    requireAtMost(tree.length, most, "the values in a tree are not longer than the limits allow");
 }
 
-/// Generates a document. Most are well-formed, and contain text that looks like markup but is not.
+/// Generates documents. Most documents are well-formed, and contain text that looks like markup but is not.
 class Grammar
 {
 public:

@@ -1,4 +1,5 @@
-// Compares the bytes of our serializer with those of Qt, for trees that calls can build but no parser can.
+// Makes trees that calls of Qt's DOM can build but no parser can, and compares the bytes that our serializer
+// writes with the bytes that Qt writes.
 
 #include "support.h"
 #include "support/random_tree.h"

@@ -37,7 +37,7 @@ inline QString filePath()
     return directory.filePath(QStringLiteral("file"));
 }
 
-/// The number of arguments that a function takes, without its result.
+/// The number of arguments that a function takes. The parameter for the result does not count.
 inline UINT argumentsOf(const FUNCDESC& function)
 {
     const auto count = static_cast<UINT>(function.cParams);

@@ -1,5 +1,6 @@
-// Reads bytes as a type library: once unchanged, and once with a correct digest. If the bytes are accepted,
-// the target must be able to read all descriptions and call all functions.
+// Reads the fuzzer's bytes twice: once as a whole type library, and once as the body of a type library with a
+// correct digest. If a type library is accepted, this target must be able to read all descriptions and call
+// all functions.
 
 #include "platform/file_reader.h"
 #include "support.h"
@@ -13,16 +14,16 @@ using namespace kelcom;
 namespace
 {
 
-/// Calls a function with every allowed number of arguments. All arguments have the same value; objects are
-/// null.
+/// Calls a function with each of four values, and with every allowed number of arguments. All arguments of a
+/// call have the same value, except that objects are null.
 void callWithEverything(ITypeInfo& info, const FUNCDESC& function)
 {
-    // One function can fill all slots, because the caller removes the arguments.
+    // One function without parameters can fill all slots, because the caller cleans up the arguments.
     static const std::vector<const void*> kSlots = [] {
         HRESULT (*const slot)() = [] { return S_FALSE; };
         std::vector<const void*> slots(2 + kDispatchSlots + kMaxFunctions,
                                        reinterpret_cast<const void*>(slot));
-        slots[0] = nullptr; // sanitizers read an offset and a type before the slots
+        slots[0] = nullptr; // sanitizers read an offset and type information before the slots
         slots[1] = &typeid(IUnknown);
         return slots;
     }();

@@ -1,5 +1,5 @@
-// Replaces the functions of the C library's allocator. Replaces nothing under a sanitizer, which has its own
-// allocator and counts the allocated bytes itself.
+// Replaces malloc, calloc, realloc and free, to count allocations and to make allocations fail. Under a
+// sanitizer, replaces nothing: the sanitizer has its own allocator, which counts the allocated bytes.
 
 #include "support/allocations.h"
 
@@ -17,14 +17,14 @@ namespace
 
 using allocations::Shortage;
 
-/// Which allocations of this thread fail.
+/// Says which allocations of this thread fail. By default, none fails.
 struct State
 {
     std::size_t first = SIZE_MAX; ///< number of the first allocation that fails
-    std::size_t last = 0;
-    std::size_t asked = 0;
+    std::size_t last = 0;         ///< number of the last allocation that fails
+    std::size_t asked = 0;        ///< number of allocations so far
     std::ptrdiff_t bytesLeft = PTRDIFF_MAX / 2;
-    bool isReached = false;
+    bool isReached = false; ///< whether an allocation has failed
 };
 thread_local State state;
 

@@ -15,14 +15,16 @@ enum class Shortage {
     OneFailure,  ///< only the `nth` allocation fails, counted from 1
     FromThenOn,  ///< the `nth` allocation fails, and all after it
     Bytes,       ///< this thread can allocate only `nth` times 256 more bytes
-    AddressSpace ///< from now on, the process gets only `nth` times 16 KiB more address space
+    AddressSpace ///< the process gets only `nth` times 16 KiB more address space, even after `failsIn`
 };
 
-/// Runs `work`, and makes allocations of this thread fail meanwhile. \return whether an allocation failed;
-/// for `AddressSpace`, whether `work` threw std::bad_alloc
+/// Runs `work`. Meanwhile, allocations of the calling thread fail as `nth` and `shortage` say. Catches
+/// std::bad_alloc.
+/// \return whether an allocation failed; for `AddressSpace`, whether `work` threw std::bad_alloc
 bool failsIn(std::size_t nth, const std::function<void()>& work, Shortage shortage = Shortage::OneFailure);
 
-/// False under valgrind and sanitizers: no allocation fails, because they replace the allocator.
+/// Whether `failsIn` can make allocations fail. False under valgrind and sanitizers, which replace the
+/// allocator.
 extern const bool kCanFail;
 
 } // namespace allocations

@@ -1,4 +1,4 @@
-// Calls a member of an object by its name.
+// Finds a member of an object by name, and calls this member.
 
 #pragma once
 
@@ -6,7 +6,7 @@
 
 #include <string>
 
-/// \return the error code of `GetIDsOfNames` if it fails, else the result of `Invoke`
+/// \return the error code of `GetIDsOfNames` if `GetIDsOfNames` fails, else the code that `Invoke` returns
 inline HRESULT callByName(IDispatch& object, std::wstring name, WORD flags, kel::Variant& result,
                           DISPPARAMS parameters = {})
 {

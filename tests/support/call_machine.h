@@ -1,6 +1,7 @@
-// The call machine makes random calls on the library's objects (documents, elements, attributes, other nodes,
-// lists and maps) and on values of the C++ layer. It makes the same changes in a model, and compares each
-// result with the model. A seeded generator or a fuzzer's bytes choose the calls.
+// The call machine is a random-call test. It makes random calls on the library's objects (documents,
+// elements, attributes, other nodes, lists and maps) and on values of the C++ layer. It makes the same
+// changes in a model, and compares each result with the model. A seeded generator or a fuzzer's bytes choose
+// the calls.
 
 #pragma once
 
@@ -11,8 +12,8 @@
 namespace model
 {
 
-/// Has one function for each kind of call. The function makes the call, makes the same change in the model,
-/// and compares the results.
+/// Has one function for each kind of call. Each function makes the call, makes the same change in the model,
+/// and compares the result of the call with the model.
 class CallMachine
 {
     template <class Things>
@@ -22,8 +23,8 @@ class CallMachine
     }
 
 public:
-    /// \param documents number of documents; some have no tree at first. If there is only one, it is loaded
-    ///        immediately and never receives a node of another document
+    /// \param documents number of documents. If there are several, some have no tree at first. If there is
+    ///        only one, it is loaded immediately, and it never receives a node of another document
     explicit CallMachine(Choose choose, std::size_t documents = 3)
         : m_choose(std::move(choose)), m_isOneDocument(documents == 1)
     {
@@ -111,7 +112,8 @@ private:
         getOwner();
         return m_nodes.back();
     }
-    /// Half the time, picks a document or its first child, because these nodes have the long lists.
+    /// Half the time, picks any node. Otherwise picks a document or the first child of a document, because
+    /// these nodes have the most children.
     Held pickParent()
     {
         if (m_choose(2))
@@ -120,16 +122,18 @@ private:
         return walk(document) ? m_nodes.back() : document;
     }
 
-    /// Keeps an object and its model. If the model has an address already, it must be that of the object.
+    /// Keeps an object and its model. If the model already has an address, the object must have the same
+    /// address.
     void keep(const ComPtr<IXMLDOMNode>& object, const ObjectPtr& model)
     {
-        require(bool(object), "a call returns an object if the model has one");
+        require(bool(object), "the call returns an object, not null");
         require(!model->address || model->address == object.get(), "repeated calls return the same object");
         model->address = object.get();
         m_nodes.push_back({object, model});
         compare(m_nodes.back());
     }
-    /// Keeps an object. It must exist if and only if the model has a node. \return whether the object exists
+    /// Keeps an object that a call returned, and makes a model for the object. `object` must be null if and
+    /// only if `node` is null. \return whether there is an object
     bool keepAsIs(const ComPtr<IXMLDOMNode>& object, const NodePtr& node, const Handle& handle)
     {
         requireEqual(bool(object), bool(node), "an object is returned if and only if the model has a node");
@@ -141,7 +145,7 @@ private:
         return true;
     }
 
-    /// Creates the tree in the model of a document, as the document's first load or createNode does.
+    /// Creates the tree in the model of a document, as the first load or createNode of a document does.
     static void createTree(Object& document)
     {
         if (!document.node)
@@ -178,8 +182,8 @@ private:
         keepAsIs(made, make(type, name), held->handle);
     }
 
-    /// Keeps the result of appendChild or removeChild. It is a new object for the child, even if the call was
-    /// refused.
+    /// Keeps the object that appendChild or removeChild returned. Each call returns a new object, even if the
+    /// parent refused the child. \param node the node of the new object, or null
     void keepResult(const ComPtr<IXMLDOMNode>& result, const Held& parent, const Held& child,
                     const NodePtr& node)
     {
@@ -227,7 +231,7 @@ private:
     }
 
     void walk() { walk(pick()); }
-    /// Goes to the parent or to the first child. \return whether this node exists
+    /// Gets and keeps the parent or the first child of a node. \return whether there is such a node
     bool walk(const Held& from)
     {
         const bool isUp = m_choose(2);
@@ -314,7 +318,8 @@ private:
     {
         const Held held = pick();
         const NodePtr& node = held->node;
-        // Most texts are different, so that nodes with the same name differ. Some are empty.
+        // Most texts are different, so that nodes with the same name have different texts. Some texts are
+        // empty.
         const std::wstring text = m_choose(8) ? std::to_wstring(++m_texts) : std::wstring();
         const bool isElement = held->kind == NODE_ELEMENT;
         if (isElement && m_choose(2)) {
@@ -368,7 +373,8 @@ private:
         drop(m_maps);
         m_layer.release();
     }
-    /// Releases a document and every object that came from it.
+    /// Releases a document and every object that came from this document. Creates a new document in its
+    /// place.
     void close()
     {
         if (m_isOneDocument)

@@ -1,5 +1,6 @@
-// The part of the call machine (call_machine.h) that calls the C++ layer. A value is a `kel::Node`, an object
-// is an `IXMLDOMNode`. Both refer to the same trees.
+// The part of the call machine (the random-call test in call_machine.h) that calls the C++ layer. In this
+// file, a value is a `kel::Node`, and an object is an `IXMLDOMNode`. Values and objects refer to the same
+// trees.
 
 #pragma once
 
@@ -18,7 +19,8 @@ inline HeldValue holdValue(const kel::Node& value, const NodePtr& node, const No
     return {value, makeObject(NODE_INVALID, node, {isDocument ? node : document, nullptr})};
 }
 
-/// Calls `use` with the value as an `Element` or a `Document`, because only these types can change the tree.
+/// Calls `use` with the value as a `Document` or an `Element`, because only these types can change the tree.
+/// The `Element` is null if the value is neither a document nor an element.
 inline void withContainer(const kel::Node& value, const std::function<void(kel::Container&)>& use)
 {
     kel::Element element(value);
@@ -80,12 +82,12 @@ class LayerCalls
 public:
     explicit LayerCalls(const Choose& choose) : m_choose(choose) {}
 
-    /// Creates a value from an object.
+    /// Creates a value from an object, and keeps the value.
     void wrap(const Held& held)
     {
         keep(holdValue(kel::Node(*held.object), held->node, held->handle.documentOrFallback()));
     }
-    /// Gets the object of a value. \param use receives the object, its node and its handle
+    /// Gets the object of a value. \param use receives the object, and the node and the handle of the model
     template <class Use>
     void unwrap(Use use)
     {
@@ -194,7 +196,7 @@ private:
         return isThere ? place[step] : nullptr;
     }
 
-    /// Makes a change, which must throw if and only if `isPossible` is false. \return `isPossible`
+    /// Calls `change`, which must throw if and only if `isPossible` is false. \return `isPossible`
     template <class Change>
     static bool expect(const std::string& name, const HeldValue& parent, bool isPossible, Change change)
     {

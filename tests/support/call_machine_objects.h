@@ -1,5 +1,5 @@
-// For the call machine (call_machine.h): the texts that it loads and the objects that it holds. Each object
-// has a model. The model owns the nodes that the real object must keep alive.
+// The texts that the call machine (the random-call test in call_machine.h) loads, and the objects that the
+// machine holds. Each object has a model. The model owns the nodes that the real object must keep alive.
 
 #pragma once
 
@@ -31,7 +31,8 @@ inline const std::vector<Text>& texts()
     return all;
 }
 
-/// The document that an object keeps alive. Objects that the object returns get the same handle.
+/// Says which document an object keeps alive. An object that a method returns gets the `document` of the
+/// object that the method was called on.
 struct Handle
 {
     NodePtr document; ///< null if the object comes from a document without a tree
@@ -43,16 +44,18 @@ struct Handle
 struct Object;
 using ObjectPtr = std::shared_ptr<Object>;
 
-/// The model of a node object, a list or a map. Owns what the object must keep alive.
+/// The model of a node object, a list or a map. Owns what the real object must keep alive.
 struct Object
 {
     DOMNodeType kind; ///< the class: element, attribute or document; 0 for other classes
     NodePtr node;     ///< null if the object has no node
     Handle handle;
-    NodePtr ownerElement;          ///< an attribute's element
-    ObjectPtr ownerDocument{};     ///< set by the first get_ownerDocument
-    ObjectPtr root{};              ///< the document element; set by the first get_documentElement
-    const void* address = nullptr; ///< of the real object, once known; later calls must return it again
+    NodePtr ownerElement;      ///< an attribute's element
+    ObjectPtr ownerDocument{}; ///< set by the first get_ownerDocument
+    ObjectPtr root{};          ///< the document element; set by the first get_documentElement
+    /// The address of the real object, or null if no call has returned the object yet. A later call for the
+    /// same object must return the same address.
+    const void* address = nullptr;
 
     const Node& nodeOrEmpty() const { return node ? *node : kEmpty; }
     inline static const Node kEmpty;
@@ -77,7 +80,7 @@ struct HeldAs
 using Held = HeldAs<ComPtr<IXMLDOMNode>>;
 using HeldMap = HeldAs<ComPtr<IXMLDOMNamedNodeMap>>;
 
-/// Casts without a check. The caller knows that the object is a document.
+/// Casts without a check: `held` must be a document.
 inline IXMLDOMDocument& asDocument(const Held& held)
 {
     return static_cast<IXMLDOMDocument&>(*held.object);
@@ -85,7 +88,7 @@ inline IXMLDOMDocument& asDocument(const Held& held)
 
 struct HeldList : HeldAs<ComPtr<IXMLDOMNodeList>>
 {
-    const wchar_t* tag; ///< null for the children
+    const wchar_t* tag; ///< the tag name that the list searches for; null for a list of children
     unsigned cursor = 0;
 
     /// The nodes that the list must have now.
@@ -102,7 +105,7 @@ struct HeldList : HeldAs<ComPtr<IXMLDOMNodeList>>
 /// The nodeType of an object without a node.
 constexpr int kTypeWithoutNode = 21;
 
-/// Compares the type, name, text and value of a node.
+/// Compares the type, name, text and value of an object with the model. \param type the expected nodeType
 inline void compare(IXMLDOMNode& object, const Node& node, int type)
 {
     DOMNodeType given = NODE_INVALID;
@@ -137,7 +140,7 @@ inline void compare(const Held& held)
     requireEqual(parent ? nameOf(*parent) : L"", above ? above->name : L"", "get_parentNode fits the model");
 }
 
-/// \param items the attributes in any order
+/// \param items the attributes of `element`, in any order
 inline void compareAttributes(const std::vector<ComPtr<IXMLDOMNode>>& items, const Node& element)
 {
     requireEqual(items.size(), element.attributes.size(), "a map returns as many nodes as the model has");

@@ -1,4 +1,4 @@
-// Makes the calls by name that a table lists. late_bound_calls.txt explains the rows of a table.
+// Runs a table whose rows call members of objects by name. late_bound_calls.txt explains the rows.
 
 #pragma once
 
@@ -9,7 +9,7 @@
 namespace keltest
 {
 
-/// Makes the calls of a table, and keeps the objects that its rows name.
+/// Makes the calls of a table, and keeps the objects that the rows name.
 class CallTable
 {
 public:

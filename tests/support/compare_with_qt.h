@@ -7,7 +7,7 @@
 
 #include <QtCore/QTemporaryFile>
 
-/// The bytes that the library saves.
+/// Saves a document through the library. \return the saved bytes
 inline std::string saved(IXMLDOMDocument& document)
 {
     QTemporaryFile file;
@@ -21,7 +21,7 @@ inline std::string saved(IXMLDOMDocument& document)
 /// the content or both must refuse it, and both must save the same bytes.
 /// \param load loads the content into the given document of the library and sets the given success flag
 /// \param content the content in a type that Qt loads
-/// \param isWithinLimits if false, the library must refuse the content, and Qt does not load it
+/// \param isWithinLimits if false, the library must refuse the content, and the content is not loaded with Qt
 /// \return whether the content was loaded
 template <class Load, class Content>
 bool loadAndCompareWithQt(QDomDocument& theirs, IXMLDOMDocument& ours, Load load, Content&& content,
@@ -37,8 +37,8 @@ bool loadAndCompareWithQt(QDomDocument& theirs, IXMLDOMDocument& ours, Load load
 
 struct Extent
 {
-    int depth = 0;     ///< levels of nested elements
-    qint64 length = 0; ///< characters in values
+    int depth = 0;     ///< number of levels of nested elements
+    qint64 length = 0; ///< number of characters in the values of all nodes
 };
 
 /// The extent of a node and everything below it.

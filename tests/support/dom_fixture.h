@@ -1,5 +1,5 @@
-// Shared by the tests of the object model: documents from text, short forms of the getters, and a check for
-// leaks.
+// The fixture that the tests of the object model share. Loads documents from text, shortens the calls of
+// getters, and checks for leaks.
 
 #pragma once
 

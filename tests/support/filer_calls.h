@@ -1,6 +1,6 @@
-// Makes the same random calls on the filer and on Qt's writer, which must write the same bytes. The status
-// that the filer returns must depend only on the texts. A seeded generator or a fuzzer's bytes choose the
-// calls.
+// Makes the same random calls on the filer and on Qt's writer. Both must write the same bytes. The status
+// that the filer returns must depend only on the texts that the call passes. A seeded generator or a fuzzer's
+// bytes choose the calls.
 
 #pragma once
 
@@ -27,7 +27,7 @@ struct Call
 {
     const char* name;
     int slot;         ///< in the vtable of the filer
-    int required = 0; ///< the first so many texts must not be null or empty
+    int required = 0; ///< 1: the first text must not be null or empty; 2: both must not
     void (*byQt)(W writer, Q one, Q two) = [](W, Q, Q) {}; ///< the same call on Qt's writer
 
     int status(IKelXmlFiler& to, Text one, Text two) const { return vtable_calls::call(&to, slot, one, two); }
@@ -49,7 +49,7 @@ inline const Call kCalls[] = {{"writeElmBegin", 8, 1, [](W w, Q a, Q) { w.writeS
                               {"writeElmFullEnd", 11, 0, [](W w, Q, Q) { w.writeEndElement(); }},
                               {"writeDocBegin", 6, 0, [](W w, Q, Q) { w.writeStartDocument(); }},
                               {"writeDocEnd", 7, 0, [](W w, Q, Q) { w.writeEndDocument(); }},
-                              // No-ops.
+                              // No-ops: the filer writes nothing.
                               {"writeAttrBegin", 12, 1},
                               {"writeAttrEnd", 13},
                               {"writeValue(bool)", 17},
@@ -60,21 +60,22 @@ inline const Call kCalls[] = {{"writeElmBegin", 8, 1, [](W w, Q a, Q) { w.writeS
                               {"writeValue(text)", 22, 1},
                               {"writeDocType", 23, 1}};
 
-/// Units of texts. XML treats most of them in a special way.
+/// The units that random texts are made of. XML, Qt or the filer treats most of these units in a special way.
 constexpr wchar_t kUnits[] =
     L"ab:1 <>&\"'\n\t\r]?!\x7f\u0085\u00a0\u00e4\u2028\u65e5\ufeff\U0001f600\U0010ffff"
     L"\xd800\xdbff\xdc00\xdfff\x110000\x4010000\x7fffffff\xfffe0000\xffffffff"
     L"-\x01\x0b\x1f\ufffe\uffff"; // and the terminating zero
 
-/// The text that the filer must write: U+FFFD replaces each unit that is not a character.
+/// Returns the text that the filer must write for `given`. The filer drops one byte order mark at the
+/// beginning, and replaces each unit that is not a character with U+FFFD.
 inline QString writtenOf(Text given)
 {
     std::wstring text(given ? given : L"");
     std::replace_if(
         text.begin(), text.end(), [](wchar_t unit) { return static_cast<char32_t>(unit) > 0x10FFFF; },
         0xFFFD);
-    // Each conversion to QString drops one byte order mark. The second conversion also replaces lone
-    // surrogates.
+    // `toStdWString` replaces lone surrogates. Each conversion to QString drops one byte order mark at the
+    // beginning. The second conversion drops the mark that is added here, so it drops no mark of the text.
     return QString::fromStdWString(L'\ufeff' + QString::fromStdWString(text).toStdWString());
 }
 
@@ -88,14 +89,15 @@ public:
                                                         m_autoFormat, true, L"", nullptr))
     {
         m_qt.setAutoFormatting(m_autoFormat);
-        requireEqual<int>(vtable_calls::call(m_filer.get(), 4), m_autoFormat, "the filer keeps its flag");
+        requireEqual<int>(vtable_calls::call(m_filer.get(), 4), m_autoFormat,
+                          "indent() returns the auto-format flag");
     }
 
-    /// Makes random calls, then closes the file or destroys the filer without closing it.
+    /// Makes random calls, closes the file zero to two times, and then destroys the filer.
     /// \throw std::logic_error with the broken rule and the calls so far
     void compare()
     try {
-        finish(kFlush); // the file is empty, even if it existed before
+        finish(kFlush); // at first, the file must be empty, even if it existed before
         for (unsigned left = m_choose(80); left > 0; --left) {
             if (m_choose(20) == 0)
                 finish(kFlush);
@@ -110,7 +112,8 @@ public:
     }
 
 private:
-    /// Chooses null, an empty text, a few units, or a text longer than the buffer of a file.
+    /// Chooses null, an empty text, a text of a few units, or a text of up to 8,000 units, which can be
+    /// longer than the buffer of a file.
     Text chooseText()
     {
         const unsigned length = m_choose(10);
@@ -130,7 +133,7 @@ private:
         if (expected == KelXmlLib::eStatusAccepted)
             call.byQt(m_qt, writtenOf(one), writtenOf(two));
     }
-    enum Finish { kClose = 27, kFlush = 28 }; // slots
+    enum Finish { kClose = 27, kFlush = 28 }; // the slots of the two methods
     void finish(Finish slot)
     {
         requireEqual(vtable_calls::call(m_filer.get(), slot), 0, "flush and close return 0");
@@ -138,7 +141,8 @@ private:
     }
     void compareFile() const
     {
-        requireEqual(contentOf(m_path).toStdString(), m_expected.toStdString(), "the file has Qt's bytes");
+        requireEqual(contentOf(m_path).toStdString(), m_expected.toStdString(),
+                     "the filer writes Qt's bytes");
     }
 
     Choose m_choose;

@@ -1,5 +1,6 @@
-// A model of the trees that the documented calls build. Only `fromQt` uses Qt, to copy a tree that Qt has
-// parsed. A node owns its children and attributes; when the node is destroyed, their `parent` becomes null.
+// A model of XML trees. The functions change a model as the documentation says that the library's calls
+// change a tree. Only `fromQt` uses Qt, to copy a tree that Qt has parsed. A node owns its children and
+// attributes. When the node is destroyed, `parent` of these children and attributes becomes null.
 
 #pragma once
 
@@ -37,7 +38,7 @@ struct Node
     {
         return first(attributes, [&wanted](const NodePtr& item) { return item->name == wanted; });
     }
-    /// The value of a text or CDATA section; for an element, the texts of its descendants; otherwise empty.
+    /// For a text or CDATA section, its value; for an element, all texts below it; otherwise an empty text.
     std::wstring text() const
     {
         std::wstring all = type == NODE_TEXT || type == NODE_CDATA_SECTION ? value : L"";
@@ -59,7 +60,7 @@ inline NodePtr make(int type, const std::wstring& name, const std::wstring& valu
     return std::make_shared<Node>(Node{type, name, value, {}, {}, {}});
 }
 
-/// Copies a tree that Qt's parser has built. Each value ends at its first zero.
+/// Copies a tree that Qt's parser has built. Cuts off each value at its first U+0000.
 inline NodePtr fromQt(const QDomNode& node)
 {
     NodePtr copy =
@@ -83,7 +84,7 @@ inline NodePtr copyOf(const Node& node, bool deep)
     return copy;
 }
 
-/// \return whether `parent` had this child
+/// Removes `child` from `parent`. \return whether `parent` had this child
 inline bool remove(const NodePtr& parent, const NodePtr& child)
 {
     if (!parent)
@@ -117,7 +118,7 @@ inline void append(const NodePtr& parent, const NodePtr& child)
     adopt(parent, child, parent->children);
 }
 
-/// \param place a child of `parent`
+/// \param place the child of `parent` before which `child` is inserted
 inline void insertBefore(const NodePtr& parent, const NodePtr& child, const NodePtr& place)
 {
     if (child == place)
@@ -128,7 +129,7 @@ inline void insertBefore(const NodePtr& parent, const NodePtr& child, const Node
                 children.end());
 }
 
-/// Removes the first child, and appends a text.
+/// Removes the first child, and appends a text node.
 inline void setText(const NodePtr& parent, const std::wstring& text)
 {
     if (!parent->children.empty())

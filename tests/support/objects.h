@@ -1,4 +1,4 @@
-// Shortcuts that create and read the library's objects.
+// Short functions that create the library's objects and read from them.
 
 #pragma once
 
@@ -14,7 +14,7 @@
 
 using kel::Bstr, kel::ComPtr, kel::Variant;
 
-/// A document without a tree.
+/// Creates a document without a tree.
 inline ComPtr<IXMLDOMDocument> newDocument()
 {
     [[maybe_unused]] static const int isAttached = DllMain(nullptr, 1, nullptr);
@@ -24,7 +24,7 @@ inline ComPtr<IXMLDOMDocument> newDocument()
     return ComPtr<IXMLDOMDocument>::adopt(static_cast<IXMLDOMDocument*>(document));
 }
 
-/// Casts without a check. The caller knows the class of the object.
+/// Casts without a check: `object` must implement `To`.
 template <class To, class From>
 ComPtr<To> as(const ComPtr<From>& object)
 {
@@ -37,7 +37,7 @@ ComPtr<Out> get(Object& object, HRESULT (Interface::*getter)(Out**))
 {
     ComPtr<Out> out;
     const HRESULT code = (object.*getter)(out.put());
-    requireOk(code, out ? "a getter of an object" : "a getter of null", bool(out));
+    requireOk(code, out ? "a getter that outputs an object" : "a getter that outputs null", bool(out));
     return out;
 }
 

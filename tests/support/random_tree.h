@@ -1,5 +1,5 @@
-// Random trees that calls can build but no parser can, and a check that the serializer writes them as Qt
-// does.
+// Random trees that calls of Qt's DOM can build but no parser can, and a check that our serializer and Qt
+// write the same bytes for a tree.
 
 #pragma once
 
@@ -28,7 +28,7 @@ inline void requireSameBytesAsQt(const QDomNode& node)
                      "textOf returns the text that Qt returns");
 }
 
-/// A document with nodes, some of which are outside its tree.
+/// A document and its nodes. Some of the nodes are not in the document's tree.
 class RandomTree
 {
 public:
@@ -52,7 +52,7 @@ public:
             return;
         QDomNode parent = m_nodes[m_choose(m_nodes.size())];
         // Keeps no child of an attribute: when the attribute's value changes, Qt deletes the child, even if a
-        // handle refers to the child.
+        // `QDomNode` still refers to the child.
         if (!parent.isAttr())
             m_nodes.push_back(node);
         if (node.isAttr() && parent.isElement())
@@ -70,7 +70,7 @@ public:
     }
 
 private:
-    // Words, separated by bars. "null" means a null string.
+    // Lists of words, separated by vertical bars. The word "null" means a null string.
     static constexpr const char* kNames =
         "a|b|p:a|q:b|xmlns|xmlns:p|p:|:|a=\"1\" b|<&>\"|]]>|xml|\xC3\xA9|%e";
     static constexpr const char* kSpaces = "null||urn:x|<\"&\r\n\t]]>";

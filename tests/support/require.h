@@ -1,4 +1,5 @@
-// For tests and fuzzers: checks that throw, random choices, and file contents.
+// For tests and fuzzers: checks a rule and throws if the rule is broken, makes random choices, and reads and
+// writes files.
 
 #pragma once
 
@@ -11,7 +12,7 @@
 #include <stdexcept>
 #include <string>
 
-/// The file and the line of a call, for failure messages.
+/// The source file and the line of a call, for failure messages.
 struct Place
 {
     static Place here(const char* name = __builtin_FILE(), int at = __builtin_LINE()) { return {name, at}; }
@@ -25,14 +26,14 @@ struct Place
 }
 
 /// \param rule a statement that must be true
-/// \throw std::logic_error with the rule and the line of the call, unless the rule holds
+/// \throw std::logic_error with the rule and the line of the call, unless `holds` is true
 inline void require(bool holds, const char* rule, Place at = Place::here())
 {
     if (!holds)
         fail(rule, at);
 }
 
-/// Formats a value for a failure message. Unprintable characters become numbers.
+/// Formats a value for a failure message. Unprintable characters become escape sequences.
 template <class Value>
 std::string shown(const Value& value)
 {
@@ -46,7 +47,7 @@ std::string shown(const Value& value)
     return text.trimmed().toStdString();
 }
 
-/// \throw std::logic_error with the rule, the line of the call and both values, unless they are equal
+/// \throw std::logic_error with the rule, the line of the call and both values, unless the values are equal
 template <class Value>
 void requireEqual(const Value& given, const Value& expected, const char* rule, Place at = Place::here())
 {
@@ -54,8 +55,8 @@ void requireEqual(const Value& given, const Value& expected, const char* rule, P
         fail(std::string(rule) + ": found " + shown(given) + ", expected " + shown(expected), at);
 }
 
-/// For texts, the failure message shows the first difference and an excerpt of each text. Characters count
-/// from 0.
+/// Compares texts. The failure message shows the position of the first difference, counted from 0, and an
+/// excerpt of each text.
 template <class Character>
 void requireEqual(const std::basic_string<Character>& given, const std::basic_string<Character>& expected,
                   const char* rule, Place at = Place::here())
@@ -79,8 +80,8 @@ void requireAtMost(const Value& given, const Value& limit, const char* rule, Pla
         fail(std::string(rule) + ": found " + shown(given) + ", but the limit is " + shown(limit), at);
 }
 
-/// \throw std::logic_error with the name and the result code of the call, unless the code is S_OK (or S_FALSE
-///        if `isOk` is false)
+/// \param isOk whether the call must return S_OK. If false, the call must return S_FALSE
+/// \throw std::logic_error with the name and the result code of the call, unless the code is as required
 inline void requireOk(int code, const char* call, bool isOk = true, Place at = Place::here())
 {
     if (code != (isOk ? 0 : 1))

@@ -20,7 +20,7 @@ struct Row : std::istringstream
     std::string where; ///< for failure messages: file, line number and text
 };
 
-/// Calls `use` with each row of a file. Empty lines and comments are not rows.
+/// Calls `use` with each row of a file. Empty lines and lines that begin with `#` are not rows.
 template <class Use>
 void forEachRow(const std::string& path, Use use)
 {

@@ -8,8 +8,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// Calls `use` with each seed below `end`, in a child process. If the child process crashes, its parent still
-/// reports the seed.
+/// Calls `use` with each seed from `first` to `end - 1`, until a check fails. The calls run in a child
+/// process. If the child process crashes, its parent still reports the seed.
 template <class Use>
 void forEachSeed(unsigned first, unsigned end, Use use)
 {

@@ -1,4 +1,4 @@
-// Type libraries that tests create: they have a correct digest, and are in files that are deleted after the
+// Helps tests to create type libraries: adds the correct digest, and writes a file that is deleted after the
 // test.
 
 #pragma once
@@ -15,7 +15,8 @@
 namespace keltest
 {
 
-/// Adds the beginning of a type library, with the digest of `body`, which is the rest.
+/// Makes a type library from its `body`, which is everything after the `<library>` tag. Puts the XML
+/// declaration and the `<library>` tag, with the digest of `body`, before the body.
 inline QByteArray stamped(const QByteArray& body)
 {
     const QByteArray digest = QCryptographicHash::hash(body, QCryptographicHash::Sha256).toHex();
@@ -29,7 +30,7 @@ struct TypeLibraryFile
     explicit TypeLibraryFile(const QByteArray& contents = {}) { write(contents); }
 
     void write(const QByteArray& contents) const { ::write(path, contents); }
-    /// Makes the next load read the file again.
+    /// Makes the next `load` read the file again.
     void registerAgain() const { KelTypelib::RegisterTypeLib(GUID{}, widePath.c_str()); }
     HRESULT load(ITypeLib*& library) const { return KelTypelib::LoadTypeLib(widePath.c_str(), &library); }
 
@@ -38,7 +39,8 @@ struct TypeLibraryFile
     const std::wstring widePath = path.toStdWString();
 };
 
-/// The type information of one interface; null if it cannot be loaded.
+/// Loads the type information of one interface. \return null if the library cannot be loaded or does not
+/// describe the interface
 inline kel::ComPtr<ITypeInfo> typeInfo(const wchar_t* path, const GUID& iid)
 {
     ITypeLib* library = nullptr;

@@ -17,8 +17,8 @@
 namespace keltest
 {
 
-/// The name that GetDocumentation returns for a member or an interface. If GetDocumentation fails, its error
-/// code.
+/// Returns the name that GetDocumentation returns for a member or an interface. If GetDocumentation fails,
+/// returns the error code as text.
 template <class Object>
 std::wstring nameOf(Object& object, INT member)
 {
@@ -30,7 +30,7 @@ std::wstring nameOf(Object& object, INT member)
     return code == S_OK ? name.c_str() : std::to_wstring(code);
 }
 
-/// A type in C++ notation. A type that the library does not describe is "other".
+/// Returns a type in C++ notation. For a type that the library does not describe, returns "other".
 inline std::wstring typeName(ITypeLib& library, const TYPEDESC& type)
 {
     static const std::map<VARTYPE, const wchar_t*> kNames{
@@ -62,14 +62,16 @@ inline void describe(ITypeLib& library, ITypeInfo& info, const FUNCDESC& functio
     const auto unknown = std::count(ids.data(), ids.data() + count, DISPID_UNKNOWN);
     requireEqual(areAllKnown, unknown == 0, "GetIDsOfNames succeeds if and only if it knows all names");
     requireEqual(ids[0], function.memid, "GetIDsOfNames returns the function's identifier for its name");
-    requireEqual(nameOf(info, function.memid), std::wstring(names[0].c_str()), "the names agree");
+    requireEqual(nameOf(info, function.memid), std::wstring(names[0].c_str()),
+                 "GetNames and GetDocumentation return the same name");
     const wchar_t* const prefix = function.invkind == INVOKE_PROPERTYPUT      ? L"put_"
                                   : function.invkind == INVOKE_PROPERTYPUTREF ? L"putref_"
                                   : function.invkind == INVOKE_PROPERTYGET    ? L"get_"
                                                                               : L"";
     out << function.memid << ' ' << prefix << names[0].c_str() << '(';
 
-    require(function.cParams >= function.cParamsOpt && function.cParamsOpt >= 0, "optional parameters exist");
+    require(function.cParams >= function.cParamsOpt && function.cParamsOpt >= 0,
+            "cParamsOpt is between 0 and cParams");
     requireEqual<int>(function.elemdescFunc.tdesc.vt, VT_HRESULT, "a function returns an HRESULT");
     for (SHORT place = 0; place < function.cParams; ++place) {
         const ELEMDESC& parameter = function.lprgelemdescParam[place];
@@ -77,7 +79,7 @@ inline void describe(ITypeLib& library, ITypeInfo& info, const FUNCDESC& functio
         const bool isResult = flags == (PARAMFLAG_FOUT | PARAMFLAG_FRETVAL);
         require(!isResult || place == function.cParams - 1, "the result is the last parameter");
         requireEqual<int>(isResult ? PARAMFLAG_FIN : flags & ~PARAMFLAG_FOPT, PARAMFLAG_FIN,
-                          "an input has FIN");
+                          "an input has PARAMFLAG_FIN");
         out << (place == 0 ? L"" : L", ") << typeName(library, parameter.tdesc);
     }
     out << L")\n";
@@ -86,9 +88,10 @@ inline void describe(ITypeLib& library, ITypeInfo& info, const FUNCDESC& functio
 using EachFunction = std::function<void(ITypeInfo&, const FUNCDESC&)>;
 inline void ignoreFunction(ITypeInfo&, const FUNCDESC&) {}
 
-/// Describes a library: for each interface, a line with the first part of its identifier, its name, its kind,
-/// the number of its functions, the size of its vtable, its flags and its version, and then a line for each
-/// function. \param use called with each function
+/// Describes a library. Writes a line for each interface, and after it a line for each function of the
+/// interface. The line for an interface has the first part of its identifier, its name, its kind, the number
+/// of its functions, the size of its vtable, its flags and its version. The last line has the first part of
+/// the library's identifier, its name and its version. \param use called with each function
 inline std::wstring describe(ITypeLib& library, const EachFunction& use = ignoreFunction)
 {
     std::wostringstream out;
@@ -108,7 +111,8 @@ inline std::wstring describe(ITypeLib& library, const EachFunction& use = ignore
         requireEqual(sameIndex, index, "GetContainingTypeLib returns the index of the interface");
         require(sameLibrary.get() == &library, "GetContainingTypeLib returns the library");
         void* other = &library;
-        require(info->QueryInterface(IID_IDispatch, &other) == E_NOINTERFACE && !other, "has no IDispatch");
+        require(info->QueryInterface(IID_IDispatch, &other) == E_NOINTERFACE && !other,
+                "type information has no IDispatch");
         const std::wstring name = nameOf(library, static_cast<INT>(index));
         requireEqual(nameOf(*info, MEMBERID_NIL), name, "the library and the interface return the same name");
         out << std::hex << attributes->guid.Data1 << std::dec << ' ' << name << ' ' << kind << ' '
@@ -130,7 +134,8 @@ inline std::wstring describe(ITypeLib& library, const EachFunction& use = ignore
     require(library.GetTypeInfo(count, sameInfo.put()) == TYPE_E_ELEMENTNOTFOUND && !sameInfo,
             "beyond the last interface, GetTypeInfo fails and returns null");
     for (const INT index : {-2, static_cast<INT>(count)})
-        requireEqual(nameOf(library, index), std::to_wstring(TYPE_E_ELEMENTNOTFOUND), "wrong indices fail");
+        requireEqual(nameOf(library, index), std::to_wstring(TYPE_E_ELEMENTNOTFOUND),
+                     "GetDocumentation fails for an index out of range");
     TLIBATTR* attributes = nullptr;
     requireOk(library.GetLibAttr(&attributes), "GetLibAttr");
     out << std::hex << attributes->guid.Data1 << std::dec << ' ' << nameOf(library, -1) << ' '

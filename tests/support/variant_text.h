@@ -1,4 +1,4 @@
-// Converts words of test tables to VARIANTs, and VARIANTs and results to words.
+// Converts words of test tables to VARIANTs, and converts VARIANTs and other results to words.
 
 #pragma once
 
@@ -67,8 +67,9 @@ struct Variants
             value.dblVal = std::strtod(text.c_str(), nullptr);
         return value;
     }
-    /// Reads words up to `->`. A word such as `2=` gives the identifier of a named argument. The identifiers
-    /// belong to the first arguments, in order, wherever they are in the row.
+    /// Reads words up to `->`. A word such as `2=` is the identifier of a named argument; all other words are
+    /// arguments. The first identifier names the first argument, the second identifier the second argument,
+    /// and so on. The identifiers may be anywhere in the row.
     Arguments argumentsOf(std::istream& words)
     {
         Arguments arguments;

@@ -7,7 +7,8 @@
 namespace vtable_calls
 {
 
-/// The published 64-bit VARIANT: three words of eight bytes, passed by value in memory.
+/// The published layout of a 64-bit VARIANT: three words of eight bytes. A method that takes a VARIANT by
+/// value receives it in memory, not in registers.
 struct Variant
 {
     std::uint16_t type;
@@ -23,7 +24,8 @@ constexpr std::int32_t kNoInterface = -0x7FFFBFFE, kNullPointer = -0x7FFFBFFD;
 constexpr int kRelease = 2, kGetIdsOfNames = 5, kChildNodes = 12, kFirstChild = 13, kAttributes = 17,
               kDocumentElement = 45, kLoadXml = 65, kSave = 66, kMapItem = 10;
 
-/// Calls a slot, whatever type its method has.
+/// Calls the method in a slot as a function that takes `object` and `arguments`. The declaration of the
+/// method is not needed.
 template <class... Arguments>
 __attribute__((no_sanitize("undefined"))) std::int32_t call(void* object, int slot, Arguments... arguments)
 {
