@@ -1,6 +1,6 @@
 #!/bin/bash
 # binaries_test.sh READELF OBJDUMP HARDENED FOLDER... - every program and library in the folders is loaded safely. If
-# HARDENED is yes, the compiler must have hardened the code too; builds with sanitizers are not hardened.
+# HARDENED is yes, the compiler must have hardened the code too.
 set -eu
 readelf=$1 objdump=$2 hardened=$3
 shift 3
@@ -8,8 +8,8 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 failed=0
 complain() { echo "$*"; failed=1; }
-# expect_landing FILE FUNCTION: with control-flow protection, the first instruction of a function marks the function as a
-# target of indirect calls.
+# expect_landing FILE FUNCTION expects control-flow protection: the first instruction of the function must mark the
+# function as a target of indirect calls.
 expect_landing() {
   "$objdump" -d --no-show-raw-insn --disassemble="$2" "$1" >"$work/code"
   grep -A 1 "<$2>:" "$work/code" | grep -qE 'endbr64|bti|paciasp' || complain "$1: $2 must have control-flow protection"
@@ -22,7 +22,7 @@ while IFS= read -r -d '' file; do
   files=$((files + 1))
   "$readelf" -dlW "$file" >"$work/headers"
   paths=$(sed -nE 's/.*\((RUNPATH|RPATH)\).*\[(.*)\].*/:\2:/p' "$work/headers")
-  # The loader takes an empty entry for the current directory. A relative entry depends on it too.
+  # To the loader, an empty entry means the current directory. A relative entry depends on the current directory too.
   [[ ! $paths =~ :[^/$] ]] || complain "$file: must search for libraries in absolute paths only, not in '$paths'"
   grep -q GNU_RELRO "$work/headers" || complain "$file: must have RELRO"
   grep -qE '\(FLAGS_1\).*\bNOW\b' "$work/headers" || complain "$file: must bind all symbols when it is loaded"

@@ -1,5 +1,5 @@
-// What other binaries rely on: slot numbers, calling conventions, no-ops, and objects that outlive the
-// unloading of the library.
+// What other binaries rely on: slot numbers, calling conventions, no-ops, and objects that are released after
+// the library was closed.
 
 #include "support/allocations.h"
 #include "support/rows.h"
@@ -46,14 +46,14 @@ struct BinaryInterface : testing::Test
         EXPECT_EQ(0, call(m_document, kGetIdsOfNames, symbol("IID_IXMLDOMNode"), names, 1u, 0u, &id));
         EXPECT_EQ(58, id);
     }
-    /// Unloads the library, and only then releases the objects.
+    /// Closes the library, and only then releases the objects.
     void TearDown() override
     {
         run("ylrxDelegatedUnloadEntry");
         EXPECT_EQ(0, dlclose(m_library));
         // The root has a second reference, held by the document.
         for (void* object : {m_attribute, m_map, m_list, m_text, m_root, m_document})
-            EXPECT_EQ(object == m_root ? 1 : 0, call(object, kRelease)) << "references";
+            EXPECT_EQ(object == m_root ? 1 : 0, call(object, kRelease)) << "references left";
     }
 
     void* symbol(const char* name) { return dlsym(m_library, name); }

@@ -18,7 +18,7 @@ void run(unsigned seed, std::size_t documents)
 
 TEST_F(CallSequences, NeverCrashLeakOrDifferFromTheModel)
 {
-    // The environment can divide the seeds among processes, or ask for more.
+    // The environment can divide the seeds among processes, or ask for more seeds.
     const unsigned first = qEnvironmentVariable("KEL_FIRST_SEED").toUInt();
     const unsigned end = first + qEnvironmentVariable("KEL_SEQUENCES", QStringLiteral("3000")).toUInt();
     // The first sequences use one document, because nodes of other documents enable guards that can hide a

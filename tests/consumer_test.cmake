@@ -1,9 +1,9 @@
-# Installs the build BUILD to a prefix below WORK and moves the prefix. Then builds and runs programs with the installed
-# library: the project in consumer/ by find_package, and the programs of the pages by pkg-config:
+# Installs the build in BUILD to a prefix in WORK, and moves the prefix. Then builds and runs programs with the installed
+# library: the project in consumer/ uses find_package, and the programs of the pages use pkg-config. Usage:
 # cmake -DBUILD=... -DWORK=... -DREADME=... -DCXX=... -DGENERATOR=... -DPKG_CONFIG=... -DBINARIES_TEST=...
 #       -P consumer_test.cmake
 
-# run(COMMAND...) runs a command, which must succeed, and stores in `output` what the command prints.
+# run(COMMAND...) runs a command, which must succeed, and stores the standard output of the command in `output`.
 macro(run)
   execute_process(COMMAND ${ARGN} WORKING_DIRECTORY ${WORK} RESULT_VARIABLE result
                   OUTPUT_VARIABLE output ERROR_VARIABLE errors OUTPUT_STRIP_TRAILING_WHITESPACE)
@@ -23,7 +23,7 @@ foreach(path IN LISTS installed)
     message(FATAL_ERROR "All files must be installed in the prefix, but this one is not: ${path}")
   endif()
 endforeach()
-# The installed files must work at another place.
+# The installed files must still work after a move.
 set(prefix ${WORK}/prefix)
 file(RENAME ${WORK}/installed ${prefix})
 
@@ -35,12 +35,13 @@ run(by-cmake/readme)
 configure_file(${BUILD}/docs/tour/block0.xml ${WORK}/shelf.xml COPYONLY)
 run(by-cmake/tour)
 
-# The commands of the README must give the results that it shows.
+# The commands in the README must give the results that the README shows.
 # take_block(LANGUAGE) stores the next fenced block of this language in `text`.
+# expect_in_block(LANGUAGE FOUND) takes the next block of this language, which must contain exactly the text FOUND.
 file(READ ${README} readme)
 macro(take_block language)
   if(NOT readme MATCHES "\n```${language}\n([^`]*)```(.*)")
-    message(FATAL_ERROR "${README} must have another block of ${language}")
+    message(FATAL_ERROR "${README} must have one more ```${language} block")
   endif()
   set(text "${CMAKE_MATCH_1}")
   set(readme "${CMAKE_MATCH_2}")
@@ -85,7 +86,7 @@ run(${CXX} -std=c++17 -fno-pic -no-pie ${BUILD}/docs/tour/program.cpp -DTYPE_LIB
 run(./tour)
 
 run(${BINARIES_TEST} ${prefix})
-# The installed tool finds the installed library and its type library.
+# The installed tool must find the installed library and its type library.
 file(WRITE ${WORK}/file.xml "<a><b/></a>")
 run(${prefix}/bin/kelxml call file.xml documentElement.firstChild.nodeName)
 if(NOT output STREQUAL "b")
@@ -98,7 +99,7 @@ foreach(text IN LISTS texts)
     message(FATAL_ERROR "${text} must not refer to the build folder")
   endif()
 endforeach()
-# Installed pages refer only to installed files.
+# Installed pages must refer only to installed files.
 file(GLOB pages ${prefix}/share/doc/*/*.md)
 list(LENGTH pages count)
 if(NOT count EQUAL 8)

@@ -1,14 +1,14 @@
 #!/bin/bash
-# examples_test.sh PYTHON HOST_PY LIBRARIES PROGRAMS - the example in Python writes a document only where it is told to. The
-# examples in C++ keep settings, add up readings, and continue after bad files.
+# examples_test.sh PYTHON HOST_PY LIBRARIES PROGRAMS - the example in Python, host.py, writes a document only to the file
+# that -o names. The examples in C++ keep settings, add up readings, and continue after bad files.
 set -euE
 trap 'echo "line $LINENO fails: $BASH_COMMAND"' ERR
-refuse() { if "$@"; then echo "line ${BASH_LINENO[0]} succeeds: $*"; exit 1; fi; }
+refuse() { if "$@"; then echo "line ${BASH_LINENO[0]} must fail, but it succeeds: $*"; exit 1; fi; }
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
 "$1" "$2" "$3" >/dev/null
-[ -z "$(ls)" ] # without -o, it writes no file
+[ -z "$(ls)" ] # without -o, host.py writes no file
 "$1" "$2" "$3" -o shelf.xml
 refuse "$1" "$2" /none 2>errors.txt
 [ "$(wc -l <errors.txt)" = 1 ]
@@ -20,7 +20,7 @@ for zoom in 1 1.25 1.5 1.75; do
 done
 grep -q 'theme dark' printed.txt
 refuse "$4/settings" "$(printf '%.0sx' {1..300})" 2>errors.txt
-[ "$(wc -l <errors.txt)" = 1 ] # the system refuses this name
+[ "$(wc -l <errors.txt)" = 1 ] # one line says that the system refuses this name
 [ "$(grep -c '<file>' settings.xml)" = 3 ]
 grep -q '<editor wrap="true" zoom="2"/>' settings.xml
 

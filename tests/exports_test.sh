@@ -9,7 +9,7 @@ expected() {
     awk '/^#/ || !NF { next } { print $1 }' "$tests/exports.txt"
 }
 exported() {
-    nm -D --defined-only --format=posix "$1" | awk '$2 != "A" { print $1 }' # kind A: the names of the versions themselves
+    nm -D --defined-only --format=posix "$1" | awk '$2 != "A" { print $1 }' # symbols of kind A are the versions themselves
 }
 diff --unified=0 --label expected --label exported \
     <(expected | sed '/@/!s/$/@@KELXMLLIB_1.0/' | sort -u) <(exported "$1" | sort -u)

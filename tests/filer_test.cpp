@@ -1,5 +1,5 @@
-// The filer: the status of every call, with and without an open file, and the bytes that it writes. They must
-// be the bytes that Qt's writer writes for the same calls.
+// The filer: the status that each call returns, with and without an open file, and the bytes that the filer
+// writes. Qt's writer must write the same bytes for the same calls.
 
 #include "KelXmlLib/filer_wrapper.h"
 #include "support/dom_fixture.h"
@@ -15,7 +15,7 @@ using vtable_calls::call;
 namespace
 {
 
-/// Two missing texts, and one that needs escapes.
+/// A null text, an empty text, and a text that needs escapes.
 const Text kTexts[] = {nullptr, L"", L"<\"\u00e4]]>"};
 QStringList messages; ///< the warnings that Qt logged
 
@@ -66,9 +66,9 @@ TEST_F(FilerTest, WithoutAnOpenFileCallsReturnTheUsualStatusAndWriteNothing)
         EXPECT_EQ(call(&filer, 27), 0) << "close must return 0";
         EXPECT_EQ(call(&filer, 2), 6) << "the state must be 6";
         EXPECT_EQ(call(&filer, 3), 2) << "the encoding must always be UTF-8";
-        EXPECT_EQ(call(&filer, 4), path && *path) << "the flag must be kept if there is a path";
+        EXPECT_EQ(call(&filer, 4), path && *path) << "the filer must keep the flag if it has a path";
         EXPECT_EQ(messages.removeAll(QStringLiteral("QXmlStreamWriter: No device")) > 0, !isClosed);
-        EXPECT_EQ(messages.size(), isClosed ? 1 : 0) << "only a closed file may warn";
+        EXPECT_EQ(messages.size(), isClosed ? 1 : 0) << "only a closed filer may cause another warning";
         messages.clear();
     }
     EXPECT_EQ(contentOf(pathOf("other")).toStdString(), "other");

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""files_test.py KELXML LIBRARIES - how files are read and replaced: pipes and devices, permissions and owners, links, and
-failures, which must keep the old file."""
+"""files_test.py KELXML LIBRARIES - how kelxml reads and replaces files: pipes and devices, permissions and owners,
+links, and failures, which must keep the old file."""
 import errno
 import os
 import pathlib
@@ -44,14 +44,16 @@ class Files(unittest.TestCase):
 
 class Replacing(Files):
     def replace(self, path, text='new', by_nobody=False, most=None, **how):
-        """Writes a document with the text to the path. Returns the error number, or 0 for success."""
+        """Writes a document that contains `text` to `path`. With `by_nobody`, root writes as another user. `most` limits
+        the size of files in bytes. Returns the error number, or 0 for success."""
         source = shared / 'source.xml'
         source.write_text(f'<r>{text}</r>')
         source.chmod(0o644)
         if by_nobody and IS_ROOT:
             how |= {'user': NOBODY, 'group': NOBODY, 'extra_groups': []}
         limit = (lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (most, most))) if most else None
-        # Python ignores SIGXFSZ, the signal for a file that becomes too long. With `restore_signals=False`, so does the child.
+        # Python ignores SIGXFSZ, the signal for a file that becomes too long. With `restore_signals=False`, the child
+        # ignores it too.
         done = subprocess.run([kelxml, 'copy', source, path], env=ENVIRONMENT,
                               stderr=subprocess.PIPE, text=True, preexec_fn=limit, restore_signals=False, **how)
         reasons = [code for code in errno.errorcode if done.stderr.rstrip().endswith(f'{path}: {os.strerror(code)}')]
@@ -112,7 +114,7 @@ class Replacing(Files):
         self.assertEqual(inode, self.file.stat().st_ino, 'the file must be written in place')
         self.assertEqual(errno.EACCES, self.replace(self.top / 'none', by_nobody=True))
 
-    def test_a_file_keeps_its_access_list_and_does_not_get_the_default_of_the_directory(self):
+    def test_a_file_keeps_its_access_list_and_does_not_get_the_default_list_of_the_directory(self):
         plain = self.top / 'plain'
         for path in self.file, plain:
             path.write_text('old')
@@ -125,7 +127,7 @@ class Replacing(Files):
         self.assertEqual([], os.listxattr(plain))
         self.assertEqual('0o660', self.permissions(plain))
 
-    @unittest.skipUnless(IS_ROOT, 'only root can make files of other owners')
+    @unittest.skipUnless(IS_ROOT, 'only root can change the owner of a file')
     def test_a_user_who_could_not_read_the_old_file_cannot_read_the_new_one(self):
         for owner, group, before, after_nobody, has_list in (
                 (STRANGER, NOBODY, 0o6776, 0o2776, False), (STRANGER, STRANGER, 0o6776, 0o766, False),
@@ -181,7 +183,7 @@ class Replacing(Files):
 
 class Reading(Files):
     def check(self, path):
-        """Checks a file. Returns the reason if the file does not load, with FILE for the path."""
+        """Runs `kelxml check`. Returns the reason if the file does not load, with FILE in place of the path; else nothing."""
         done = subprocess.run([kelxml, 'check', path], env=ENVIRONMENT, stdout=subprocess.PIPE, text=True)
         return done.stdout.replace(f'{path}:', 'FILE:', 1).rstrip()
 

@@ -1,5 +1,6 @@
 #!/bin/bash
-# headers_test.sh INCLUDE PKG_CONFIG COMPILER... - the public headers compile without warnings in C++17 and newer.
+# headers_test.sh INCLUDE PKG_CONFIG COMPILER... - each compiler accepts the public headers without warnings in
+# C++17 and newer.
 set -eu
 include=$1 pkg_config=$2
 shift 2

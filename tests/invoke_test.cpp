@@ -1,6 +1,6 @@
-// Calls a test object by identifier. For each type, the object has a member that takes and returns a value of
-// this type. Tests conversions, kinds of calls, counts and names of arguments, results and failures. Also
-// tests BSTRs.
+// Calls members of a test object by identifier. For each type, the object has a member that takes and returns
+// a value of this type. Tests conversions, kinds of calls, counts and names of arguments, results and
+// failures. Also tests BSTRs.
 
 #include "support/dom_fixture.h"
 #include "support/type_library_file.h"
@@ -91,7 +91,8 @@ struct Releasing final : IUnknown
 
 struct Invoke : testing::Test
 {
-    /// Calls the member with all outputs, and again with none. \return the outcome in words
+    /// Calls the member with all outputs, and again with null outputs.
+    /// \return the outcome of the first call in words
     std::string call(const std::string& member, WORD flags, Arguments arguments)
     {
         const DISPID id = std::isalpha(member[0]) ? idOf(*info, std::wstring(member.begin(), member.end()))
@@ -129,7 +130,7 @@ struct Invoke : testing::Test
         peer->AddRef();
         EXPECT_EQ(isPeer ? 2U : 1U, peer->Release()) << "only the result may add a reference to the peer";
         EXPECT_EQ(1U, probe.references) << "after the call, Invoke must hold no reference";
-        EXPECT_EQ(code, invoke(nullptr, nullptr, nullptr)) << "missing outputs must not matter";
+        EXPECT_EQ(code, invoke(nullptr, nullptr, nullptr)) << "null outputs must not change the code";
         return words.substr(1);
     }
 

@@ -1,5 +1,5 @@
 // The C++ layer: typed values, refused changes, loops that change the tree, saved files, and error messages.
-// The call machine tests the changes that succeed.
+// `call_machine_test` tests the changes that succeed.
 
 #include "KelXmlLib/kel.h"
 
@@ -16,7 +16,7 @@ namespace
 
 using Layer = DomTest;
 
-/// The node as text, without the line breaks that Qt always writes around comments and instructions.
+/// The node as text, without the line breaks that Qt always writes after comments and instructions.
 std::string xmlOf(const kel::Node& node)
 {
     std::string xml = node.toString({-1});
@@ -145,7 +145,7 @@ TEST_F(Layer, ALoopMayMoveOrRemoveItsCurrentNode)
             root.child("b").append(element);
         else
             element.parent().remove(element);
-    EXPECT_EQ(5u, root.child("b").children().size()) << "b must have only the moved elements";
+    EXPECT_EQ(5u, root.child("b").children().size()) << "b must contain only the moved elements";
     for (const kel::Node& node : root.nodes())
         root.remove(node);
     EXPECT_EQ("<r/>", xmlOf(root));

@@ -36,8 +36,8 @@ namespace
 
 struct LoadSave : DomTest
 {
-    /// Writes the bytes to a file, and loads and saves this file with Qt and with the library. \return
-    /// whether the file was loaded
+    /// Writes the bytes to a file, and loads and saves this file both with Qt and with the library.
+    /// \return whether the file was loaded
     bool expectSameAsQt(const QByteArray& bytes)
     {
         SCOPED_TRACE(bytes.left(1000).toPercentEncoding().toStdString());

@@ -1,5 +1,5 @@
 // Repeats each call and makes its first allocation fail, then its second, and so on until the call succeeds.
-// After each failure, the output is untouched, nothing leaks, and the objects still work.
+// The caller can notice each failure, only Qt may leak, and the objects still work afterwards.
 
 #include "KelXmlLib/filer.h"
 #include "KelXmlLib/kel.h"
@@ -23,7 +23,7 @@ namespace
 
 using allocations::Shortage;
 
-/// The objects that a call uses. Each repetition of the call gets new objects.
+/// The objects that a call uses. Each time a call is repeated, it gets new objects.
 struct Objects : OneOfEach
 {
     ComPtr<IXMLDOMNode> spare;
@@ -84,7 +84,7 @@ struct OutOfMemory : DomTest
     {
         const std::wstring value(1100, L'1'); // long, so that its conversion allocates
         const OneOfEach made = oneOfEach((L"<a x='" + value + L"'>t<b><c/></b></a>").c_str());
-        ComPtr<ITypeInfo> loaded; // now the element caches its type information
+        ComPtr<ITypeInfo> loaded; // loaded in advance, because the element caches its type information
         EXPECT_EQ(S_OK, made.root->GetTypeInfo(0, 0, loaded.put()));
         return {made, create(*made.document, NODE_ELEMENT, L"spare"), find(made), made.root.get()};
     }
@@ -97,7 +97,7 @@ struct OutOfMemory : DomTest
 
     std::vector<Call> calls();
 
-    /// Whether the caller notices a failure: by an exception before any output is written, by the result
+    /// Whether the caller can notice a failure: by an exception before any output is written, by the result
     /// code, or by a null BSTR.
     static bool isReported(HRESULT code, const Out& out)
     {
@@ -117,8 +117,10 @@ struct OutOfMemory : DomTest
             HRESULT code = kThrown;
             hasFailed = allocations::failsIn(nth, [&] { code = call.make(objects, out); });
             EXPECT_EQ(hasFailed, isReported(code, out)) << "only a failure must be reported";
-            EXPECT_EQ(lengthOf(*listOf(*objects.root)), lengthOf(*objects.list)) << "children in the list";
-            EXPECT_EQ(lengthOf(*find(objects)), lengthOf(*objects.found)) << "elements in the list";
+            EXPECT_EQ(lengthOf(*listOf(*objects.root)), lengthOf(*objects.list))
+                << "the list of children must be complete";
+            EXPECT_EQ(lengthOf(*find(objects)), lengthOf(*objects.found))
+                << "the list of elements must be complete";
             append(*objects.root, *objects.spare);
         }
     }
@@ -248,7 +250,8 @@ TEST_F(OutOfMemory, ANullOutputOrAFailedAllocationIsReportedAndLeaksNothing)
             objects.node = node;
             EXPECT_EQ(call.codeForNull, call.make(objects, none)) << kel::Node(*node).name();
         }
-        EXPECT_EQ(leakedBy([&call] { failQt(call); }), leakedBy([&] { failEach(call); })) << "only Qt leaks";
+        EXPECT_EQ(leakedBy([&call] { failQt(call); }), leakedBy([&] { failEach(call); }))
+            << "only Qt may leak";
     }
 }
 
@@ -270,8 +273,9 @@ TEST_F(OutOfMemory, AFailedFirstLookupOfANameDoesNotBreakTheNextOne)
     });
 }
 
-/// Repeats `work` in new processes, and lets memory run out a little later each time. Works in a new thread,
-/// because Qt allocates more there. \return how many processes a signal killed
+/// Repeats `work` in new processes. In each process, memory runs out a little later than in the previous one.
+/// Each process runs `work` in a new thread, because Qt allocates more there.
+/// \return how many processes a signal killed
 int deathsIn(const std::function<void()>& work, Shortage shortage)
 {
     int deaths = 0, status = 1;
@@ -287,8 +291,8 @@ int deathsIn(const std::function<void()>& work, Shortage shortage)
     return deaths;
 }
 
-// An exception that leaves a destructor of Qt ends the process. So as many processes may die with the library
-// as with Qt alone.
+// An exception that leaves a destructor of Qt ends the process. The test counts these deaths: there must be
+// as many with the library as with Qt alone.
 TEST_F(OutOfMemory, SavingAndLoadingThrowWhereverMemoryRunsOut)
 {
     const QString written = pathOf("written.xml");

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""pages_test.py CHECKOUT - links between pages work, the tests that pages name exist, and no-ops.md and xmldom.h list the
-methods in dom/noop."""
+"""pages_test.py CHECKOUT - links between pages work, the tests that pages name exist, and no-ops.md and xmldom.h list
+exactly the methods in dom/noop as no-ops."""
 import pathlib
 import re
 import sys
@@ -19,7 +19,7 @@ for page in [*top.glob('*.md'), *top.glob('docs/**/*.md')]:
 
 
 def methods(pattern):
-    """Returns the methods of each class that the files of a pattern define."""
+    """Returns, for each class, the methods that are defined in the files that match the pattern."""
     found = {}
     for path in top.glob(pattern):
         for owner, name in re.findall(r'^HRESULT CMorvXMLDOM(\w+)::(\w+)\(', path.read_text(), re.M):
@@ -30,15 +30,15 @@ def methods(pattern):
 no_ops = methods('dom/noop/*.cpp')
 every_no_op, working = set().union(*no_ops.values()), set().union(*methods('dom/*.cpp').values())
 page = ' '.join(re.findall(r'^\| (`.*?) \|', (top / 'docs/no-ops.md').read_text(), re.M))
-faults += [f'no-ops.md and dom/noop must both list {name}, or neither' for name in every_no_op ^ set(re.findall(r'`(\w+)`', page))]
-faults += [f'no-ops.md must name the objects for which {name} is a no-op if and only if it works for others'
+faults += [f'no-ops.md must list {name} if and only if dom/noop defines {name}' for name in every_no_op ^ set(re.findall(r'`(\w+)`', page))]
+faults += [f'no-ops.md must write "{name} of" if and only if {name} is a no-op for some objects and works for others'
            for name in every_no_op & working ^ set(re.findall(r'`(\w+)` of ', page))]
 header = (top / 'include/KelXmlLib/xmldom.h').read_text()
 for interface, body in re.findall(r'^class IXMLDOM(\w+) : (.*?)^};', header, re.S | re.M):
     declared, grouped = (set(re.findall(r'virtual HRESULT (\w+)\(', text))
                          for text in (body, ' '.join(re.findall('@{.*?@}', body, re.S))))
     classes = ('Node', 'Document', 'Element', 'Attribute') if interface == 'Node' else (interface,)
-    faults += [f'xmldom.h and dom/noop must both have the no-op IXMLDOM{interface}::{name}, or neither'
+    faults += [f'xmldom.h must mark IXMLDOM{interface}::{name} as a no-op if and only if dom/noop defines it for the whole interface'
                for name in declared & set.intersection(*(no_ops[owner] for owner in classes)) ^ grouped]
 print('\n'.join(faults))
 sys.exit(bool(faults))

@@ -1,5 +1,5 @@
-// The prescan, which checks a text before Qt parses it, accepts a text at each limit and refuses a text one
-// beyond it: in content, in entities, and in every encoding that Qt reads.
+// The prescan checks a text before Qt parses the text. It accepts a text that reaches a limit, and refuses a
+// text that exceeds a limit by one: in content, in entities, and in every encoding that Qt reads.
 
 #include "parsing/prescanner.h"
 #include "support/compare_with_qt.h"
@@ -74,5 +74,5 @@ TEST(PrescanTest, NoEncodingThatQtReadsHidesNesting)
             EXPECT_FALSE(prescan(nested(2049)).isWithinLimits()) << name.constData() << ", way " << way;
         }
     }
-    EXPECT_GT(read, 100) << "Qt must read more than 100 texts";
+    EXPECT_GT(read, 100) << "Qt must read more than 100 of the encoded texts";
 }

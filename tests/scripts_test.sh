@@ -1,6 +1,6 @@
 #!/bin/bash
-# scripts_test.sh SOURCES KELXML - ./run and ./test find their own tree and accept any file name. They run in a copy of the
-# tree, in which build.sh does not install or build anything.
+# scripts_test.sh SOURCES KELXML - ./run and ./test find their own tree, and ./run accepts any file name. This test copies
+# the scripts to a tree whose build.sh neither installs nor builds anything.
 set -eu
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -17,7 +17,7 @@ name="-it's a file.xml"
 echo '<a><b/></a>' >"$name"
 bash main/run "$name" >"$work/output" 2>&1 || fail "./run must accept '$name'"
 command=$(sed -n 's/^\$ kelxml call /kelxml call /p' "$work/output")
-eval "set -- \"$2\" $command" # a user can type the command that ./run prints
+eval "set -- \"$2\" $command" # types the command that ./run prints, as a user would
 [ "$("$1" "${@:3}")" = 1 ] || fail "./run must print a command that a user can type: $command"
 
 export CDPATH=$work/other

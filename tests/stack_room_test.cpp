@@ -1,5 +1,5 @@
-// Loads and saves documents of every depth on small stacks: each call works or is refused, and no stack
-// overflows: an overflow would end the test program.
+// Loads and saves documents of every depth on small stacks. Each call must either work or be refused. A stack
+// overflow would end the test program.
 
 #include "KelXmlLib/kel.h"
 #include "support/dom_fixture.h"
@@ -52,26 +52,27 @@ struct StackRoom : DomTest
         return work() + used[0];
     }
 
-    /// Copies the root of a document, reads and appends the copy, and saves the document. If the library
-    /// refuses to save, an existing file must stay as it was. \return whether the document was saved
+    /// Copies the root of a document, reads the copy, appends it to another document, and saves the document.
+    /// If the library refuses to save, an existing file must stay as it was.
+    /// \return whether the document was saved
     bool use(const ComPtr<IXMLDOMDocument>& document)
     {
         ComPtr<IXMLDOMNode> copy;
         EXPECT_EQ(S_OK, rootOf(document)->cloneNode(1, copy.put()));
         EXPECT_EQ("t", kel::Node(*copy).text());
         const auto other = newDocument();
-        create(*other, NODE_ELEMENT, L"e"); // creates the tree
+        create(*other, NODE_ELEMENT, L"e"); // without a tree, `other` would refuse children
         append(*other, *copy);
         EXPECT_TRUE(firstChildOf(*other));
         const QString path = pathOf("there.xml");
         write(path, "there");
         const bool isSaved = save(*document, path) == S_OK;
-        EXPECT_EQ(isSaved, contentOf(path) != "there") << "only a save may change the file";
+        EXPECT_EQ(isSaved, contentOf(path) != "there") << "only a successful save may write";
         return isSaved;
     }
 };
 
-// Must run on the main thread.
+// Must run on the main thread: the library must find the main thread's stack even if no file can be opened.
 TEST_F(StackRoom, AFailedStackLookupRefusesNothingAndIsNotCached)
 {
     EXPECT_EQ(S_FALSE, loadNested(0)); // a sanitizer opens files when it first looks up a class
@@ -124,7 +125,7 @@ TEST_F(StackRoom, EveryDepthIsLoadedOrRefusedOnEveryStack)
 TEST_F(StackRoom, TheMainThreadsStackLimitIsReadEachTime)
 {
     const auto load = [&](rlim_t limit, int depth) {
-        use(documentOf(nested(8).c_str())); // now the system has mapped the stack that this needs
+        use(documentOf(nested(8).c_str())); // maps enough stack, which cannot grow under `limit`
         return under(RLIMIT_STACK, limit, [depth] { return loadNested(depth); });
     };
     EXPECT_EQ(S_FALSE, withUsedStack<90 * 1024>([&] { return load(128 * 1024, 120); }))

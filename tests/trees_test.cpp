@@ -1,5 +1,5 @@
-// Changes of trees that would crash Qt, long lists and maps, and the results of calls that find nothing or
-// are refused.
+// Long lists and maps, numbers as texts, external entities, and the results of calls that find nothing or are
+// refused. tree_calls.txt has the changes that would crash Qt.
 
 #include "KelXmlLib/kel.h"
 #include "support/compare_with_qt.h"
@@ -72,7 +72,7 @@ TEST_F(Trees, ANumberBecomesTheSameTextInAnyFloatingPointEnvironment)
 TEST_F(Trees, AForeignChildIsRefusedAndANullChildChangesNothing)
 {
     const auto made = oneOfEach(L"<a x='1'>t<b/></a>");
-    // The foreign object has only a vtable. Its slots are null, so a call of a method would crash.
+    // The foreign object is a pointer to a vtable with null slots, so a call of a method would crash.
     const void* const vtable[120] = {};
     const void* const* foreignObject[1] = {vtable};
     auto* const foreign = reinterpret_cast<IXMLDOMNode*>(foreignObject);
@@ -117,7 +117,7 @@ TEST_F(Trees, ACallThatFindsNothingKeepsItsOutputOrSetsItToNull)
     EXPECT_NE(free.get(), append(*root, *free).get()) << "appendChild must return a new object";
 
     const Variant number(1), path(pathOf("x").toStdWString());
-    for (const VARIANT& value : {number.get(), path.get()}) { // references are not accepted either
+    for (const VARIANT& value : {number.get(), path.get()}) { // VT_BYREF is not accepted either
         VARIANT reference = value, target = value;
         reference.vt = static_cast<VARTYPE>(VT_BYREF | value.vt);
         reference.byref = &target.llVal;

@@ -1,4 +1,4 @@
-// Type libraries: registration, loading, invalid and inconsistent files, and the library of the XML DOM.
+// Type libraries: registration, loading, invalid and inconsistent files, and the type library of the XML DOM.
 
 #include "support/objects.h"
 #include "support/type_library_walk.h"
@@ -25,7 +25,7 @@ constexpr GUID kUnknownGuid{0x12345678, 0, 0, {}};
 
 const QByteArray kSmallBody = contentOf(QStringLiteral(KEL_TESTS "../fuzz/seeds/type_library/small.xml"));
 
-std::function<void()> whileReading; ///< called once, while the next file is read
+std::function<void()> whileReading; ///< called once, when the library next reads a file
 
 TEST(TypeLibraryRegistry, KeepsOnePathPerIdentifierUntilItIsRemoved)
 {
@@ -78,7 +78,7 @@ TEST(TypeLibraryCache, ReadsAFileOnceAndAgainAfterItIsRegisteredAgain)
     EXPECT_EQ(first, again) << "contents that were loaded before must give the earlier object";
 }
 
-/// Looks a library up in a forked process. A signal ends the process if the lookup hangs.
+/// Looks up a type library in a forked process. A signal ends the process if the lookup hangs.
 void expectLookupInAForkedProcess()
 {
     if (::fork() == 0) {
@@ -145,7 +145,8 @@ TEST(TypeLibraryFiles, TruncatedOrChangedInOneByteAreRefused)
     const QByteArray whole = contentOf(QStringLiteral(KEL_TYPE_LIBRARY));
     const TypeLibraryFile file;
     ITypeLib* library = nullptr;
-    // The head ends before byte 300. Changes each of its bytes, because the digest does not cover the head.
+    // The head of the file ends before byte 300. Changes every byte of the head, which the digest does not
+    // cover, and every 17th byte of the rest.
     for (int place = 0; place < whole.size(); place += place < 300 ? 1 : 17) {
         QByteArray changed = whole;
         changed[place] = static_cast<char>(changed[place] ^ static_cast<char>(1 + place % 255));
@@ -179,7 +180,8 @@ TEST(TypeLibraryFiles, WithInconsistentOrUnknownDeclarationsAreRefused)
     });
 }
 
-/// Demangles a method's symbol, without its class. Types that the library does not describe become "other".
+/// Demangles a method's symbol and removes the class. Replaces types that the type library does not describe
+/// by "other".
 std::string declarationOf(const std::string& symbol)
 {
     static const QRegularExpression others(QStringLiteral(
@@ -280,7 +282,7 @@ TEST(TypeInfo, MapsNamesInAnyCaseAndFailsForUnknownOnesAndNullOutputs)
 
 } // namespace
 
-/// Replaces the C library's function, which the library calls before it reads a file.
+/// Replaces the C library's `fstat`, which `LoadTypeLib` calls before it reads a file.
 extern "C" KEL_EXPORT int fstat(int file, struct stat* status)
 {
     if (const auto work = std::exchange(whileReading, nullptr))
