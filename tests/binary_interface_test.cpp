@@ -108,7 +108,7 @@ TEST_F(BinaryInterface, VtablesAndInterfacesAreAsListedAndNoOpsReturnOkAndWriteN
     std::remove(path.c_str());
 }
 
-TEST_F(BinaryInterface, LoadingCallingByNameAndUnloadingRepeatedlyLeaksNothing)
+TEST_F(BinaryInterface, LoadingCallingByNameAndClosingRepeatedlyLeaksNothing)
 {
     const std::size_t before = allocations::live();
     for (int round = 0; round < 3; ++round) {
