@@ -8,7 +8,8 @@ foreach(name IN LISTS READS)
   configure_file(${text} ${PLACE}/${name} COPYONLY)
 endforeach()
 
-string(REGEX REPLACE "^;" "" PROGRAM "${PROGRAM}") # the runner is empty
+# Without a test runner, the list PROGRAM begins with an empty element. Remove that element.
+string(REGEX REPLACE "^;" "" PROGRAM "${PROGRAM}")
 execute_process(COMMAND ${PROGRAM} WORKING_DIRECTORY ${PLACE} RESULT_VARIABLE result OUTPUT_VARIABLE printed)
 if(NOT result EQUAL 0)
   message(FATAL_ERROR "The program returns ${result} and prints\n${printed}")
