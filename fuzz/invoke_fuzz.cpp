@@ -85,8 +85,7 @@ void makeCall(IDispatch& object, Choices& choices, Objects& objects)
            "a call does not change its arguments");
     expect(badArgument == UINT_MAX || FAILED(code), "only a failed call reports a bad argument");
     expect(badArgument == UINT_MAX || badArgument < before.size(), "the index of a bad argument is in range");
-    expect(FAILED(exception.scode) == (code == DISP_E_EXCEPTION),
-           "scode is set if and only if a member failed");
+    expect(FAILED(exception.scode) == (code == DISP_E_EXCEPTION), "scode says whether a member failed");
     expect(type == VT_EMPTY || SUCCEEDED(code), "a failed call returns no result");
     constexpr VARTYPE kTypes[] = {VT_EMPTY, VT_NULL, VT_BOOL, VT_I4, VT_DISPATCH, VT_BSTR};
     expect(std::count(std::begin(kTypes), std::end(kTypes), type) == 1, "a result has a documented type");

@@ -26,13 +26,11 @@ namespace
 template <class Load, class Content>
 void compare(Load load, const Prescan& seen, Content&& content, qint64 length, const QString& text = {})
 {
-    requireAtMost(seen.nesting, kMaxNesting + !seen.isWithinLimits(),
-                  "the prescan stops one level beyond the limit");
+    requireAtMost(seen.nesting, kMaxNesting + !seen.isWithinLimits(), "at most one level exceeds the limit");
     // Without entities, each level of nesting needs markup of its own. The shortest such markup is a
     // parenthesis. So a text without entities cannot have more levels than characters.
     const bool hasEntities = text.isNull() || text.contains(QLatin1String("<!EN"));
-    require(seen.isWithinLimits() || hasEntities || length > kMaxNesting,
-            "a short text without entities is within the limits");
+    require(seen.isWithinLimits() || hasEntities || length > kMaxNesting, "the prescan accepts a short text");
     const auto document = newDocument();
     const kel::Bstr earlier(L"<earlier/>");
     requireOk(document->loadXML(earlier.get(), nullptr), "loadXML of the earlier tree");
@@ -44,8 +42,7 @@ void compare(Load load, const Prescan& seen, Content&& content, qint64 length, c
         requireAtMost(tree.depth, seen.nesting, "a tree is not deeper than the prescan's nesting");
     const bool onlyElementsNest = !text.isNull() && !text.contains(u'('); // a content model needs parentheses
     if (isLoaded && onlyElementsNest)
-        requireEqual(tree.depth, seen.nesting,
-                     "if only elements nest, the tree is as deep as the prescan's nesting");
+        requireEqual(tree.depth, seen.nesting, "the prescan finds the depth of the tree");
     const qint64 most = length + std::max(kEntityActivationThreshold, kMaxEntityAmplification * length);
     requireAtMost(tree.length, most, "the values in a tree are not longer than the limits allow");
 }

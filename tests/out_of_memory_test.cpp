@@ -117,10 +117,8 @@ struct OutOfMemory : DomTest
             HRESULT code = kThrown;
             hasFailed = allocations::failsIn(nth, [&] { code = call.make(objects, out); });
             EXPECT_EQ(hasFailed, isReported(code, out)) << "only a failure must be reported";
-            EXPECT_EQ(lengthOf(*listOf(*objects.root)), lengthOf(*objects.list))
-                << "the list of children must be complete";
-            EXPECT_EQ(lengthOf(*find(objects)), lengthOf(*objects.found))
-                << "the list of elements must be complete";
+            EXPECT_EQ(lengthOf(*listOf(*objects.root)), lengthOf(*objects.list)) << "the list is complete";
+            EXPECT_EQ(lengthOf(*find(objects)), lengthOf(*objects.found)) << "the list is complete";
             append(*objects.root, *objects.spare);
         }
     }
@@ -250,8 +248,7 @@ TEST_F(OutOfMemory, ANullOutputOrAFailedAllocationIsReportedAndLeaksNothing)
             objects.node = node;
             EXPECT_EQ(call.codeForNull, call.make(objects, none)) << kel::Node(*node).name();
         }
-        EXPECT_EQ(leakedBy([&call] { failQt(call); }), leakedBy([&] { failEach(call); }))
-            << "only Qt may leak";
+        EXPECT_EQ(leakedBy([&call] { failQt(call); }), leakedBy([&] { failEach(call); })) << "only Qt leaks";
     }
 }
 

@@ -89,8 +89,7 @@ public:
                                                         m_autoFormat, true, L"", nullptr))
     {
         m_qt.setAutoFormatting(m_autoFormat);
-        requireEqual<int>(vtable_calls::call(m_filer.get(), 4), m_autoFormat,
-                          "indent() returns the auto-format flag");
+        requireEqual<int>(vtable_calls::call(m_filer.get(), 4), m_autoFormat, "indent() returns the flag");
     }
 
     /// Makes random calls, closes the file zero to two times, and then destroys the filer.
@@ -141,8 +140,7 @@ private:
     }
     void compareFile() const
     {
-        requireEqual(contentOf(m_path).toStdString(), m_expected.toStdString(),
-                     "the filer writes Qt's bytes");
+        requireEqual(contentOf(m_path).toStdString(), m_expected.toStdString(), "the file has Qt's bytes");
     }
 
     Choose m_choose;

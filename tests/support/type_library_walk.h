@@ -62,16 +62,14 @@ inline void describe(ITypeLib& library, ITypeInfo& info, const FUNCDESC& functio
     const auto unknown = std::count(ids.data(), ids.data() + count, DISPID_UNKNOWN);
     requireEqual(areAllKnown, unknown == 0, "GetIDsOfNames succeeds if and only if it knows all names");
     requireEqual(ids[0], function.memid, "GetIDsOfNames returns the function's identifier for its name");
-    requireEqual(nameOf(info, function.memid), std::wstring(names[0].c_str()),
-                 "GetNames and GetDocumentation return the same name");
+    requireEqual(nameOf(info, function.memid), std::wstring(names[0].c_str()), "a function has one name");
     const wchar_t* const prefix = function.invkind == INVOKE_PROPERTYPUT      ? L"put_"
                                   : function.invkind == INVOKE_PROPERTYPUTREF ? L"putref_"
                                   : function.invkind == INVOKE_PROPERTYGET    ? L"get_"
                                                                               : L"";
     out << function.memid << ' ' << prefix << names[0].c_str() << '(';
 
-    require(function.cParams >= function.cParamsOpt && function.cParamsOpt >= 0,
-            "cParamsOpt is between 0 and cParams");
+    require(function.cParams >= function.cParamsOpt && function.cParamsOpt >= 0, "cParamsOpt is in range");
     requireEqual<int>(function.elemdescFunc.tdesc.vt, VT_HRESULT, "a function returns an HRESULT");
     for (SHORT place = 0; place < function.cParams; ++place) {
         const ELEMDESC& parameter = function.lprgelemdescParam[place];
@@ -112,7 +110,7 @@ inline std::wstring describe(ITypeLib& library, const EachFunction& use = ignore
         require(sameLibrary.get() == &library, "GetContainingTypeLib returns the library");
         void* other = &library;
         require(info->QueryInterface(IID_IDispatch, &other) == E_NOINTERFACE && !other,
-                "type information has no IDispatch");
+                "IDispatch is refused");
         const std::wstring name = nameOf(library, static_cast<INT>(index));
         requireEqual(nameOf(*info, MEMBERID_NIL), name, "the library and the interface return the same name");
         out << std::hex << attributes->guid.Data1 << std::dec << ' ' << name << ' ' << kind << ' '
