@@ -287,6 +287,8 @@ TEST_F(Layer, AWriterRefusesWhatNoParserCouldRead)
     const std::pair<std::function<void()>, const char*> refusals[] = {
         {[&] { root.attribute("a", 2); }, "writing an attribute: the element already has this attribute"},
         {[&] { root.attribute("1", 2); }, "invalid name: '1' is not a name"},
+        {[&] { writer.element("i"), root.attribute("b", 1); }, // inside the start tag of `i`
+         "writing an attribute: the element has content or is closed"},
         {[&] { writer.element("<"); }, "invalid name: '<' is not a name"},
         {[&] { writer.text("\xFF"); }, "invalid text: it is not valid UTF-8"},
         {[&] { writer.cdata(std::wstring(1, L'\0')); }, "invalid text: it contains a null character"},

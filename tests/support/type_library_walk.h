@@ -109,8 +109,7 @@ inline std::wstring describe(ITypeLib& library, const EachFunction& use = ignore
         requireEqual(sameIndex, index, "GetContainingTypeLib returns the index of the interface");
         require(sameLibrary.get() == &library, "GetContainingTypeLib returns the library");
         void* other = &library;
-        require(info->QueryInterface(IID_IDispatch, &other) == E_NOINTERFACE && !other,
-                "IDispatch is refused");
+        require(info->QueryInterface(IID_IDispatch, &other) == E_NOINTERFACE && !other, "no IDispatch");
         const std::wstring name = nameOf(library, static_cast<INT>(index));
         requireEqual(nameOf(*info, MEMBERID_NIL), name, "the library and the interface return the same name");
         out << std::hex << attributes->guid.Data1 << std::dec << ' ' << name << ' ' << kind << ' '
@@ -132,8 +131,7 @@ inline std::wstring describe(ITypeLib& library, const EachFunction& use = ignore
     require(library.GetTypeInfo(count, sameInfo.put()) == TYPE_E_ELEMENTNOTFOUND && !sameInfo,
             "beyond the last interface, GetTypeInfo fails and returns null");
     for (const INT index : {-2, static_cast<INT>(count)})
-        requireEqual(nameOf(library, index), std::to_wstring(TYPE_E_ELEMENTNOTFOUND),
-                     "GetDocumentation fails for an index out of range");
+        requireEqual(nameOf(library, index), std::to_wstring(TYPE_E_ELEMENTNOTFOUND), "wrong indices fail");
     TLIBATTR* attributes = nullptr;
     requireOk(library.GetLibAttr(&attributes), "GetLibAttr");
     out << std::hex << attributes->guid.Data1 << std::dec << ' ' << nameOf(library, -1) << ' '
