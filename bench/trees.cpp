@@ -128,8 +128,8 @@ Pair fullWalk(const Size& size, std::uint64_t (*walk)(IXMLDOMNode&), QtWalk qtWa
     return {{[=] { return walk(*ours); }}, {[=] { return qtWalk(qts); }}, 1};
 }
 
-/// Returns a function for `Row::make`. The library's side calls `each` with each element of a tree, and Qt's
-/// side calls `qtEach`. Both functions return an amount.
+/// Returns a function that makes the two sides of a row. Each side has a tree. The library's side calls
+/// `each` once for each element of its tree; Qt's side calls `qtEach` in the same way. Both return an amount.
 template <class Each, class QtEach>
 constexpr auto withEach(Each each, QtEach qtEach)
 {

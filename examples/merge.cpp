@@ -15,7 +15,7 @@ try {
     for (int index = 2; index < count; ++index)
         try {
             const auto document = kel::Document::load(arguments[index]);
-            kel::Element part = kel::Document("part").root(); // the last `append` moves the part to `merged`
+            kel::Element part = kel::Document("part").root(); // in a document of its own until it is appended
             part.setAttribute("from", arguments[index]);
             part.append(document.root());
             merged.root().append(part);

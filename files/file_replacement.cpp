@@ -134,12 +134,13 @@ struct Preserved
 /// Returns the permission bits of the new file. These bits let nobody except a new owner do more with the new
 /// file than with the old file.
 ///
-/// If the owner, the group or the access control list is not preserved, some users are no longer the owner,
-/// members of the group or named in the list. For these users, the kernel checks the group's bits or the
-/// others' bits of the new file. So these bits must not allow anything that these users could not do before.
+/// If the owner is not preserved, the kernel no longer checks the owner's bits for the old owner. It checks
+/// the group's bits or the others' bits instead, so these bits must not allow more than the owner's bits did.
+/// The same is true for the members of the old group, and for the users that a lost access control list
+/// named.
 ///
-/// If the group changes, the members of the new group were among the others of the old file. So the group's
-/// bits of the new file must not allow more than the others' bits of the old file.
+/// If the group changes, the kernel checked the others' bits of the old file for the members of the new
+/// group. So the group's bits of the new file must not allow more than the others' bits of the old file.
 mode_t restrictedMode(mode_t old, Preserved preserved)
 {
     const mode_t owner = old >> 6U & 7U;

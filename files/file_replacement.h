@@ -36,11 +36,12 @@ private:
 ///   refuses to follow a link, the constructor fails.
 /// - If the process has no permission to write the old file, the constructor fails.
 /// - Permissions, owner, group and access control list are preserved as far as the system allows. Nobody gets
-///   more rights than before, except a new owner: the user that the process runs as. If the owner changes,
-///   the set-uid bit is cleared, and the group and others keep only permissions that the owner had. If the
-///   group changes, the set-gid bit is cleared, and the group and others keep only permissions that both of
-///   them had. If the old file has an access control list, and the group changes or the system refuses to
-///   copy the list, only the owner keeps permissions.
+///   more rights than before, with one exception: if the owner cannot be preserved, the user that the process
+///   runs as becomes the owner. In this case, the set-uid bit is cleared, and the group and others keep only
+///   permissions that the old owner had. If the group changes, the set-gid bit is cleared, and the new group
+///   and others keep only permissions that both the old group and others had. If the old file has an access
+///   control list, and the group changes or the system refuses to copy the list, only the owner keeps
+///   permissions.
 /// - If a file has several names (hard links), only the given name refers to the new file. The other names
 ///   still refer to the old file.
 /// - If the process has no permission to create files in the directory (EACCES, EPERM), `commit` overwrites

@@ -1,8 +1,8 @@
 // A list that caches nodes is registered under the node whose children or descendants it lists. Before a node
 // is inserted below a parent or removed from a parent, two groups of lists drop their caches:
 // - the lists of the children of the parent
-// - the lists by tag name of the parent and of its ancestors, if the subtree of the inserted or removed node
-//   contains an element with the tag name of the list
+// - the lists of the descendants of the parent or of an ancestor of the parent, if the subtree of the
+//   inserted or removed node contains an element with the tag name that the list searches for
 //
 // The lists of other nodes do not slow down a change.
 
@@ -21,9 +21,10 @@ namespace kelxml::lists
 namespace
 {
 
-/// A list of children caches its nodes only if the list has at least this many nodes, or if a caller asks for
-/// this index or a higher one. Otherwise, each call walks from the first child. A list by tag name always
-/// caches its nodes, because finding the elements of such a list scans all descendants of a node.
+/// A list of children caches its nodes only if the list has at least `kMinCachedLength` nodes, or if a caller
+/// asks for an index of at least `kMinCachedLength`. Otherwise, each call walks from the first child. A list
+/// by tag name always caches its nodes, because finding the elements of such a list scans all descendants of
+/// a node.
 constexpr std::size_t kMinCachedLength = 8;
 
 /// An entry of the registry of lists: the address of the node whose children or descendants are listed,

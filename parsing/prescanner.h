@@ -2,9 +2,9 @@
 // a limit.
 //
 // The scanner must interpret each character as the parser does, up to the first error that stops the parser.
-// The scanner checks only a part of the syntax, and continues after an error that it does not check for. The
-// scanner must never stop at an error in a text that the parser accepts: the parser would then read the rest
-// of the text unscanned.
+// The scanner checks only a part of the syntax, and continues after an error that it does not check for. If
+// the parser accepts a text, the scanner must scan the whole text. If the scanner mistook something valid for
+// an error and stopped, the parser would read the rest of the text unscanned.
 
 #pragma once
 

@@ -9,11 +9,12 @@ namespace kelxml::qt
 {
 
 /// Refers to the document that an object keeps alive. The object is a COM object or a value of the C++ layer.
-/// All objects that a caller gets from this object keep the same document alive.
+/// Objects that a caller gets from this object keep the same document alive, with one exception.
 ///
-/// `handle` is null if the document has neither loaded nor created anything. Even then, a call of
-/// `appendChild` or `removeChild` on the object returns a new object for a child from another document. The
-/// new object has a null `handle`, too, but keeps the child's document alive as its `fallback`.
+/// The exception: `handle` is null if the document has neither loaded nor created anything. If the caller
+/// then passes a child from another document to `appendChild` or `removeChild`, the call still returns a new
+/// object for the child. This new object also has a null `handle`, so it keeps the child's document alive as
+/// its `fallback`.
 struct DocumentRef
 {
     const QDomDocument& handle;

@@ -1,5 +1,6 @@
 # Installs the build in BUILD to a prefix in WORK, and moves the prefix. Then builds and runs programs with the installed
-# library: the project in consumer/ uses find_package, and the programs of the pages use pkg-config. Usage:
+# library: first the project in consumer/, which uses find_package, then the programs that README.md shows, with pkg-config.
+# Usage:
 # cmake -DBUILD=... -DWORK=... -DREADME=... -DCXX=... -DGENERATOR=... -DPKG_CONFIG=... -DBINARIES_TEST=...
 #       -P consumer_test.cmake
 

@@ -1,6 +1,7 @@
 #!/bin/bash
 # examples_test.sh PYTHON HOST_PY LIBRARIES PROGRAMS - the example in Python, host.py, writes a document only to the file
-# that -o names. The examples in C++ keep settings, add up readings, and continue after bad files.
+# that -o names. Of the examples in C++, `settings` saves its settings for the next run, `report` adds up readings,
+# and `merge` skips bad files and continues.
 set -euE
 trap 'echo "line $LINENO fails: $BASH_COMMAND"' ERR
 refuse() { if "$@"; then echo "line ${BASH_LINENO[0]} must fail, but it succeeds: $*"; exit 1; fi; }

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""layers_test.py CHECKOUT - files include only files of their own folder and of the folders below it (see BELOW),
-and no includes form a cycle."""
+"""layers_test.py CHECKOUT - files include only files of their own folder and of the lower layers that BELOW
+lists for the folder, and no includes form a cycle."""
 import pathlib
 import re
 import sys

@@ -84,7 +84,7 @@ struct OutOfMemory : DomTest
     {
         const std::wstring value(1100, L'1'); // long, so that its conversion allocates
         const OneOfEach made = oneOfEach((L"<a x='" + value + L"'>t<b><c/></b></a>").c_str());
-        ComPtr<ITypeInfo> loaded; // loaded in advance, because the element caches its type information
+        ComPtr<ITypeInfo> loaded; // cached by the element, so the tested call does not load it
         EXPECT_EQ(S_OK, made.root->GetTypeInfo(0, 0, loaded.put()));
         return {made, create(*made.document, NODE_ELEMENT, L"spare"), find(made), made.root.get()};
     }
@@ -116,9 +116,9 @@ struct OutOfMemory : DomTest
             SCOPED_TRACE("allocation " + std::to_string(nth));
             HRESULT code = kThrown;
             hasFailed = allocations::failsIn(nth, [&] { code = call.make(objects, out); });
-            EXPECT_EQ(hasFailed, isReported(code, out)) << "only a failure must be reported";
-            EXPECT_EQ(lengthOf(*listOf(*objects.root)), lengthOf(*objects.list)) << "the list is complete";
-            EXPECT_EQ(lengthOf(*find(objects)), lengthOf(*objects.found)) << "the list is complete";
+            EXPECT_EQ(hasFailed, isReported(code, out)) << "the call must report a failure, and no success";
+            EXPECT_EQ(lengthOf(*listOf(*objects.root)), lengthOf(*objects.list)) << "all children listed";
+            EXPECT_EQ(lengthOf(*find(objects)), lengthOf(*objects.found)) << "all elements are listed";
             append(*objects.root, *objects.spare);
         }
     }
@@ -198,7 +198,7 @@ std::vector<Call> OutOfMemory::calls()
          [this](O& o, Out& out) { return o.document->createNode(one.get(), name.get(), nullptr, out); },
          S_FALSE, [](QDomDocument& d, const QString& n) { d.createElementNS(QString(), n); }},
         {"appendChild", [](O& o, Out& out) { return o.root->appendChild(o.spare.get(), out); }, S_OK},
-        {"appendChild of a first child",
+        {"appendChild to a node without children",
          [](O& o, Out& out) { return o.text->appendChild(o.spare.get(), out); }, S_OK,
          [](QDomDocument& d, const QString&) { d.createTextNode(QString()); }},
         {"removeChild", [](O& o, Out& out) { return o.root->removeChild(o.text.get(), out); }, S_OK},
@@ -248,7 +248,7 @@ TEST_F(OutOfMemory, ANullOutputOrAFailedAllocationIsReportedAndLeaksNothing)
             objects.node = node;
             EXPECT_EQ(call.codeForNull, call.make(objects, none)) << kel::Node(*node).name();
         }
-        EXPECT_EQ(leakedBy([&call] { failQt(call); }), leakedBy([&] { failEach(call); })) << "only Qt leaks";
+        EXPECT_EQ(leakedBy([&] { failQt(call); }), leakedBy([&] { failEach(call); })) << "only Qt may leak";
     }
 }
 

@@ -11,7 +11,7 @@ using namespace keltest;
 using namespace kelxml::limits;
 using namespace kelxml::parsing;
 
-TEST(PrescanTest, TextIsRefusedOnlyBeyondALimitAndOnlyMarkupCounts)
+TEST(PrescanTest, RefusesATextOnlyBeyondALimitAndCountsOnlyMarkup)
 {
     forEachRow(KEL_TESTS "prescan.txt", [](Row row) {
         SCOPED_TRACE(row.where);

@@ -74,7 +74,7 @@ private:
     std::int32_t m_nCount = 0;
 };
 static_assert(sizeof(CComTypeInfoHolder) == 56,
-              "in every object, a holder precedes the members, whose offsets depend on this size");
+              "in every object, the data members come after a holder, so their offsets depend on its size");
 
 /// The base of a class that implements the interface `Interface`. Uses a `Holder` to implement the methods of
 /// `IDispatch`. The library contains the definitions of these methods, and instantiates the template for the

@@ -33,8 +33,8 @@ public:
     /// \param current receives the first selected node; null if no node is selected
     Walk(std::shared_ptr<const Selection> selection, Node& current);
     /// Moves to the next node.
-    /// \param current receives the next node; null at the end. Before the call, `current` is the current
-    ///        node, or another node that the body of the loop has assigned to the loop variable.
+    /// \param current the loop variable. Before the call, it has the node that the walk reached last, unless
+    ///        the body of the loop has assigned another node to it. Receives the next node; null at the end.
     void next(Node& current);
 
 private:
@@ -66,8 +66,7 @@ KEL_EXPORT bool hasAny(const std::shared_ptr<const Selection>& selection);
 ///   followed all descendants of the former parent.
 /// - The body may append nodes. If the list includes the appended nodes, the loop visits them too.
 /// - If the body moves the current node, the loop does not visit this node again. If the node's new place is
-///   later in the list, a loop over descendants visits the node's descendants there, even if the loop has
-///   visited those descendants before.
+///   later in the list, a loop over descendants visits the node's descendants there.
 /// - A loop can end early in two cases: if the body moves or removes both the current node and its next
 ///   sibling, or if the body moves or removes an ancestor of the current node.
 template <class Item>
