@@ -83,7 +83,7 @@ private:
     struct OpenNode
     {
         qt::MovableNode node;
-        QString name; ///< the name of an element with the prefix, if any; empty for other nodes
+        QString name; ///< an element's name, including any prefix; empty for other nodes
     };
 
     qt::MovableNode begin(const QDomNode& node, bool isAfterText);

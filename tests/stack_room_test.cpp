@@ -44,7 +44,7 @@ struct StackRoom : DomTest
         return Bstr(keltest::expand("{<a>}t{</a>}", depth).toStdWString().c_str());
     }
 
-    /// Uses `kBytes` of the stack and then runs `work`. \return the result of `work`
+    /// Runs `work` while `kBytes` bytes of the stack are in use. \return the result of `work`
     template <std::size_t kBytes, class Work>
     static HRESULT withUsedStack(Work work)
     {
@@ -52,8 +52,8 @@ struct StackRoom : DomTest
         return work() + used[0];
     }
 
-    /// Copies the root of a document, reads the copy, appends it to another document, and saves the document.
-    /// If the library refuses to save, an existing file must stay as it was.
+    /// Copies the root of `document`, reads the copy, appends the copy to another document, and saves
+    /// `document`. If the library refuses to save, an existing file must stay as it was.
     /// \return whether the document was saved
     bool use(const ComPtr<IXMLDOMDocument>& document)
     {
@@ -75,7 +75,7 @@ struct StackRoom : DomTest
 // Must run on the main thread: the library must find the main thread's stack even if no file can be opened.
 TEST_F(StackRoom, AFailedStackLookupRefusesNothingAndIsNotCached)
 {
-    EXPECT_EQ(S_FALSE, loadNested(0)); // a sanitizer opens files when it first looks up a class
+    EXPECT_EQ(S_FALSE, loadNested(0)); // lets a sanitizer open the files that it needs
     EXPECT_EQ(S_OK, under(RLIMIT_NOFILE, 0, [] { return loadNested(100); }));
     const Bstr text = nested(100);
     const auto document = newDocument();
@@ -110,8 +110,8 @@ TEST_F(StackRoom, EveryDepthIsLoadedOrRefusedOnEveryStack)
                     deepestSaved = use(document) ? depth : deepestSaved;
                 }
             }
-            EXPECT_GE(deepestLoaded, leastLoaded) << "this depth must load on " << kib << " KiB";
-            EXPECT_GE(deepestSaved, leastSaved) << "this depth must be saved on " << kib << " KiB";
+            EXPECT_GE(deepestLoaded, leastLoaded) << "depth leastLoaded must load on " << kib << " KiB";
+            EXPECT_GE(deepestSaved, leastSaved) << "depth leastSaved must be saved on " << kib << " KiB";
             EXPECT_LE(deepestLoaded, 2048);
             EXPECT_EQ(leastSaved == 2048, use(deepest)) << "saving depth 2048 on " << kib << " KiB";
             deepest.reset(); // frees it on this stack
@@ -125,11 +125,11 @@ TEST_F(StackRoom, EveryDepthIsLoadedOrRefusedOnEveryStack)
 TEST_F(StackRoom, TheMainThreadsStackLimitIsReadEachTime)
 {
     const auto load = [&](rlim_t limit, int depth) {
-        use(documentOf(nested(8).c_str())); // maps enough stack, which cannot grow under `limit`
+        use(documentOf(nested(8).c_str())); // grows the stack now, because it cannot grow under `limit`
         return under(RLIMIT_STACK, limit, [depth] { return loadNested(depth); });
     };
     EXPECT_EQ(S_FALSE, withUsedStack<90 * 1024>([&] { return load(128 * 1024, 120); }))
-        << "too little stack is left";
+        << "a load must be refused if too little stack is left";
     EXPECT_EQ(S_FALSE, withUsedStack<1 << 20>([&] { return load(512 * 1024, 1); })) << "no stack is left";
     EXPECT_EQ(S_FALSE, load(100 * 1024, 200));
     EXPECT_EQ(S_OK, loadNested(120)) << "the usual limit must hold again";
