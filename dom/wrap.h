@@ -23,8 +23,9 @@ void createObject(Source&& source, const DocumentRef& document, Interface** out)
 }
 
 /// Creates an object for `node` and stores the object in `out`.
-/// \param type the type of `node`, unless `node` is null. `NODE_ELEMENT` selects the class of element objects
-///        and `NODE_ATTRIBUTE` the class of attribute objects. All other types select the generic node class
+/// \param type selects the class of the object: `NODE_ELEMENT` the class of element objects, `NODE_ATTRIBUTE`
+///        the class of attribute objects, and any other type the generic node class. Must be the type of
+///        `node`, unless `node` is null
 /// \param node may be null. The object then has no Qt node
 void wrapAs(DOMNodeType type, MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out);
 

@@ -1,4 +1,4 @@
-// Writes XML with Qt's writer. Qt writes into a buffer, and `flush` writes a full buffer to the new file.
+// Writes XML with Qt's writer. Qt writes into a buffer, and `flush` passes the buffer's content to `file`.
 
 #include "KelXmlLib/kel/writer.h"
 
@@ -128,8 +128,8 @@ struct Writer::State
         discard();
     }
 
-    /// Makes every later call that writes fail. If `file` was not committed, its destructor discards the new
-    /// file.
+    /// Makes every later call that writes fail. If `file` was not committed, the destructor of `file`
+    /// discards the new file.
     void discard() noexcept
     {
         isClosed = true;

@@ -23,8 +23,9 @@ constexpr int kScratchLength = 1024;
 /// `copyUnitsOr` throws `std::bad_alloc`.
 constexpr std::size_t kLongestText = std::numeric_limits<int>::max() / sizeof(wchar_t) - 16;
 
-/// Copies `text` unit by unit. Calls `convert` instead if `bitsOf` returns a value above 0xFFFF for any unit,
-/// or if `text` begins with a byte order mark, which Qt removes.
+/// Copies `text` unit by unit. If `bitsOf` returns a value above 0xFFFF for any unit, or if `text` begins
+/// with a byte order mark, returns the result of `convert` instead. `convert` calls Qt, which removes the
+/// mark.
 /// \param result a string that is no longer needed; its memory is reused for the returned string
 template <class BitsOf, class Convert>
 QString copyUnitsOr(const wchar_t* text, BitsOf bitsOf, Convert convert, QString result = {})

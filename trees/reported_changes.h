@@ -32,8 +32,8 @@ void replaceContent(const qt::NodeRef& element, const QString& text);
 /// \return whether the element had the attribute
 bool removeAttribute(const qt::NodeRef& element, const QString& name);
 
-/// Returns null for a node without a parent: such a node may have outlived its parent, and the sibling links
-/// of the node may then point to freed nodes.
+/// `nextSibling` and `previousSibling` return null for a node without a parent: such a node may have outlived
+/// its parent, and the sibling links of the node may then point to freed nodes.
 QDomNode nextSibling(const QDomNode& node);
 QDomNode previousSibling(const QDomNode& node);
 

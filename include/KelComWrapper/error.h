@@ -77,7 +77,7 @@ private:
     HRESULT m_code;
 };
 
-/// How `check` treats `S_FALSE`.
+/// How `check` treats `S_FALSE` and every other success code except `S_OK`.
 enum class FalseIs { failure, success };
 
 /// Throws if a call failed.
@@ -85,8 +85,8 @@ enum class FalseIs { failure, success };
 /// \param meaning how to treat `S_FALSE`. Pass `FalseIs::success` for a method such as `nextNode`, which
 ///        returns `S_FALSE` at the end of a list
 /// \return true for `S_OK`, false for any other success code
-/// \throw Error for a failure code. Unless `meaning` is `FalseIs::success`, also for `S_FALSE` and any other
-///        success code except `S_OK`
+/// \throw Error for a failure code. If `meaning` is `FalseIs::failure`, also for every success code except
+///        `S_OK`
 inline bool check(HRESULT result, FalseIs meaning = FalseIs::failure)
 {
     if (FAILED(result) || (result != S_OK && meaning == FalseIs::failure))
@@ -100,8 +100,8 @@ inline bool check(HRESULT result, FalseIs meaning = FalseIs::failure)
 /// \param meaning how to treat `S_FALSE`. Pass `FalseIs::success` for a method such as `nextNode`, which
 ///        returns `S_FALSE` at the end of a list
 /// \return true for `S_OK`, false for any other success code
-/// \throw Error for a failure code. Unless `meaning` is `FalseIs::success`, also for `S_FALSE` and any other
-///        success code except `S_OK`
+/// \throw Error for a failure code. If `meaning` is `FalseIs::failure`, also for every success code except
+///        `S_OK`
 inline bool check(HRESULT result, const char* action, FalseIs meaning = FalseIs::failure)
 {
     if (FAILED(result) || (result != S_OK && meaning == FalseIs::failure))

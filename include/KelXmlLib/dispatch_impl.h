@@ -13,8 +13,9 @@
 
 /// Implements `IDispatch` for one interface. Each object with that interface has its own holder. The first
 /// call that needs the interface's type information loads the type information through the type-library
-/// service. That call also fills the name cache, which contains the names and identifiers of the interface's
-/// members. No lock is needed, because only one thread at a time uses an object and its holder.
+/// service, `KelTypelib`. That call also fills the name cache, which contains the names and identifiers of
+/// the interface's members. No lock is needed, because only one thread at a time uses an object and its
+/// holder.
 class CComTypeInfoHolder
 {
 public:
@@ -46,7 +47,8 @@ public:
     /// Implements `IDispatch::GetTypeInfo`.
     HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo);
     /// Implements `IDispatch::GetIDsOfNames`. If `names` contains a single name that equals the name of a
-    /// member, including case, takes the identifier from the name cache.
+    /// member, including case, takes the identifier from the name cache. Otherwise, asks the type
+    /// information.
     HRESULT GetIDsOfNames(wchar_t** names, UINT count, LCID locale, DISPID* identifiers);
     /// Implements `IDispatch::Invoke`. \param object the object that has this holder
     HRESULT Invoke(IDispatch* object, DISPID member, LCID locale, WORD flags, DISPPARAMS* parameters,
@@ -74,7 +76,7 @@ private:
     std::int32_t m_nCount = 0;
 };
 static_assert(sizeof(CComTypeInfoHolder) == 56,
-              "in every object, the data members come after a holder, so their offsets depend on its size");
+              "in every object, the data members follow the holder, so the holder's size sets their offsets");
 
 /// The base of a class that implements the interface `Interface`. Uses a `Holder` to implement the methods of
 /// `IDispatch`. The library contains the definitions of these methods, and instantiates the template for the

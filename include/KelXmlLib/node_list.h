@@ -55,7 +55,7 @@ private:
     friend struct kelxml::dom::WrapperAccess;
 
     ULONG m_refCount = 0;
-    QDomNodeList m_list; ///< not used; kept so that the layout does not change
+    QDomNodeList m_list; ///< set, but not read; kept so that the layout does not change
     std::uint32_t m_cursor = 0;
     /// This object's own document object. Released before the other members.
     kel::ComPtr<CMorvXMLDOMDocument> m_ownerDocument;

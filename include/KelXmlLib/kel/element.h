@@ -76,7 +76,8 @@ public:
     void insertBefore(const Node& node, const Node& reference);
     /// Puts `replacement` in the place of `child`. Afterwards, `child` has no parent. If `child` and
     /// `replacement` are the same node, nothing changes.
-    /// \throw Error in the same cases as `append(node)`, and if `child` is not a child of this node
+    /// \throw Error if `child` is not a child of this node, or if `append(replacement)` would throw. But an
+    ///        element may replace the root element of a document.
     void replace(const Node& child, const Node& replacement);
     /// Removes a child of this node. The removed child stays alive as long as a `kel` value refers to it.
     /// \throw Error if `child` is not a child of this node
