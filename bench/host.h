@@ -24,7 +24,7 @@ using kel::ComPtr;
 /// Registers the type library, for calls by name.
 void registerTypeLibrary();
 
-/// Throws if a call has failed. Otherwise, the benchmark would measure the failed call as a fast one.
+/// Throws if a call has failed. Without this check, the benchmark would measure a failed call as a fast one.
 /// \throw std::runtime_error with the text `action`
 void require(bool succeeded, const char* action);
 
@@ -84,7 +84,7 @@ struct Text
     QString ready;
 };
 
-/// The names of elements and attributes.
+/// The names of elements and attributes in the benchmarks.
 struct Names
 {
     Text record{QStringLiteral("record")};
@@ -139,7 +139,7 @@ struct QtTree
     std::vector<QDomNamedNodeMap> maps;
 };
 
-/// Makes a `Pair`: the library's side calls `work` with a `Library`, and the other side calls `qtWork` with a
+/// Makes a `Pair`: the library's side calls `work` with a `Library`, and Qt's side calls `qtWork` with a
 /// `Qt`. Each turn gets a new object, whose creation is not measured.
 /// \param arguments passed to the constructors of `Library` and `Qt`
 template <class Library, class Qt, class Work, class QtWork, class... Arguments>

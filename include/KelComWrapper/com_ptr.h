@@ -75,6 +75,6 @@ private:
     T* m_object = nullptr;
 };
 
-static_assert(sizeof(ComPtr<int>) == sizeof(void*), "a structure may have a ComPtr in place of a pointer");
+static_assert(sizeof(ComPtr<int>) == sizeof(void*), "a ComPtr member must be as large as a raw pointer");
 
 } // namespace kel

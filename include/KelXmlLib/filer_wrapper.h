@@ -70,8 +70,8 @@ private:
     /// Constructs `m_writer`, unless Qt's codecs are destroyed. The constructor of `m_writer` needs the
     /// codecs.
     [[gnu::visibility("hidden")]] KelXmlFilerWrapper();
-    /// Calls `write` with `m_writer`, if no string in `required` is null or empty and if Qt's codecs still
-    /// exist.
+    /// Calls `write` with `m_writer`, unless a string in `required` is null or empty, or Qt's codecs are
+    /// destroyed.
     template <class Write>
     KelXmlLib::eStatus forward(std::initializer_list<const wchar_t*> required, Write write);
 

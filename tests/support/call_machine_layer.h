@@ -62,8 +62,8 @@ inline void compare(const HeldValue& held)
                  "attributes() fits the model");
 }
 
-/// \param replaced the child that `child` replaces, or null
-/// \return whether the layer accepts `child` below `parent`
+/// \param replaced the node that `child` replaces, or null
+/// \return whether the layer accepts `child` as a child of `parent`
 inline bool fitsInLayer(const NodePtr& parent, const NodePtr& child, const NodePtr& replaced = nullptr)
 {
     if (!parent || (parent->type != NODE_ELEMENT && parent->type != NODE_DOCUMENT) || !fits(parent, child) ||
