@@ -50,7 +50,7 @@ void printPeak(const Row& row, const Size& size, SideOfPair side)
     if (child == 0) {
         std::printf(",%.1f", peakOf(row.make(size).*side));
         std::fflush(stdout);
-        _exit(0); // does not delete the files, which the parent still needs
+        _exit(0); // `exit` would delete the input files, which the parent still needs
     }
     int status = 0;
     require(waitpid(child, &status, 0) == child && status == 0, "measuring a peak in a new process");
@@ -60,8 +60,8 @@ void printPeaks(const std::vector<Row>& rows)
 {
     for (const Row& row : rows) {
         for (const Size& size : row.sizes) {
-            // Measures the rows with 10 MB, and one size of building a tree. Most other rows create their
-            // trees before the measurement, so their peaks are small.
+            // Measures only inputs of 10 MB, and one size of the row that builds a tree. Most rows without a
+            // 10 MB input create their trees before the measurement, so their peaks are small.
             if (size.name != "10 MB" && row.name + size.name != "building from nothing100000")
                 continue;
             inputFile(size.value); // creates the file now, so that all processes read the same file

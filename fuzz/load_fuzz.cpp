@@ -1,8 +1,8 @@
-// Loads and saves each input through the library and with Qt alone. Both must accept the input or both must
-// refuse the input, and both must save the same bytes. The prescan is the library's check of an input before
-// Qt parses the input. A tree must not be deeper than the nesting that the prescan found, and the values in a
-// tree must not be longer than the limits allow. The library must refuse an input that exceeds a limit, and
-// keep the earlier tree.
+// Loads and saves each input through the library and with Qt alone. The library must accept an input within
+// the limits if and only if Qt accepts the input, and must save the same bytes as Qt. The library must refuse
+// an input that exceeds a limit, and the document must keep the tree that it had before. The prescan is the
+// library's check of an input before Qt parses the input. A tree must not be deeper than the nesting that the
+// prescan found, and the values in a tree must not be longer than the limits allow.
 
 #include "limits/limits.h"
 #include "parsing/prescan.h"
@@ -27,8 +27,8 @@ template <class Load, class Content>
 void compare(Load load, const Prescan& seen, Content&& content, qint64 length, const QString& text = {})
 {
     requireAtMost(seen.nesting, kMaxNesting + !seen.isWithinLimits(), "at most one level exceeds the limit");
-    // Without entities, each level of nesting needs markup of its own. The shortest such markup is a
-    // parenthesis. So a text without entities cannot have more levels than characters.
+    // Without entities, each level of nesting needs at least one character: a parenthesis in a content model.
+    // So the prescan must accept every text that has no entities and at most `kMaxNesting` characters.
     const bool hasEntities = text.isNull() || text.contains(QLatin1String("<!EN"));
     require(seen.isWithinLimits() || hasEntities || length > kMaxNesting, "the prescan accepts a short text");
     const auto document = newDocument();
@@ -40,7 +40,8 @@ void compare(Load load, const Prescan& seen, Content&& content, qint64 length, c
     const Extent tree = extentOf(direct);
     if (seen.isWithinLimits())
         requireAtMost(tree.depth, seen.nesting, "a tree is not deeper than the prescan's nesting");
-    const bool onlyElementsNest = !text.isNull() && !text.contains(u'('); // a content model needs parentheses
+    // Apart from elements, only the parentheses in content models nest.
+    const bool onlyElementsNest = !text.isNull() && !text.contains(u'(');
     if (isLoaded && onlyElementsNest)
         requireEqual(tree.depth, seen.nesting, "the prescan finds the depth of the tree");
     const qint64 most = length + std::max(kEntityActivationThreshold, kMaxEntityAmplification * length);

@@ -2,8 +2,8 @@
 // freed nodes.
 //
 // After every change of a document, Qt re-reads its lists from the start. So a loop over one of Qt's lists
-// takes quadratic time if each step sets an attribute. Our long lists cache their nodes, and a list drops its
-// cache only when nodes of the list are inserted or removed.
+// takes quadratic time if each step sets an attribute. Our lists cache their nodes, except for short lists of
+// children. A list drops its cache only when nodes of the list are inserted or removed.
 
 #pragma once
 
@@ -58,7 +58,7 @@ void invalidate(const QDomNode& node, const QDomNode& parent);
 /// Call this function before replacing the top-level nodes of `document`. Drops the caches of the lists whose
 /// `ListOrigin::node` is `document`.
 void invalidateContent(const QDomDocument& document);
-/// Whether any list has cached nodes. If no list has, there is nothing to invalidate.
+/// Whether any list has cached nodes. If not, there is nothing to invalidate.
 bool isAnyCached() noexcept;
 
 } // namespace kelxml::lists

@@ -58,8 +58,8 @@ struct ValueType
 {
     std::wstring name;
     GUID iid{}; ///< set only if the type is an interface
-    /// `vt` of a VARIANT that contains a value of this type. `VT_EMPTY` if the reader has found the type's
-    /// name in a parameter, but not the type's declaration yet.
+    /// `vt` of a VARIANT that contains a value of this type. During parsing, `VT_EMPTY` for a type that a
+    /// parameter uses before the file declares the type.
     VARTYPE tag = VT_EMPTY;
     TYPEDESC description{}; ///< describes this type to hosts
     TYPEDESC pointer{};     ///< describes a pointer to this type

@@ -11,10 +11,10 @@ namespace kelxml::qt
 /// Refers to the document that an object keeps alive. The object is a COM object or a value of the C++ layer.
 /// Objects that a caller gets from this object keep the same document alive, with one exception.
 ///
-/// The exception: `handle` is null if the document has neither loaded nor created anything. If the caller
-/// then passes a child from another document to `appendChild` or `removeChild`, the call still returns a new
-/// object for the child. This new object also has a null `handle`, so it keeps the child's document alive as
-/// its `fallback`.
+/// The exception: if the document has neither loaded nor created anything, `handle` is null. If the caller
+/// then passes a node of another document to `appendChild` or `removeChild` of this object, the call changes
+/// no tree, but returns a new object for the passed node. The new object also has a null `handle`, and keeps
+/// the other document alive as its `fallback`.
 struct DocumentRef
 {
     const QDomDocument& handle;

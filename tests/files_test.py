@@ -44,8 +44,9 @@ class Files(unittest.TestCase):
 
 class Replacing(Files):
     def replace(self, path, text='new', by_nobody=False, most=None, **how):
-        """Writes a document that contains `text` to `path`. With `by_nobody`, root writes as another user. `most` limits
-        the size of files in bytes. Returns the error number, or 0 for success."""
+        """Writes a document that contains `text` to `path`. If `by_nobody` is true and the test runs as root,
+        the program runs as the user NOBODY. `most` limits the size of files in bytes. Returns the error number, or 0
+        for success."""
         source = shared / 'source.xml'
         source.write_text(f'<r>{text}</r>')
         source.chmod(0o644)
@@ -183,7 +184,7 @@ class Replacing(Files):
 
 class Reading(Files):
     def check(self, path):
-        """Runs `kelxml check`. Returns the reason if the file does not load, with FILE in place of the path; else nothing."""
+        """Runs `kelxml check`. Returns the message, with FILE in place of the path; an empty text if the file loads."""
         done = subprocess.run([kelxml, 'check', path], env=ENVIRONMENT, stdout=subprocess.PIPE, text=True)
         return done.stdout.replace(f'{path}:', 'FILE:', 1).rstrip()
 

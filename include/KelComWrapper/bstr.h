@@ -72,6 +72,6 @@ private:
     BSTR m_text = nullptr;
 };
 
-static_assert(sizeof(Bstr) == sizeof(BSTR), "a structure may have a Bstr in place of a BSTR");
+static_assert(sizeof(Bstr) == sizeof(BSTR), "a structure keeps its layout if a Bstr replaces a BSTR");
 
 } // namespace kel

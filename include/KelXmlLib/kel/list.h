@@ -33,8 +33,9 @@ public:
     /// \param current receives the first selected node; null if no node is selected
     Walk(std::shared_ptr<const Selection> selection, Node& current);
     /// Moves to the next node.
-    /// \param current the loop variable. Before the call, it has the node that the walk reached last, unless
-    ///        the body of the loop has assigned another node to it. Receives the next node; null at the end.
+    /// \param current the loop variable. Before the call: the node that the walk reached last, unless the
+    ///        body of the loop has assigned another node to the variable. After the call: the next node; null
+    ///        at the end.
     void next(Node& current);
 
 private:
