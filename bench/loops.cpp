@@ -49,7 +49,8 @@ void change(QtTree& tree, QDomElement found, Change kind, const Text& text)
 
 enum class Found { ByName, AsChildren, AsBoth };
 
-/// Returns the list that a loop reads. For `Found::AsBoth`, returns two lists, which the loop reads in turn.
+/// Returns the list that a loop reads. For `Found::AsBoth`, returns two lists, from which the loop takes
+/// nodes alternately.
 std::vector<ComPtr<IXMLDOMNodeList>> listsOf(const LibraryTree& tree, Found found)
 {
     std::vector<ComPtr<IXMLDOMNodeList>> lists;
@@ -151,8 +152,9 @@ Pair twoThreads(const Size& size)
     return onFresh<LibraryTree, LibraryTree>(size.value, together, work, size.value);
 }
 
-/// Adds two rows. In the first row, the library reads with `nextNode`, and Qt runs the same loop. In the
-/// second row, the library reads by index, and Qt collects all elements first.
+/// Adds two rows. In the first row, each side changes an element as soon as it has read that element: the
+/// library reads with `nextNode`, and Qt by index. In the second row, the library reads by index, and Qt
+/// collects all elements before it changes any of them.
 void addRows(std::vector<Row>& rows, const std::string& name, Found found, Change kind)
 {
     const auto work = [=](auto& tree) { return loop(tree, found, kind); };

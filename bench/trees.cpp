@@ -129,7 +129,8 @@ Pair fullWalk(const Size& size, std::uint64_t (*walk)(IXMLDOMNode&), QtWalk qtWa
 }
 
 /// Returns a function that makes the two sides of a row. Each side has a tree. The library's side calls
-/// `each` once for each element of its tree; Qt's side calls `qtEach` in the same way. Both return an amount.
+/// `each` once for each element of its tree; Qt's side calls `qtEach` in the same way. Each call returns an
+/// amount, and the side returns the sum of the amounts.
 template <class Each, class QtEach>
 constexpr auto withEach(Each each, QtEach qtEach)
 {

@@ -1,7 +1,7 @@
 // Implements the XML filer with `QXmlStreamWriter`. A write operation returns "invalid argument" if a
 // required argument is missing. Otherwise the write operation converts its text arguments, calls Qt's writer
-// and returns "accepted". Some operations only check their arguments and write nothing. `text/strings`
-// replaces each character that XML cannot contain, such as half a surrogate pair.
+// and returns "accepted". Some operations only check their arguments and write nothing. `text/strings` writes
+// U+FFFD for each `wchar_t` that is not a character, such as half a surrogate pair.
 
 #include "KelXmlLib/filer_wrapper.h"
 

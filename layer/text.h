@@ -11,7 +11,7 @@
 namespace kel::detail
 {
 
-/// A converted text, or the reason why the argument is invalid.
+/// A converted text, or the reason why the text is invalid.
 struct Converted
 {
     QString text;
@@ -30,7 +30,8 @@ QString toText(TextView text);
 QString toContent(TextView text);
 
 /// Does what `toContent` does, but accepts more wide texts: combines each surrogate pair into one character,
-/// and replaces a lone surrogate or a `wchar_t` above U+10FFFF with U+FFFD. `IKelXmlFiler` does the same.
+/// and replaces a lone surrogate or a `wchar_t` above U+10FFFF with U+FFFD. `IKelXmlFiler` combines and
+/// replaces in the same way.
 QString toCharacters(TextView text);
 
 /// Converts a name. \throw Error if `toText` would throw, or if Qt's parser would not read the text as a name

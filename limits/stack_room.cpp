@@ -68,8 +68,9 @@ Stack stackOfThread()
 std::size_t freeStack()
 {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    // The kernel puts the program's name at the top of the main thread's stack. The C library could also
-    // return the top, but would have to read /proc, which is not always mounted.
+    // `AT_EXECFN` is the address of the program's name, which the kernel puts at the top of the main thread's
+    // stack. The C library could also find the top, but would have to read /proc, which is not always
+    // mounted.
     const std::uintptr_t top = ::getauxval(AT_EXECFN);
     if (Stack{top - kMaxFirstStack, top}.contains(here)) {
         // The host can change the stack limit at any time, even to less than the stack already in use.

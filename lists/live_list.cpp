@@ -1,10 +1,10 @@
 // A list that caches nodes is registered under the node whose children or descendants it lists. Before a node
 // is inserted below a parent or removed from a parent, two groups of lists drop their caches:
-// - the lists of the children of the parent
-// - the lists of the descendants of the parent or of an ancestor of the parent, if the subtree of the
-//   inserted or removed node contains an element with the tag name that the list searches for
+// - under the parent: each list of children
+// - under the parent and under each ancestor of the parent: each list by tag name, if the subtree of the
+//   inserted or removed node contains an element with that tag name
 //
-// The lists of other nodes do not slow down a change.
+// Lists that are registered under other nodes do not slow down a change.
 
 #include "lists/live_list.h"
 

@@ -1,5 +1,6 @@
 // Repeats each call and makes its first allocation fail, then its second, and so on until the call succeeds.
-// The caller can notice each failure, only Qt may leak, and the objects still work afterwards.
+// The tests check that the caller can notice each failure, that only Qt leaks, and that the objects still
+// work afterwards.
 
 #include "KelXmlLib/filer.h"
 #include "KelXmlLib/kel.h"
@@ -116,8 +117,8 @@ struct OutOfMemory : DomTest
             SCOPED_TRACE("allocation " + std::to_string(nth));
             HRESULT code = kThrown;
             hasFailed = allocations::failsIn(nth, [&] { code = call.make(objects, out); });
-            EXPECT_EQ(hasFailed, isReported(code, out)) << "the call must report a failure, and no success";
-            EXPECT_EQ(lengthOf(*listOf(*objects.root)), lengthOf(*objects.list)) << "all children listed";
+            EXPECT_EQ(hasFailed, isReported(code, out)) << "must report a failure iff an allocation fails";
+            EXPECT_EQ(lengthOf(*listOf(*objects.root)), lengthOf(*objects.list)) << "all children are listed";
             EXPECT_EQ(lengthOf(*find(objects)), lengthOf(*objects.found)) << "all elements are listed";
             append(*objects.root, *objects.spare);
         }
@@ -288,8 +289,10 @@ int deathsIn(const std::function<void()>& work, Shortage shortage)
     return deaths;
 }
 
-// An exception that leaves a destructor of Qt ends the process. The test counts these deaths: there must be
-// as many with the library as with Qt alone.
+// An exception that leaves a destructor of Qt ends the process. The test counts these deaths. For the
+// shortages `OneFailure` and `FromThenOn`, there must be as many deaths with the library as with Qt alone.
+// For `Bytes` and `AddressSpace`, there must be no deaths, because the library first checks that there is
+// memory for the objects that Qt creates for a file.
 TEST_F(OutOfMemory, SavingAndLoadingThrowWhereverMemoryRunsOut)
 {
     const QString written = pathOf("written.xml");

@@ -39,7 +39,7 @@ constexpr USHORT PARAMFLAG_FOUT = 2;            ///< the argument is a pointer t
 constexpr USHORT PARAMFLAG_FRETVAL = 8;         ///< the pointer through which the member returns its result
 constexpr USHORT PARAMFLAG_FOPT = 16;           ///< the argument may be left out
 
-// The structures below describe types. The type library owns all of them. A caller must not change a
+// The structures below describe types. The type library owns the structures. A caller must not change a
 // structure, and may read a structure only while holding a reference to the `ITypeInfo` or `ITypeLib` that
 // returned the structure. Structure members that this library does not use are 0 or null.
 
@@ -135,7 +135,7 @@ static_assert(sizeof(TYPEDESC) == 16 && sizeof(ELEMDESC) == 32 && sizeof(FUNCDES
 /// Describes one interface. A member of the interface is a method or a property. A method is one function.
 /// The getter and the setter of a property are two functions with the same identifier. Several threads may
 /// use one `ITypeInfo` at the same time. An `ITypeInfo` keeps its type library alive. The type library owns
-/// the structures that the `ITypeInfo` returns, so these structures stay valid too.
+/// the structures that the `ITypeInfo` returns, so these structures live at least as long as the `ITypeInfo`.
 class ITypeInfo : public IUnknown
 {
 public:
@@ -159,7 +159,7 @@ public:
     /// \param member the member's identifier
     /// \param names receives the names as new BSTRs, which the caller frees
     /// \param room how many names fit in `names`
-    /// \param count receives how many names were written; 0 on failure
+    /// \param count receives how many names were written; 0 on failure; unchanged for `E_POINTER`
     /// \return `S_OK`; `E_POINTER`; `TYPE_E_ELEMENTNOTFOUND`; `E_OUTOFMEMORY`
     virtual HRESULT GetNames(MEMBERID member, BSTR* names, UINT room, UINT* count) = 0;
     /// Not implemented: returns `E_NOTIMPL` and writes nothing.

@@ -64,8 +64,8 @@ public:
     /// Deleted. Without this deleted constructor, a pointer to any other type would convert to `bool`.
     explicit Variant(const void*) = delete;
 
-    /// Copies the value of `other`. Copies a BSTR in the value, and adds a reference to an object in the
-    /// value.
+    /// Copies the value of `other`. If the value is a BSTR, duplicates the BSTR. If the value is an object,
+    /// adds a reference to the object.
     /// \throw std::bad_alloc
     Variant(const Variant& other) : m_value(other.m_value)
     {
@@ -118,8 +118,8 @@ public:
         return &m_value;
     }
 
-    /// Returns the number if the value has an integer type. `VT_UI8` is not accepted, because some of its
-    /// numbers do not fit in `std::int64_t`. Values of other types are not converted.
+    /// Returns the number if the value has an integer type other than `VT_UI8`, whose numbers may not fit in
+    /// `std::int64_t`. Values of other types are not converted.
     /// \throw Error `DISP_E_TYPEMISMATCH` if the value has another type
     std::int64_t integer() const
     {

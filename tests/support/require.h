@@ -26,7 +26,7 @@ struct Place
 }
 
 /// \param rule a statement that must be true
-/// \throw std::logic_error with the rule and the line of the call, unless `holds` is true
+/// \throw std::logic_error with the rule and the line of the call, if `holds` is false
 inline void require(bool holds, const char* rule, Place at = Place::here())
 {
     if (!holds)
@@ -47,7 +47,7 @@ std::string shown(const Value& value)
     return text.trimmed().toStdString();
 }
 
-/// \throw std::logic_error with the rule, the line of the call and both values, unless the values are equal
+/// \throw std::logic_error with the rule, the line of the call and both values, if the values differ
 template <class Value>
 void requireEqual(const Value& given, const Value& expected, const char* rule, Place at = Place::here())
 {
@@ -81,14 +81,14 @@ void requireAtMost(const Value& given, const Value& limit, const char* rule, Pla
 }
 
 /// \param isOk whether the call must return S_OK. If false, the call must return S_FALSE
-/// \throw std::logic_error with the name and the result code of the call, unless the code is as required
+/// \throw std::logic_error with the name and the result code of the call, if the code is not as required
 inline void requireOk(int code, const char* call, bool isOk = true, Place at = Place::here())
 {
     if (code != (isOk ? 0 : 1))
         fail(std::string(call) + " returns " + (isOk ? "S_OK" : "S_FALSE") + ": found " + shown(code), at);
 }
 
-/// Returns a number below its argument.
+/// A function that returns a number below its argument.
 using Choose = std::function<unsigned(std::size_t)>;
 
 inline Choose randomChoice(unsigned seed)

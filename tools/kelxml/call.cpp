@@ -72,7 +72,7 @@ bool isNullText(const VARIANT& value)
 /// Calls one member.
 /// \param values the arguments in the order of the expression; in an assignment, the assigned value comes
 ///        last
-/// \throw Failure if the member cannot be called, or fails
+/// \throw Failure if the member cannot be called, is a no-op, or fails
 CallResult invoke(IDispatch& object, const Step& step, const std::vector<kel::Variant>& values,
                   bool isAssignment)
 {
