@@ -40,8 +40,8 @@ double median(std::vector<double> values)
 }
 
 /// Runs one side once.
-/// \param amount the amount that the earlier turns returned, or 0 before the first turn. This turn must
-///        return the same amount. Receives the amount of this turn.
+/// \param amount 0 in the first turn. In a later turn, the amount of the earlier turns, which must also be
+///        the amount of this turn. Receives the amount of this turn
 /// \return the time of the work in seconds
 double turn(const Side& side, std::uint64_t& amount)
 {

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Creates and changes a document. Calls every member of an object by its name, through IDispatch.
+"""Creates and changes a document. Calls members only by name, through IDispatch.
 
 The script needs only ctypes. It calls IDispatch through each object's vtable, as a program in any other language
 would. The script loads a document, sets the same attributes as the C++ example in the README, sets a text, and
@@ -58,7 +58,7 @@ def check(result, what):
 
 
 class Library:
-    """Loads the COM library and the XML library, attaches the XML library, and registers the type library."""
+    """Loads the COM library and the XML library, calls DllMain of the XML library, and registers the type library."""
 
     def __init__(self, directory=None):
         def load(name):
@@ -121,7 +121,7 @@ class Object:
     def do(self, name, *arguments):
         """Calls a method that returns no result. Raises Failure if the method did nothing."""
         if not self._invoke(name, METHOD_OR_GET, arguments):
-            raise Failure(name + ": could not be done")
+            raise Failure(name + ": did nothing (S_FALSE)")
 
     def put(self, name, value):
         """Sets a property."""

@@ -57,8 +57,9 @@ private:
         qint64 literalLength = 0; // length of `text` if each quote is written as `&quot;` or `&apos;`
     };
 
-    // Each of the following functions scans the rest of a construct, after its caller has read the first
-    // characters. False means that the text has an error or exceeds a limit, and that the scan must stop.
+    // Each of the following functions scans the rest of a construct. The caller has already read the first
+    // characters of the construct. False means that the text has an error or exceeds a limit, and that the
+    // scan must stop.
     bool prolog();
     void content(bool untilEnd);
     bool markup();
@@ -103,7 +104,7 @@ private:
     int m_parameterEntities = 0;
     int m_declarations = 0;
     qint64 m_referencesInValues = 0;
-    qint64 m_searchedCharacters = 0; // number of characters in the names and values of entities
+    qint64 m_searchedCharacters = 0; // characters in entity names and values; see limits::kMaxEntitySearch
     qint64 m_entityText = 0;         // characters in declared values, plus characters inserted by references
     qint64 m_maxEntityText = limits::kEntityActivationThreshold;
     qint64 m_splicedLength = 0; // characters spliced into the current text, attribute value or entity value

@@ -75,9 +75,9 @@ expect 2 'character 3: expected the name of a member' call doc.xml 'a..b'
 expect 2 'usage: kelxml text' text doc.xml b $'a\vb' -o doc.xml
 expect 2 'usage: kelxml set' set doc.xml b k=$'\xef\xbf\xbe' -o doc.xml
 expect 2 'usage: kelxml call' call doc.xml $'documentElement.text = "\001"' -o doc.xml
-[ "$before" = "$(cat doc.xml)" ] || fail "a wrong command line must keep the file, but the file contains '$(cat doc.xml)'"
+[ "$before" = "$(cat doc.xml)" ] || fail "a wrong command line must not change doc.xml, but doc.xml contains '$(cat doc.xml)'"
 
-# For each bad input, every command prints one line with the reason, and continues with the other files.
+# Every command prints one line with the reason for each bad input, and then reads the remaining inputs, if any.
 expect 1 'none.xml: No such file or directory' tree none.xml
 expect 1 '.: Is a directory' find . b
 expect 1 'empty.xml: it is empty' copy empty.xml out.xml
@@ -112,7 +112,7 @@ before=$(cat doc.xml)
 expect 1 'doc.xml was not written, because the document could not be loaded again: ' call doc.xml 'documentElement.appendChild(createNode(1, "1 x", ""))' -o doc.xml
 expect 1 "there is no element 'c'" set doc.xml c k=v -o doc.xml
 [ "$before" = "$(cat doc.xml)" ] ||
-    fail "a failed command must keep its input, but the input contains '$(cat doc.xml)'"
+    fail "a failed command must not change its input, but the input now contains '$(cat doc.xml)'"
 
 # Changed files keep their permissions, and links to them stay links.
 expect 0 '2 elements changed' set doc.xml b k=2 j=1 -o doc.xml
@@ -153,7 +153,8 @@ holds "$(cat report)" '6 nodes written, 0 left out'
 diff "$sources/../../tests/kelxml_write.xml" <("$kelxml" write - --plain) ||
     fail "'kelxml write' must write kelxml_write.xml; the difference is above"
 
-# `call` saves changes with -o and warns without it, accepts null for texts and objects, and reports refusals.
+# With -o, `call` saves changes; without -o, `call` warns that changes are lost. `call` accepts null for texts and objects,
+# and reports refusals.
 expect 0 '2' call doc.xml 'selectNodes("b").length'
 expect 0 'the change is lost' call doc.xml 'documentElement.SetAttribute("k", createNode(1, "n", null).nodeName)'
 expect 0 '<note/>' call doc.xml 'documentElement.appendChild(createNode(1, "note", null))' -o -
@@ -165,7 +166,8 @@ expect 1 'does nothing' call doc.xml 'documentElement.nodeValue = "v"'
 output=$("$kelxml" call doc.xml documentElement.hasChildNodes 2>&1)
 [ "$output" = true ] || fail "a call that only reads must print its result without a warning, but it prints '$output'"
 
-# The time for an expression grows only linearly, so even the longest expression that fits in a command line is fast.
+# The time for an expression grows only linearly with its length, so even the longest expression that fits in a command line
+# is fast.
 long=$(printf 'a.%.0s' {1..60000})a
 output=$(ulimit -t 20; "$kelxml" call doc.xml "$long" 2>&1)
 code=$?

@@ -8,7 +8,8 @@
 namespace kelxml::trees
 {
 
-/// Returns the document that `QDomNode::ownerDocument` returns, but never a destroyed document.
+/// Returns the document that `QDomNode::ownerDocument` returns. Calls `ensureValidOwnerDocument` first, so
+/// that this document is never a destroyed one.
 QDomDocument ownerDocument(const qt::NodeRef& node);
 
 /// Returns the element that an attribute belongs to. An attribute points to its element but does not keep the
@@ -21,10 +22,10 @@ QDomDocument ownerDocument(const qt::NodeRef& node);
 /// element and keep a dangling pointer to this element.
 QDomNode ownerElementOf(const QDomNode& node);
 
-/// Call this function before Qt uses the document of `node`. Once a call has used nodes of two documents, a
-/// tree that is not in any document may point to a destroyed document. From then on, if `node` is in such a
-/// tree, this function makes the tree belong to `node.document`. Until then, this function only checks a
-/// flag.
+/// Call this function before Qt uses the document of `node`. After the first call that uses nodes of two
+/// documents, a tree that is not in any document may point to a destroyed document. From then on, if `node`
+/// is in such a tree, this function makes the tree belong to `node.document`. Until then, this function only
+/// checks a flag.
 void ensureValidOwnerDocument(const qt::NodeRef& node);
 
 /// Call this function before a change that uses both nodes. If the nodes belong to different documents, sets

@@ -24,7 +24,8 @@ constexpr unsigned PathCapacity = 1024;
 /// Finds the path of a registered type library.
 /// \param library the identifier of the type library
 /// \param path receives the zero-terminated path; must have room for `PathCapacity` characters
-/// \return `S_OK`; `E_POINTER`; `TYPE_E_LIBNOTREGISTERED`. On failure, `path` is unchanged
+/// \return `S_OK`; `E_POINTER` if `path` is null; `TYPE_E_LIBNOTREGISTERED` if no path is registered. On
+///         failure, `path` is unchanged
 KEL_EXPORT HRESULT GetTlbFilePath(const GUID& library, wchar_t* path);
 
 /// Loads a type library. The first call for a path reads the file, and later calls for the same path return
@@ -50,7 +51,7 @@ KEL_EXPORT HRESULT RegisterTypeLib(const GUID& library, const wchar_t* path);
 
 /// Removes the registration of a path. Type libraries that are loaded stay loaded.
 /// \param library the identifier under which the path is registered
-/// \return `S_OK`; `TYPE_E_LIBNOTREGISTERED`
+/// \return `S_OK`; `TYPE_E_LIBNOTREGISTERED` if no path is registered
 KEL_EXPORT HRESULT UnRegisterTypeLib(const GUID& library);
 
 } // namespace KelTypelib

@@ -31,12 +31,14 @@ inline const std::vector<Text>& texts()
     return all;
 }
 
-/// Says which document an object keeps alive. An object that a method returns gets the `document` of the
-/// object that the method was called on.
+/// Says which document an object keeps alive: `document`, or else `fallback`. An object that a method returns
+/// gets the `document` of the object that the method was called on.
 struct Handle
 {
     NodePtr document; ///< null if the object comes from a document without a tree
-    NodePtr fallback; ///< the document to keep alive if `document` is null
+    /// The document to keep alive if `document` is null. If the parent keeps no document alive, the result of
+    /// appendChild or removeChild gets the child's document as its `fallback`.
+    NodePtr fallback;
 
     const NodePtr& documentOrFallback() const { return document ? document : fallback; }
 };

@@ -1,6 +1,6 @@
-// A model of XML trees. The functions change a model as the documentation says that the library's calls
-// change a tree. Only `fromQt` uses Qt, to copy a tree that Qt has parsed. A node owns its children and
-// attributes. When the node is destroyed, `parent` of these children and attributes becomes null.
+// A model of XML trees. The functions that change a model follow the documentation of the library's calls.
+// Only `fromQt` uses Qt, to copy a tree that Qt has parsed. A node owns its children and attributes. When the
+// node is destroyed, `parent` of these children and attributes becomes null.
 
 #pragma once
 

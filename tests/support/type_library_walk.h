@@ -17,8 +17,8 @@
 namespace keltest
 {
 
-/// Returns the name that GetDocumentation returns for a member or an interface. If GetDocumentation fails,
-/// returns the error code as text.
+/// Returns the name that GetDocumentation returns for a member, an interface or a type library. If
+/// GetDocumentation fails, returns the error code as text.
 template <class Object>
 std::wstring nameOf(Object& object, INT member)
 {
@@ -30,7 +30,7 @@ std::wstring nameOf(Object& object, INT member)
     return code == S_OK ? name.c_str() : std::to_wstring(code);
 }
 
-/// Returns a type in C++ notation. For a type that the library does not describe, returns "other".
+/// Returns a type in C++ notation. For a type that the type library does not describe, returns "other".
 inline std::wstring typeName(ITypeLib& library, const TYPEDESC& type)
 {
     static const std::map<VARTYPE, const wchar_t*> kNames{
@@ -77,7 +77,7 @@ inline void describe(ITypeLib& library, ITypeInfo& info, const FUNCDESC& functio
         const bool isResult = flags == (PARAMFLAG_FOUT | PARAMFLAG_FRETVAL);
         require(!isResult || place == function.cParams - 1, "the result is the last parameter");
         requireEqual<int>(isResult ? PARAMFLAG_FIN : flags & ~PARAMFLAG_FOPT, PARAMFLAG_FIN,
-                          "an input has PARAMFLAG_FIN");
+                          "an input has PARAMFLAG_FIN, and no other flag except PARAMFLAG_FOPT");
         out << (place == 0 ? L"" : L", ") << typeName(library, parameter.tdesc);
     }
     out << L")\n";
@@ -86,7 +86,7 @@ inline void describe(ITypeLib& library, ITypeInfo& info, const FUNCDESC& functio
 using EachFunction = std::function<void(ITypeInfo&, const FUNCDESC&)>;
 inline void ignoreFunction(ITypeInfo&, const FUNCDESC&) {}
 
-/// Describes a library. Writes a line for each interface, and after it a line for each function of the
+/// Describes a type library. Writes a line for each interface, and after it a line for each function of the
 /// interface. The line for an interface has the first part of its identifier, its name, its kind, the number
 /// of its functions, the size of its vtable, its flags and its version. The last line has the first part of
 /// the library's identifier, its name and its version. \param use called with each function

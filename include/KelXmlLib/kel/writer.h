@@ -15,10 +15,10 @@ namespace kel
 
 /// Writes one XML file from start to end. The file is in UTF-8 and begins with an XML declaration.
 ///
-/// - A lone surrogate or a wide character above U+10FFFF is written as U+FFFD. A name with such a character
-///   is invalid.
-/// - A call throws `SaveError` if it cannot write to the file. Every later call that writes then throws too.
-/// - A call that receives invalid UTF-8, or a character that XML does not allow, throws `Error`.
+/// - In wide text, a lone surrogate or a character above U+10FFFF is written as U+FFFD. A name with such a
+///   character is invalid.
+/// - A call that receives any other character that XML does not allow, or invalid UTF-8, throws `Error`.
+/// - A call that cannot write to the file throws `SaveError`. Every later call throws too.
 /// - In a comment, a CDATA section or an instruction, a carriage return is written unchanged. Most parsers
 ///   read it as a line feed. In texts and attributes, a carriage return is written as a character reference,
 ///   which parsers read as a carriage return.
@@ -67,7 +67,7 @@ public:
     /// unwinding the stack, discards the new file instead of calling `close`.
     ~Writer();
 
-    /// Begins an element inside the innermost open element.
+    /// Begins the root element, or an element inside the innermost open element.
     /// \return an object whose destructor closes the element
     /// \throw Error if the name is invalid, if the root element is already closed, or if the file is closed
     Element element(TextView name);
