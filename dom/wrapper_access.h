@@ -44,10 +44,10 @@ struct WrapperAccess
     static void makeDocument(CMorvXMLDOMDocument& document) { document.m_document.createDocumentFragment(); }
 
     /// Call this function in the destructor of an object. All arguments are members of the object. Releases
-    /// `ownerDocument`. If `ownerElement` is not null, also releases `document` and `handle`, because these
-    /// two members may refer to the owner element. C++ would release the owner element first, because
-    /// `ownerElement` is declared after the two members. If `ownerElement` is null, leaves the two members to
-    /// C++, which releases them after the body of the destructor.
+    /// `ownerDocument`. If `ownerElement` is not null, also releases `document` and `handle`, which may point
+    /// to the owner element and must be released before `ownerElement`. Without this call, C++ would release
+    /// `ownerElement` first, because `ownerElement` is declared after `document` and `handle`. If
+    /// `ownerElement` is null, C++ releases `document` and `handle` after the body of the destructor.
     template <class QtHandle>
     static void releaseAllBefore(const QDomNode& ownerElement,
                                  kel::ComPtr<CMorvXMLDOMDocument>& ownerDocument, QDomDocument& document,

@@ -1,4 +1,4 @@
-// Defines the class of all files that Qt opens.
+// Defines `File`, the class of every file that this library lets Qt open.
 
 #pragma once
 
@@ -32,7 +32,7 @@ struct MemoryForQt
 class File : private MemoryForQt, public QFile
 {
 public:
-    /// Creates an object without a path. To open it, pass a file descriptor to `open`.
+    /// Creates an object without a path. To open a file, pass a file descriptor to `open`.
     File() = default;
     explicit File(const Path& path) : QFile(path.name()) {}
 

@@ -134,13 +134,13 @@ struct Preserved
 /// Returns the permission bits of the new file. These bits let nobody except a new owner do more with the new
 /// file than with the old file.
 ///
-/// If the owner is not preserved, the kernel no longer checks the owner's bits for the old owner. It checks
-/// the group's bits or the others' bits instead, so these bits must not allow more than the owner's bits did.
-/// The same is true for the members of the old group, and for the users that a lost access control list
-/// named.
-///
-/// If the group changes, the kernel checked the others' bits of the old file for the members of the new
-/// group. So the group's bits of the new file must not allow more than the others' bits of the old file.
+/// - If the owner changes, the kernel applies the group's bits or the others' bits to the old owner. So these
+///   bits keep only permissions that the old owner had.
+/// - If the group changes, the kernel applies the others' bits to the members of the old group, and the
+///   group's bits to the members of the new group. So these bits keep only permissions that the old file gave
+///   both to its group and to others.
+/// - If the access control list is lost, the kernel applies the group's bits or the others' bits to the users
+///   that the list named. The list may have denied these users everything, so these bits become 0.
 mode_t restrictedMode(mode_t old, Preserved preserved)
 {
     const mode_t owner = old >> 6U & 7U;
@@ -275,7 +275,7 @@ bool FileReplacement::openDirectory(const std::string& path)
 
 void FileReplacement::makeFile()
 {
-    // Only the owner can open the new file until `copyPermissions` copies the permissions of the old file.
+    // If there is an old file, only the owner can open the new file until `copyPermissions` runs.
     const mode_t mode = m_old.isOpen() ? 0600 : kModeOfNewFile;
     m_new = Descriptor(openat(m_directory.number(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, mode));
     if (m_new.isOpen() && access(procPathOf(m_new).c_str(), F_OK) == 0)

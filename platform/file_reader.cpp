@@ -59,7 +59,7 @@ bool isIdentifier(QStringView text)
            std::all_of(text.begin(), text.end(), isLetterOrDigit);
 }
 
-/// The attributes of one tag. Each function whose name begins with `take` removes one attribute. The
+/// The attributes of one tag. Each function whose name begins with `take` removes one attribute. The `take`
 /// functions that return `bool` also check the attribute's value, and return false if the value is invalid. A
 /// tag is valid only if no attribute remains after all expected attributes have been taken.
 class TagAttributes
@@ -128,7 +128,7 @@ public:
         : m_xml(contents), m_library(std::make_unique<LibraryDescription>())
     {
         // A namespace declaration makes the file invalid. With namespace processing, Qt would not list the
-        // declaration among the attributes.
+        // declaration among the attributes, so the reader would accept the declaration.
         m_xml.setNamespaceProcessing(false);
     }
 

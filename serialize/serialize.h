@@ -35,8 +35,8 @@ using Sink = std::function<void(const QByteArray& bytes)>;
 
 /// Writes the same bytes as `QDomNode::save` with `EncodingFromDocument`, except for the order of attributes,
 /// notations and entities. A document is written in the encoding that the document declares. If the document
-/// declares no encoding, or an encoding that Qt does not know, the document is written in UTF-8. A node of
-/// any other type is written in UTF-8 and indented by one level. For a null node, nothing is written.
+/// declares no encoding, or an encoding that Qt does not know, the document is written in UTF-8. A node that
+/// is not a document is written in UTF-8 and indented by one level. For a null node, nothing is written.
 ///
 /// The function does not recurse, so the tree may have any depth. If an element has more than 2,000
 /// attributes, `AttributeOrder::ofQt` writes these attributes in an arbitrary order.

@@ -150,8 +150,8 @@ public:
     /// Returns the text of an element and all its descendants, or the data of a text or CDATA section. No-op
     /// for document objects.
     /// \param text receives a new BSTR, which the caller frees
-    /// \return `S_OK`; `S_FALSE` (nothing written) for attributes, for generic nodes of any other kind, or if
-    ///         `text` is null
+    /// \return `S_OK`; `S_FALSE` (nothing written) for attributes, for generic nodes other than texts and
+    ///         CDATA sections, or if `text` is null
     virtual HRESULT get_text(BSTR* text) = 0;
     /// Sets the text of an element: removes the first child of the element, keeps all other children, and
     /// appends a text node. For any other node, sets the node's value.
@@ -237,8 +237,8 @@ public:
     /// limit, or if memory runs out before parsing begins. If the file is empty, the document becomes empty.
     /// If parsing fails, the document is empty or contains what was parsed before the error.
     /// \param source a file path as `VT_BSTR`; any other type is refused
-    /// \param success set to 0 first, and to -1 once the file has been parsed; may be null
-    /// \return `S_OK` if the file was parsed, else `S_FALSE`
+    /// \param success set to 0 first, and to -1 if parsing succeeds; may be null
+    /// \return `S_OK` if parsing succeeds, else `S_FALSE`
     virtual HRESULT load(VARIANT source, VARIANT_BOOL* success) = 0;
     /// No-op: returns `S_OK` and writes nothing.
     /// @{
@@ -254,15 +254,15 @@ public:
     /// The earlier content stays if the text is null, empty or beyond a limit, or if memory runs out before
     /// parsing begins. If parsing fails, the document is empty or contains what was parsed before the error.
     /// \param xml the XML text
-    /// \param success set to 0 first, and to -1 once the text has been parsed; may be null
-    /// \return `S_OK` if the text was parsed, else `S_FALSE`
+    /// \param success set to 0 first, and to -1 if parsing succeeds; may be null
+    /// \return `S_OK` if parsing succeeds, else `S_FALSE`
     virtual HRESULT loadXML(BSTR xml, VARIANT_BOOL* success) = 0;
     /// Writes the document to a local file. Each level is indented by four spaces, even in mixed content. The
     /// file has the encoding that the XML declaration names, or else UTF-8. Qt chooses the order of the
     /// attributes, and the order differs from run to run.
     /// \param destination a file path as `VT_BSTR`; any other type is refused
-    /// \return `S_OK` once the file is open, even if writing fails later; `S_FALSE` if the file cannot be
-    ///         opened, or if the tree is too deep for the calling thread's stack
+    /// \return `S_OK` if the file was opened, even if writing failed; `S_FALSE` if the file cannot be opened,
+    ///         or if the tree is too deep for the calling thread's stack
     virtual HRESULT save(VARIANT destination) = 0;
     /// No-op: returns `S_OK` and writes nothing.
     /// @{

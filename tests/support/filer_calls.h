@@ -27,7 +27,7 @@ struct Call
 {
     const char* name;
     int slot;         ///< in the vtable of the filer
-    int required = 0; ///< 1: the first text must not be null or empty; 2: both must not
+    int required = 0; ///< how many texts, counted from the first, must not be null or empty
     void (*byQt)(W writer, Q one, Q two) = [](W, Q, Q) {}; ///< the same call on Qt's writer
 
     int status(IKelXmlFiler& to, Text one, Text two) const { return vtable_calls::call(&to, slot, one, two); }
@@ -64,7 +64,7 @@ inline const Call kCalls[] = {{"writeElmBegin", 8, 1, [](W w, Q a, Q) { w.writeS
 constexpr wchar_t kUnits[] =
     L"ab:1 <>&\"'\n\t\r]?!\x7f\u0085\u00a0\u00e4\u2028\u65e5\ufeff\U0001f600\U0010ffff"
     L"\xd800\xdbff\xdc00\xdfff\x110000\x4010000\x7fffffff\xfffe0000\xffffffff"
-    L"-\x01\x0b\x1f\ufffe\uffff"; // and the terminating zero
+    L"-\x01\x0b\x1f\ufffe\uffff"; // the terminating zero is also a unit
 
 /// Returns the text that the filer must write for `given`. The filer drops one byte order mark at the
 /// beginning, and replaces each unit that is not a character with U+FFFD.
@@ -89,7 +89,7 @@ public:
                                                         m_autoFormat, true, L"", nullptr))
     {
         m_qt.setAutoFormatting(m_autoFormat);
-        requireEqual<int>(vtable_calls::call(m_filer.get(), 4), m_autoFormat, "indent() returns the flag");
+        requireEqual<int>(vtable_calls::call(m_filer.get(), 4), m_autoFormat, "indent() returns autoFormat");
     }
 
     /// Makes random calls, closes the file zero to two times, and then destroys the filer.
@@ -128,7 +128,7 @@ private:
         };
         m_log += std::string(" ") + call.name + '(' + start(one) + ", " + start(two) + ')';
         const int expected = call.expected(one, two);
-        requireEqual(call.status(*m_filer, one, two), expected, "the status matches the texts");
+        requireEqual(call.status(*m_filer, one, two), expected, "the status depends only on the texts");
         if (expected == KelXmlLib::eStatusAccepted)
             call.byQt(m_qt, writtenOf(one), writtenOf(two));
     }

@@ -48,8 +48,8 @@ enum class AttributeOrder {
 /// Options for writing a tree.
 struct SaveOptions
 {
-    /// The number of spaces per level. With 0, only line breaks are added. With -1, neither spaces nor line
-    /// breaks are added, except for a line break after a comment or an instruction.
+    /// The number of spaces per level. With 0, only line breaks are added. With -1, no spaces are added, and
+    /// line breaks are added only after comments, after instructions, and inside and after the document type.
     int indent = 4;
     /// The order in which the attributes of each element are written.
     AttributeOrder attributeOrder = AttributeOrder::byName;
