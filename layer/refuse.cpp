@@ -15,6 +15,8 @@ std::string reasonOf(kelxml::trees::Refusal refusal)
 {
     using kelxml::trees::Refusal;
     switch (refusal) {
+    case Refusal::NoNode:
+        return reason::kNullArgument;
     case Refusal::Ring:
         return "the node would be inside itself";
     case Refusal::TooDeep:

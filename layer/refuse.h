@@ -2,15 +2,17 @@
 
 #pragma once
 
-#include "trees/reported_changes.h"
+#include "trees/refusal.h"
+
+#include <QtCore/QString>
 
 #include <string>
 
 namespace kel::detail
 {
 
-/// The reasons that the layer's own checks report. The reasons why `trees/reported_changes` refuses a change
-/// are in `refuse.cpp`.
+/// The reasons that the layer's own checks report. The reasons for each `Refusal` of `trees/` are in
+/// `refuse.cpp`.
 namespace reason
 {
 constexpr const char* kNull = "the node to change is null";

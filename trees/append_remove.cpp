@@ -39,13 +39,17 @@ bool isOnElement(const QDomNode& node)
 
 } // namespace
 
-void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child)
+Refusal appendChild(const qt::NodeRef& parent, const qt::NodeRef& child)
 {
     ensureValidOwnerDocuments(parent, child);
     if (parent.node.isNull() || child.node.isNull())
-        return;
-    if (child.node.isDocument() || isOnElement(child.node) || !fitsBelow(parent.node, child.node))
-        return;
+        return Refusal::NoNode;
+    if (child.node.isDocument())
+        return Refusal::WholeDocument;
+    if (isOnElement(child.node))
+        return Refusal::Attribute;
+    if (const Refusal refusal = refusalBelow(parent.node, child.node); refusal != Refusal::None)
+        return refusal;
     const qt::MovableNode earlier = child.node.parentNode();
     if (!earlier.isNull())
         lists::invalidate(child.node, earlier);
@@ -54,6 +58,7 @@ void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child)
         appendDetached(parent, child.node);
     else
         QDomNode(parent.node).appendChild(child.node);
+    return Refusal::None;
 }
 
 QDomNode removeChild(const qt::NodeRef& parent, const qt::NodeRef& child)

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "qt/node_ref.h"
+#include "trees/refusal.h"
 
 namespace kelxml::trees
 {
@@ -14,7 +15,8 @@ namespace kelxml::trees
 /// - `child` is a document, or an attribute that is on an element.
 /// - `child` is `parent` or contains `parent`.
 /// - The tree would exceed the depth limit.
-void appendChild(const qt::NodeRef& parent, const qt::NodeRef& child);
+/// \return `None` if `child` was appended, otherwise the reason
+Refusal appendChild(const qt::NodeRef& parent, const qt::NodeRef& child);
 
 /// Removes `child` as `QDomNode::removeChild` does. \return what `QDomNode::removeChild` returns
 QDomNode removeChild(const qt::NodeRef& parent, const qt::NodeRef& child);

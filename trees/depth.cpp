@@ -77,14 +77,14 @@ void noteLevelsInAttribute(const QDomNode& child, int path)
 
 } // namespace
 
-bool fitsBelow(const QDomNode& parent, const QDomNode& child)
+Refusal refusalBelow(const QDomNode& parent, const QDomNode& child)
 {
     int above = 0;
     int inAttribute = 0; // levels from the topmost attribute down to `parent`; 0 if there is no attribute
     for (qt::MovableNode node{QDomNode(parent)}; !node.isNull() && !node.isDocument();
          node = node.parentNode()) {
         if (node == child)
-            return false;
+            return Refusal::Ring;
         ++above;
         if (node.isAttr())
             inAttribute = above;
@@ -92,10 +92,10 @@ bool fitsBelow(const QDomNode& parent, const QDomNode& child)
     const int reserved = levelsInAttributes;
     if (!staysWithin(child, above, limits::kMaxElementDepth - reserved, false) &&
         (reserved == 0 || !staysWithin(child, above, limits::kMaxElementDepth, true)))
-        return false;
+        return Refusal::TooDeep;
     if (inAttribute > 0)
         noteLevelsInAttribute(child, inAttribute);
-    return true;
+    return Refusal::None;
 }
 
 bool isNoDeeperThan(const QDomNode& root, int depth)

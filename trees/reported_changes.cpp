@@ -1,6 +1,5 @@
-// Each function that returns a `Refusal` first checks for every reason to refuse the change, except the depth
-// limit. `trees/append_remove` checks the depth limit, but does not report a refusal. So `append` looks at
-// the parent afterwards, and returns `TooDeep` if the child is not the last child of the parent.
+// Adds to the checks of `trees/append_remove`: refuses every attribute as a child, and refuses a node that is
+// not a child of the given parent.
 
 #include "trees/reported_changes.h"
 
@@ -23,33 +22,11 @@ bool isChildOf(const QDomNode& parent, const QDomNode& node)
     return !node.isAttr() || parent.firstChild() == node || !node.previousSibling().isNull();
 }
 
-bool isInTreeOf(const QDomNode& node, const QDomNode& top)
-{
-    qt::MovableNode at{QDomNode(node)};
-    while (!at.isNull() && at != top)
-        at = at.parentNode();
-    return !at.isNull();
-}
-
-/// The reason why `child` cannot be a child of `parent`, apart from the depth limit; `None` if there is no
-/// reason.
-Refusal refusalOf(const QDomNode& parent, const QDomNode& child)
-{
-    if (child.isDocument())
-        return Refusal::WholeDocument;
-    if (child.isAttr())
-        return Refusal::Attribute;
-    return isInTreeOf(parent, child) ? Refusal::Ring : Refusal::None;
-}
-
 } // namespace
 
 Refusal append(const qt::NodeRef& parent, const qt::NodeRef& child)
 {
-    if (const Refusal refusal = refusalOf(parent.node, child.node); refusal != Refusal::None)
-        return refusal;
-    appendChild(parent, child);
-    return parent.node.lastChild() == child.node ? Refusal::None : Refusal::TooDeep;
+    return child.node.isAttr() ? Refusal::Attribute : appendChild(parent, child);
 }
 
 Refusal insertBefore(const qt::NodeRef& parent, const qt::NodeRef& child, const qt::NodeRef& reference)
@@ -57,7 +34,7 @@ Refusal insertBefore(const qt::NodeRef& parent, const qt::NodeRef& child, const 
     if (!isChildOf(parent.node, reference.node))
         return Refusal::NotAChild;
     if (child.node == reference.node)
-        return refusalOf(parent.node, child.node);
+        return child.node.isAttr() ? Refusal::Attribute : Refusal::None; // is there already
     const Refusal refusal = append(parent, child);
     if (refusal == Refusal::None)
         QDomNode(parent.node).insertBefore(child.node, reference.node); // safe: both have the same parent

@@ -4,19 +4,10 @@
 #pragma once
 
 #include "qt/node_ref.h"
+#include "trees/refusal.h"
 
 namespace kelxml::trees
 {
-
-/// Why a change was refused.
-enum class Refusal {
-    None, ///< the change was made
-    Ring, ///< the node to insert is `parent` or contains `parent`
-    TooDeep,
-    Attribute,     ///< the node to insert is an attribute; attributes are set on elements, not inserted
-    WholeDocument, ///< the node to insert is a document
-    NotAChild      ///< the node to remove, to replace or to insert before is not a child of `parent`
-};
 
 /// Moves `child` to the end of the children of `parent`.
 Refusal append(const qt::NodeRef& parent, const qt::NodeRef& child);
