@@ -42,7 +42,7 @@ std::string reasonOf(Limit limit)
     case Limit::EntityDeclarations:
         return "more than " + std::to_string(limits::kMaxEntityDeclarations) + " entity declarations";
     case Limit::EntitySearch:
-        return "too many long entities";
+        return "entities that would take too long to search";
     case Limit::EntityText:
         return "too much text in entities";
     case Limit::TextLength:
@@ -128,7 +128,8 @@ Element Document::root() const
 void Document::save(const std::filesystem::path& path, const SaveOptions& options) const
 {
     if (!root())
-        throw SaveError(path.native(), *this ? "the document is empty" : detail::reason::kNullArgument);
+        throw SaveError(path.native(),
+                        *this ? "the document has no root element" : detail::reason::kNullArgument);
     detail::SavedFile file(path.native());
     kelxml::serialize::serialize(documentOf(*this), detail::optionsOf(options),
                                  [&](const QByteArray& bytes) { file.write(bytes); });

@@ -54,7 +54,7 @@ Converted fromWide(std::wstring_view wide)
     text.reserve(lengthForQt(wide.size()));
     for (const wchar_t unit : wide) {
         const auto character = static_cast<char32_t>(unit);
-        if (QChar::isSurrogate(character) || character > QChar::LastValidCodePoint)
+        if (!kelxml::text::isCharacter(character))
             return {{}, "it contains an invalid wide character"};
         if (QChar::requiresSurrogates(character))
             text.append(QChar(QChar::highSurrogate(character)));
@@ -203,7 +203,10 @@ QString toCharacters(TextView text)
     const std::wstring wide(text.wide());
     if (wide.find(L'\0') != std::wstring::npos)
         throw Error(E_INVALIDARG, kInvalid, kZero);
-    return requireAllowed(kelxml::text::charactersFromWide(wide.c_str()));
+    QString converted = kelxml::text::charactersFromWide(wide.c_str());
+    if (wide[0] == QChar::ByteOrderMark) // the conversion drops a leading mark
+        converted.prepend(QChar::ByteOrderMark);
+    return requireAllowed(std::move(converted));
 }
 
 QString toName(TextView name)

@@ -8,6 +8,8 @@
 
 #include "lists/live_list.h"
 
+#include "qt/local_name.h"
+
 #include <array>
 #include <atomic>
 #include <limits>
@@ -100,14 +102,6 @@ qt::MovableNode nextElement(const QDomNode& node, const QDomNode& root)
     return next;
 }
 
-/// Returns the name that Qt's `elementsByTagName` compares: the local name if `element` has a local name,
-/// otherwise the whole name.
-QString listedName(const QDomNode& element)
-{
-    const QString local = element.localName(); // null if the element was created without a namespace
-    return local.isNull() ? element.nodeName() : local;
-}
-
 } // namespace
 
 QDomNodeList makeQtList(const ListOrigin& origin)
@@ -188,7 +182,7 @@ qt::MovableNode LiveList::nextNode() const
     if (!isByTagName())
         return m_nodes.empty() ? last.firstChild() : last.nextSibling();
     qt::MovableNode element = nextElement(last, m_origin.node);
-    while (!element.isNull() && listedName(element) != m_origin.tagName)
+    while (!element.isNull() && qt::localNameOf(element) != m_origin.tagName)
         element = nextElement(element, m_origin.node);
     return element;
 }
@@ -208,7 +202,7 @@ void invalidate(const QDomNode& node, const QDomNode& parent)
             listedAncestors.push_back(ancestor);
     for (; !element.isNull() && !listedAncestors.empty(); element = nextElement(element, node))
         for (const qt::MovableNode& ancestor : listedAncestors)
-            dropCaches(listsOf(ancestor, true, listedName(element)));
+            dropCaches(listsOf(ancestor, true, qt::localNameOf(element)));
 }
 
 void invalidateContent(const QDomDocument& document)

@@ -2,6 +2,7 @@
 // even if an outer element already declares the same namespace. Even if `indent` is -1, a line break follows
 // each processing instruction, each document type, and each comment, except a comment before a text.
 
+#include "qt/local_name.h"
 #include "qt/movable_node.h"
 #include "serialize/attributes.h"
 #include "serialize/doctype.h"
@@ -45,17 +46,9 @@ QTextCodec* codecOf(const QDomNode& node)
     return codec ? codec : QTextCodec::codecForName("UTF-8");
 }
 
-/// Returns the name of `node` without the prefix. A node that was created without a namespace has no prefix,
-/// even if the name contains a colon. For such a node, returns the whole name.
-QString localNameOf(const QDomNode& node)
-{
-    const QString local = node.localName();
-    return local.isNull() ? node.nodeName() : local;
-}
-
 struct Attribute
 {
-    explicit Attribute(QDomNode&& attribute) : node(std::move(attribute)), name(localNameOf(node))
+    explicit Attribute(QDomNode&& attribute) : node(std::move(attribute)), name(qt::localNameOf(node))
     {
         if (!node.namespaceURI().isNull())
             name = node.prefix() + u':' + name;
@@ -155,13 +148,13 @@ qt::MovableNode Serializer::begin(const QDomNode& node, bool isAfterText)
         m_output.put(u"<![CDATA[", node.nodeValue(), u"]]>");
         break;
     case QDomNode::EntityReferenceNode:
-        m_output.put(u'&', localNameOf(node), u';');
+        m_output.put(u'&', qt::localNameOf(node), u';');
         break;
     case QDomNode::EntityNode:
         writeEntity(node.toEntity(), m_output);
         break;
     case QDomNode::ProcessingInstructionNode:
-        m_output.put(u"<?", localNameOf(node), u' ', node.nodeValue(), u"?>\n");
+        m_output.put(u"<?", qt::localNameOf(node), u' ', node.nodeValue(), u"?>\n");
         break;
     case QDomNode::CommentNode:
         writeComment(node, isAfterText);
@@ -201,7 +194,7 @@ qt::MovableNode Serializer::beginElement(const QDomNode& node, bool isAfterText)
 {
     if (!isAfterText)
         indent();
-    m_name = localNameOf(node);
+    m_name = qt::localNameOf(node);
     const QString prefix = node.prefix();
     const QString namespaceUri = node.namespaceURI();
     if (!namespaceUri.isNull() && !prefix.isEmpty())

@@ -60,7 +60,7 @@ QString fromUcs4ReplacingInvalid(const char32_t* text, int length)
         char32_t& unit = units[index];
         if (QChar::isHighSurrogate(unit) && QChar::isLowSurrogate(units[index + 1]))
             ++index;
-        else if (QChar::isSurrogate(unit) || unit > QChar::LastValidCodePoint)
+        else if (!isCharacter(unit))
             unit = QChar::ReplacementCharacter;
     }
     return QString::fromUcs4(units.data(), length);

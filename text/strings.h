@@ -10,6 +10,12 @@
 namespace kelxml::text
 {
 
+/// Whether `unit` is a character: not a surrogate and not above U+10FFFF.
+inline bool isCharacter(char32_t unit)
+{
+    return !QChar::isSurrogate(unit) && unit <= QChar::LastValidCodePoint;
+}
+
 /// Converts the zero-terminated `text` as `QString::fromUcs4` does. For a null pointer, returns a null
 /// string.
 QString fromWide(const wchar_t* text);
