@@ -1,10 +1,10 @@
 // The rows of the benchmarks. A row compares two sides that do the same work. In most rows, one side uses the
 // library, and the other side uses only Qt.
 //
-// Except in layer.cpp and serialize.cpp, both sides read and return text with 32-bit characters, because
-// hosts need such text: for each BSTR that the library returns, the other side makes a std::wstring. The
-// names that a side passes to a call are constants in most programs, so neither side converts them during the
-// measurement.
+// Except in layer.cpp, serialize.cpp and the row "filer", both sides read and return text with 32-bit
+// characters, because hosts need such text: for each BSTR that the library returns, the other side makes a
+// std::wstring. The names that a side passes to a call are constants in most programs, so neither side
+// converts them during the measurement.
 
 #pragma once
 

@@ -11,14 +11,15 @@ namespace kelxml::limits
 /// model. Of all operations on a tree, saving needs the most stack: about 1.4 KiB per level. At the limit,
 /// saving needs 2.9 MB of stack; the stack usually has 8 MiB.
 constexpr int kMaxNesting = 2048;
-/// Maximum number of levels in a tree. Each element is a level, and so is any other node with children. The
-/// limit is equal to `kMaxNesting`, so that no saved tree is too deep to be loaded again.
+/// Maximum number of levels in a tree. Each element is a level, and so is any other node with children,
+/// except an element's attribute that contains only a text. The limit is equal to `kMaxNesting`, so that no
+/// saved tree is too deep to be loaded again.
 constexpr int kMaxElementDepth = kMaxNesting;
 /// Maximum depth of nodes of any type: the deepest element may have an attribute, and the attribute a text.
 constexpr int kMaxNodeDepth = kMaxElementDepth + 2;
 
-/// Maximum number of entity declarations. The parser compares each declaration with all others. At the limit,
-/// if all values are empty, these comparisons take a third of a second.
+/// Maximum number of entity declarations. The parser searches the value of each entity for references to
+/// every entity. At the limit, if all values are empty, the search takes a third of a second.
 constexpr int kMaxEntityDeclarations = 4096;
 /// Maximum product of two counts. The first count is the number of entity declarations plus the number of
 /// ampersands in entity values. The second count is the number of characters in entity names and values. The

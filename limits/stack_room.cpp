@@ -35,7 +35,7 @@ constexpr std::size_t kUnknownStack = std::size_t{64} * 1024;
 // Maximum size assumed for the stack of the main thread. No operation needs more stack than this. The kernel
 // always reserves more address space than this for the main thread's stack, even if the stack limit is lower
 // when the program starts.
-constexpr std::size_t kMaxFirstStack = std::size_t{64} * 1024 * 1024;
+constexpr std::size_t kMaxMainStack = std::size_t{64} * 1024 * 1024;
 
 struct Stack
 {
@@ -72,12 +72,12 @@ std::size_t freeStack()
     // stack. The C library could also find the top, but would have to read /proc, which is not always
     // mounted.
     const std::uintptr_t top = ::getauxval(AT_EXECFN);
-    if (Stack{top - kMaxFirstStack, top}.contains(here)) {
+    if (Stack{top - kMaxMainStack, top}.contains(here)) {
         // The host can change the stack limit at any time, even to less than the stack already in use.
         rlimit limit = {};
         ::getrlimit(RLIMIT_STACK, &limit);
         const std::uintptr_t used = top - here;
-        return std::max(std::min<std::uintptr_t>(limit.rlim_cur, kMaxFirstStack), used) - used;
+        return std::max(std::min<std::uintptr_t>(limit.rlim_cur, kMaxMainStack), used) - used;
     }
     // A failure of `stackOfThread` is not cached, because it may be temporary.
     static thread_local Stack known;

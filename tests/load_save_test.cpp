@@ -92,10 +92,9 @@ TEST_F(LoadSave, TruncatedAndMislabelledFilesLoadAndSaveAsWithQt)
     for (const QByteArray& body : bodies) {
         for (const QByteArray& head : heads) {
             const QByteArray bytes = head + body;
-            const QString text = QString::fromUtf8(bytes);
             expectSameAsQt(bytes);
             for (const char* const codec : {"UTF-16LE", "UTF-16BE"})
-                expectSameAsQt(QTextCodec::codecForName(codec)->fromUnicode(text));
+                expectSameAsQt(QTextCodec::codecForName(codec)->fromUnicode(QString::fromUtf8(bytes)));
         }
     }
     // A text with a lone surrogate.
@@ -119,7 +118,7 @@ TEST_F(LoadSave, AFailedReadAtAnyByteKeepsTheEarlierTree)
     EXPECT_EQ(S_OK, load(*document, path, nullptr));
 }
 
-TEST_F(LoadSave, EveryXmlFileOnTheMachineLoadsAndSavesAsWithQt)
+TEST_F(LoadSave, EveryInstalledXmlFileLoadsAndSavesAsWithQt)
 {
     int loaded = 0;
     QDirIterator files(QStringLiteral("/usr/share"), {QStringLiteral("*.xml")}, QDir::Files,

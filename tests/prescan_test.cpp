@@ -21,8 +21,7 @@ TEST(PrescanTest, RefusesATextOnlyBeyondALimitAndCountsOnlyMarkup)
         const QString at = expand(text, limit);
         const QString beyond = expand(text, limit + 1);
         for (const Prescan seen : {prescan(at), prescan(at.toUtf8())})
-            EXPECT_EQ(nesting, seen.isWithinLimits() ? seen.nesting : -1)
-                << "nesting at the limit; -1 if refused";
+            EXPECT_EQ(nesting, seen.isWithinLimits() ? seen.nesting : -1) << "nesting; -1 if refused";
         for (const Prescan seen : {prescan(beyond), prescan(beyond.toUtf8())})
             EXPECT_EQ(limit == 0, seen.isWithinLimits()) << "the prescan must refuse a text beyond the limit";
         QDomDocument document;

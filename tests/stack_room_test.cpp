@@ -128,8 +128,7 @@ TEST_F(StackRoom, TheMainThreadsStackLimitIsReadEachTime)
         use(documentOf(nested(8).c_str())); // grows the stack now, because it cannot grow under `limit`
         return under(RLIMIT_STACK, limit, [depth] { return loadNested(depth); });
     };
-    EXPECT_EQ(S_FALSE, withUsedStack<90 * 1024>([&] { return load(128 * 1024, 120); }))
-        << "a load must be refused if too little stack is left";
+    EXPECT_EQ(S_FALSE, withUsedStack<90 * 1024>([&] { return load(128 * 1024, 120); })) << "must be refused";
     EXPECT_EQ(S_FALSE, withUsedStack<1 << 20>([&] { return load(512 * 1024, 1); })) << "no stack is left";
     EXPECT_EQ(S_FALSE, load(100 * 1024, 200));
     EXPECT_EQ(S_OK, loadNested(120)) << "the usual limit must hold again";

@@ -18,8 +18,8 @@ public:
     /// Creates an empty pointer.
     ComPtr(std::nullptr_t) {}
     /// Adds a reference to `object`, which may be null. A reference that the caller owns stays with the
-    /// caller. A new object of this library has a reference count of 0, so a pointer that is created from a
-    /// new object owns the only reference.
+    /// caller: use `put` or `adopt` for an object that a method returned. An object that was just constructed
+    /// with `new` has a reference count of 0, so the new pointer owns the only reference.
     explicit ComPtr(T* object) : m_object(object)
     {
         if (m_object)

@@ -200,7 +200,7 @@ public:
     virtual HRESULT get_implementation(IXMLDOMImplementation** implementation) = 0;
     /// @}
     /// Returns the document element. Every later call returns the same object as the first call, even after
-    /// another load. If the document is empty at the first call, the returned object never gets a node.
+    /// another load. If there is no root element at the first call, the returned object never gets a node.
     /// \param element receives the object with one reference, which the caller releases
     /// \return `S_OK`; `S_FALSE` if `element` is null
     virtual HRESULT get_documentElement(IXMLDOMElement** element) = 0;

@@ -105,13 +105,7 @@ private:
         return held;
     }
     Held pick() { return m_nodes.empty() || m_choose(8) == 0 ? oneOf(m_documents) : oneOf(m_nodes); }
-    Held pickDocument()
-    {
-        if (m_choose(3) != 0)
-            return oneOf(m_documents);
-        getOwner();
-        return m_nodes.back();
-    }
+    Held pickDocument() { return m_choose(3) != 0 ? oneOf(m_documents) : (getOwner(), m_nodes.back()); }
     /// Half the time, picks any node. Otherwise picks a document or the first child of a document, because
     /// these nodes have the most children.
     Held pickParent()

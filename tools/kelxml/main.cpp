@@ -39,8 +39,8 @@ constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
 constexpr Command kCommands[] = {
     {"check", "FILE...", "report the files that cannot be loaded",
-     "Prints one message for each bad file, such as \"shelf.xml:3:14: tag mismatch\": the file, the\n"
-     "line, the column and the reason. Prints nothing if all files are good.\n",
+     "Prints one message for each bad file: the file, the reason and, for an error in the XML, the\n"
+     "line and the column, as in \"shelf.xml:3:14: tag mismatch\". Prints nothing for good files.\n",
      1, kAnyNumber, Output::none, false, &runCheck},
     {"copy", "IN OUT", "load a document and save it",
      "Indents by four spaces per level, and sorts attributes by name.\n", 2, 2, Output::none, false,
