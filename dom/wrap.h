@@ -23,9 +23,9 @@ void createObject(Source&& source, const DocumentRef& document, Interface** out)
 }
 
 /// Creates an object for `node` and stores the object in `out`.
-/// \param type selects the class of the object: `NODE_ELEMENT` the class of element objects, `NODE_ATTRIBUTE`
-///        the class of attribute objects, and any other type the generic node class. Must be the type of
-///        `node`, unless `node` is null
+/// \param type selects the class of the object: `NODE_ELEMENT` for an element object, `NODE_ATTRIBUTE` for an
+///        attribute object, any other type for a generic node. Must be the type of `node`, unless `node` is
+///        null
 /// \param node may be null. The object then has no Qt node
 void wrapAs(DOMNodeType type, MovableNode&& node, const DocumentRef& document, IXMLDOMNode** out);
 

@@ -38,19 +38,19 @@ private:
 /// - Permissions, owner, group and access control list are preserved as far as the system allows. Nobody gets
 ///   more rights than before, with one exception: if the owner cannot be preserved, the user that the process
 ///   runs as becomes the owner. In this case, the set-uid bit is cleared, and the group and others keep only
-///   permissions that the old owner had. If the group changes, the set-gid bit is cleared, and a permission
-///   remains for the new group and for others only if the old group and others both had the permission. If
-///   the old file has an access control list, and the group changes or the system refuses to copy the list,
-///   only the owner keeps permissions.
+///   permissions that the old owner had. If the group changes, the set-gid bit is cleared, and the new group
+///   and others get only those permissions that the old group and others both had. If the old file has an
+///   access control list, only the owner keeps permissions in two cases: if the group changes, and if the
+///   system refuses to copy the list.
 /// - If a file has several names (hard links), only the given name refers to the new file. The other names
 ///   still refer to the old file.
 /// - If the process has no permission to create files in the directory (EACCES, EPERM), `commit` overwrites
 ///   the content of the old file; if there is no old file, the constructor fails. If the file system can
 ///   reserve space, `commit` reserves space for the new content before it overwrites the old content. Only a
 ///   failure while overwriting can lose the old content.
-/// - If the path names a device or a pipe, each `write` passes its bytes on immediately. The same applies to
-///   /dev/stdout, /dev/stderr and /dev/fd/N. If the descriptor that such a path names refers to a regular
-///   file, writing starts at the descriptor's current position. `commit` does nothing.
+/// - If the path names a device or a pipe, each `write` passes its bytes on immediately, and `commit` does
+///   nothing. The same applies to /dev/stdout, /dev/stderr and /dev/fd/N. If the descriptor that such a path
+///   names refers to a regular file, writing starts at the descriptor's current position.
 ///
 /// A function that fails throws `std::system_error`. The `code().value()` of this exception is the `errno`.
 class FileReplacement
@@ -60,8 +60,8 @@ public:
     explicit FileReplacement(const std::string& path);
     FileReplacement(const FileReplacement&) = delete;
     FileReplacement& operator=(const FileReplacement&) = delete;
-    /// Deletes the new file, unless it was committed. Also deletes an empty file that the constructor created
-    /// for a symbolic link.
+    /// If `commit` was not called, deletes the new file. Also deletes the file that the constructor created
+    /// if `path` is a symbolic link to a missing file, unless that file has content.
     ~FileReplacement();
 
     void write(const char* bytes, std::size_t count);

@@ -18,7 +18,8 @@ namespace
 /// call have the same value, except that objects are null.
 void callWithEverything(ITypeInfo& info, const FUNCDESC& function)
 {
-    // One function without parameters can fill all slots, because the caller cleans up the arguments.
+    // The vtable of the object. One function without parameters can fill all slots, because the caller cleans
+    // up the arguments.
     static const std::vector<const void*> kSlots = [] {
         HRESULT (*const slot)() = [] { return S_FALSE; };
         std::vector<const void*> slots(2 + kDispatchSlots + kMaxFunctions,
@@ -45,7 +46,7 @@ void callWithEverything(ITypeInfo& info, const FUNCDESC& function)
             const HRESULT code = info.Invoke(&instance, function.memid, static_cast<WORD>(function.invkind),
                                              &parameters, &result, nullptr, nullptr);
             require(FAILED(code) || (code == S_FALSE && result.vt == VT_EMPTY),
-                    "a call fails, or returns the S_FALSE of the slot and no result");
+                    "a call must fail, or return the S_FALSE of the slot and no result");
         }
     }
 }

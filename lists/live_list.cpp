@@ -35,8 +35,8 @@ constexpr std::size_t kMinCachedLength = 8;
 using Entry = std::tuple<std::uintptr_t, bool, QString, LiveList*>;
 
 /// One part of the registry. The registry is divided into parts so that threads seldom wait for each other. A
-/// shard may contain lists of several threads. A list that was found in a shard can be used without holding
-/// the lock, because only the thread that found the list uses the list's document.
+/// shard may contain lists of several threads. A thread looks only for lists of its own documents, and no
+/// other thread uses those lists. So the thread needs no lock to use a list that it found.
 struct Shard
 {
     std::mutex lock;
@@ -68,7 +68,7 @@ std::vector<LiveList*> listsOf(const QDomNode& node, bool areByTagName, const QS
 {
     std::vector<LiveList*> found;
     const std::uintptr_t address = addressOf(node);
-    if (address == 0) // the null nodes of all threads share this address; lists of null nodes stay empty
+    if (address == 0) // lists of null nodes are always empty, and may belong to other threads
         return found;
     Shard& shard = shardOf(address);
     const std::lock_guard guard(shard.lock);

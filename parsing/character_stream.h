@@ -1,5 +1,5 @@
 // Returns the characters of a document in the order in which Qt's parser reads them. The stream gets the
-// document piece by piece. After a reference to an entity, the scanner splices in the value of the entity:
+// document piece by piece. After a reference to an entity, `Prescanner` splices in the value of the entity:
 // the stream returns the characters of the value, and then continues after the reference. Each such insertion
 // is a splice.
 

@@ -228,6 +228,7 @@ TEST_F(Layer, ASaveWritesTheWholeFileOrKeepsTheOldOne)
               contentOf(QString::fromStdString(path)).toStdString());
     EXPECT_EQ(document.toString(), document.clone().toString());
     EXPECT_EQ("<p:n/>\n", kel::Document("p:n").toString());
+    EXPECT_NO_THROW(kel::Document(*newDocument()).append("r")) << "a document without a tree must get one";
     document.save(path, {-1});
     EXPECT_EQ(document.toString({-1}), kel::Document::load(path).toString({-1}));
     EXPECT_EQ(path + "/x: Not a directory", messageOf([&] { document.save(path + "/x"); }));

@@ -118,8 +118,8 @@ struct OutOfMemory : DomTest
             HRESULT code = kThrown;
             hasFailed = allocations::failsIn(nth, [&] { code = call.make(objects, out); });
             EXPECT_EQ(hasFailed, isReported(code, out)) << "must report a failure iff an allocation fails";
-            EXPECT_EQ(lengthOf(*listOf(*objects.root)), lengthOf(*objects.list)) << "all children are listed";
-            EXPECT_EQ(lengthOf(*find(objects)), lengthOf(*objects.found)) << "all elements are listed";
+            EXPECT_EQ(lengthOf(*listOf(*objects.root)), lengthOf(*objects.list)) << "must list all children";
+            EXPECT_EQ(lengthOf(*find(objects)), lengthOf(*objects.found)) << "must list all elements";
             append(*objects.root, *objects.spare);
         }
     }
@@ -289,11 +289,11 @@ int deathsIn(const std::function<void()>& work, Shortage shortage)
     return deaths;
 }
 
-// An exception that leaves a destructor of Qt ends the process. The test counts these deaths. For the
-// shortages `OneFailure` and `FromThenOn`, there must be as many deaths with the library as with Qt alone.
-// For `Bytes` and `AddressSpace`, there must be no deaths, because the library first checks that there is
-// memory for the objects that Qt creates for a file.
-TEST_F(OutOfMemory, SavingAndLoadingThrowWhereverMemoryRunsOut)
+// The calls throw, unless an exception leaves a destructor of Qt, which ends the process. The test counts
+// these deaths. For the shortages `OneFailure` and `FromThenOn`, there must be as many deaths with the
+// library as with Qt alone. For `Bytes` and `AddressSpace`, there must be no deaths, because the library
+// first checks that there is memory for the objects that Qt creates for a file.
+TEST_F(OutOfMemory, SavingAndLoadingThrowUnlessQtEndsTheProcess)
 {
     const QString written = pathOf("written.xml");
     const Variant source(pathOf("saved.xml").toStdWString());

@@ -117,7 +117,7 @@ TEST_F(Trees, ACallThatFindsNothingKeepsItsOutputOrSetsItToNull)
     EXPECT_NE(free.get(), append(*root, *free).get()) << "appendChild must return a new object";
 
     const Variant number(1), path(pathOf("x").toStdWString());
-    for (const VARIANT& value : {number.get(), path.get()}) { // VT_BYREF is not accepted either
+    for (const VARIANT& value : {number.get(), path.get()}) { // the calls below do not accept VT_BYREF
         VARIANT reference = value, target = value;
         reference.vt = static_cast<VARTYPE>(VT_BYREF | value.vt);
         reference.byref = &target.llVal;

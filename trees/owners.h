@@ -17,15 +17,15 @@ QDomDocument ownerDocument(const qt::NodeRef& node);
 /// children, must also hold the returned element and release the element last.
 ///
 /// Returns null if `node` is not an attribute. Also returns null for an attribute that is a child of another
-/// attribute, because Qt itself clears the inner attribute's parent pointer when the outer attribute is
-/// destroyed. Holding the outer attribute would even do harm: the outer attribute could then outlive its own
-/// element and keep a dangling pointer to this element.
+/// attribute: nobody needs to hold the outer attribute, because Qt clears the inner attribute's parent
+/// pointer when the outer attribute is destroyed. Holding the outer attribute would even do harm: it could
+/// then outlive its own element and keep a dangling pointer to this element.
 QDomNode ownerElementOf(const QDomNode& node);
 
-/// Call this function before Qt uses the document of `node`. After the first call that uses nodes of two
-/// documents, a tree that is not in any document may point to a destroyed document. From then on, if `node`
-/// is in such a tree, this function makes the tree belong to `node.document`. Until then, this function only
-/// checks a flag.
+/// Call this function before Qt uses the document of `node`. Until the process combines nodes of two
+/// documents for the first time, this function only checks a flag. After that, a tree outside any document
+/// may point to a destroyed document. So if the tree of `node` is outside any document, this function makes
+/// the tree belong to `node.document`.
 void ensureValidOwnerDocument(const qt::NodeRef& node);
 
 /// Call this function before a change that uses both nodes. If the nodes belong to different documents, sets

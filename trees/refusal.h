@@ -11,7 +11,7 @@ enum class Refusal {
     NoNode, ///< `parent` or `child` is null
     Ring,   ///< the node to insert is `parent` or contains `parent`
     TooDeep,
-    Attribute,     ///< the node to insert is an attribute; attributes are set on elements, not inserted
+    Attribute,     ///< the node to insert is an attribute on an element; in the C++ layer, any attribute
     WholeDocument, ///< the node to insert is a document
     NotAChild      ///< the node to remove, to replace or to insert before is not a child of `parent`
 };

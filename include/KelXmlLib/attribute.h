@@ -91,7 +91,7 @@ private:
     /// Keeps the Qt document alive. Null if the document had neither loaded nor created anything when this
     /// object was created.
     QDomDocument m_document;
-    /// Used only if `m_document` is null. If `m_node` comes from another document, keeps that document alive.
+    /// If `m_document` is null, keeps the Qt document that owns `m_node` alive. Otherwise not used.
     std::unique_ptr<const QDomDocument> m_fallbackDocument;
     /// The element that has this attribute, or null. Released after `m_node` and `m_document`, which may
     /// point to the element.

@@ -89,6 +89,6 @@ private:
     /// Keeps the Qt document alive. Null if the document had neither loaded nor created anything when this
     /// object was created.
     QDomDocument m_document;
-    /// Used only if `m_document` is null. If `m_node` comes from another document, keeps that document alive.
+    /// If `m_document` is null, keeps the Qt document that owns `m_node` alive. Otherwise not used.
     std::unique_ptr<const QDomDocument> m_fallbackDocument;
 };

@@ -62,8 +62,8 @@ private:
     /// Keeps the Qt document alive. Null if the document had neither loaded nor created anything when this
     /// object was created.
     QDomDocument m_document;
-    /// Used only if `m_document` is null. If the nodes in this list come from another document, keeps that
-    /// document alive.
+    /// If `m_document` is null, keeps the Qt document that owns the nodes in this list alive. Otherwise not
+    /// used.
     std::unique_ptr<const QDomDocument> m_fallbackDocument;
     /// If this list contains the children of an attribute: the element that has the attribute. Otherwise
     /// null. Released after `m_live`, `m_list` and `m_document`, which may point to the element.

@@ -24,7 +24,7 @@ class CallMachine
 
 public:
     /// \param documents number of documents. If there are several, some have no tree at first. If there is
-    ///        only one, it is loaded immediately, and it never receives a node of another document
+    ///        only one, it is loaded immediately, and all nodes belong to it
     explicit CallMachine(Choose choose, std::size_t documents = 3)
         : m_choose(std::move(choose)), m_isOneDocument(documents == 1)
     {
