@@ -16,7 +16,7 @@ namespace bench
 namespace
 {
 
-constexpr int kIndent = 4; // as the library indents
+constexpr int kIndent = 4; // the indentation that the library uses
 
 Pair load(const QString& path)
 {

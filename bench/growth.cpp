@@ -39,7 +39,7 @@ std::uint64_t shuttle(const ComPtr<IXMLDOMDocument>& document, IXMLDOMNode& node
     return 1;
 }
 
-/// A list with at least this many nodes caches them, whether it lists children or elements by name.
+/// Every list that has at least this many nodes caches its nodes: lists of children and lists by tag name.
 constexpr int kCached = 8;
 
 /// Moves a subtree with `count` different element names, while a list of other elements has cached its nodes.

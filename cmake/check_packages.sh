@@ -21,7 +21,7 @@ step() {
   echo "-- $((SECONDS - start)) s"
 }
 
-# Runs the command in the README unchanged.
+# Builds the packages with the unchanged command from the README.
 build_first() {
   cp -r "$source" $work/first/kelxmllib
   cd $work/first/kelxmllib

@@ -1,6 +1,6 @@
-// Each object caches the names of its interface's members when it loads the type information. A later lookup
-// of one name uses the cache if the name matches a member exactly, including case. All other lookups ask the
-// type information.
+// Each object caches the names of its interface's members when it loads the type information. A lookup of one
+// name uses the cache if the name matches a member exactly, including case. All other lookups ask the type
+// information.
 
 #include "com/description_ptr.h"
 

@@ -1,5 +1,5 @@
-// Reads and sets names, values and attributes. Shared by the four node classes: element, attribute, document
-// and generic node.
+// Reads names and values, and sets values and attributes. Shared by the four node classes: element,
+// attribute, document and generic node.
 
 #pragma once
 

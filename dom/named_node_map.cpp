@@ -33,9 +33,9 @@ HRESULT CMorvXMLDOMNamedNodeMap::getNamedItem(BSTR name, IXMLDOMNode** node)
     return S_OK;
 }
 
-/// Returns the item at `index`, which must be in range. Qt finds an item by iterating over its hash from the
-/// start, so `m_items` caches the items of a large map. This function fills the cache again when `index` is
-/// 0, and when the cache no longer matches the map.
+/// Returns the item at `index`, which must be in range. Qt finds the item at an index by iterating over a
+/// hash from the start, so `m_items` caches the items of a large map. This function fills the cache again
+/// when `index` is 0, and when the cache no longer matches the map.
 QDomNode CMorvXMLDOMNamedNodeMap::itemAt(LONG index)
 {
     if (m_map.length() <= serialize::kMaxInQtOrder)

@@ -1,4 +1,4 @@
-// Functions that return a node or a map call Qt, and wrap the node or map that Qt returns in a new object.
+// Functions that return a node or a map call Qt, and create a new object for the node or map that Qt returns.
 // Functions that return a list create a live list, which reads its nodes from the tree.
 
 #include "dom/navigation.h"

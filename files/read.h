@@ -15,7 +15,7 @@ struct Contents
 {
     QByteArray bytes;
     QString error; ///< the reason why the file could not be opened or read; null if there was no error
-    /// `FileBytes` or `UnsizedBytes` if the file exceeds this limit; otherwise `None`.
+    /// The limit that the file exceeds: `FileBytes` or `UnsizedBytes`. `None` if the file exceeds no limit.
     limits::Limit exceeded = limits::Limit::None;
 };
 

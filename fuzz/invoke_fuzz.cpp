@@ -1,6 +1,6 @@
-// Calls members by identifier, on objects that earlier calls returned. Most calls have the right number of
-// arguments with the right names. A few calls have a random number of arguments or random names. No call may
-// change its arguments, and no failed call may return a result.
+// Calls members by identifier, on two documents and on objects that earlier calls returned. Most calls have
+// the right number of arguments with the right names. A few calls have a random number of arguments or random
+// names. No call may change its arguments, and no failed call may return a result.
 
 #include "KelComWrapper/typelib.h"
 #include "support.h"

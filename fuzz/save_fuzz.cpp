@@ -1,5 +1,5 @@
-// Makes trees that calls of Qt's DOM can build but no parser can, and compares the bytes that our serializer
-// writes with the bytes that Qt writes.
+// Builds random trees with Qt's DOM, including trees that no parser could build. Compares the bytes that our
+// serializer writes with the bytes that Qt writes.
 
 #include "support.h"
 #include "support/random_tree.h"

@@ -15,10 +15,10 @@ namespace
 {
 
 /// Calls a function with each of four values, and with every allowed number of arguments. All arguments of a
-/// call have the same value, except that objects are null.
+/// call have the same value, except that arguments for object parameters are null.
 void callWithEverything(ITypeInfo& info, const FUNCDESC& function)
 {
-    // The vtable of the object. One function without parameters can fill all slots, because the caller cleans
+    // The vtable of `instance`. One function without parameters can fill all slots, because the caller cleans
     // up the arguments.
     static const std::vector<const void*> kSlots = [] {
         HRESULT (*const slot)() = [] { return S_FALSE; };

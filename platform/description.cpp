@@ -60,7 +60,8 @@ ELEMDESC elementOf(const Parameter& parameter, bool isResult)
 }
 
 /// Fills the FUNCDESC of a function. The FUNCDESC describes the virtual function in the vtable slot. So
-/// `cParams` counts the pointer to the result, and `elemdescFunc` says that the function returns an HRESULT.
+/// `cParams` also counts the pointer to the result, and `elemdescFunc` says that the function returns an
+/// HRESULT.
 void describe(Function& function, std::size_t slot)
 {
     for (const Parameter& argument : function.arguments)

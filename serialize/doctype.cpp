@@ -20,7 +20,8 @@ void putQuoted(const QString& text, Output& output)
     output.put(quote, text, quote);
 }
 
-/// \param isSystemNeeded if true, a null `systemId` is written as an empty string; if false, it is omitted
+/// \param isSystemNeeded if true, a null `systemId` is written as an empty string; if false, a null
+///        `systemId` is omitted
 void putIdentifiers(const QString& publicId, const QString& systemId, bool isSystemNeeded, Output& output)
 {
     const bool hasSystem = isSystemNeeded || !systemId.isNull();
@@ -93,7 +94,7 @@ void writeEntity(const QDomEntity& entity, Output& output)
     output.put(u"<!ENTITY ", name);
     if (entity.systemId().isNull() && entity.publicId().isNull()) {
         // Do what Qt does when it saves an entity: convert to UTF-8 and back, and replace `%` with `&#60;`,
-        // although this is a reference to `<`.
+        // although `&#60;` is a reference to `<`.
         QString value = QString::fromUtf8(entity.nodeValue().toUtf8());
         value.replace(QLatin1String("&#"), QLatin1String("&#38;#"));
         value.replace(u'%', QLatin1String("&#60;")).replace(u'"', QLatin1String("&#34;"));

@@ -88,7 +88,7 @@ TEST_F(BinaryInterface, VtablesAndInterfacesAreAsListedAndNoOpsReturnOkAndWriteN
                 call(found, kRelease);
             return;
         }
-        EXPECT_EQ(symbol(method.c_str()), (*static_cast<void***>(object))[slot]) << "method of the slot";
+        EXPECT_EQ(symbol(method.c_str()), (*static_cast<void***>(object))[slot]) << "wrong method in slot";
         if (kind == "works")
             return;
         // Passes pointers to this storage in every register and stack slot that an argument of a no-op can

@@ -289,7 +289,7 @@ TEST_F(Layer, AWriterRefusesWhatNoParserCouldRead)
     const std::pair<std::function<void()>, const char*> refusals[] = {
         {[&] { root.attribute("a", 2); }, "writing an attribute: the element already has this attribute"},
         {[&] { root.attribute("1", 2); }, "invalid name: '1' is not a name"},
-        {[&] { writer.element("i"), root.attribute("b", 1); }, // inside the start tag of `i`
+        {[&] { writer.element("i"), root.attribute("b", 1); }, // the start tag of `i` is still open
          "writing an attribute: the element has content or is closed"},
         {[&] { writer.element("<"); }, "invalid name: '<' is not a name"},
         {[&] { writer.text("\xFF"); }, "invalid text: it is not valid UTF-8"},

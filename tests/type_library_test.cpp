@@ -78,7 +78,7 @@ TEST(TypeLibraryCache, ReadsAFileOnceAndAgainAfterItIsRegisteredAgain)
     EXPECT_EQ(first, again) << "contents that were loaded before must give the earlier object";
 }
 
-/// Looks up a type library in a forked process. A signal ends the process if the lookup hangs.
+/// Looks up a type library in a forked process. A signal ends the forked process if the lookup hangs.
 void expectLookupInAForkedProcess()
 {
     if (::fork() == 0) {
@@ -145,8 +145,9 @@ TEST(TypeLibraryFiles, TruncatedOrChangedInOneByteAreRefused)
     const QByteArray whole = contentOf(QStringLiteral(KEL_TYPE_LIBRARY));
     const TypeLibraryFile file;
     ITypeLib* library = nullptr;
-    // The head of the file ends before byte 300. Changes every byte of the head, which the digest does not
-    // cover, and every 17th byte of the rest.
+    // The loop visits every byte of the head, which the digest does not cover, and every 17th byte of the
+    // rest. The head ends before byte 300. For each visited byte, the loop tests a file in which this byte is
+    // changed and a file that ends before this byte.
     for (int place = 0; place < whole.size(); place += place < 300 ? 1 : 17) {
         QByteArray changed = whole;
         changed[place] = static_cast<char>(changed[place] ^ static_cast<char>(1 + place % 255));
@@ -180,8 +181,8 @@ TEST(TypeLibraryFiles, WithInconsistentOrUnknownDeclarationsAreRefused)
     });
 }
 
-/// Demangles a method's symbol and removes the class. Replaces types that the type library does not describe
-/// by "other".
+/// Demangles a method's symbol and removes the class name. Writes "other" for each type that the type library
+/// does not describe.
 std::string declarationOf(const std::string& symbol)
 {
     static const QRegularExpression others(QStringLiteral(

@@ -105,7 +105,7 @@ public:
     /// Creates an empty document. `DllGetClassObject` calls this function through the object map (see
     /// `ObjectMapEntry`).
     /// \param outer not used, because aggregation is not supported
-    /// \param riid not used, because the caller then asks the new document for the interface
+    /// \param riid not used: after this call, the caller asks the new document for the interface `riid`
     /// \param object receives the document with one reference, which the caller releases
     /// \return `S_OK`
     [[gnu::visibility("hidden")]] static HRESULT CreateMe(void* outer, const GUID& riid, void** object);

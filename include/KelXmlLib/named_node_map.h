@@ -63,7 +63,7 @@ private:
     /// Keeps the Qt document alive. Null if the document had neither loaded nor created anything when this
     /// object was created.
     QDomDocument m_document;
-    /// If `m_document` is null, keeps the Qt document that owns the attributes alive. Otherwise not used.
+    /// If `m_document` is null, keeps alive the Qt document that owns the attributes. Otherwise not used.
     std::unique_ptr<const QDomDocument> m_fallbackDocument;
     /// The element that has the attributes, or null. Released after `m_map`, `m_document` and `m_items`,
     /// which may point to the element.

@@ -1,4 +1,4 @@
-// A recursive-descent parser of expressions.
+// A recursive-descent parser for expressions.
 
 #include "expression.h"
 
