@@ -17,8 +17,9 @@ DISPID identifierOf(IDispatch& object, wchar_t* name)
 }
 
 /// Repeats a call on one element.
-/// \param call makes the call by name and returns an amount
-/// \param byVtable makes the same call through the vtable and returns the same amount
+/// \param call makes the measured call and returns an amount
+/// \param byVtable makes the same call through the vtable and returns the same amount; not used in a row that
+///        measures only the library's side
 template <class Call, class ByVtable>
 Pair calls(const Size& size, Call call, ByVtable byVtable)
 {

@@ -25,7 +25,7 @@ namespace
 {
 
 /// Creates an empty document and returns a handle that is not null. The constructor of `QDomDocument` creates
-/// a null handle: Qt allocates the document only when the handle is first used to create a node.
+/// a null handle: Qt allocates the document only when the handle first creates a node or parses a text.
 QDomDocument newDocument()
 {
     QDomDocument document;

@@ -66,7 +66,7 @@ TEST_F(FilerTest, WithoutAnOpenFileCallsReturnTheUsualStatusAndWriteNothing)
         EXPECT_EQ(call(&filer, 27), 0) << "close must return 0";
         EXPECT_EQ(call(&filer, 2), 6) << "the state must be 6";
         EXPECT_EQ(call(&filer, 3), 2) << "the encoding must always be UTF-8";
-        EXPECT_EQ(call(&filer, 4), path && *path) << "the filer must keep the flag if it has a path";
+        EXPECT_EQ(call(&filer, 4), path && *path) << "indent must return autoFormat, or 0 without a path";
         EXPECT_EQ(messages.removeAll(QStringLiteral("QXmlStreamWriter: No device")) > 0, !isClosed);
         EXPECT_EQ(messages.size(), isClosed ? 1 : 0) << "only a closed filer may cause another warning";
         messages.clear();

@@ -23,15 +23,15 @@ TEST(PrescanTest, RefusesATextOnlyBeyondALimitAndCountsOnlyMarkup)
         for (const Prescan seen : {prescan(at), prescan(at.toUtf8())})
             EXPECT_EQ(nesting, seen.isWithinLimits() ? seen.nesting : -1) << "nesting; -1 if refused";
         for (const Prescan seen : {prescan(beyond), prescan(beyond.toUtf8())})
-            EXPECT_EQ(limit == 0, seen.isWithinLimits()) << "the prescan must refuse a text beyond the limit";
+            EXPECT_EQ(limit == 0, seen.isWithinLimits()) << "the text must be refused unless the limit is 0";
         QDomDocument document;
         EXPECT_EQ(wellFormed == "yes", document.setContent(at));
         EXPECT_LE(extentOf(document).depth, nesting);
     });
 }
 
-// Pretends that the document itself is almost as long as the limit, because a test cannot load a document of
-// this length. In an attribute, Qt replaces each quote by `&quot;`, which is longer.
+// Pretends that the document as written is almost too long for a `QString`, because a test cannot load a
+// document of this length. In an attribute, Qt replaces each quote with `&quot;`, which is longer.
 TEST(PrescanTest, EntityTextTooLongForOneQStringIsRefused)
 {
     const auto seen = [](const QString& inAttribute, const QString& inContent) {

@@ -12,8 +12,8 @@
 namespace
 {
 
-/// Markup, the limits of encoded lengths, surrogates, both byte order marks, and units that are not code
-/// points.
+/// Markup, the code points on both sides of each change in UTF-8 length, surrogates, the byte order mark in
+/// both byte orders, and units that are not code points. The first `kUnitsOf16Bits` units fit in 16 bits.
 const char32_t kUnits[] = {U'a',   U'<',    U'&',    0x7F,     0x80,     0xE9,       0x7FF,      0x800,
                            0xD7FF, 0xD800,  0xDBFF,  0xDC00,   0xDFFF,   0xE000,     0xFEFF,     0xFFFE,
                            0xFFFF, 0x10000, 0x1F600, 0x10FFFF, 0x110000, 0x7FFFFFFF, 0xFFFE0000, 0xFFFFFFFF};
@@ -23,7 +23,7 @@ constexpr std::size_t kUnitsOf16Bits = 17;
 TEST(Text, ConversionsEqualQtsForAnyUnitsAndFreeNoEarlierOutput)
 {
     EXPECT_TRUE(kelxml::text::fromWide(nullptr).isNull());
-    const kel::Variant earlier(L"earlier"); // overwritten below; a conversion must not free it
+    const kel::Variant earlier(L"earlier"); // each round overwrites a copy, and must not free the BSTR
     std::mt19937 random(1);
     for (int round = 0; round < 20000; ++round) {
         // Only short texts contain zeros, because a zero ends the text and long texts must stay long.

@@ -1,6 +1,6 @@
 // Several threads use separate documents at the same time, through vtables and by name. The threads share
-// only what the whole process has once: the type-library service, the registry of lists, a few flags, and
-// Qt's null node. With the thread sanitizer, the test finds data races.
+// only what exists once per process: the type-library service, the registry of lists, a few flags, and Qt's
+// null node. With the thread sanitizer, the test finds data races.
 
 #include "support/call_by_name.h"
 #include "support/call_machine.h"
@@ -24,7 +24,7 @@ struct Threads : DomTest
         for (int round = 0; round < 50; ++round) {
             for (int call = 0; call < 20; ++call)
                 EXPECT_NO_THROW(machine.step()) << "thread " << number << ", round " << round;
-            void* made = nullptr; // not `newDocument`, which would wait if another thread is in `DllMain`
+            void* made = nullptr;
             EXPECT_EQ(S_OK, DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &made));
             const auto one = ComPtr<IXMLDOMDocument>::adopt(static_cast<IXMLDOMDocument*>(made));
             const auto list = listOf(*one); // a list of a null node; all threads share the null node

@@ -22,7 +22,7 @@ inline void requireSameBytesAsQt(const QDomNode& node)
         requireEqual(bytesOf(node, {indent, AttributeOrder::ofQt}), savedByQt(node, indent),
                      "with Qt's order of attributes, the serializer writes Qt's bytes");
     requireEqual(sortedBytes(bytesOf(node)), sortedBytes(savedByQt(node, 4)),
-                 "with sorted attributes, the serializer writes Qt's bytes in some order");
+                 "with sorted attributes, only the order of the bytes differs from Qt's");
     if (node.isDocument())
         requireEqual(textOf(node, {1, AttributeOrder::ofQt}), node.toDocument().toString(1),
                      "textOf returns the text that Qt returns");
@@ -51,8 +51,8 @@ public:
         if (node.isNull())
             return;
         QDomNode parent = m_nodes[m_choose(m_nodes.size())];
-        // Keeps no child of an attribute: when the attribute's value changes, Qt deletes the child, even if a
-        // `QDomNode` still refers to the child.
+        // A child of an attribute must not be in `m_nodes`: when the attribute's value changes, Qt deletes
+        // the child, even if a `QDomNode` still refers to the child.
         if (!parent.isAttr())
             m_nodes.push_back(node);
         if (node.isAttr() && parent.isElement())

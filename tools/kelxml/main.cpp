@@ -205,7 +205,8 @@ bool run(std::vector<std::string_view> words)
 }
 
 /// Opens /dev/null in place of each standard stream that is closed. Otherwise the next file that is opened
-/// would get the descriptor of the closed stream, and output to this stream would go into the file.
+/// would get the descriptor of the closed stream, and output to this stream would go into the file. The
+/// streams are opened in the wrong direction, so that reading and writing fail as on a closed stream.
 void occupyClosedStreams()
 {
     for (int stream = 0; stream <= 2; ++stream)
