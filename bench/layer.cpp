@@ -1,4 +1,5 @@
-// Reads through the C++ layer. Names are UTF-8 constants, and both sides return texts as std::string.
+// Compares reading through the C++ layer with reading through Qt. The layer takes names in UTF-8 and returns
+// texts as std::string. Qt takes names as QString, and this file converts Qt's texts to std::string.
 
 #include "host.h"
 #include "rows.h"
@@ -20,9 +21,9 @@ QString textOfRecords(std::int64_t count)
     return xml + QStringLiteral("</records>");
 }
 
-/// Makes a row that reads a value from each record.
-/// \param read reads the value from a `kel::Element` and returns an amount
-/// \param readByQt reads the same value from a `QDomElement` and returns the same amount
+/// Makes a row that passes each record to a function and adds up the results.
+/// \param read the function for a `kel::Element` of the layer
+/// \param readByQt the function for a `QDomElement`; it must return the same number as `read`
 template <class Read, class ReadByQt>
 Row overRecords(const char* name, Read read, ReadByQt readByQt)
 {

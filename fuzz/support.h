@@ -30,7 +30,7 @@ struct Choices : FuzzedDataProvider
     }
 };
 
-/// The path of a temporary file. Each process has its own.
+/// The path of a temporary file that only this process uses.
 inline QString filePath()
 {
     static const QTemporaryDir directory;

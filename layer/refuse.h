@@ -46,7 +46,7 @@ void require(kelxml::trees::Refusal refusal, const char* action);
 
 /// \throw Error if the text cannot be in a comment
 void requireComment(const QString& text, const char* action);
-/// \throw Error if the text contains `end`, because `end` would end the node too early
+/// \throw Error if the text contains `end`, such as `]]>`, which would end a CDATA section too early
 void requireWithout(const char* end, const QString& text, const char* action, const char* reason);
 
 } // namespace kel::detail

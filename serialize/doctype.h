@@ -14,8 +14,7 @@ namespace kelxml::serialize
 
 /// Writes the declaration of a document type. Writes nothing if `type` has no name. For a document that has
 /// no document type, Qt returns a `QDomDocumentType` without a name.
-/// \param order the order within the notations and within the entities. All notations come before all
-///        entities
+/// \param order the order of the notations, and the order of the entities, which follow the notations
 void writeDoctype(const QDomDocumentType& type, AttributeOrder order, Output& output);
 
 void writeNotation(const QDomNotation& notation, Output& output);

@@ -1,6 +1,6 @@
-// Calls members of a test object by identifier. For each type, the object has a member that takes and returns
-// a value of this type. Tests conversions, kinds of calls, counts and names of arguments, results and
-// failures. Also tests BSTRs.
+// Calls members of a test object by identifier. For each type that a parameter can have, except IDispatch,
+// the object has a member that takes a value of this type and returns it. Tests conversions, kinds of calls,
+// counts and names of arguments, results and failures. Also tests BSTRs.
 
 #include "support/dom_fixture.h"
 #include "support/type_library_file.h"

@@ -1,4 +1,4 @@
-// The entry points, which create documents, and the last release, which destroys objects.
+// The entry points of the library, and the last release, which destroys an object.
 
 #include "support/dom_fixture.h"
 
@@ -9,7 +9,7 @@ using Lifetime = DomTest;
 
 TEST_F(Lifetime, TheEntryPointFailsUntilAttachedAndThenCreatesDocuments)
 {
-    _xmlModule = nullptr; // the value after loading; an earlier test may have changed it
+    _xmlModule = nullptr; // as when the library has just been loaded
     void* object = &object;
     EXPECT_EQ(E_FAIL, DllGetClassObject(CLSID_DOMDocument, IID_IXMLDOMDocument, &object));
     EXPECT_EQ(1, DllMain(nullptr, 1, nullptr));
@@ -43,7 +43,7 @@ TEST_F(Lifetime, TheLastReleaseCallsTheDestructorThroughTheVtable)
     const auto releaseWithChangedVtable = [](auto object, std::size_t destructor) {
         void* const raw = object.detach();
         void**& vtable = *static_cast<void***>(raw);
-        // Copies the offset and the type before the slots too.
+        // Also copies the offset and the type, which precede the slots.
         std::vector<void*> copy(vtable - 2, vtable + destructor + 1);
         vtable = copy.data() + 2;
         destroy = reinterpret_cast<void (*)(void*)>(vtable[destructor]);

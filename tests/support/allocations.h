@@ -15,7 +15,7 @@ enum class Shortage {
     OneFailure,  ///< only the `nth` allocation fails, counted from 1
     FromThenOn,  ///< the `nth` allocation fails, and all after it
     Bytes,       ///< this thread can allocate only `nth` times 256 more bytes
-    AddressSpace ///< the process gets only `nth` times 16 KiB more address space, even after `failsIn`
+    AddressSpace ///< the process gets only `nth` times 16 KiB more address space, for the rest of its life
 };
 
 /// Runs `work`. Meanwhile, allocations of the calling thread fail as `nth` and `shortage` say. Catches
