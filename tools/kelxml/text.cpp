@@ -67,8 +67,10 @@ std::string escape(std::string_view text, bool isQuoted)
     } catch (const std::filesystem::filesystem_error&) { // the text is not valid UTF-8
         line.clear();
         for (const char byte : text)
-            line += byte < ' ' ? escaped(static_cast<unsigned char>(byte), "\\x%02X")
-                               : std::u32string(1, static_cast<char32_t>(byte));
+            if (const auto code = static_cast<unsigned char>(byte); code < ' ' || code >= 0x80)
+                line += escaped(code, "\\x%02X");
+            else
+                line += code;
     }
     return encode(line);
 }
