@@ -6,6 +6,7 @@
 #include "KelXmlLib/filer_wrapper.h"
 
 #include "files/file.h"
+#include "qt/codecs.h"
 #include "text/strings.h"
 
 #include <algorithm>
@@ -70,7 +71,7 @@ IKelXmlFiler::~IKelXmlFiler() = default;
 
 KelXmlFilerWrapper::KelXmlFilerWrapper()
 {
-    if (!kelxml::files::hasCodecs())
+    if (!kelxml::qt::hasCodecs())
         return;
     kelxml::files::ensureMemoryForQt();
     new (&m_writer) QXmlStreamWriter;
@@ -110,7 +111,7 @@ template <class Write>
 eStatus KelXmlFilerWrapper::forward(std::initializer_list<const wchar_t*> required, Write write)
 {
     const eStatus status = check(required);
-    if (status == KelXmlLib::eStatusAccepted && kelxml::files::hasCodecs()) {
+    if (status == KelXmlLib::eStatusAccepted && kelxml::qt::hasCodecs()) {
         Texts temporary; // used if there is no file
         write(m_writer, m_file ? static_cast<TextFile&>(*m_file).texts : temporary);
     }

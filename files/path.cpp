@@ -2,23 +2,18 @@
 
 #include "files/path.h"
 
+#include "qt/codecs.h"
 #include "text/strings.h"
 
 #include <QtCore/QFile>
-#include <QtCore/QTextCodec>
 
 namespace kelxml::files
 {
 
-bool hasCodecs()
-{
-    return QTextCodec::codecForLocale() != nullptr;
-}
-
 std::optional<Path> Path::from(const wchar_t* path)
 {
     // `fromWide` would drop a byte order mark at the start of the path.
-    if (!path || *path == L'\0' || *path == QChar::ByteOrderMark || !hasCodecs())
+    if (!path || *path == L'\0' || *path == QChar::ByteOrderMark || !qt::hasCodecs())
         return std::nullopt;
     const QString name = text::fromWide(path);
     if (name != text::charactersFromWide(path) || name != QFile::decodeName(QFile::encodeName(name)))
@@ -35,7 +30,7 @@ const char* refusalOf(const std::string& path)
 {
     if (path.find('\0') != std::string::npos)
         return "the path contains a null character";
-    return hasCodecs() ? nullptr : "the process is exiting";
+    return qt::hasCodecs() ? nullptr : "the process is exiting";
 }
 
 } // namespace kelxml::files

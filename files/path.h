@@ -13,10 +13,6 @@
 namespace kelxml::files
 {
 
-/// Whether Qt's text codecs still exist. The codecs are destroyed when the process exits. A destructor that
-/// runs after that, such as the destructor of a global object, must not open a file.
-bool hasCodecs();
-
 /// A checked path, which came from a caller of the COM interfaces or of the filer. The check ensures that Qt
 /// opens exactly the file that the caller named.
 class Path

@@ -1,5 +1,7 @@
 #include "serialize/attributes.h"
 
+#include "qt/codecs.h"
+
 #include <QtCore/QTextStream>
 #include <QtXml/QDomNamedNodeMap>
 
@@ -40,7 +42,7 @@ std::vector<QDomNode> attributesOf(const QDomElement& element)
 {
     const QDomNamedNodeMap map = element.attributes();
     const int count = map.count();
-    if (count <= kFewAttributes)
+    if (count <= kFewAttributes || !qt::hasCodecs()) // Qt cannot save an element without codecs
         return itemsOf(map);
     // Saving an element is the only way to make Qt list all attributes in linear time. The loop below finds
     // the names of the attributes in the saved text. The loop skips names that are not in the map, because Qt

@@ -21,7 +21,7 @@ void appendReference(std::u16string& text, char16_t unit)
 
 } // namespace
 
-Output::Output(const QTextCodec& codec, Sink write)
+Output::Output(const QTextCodec* codec, Sink write)
     : m_codec(codec), m_write(std::move(write)), m_units(kUnits, Unit::unknown)
 {
     for (const char16_t unit : {u'<', u'>', u'&', u'"', u'\t', u'\n', u'\r'})
@@ -60,7 +60,7 @@ bool Output::isPlain(char16_t unit)
 
 bool Output::canEncode(char16_t unit) const
 {
-    return m_codec.canEncode(QChar(unit));
+    return !m_codec || m_codec->canEncode(QChar(unit));
 }
 
 /// \param start the length that `m_text` had when the current call of `putEscaped` began

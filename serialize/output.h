@@ -32,9 +32,10 @@ class Output
 public:
     using Sink = std::function<void(const QChar* text, int length)>;
 
-    /// \param codec the codec of the encoding; must outlive this object
+    /// \param codec the codec of the encoding; must outlive this object. If null, every character is written
+    ///        as it is
     /// \param write receives the pieces of text
-    Output(const QTextCodec& codec, Sink write);
+    Output(const QTextCodec* codec, Sink write);
 
     void put(char16_t unit) { m_text += unit; }
     void put(const char16_t* literal) { m_text += literal; }
@@ -76,7 +77,7 @@ private:
     bool isEscaped(char16_t unit, Escapes escapes, std::size_t start) const;
     void putSpecial(char16_t unit, Escapes escapes, std::size_t start);
 
-    const QTextCodec& m_codec;
+    const QTextCodec* const m_codec;
     const Sink m_write;
     std::u16string m_text;
     std::vector<Unit> m_units;

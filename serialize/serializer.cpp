@@ -2,6 +2,7 @@
 // even if an outer element already declares the same namespace. Even if `indent` is -1, a line break follows
 // each processing instruction, each document type, and each comment, except a comment before a text.
 
+#include "qt/codecs.h"
 #include "qt/local_name.h"
 #include "qt/movable_node.h"
 #include "serialize/attributes.h"
@@ -31,9 +32,12 @@ bool isXmlDeclaration(const QDomNode& node)
 }
 
 /// Returns the codec of the encoding that the document `node` declares. Returns the codec of UTF-8 if `node`
-/// is not a document, declares no encoding, or declares an encoding that Qt does not know.
+/// is not a document, declares no encoding, or declares an encoding that Qt does not know. Returns null if
+/// Qt's codecs are destroyed.
 QTextCodec* codecOf(const QDomNode& node)
 {
+    if (!qt::hasCodecs())
+        return nullptr; // Qt's regular expressions no longer work either
     QTextCodec* codec = nullptr;
     const QDomNode first = node.isDocument() ? node.firstChild() : QDomNode();
     if (isXmlDeclaration(first)) {
@@ -282,7 +286,7 @@ void Serializer::writeDoctypeBefore(const QDomNode& node)
     writeDoctype(m_open.front().node.toDocument().doctype(), m_options.attributeOrder, m_output);
 }
 
-void write(const QDomNode& node, const Options& options, const QTextCodec& codec, Output::Sink sink)
+void write(const QDomNode& node, const Options& options, const QTextCodec* codec, Output::Sink sink)
 {
     Output output(codec, std::move(sink));
     Serializer(options, output).write(node);
@@ -295,7 +299,7 @@ void serialize(const QDomNode& node, const Options& options, const Sink& write)
 {
     const QTextCodec* const codec = codecOf(node);
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    serialize::write(node, options, *codec,
+    serialize::write(node, options, codec,
                      [&](const QChar* text, int length) { write(codec->fromUnicode(text, length, &state)); });
 }
 
@@ -309,7 +313,7 @@ QByteArray bytesOf(const QDomNode& node, const Options& options)
 QString textOf(const QDomNode& node, const Options& options)
 {
     QString all;
-    write(node, options, *codecOf(node), [&all](const QChar* text, int length) { all.append(text, length); });
+    write(node, options, codecOf(node), [&all](const QChar* text, int length) { all.append(text, length); });
     return all;
 }
 

@@ -58,6 +58,13 @@ struct LastCalls
         document->get_documentElement(root.put());
         kel::Element(*root).append(L"n\u00e4me");
         requireEqual(kel::Element(*root).text<std::wstring>(), std::wstring(L"t\u00e4"), "text() is right");
+        requireEqual(kel::Document(*document).toString({-1}).substr(44),
+                     std::string("<a x=\"1\">t\u00e4<b/><n\u00e4me/></a>"), "toString() is right");
+        for (int count = 0; count < 2000; ++count)
+            kel::Element(*root).setAttribute("a" + std::to_string(count), count);
+        kel::ComPtr<IXMLDOMNamedNodeMap> map;
+        root->get_attributes(map.put());
+        requireEqual<std::size_t>(itemsOf(*map).size(), 2001, "a map has all attributes");
         kel::Variant result;
         requireOk(callByName(*root, L"nodeName", DISPATCH_PROPERTYGET, result), "a call by name");
         requireEqual(std::wstring(result.text()), std::wstring(L"a"), "the result is right");
