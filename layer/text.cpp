@@ -66,8 +66,8 @@ Converted fromWide(std::wstring_view wide)
 
 constexpr const char* kZero = "it contains a null character";
 
-/// Refuses characters that XML does not allow. Qt would drop such a character, or write a file that no parser
-/// loads.
+/// Refuses characters that XML does not allow. Qt would drop such a character, or write a file that other
+/// parsers refuse.
 QString requireAllowed(QString&& text)
 {
     const auto isForbidden = [](QChar c) {
@@ -113,9 +113,8 @@ bool isName(const QString& text)
            std::all_of(text.begin(), text.end(), [](QChar c) { return inName(c) != InName::no; });
 }
 
-/// Removes the white space around a text. Also removes a leading plus sign, because `std::from_chars` does
-/// not accept one. Replaces each character outside ASCII with `?`, so that a text with such a character is
-/// not read as a number or a `bool`.
+/// Removes the white space around a text. Replaces each character outside ASCII with `?`, so that a text with
+/// such a character is not read as a number or a `bool`.
 std::string asciiOf(const QString& text)
 {
     const auto isSpace = [](QChar c) { return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r'; };
@@ -123,8 +122,6 @@ std::string asciiOf(const QString& text)
     const QChar* last = text.end();
     while (last != first && isSpace(last[-1]))
         --last;
-    if (last - first > 1 && *first == u'+' && first[1] != u'-')
-        ++first;
     std::string ascii(static_cast<std::size_t>(last - first), '\0');
     std::transform(first, last, ascii.begin(),
                    [](QChar c) { return c.unicode() < 0x80 ? c.toLatin1() : '?'; });
@@ -159,8 +156,9 @@ bool read(const QString& text, Number& value)
 {
     const std::string digits = asciiOf(text);
     const char* const end = digits.data() + digits.size();
+    const bool hasPlus = digits.size() > 1 && digits[0] == '+' && digits[1] != '-';
     Number number{};
-    const auto [stop, error] = std::from_chars(digits.data(), end, number);
+    const auto [stop, error] = std::from_chars(digits.data() + hasPlus, end, number); // accepts no plus sign
     const bool isValid = error == std::errc() && stop == end;
     if (isValid)
         value = number;

@@ -26,7 +26,7 @@ Converted convert(TextView text);
 QString toText(TextView text);
 
 /// Converts the text of a node or an attribute. \throw Error if `toText` would throw, or if the text contains
-/// characters that XML does not allow: no parser would read a document with such characters
+/// characters that XML does not allow
 QString toContent(TextView text);
 
 /// Does what `toContent` does, but accepts more wide texts: combines each surrogate pair into one character,
