@@ -134,7 +134,9 @@ QByteArray encoded(const wchar_t* path)
 {
     const QString text = QString::fromWCharArray(path);
     const QByteArray name = QFile::encodeName(text);
-    const bool isLossless = *path != QChar::ByteOrderMark; // Qt would remove the byte order mark
+    const auto isLost = [](wchar_t unit) { return static_cast<char32_t>(unit) > QChar::LastValidCodePoint; };
+    const bool isLossless = *path != QChar::ByteOrderMark && // Qt would remove the byte order mark
+                            std::none_of(path, path + std::wcslen(path), isLost);
     return isLossless && QFile::decodeName(name) == text ? name : QByteArray();
 }
 
