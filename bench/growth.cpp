@@ -39,7 +39,7 @@ std::uint64_t shuttle(const ComPtr<IXMLDOMDocument>& document, IXMLDOMNode& node
     return 1;
 }
 
-/// Every list that has at least this many nodes caches its nodes: lists of children and lists by tag name.
+/// Every list, whether of children or by tag name, caches its nodes if it has at least this many.
 constexpr int kCached = 8;
 
 /// Moves a subtree with `count` different element names, while a list of other elements has cached its nodes.
@@ -149,8 +149,8 @@ std::vector<Row> growthRows()
                        return Pair{{make(size.value)}, {}, items > 0 ? items : size.value};
                    }};
     };
-    return {row("moving a subtree with N names", 1'000, moveNames),
-            row("reading item(0) of N children after changes", 1'000, readFirst),
+    return {row("moving a subtree with N tag names", 1'000, moveNames),
+            row("reading the first of N children after changes", 1'000, readFirst),
             row("moving an element with N attributes", 100, moveAttributes, 100),
             row("reading N elements while other documents change", 1'000, readUnchanged),
             row("reading N attributes by index", 1'000, readAttributes),

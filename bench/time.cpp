@@ -40,8 +40,8 @@ double median(std::vector<double> values)
 }
 
 /// Runs one side once.
-/// \param amount 0 in the first turn. In a later turn, the amount of the earlier turns, which must also be
-///        the amount of this turn. Receives the amount of this turn
+/// \param amount how much work one turn did, as `Side::work` returned it; 0 before the first turn. Every
+///        later turn must do the same amount. Receives the amount of this turn
 /// \return the time of the work in seconds
 double turn(const Side& side, std::uint64_t& amount)
 {
@@ -50,7 +50,7 @@ double turn(const Side& side, std::uint64_t& amount)
     const double start = cpuSeconds();
     const std::uint64_t now = side.work();
     const double taken = cpuSeconds() - start;
-    require(now > 0 && (amount == 0 || amount == now), "doing the same amount of work in every turn");
+    require(now > 0 && (amount == 0 || amount == now), "the turns did different amounts of work");
     amount = now;
     return taken;
 }

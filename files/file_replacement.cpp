@@ -131,8 +131,8 @@ struct Preserved
     bool list;
 };
 
-/// Returns the permission bits of the new file. These bits let nobody except a new owner do more with the new
-/// file than with the old file.
+/// Returns the permission bits of the new file. With these bits, nobody gains a permission that the old file
+/// did not give them, except a new owner.
 ///
 /// - If the owner changes, the kernel applies the group's bits or the others' bits to the old owner. So these
 ///   bits keep only permissions that the old owner had.

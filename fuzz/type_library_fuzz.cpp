@@ -24,7 +24,7 @@ void callWithEverything(ITypeInfo& info, const FUNCDESC& function)
         HRESULT (*const slot)() = [] { return S_FALSE; };
         std::vector<const void*> slots(2 + kDispatchSlots + kMaxFunctions,
                                        reinterpret_cast<const void*>(slot));
-        slots[0] = nullptr; // sanitizers read an offset and type information before the slots
+        slots[0] = nullptr; // sanitizers read the offset and type information in front of a vtable
         slots[1] = &typeid(IUnknown);
         return slots;
     }();

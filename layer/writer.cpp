@@ -128,7 +128,7 @@ struct Writer::State
         discard();
     }
 
-    /// Makes every later call that writes fail. If `file` was not committed, the destructor of `file`
+    /// After this, every call that writes fails. If `file` was not committed, the destructor of `file`
     /// discards the new file.
     void discard() noexcept
     {

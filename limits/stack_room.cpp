@@ -32,9 +32,9 @@ constexpr std::size_t kReserve = std::size_t{48} * 1024;
 // Number of bytes that are assumed to be free if the system does not know the current stack.
 constexpr std::size_t kUnknownStack = std::size_t{64} * 1024;
 
-// Maximum size assumed for the stack of the main thread. No operation needs more stack than this. If the
-// stack limit is raised while the program runs, the stack can grow to this size: when the program starts, the
-// kernel reserves more address space than this, however low the limit is.
+// Maximum size assumed for the stack of the main thread. No operation needs more stack than this. At the
+// start of the program, the kernel reserves more address space than this for the stack, even if the stack
+// limit is low. So if the limit is raised later, the stack can grow to this size.
 constexpr std::size_t kMaxMainStack = std::size_t{64} * 1024 * 1024;
 
 struct Stack

@@ -1,7 +1,7 @@
 // A list that caches nodes is registered under the node whose children or descendants it lists. Before a node
 // is inserted below a parent or removed from a parent, two groups of lists drop their caches:
-// - under the parent: each list of children
-// - under the parent and under each ancestor of the parent: each list by tag name, if the subtree of the
+// - each list of children that is registered under the parent
+// - each list by tag name that is registered under the parent or one of its ancestors, if the subtree of the
 //   inserted or removed node contains an element with that tag name
 //
 // Lists that are registered under other nodes do not slow down a change.
@@ -24,9 +24,9 @@ namespace
 {
 
 /// A list of children caches its nodes only if the list has at least `kMinCachedLength` nodes, or if a caller
-/// asks for an index of at least `kMinCachedLength`. Otherwise, each call walks from the first child. A list
-/// by tag name always caches its nodes, because finding the elements of such a list scans all descendants of
-/// a node.
+/// asks for an index of at least `kMinCachedLength`. `item` below this index always walks from the first
+/// child. A list by tag name always caches its nodes, because finding the elements of such a list scans all
+/// descendants of a node.
 constexpr std::size_t kMinCachedLength = 8;
 
 /// An entry of the registry of lists: the address of the node whose children or descendants are listed,

@@ -93,9 +93,9 @@ Fraction fractionOf(std::int64_t integer, std::uint64_t denominator = 1)
     return {integer < 0, integer < 0 ? 0 - bits : bits, denominator};
 }
 
-/// Decodes an IEEE 754 number from its sign, exponent and mantissa, which are the most significant bits of
-/// `bits`. Does not use floating-point operations, because such operations could trap: the host may have
-/// unmasked the floating-point traps.
+/// Decodes an IEEE 754 number. Of a 32-bit number, `bits` has the bits in its upper half, and zeros below.
+/// Does not use floating-point operations, because such operations could trap: the host may have unmasked the
+/// floating-point traps.
 Fraction decodeFloat(std::uint64_t bits, int exponentSize)
 {
     const int mantissaSize = 63 - exponentSize;
@@ -107,8 +107,8 @@ Fraction decodeFloat(std::uint64_t bits, int exponentSize)
     const int shift = mantissaSize + bias - std::max(exponent, 1); // the number is numerator / 2^shift
     if (exponent == highest || shift < 0)
         return {isNegative, 1, 0};
-    // With a denominator of 2^62, every number is already less than one half and rounds to 0. So a
-    // denominator larger than 2^62 is not needed.
+    // The numerator is less than 2^56. So with a denominator of 2^62, the number is less than one half and
+    // rounds to 0, and a larger denominator is not needed.
     return {isNegative, exponent == 0 ? mantissa : implied | mantissa,
             std::uint64_t{1} << std::min(shift, 62)};
 }

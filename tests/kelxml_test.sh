@@ -109,7 +109,7 @@ for arguments in 'copy doc.xml -' 'tree doc.xml' 'tree wide.xml' --help; do
 done
 # kelxml does not write a document that it could not load again, so the input is not lost.
 before=$(cat doc.xml)
-expect 1 'doc.xml was not written, because the document could not be loaded again: ' call doc.xml 'documentElement.appendChild(createNode(1, "1 x", ""))' -o doc.xml
+expect 1 'doc.xml was not written, because the changed document could not be loaded: ' call doc.xml 'documentElement.appendChild(createNode(1, "1 x", ""))' -o doc.xml
 expect 1 "there is no element 'c'" set doc.xml c k=v -o doc.xml
 [ "$before" = "$(cat doc.xml)" ] ||
     fail "a failed command must not change its input, but the input now contains '$(cat doc.xml)'"

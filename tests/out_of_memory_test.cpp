@@ -290,9 +290,10 @@ int deathsIn(const std::function<void()>& work, Shortage shortage)
 }
 
 // The calls throw, unless an exception leaves a destructor of Qt, which ends the process. The test counts
-// these deaths. For the shortages `OneFailure` and `FromThenOn`, there must be as many deaths with the
-// library as with Qt alone. For `Bytes` and `AddressSpace`, there must be no deaths, because the library
-// first checks that there is memory for the objects that Qt creates for a file.
+// these deaths. If one allocation fails (`OneFailure`) or all from some allocation on (`FromThenOn`), there
+// must be as many deaths with the library as with Qt alone. If only a fixed amount of memory is left
+// (`Bytes`, `AddressSpace`), there must be no deaths, because the library first checks that there is memory
+// for the objects that Qt creates for a file.
 TEST_F(OutOfMemory, SavingAndLoadingThrowUnlessQtEndsTheProcess)
 {
     const QString written = pathOf("written.xml");

@@ -110,8 +110,8 @@ TEST_F(StackRoom, EveryDepthIsLoadedOrRefusedOnEveryStack)
                     deepestSaved = use(document) ? depth : deepestSaved;
                 }
             }
-            EXPECT_GE(deepestLoaded, leastLoaded) << "depth leastLoaded must load on " << kib << " KiB";
-            EXPECT_GE(deepestSaved, leastSaved) << "depth leastSaved must be saved on " << kib << " KiB";
+            EXPECT_GE(deepestLoaded, leastLoaded) << leastLoaded << " levels must load on " << kib << " KiB";
+            EXPECT_GE(deepestSaved, leastSaved) << leastSaved << " levels must be saved on " << kib << " KiB";
             EXPECT_LE(deepestLoaded, 2048);
             EXPECT_EQ(leastSaved == 2048, use(deepest)) << "saving depth 2048 on " << kib << " KiB";
             deepest.reset(); // frees it on this stack

@@ -37,8 +37,8 @@ KEL_EXPORT HRESULT GetTlbFilePath(const GUID& library, wchar_t* path);
 ///        caller does not release it. An `ITypeInfo` from the type library stays valid as long as the caller
 ///        holds a reference to the `ITypeInfo`
 /// \return `S_OK`; `E_POINTER` if an argument is null; `TYPE_E_CANTLOADLIBRARY` if the file is missing,
-///         unreadable or not a regular file; `TYPE_E_INVDATAREAD` if the file is too large or is not a valid
-///         type library
+///         unreadable or not a regular file, or at exit, after Qt's codecs are destroyed;
+///         `TYPE_E_INVDATAREAD` if the file is too large or is not a valid type library
 KEL_EXPORT HRESULT LoadTypeLib(const wchar_t* path, ITypeLib** library);
 
 /// Registers the path of a type library under an identifier. Replaces the path that was registered under this

@@ -22,7 +22,7 @@ enum VARENUM : VARTYPE {
     VT_DISPATCH = 9,     ///< `pdispVal`
     VT_ERROR = 10,       ///< `scode`; an argument with the code `DISP_E_PARAMNOTFOUND` counts as left out
     VT_BOOL = 11,        ///< `boolVal`
-    VT_VARIANT = 12,     ///< `pvarVal`; used only in combination with `VT_BYREF`
+    VT_VARIANT = 12,     ///< `pvarVal`; alone only in type descriptions, else with `VT_BYREF`
     VT_UNKNOWN = 13,     ///< `punkVal`
     VT_DECIMAL = 14,     ///< a 96-bit number; this library never uses it
     VT_I1 = 16,          ///< `cVal`

@@ -46,9 +46,8 @@ public:
 
     /// Implements `IDispatch::GetTypeInfo`.
     HRESULT GetTypeInfo(UINT index, LCID locale, ITypeInfo** typeInfo);
-    /// Implements `IDispatch::GetIDsOfNames`. If `names` contains a single name that equals the name of a
-    /// member, including case, takes the identifier from the name cache. Otherwise, asks the type
-    /// information.
+    /// Implements `IDispatch::GetIDsOfNames`. If `count` is 1 and the name equals the name of a member,
+    /// including case, takes the identifier from the name cache. Otherwise, asks the type information.
     HRESULT GetIDsOfNames(wchar_t** names, UINT count, LCID locale, DISPID* identifiers);
     /// Implements `IDispatch::Invoke`. \param object the object that has this holder
     HRESULT Invoke(IDispatch* object, DISPID member, LCID locale, WORD flags, DISPPARAMS* parameters,

@@ -16,7 +16,8 @@
 ///   or name throws `kel::Error`. Paths are UTF-8 in any locale.
 /// - Any function may throw `std::bad_alloc`.
 /// - Threads: use a document, and all values that refer to its nodes, from one thread at a time. Different
-///   threads may use different documents at the same time.
+///   threads may use different documents at the same time. Documents between which a node was ever moved
+///   count as one.
 /// - To mix this layer with the COM interfaces of KelXmlLib/xmldom.h, construct a value from a COM object, or
 ///   call `get()` on a value to create a COM object.
 

@@ -9,9 +9,10 @@
 ///   comment says otherwise. If an out-pointer is null, the method does nothing and returns `S_FALSE`, unless
 ///   the comment of the parameter allows null.
 /// - Errors: no method in this file returns a failure code. When memory runs out, a method throws
-///   `std::bad_alloc` and leaves its out-parameters unchanged. If only the returned BSTR cannot be allocated,
-///   the method returns `S_OK` and a null BSTR instead.
-/// - Threads: use a document, and everything reached from it, from one thread at a time.
+///   `std::bad_alloc` and leaves its out-parameters unchanged, except the success flag of a load. If only the
+///   returned BSTR cannot be allocated, the method returns `S_OK` and a null BSTR instead.
+/// - Threads: use a document, and everything reached from it, from one thread at a time. Documents between
+///   which a node was ever moved count as one.
 /// - A generic node is an object for a node that is not an element, an attribute or a document. The parent of
 ///   a top-level node is a document, but `get_parentNode` returns a generic node for that document.
 /// - Some calls return an object without a node, such as the document element of an empty document. Reading
@@ -45,13 +46,13 @@ enum tagDOMNodeType : std::int32_t {
     NODE_TEXT = 3,                   ///< a generic node, like all kinds below except `NODE_DOCUMENT`
     NODE_CDATA_SECTION = 4,          ///< a text that is saved as a CDATA section
     NODE_ENTITY_REFERENCE = 5,       ///< a reference that the parser did not expand
-    NODE_ENTITY = 6,                 ///< an entity declaration in the document type
+    NODE_ENTITY = 6,                 ///< never returned
     NODE_PROCESSING_INSTRUCTION = 7, ///< an instruction, or the XML declaration
     NODE_COMMENT = 8,                ///< a comment; `get_nodeValue` returns its text, but `get_text` does not
     NODE_DOCUMENT = 9,               ///< an `IXMLDOMDocument`, but a generic node from `get_parentNode`
-    NODE_DOCUMENT_TYPE = 10,         ///< `<!DOCTYPE>`
-    NODE_DOCUMENT_FRAGMENT = 11,     ///< never created
-    NODE_NOTATION = 12,              ///< a notation declaration in the document type
+    NODE_DOCUMENT_TYPE = 10,         ///< never returned
+    NODE_DOCUMENT_FRAGMENT = 11,     ///< never returned
+    NODE_NOTATION = 12,              ///< never returned
 };
 using DOMNodeType = tagDOMNodeType; ///< the short published name
 
@@ -64,8 +65,8 @@ public:
     /// \param name receives a new BSTR, which the caller frees
     /// \return `S_OK`; `S_FALSE` if `name` is null
     virtual HRESULT get_nodeName(BSTR* name) = 0;
-    /// Returns the value of a generic node, such as the text of a comment. A document's value is empty. No-op
-    /// for elements and attributes.
+    /// Returns the value of a generic node, such as the text of a comment. A document's value is empty until
+    /// `put_text` sets it. No-op for elements and attributes.
     /// \param value receives `VT_BSTR` with a new BSTR, which the caller frees
     /// \return `S_OK`; `S_FALSE` if `value` is null
     virtual HRESULT get_nodeValue(VARIANT* value) = 0;
@@ -77,7 +78,7 @@ public:
     /// \param type receives the kind; 21 (no kind) for a generic node object that refers to no node
     /// \return `S_OK`; `S_FALSE` if `type` is null
     virtual HRESULT get_nodeType(DOMNodeType* type) = 0;
-    /// Returns the parent. The parent of an attribute is the element that has the attribute.
+    /// Returns the parent. The parent of an attribute is the element that has, or had, the attribute.
     /// \param parent receives a new object with one reference, which the caller releases
     /// \return `S_OK`; `S_FALSE` if there is no parent or if `parent` is null
     virtual HRESULT get_parentNode(IXMLDOMNode** parent) = 0;
@@ -169,8 +170,8 @@ public:
     virtual HRESULT get_xml(BSTR* xml) = 0;
     virtual HRESULT transformNode(IXMLDOMNode* stylesheet, BSTR* xml) = 0;
     /// @}
-    /// Returns a live list of the descendant elements with the given tag name, in document order. No-op for
-    /// attributes and generic nodes.
+    /// Returns a live list of the descendant elements with the given tag name, in document order. Finds
+    /// elements from `createNode` by their names without prefix. No-op for attributes and generic nodes.
     /// \param query a tag name, not an expression. An empty name finds nothing. If `query` is null, the list
     ///        contains all children of this node, whatever their kind
     /// \param list receives a new list with one reference, which the caller releases

@@ -29,7 +29,7 @@ bool loadAndCompareWithQt(QDomDocument& theirs, IXMLDOMDocument& ours, Load load
 {
     const bool isLoaded = isWithinLimits && theirs.setContent(content);
     VARIANT_BOOL success = 7;
-    requireOk(load(ours, &success), "a load, as with Qt,", isLoaded);
+    requireOk(load(ours, &success), "the load that Qt also did", isLoaded);
     requireEqual<int>(success, isLoaded ? VARIANT_TRUE : VARIANT_FALSE, "the success flag equals the result");
     requireEqual(saved(ours), savedByQt(theirs).toStdString(), "the library saves the bytes that Qt saves");
     return isLoaded;

@@ -74,8 +74,8 @@ inline QString writtenOf(Text given)
     std::replace_if(
         text.begin(), text.end(), [](wchar_t unit) { return static_cast<char32_t>(unit) > 0x10FFFF; },
         0xFFFD);
-    // `toStdWString` replaces lone surrogates. Each conversion to QString drops one byte order mark at the
-    // beginning. The second conversion drops the mark that is added here, so it drops no mark of the text.
+    // `toStdWString` replaces lone surrogates. The inner conversion to QString drops one byte order mark, as
+    // the filer does. The outer conversion would drop another, so a mark is added for it to drop.
     return QString::fromStdWString(L'\ufeff' + QString::fromStdWString(text).toStdWString());
 }
 

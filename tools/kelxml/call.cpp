@@ -258,7 +258,7 @@ void requireReadable(const kel::Document& document, const std::string& path)
         kel::Document::parse(document.toString());
     } catch (const kel::LoadError& error) {
         throw Failure(path +
-                      " was not written, because the document could not be loaded again: " + error.what());
+                      " was not written, because the changed document could not be loaded: " + error.what());
     }
 }
 

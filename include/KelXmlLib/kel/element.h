@@ -57,8 +57,8 @@ public:
     /// \param text must not contain two hyphens in a row, and must not end in a hyphen
     Node appendComment(TextView text);
     /// Appends a processing instruction.
-    /// \param target the instruction's name. An instruction with the name `xml` is an XML declaration, which
-    ///        must be the first node of a document.
+    /// \param target the instruction's name. An instruction with the name `xml`, in upper or lower case, is
+    ///        an XML declaration, which must be the first node of a document.
     /// \param data must not contain `?>`
     Node appendInstruction(TextView target, TextView data);
 

@@ -30,13 +30,13 @@ enum class NodeKind {
     text = 3,            ///< a text
     cdata = 4,           ///< a text that is written as a CDATA section
     entityReference = 5, ///< a reference to an entity
-    entity = 6,          ///< an entity that the document type declares
+    entity = 6,          ///< never returned
     instruction = 7,     ///< a processing instruction
     comment = 8,         ///< a comment
     document = 9,        ///< see `Document`
-    documentType = 10,   ///< a document type declaration
-    fragment = 11,       ///< a document fragment: a list of nodes outside the document's tree
-    notation = 12        ///< a notation that the document type declares
+    documentType = 10,   ///< never returned
+    fragment = 11,       ///< never returned
+    notation = 12        ///< never returned
 };
 
 /// The order in which attributes are written.
@@ -121,7 +121,8 @@ public:
     /// \throw Error if the node is null or a document, or if the text is invalid
     void setText(const Value& text);
 
-    /// \return the node's parent if the parent is an element; else null
+    /// \return the node's parent if the parent is an element; else null. A removed attribute keeps its former
+    ///         element as its parent
     Element parent() const;
     /// \return the next sibling, of any kind; null if the node has no next sibling
     Node nextSibling() const;
@@ -130,12 +131,13 @@ public:
     /// \return the document that the node belongs to; null for a null value
     Document document() const;
 
-    /// Copies the node with all its descendants. The copy of a document is a new document. Any other copy
-    /// belongs to the document of the copied node, and has no parent yet.
+    /// Copies the node with all its descendants. The copy of a document is a new document (see
+    /// `Document::clone`). Any other copy belongs to the document of the copied node, and has no parent yet.
     /// \return the copy; null if this value is null
     Node clone() const;
 
-    /// Returns the node as XML text. \return the XML text in UTF-8; empty if this value is null
+    /// Returns the node as XML text. Unless the node is a document, the text begins with the indentation of
+    /// one level. \return the XML text in UTF-8; empty if this value is null
     std::string toString(const SaveOptions& options = {}) const;
 
     /// Creates a COM object for this node. \return a pointer that owns the COM object; null if this value is

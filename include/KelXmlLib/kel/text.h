@@ -117,9 +117,9 @@ private:
 namespace detail
 {
 
-/// Functions that read a value return a default that the caller passes if there is no value. The type of the
-/// default decides the type of the result: `std::string` for a UTF-8 text, `std::wstring` for a wide text,
-/// and `Default` itself for a number or a `bool`.
+/// The caller of a function that reads a value passes a default. If there is no value, the function returns
+/// the default. The type of the default decides the type of the result: `std::string` for a UTF-8 text,
+/// `std::wstring` for a wide text, and `Default` itself for a number or a `bool`.
 template <class Default>
 using TypeOf = std::conditional_t<
     std::is_convertible_v<const Default&, std::string_view>, std::string,

@@ -84,7 +84,7 @@ public:
     /// \throw Error if the text is invalid, or if the file is closed
     void comment(TextView text);
     /// Writes a processing instruction. The instruction may be before, in or after the root element.
-    /// \param target the instruction's name; must not be `xml`
+    /// \param target the instruction's name; must not be `xml`, in upper or lower case
     /// \param data must not contain `?>`
     /// \throw Error if the target or the data is invalid, or if the file is closed
     void instruction(TextView target, TextView data);
