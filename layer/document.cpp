@@ -113,9 +113,11 @@ Document Document::parse(TextView text)
 {
     Document document;
     QDomDocument content = documentOf(document);
-    const detail::Converted converted = detail::convert(text);
+    detail::Converted converted = detail::convert(text);
     if (converted.fault)
         throw LoadError(LoadError::Kind::notWellFormed, {}, converted.fault);
+    if (converted.text.startsWith(QChar::ByteOrderMark))
+        converted.text.remove(0, 1);
     requireParsed(kelxml::parsing::parseText(content, converted.text), {});
     return document;
 }

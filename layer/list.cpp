@@ -98,6 +98,8 @@ Walk::Walk(std::shared_ptr<const Selection> selection, Node& current) : m_select
 
 void Walk::next(Node& current)
 {
+    if (!m_selection)
+        return;
     const QDomNode& parent = nodeOf(m_parent);
     const MovableNode& after = nodeOf(m_after);
     MovableNode next;

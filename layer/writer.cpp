@@ -167,9 +167,9 @@ Writer::Element& Writer::Element::attribute(TextView name, const Value& value)
     constexpr const char* kAction = "writing an attribute";
     const QString text = detail::toCharacters(value.text());
     const QString attributeName = detail::toName(name);
-    State& state = *m_state;
-    if (state.open.empty() || state.open.back() != m_serial || !state.isInStartTag)
+    if (!m_state || m_state->open.empty() || m_state->open.back() != m_serial || !m_state->isInStartTag)
         detail::refuse(kAction, "the element has content or is closed");
+    State& state = *m_state;
     if (state.attributes.contains(attributeName))
         detail::refuse(kAction, "the element already has this attribute");
     state.attributes.insert(attributeName);
