@@ -82,8 +82,8 @@ constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057U);
 /// kind.
 constexpr HRESULT DISP_E_MEMBERNOTFOUND = static_cast<HRESULT>(0x80020003U);
 /// A named argument matches no parameter, or matches a parameter that already has an argument. This code also
-/// means that the value of a property put is missing or is not named `DISPID_PROPERTYPUT`. In addition, a
-/// `VT_ERROR` argument with this code as its `scode` counts as left out.
+/// means that the value of a property put is not named `DISPID_PROPERTYPUT`. In addition, a `VT_ERROR`
+/// argument with this code as its `scode` counts as left out.
 constexpr HRESULT DISP_E_PARAMNOTFOUND = static_cast<HRESULT>(0x80020004U);
 /// An argument cannot be converted to the type of its parameter.
 constexpr HRESULT DISP_E_TYPEMISMATCH = static_cast<HRESULT>(0x80020005U);

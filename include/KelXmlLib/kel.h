@@ -12,8 +12,9 @@
 /// - A function that cannot make its change throws `kel::Error`. For example, a function throws if the value
 ///   that it should change is null. After a `kel::Error`, the tree is unchanged, unless the comment on the
 ///   function says otherwise. `kel::Error` is a `std::runtime_error` that also has a `code()`.
-/// - The caller passes texts and names as UTF-8 or as wide strings. A function that receives an invalid text
-///   or name throws `kel::Error`. Paths are UTF-8 in any locale.
+/// - The caller passes texts and names as UTF-8 or as wide strings. A function that would write an invalid
+///   text or name throws `kel::Error`. A read with an invalid name finds nothing. Paths are UTF-8 in any
+///   locale.
 /// - Any function may throw `std::bad_alloc`.
 /// - Threads: use a document, and all values that refer to its nodes, from one thread at a time. Different
 ///   threads may use different documents at the same time. Documents between which a node was ever moved

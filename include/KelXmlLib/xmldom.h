@@ -2,8 +2,9 @@
 /// The published XML DOM interfaces, with their methods in the published slot order. The comment of each
 /// method says what the method does in this library.
 ///
-/// - Strings: a string argument is read up to its first zero character. The caller frees each returned BSTR
-///   with `SysFreeString`. The earlier content of a `VARIANT` that receives a result is not freed.
+/// - Strings: a string argument is read up to its first zero character. A leading U+FEFF is dropped, except
+///   by `loadXML`. The caller frees each returned BSTR with `SysFreeString`. The earlier content of a
+///   `VARIANT` that receives a result is not freed.
 /// - Objects: the caller owns one reference to each returned object, and releases it.
 /// - Outputs: a method writes its out-parameters last, and only if it returns `S_OK`, unless the method's
 ///   comment says otherwise. If an out-pointer is null, the method does nothing and returns `S_FALSE`, unless
@@ -120,8 +121,8 @@ public:
     /// node is a document that has neither loaded nor created anything. A refused call leaves the tree
     /// unchanged, but returns `S_OK` and writes `result` as usual.
     ///
-    /// An attribute from `createNode` becomes a child and is saved as content. To add an attribute, use
-    /// `setAttribute`.
+    /// An attribute from `createNode` becomes a child and is saved as content: to add an attribute, use
+    /// `setAttribute`. A child of a node other than a document or an element is not saved.
     /// \param child an object of this library; its reference count does not change
     /// \param result receives a new object for `child` with one reference, which the caller releases; may be
     ///        null
@@ -222,7 +223,8 @@ public:
     /// Creates an element or an attribute. The new node belongs to this document, but has no parent yet.
     /// \param type 1 (element) or 2 (attribute) as `VT_I2`, `VT_I4` or `VT_INT`; any other value creates
     ///        nothing
-    /// \param name the qualified name, which is not validated; an empty name creates an object without a node
+    /// \param name the qualified name, which is not validated; if it is empty or ends in a colon, the object
+    ///        has no node
     /// \param namespaceURI may be null; an empty URI is saved as `xmlns=""`
     /// \param node receives a new object with one reference, which the caller releases
     /// \return `S_OK`, also if nothing is created (nothing written); `S_FALSE` if `name` is null, or if

@@ -35,7 +35,8 @@ public:
     /// \throw LoadError if the file cannot be read or parsed
     static Document load(const std::filesystem::path& path);
     /// Reads a document from a text.
-    /// \param text the XML text, in UTF-8 or wide. The encoding in the XML declaration is ignored.
+    /// \param text the XML text, in UTF-8 or wide. The encoding in the XML declaration is ignored, and so is
+    ///        a leading byte order mark.
     /// \throw LoadError if the text cannot be parsed
     static Document parse(TextView text);
 

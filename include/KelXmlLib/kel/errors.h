@@ -38,7 +38,7 @@ public:
     /// The line of the fault, counted from 1. Returns 0 if the kind is not `notWellFormed`. Also returns 0 if
     /// `Document::parse` received a text with invalid UTF-8, an invalid wide character or a null character.
     int line() const noexcept { return m_line; }
-    /// The column of the fault, counted from 1. Returns 0 if `line` returns 0.
+    /// The column of the fault, counted from 1 in UTF-16 units. Returns 0 if `line` returns 0.
     int column() const noexcept { return m_column; }
     /// What went wrong, without the path and the position.
     const std::string& reason() const noexcept { return m_reason; }

@@ -67,9 +67,9 @@ KEL_EXPORT bool hasAny(const std::shared_ptr<const Selection>& selection);
 ///   the node that followed all descendants of the former parent.
 /// - The body may append nodes. If the list includes the appended nodes, the loop visits them too, unless the
 ///   body moves or removes the current node and this node was the last sibling when the loop reached it.
-/// - If the body moves the current node, the loop does not visit this node again. If the node's new place is
-///   later in the list, a loop over descendants visits the node's descendants there, including nodes that the
-///   loop visited before they were moved below the current node.
+/// - If the body moves the current node, the loop does not visit this node again, unless a later step moves
+///   it again. If the node's new place is later in the list, a loop over descendants visits the node's
+///   descendants there, including nodes that the loop visited before they were moved below the current node.
 /// - A loop can end early or visit nodes again in two cases: if the body moves or removes both the current
 ///   node and its next sibling, or if the body moves or removes an ancestor of the current node.
 template <class Item>

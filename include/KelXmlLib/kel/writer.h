@@ -55,8 +55,8 @@ public:
     };
 
     /// Starts a new file. `close` replaces any existing file at `path` with the new file, in the same way as
-    /// `Document::save`. If a write fails before `close` begins to replace the existing file, the existing
-    /// file stays unchanged.
+    /// `Document::save`. The new file gets the permissions that the existing file has at this time. If a
+    /// write fails before `close` begins to replace the existing file, the existing file stays unchanged.
     /// \param path the path of the file, in UTF-8
     /// \param indent whether each element begins on a new line, indented by four spaces per level
     /// \throw SaveError if the new file cannot be created
