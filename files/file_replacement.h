@@ -37,11 +37,11 @@ private:
 /// - If the process has no permission to write the old file, the constructor fails.
 /// - Permissions, owner, group and access control list are preserved as far as the system allows. Nobody gets
 ///   more rights than before, with one exception: if the owner cannot be preserved, the user that the process
-///   runs as becomes the owner. In this case, the set-uid bit is cleared, and the group and others keep only
-///   permissions that the old owner had. If the group changes, the set-gid bit is cleared, and the new group
-///   and others keep a permission only if the old group had it and others had it too. If the old file has an
-///   access control list, and the group changes or the system refuses to copy the list, the group and others
-///   lose all permissions.
+///   runs as becomes the owner. In this case, the set-uid bit is cleared, and the group and others lose every
+///   permission that the old owner did not have. If the group changes, the set-gid bit is cleared, and the
+///   new group and others get only those permissions that the old group had and others had, too. If the old
+///   file has an access control list, and the group changes or the system refuses to copy the list, the group
+///   and others lose all permissions.
 /// - If a file has several names (hard links), only the given name refers to the new file. The other names
 ///   still refer to the old file.
 /// - If the process has no permission to create files in the directory (EACCES, EPERM), `commit` overwrites
@@ -60,8 +60,8 @@ public:
     explicit FileReplacement(const std::string& path);
     FileReplacement(const FileReplacement&) = delete;
     FileReplacement& operator=(const FileReplacement&) = delete;
-    /// If `commit` was not called, deletes the new file. If the path is a symbolic link to a missing file,
-    /// the constructor has created that file, and the destructor deletes it again if it is still empty.
+    /// If `commit` was not called, deletes the new file. If the constructor created a file because the path
+    /// is a symbolic link to a missing file, also deletes that file, unless `commit` has filled it.
     ~FileReplacement();
 
     void write(const char* bytes, std::size_t count);

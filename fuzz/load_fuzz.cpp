@@ -26,9 +26,10 @@ namespace
 template <class Load, class Content>
 void compare(Load load, const Prescan& seen, Content&& content, qint64 length, const QString& text = {})
 {
-    requireAtMost(seen.nesting, kMaxNesting + !seen.isWithinLimits(), "at most one level exceeds the limit");
-    // Without entities, each level of nesting needs at least one character: a parenthesis in a content model.
-    // So the prescan must accept every text that has no entities and at most `kMaxNesting` characters.
+    requireAtMost(seen.nesting, kMaxNesting + !seen.isWithinLimits(), "stops at the first level too deep");
+    // Without entities, a level of nesting takes at least one character. The shortest level is a parenthesis
+    // in a content model. So the prescan must accept every text that has no entities and at most
+    // `kMaxNesting` characters.
     const bool hasEntities = text.isNull() || text.contains(QLatin1String("<!EN"));
     require(seen.isWithinLimits() || hasEntities || length > kMaxNesting, "the prescan accepts a short text");
     const auto document = newDocument();

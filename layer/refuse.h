@@ -18,7 +18,7 @@ namespace reason
 constexpr const char* kNull = "the node to change is null";
 constexpr const char* kNullArgument = "the node is null";
 constexpr const char* kForeign = "the object belongs to another library";
-constexpr const char* kDeclarationPart = "a document type, an entity or a notation cannot be a child";
+constexpr const char* kDeclarationPart = "a document type, an entity or a notation cannot be added";
 constexpr const char* kDeclaration = "an XML declaration must come first in a document";
 constexpr const char* kSecondRoot = "the document has a root element already";
 constexpr const char* kTextInDocument = "a document has no text of its own";

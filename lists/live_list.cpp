@@ -24,7 +24,7 @@ namespace
 {
 
 /// A list of children caches its nodes only if the list has at least `kMinCachedLength` nodes, or if a caller
-/// asks for an index of at least `kMinCachedLength`. `item` below this index always walks from the first
+/// asks for an index of at least `kMinCachedLength`. For a smaller index, `item` always walks from the first
 /// child. A list by tag name always caches its nodes, because finding the elements of such a list scans all
 /// descendants of a node.
 constexpr std::size_t kMinCachedLength = 8;

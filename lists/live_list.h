@@ -49,7 +49,7 @@ private:
     ListOrigin m_origin;
     std::vector<qt::MovableNode> m_nodes; ///< the cached nodes, from the start of the list
     bool m_isComplete = false;            ///< all nodes of the list are cached
-    bool m_isCached = false;              ///< the list is registered, and `m_nodes` is valid
+    bool m_isCached = false;              ///< `m_nodes` is valid, and `invalidate` can find this list
 };
 
 /// Call this function before inserting `node` below `parent`, and before removing `node` from `parent`. Drops

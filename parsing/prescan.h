@@ -5,7 +5,7 @@
 // - The parser recurses into nested elements, and into nested parentheses in content models.
 // - At each reference to an entity, the parser splices in the value of the entity: the parser reads the value
 //   in place of the reference.
-// - The parser searches the value of each entity for references to every entity.
+// - For each entity, the parser searches the values of all entities for references to it.
 //
 // Nothing can stop the parser once it runs.
 

@@ -104,7 +104,7 @@ private:
     int m_parameterEntities = 0;
     int m_declarations = 0;
     qint64 m_referencesInValues = 0;
-    qint64 m_searchedCharacters = 0; // in entity names and values: second factor of kMaxEntitySearch
+    qint64 m_searchedCharacters = 0; // characters in the names and values of all entities
     qint64 m_entityText = 0;         // characters in declared values, plus characters inserted by references
     qint64 m_maxEntityText = limits::kEntityActivationThreshold;
     qint64 m_splicedLength = 0; // characters spliced into the current text, attribute value or entity value

@@ -93,9 +93,9 @@ Fraction fractionOf(std::int64_t integer, std::uint64_t denominator = 1)
     return {integer < 0, integer < 0 ? 0 - bits : bits, denominator};
 }
 
-/// Decodes an IEEE 754 number. Of a 32-bit number, `bits` has the bits in its upper half, and zeros below.
-/// Does not use floating-point operations, because such operations could trap: the host may have unmasked the
-/// floating-point traps.
+/// Decodes an IEEE 754 number. For a 32-bit number, the upper half of `bits` has the number, and the lower
+/// half is 0. Does not use floating-point operations, because such operations could trap: the host may have
+/// unmasked the floating-point traps.
 Fraction decodeFloat(std::uint64_t bits, int exponentSize)
 {
     const int mantissaSize = 63 - exponentSize;

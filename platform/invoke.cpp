@@ -194,9 +194,9 @@ HRESULT setArguments(const Function& function, const DISPPARAMS& parameters, Arg
 }
 
 /// Receives a member's result. If the result is not a VARIANT, the constructor fills the storage with a
-/// pattern. A pattern that is still there after the call shows that the member has not written a result. No
-/// result looks like the pattern, because the pattern is neither a valid address nor a number that members
-/// return.
+/// pattern. A pattern that is still there after the call shows that the member has not written a result. A
+/// result never looks like the pattern, because the pattern is neither a valid address nor a number that
+/// members return.
 class Result
 {
 public:

@@ -21,8 +21,8 @@ TEST_F(CallSequences, NeverCrashLeakOrDifferFromTheModel)
     // The environment can divide the seeds among processes, or ask for more seeds.
     const unsigned first = qEnvironmentVariable("KEL_FIRST_SEED").toUInt();
     const unsigned end = first + qEnvironmentVariable("KEL_SEQUENCES", QStringLiteral("3000")).toUInt();
-    // The first sequences use one document. Sequences with several documents enable guards that can hide a
-    // fault in another guard.
+    // The first sequences use one document. Using several documents enables guards for the rest of the
+    // process, and these guards could hide a fault in another guard.
     for (const unsigned documents : {1U, 3U})
         forEachSeed(first, end, [=](unsigned seed) {
             const auto sequence = [=] { run(seed, documents); };

@@ -1,6 +1,6 @@
 # Installs the build in BUILD to a prefix in WORK, and moves the prefix. Then builds and runs programs with the installed
 # library: the project in consumer/, which uses find_package; shelf.cpp and examples/host.py, with the commands that
-# README.md shows; and the program of the tour, with pkg-config. Then checks the installed programs, libraries and pages.
+# README.md shows; and the program in docs/tour.md, with pkg-config. Then checks the installed programs, libraries and pages.
 # Usage:
 # cmake -DBUILD=... -DWORK=... -DREADME=... -DCXX=... -DGENERATOR=... -DPKG_CONFIG=... -DBINARIES_TEST=...
 #       -P consumer_test.cmake

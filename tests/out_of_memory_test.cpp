@@ -289,11 +289,11 @@ int deathsIn(const std::function<void()>& work, Shortage shortage)
     return deaths;
 }
 
-// The calls throw, unless an exception leaves a destructor of Qt, which ends the process. The test counts
-// these deaths. If one allocation fails (`OneFailure`) or all from some allocation on (`FromThenOn`), there
-// must be as many deaths with the library as with Qt alone. If only a fixed amount of memory is left
-// (`Bytes`, `AddressSpace`), there must be no deaths, because the library first checks that there is memory
-// for the objects that Qt creates for a file.
+// The calls throw. But if a destructor of Qt throws, the process ends. The test counts these deaths. If only
+// one allocation fails (`OneFailure`), or one allocation and all later ones (`FromThenOn`), there must be as
+// many deaths with the library as with Qt alone. If only a fixed amount of memory is left (`Bytes`,
+// `AddressSpace`), there must be no deaths, because the library first checks that there is memory for the
+// objects that Qt creates for a file.
 TEST_F(OutOfMemory, SavingAndLoadingThrowUnlessQtEndsTheProcess)
 {
     const QString written = pathOf("written.xml");

@@ -131,7 +131,7 @@ TEST(TypeLibraryFiles, OnlyReadableRegularFilesUpToTheLimitAreRead)
     }
 
     const TypeLibraryFile file;
-    const std::wstring beyond = file.widePath + L'\x80010041'; // Qt would take the unit for U+10041
+    const std::wstring beyond = file.widePath + L'\x80010041'; // Qt would read this as U+10041
     QFile::copy(file.path, QString::fromStdWString(beyond));
     EXPECT_EQ(TYPE_E_CANTLOADLIBRARY, KelTypelib::LoadTypeLib(beyond.c_str(), &library));
     for (const int size : {1 << 20, (1 << 20) + 1}) {

@@ -14,7 +14,8 @@ QDomNode cloneNode(const qt::NodeRef& node, bool deep);
 /// Calls `QDomNode::setNodeValue`. If `node` is an attribute, Qt also replaces the attribute's text child.
 void setNodeValue(const qt::NodeRef& node, const QString& value);
 
-/// Removes the first child of `element` and appends a text node with `text` as the last child.
+/// Removes the first child of `element`, and appends a text node with `text`. The new node comes last, not in
+/// the place of the removed child.
 void replaceFirstChild(const qt::NodeRef& element, const QString& text);
 
 /// Does the part of `setAttribute` that is the same for all types of attribute values. Call this function

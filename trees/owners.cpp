@@ -29,8 +29,8 @@ qt::MovableNode topOf(const QDomNode& node)
 
 /// Makes `document` the owner document of the tree of `top`. `top` is the topmost node of this tree and has
 /// no parent. The sibling links of `top` may dangle. Only Qt's `replaceChild` overwrites these links without
-/// following them. So this function creates an element with a child in `document`, replaces the child with
-/// `top`, and then removes `top` from the element.
+/// following them. So this function lets `document` create a temporary element with a child, replaces the
+/// child with `top`, and then removes `top` from the element.
 void moveInto(QDomDocument document, const QDomNode& top)
 {
     QDomElement temporaryParent = document.createElement(QStringLiteral("parent"));

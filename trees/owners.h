@@ -23,9 +23,9 @@ QDomDocument ownerDocument(const qt::NodeRef& node);
 QDomNode ownerElementOf(const QDomNode& node);
 
 /// Call this function before Qt uses the document of `node`. Until the process combines nodes of two
-/// documents for the first time, this function only checks a flag. After that, a tree outside any document
-/// may point to a destroyed document. So if the tree of `node` is outside any document, this function makes
-/// the tree belong to `node.document`.
+/// documents for the first time, this function only checks a flag. After that, the owner of a tree whose top
+/// is not a document may be a destroyed document. So for such a tree, this function makes `node.document` the
+/// owner.
 void ensureValidOwnerDocument(const qt::NodeRef& node);
 
 /// Call this function before a change that uses both nodes. If the nodes belong to different documents, sets

@@ -1,5 +1,5 @@
-// Adds to the checks of `trees/append_remove`: refuses every attribute as a child, and refuses a node that is
-// not a child of the given parent.
+// Adds to the checks of `trees/append_remove`: refuses every attribute as a child. Also refuses to remove or
+// replace a node, or to insert before a node, that is not a child of the given parent.
 
 #include "trees/reported_changes.h"
 
@@ -14,7 +14,7 @@ namespace
 {
 
 /// Whether `node` is a child of `parent`. Comparing parents is not enough: an attribute is not a child of an
-/// element, but Qt stores the element that has or had the attribute as the attribute's parent.
+/// element, but its parent in Qt is the element that has, or once had, the attribute.
 bool isChildOf(const QDomNode& parent, const QDomNode& node)
 {
     if (node.isNull() || node.parentNode() != parent)

@@ -73,8 +73,8 @@ public:
     /// \param identifiers receives an identifier for each name. The identifier of a parameter is the position
     ///        of the parameter, counted from 0. The identifier of an unknown name is -1
     /// \return `S_OK`; `DISP_E_UNKNOWNNAME` if a name is unknown; `E_POINTER` if `names` or `identifiers` is
-    ///         null; `E_INVALIDARG` if `count` is 0; an error code of the type-library service. Such an error
-    ///         code leaves `identifiers` unchanged
+    ///         null; `E_INVALIDARG` if `count` is 0; an error code of the type-library service. If that
+    ///         service fails, `identifiers` is unchanged
     virtual HRESULT GetIDsOfNames(const GUID& riid, wchar_t** names, UINT count, LCID locale,
                                   DISPID* identifiers) = 0;
     /// Calls a member by its identifier. The object stays alive until the call returns, even if the member or

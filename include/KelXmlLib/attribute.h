@@ -91,7 +91,8 @@ private:
     /// Keeps the Qt document alive. Null if the document had neither loaded nor created anything when this
     /// object was created.
     QDomDocument m_document;
-    /// If `m_document` is null, keeps the Qt document that owns `m_node` alive. Otherwise not used.
+    /// Used only if `m_document` is null. `m_node` then belongs to another Qt document, or to none; this
+    /// member keeps that document alive.
     std::unique_ptr<const QDomDocument> m_fallbackDocument;
     /// The element that has this attribute, or null. Released after `m_node` and `m_document`, which may
     /// point to the element.

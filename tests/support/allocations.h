@@ -14,8 +14,8 @@ std::size_t live();
 enum class Shortage {
     OneFailure,  ///< only the `nth` allocation fails, counted from 1
     FromThenOn,  ///< the `nth` allocation fails, and all after it
-    Bytes,       ///< this thread can allocate only `nth` times 256 more bytes
-    AddressSpace ///< the process gets only `nth` times 16 KiB more address space, for the rest of its life
+    Bytes,       ///< this thread can allocate only 256 x `nth` more bytes
+    AddressSpace ///< the process gets only 16 KiB x `nth` more address space, for the rest of its life
 };
 
 /// Runs `work`. Meanwhile, allocations of the calling thread fail as `nth` and `shortage` say. Catches

@@ -116,8 +116,8 @@ private:
         return walk(document) ? m_nodes.back() : document;
     }
 
-    /// Keeps an object and the model of this object, which stores the object's address. If an earlier call
-    /// has stored an address, the object must be at that address.
+    /// Keeps an object and its model. The model stores the object's address. If an earlier call has stored an
+    /// address, the object must be at that address.
     void keep(const ComPtr<IXMLDOMNode>& object, const ObjectPtr& model)
     {
         require(bool(object), "the call returns an object, not null");

@@ -62,7 +62,7 @@ inline void describe(ITypeLib& library, ITypeInfo& info, const FUNCDESC& functio
     const auto unknown = std::count(ids.data(), ids.data() + count, DISPID_UNKNOWN);
     requireEqual(areAllKnown, unknown == 0, "GetIDsOfNames succeeds if and only if it knows all names");
     requireEqual(ids[0], function.memid, "GetIDsOfNames returns the function's identifier for its name");
-    requireEqual(nameOf(info, function.memid), std::wstring(names[0].c_str()), "a function has one name");
+    requireEqual(nameOf(info, function.memid), std::wstring(names[0].c_str()), "one name");
     const wchar_t* const prefix = function.invkind == INVOKE_PROPERTYPUT      ? L"put_"
                                   : function.invkind == INVOKE_PROPERTYPUTREF ? L"putref_"
                                   : function.invkind == INVOKE_PROPERTYGET    ? L"get_"

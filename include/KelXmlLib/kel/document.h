@@ -45,12 +45,12 @@ public:
 
     /// Writes the document to a file, in the encoding that the document's XML declaration names. If the
     /// document names no encoding, or one that Qt does not know, the file is in UTF-8. An existing file is
-    /// replaced only once the new file is complete. The new file gets the permissions of the existing file,
-    /// as far as the system allows; otherwise it gets fewer. If `path` names a device, a pipe or an open
-    /// descriptor such as /dev/stdout, the document is written to it directly. If `path` is a symbolic link,
-    /// the target of the link is replaced, and the link stays. Other hard links to the existing file keep the
-    /// old content. If the process has no permission to create a file in the directory, the existing file is
-    /// overwritten in place.
+    /// replaced only once the new file is complete. The new file gets the permissions of the existing file.
+    /// If the system does not allow all of them, the new file gets fewer, never more. If `path` names a
+    /// device, a pipe or an open descriptor such as /dev/stdout, the document is written to it directly. If
+    /// `path` is a symbolic link, the target of the link is replaced, and the link stays. Other hard links to
+    /// the existing file keep the old content. If the process has no permission to create a file in the
+    /// directory, the existing file is overwritten in place.
     /// \param path the path of the file, in UTF-8
     /// \param options how to write the document
     /// \throw SaveError if this value is null, if the document has no root element, or if the file cannot be
@@ -58,8 +58,8 @@ public:
     ///        file was overwritten in place.
     void save(const std::filesystem::path& path, const SaveOptions& options = {}) const;
 
-    /// Copies the document with all its nodes. Of the document type, the copy has no public and no system
-    /// identifier. \return the new document; null if this value is null
+    /// Copies the document with all its nodes. The document type is copied without its public and system
+    /// identifiers. \return the new document; null if this value is null
     Document clone() const;
     /// Creates a COM object for this document. \return a pointer that owns the COM object; null if this value
     /// is null
