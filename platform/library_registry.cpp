@@ -7,6 +7,7 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QTextCodec>
+#include <algorithm>
 #include <cwchar>
 #include <fcntl.h>
 #include <map>
@@ -142,8 +143,6 @@ QByteArray encoded(const wchar_t* path)
 
 HRESULT makeLibrary(const QByteArray& contents, kel::ComPtr<TypeLibrary>& library)
 {
-    if (!QTextCodec::codecForLocale())
-        return TYPE_E_CANTLOADLIBRARY; // the parser needs Qt's codecs, which are destroyed at exit
     auto description = kelcom::readTypeLibrary(contents);
     if (!description)
         return TYPE_E_INVDATAREAD;
@@ -181,6 +180,8 @@ HRESULT Service::load(const wchar_t* path, ITypeLib** library)
     std::uint64_t registrations = 0;
     if (findCurrent(path, library, registrations))
         return S_OK;
+    if (!QTextCodec::codecForLocale())
+        return TYPE_E_CANTLOADLIBRARY; // paths and the parser need Qt's codecs, which are destroyed at exit
     QByteArray contents;
     if (const HRESULT hr = readFile(encoded(path).constData(), contents); FAILED(hr))
         return hr;

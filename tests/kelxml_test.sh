@@ -178,7 +178,7 @@ holds "$output" 'no member has that name'
 printf '<a>\xc2\x9b31m\xe2\x80\xae</a>' >control.xml # UTF-8 bytes in any locale, unlike \u
 holds "$("$kelxml" tree control.xml)" '"\u009B31m\u202E"'
 expect 1 'no\u001Bne.xml: No such' tree $'no\ene.xml'
-expect 1 'no\xFFne.xml: No such' tree $'no\xffne.xml'
+expect 1 'no\xFF\x7Fne.xml: No such' tree $'no\xff\x7fne.xml'
 
 # On a terminal, kelxml shows its progress, and uses colours unless NO_COLOR is set. Elsewhere, it does neither.
 export TERM=xterm

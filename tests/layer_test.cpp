@@ -67,8 +67,8 @@ TEST_F(Layer, AValueOfAnotherTypeIsReadAsTheDefault)
     EXPECT_EQ(800, none.attribute("width", 800));
     EXPECT_FALSE(none || none.nextSibling() || none.parent() || none.clone() || none.document() ||
                  none.get());
-    EXPECT_TRUE(none.children().empty() && none.attributes().empty() &&
-                ++none.children().begin() == none.children().end());
+    EXPECT_TRUE(none.children().empty() && ++none.children().begin() == none.children().end());
+    EXPECT_TRUE(none.attributes().empty() && ++none.attributes().begin() == none.attributes().end());
 }
 
 TEST_F(Layer, NumbersReadBackAsTheyWereWritten)
@@ -214,6 +214,7 @@ TEST_F(Layer, ALoadErrorNamesTheFileThePlaceAndTheReason)
               loadErrorOfText(QByteArray("<d>").repeated(2049).toStdString()));
     EXPECT_EQ("text:1:7: tag mismatch", messageOf([] { kel::Document::parse(L"\xFEFF<a></b>"); }));
     EXPECT_THROW(kel::Document::parse("<r>\xFF</r>"), kel::LoadError);
+    EXPECT_NO_THROW(kel::Document::parse("\xEF\xBB\xBF<r/>"));
     EXPECT_EQ(std::pair(Kind::unreadable, std::string("'': No such file or directory")), loadErrorOf(""));
     EXPECT_EQ("a\\u000Ab: No such file or directory", loadErrorOf("a\nb").second);
     EXPECT_EQ(std::pair(Kind{}, std::string()), loadErrorOfText("<r/>"));

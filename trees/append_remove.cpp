@@ -41,11 +41,11 @@ bool isOnElement(const QDomNode& node)
 
 Refusal appendChild(const qt::NodeRef& parent, const qt::NodeRef& child)
 {
-    ensureValidOwnerDocuments(parent, child);
     if (parent.node.isNull() || child.node.isNull())
         return Refusal::NoNode;
     if (child.node.isDocument())
         return Refusal::WholeDocument;
+    ensureValidOwnerDocuments(parent, child);
     if (isOnElement(child.node))
         return Refusal::Attribute;
     if (const Refusal refusal = refusalBelow(parent.node, child.node); refusal != Refusal::None)

@@ -67,7 +67,7 @@ std::string escape(std::string_view text, bool isQuoted)
     } catch (const std::filesystem::filesystem_error&) { // the text is not valid UTF-8
         line.clear();
         for (const char byte : text)
-            if (const auto code = static_cast<unsigned char>(byte); code < ' ' || code >= 0x80)
+            if (const auto code = static_cast<unsigned char>(byte); code < ' ' || code >= 0x7F)
                 line += escaped(code, "\\x%02X");
             else
                 line += code;

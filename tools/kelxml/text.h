@@ -15,7 +15,7 @@ std::wstring toWide(std::string_view utf8);
 std::string toUtf8(std::wstring_view wide);
 
 /// Returns the text as one line. Escapes characters that control a terminal or the direction of text. If the
-/// text is not valid UTF-8, escapes all control characters below U+0020 and all bytes above 0x7F.
+/// text is not valid UTF-8, escapes all control characters below U+0020 and all bytes above 0x7E.
 std::string printable(std::string_view text);
 
 /// Returns the text as one line in double quotes. Escapes the same characters as `printable`. Also escapes

@@ -201,7 +201,7 @@ public:
         /// Advances to the next attribute.
         Iterator& operator++() noexcept
         {
-            if (++m_index == m_attributes->size())
+            if (m_attributes && ++m_index == m_attributes->size())
                 *this = {};
             return *this;
         }

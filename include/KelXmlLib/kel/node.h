@@ -137,7 +137,9 @@ public:
     Node clone() const;
 
     /// Returns the node as XML text. Unless the node is a document, the text begins with the indentation of
-    /// one level. \return the XML text in UTF-8; empty if this value is null
+    /// one level. After Qt's codecs are destroyed at exit, the text has no character references for
+    /// characters that the document's encoding cannot represent.
+    /// \return the XML text in UTF-8; empty if this value is null
     std::string toString(const SaveOptions& options = {}) const;
 
     /// Creates a COM object for this node. \return a pointer that owns the COM object; null if this value is
